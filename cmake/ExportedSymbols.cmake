@@ -1,0 +1,15 @@
+# Exports from a library exactly the symbols that a file lists, one a line; text behind a "#" is
+# ignored.
+function(export_exactly target symbols)
+  file(STRINGS ${symbols} lines REGEX "^[^#]")
+  set(names "")
+  foreach(line IN LISTS lines)
+    string(REGEX REPLACE "[ \t]*#.*" "" name "${line}")
+    string(APPEND names "    ${name};\n")
+  endforeach()
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
+  file(CONFIGURE OUTPUT ${script} CONTENT "{\n  global:\n${names}  local: *;\n};\n")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${symbols})
+  target_link_options(${target} PRIVATE LINKER:--version-script=${script} LINKER:--as-needed)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${script})
+endfunction()

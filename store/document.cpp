@@ -1,0 +1,94 @@
+#include <unistd.h>
+
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "camcfg/store.h"
+#include "store/xml_file.h"
+#include "support/log.h"
+#include "support/text.h"
+
+namespace {
+
+using camcfg::Place;
+using tinyxml2::XMLDocument;
+
+// The lines that device logs have always shown for these two records.
+constexpr Place kNoDocumentPlace{"CFG_GetDocByFileName", 313};
+constexpr Place kLoadPlace{"CFG_GetDocByFileName", 324};
+
+bool load(XMLDocument& document, const char* path) try {
+  return camcfg::loadXml(document, path);
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+bool save(XMLDocument& document, const char* path) try {
+  camcfg::saveXml(document, path);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
+  if (path[0] == '/')
+    camcfg::copyText(mainPath, path);
+  else
+    camcfg::joinPath(mainPath, CFG_DIR_MAIN, path);
+}
+
+// Deliberate: the first five characters are overwritten whatever they are, so a path outside
+// "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
+// who wants a backup of them.
+void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
+  std::memcpy(backupPath, mainPath, sizeof backupPath);
+  std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
+}
+
+}  // namespace
+
+XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
+  std::unique_ptr<XMLDocument> document(new (std::nothrow) XMLDocument);
+  if (document == nullptr || document->Error()) {
+    camcfg::logError(kNoDocumentPlace, "New XMLDocument fail\n");
+    return nullptr;
+  }
+  if (pcPath == nullptr) {
+    camcfg::logError(kLoadPlace, "Load file %s fail\n", "(null)");
+    return nullptr;
+  }
+  if (cfgLockFile(pcPath) != 0) {
+    // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
+    static_cast<void>(document.release());
+    return nullptr;
+  }
+  if (!load(*document, pcPath)) {
+    document.reset();
+    camcfg::logError(kLoadPlace, "Load file %s fail\n", pcPath);
+    cfgUnlockFile(pcPath);
+    return nullptr;
+  }
+  if (enReadOnly == BU_TRUE) cfgUnlockFile(pcPath);
+  return document.release();
+}
+
+int CFG_SaveFile(XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock) {
+  if (pcPath == nullptr || pstDoc == nullptr) return -1;
+
+  char mainPath[CFG_PATH_SIZE] = {};
+  mainPathOf(mainPath, pcPath);
+  const bool written = save(*pstDoc, mainPath);
+  sync();
+
+  // A document that memory did not suffice to write must not reach the backup copy as well.
+  if (written) {
+    char backupPath[CFG_PATH_SIZE];
+    backupPathOf(backupPath, mainPath);
+    cfgSyncCfgFile(mainPath, backupPath);
+    sync();
+  }
+
+  if (enUnlock == BU_TRUE) cfgUnlockFile(pcPath);
+  return written ? 0 : -1;
+}

@@ -1,0 +1,91 @@
+#include <time.h>
+
+#include <cstdio>
+#include <memory>
+#include <new>
+
+#include "camcfg/store.h"
+#include "support/log.h"
+
+std::map<std::string, tag_CFG_FILE_LOCK> g_mapFileLock;
+pthread_mutex_t g_lockMapFileLock = PTHREAD_MUTEX_INITIALIZER;
+
+namespace {
+
+using camcfg::Level;
+using camcfg::Place;
+
+constexpr int kTimeoutSeconds = 10;
+
+// The lines that device logs have always shown for these two records.
+constexpr Place kTimeoutPlace{"cfgLockFile", 88};
+constexpr Place kNotLockedPlace{"cfgUnlockFile", 115};
+
+tag_CFG_FILE_LOCK* findRecord(const char* path) {
+  pthread_mutex_lock(&g_lockMapFileLock);
+  tag_CFG_FILE_LOCK* record = cfgGetLockByFile(path);
+  pthread_mutex_unlock(&g_lockMapFileLock);
+  return record;
+}
+
+// The flag is shared by all threads and stays a plain integer for those who read the record.
+void setLocked(tag_CFG_FILE_LOCK* record, std::int32_t locked) {
+  __atomic_store_n(&record->s32Locked, locked, __ATOMIC_RELEASE);
+}
+
+bool takeLocked(tag_CFG_FILE_LOCK* record) {
+  return __atomic_exchange_n(&record->s32Locked, 0, __ATOMIC_ACQ_REL) != 0;
+}
+
+bool lockBeforeDeadline(pthread_mutex_t* mutex) {
+  timespec deadline{};
+  timespec_get(&deadline, TIME_UTC);
+  deadline.tv_sec += kTimeoutSeconds;
+  return pthread_mutex_timedlock(mutex, &deadline) == 0;
+}
+
+}  // namespace
+
+tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
+  if (path == nullptr) return nullptr;
+  std::string key(path);
+  const auto found = g_mapFileLock.find(key);
+  if (found != g_mapFileLock.end()) return &found->second;
+
+  auto mutex = std::make_unique<pthread_mutex_t>();
+  tag_CFG_FILE_LOCK& record = g_mapFileLock[std::move(key)];
+  pthread_mutex_init(mutex.get(), nullptr);
+  record.pstMutex = mutex.release();
+  return &record;
+} catch (const std::bad_alloc&) {
+  return nullptr;
+}
+
+int cfgLockFile(const char* path) {
+  tag_CFG_FILE_LOCK* record = findRecord(path);
+  if (record != nullptr && lockBeforeDeadline(record->pstMutex)) {
+    setLocked(record, 1);
+    return 0;
+  }
+  camcfg::log(Level::Warning, kTimeoutPlace, "Lock %s timeout, a deadlock may exist!", path);
+  std::printf("[Warn][Cfg] Lock %s timeout, a deadlock may exist!\n", path);
+  // Deliberate: the flag goes down although another holder may own the mutex. That holder's unlock
+  // then warns and leaves the mutex locked, as programs on the device have always seen it.
+  if (record != nullptr) setLocked(record, 0);
+  return -1;
+}
+
+int cfgUnlockFile(const char* path) {
+  tag_CFG_FILE_LOCK* record = findRecord(path);
+  if (record != nullptr && takeLocked(record)) {
+    pthread_mutex_unlock(record->pstMutex);
+    return 0;
+  }
+  camcfg::log(Level::Warning, kNotLockedPlace, "%s has not been locked before unlock!", path);
+  std::printf("[Warn][Cfg] %s has not been locked before unlock!\n", path);
+  return 0;
+}
+
+int CFG_UnlockFile(char* pcPath) {
+  return cfgUnlockFile(pcPath);
+}
