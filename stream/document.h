@@ -1,0 +1,19 @@
+#ifndef CAMCFG_STREAM_DOCUMENT_H
+#define CAMCFG_STREAM_DOCUMENT_H
+
+#include "camcfg/stream.h"
+#include "support/media_document.h"
+
+namespace camcfg {
+
+inline constexpr MediaDocument kStream(g_STREAM_xmlDoc, "Stream", "MppStream", CFG_MPP_ERR);
+
+/// Ends a load over a fault that was reported.
+inline std::int32_t rejectLoad() {
+  kStream.closeRead();
+  return CFG_MPP_ERR;
+}
+
+}  // namespace camcfg
+
+#endif
