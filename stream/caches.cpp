@@ -44,14 +44,14 @@ bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   return anyGiven;
 }
 
-int readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
-  if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return rejectLoad();
+bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
+  if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
   // Deliberate: over this fault alone the document stays open.
-  if (!readSize(element, cache)) return CFG_MPP_ERR;
-  if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return rejectLoad();
+  if (!readSize(element, cache)) return false;
+  if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,
                 cache.s32BufUnit);
-  return readWhitelist(element, cache) ? 0 : rejectLoad();
+  return readWhitelist(element, cache) || reject();
 }
 
 void writeCache(XMLElement& section, const tag_CFG_STREAM_CACHE_T& cache) {
@@ -70,7 +70,7 @@ int CFG_MPP_LoadStreamCacheConfig(std::list<Cache>& caches) {
     caches.clear();
     const auto loadCache = [&caches](const XMLElement& element) {
       const Cache cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
-      if (readCache(element, *cache) != 0) return false;
+      if (!readCache(element, *cache)) return false;
       caches.push_back(cache);
       return true;
     };

@@ -9,9 +9,10 @@ namespace camcfg {
 inline constexpr MediaDocument kStream(g_STREAM_xmlDoc, "Stream", "MppStream", CFG_MPP_ERR);
 
 /// Ends a load over a fault that was reported.
-inline std::int32_t rejectLoad() {
+/// @return always false
+inline bool reject() {
   kStream.closeRead();
-  return CFG_MPP_ERR;
+  return false;
 }
 
 }  // namespace camcfg

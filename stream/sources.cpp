@@ -44,16 +44,16 @@ const Kind* kindOfRecord(const Source& source) {
   return nullptr;
 }
 
-// Reads one element. `name` is the name of the sources before it, and becomes its own.
+// Reads one element. `name` is that of the source before it and becomes its own.
 bool readSource(const XMLElement& element, const Kind& kind, const char** name,
                 tag_CFG_STREAM_SOURCE_T& source) {
   if (!kStream.requireInt(element, kind.channel, kind.path, &source.s32ChnId) ||
       !kStream.requireInt(element, "Id", kAnySource, &source.s32Id))
-    return false;
+    return reject();
   *name = textOr(element, "Name", *name);
   if (*name == nullptr) {
     kStream.reportMissing("Name", kAnySource);
-    return false;
+    return reject();
   }
   source.strName = *name;
   source.s32Enabled = element.IntAttribute("Enabled", 1);
@@ -83,7 +83,7 @@ int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) {
         continue;
       }
       Source source = kind->make();
-      if (!readSource(*element, *kind, &name, *source)) return rejectLoad();
+      if (!readSource(*element, *kind, &name, *source)) return CFG_MPP_ERR;
       sources.push_back(std::move(source));
     }
     kStream.closeRead();
