@@ -74,6 +74,7 @@ int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) try {
 
   const char* interface = interfaceOf(*element);
   if (interface[0] == '\0') return -1;
+  // Deliberate: the file is read anew, and what becomes of that is told by the log alone.
   char current[] = "Cur";
   cfgNetworkGetParam(current, pcCard, pstCfg);
   return 0;

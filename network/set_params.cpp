@@ -21,6 +21,7 @@ void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) try {
   for (XMLElement* element = card->FirstChildElement(); element != nullptr;
        element = element->NextSiblingElement())
     writeParameter(*element, stCfg);
+  // Deliberate: saved even if no element was written.
   saveOrReport(document, __func__);
 } catch (const std::bad_alloc&) {
   reportNotSaved(here());

@@ -229,10 +229,9 @@ CFG_API void CFG_NETWORK_CacheDnsFromDhcp(char* pcCard, char* pcDns1, char* pcDn
 
 /// Reads the host name.
 /// @param pcBuf   receives the name: the rest of the s32Len bytes is zeroed, but a name of s32Len
-/// or
-///                more characters fills them all without a terminator. Hand in one byte more than
-///                the longest name that you accept. Zeroed when there is no "Hostname"; untouched
-///                on failure. May be null, which receives nothing.
+///                characters or more fills them all without a terminator. Hand in one byte more
+///                than the longest name that you accept. Zeroed when there is no "Hostname";
+///                untouched on failure. May be null, which receives nothing.
 /// @param s32Len  bytes of pcBuf; 0 or less receives nothing
 /// Prints: the common failures.
 CFG_API void CFG_NETWORK_GetHostname(char* pcBuf, int s32Len);
@@ -254,10 +253,13 @@ CFG_API int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards);
 /// @param pstCfg  receives the values as CFG_NETWORK_GetAllParamCur does. On failure acIntf is
 ///                cleared and the rest untouched; all of it is untouched when an argument is null.
 /// @return 0; -1 on failure, among them, without any message, a card with an unknown interface
-/// The interface is looked for in the first element of the card whose name begins with "Intf",
-/// while acIntf is read from the one named so. Prints: as CFG_NETWORK_GetCards; no such card,
-/// "Network %s node doesn't exist\n"; no "Intf", "Network %s intf node doesn't exist\n", both with
-/// pcCard.
+///
+/// The interface is looked for in the first element of the card whose name begins with "Intf"; if it
+/// is a known one, the file is read anew as by cfgNetworkGetParam, which takes acIntf from the
+/// element named so. Should that second reading fail, its log record alone tells.
+///
+/// Prints: as CFG_NETWORK_GetCards; no such card, "Network %s node doesn't exist\n"; no "Intf",
+/// "Network %s intf node doesn't exist\n", both with pcCard.
 CFG_API int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg);
 
 /// Translates an interface name from the file's form to the operating system's.

@@ -1,6 +1,7 @@
 #include <string>
 
-#include "network_test.h"
+#include "network/network_test.h"
+#include "support/scarce_memory.h"
 
 namespace camcfg::tests {
 namespace {
@@ -162,6 +163,27 @@ TEST_F(CardIntfTest, AnEarlierElementWhoseNameBeginsLikeTheInterfacesDecides) {
   store(lan({"<IntfOld Cur=\"None\"/>", "<Intf Cur=\"Eth0\"/>"}));
   expectFailure("Lan");
   EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_F(CardIntfTest, TheCardIsReadAnewAndAFailureOfThatIsNotLookedAt) {
+  store(kFactory);
+  int reread = 0;
+  bool struck = true;
+  for (int allocation = 1; struck; ++allocation) {
+    log.clear();
+    Settings settings = patterned<Settings>();
+    int result = 0;
+    {
+      const ScarceMemory memory(allocation, Shortage::OneAllocation);
+      result = CFG_NETWORK_GetCardIntf(text("Lan"), &settings);
+      struck = memory.struck();
+    }
+    if (!struck || log.records().back().function() != "cfgNetworkGetParam") continue;
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(settings, Settings{});
+    ++reread;
+  }
+  EXPECT_GT(reread, 0);
 }
 
 TEST_F(CardIntfTest, ANullArgumentFailsWithoutOpeningTheFileOrTouchingTheRecord) {

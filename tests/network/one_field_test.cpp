@@ -1,7 +1,7 @@
 #include <functional>
 
-#include "network_test.h"
-#include "watched_sync.h"
+#include "network/network_test.h"
+#include "support/no_sync.h"
 
 namespace camcfg::tests {
 namespace {
@@ -198,11 +198,12 @@ class CacheDnsTest : public NetworkTest {
 TEST_F(CacheDnsTest, TheFirstServerIsSavedAndUnlockedBeforeTheSecondIsWritten) {
   store(cached("old1", "old2"));
   std::vector<std::string> seen;
-  const WatchedSync watched([&] {
+  insteadOfSync = [&] {
     seen.push_back(device.read(CFG_FILE_BUSINESS));
     seen.push_back(device.exists(kBackup) ? device.read(kBackup) : "none");
-  });
+  };
   CFG_NETWORK_CacheDnsFromDhcp(text("Lan"), text("1.1.1.1"), text("2.2.2.2"));
+  insteadOfSync = nullptr;
 
   const std::string first = cached("1.1.1.1", "old2");
   const std::string both = cached("1.1.1.1", "2.2.2.2");

@@ -1,6 +1,6 @@
 #include <cctype>
 
-#include "network_test.h"
+#include "network/network_test.h"
 
 namespace camcfg::tests {
 namespace {

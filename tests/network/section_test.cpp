@@ -1,11 +1,12 @@
 #include <functional>
 
-#include "failing_memory.h"
-#include "network_test.h"
+#include "network/network_test.h"
+#include "support/scarce_memory.h"
 
 namespace camcfg::tests {
 namespace {
 
+using testing::AnyOf;
 using testing::Matcher;
 using testing::ValuesIn;
 using testing::WithParamInterface;
@@ -13,6 +14,7 @@ using testkit::LogRecord;
 
 constexpr char kNotOpened[] = "XMLDocument haven't initialize\n";
 constexpr char kNoElement[] = "Load /cfg0/business_param.xml failed\n";
+constexpr char kNotStored[] = "Save /cfg0/business_param.xml failed\n";
 
 // An operation on the section, told to work on a card "Lan" if it takes one.
 struct Operation {
@@ -135,34 +137,62 @@ TEST_P(SectionTest, TheSectionIsFoundBehindOthers) {
 INSTANTIATE_TEST_SUITE_P(Writers, SectionTest, ValuesIn(writers()), nameOf<Operation>);
 INSTANTIATE_TEST_SUITE_P(Readers, SectionTest, ValuesIn(readers()), nameOf<Operation>);
 
-class ShortOfMemoryTest : public NetworkTest, public WithParamInterface<Operation> {};
+class ShortMemoryTest : public NetworkTest, public WithParamInterface<Operation> {
+ protected:
+  // Makes the lock's record, so that the lock's state can be seen whatever fails.
+  void SetUp() override {
+    cfgLockFile(CFG_FILE_BUSINESS);
+    cfgUnlockFile(CFG_FILE_BUSINESS);
+  }
 
-TEST_P(ShortOfMemoryTest, EveryFailedAllocationIsReportedAndLeavesTheFileUnlocked) {
-  ASSERT_EQ(cfgLockFile(CFG_FILE_BUSINESS), 0);
-  cfgUnlockFile(CFG_FILE_BUSINESS);
-
-  bool failed = true;
-  for (int allocation = 1; failed; ++allocation) {
-    SCOPED_TRACE(allocation);
-    ASSERT_LT(allocation, 1000);
+  // Runs the operation with the given allocation failing; false if it makes fewer.
+  bool strikes(int allocation, Shortage shortage) {
     store(kFactory);
     device.remove(kBackup);
     log.clear();
-    {
-      const FailingMemory memory(allocation);
-      GetParam().run();
-      failed = memory.failed();
-    }
+    const ScarceMemory memory(allocation, shortage);
+    GetParam().run();
+    return memory.struck();
+  }
+};
+
+TEST_P(ShortMemoryTest, IsReportedWithTheFileUnlockedAndTheBackupLeftAlone) {
+  int allocation = 1;
+  while (strikes(allocation, Shortage::OneAllocation)) {
+    SCOPED_TRACE(allocation);
     ASSERT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
-    if (device.exists(kBackup))
-      EXPECT_EQ(device.read(CFG_FILE_BUSINESS), device.read(kBackup));
-    else
-      EXPECT_EQ(log.records().empty(), !failed);
+    EXPECT_FALSE(device.exists(kBackup));
+    ASSERT_FALSE(log.records().empty());
+    EXPECT_THAT(log.records().back().text, AnyOf(kNotOpened, GetParam().notOpened, kNotStored));
+    ++allocation;
+  }
+  EXPECT_GT(allocation, 1);
+  EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_P(ShortMemoryTest, ForGoodLeavesTheFileUnlockedAndTheBackupAlone) {
+  for (int allocation = 1; strikes(allocation, Shortage::FromThenOn); ++allocation) {
+    SCOPED_TRACE(allocation);
+    ASSERT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
+    EXPECT_FALSE(device.exists(kBackup));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Writers, ShortOfMemoryTest, ValuesIn(writers()), nameOf<Operation>);
-INSTANTIATE_TEST_SUITE_P(Readers, ShortOfMemoryTest, ValuesIn(readers()), nameOf<Operation>);
+class ShortMemoryWriterTest : public ShortMemoryTest {};
+
+TEST_P(ShortMemoryWriterTest, IsReportedWhenTheFileIsOpenButNotStored) {
+  int reported = 0;
+  for (int allocation = 1; strikes(allocation, Shortage::OneAllocation); ++allocation) {
+    if (log.records().back().text != kNotStored) continue;
+    EXPECT_THAT(log.records(), ElementsAre(Logged(3, GetParam().loggedAs, kNotStored)));
+    ++reported;
+  }
+  EXPECT_GT(reported, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Writers, ShortMemoryWriterTest, ValuesIn(writers()), nameOf<Operation>);
+INSTANTIATE_TEST_SUITE_P(Writers, ShortMemoryTest, ValuesIn(writers()), nameOf<Operation>);
+INSTANTIATE_TEST_SUITE_P(Readers, ShortMemoryTest, ValuesIn(readers()), nameOf<Operation>);
 
 }  // namespace
 }  // namespace camcfg::tests

@@ -1,4 +1,4 @@
-#include "network_test.h"
+#include "network/network_test.h"
 
 namespace camcfg::tests {
 namespace {
