@@ -1,6 +1,5 @@
-#include <time.h>
-
 #include <cstdio>
+#include <ctime>
 #include <memory>
 #include <new>
 
