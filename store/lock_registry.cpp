@@ -1,5 +1,6 @@
+#include <time.h>
+
 #include <cstdio>
-#include <ctime>
 #include <memory>
 #include <new>
 
@@ -47,7 +48,8 @@ bool lockBeforeDeadline(pthread_mutex_t* mutex) {
 
 tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   if (path == nullptr) return nullptr;
-  // Without a key made for it, so that a lock once taken can be released when memory has run out.
+  // A device has a handful of files. Going through them takes no memory, unlike a key to look up,
+  // so a lock once taken can always be released.
   for (auto& [key, record] : g_mapFileLock)
     if (key == path) return &record;
 
