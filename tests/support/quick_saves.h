@@ -1,7 +1,12 @@
 #ifndef CAMCFG_TESTS_SUPPORT_QUICK_SAVES_H
 #define CAMCFG_TESTS_SUPPORT_QUICK_SAVES_H
 
+#include <functional>
+
 namespace camcfg::tests {
+
+/// What the library's sync() does instead of its own work, if set.
+extern std::function<void()> insteadOfSync;
 
 /// For tests that save thousands of times: puts the scratch device into memory, where the host has
 /// a file system for that, and lets sync() return at once. First base class of the test's fixture,
