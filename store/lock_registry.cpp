@@ -1,5 +1,6 @@
 #include <time.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -48,12 +49,14 @@ bool lockBeforeDeadline(pthread_mutex_t* mutex) {
 
 tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   if (path == nullptr) return nullptr;
-  std::string key(path);
-  const auto found = g_mapFileLock.find(key);
+  // Not std::map::find, which wants a string made of the path: a lock must be found again, to be
+  // released, when no memory is left. A device has a handful of files.
+  const auto found = std::find_if(g_mapFileLock.begin(), g_mapFileLock.end(),
+                                  [path](const auto& entry) { return entry.first == path; });
   if (found != g_mapFileLock.end()) return &found->second;
 
   auto mutex = std::make_unique<pthread_mutex_t>();
-  tag_CFG_FILE_LOCK& record = g_mapFileLock[std::move(key)];
+  tag_CFG_FILE_LOCK& record = g_mapFileLock[path];
   pthread_mutex_init(mutex.get(), nullptr);
   record.pstMutex = mutex.release();
   return &record;
