@@ -1,5 +1,8 @@
 #include <time.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include "support/device_test.h"
 #include "support/failing_allocations.h"
 #include "support/interposed_calls.h"
@@ -82,7 +85,8 @@ TEST_P(AnyErrorOfTheMutex, IsReportedAsATimeOutAndClearsTheFlag) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Errors, AnyErrorOfTheMutex,
-                         testing::Values(ETIMEDOUT, EINVAL, EDEADLK, EAGAIN, EOWNERDEAD));
+                         testing::Values(ETIMEDOUT, EINVAL, EDEADLK, EAGAIN, EOWNERDEAD),
+                         [](const auto& test) { return strerrorname_np(test.param); });
 
 // A path that was never named before, made without allocating.
 class NewPath {
@@ -114,7 +118,8 @@ TEST_F(LockRegistryFaultsTest, WithoutMemoryANewPathIsNotLockedAndTheNextAttempt
   failEachAllocation([&] { return cfgLockFile(path.next()); },
                      [&](bool failed, int result) {
                        EXPECT_EQ(result, failed ? -1 : 0);
-                       if (failed) EXPECT_EQ(cfgLockFile(path.current()), 0);
+                       if (failed) result = cfgLockFile(path.current());
+                       EXPECT_EQ(result, 0);
                        EXPECT_FALSE(isUnlocked(path.current()));
                        EXPECT_EQ(cfgUnlockFile(path.current()), 0);
                      });
