@@ -21,14 +21,6 @@ Document open(tagBU_BOOL readOnly) {
   return Document(CFG_GetDocByFileName(text(kPath), readOnly));
 }
 
-// Elements nested deeper than a document can be written without allocating.
-std::string nested(int depth) {
-  std::string xml;
-  for (int i = 0; i < depth; ++i) xml += "<Level>";
-  for (int i = 0; i < depth; ++i) xml += "</Level>";
-  return xml;
-}
-
 class DocumentFaultsTest : public DeviceTest {
  protected:
   InterposedCallsScope calls;
@@ -138,7 +130,7 @@ class SavingWithoutMemory : public testing::TestWithParam<tagBU_BOOL> {
 
 TEST_P(SavingWithoutMemory, FailsWithTheBackupAsItWasAndTheLockReleasedIfAsked) {
   XMLDocument document;
-  document.Parse(nested(60).c_str());
+  document.Parse(deeplyNested().c_str());
   tinyxml2::XMLPrinter whole;
   document.Print(&whole);
   const auto save = [&] {

@@ -44,6 +44,14 @@ bool FailingAllocations::happened() const {
   return shortage.begun;
 }
 
+std::string deeplyNested() {
+  constexpr int kDepth = 60;
+  std::string xml;
+  for (int i = 0; i < kDepth; ++i) xml += "<Level>";
+  for (int i = 0; i < kDepth; ++i) xml += "</Level>";
+  return xml;
+}
+
 }  // namespace camcfg::tests
 
 using camcfg::tests::allocate;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace camcfg::tests {
 
 /// Lets this thread's n-th call of operator new fail, from any library of the process, while an
@@ -46,6 +48,9 @@ void failEachAllocation(Call call, Check check) {
     EXPECT_GT(nth, 1) << "the call allocates nothing, so nothing was tried";
   }
 }
+
+/// Elements nested so deep that a document of them cannot be saved without allocating.
+std::string deeplyNested();
 
 }  // namespace camcfg::tests
 
