@@ -4,7 +4,9 @@
 namespace camcfg::tests {
 namespace {
 
+using testing::Ge;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 class SampleDeviceAfterStartUp : public SampleDevice {
  protected:
@@ -18,16 +20,12 @@ class SampleDeviceAfterStartUp : public SampleDevice {
   SampleDocument defaults{"/app/resource/defcfg/business_param.xml", files};
 };
 
-TEST_F(SampleDevice, StartUpOfANewDeviceFillsTheMainCopiesFromTheFactorySet) {
+TEST_F(SampleDevice, StartUpOfANewDeviceReportsEveryFileAsRestoredFromTheFactorySet) {
   int result = -1;
   const std::string printed = startUp(&result);
   EXPECT_EQ(result, 0);
-  const std::vector<std::string> names = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
-  EXPECT_EQ(device.list("/cfg0"), names);
-  EXPECT_THAT(device.list("/cfg1"), IsEmpty()) << "the first save of a file makes its backup";
   std::vector<std::string> records = {"DefCfgFileCnt =3,MainFileCnt =0,BackupFileCnt =0 \n"};
-  for (const std::string& name : names) {
-    EXPECT_EQ(device.read("/cfg0/" + name), files.at("/app/resource/defcfg/" + name));
+  for (const std::string name : {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"}) {
     EXPECT_THAT(printed, testing::HasSubstr("file /cfg0/" + name + " \n"));
     records.push_back("/cfg0/" + name + " load failed \n");
     records.push_back("sync /app/resource/defcfg/" + name + " \n");
@@ -35,7 +33,15 @@ TEST_F(SampleDevice, StartUpOfANewDeviceFillsTheMainCopiesFromTheFactorySet) {
   EXPECT_THAT(log.texts(), testing::UnorderedElementsAreArray(records));
 }
 
-TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedSystemCalls) {
+TEST_F(SampleDeviceAfterStartUp, HasTheFactoryFilesAsMainCopiesAndNoBackupsYet) {
+  EXPECT_THAT(device.list("/cfg0"),
+              testing::ElementsAre("business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"));
+  for (const std::string& name : device.list("/cfg0"))
+    EXPECT_EQ(device.read("/cfg0/" + name), files.at("/app/resource/defcfg/" + name));
+  EXPECT_THAT(device.list("/cfg1"), IsEmpty());
+}
+
+TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedCallsForLanguageAndName) {
   char language[CFG_TXT_CUR_SIZE] = {};
   EXPECT_EQ(CFG_SYSTEM_GetLanguage(language), 0);
   EXPECT_STREQ(language, "English");
@@ -45,7 +51,9 @@ TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedSystemCalls) {
   EXPECT_EQ(CFG_SYSTEM_GetDeviceName(name, model), 0);
   EXPECT_STREQ(name, "Four-Channel Encoder");
   EXPECT_STREQ(model, "E4-PTZ");
+}
 
+TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedCallsForPorts) {
   int http = 0;
   int https = 0;
   EXPECT_EQ(CFG_SYSTEM_GetHttpPort(&http, &https), 0);
@@ -53,65 +61,62 @@ TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedSystemCalls) {
   EXPECT_EQ(https, 443);
   EXPECT_EQ(CFG_SYSTEM_GetRtspPort(), 554);
   EXPECT_EQ(CFG_SYSTEM_GetRtspOverHttpPort(), 8080);
-  EXPECT_THAT(log.records(), IsEmpty());
+}
+
+// Minimum, maximum, step, default and current value by name.
+using Integers = std::map<std::string, std::vector<int>>;
+// Allowed texts, default and current text by name.
+using Texts = std::map<std::string, std::vector<std::string>>;
+
+std::vector<std::string> textsOf(const tinyxml2::XMLElement* parameter) {
+  std::vector<std::string> texts;
+  for (const char* attribute : {"OptTxt", "Def", "Cur"})
+    texts.push_back(textOf(parameter, attribute).value());
+  return texts;
 }
 
 TEST_F(SampleDeviceAfterStartUp, AnswersForEveryIntegerByItsNameAlone) {
-  int read = 0;
-  for (auto* section : childrenOf(&defaults.document())) {
-    for (const auto* parameter : childrenOf(section)) {
-      if (!intOf(parameter, "Min")) continue;
-      SCOPED_TRACE(parameter->Name());
-      tagCFG_VALUE_INT_S value{};
-      EXPECT_EQ(CFG_COM_GetIntParams(text(parameter->Name()), &value), 0);
-      EXPECT_EQ(value.s32Min, intOf(parameter, "Min"));
-      EXPECT_EQ(value.s32Max, intOf(parameter, "Max"));
-      EXPECT_EQ(value.s32Step, intOf(parameter, "Step"));
-      EXPECT_EQ(value.s32Def, intOf(parameter, "Def"));
-      EXPECT_EQ(value.s32Cur, intOf(parameter, "Cur"));
-      ++read;
-    }
+  Integers written;
+  Integers answered;
+  for (const auto* parameter : parametersWith("Min", defaults)) {
+    for (const char* attribute : {"Min", "Max", "Step", "Def", "Cur"})
+      written[parameter->Name()].push_back(intOf(parameter, attribute).value());
+    tagCFG_VALUE_INT_S value{};
+    ASSERT_EQ(CFG_COM_GetIntParams(text(parameter->Name()), &value), 0) << parameter->Name();
+    answered[parameter->Name()] = {value.s32Min, value.s32Max, value.s32Step, value.s32Def,
+                                   value.s32Cur};
   }
-  EXPECT_GT(read, 50);
-}
-
-void expectText(const tagCFG_VALUE_TXT_S& value, const tinyxml2::XMLElement* parameter) {
-  EXPECT_EQ(value.acOptTxt, textOf(parameter, "OptTxt"));
-  EXPECT_EQ(value.acDef, textOf(parameter, "Def"));
-  EXPECT_EQ(value.acCur, textOf(parameter, "Cur"));
+  EXPECT_THAT(written, SizeIs(Ge(50U)));
+  EXPECT_EQ(answered, written);
 }
 
 TEST_F(SampleDeviceAfterStartUp, AnswersForEveryTextByItsNameAlone) {
-  int read = 0;
-  for (auto* section : childrenOf(&defaults.document())) {
-    for (const auto* parameter : childrenOf(section)) {
-      if (!textOf(parameter, "OptTxt")) continue;
-      SCOPED_TRACE(parameter->Name());
-      tagCFG_VALUE_TXT_S value{};
-      EXPECT_EQ(CFG_COM_GetTxtParams(text(parameter->Name()), &value), 0);
-      expectText(value, parameter);
-      ++read;
-    }
+  Texts written;
+  Texts answered;
+  for (const auto* parameter : parametersWith("OptTxt", defaults)) {
+    written[parameter->Name()] = textsOf(parameter);
+    tagCFG_VALUE_TXT_S value{};
+    ASSERT_EQ(CFG_COM_GetTxtParams(text(parameter->Name()), &value), 0) << parameter->Name();
+    answered[parameter->Name()] = {value.acOptTxt, value.acDef, value.acCur};
   }
-  EXPECT_GT(read, 50);
+  EXPECT_THAT(written, SizeIs(Ge(50U)));
+  EXPECT_EQ(answered, written);
 }
 
 TEST_F(SampleDeviceAfterStartUp, AnswersForEveryChildOfAParameterThroughItsParent) {
-  int read = 0;
-  for (auto* section : childrenOf(&defaults.document())) {
-    for (auto* parent : childrenOf(section)) {
-      if (!textOf(parent, "OptTxt")) continue;
-      for (const auto* child : childrenOf(parent)) {
-        SCOPED_TRACE(std::string(parent->Name()) + "/" + child->Name());
-        tagCFG_VALUE_TXT_S value{};
-        EXPECT_EQ(CFG_COM_GetTxtParamByParent(text(parent->Name()), text(child->Name()), &value),
-                  0);
-        expectText(value, child);
-        ++read;
-      }
+  Texts written;
+  Texts answered;
+  for (auto* parent : parametersWith("OptTxt", defaults)) {
+    for (const auto* child : childrenOf(parent)) {
+      const std::string name = nameOf(parent) + "/" + nameOf(child);
+      written[name] = textsOf(child);
+      tagCFG_VALUE_TXT_S value{};
+      ASSERT_EQ(CFG_COM_GetTxtParamByParent(text(parent->Name()), text(child->Name()), &value), 0);
+      answered[name] = {value.acOptTxt, value.acDef, value.acCur};
     }
   }
-  EXPECT_GT(read, 2);
+  EXPECT_THAT(written, SizeIs(Ge(3U)));
+  EXPECT_EQ(answered, written);
 }
 
 TEST_F(SampleDeviceAfterStartUp, AChangedSettingIsTheOnlyDifferenceInTheSavedFile) {

@@ -82,6 +82,16 @@ inline std::vector<std::string> attributeNames(const tinyxml2::XMLElement* eleme
   return names;
 }
 
+/// The parameters, in document order, that have an attribute.
+inline std::vector<tinyxml2::XMLElement*> parametersWith(const char* attribute,
+                                                         SampleDocument& document) {
+  std::vector<tinyxml2::XMLElement*> parameters;
+  for (auto* section : childrenOf(&document.document()))
+    for (auto* parameter : childrenOf(section))
+      if (parameter->FindAttribute(attribute) != nullptr) parameters.push_back(parameter);
+  return parameters;
+}
+
 inline bool begins(const std::string& beginning, const std::string& whole) {
   return whole.compare(0, beginning.size(), beginning) == 0;
 }

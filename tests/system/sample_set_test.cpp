@@ -17,17 +17,19 @@ using testing::Le;
 using testing::Not;
 using testing::SizeIs;
 
-const std::string kLanguages = CFG_DIR_LANGUAGE;
+std::string languagePath(const std::string& language) {
+  return CFG_DIR_LANGUAGE + language + ".xml";
+}
 
 std::vector<std::string> languages() {
   std::vector<std::string> names;
   for (const auto& [path, contents] : readSampleFiles())
-    if (begins(kLanguages, path)) names.push_back(std::filesystem::path(path).stem());
+    if (begins(CFG_DIR_LANGUAGE, path)) names.push_back(std::filesystem::path(path).stem());
   return names;
 }
 
 std::vector<std::string> keysOf(const std::string& language) {
-  SampleDocument document(kLanguages + language + ".xml");
+  SampleDocument document(languagePath(language));
   std::vector<std::string> keys;
   for (const auto* entry : childrenOf(document.root())) keys.emplace_back(entry->Name());
   return keys;
@@ -74,18 +76,20 @@ TEST(SampleLanguagesTest, HaveTheSameKeysInTheSameOrder) {
   for (const std::string& language : languages()) EXPECT_EQ(keysOf(language), keys) << language;
 }
 
-TEST_F(SampleDevice, EveryTextIsLookedUpByItsKey) {
-  for (const std::string language : {"English", "German", "French"}) {
-    SampleDocument document(kLanguages + language + ".xml", files);
-    for (const auto* entry : childrenOf(document.root())) {
-      SCOPED_TRACE(language + "/" + entry->Name());
-      char value[CFG_LANG_TEXT_SIZE] = {};
-      EXPECT_EQ(CFG_LANG_GetString(text(language.c_str()), text(entry->Name()), value), 0);
-      EXPECT_EQ(value, textOf(entry, "Val"));
-      EXPECT_STRNE(value, "");
-    }
+class SampleTextsTest : public SampleDevice, public testing::WithParamInterface<const char*> {};
+
+TEST_P(SampleTextsTest, AreLookedUpByTheirKeys) {
+  SampleDocument document(languagePath(GetParam()), files);
+  for (const auto* entry : childrenOf(document.root())) {
+    char value[CFG_LANG_TEXT_SIZE] = {};
+    EXPECT_EQ(CFG_LANG_GetString(text(GetParam()), text(entry->Name()), value), 0);
+    EXPECT_EQ(value, textOf(entry, "Val")) << entry->Name();
+    EXPECT_STRNE(value, "") << entry->Name();
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Languages, SampleTextsTest, testing::Values("English", "German", "French"),
+                         [](const auto& language) { return std::string(language.param); });
 
 class SamplePresetsTest : public testing::Test {
  protected:
@@ -98,15 +102,17 @@ class SamplePresetsTest : public testing::Test {
 TEST_F(SamplePresetsTest, HaveExactlyTheAttributesOfANewPresetInTheirOrder) {
   EXPECT_THAT(presets, SizeIs(Ge(5U)));
   for (const auto* preset : presets) {
-    const std::vector<std::string> names = attributeNames(preset);
     EXPECT_EQ(nameOf(preset), "preset");
-    EXPECT_THAT(names, testing::ElementsAre("Id", "Description", "PanPos", "TiltPos", "ZoomPos",
-                                            "FocusPos", "FocusMode"));
-    for (const std::string& name : names) {
-      if (name == "Description") continue;
-      EXPECT_TRUE(intOf(preset, name.c_str())) << name;
-    }
+    EXPECT_THAT(attributeNames(preset),
+                testing::ElementsAre("Id", "Description", "PanPos", "TiltPos", "ZoomPos",
+                                     "FocusPos", "FocusMode"));
   }
+}
+
+TEST_F(SamplePresetsTest, HaveIntegersForPositionsAndFocusMode) {
+  for (const auto* preset : presets)
+    for (const char* name : {"PanPos", "TiltPos", "ZoomPos", "FocusPos", "FocusMode"})
+      EXPECT_TRUE(intOf(preset, name)) << name;
 }
 
 TEST_F(SamplePresetsTest, AreFoundByTheirIds) {
