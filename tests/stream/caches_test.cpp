@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "camcfg/stream.h"
-#include "support/device_in_memory.h"
 #include "support/media_test.h"
+#include "support/quick_saves.h"
 #include "support/random_values.h"
 
 namespace camcfg::tests {
@@ -418,7 +418,7 @@ TEST_F(CachesTest, DumpThatCannotOpenTheSectionWritesNothing) {
   EXPECT_EQ(state(), "closed, unlocked");
 }
 
-class AnyCachesTest : private DeviceInMemory, public CachesTest {};
+class AnyCachesTest : private QuickSaves, public CachesTest {};
 
 // A cache that allows some source, carries one of these, and is not too large for its numbers.
 Cache randomCache(RandomValues& random) {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "camcfg/stream.h"
-#include "support/device_in_memory.h"
 #include "support/media_test.h"
+#include "support/quick_saves.h"
 #include "support/random_values.h"
 
 namespace camcfg::tests {
@@ -302,7 +302,7 @@ Source randomSource(RandomValues& random) {
   return kMake[random.number(0, 2)](random.id(), random.text(), random.id(), random.number(0, 1));
 }
 
-class AnySourcesTest : private DeviceInMemory, public SourcesTest {};
+class AnySourcesTest : private QuickSaves, public SourcesTest {};
 
 TEST_F(AnySourcesTest, LoadAsTheyWereDumped) {
   RandomValues random;
