@@ -41,9 +41,14 @@ class MediaTest : public DeviceTest {
   MediaTest(const char* top, const char* section, const char* frame, tinyxml2::XMLDocument*& handle)
       : top_(top), section_(section), frame_(frame), handle_(handle) {}
 
+  // Tests that leave a document open or the lock held are not to disturb those after them.
   ~MediaTest() override {
     delete handle_;
     handle_ = nullptr;
+    const auto record = g_mapFileLock.find(CFG_FILE_MPP);
+    if (record == g_mapFileLock.end() || isUnlocked(CFG_FILE_MPP)) return;
+    record->second.s32Locked = 0;
+    pthread_mutex_unlock(record->second.pstMutex);
   }
 
   /// The media file with these entries in the section, among elements that belong to others.
