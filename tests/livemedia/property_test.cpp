@@ -1,4 +1,5 @@
 #include "livemedia/service_test.h"
+#include "support/device_in_memory.h"
 #include "support/random_values.h"
 
 namespace camcfg::tests {
@@ -8,7 +9,7 @@ using tinyxml2::XMLElement;
 
 constexpr int kRounds = 3000;
 
-class LiveMediaPropertyTest : public LiveMediaTest {
+class LiveMediaPropertyTest : private DeviceInMemory, public LiveMediaTest {
  protected:
   LiveMediaPropertyTest() : LiveMediaTest("Any") {}
 
