@@ -1,5 +1,4 @@
 #include "livemedia/service_test.h"
-#include "support/device_in_memory.h"
 #include "support/random_values.h"
 
 namespace camcfg::tests {
@@ -9,7 +8,7 @@ using tinyxml2::XMLElement;
 
 constexpr int kRounds = 3000;
 
-class LiveMediaPropertyTest : private DeviceInMemory, public LiveMediaTest {
+class LiveMediaPropertyTest : public LiveMediaTest {
  protected:
   LiveMediaPropertyTest() : LiveMediaTest("Any") {}
 
