@@ -48,12 +48,13 @@ bool lockBeforeDeadline(pthread_mutex_t* mutex) {
 
 tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   if (path == nullptr) return nullptr;
-  std::string key(path);
-  const auto found = g_mapFileLock.find(key);
-  if (found != g_mapFileLock.end()) return &found->second;
+  // A device has a handful of files. Going through them takes no memory, unlike a key to look up,
+  // so a lock once taken can always be released.
+  for (auto& [key, record] : g_mapFileLock)
+    if (key == path) return &record;
 
   auto mutex = std::make_unique<pthread_mutex_t>();
-  tag_CFG_FILE_LOCK& record = g_mapFileLock[std::move(key)];
+  tag_CFG_FILE_LOCK& record = g_mapFileLock[path];
   pthread_mutex_init(mutex.get(), nullptr);
   record.pstMutex = mutex.release();
   return &record;
