@@ -61,7 +61,7 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   if (cfgLockFile(pcPath) != 0) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
     static_cast<void>(document.release());
-    return nullptr;
+    return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }
   if (!load(*document, pcPath)) {
     document.reset();

@@ -1,6 +1,5 @@
 #include <time.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -49,11 +48,10 @@ bool lockBeforeDeadline(pthread_mutex_t* mutex) {
 
 tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   if (path == nullptr) return nullptr;
-  // Not std::map::find, which wants a string made of the path: a lock must be found again, to be
-  // released, when no memory is left. A device has a handful of files.
-  const auto found = std::find_if(g_mapFileLock.begin(), g_mapFileLock.end(),
-                                  [path](const auto& entry) { return entry.first == path; });
-  if (found != g_mapFileLock.end()) return &found->second;
+  // A device has a handful of files. Going through them takes no memory, unlike a key to look up,
+  // so a lock once taken can always be released.
+  for (auto& [key, record] : g_mapFileLock)
+    if (key == path) return &record;
 
   auto mutex = std::make_unique<pthread_mutex_t>();
   tag_CFG_FILE_LOCK& record = g_mapFileLock[path];

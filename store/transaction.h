@@ -17,6 +17,9 @@ class ReadDocument {
   tinyxml2::XMLDocument* get() const { return document_.get(); }
   tinyxml2::XMLElement* root() const { return document_->FirstChildElement(); }
 
+  /// Hands out the document, the caller's to delete.
+  tinyxml2::XMLDocument* release() { return document_.release(); }
+
  private:
   std::unique_ptr<tinyxml2::XMLDocument> document_;
 };
@@ -50,6 +53,12 @@ class WriteDocument {
 
   /// Deletes nothing and releases nothing: the lock outlives this object.
   void leaveLocked() { locked_ = false; }
+
+  /// Hands out the document with the lock held: the caller's to save or give up, and to delete.
+  tinyxml2::XMLDocument* release() {
+    leaveLocked();
+    return document_.release();
+  }
 
  private:
   char* path_;

@@ -31,7 +31,7 @@ void joinPath(char (&path)[Room], const char* directory, const char* name) {
 
 /// Copies the characters of a text, at most `room`, without a terminator.
 inline void copyCharacters(char* destination, std::size_t room, const char* text) {
-  std::memcpy(destination, text, std::min(std::strlen(text), room));
+  std::copy_n(text, std::min(std::strlen(text), room), destination);
 }
 
 /// Whether a text begins with another; the empty text begins every text.

@@ -35,7 +35,7 @@ class Redirection {
   }
 
  private:
-  void restore() {
+  void restore() const {
     std::fflush(stdout);
     dup2(before_, STDOUT_FILENO);
   }

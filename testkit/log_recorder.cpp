@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 
 namespace camcfg::testkit {
@@ -29,10 +30,9 @@ std::string LogRecord::function() const {
 }
 
 int LogRecord::line() const {
-  int line = 0;
   const auto colon = prefix.rfind(':');
-  if (colon != std::string::npos) std::sscanf(prefix.c_str() + colon, ":%d] ", &line);
-  return line;
+  if (colon == std::string::npos) return 0;
+  return static_cast<int>(std::strtol(prefix.c_str() + colon + 1, nullptr, 10));
 }
 
 LogRecorder::LogRecorder() {

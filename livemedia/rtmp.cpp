@@ -1,0 +1,62 @@
+#include "livemedia/channels.h"
+#include "livemedia/section.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Session = tag_CFG_RTMP_SESSION_T;
+
+constexpr char kTarget[] = "Target";
+
+// Deliberate: faults of a target, and elements that are no target, are reported under the RTSP
+// section's name, as device logs have always shown them.
+constexpr char kTargetPath[] = "<RTSP><MediaGroup>";
+constexpr char kUnknownsPlace[] = "<RTSP>";
+
+constexpr ChannelSlot<Session> kSlots[] = {{"Video", &Session::s32VideoId},
+                                           {"Audio", &Session::s32AudioId}};
+
+bool readTarget(const XMLElement& element, Session& session) {
+  if (!kLiveMedia.requireInt(element, "Id", kTargetPath, &session.s32Id) ||
+      !kLiveMedia.requireText(element, "url", kTargetPath, &session.strUrl))
+    return false;
+  session.strUsername = textOr(element, "username", "");
+  session.strPassword = textOr(element, "password", "");
+  session.bEnable = isTrue(textOr(element, "Enable", "true"));
+
+  const auto readChannel = [&session](const XMLElement& entry) {
+    TypedChannel channel;
+    if (!readTypedChannel(entry, "<RTMP><Target><Channel>", channel)) return false;
+    if (const auto* slot = findSlot(kSlots, channel.type))
+      fillSlot(session, *slot, channel.id, slot->type, "RTMP");
+    return true;
+  };
+  return readEntries(element, kChannel, readChannel, skipQuietly);
+}
+
+void writeTarget(XMLElement& section, const Session& session) {
+  XMLElement& target = append(section, kTarget);
+  target.SetAttribute("Id", session.s32Id);
+  target.SetAttribute("Enable", trueOrFalse(session.bEnable));
+  setText(target, "url", session.strUrl);
+  setText(target, "username", session.strUsername);
+  setText(target, "password", session.strPassword);
+  writeTypedChannels(target, session, kSlots);
+}
+
+// Deliberate: the dumper ends as a reader does, so nothing is saved and the file's lock stays held
+// although the call reports success. Callers that know release it.
+constexpr Section<Session> kRtmp = {"RTMP",     kTarget,     kUnknownsPlace,
+                                    readTarget, writeTarget, Ending::DiscardAndStayLocked};
+
+}  // namespace
+
+int CFG_LM_LoadRtmpConfig(std::list<Session>& sessions) {
+  return load(kRtmp, sessions);
+}
+
+int CFG_LM_DumpRtmpConfig(const std::list<Session>& sessions) {
+  return dump(kRtmp, sessions);
+}

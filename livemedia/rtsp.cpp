@@ -1,0 +1,42 @@
+#include "livemedia/channels.h"
+#include "livemedia/section.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Session = std::shared_ptr<tag_CFG_RTSP_SESSION_T>;
+
+constexpr char kGroup[] = "MediaGroup";
+
+bool readGroup(const XMLElement& element, Session& session) {
+  session = std::make_shared<tag_CFG_RTSP_SESSION_T>();
+  if (!kLiveMedia.requireText(element, "Name", "<RTSP><MediaGroup>", &session->strName))
+    return false;
+  const auto readChannel = [&session](const XMLElement& channel) {
+    session->lstSubSession.emplace_back();
+    return readNamedChannel(channel, "<RTSP><MediaGroup><Channel>", session->lstSubSession.back());
+  };
+  return readEntries(element, kChannel, readChannel, skipQuietly);
+}
+
+void writeGroup(XMLElement& section, const Session& session) {
+  if (session == nullptr) return;
+  XMLElement& group = append(section, kGroup);
+  setText(group, "Name", session->strName);
+  for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
+    writeNamedChannel(group, channel);
+}
+
+constexpr Section<Session> kRtsp = {"RTSP", kGroup, "<RTSP>", readGroup, writeGroup};
+
+}  // namespace
+
+int CFG_LM_LoadRtspConfig(std::list<Session>& sessions) {
+  return load(kRtsp, sessions);
+}
+
+int CFG_LM_DumpRtspConfig(const std::list<Session>& sessions) {
+  return dump(kRtsp, sessions);
+}

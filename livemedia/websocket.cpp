@@ -1,0 +1,28 @@
+#include "livemedia/channels.h"
+#include "livemedia/section.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Session = tag_CFG_WEBSOCKET_SESSION_T;
+
+bool readSession(const XMLElement& element, Session& session) {
+  return readNamedChannel(element, "<WEBSOCKET><Channel>", session);
+}
+
+constexpr Section<Session> kWebsocket = {"WEBSOCKET", kChannel, "<WEBSOCKET>", readSession,
+                                         writeNamedChannel<Session>};
+
+}  // namespace
+
+int CFG_LM_LoadWebsocketConfig(std::list<Session>& sessions) {
+  // Deliberate: emptied even if the file cannot be opened, unlike the lists of the other loaders.
+  sessions.clear();
+  return load(kWebsocket, sessions);
+}
+
+int CFG_LM_DumpWebsocketConfig(const std::list<Session>& sessions) {
+  return dump(kWebsocket, sessions);
+}

@@ -1,0 +1,90 @@
+#include "stream/document.h"
+#include "stream/whitelist.h"
+#include "support/media_entries.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Cache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
+
+constexpr char kPath[] = "<Stream><StreamCache><Cache>";
+
+struct SizeUnit {
+  const char* attribute;
+  unsigned shift;
+
+  std::int32_t bytes() const { return 1 << shift; }
+  // Wraps at 2 GiB as signed 32-bit numbers do.
+  std::int32_t inBytes(std::int32_t size) const {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(size) << shift);
+  }
+};
+
+// From the smallest to the largest; of equal amounts the first is kept.
+constexpr SizeUnit kUnits[] = {{"BufferSizeB", 0}, {"BufferSizeKB", 10}, {"BufferSizeMB", 20}};
+
+bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
+  bool anyGiven = false;
+  std::int32_t best = 0;
+  for (const SizeUnit& unit : kUnits) {
+    const std::int32_t size = element.IntAttribute(unit.attribute, -1);
+    anyGiven = anyGiven || size != -1;
+    const bool isFirst = unit.shift == 0;
+    if (!isFirst && best >= unit.inBytes(size)) continue;
+    best = unit.inBytes(size);
+    cache.s32BufSize = size;
+    cache.s32BufUnit = unit.bytes();
+  }
+  if (!anyGiven)
+    kStream.print(
+        kError,
+        "Missing any of {BufferSizeB, BufferSizeKB, BufferSizeMB} for setup chanel buffer size.\n");
+  return anyGiven;
+}
+
+bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
+  if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
+  // Deliberate: over this fault alone the document stays open.
+  if (!readSize(element, cache)) return false;
+  if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
+  kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,
+                cache.s32BufUnit);
+  return readWhitelist(element, cache) || reject();
+}
+
+void writeCache(XMLElement& section, const tag_CFG_STREAM_CACHE_T& cache) {
+  XMLElement& element = append(section, "Cache");
+  element.SetAttribute("Id", cache.s32Id);
+  setText(element, "Name", cache.strName);
+  for (const SizeUnit& unit : kUnits)
+    if (unit.bytes() == cache.s32BufUnit) element.SetAttribute(unit.attribute, cache.s32BufSize);
+  writeWhitelist(element, cache, "Default");
+}
+
+}  // namespace
+
+int CFG_MPP_LoadStreamCacheConfig(std::list<Cache>& caches) {
+  return kStream.read("StreamCache", [&caches](const XMLElement& section) {
+    caches.clear();
+    const auto loadCache = [&caches](const XMLElement& element) {
+      const Cache cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
+      if (!readCache(element, *cache)) return false;
+      caches.push_back(cache);
+      return true;
+    };
+    if (!readEntries(section, "Cache", loadCache, skipQuietly)) return CFG_MPP_ERR;
+    kStream.closeRead();
+    return 0;
+  });
+}
+
+int CFG_MPP_DumpStreamCacheConfig(const std::list<Cache>& caches) {
+  return kStream.edit("StreamCache", [&caches](XMLElement& section) {
+    section.DeleteChildren();
+    for (const Cache& cache : caches)
+      if (cache != nullptr) writeCache(section, *cache);
+    return kStream.closeWrite();
+  });
+}

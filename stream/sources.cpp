@@ -1,0 +1,101 @@
+#include "stream/document.h"
+#include "support/media_entries.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Source = std::shared_ptr<tag_CFG_STREAM_SOURCE_T>;
+
+constexpr char kAnySource[] = "<Stream><StreamSource><*>";
+
+template <typename Record>
+Source make() {
+  return std::make_shared<Record>();
+}
+
+struct Kind {
+  std::int32_t type;
+  const char* element;
+  const char* channel;  // the attribute of s32ChnId
+  const char* path;
+  Source (*make)();
+};
+
+constexpr Kind kKinds[] = {
+    {CFG_STREAM_SOURCE_VENC, "VENC", "ChnId", "<Stream><StreamSource><VENC>",
+     make<tag_CFG_STREAM_SOURCE_VENC_T>},
+    {CFG_STREAM_SOURCE_AI, "AI", "AiId", "<Stream><StreamSource><AI>",
+     make<tag_CFG_STREAM_SOURCE_AI_T>},
+    {CFG_STREAM_SOURCE_AENC, "AENC", "AencId", "<Stream><StreamSource><AENC>",
+     make<tag_CFG_STREAM_SOURCE_AENC_T>},
+};
+
+const Kind* kindOfElement(const XMLElement& element) {
+  for (const Kind& kind : kKinds)
+    if (isWord(element.Name(), kind.element)) return &kind;
+  return nullptr;
+}
+
+const Kind* kindOfRecord(const Source& source) {
+  for (const Kind& kind : kKinds)
+    if (source != nullptr && source->s32Type == kind.type) return &kind;
+  return nullptr;
+}
+
+// Reads one element. `name` is that of the source before it and becomes its own.
+bool readSource(const XMLElement& element, const Kind& kind, const char** name,
+                tag_CFG_STREAM_SOURCE_T& source) {
+  if (!kStream.requireInt(element, kind.channel, kind.path, &source.s32ChnId) ||
+      !kStream.requireInt(element, "Id", kAnySource, &source.s32Id))
+    return reject();
+  *name = textOr(element, "Name", *name);
+  if (*name == nullptr) {
+    kStream.reportMissing("Name", kAnySource);
+    return reject();
+  }
+  source.strName = *name;
+  source.s32Enabled = element.IntAttribute("Enabled", 1);
+  return true;
+}
+
+void writeSource(XMLElement& section, const Kind& kind, const tag_CFG_STREAM_SOURCE_T& source) {
+  XMLElement& element = append(section, kind.element);
+  element.SetAttribute("Id", source.s32Id);
+  setText(element, "Name", source.strName);
+  element.SetAttribute(kind.channel, source.s32ChnId);
+  if (source.s32Enabled == 0) element.SetAttribute("Enabled", 0);
+}
+
+}  // namespace
+
+int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) {
+  return kStream.read("StreamSource", [&sources](const XMLElement& section) {
+    sources.clear();
+    // Deliberate: not reset between elements, so one without "Name" takes its predecessor's.
+    const char* name = nullptr;
+    for (const XMLElement* element = section.FirstChildElement(); element != nullptr;
+         element = element->NextSiblingElement()) {
+      const Kind* kind = kindOfElement(*element);
+      if (kind == nullptr) {
+        kStream.print(kWarning, "Un-Support node <%s> by <StreamSource>, Skip.\n", element->Name());
+        continue;
+      }
+      Source source = kind->make();
+      if (!readSource(*element, *kind, &name, *source)) return CFG_MPP_ERR;
+      sources.push_back(std::move(source));
+    }
+    kStream.closeRead();
+    return 0;
+  });
+}
+
+int CFG_MPP_DumpStreamSourceConfig(const std::list<Source>& sources) {
+  return kStream.edit("StreamSource", [&sources](XMLElement& section) {
+    section.DeleteChildren();
+    for (const Source& source : sources)
+      if (const Kind* kind = kindOfRecord(source)) writeSource(section, *kind, *source);
+    return kStream.closeWrite();
+  });
+}

@@ -1,0 +1,78 @@
+#include "support/scarce_memory.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace camcfg::tests {
+namespace {
+
+constexpr int kPlenty = 0;
+
+std::atomic<int> allocationsUntilShort{kPlenty};
+std::atomic<bool> staysShort{false};
+std::atomic<bool> hasStruck{false};
+
+bool fails() {
+  if (staysShort && hasStruck) return true;
+  if (allocationsUntilShort == kPlenty || --allocationsUntilShort != 0) return false;
+  hasStruck = true;
+  return true;
+}
+
+void* allocate(std::size_t size) noexcept {
+  return fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
+void* allocateOrThrow(std::size_t size) {
+  void* memory = allocate(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+ScarceMemory::ScarceMemory(int allocation, Shortage shortage) {
+  hasStruck = false;
+  staysShort = shortage == Shortage::FromThenOn;
+  allocationsUntilShort = allocation;
+}
+
+ScarceMemory::~ScarceMemory() {
+  allocationsUntilShort = kPlenty;
+  staysShort = false;
+}
+
+bool ScarceMemory::struck() const {
+  return hasStruck;
+}
+
+}  // namespace camcfg::tests
+
+using camcfg::tests::allocate;
+using camcfg::tests::allocateOrThrow;
+
+void* operator new(std::size_t size) {
+  return allocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+  return allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
