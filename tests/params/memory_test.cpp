@@ -1,5 +1,5 @@
 #include "params/all_calls.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
 
 namespace camcfg::tests {
 namespace {
@@ -22,14 +22,14 @@ TEST_P(WithoutMemory, CallFailsReleasesTheLockAndSparesTheBackup) {
   writeFiles();
   EXPECT_EQ(call.make(), call.success);
   writeFiles();
-  failEachAllocation(call.make, [&](bool failed, int result) {
-    EXPECT_EQ(result, failed ? call.failure : call.success);
+  underEachShortage(call.make, [&](bool struck, int result) {
+    EXPECT_EQ(result, struck ? call.failure : call.success);
     EXPECT_TRUE(isUnlocked(call.path));
     tinyxml2::XMLDocument backup;
     if (device.read(kBackup) == "backup")
-      EXPECT_TRUE(failed || !call.writes);
+      EXPECT_TRUE(struck || !call.writes);
     else if (call.transactions == 1)
-      EXPECT_TRUE(!failed && call.writes);
+      EXPECT_TRUE(!struck && call.writes);
     else
       EXPECT_EQ(backup.LoadFile(kBackup), tinyxml2::XML_SUCCESS);
 
