@@ -28,7 +28,7 @@ void PrintTo(const Setter& setter, std::ostream* out) {
 class AnySectionSetTest : public ParamsTest, public testing::WithParamInterface<Setter> {
  protected:
   Outcome set(const char* name, int save = 1) {
-    return run([=] { return GetParam().set(text(name), static_cast<tagBU_BOOL>(save)); });
+    return observe([=] { return GetParam().set(text(name), static_cast<tagBU_BOOL>(save)); });
   }
   static auto fails() { return failsSaying(GetParam().function, "failed"); }
 };
@@ -145,7 +145,7 @@ TEST_F(AnySectionValueTest, NullTextIsRefused) {
   const std::string contents = "<System><Name   Cur='x'/></System>";
   write(contents);
   const auto setNull = [] { return CFG_COM_SetTxtParams(text("Name"), nullptr, BU_TRUE); };
-  EXPECT_THAT(run(setNull), failsSaying("CFG_COM_SetTxtParams", "failed"));
+  EXPECT_THAT(observe(setNull), failsSaying("CFG_COM_SetTxtParams", "failed"));
   expectUntouched(contents);
 }
 

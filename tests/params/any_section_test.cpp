@@ -14,13 +14,14 @@ using IntRecord = Guarded<tagCFG_VALUE_INT_S>;
 class AnySectionTest : public ParamsTest {
  protected:
   Outcome getTexts(const char* name, TextRecord& value) {
-    return run([&] { return CFG_COM_GetTxtParams(text(name), value.get()); });
+    return observe([&] { return CFG_COM_GetTxtParams(text(name), value.get()); });
   }
   Outcome getInts(const char* name, IntRecord& value) {
-    return run([&] { return CFG_COM_GetIntParams(text(name), value.get()); });
+    return observe([&] { return CFG_COM_GetIntParams(text(name), value.get()); });
   }
   Outcome getChild(const char* parent, const char* child, TextRecord& value) {
-    return run([&] { return CFG_COM_GetTxtParamByParent(text(parent), text(child), value.get()); });
+    return observe(
+        [&] { return CFG_COM_GetTxtParamByParent(text(parent), text(child), value.get()); });
   }
 };
 
@@ -153,7 +154,7 @@ TEST_F(GetTxtParamsTest, FileThatDoesNotOpenIsSaidBesidesTheStoresRecord) {
 TEST_F(GetTxtParamsTest, NullNameOrRecordIsRefused) {
   write("<System><Language Cur='c' Def='d' OptTxt='o'/></System>");
   EXPECT_EQ(getTexts(nullptr, value).result, -1);
-  EXPECT_EQ(run([] { return CFG_COM_GetTxtParams(text("Language"), nullptr); }).result, -1);
+  EXPECT_EQ(observe([] { return CFG_COM_GetTxtParams(text("Language"), nullptr); }).result, -1);
   expectTexts(value, nullptr, nullptr, nullptr);
 }
 
@@ -260,7 +261,7 @@ TEST_F(GetIntParamsTest, FileThatDoesNotOpenIsLoggedByTheStoreOnly) {
 TEST_F(GetIntParamsTest, NullNameOrRecordIsRefused) {
   write("<System><Rtsp Cur='1' Def='1' Min='1' Max='1' Step='1'/></System>");
   EXPECT_EQ(getInts(nullptr, value).result, -1);
-  EXPECT_EQ(run([] { return CFG_COM_GetIntParams(text("Rtsp"), nullptr); }).result, -1);
+  EXPECT_EQ(observe([] { return CFG_COM_GetIntParams(text("Rtsp"), nullptr); }).result, -1);
   EXPECT_TRUE(IntRecord::isPattern(*value.get()));
 }
 
@@ -341,7 +342,7 @@ TEST_F(GetTxtParamByParentTest, NullNamesOrRecordAreRefused) {
   const auto withoutRecord = [] {
     return CFG_COM_GetTxtParamByParent(text("Eth"), text("Mode"), nullptr);
   };
-  EXPECT_EQ(run(withoutRecord).result, -1);
+  EXPECT_EQ(observe(withoutRecord).result, -1);
   expectTexts(value, nullptr, nullptr, nullptr);
 }
 

@@ -26,16 +26,16 @@ class OutBuffer {
 class BySectionTest : public ParamsTest {
  protected:
   Outcome getText(const char* section, const char* name, char* out) {
-    return run([=] { return CFG_COM_GetTxtParam(text(section), text(name), out); });
+    return observe([=] { return CFG_COM_GetTxtParam(text(section), text(name), out); });
   }
   Outcome getInt(const char* section, const char* name, int* out) {
-    return run([=] { return CFG_COM_GetIntParam(text(section), text(name), out); });
+    return observe([=] { return CFG_COM_GetIntParam(text(section), text(name), out); });
   }
   Outcome setText(const char* section, const char* name, const char* value) {
-    return run([=] { return CFG_COM_SetTxtParam(text(section), text(name), text(value)); });
+    return observe([=] { return CFG_COM_SetTxtParam(text(section), text(name), text(value)); });
   }
   Outcome setInt(const char* section, const char* name, int value) {
-    return run([=] { return CFG_COM_SetIntParam(text(section), text(name), value); });
+    return observe([=] { return CFG_COM_SetIntParam(text(section), text(name), value); });
   }
 };
 

@@ -15,7 +15,7 @@ class LanguageTest : public ParamsTest {
     device.write(kThai, "<Language>" + entries + "</Language>");
   }
   Outcome get(const char* language, const char* key) {
-    return run([=] { return CFG_LANG_GetString(text(language), text(key), *out.get()); });
+    return observe([=] { return CFG_LANG_GetString(text(language), text(key), *out.get()); });
   }
   static auto cannotOpen(const std::string& path) {
     return FieldsAre(-1, "CFG_LANG_GetString acLangXml = " + path + " failed\n");

@@ -3,23 +3,13 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <string>
 
 #include "camcfg/params.h"
 #include "support/device_test.h"
+#include "support/outcome.h"
 
 namespace camcfg::tests {
-
-/// What a call returned and printed on standard output.
-struct Outcome {
-  int result;
-  std::string output;
-};
-
-inline void PrintTo(const Outcome& outcome, std::ostream* out) {
-  *out << outcome.result << " and \"" << outcome.output << '"';
-}
 
 /// A device with a parameter file. Whatever a test does, the file must be unlocked at its end.
 class ParamsTest : public DeviceTest {
@@ -43,12 +33,6 @@ class ParamsTest : public DeviceTest {
   void expectUntouched(const std::string& contents) {
     EXPECT_EQ(device.read(kFile), contents);
     EXPECT_FALSE(device.exists(kBackup));
-  }
-
-  static Outcome run(const std::function<int()>& call) {
-    Outcome outcome{-2, ""};
-    outcome.output = captureOutput([&] { outcome.result = call(); });
-    return outcome;
   }
 };
 

@@ -22,7 +22,7 @@ class SystemTest : public ParamsTest {
 TEST_F(SystemTest, LanguageIsReadWithoutATerminator) {
   writeSystem("<Language Cur='thai' OptTxt='english,thai'/>");
   char older[] = "portuguese";
-  EXPECT_THAT(run([&] { return CFG_SYSTEM_GetLanguage(older); }), returnsSilently(0));
+  EXPECT_THAT(observe([&] { return CFG_SYSTEM_GetLanguage(older); }), returnsSilently(0));
   EXPECT_STREQ(older, "thaiuguese");
 }
 
@@ -30,9 +30,9 @@ TEST_F(SystemTest, MissingLanguageIsSaidUnderTheNameOfTheParameterCall) {
   writeSystem("<Rtsp Cur='554'/>");
   char out[] = "fallback";
   const auto getLanguage = [&] { return CFG_SYSTEM_GetLanguage(out); };
-  EXPECT_THAT(run(getLanguage), failsSaying("CFG_COM_GetTxtParam", "failed"));
+  EXPECT_THAT(observe(getLanguage), failsSaying("CFG_COM_GetTxtParam", "failed"));
   write("<!-- nothing -->");
-  EXPECT_THAT(run(getLanguage), returnsSilently(-1));
+  EXPECT_THAT(observe(getLanguage), returnsSilently(-1));
   EXPECT_THAT(log.records(), ElementsAre(rootFailure("CFG_COM_GetTxtParam")));
   EXPECT_STREQ(out, "fallback");
 }
@@ -42,7 +42,7 @@ TEST_F(SystemTest, MissingLanguageIsSaidUnderTheNameOfTheParameterCall) {
 class DeviceNameTest : public SystemTest {
  protected:
   Outcome get(char* nameOut, char* modelOut) {
-    return run([=] { return CFG_SYSTEM_GetDeviceName(nameOut, modelOut); });
+    return observe([=] { return CFG_SYSTEM_GetDeviceName(nameOut, modelOut); });
   }
   Guarded<char[CFG_TXT_CUR_SIZE]> name;
   Guarded<char[CFG_TXT_CUR_SIZE]> model;
@@ -111,10 +111,10 @@ TEST_F(DeviceNameTest, FileWithoutElementsOrThatDoesNotOpenIsLogged) {
 class HttpPortTest : public SystemTest {
  protected:
   Outcome get() {
-    return run([this] { return CFG_SYSTEM_GetHttpPort(&http, &https); });
+    return observe([this] { return CFG_SYSTEM_GetHttpPort(&http, &https); });
   }
   Outcome set(int newHttp, int newHttps) {
-    return run([=] { return CFG_SYSTEM_SetHttpPort(newHttp, newHttps); });
+    return observe([=] { return CFG_SYSTEM_SetHttpPort(newHttp, newHttps); });
   }
   static std::string saved(int newHttp, int newHttps) {
     return "<System>\n    <WebHttp Cur=\"" + std::to_string(newHttp) +
@@ -227,30 +227,30 @@ INSTANTIATE_TEST_SUITE_P(Ports, RtspPortTest,
 
 TEST_P(RtspPortTest, IsRead) {
   writePort("Cur='8554'");
-  EXPECT_THAT(run(GetParam().get), returnsSilently(8554));
+  EXPECT_THAT(observe(GetParam().get), returnsSilently(8554));
 }
 
 TEST_P(RtspPortTest, ReadsAsZeroWhenItCannotBeRead) {
-  EXPECT_THAT(run(GetParam().get), returnsSilently(0));
+  EXPECT_THAT(observe(GetParam().get), returnsSilently(0));
   write("<!-- nothing -->");
-  EXPECT_THAT(run(GetParam().get), returnsSilently(0));
+  EXPECT_THAT(observe(GetParam().get), returnsSilently(0));
   EXPECT_THAT(log.records(), ElementsAre(loadFailure(), rootFailure("CFG_COM_GetIntParam")));
   log.clear();
   writeSystem("<Language Cur='thai'/>");
-  EXPECT_THAT(run(GetParam().get), returnsSilently(0));
+  EXPECT_THAT(observe(GetParam().get), returnsSilently(0));
   writePort("Cur='none'");
-  EXPECT_THAT(run(GetParam().get), returnsSilently(0));
+  EXPECT_THAT(observe(GetParam().get), returnsSilently(0));
   writePort("Def='554'");
-  EXPECT_THAT(run(GetParam().get), returnsSilently(0));
+  EXPECT_THAT(observe(GetParam().get), returnsSilently(0));
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_P(RtspPortTest, IsStoredWithinItsRangeOnly) {
   writePort("Cur='554' Min='100' Max='200'");
   for (const int refused : {99, 201, -1, 0})
-    EXPECT_THAT(run([=] { return GetParam().set(refused); }), returnsSilently(-1)) << refused;
+    EXPECT_THAT(observe([=] { return GetParam().set(refused); }), returnsSilently(-1)) << refused;
   expectUntouched(contents);
-  EXPECT_THAT(run([] { return GetParam().set(200); }), returnsSilently(0));
+  EXPECT_THAT(observe([] { return GetParam().set(200); }), returnsSilently(0));
   expectSaved(std::string("<System>\n    <") + GetParam().element +
               " Cur=\"200\" Min=\"100\" Max=\"200\"/>\n</System>\n");
 }
