@@ -14,15 +14,20 @@ struct Option {
   enum Kind {
     Argument,          ///< a word in its place
     OptionalArgument,  ///< the same, may be left out
+    Arguments,         ///< one word or more, to the end
     Flag,              ///< "--name"
+    Value,             ///< "--name VALUE"
     HostDirectory,     ///< "--name DIR": a directory outside the device's root, made if missing
+    HostFile,  ///< a file outside the device's root, in its place, read whole; "-": standard input
   };
   Kind kind;
   const char* name;
   const char* help;
 };
 
-/// One command of the tool. Help, parsing and dispatch are made from these records.
+/// One command of the tool. Help, parsing and dispatch are made from these records. A command below
+/// another is named behind what that one takes ("stream cache ID select SOURCE") and gets that,
+/// too.
 struct Command {
   const char* name;  ///< "set"; "system http-port" is the command "http-port" below "system"
   const char* help;  ///< one line

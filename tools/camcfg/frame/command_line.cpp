@@ -1,8 +1,12 @@
 #include "frame/command_line.h"
 
+#include <fcntl.h>
+
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <cerrno>
+#include <cstring>
 
 #include "frame/spelling.h"
 #include "frame/status.h"
@@ -20,6 +24,13 @@ constexpr char kFooter[] =
     "Answers go to standard output, everything else to standard error.\n"
     "Exit status: 0 done, 1 refused or not found, 2 usage, 3 the device's files are unusable.\n"
     "'camcfg COMMAND --help' tells what a command takes.";
+
+std::string contentsOf(const std::string& path) {
+  const Descriptor file(path == "-" ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  std::string contents;
+  if (!file || !readAll(file.get(), contents)) throw Refusal(path + ": " + std::strerror(errno));
+  return contents;
+}
 
 // The parser's tree of commands, made from the records.
 class Parser {
@@ -92,8 +103,23 @@ class Parser {
       return;
     }
     CLI::Option* added = app.add_option(option.name, CLI::callback_t(), option.help);
-    if (option.kind == Option::Argument) added->required();
-    if (option.kind == Option::HostDirectory) added->type_name("DIR");
+    switch (option.kind) {
+      case Option::Arguments:
+        added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
+        [[fallthrough]];
+      case Option::Argument:
+      case Option::HostFile:
+        added->required();
+        break;
+      case Option::Value:
+        added->type_name("VALUE");
+        break;
+      case Option::HostDirectory:
+        added->type_name("DIR");
+        break;
+      default:
+        break;
+    }
   }
 
   // The command that was named, or the tool itself.
@@ -148,22 +174,28 @@ class Parser {
     const auto found = commands_.find(&app);
     if (found == commands_.end() || !found->second->run) refuse("a command is missing");
     invocation.command = found->second;
-    if (app_.count(kRoot) != 0) invocation.root = textOf(app_, kRoot);
+    if (app_.count(kRoot) != 0) invocation.root = textsOf(app_, kRoot).front();
     invocation.json = app_.count(kJson) != 0;
     invocation.verbose = app_.count(kVerbose) != 0;
-    for (const Option& option : invocation.command->options)
-      if (app.count(option.name) != 0) give(invocation, option, textOf(app, option.name));
+    for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
+      for (const Option& option : commands_.at(named)->options)
+        if (named->count(option.name) != 0) give(invocation, option, textsOf(*named, option.name));
   }
 
-  static std::string textOf(const CLI::App& app, const char* name) {
-    return app.get_option(name)->results().back();
+  static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {
+    return app.get_option(name)->results();
   }
 
-  static void give(Invocation& invocation, const Option& option, const std::string& text) try {
+  // Whatever is outside the device's root is opened now, before the root is entered.
+  static void give(Invocation& invocation, const Option& option,
+                   const std::vector<std::string>& texts) try {
+    Arguments& arguments = invocation.arguments;
     if (option.kind == Option::HostDirectory)
-      invocation.arguments.add(option.name, std::make_unique<HostDirectory>(text));
+      arguments.add(option.name, std::make_unique<HostDirectory>(texts.front()));
+    else if (option.kind == Option::HostFile)
+      arguments.add(option.name, {contentsOf(texts.front())});
     else
-      invocation.arguments.add(option.name, text);
+      arguments.add(option.name, texts);
   } catch (const Refusal& refusal) {
     throw Refusal(std::string(invocation.command->name) + ": " + option.name + " " +
                   refusal.what());
