@@ -5,6 +5,7 @@
 
 #include "camcfg/livemedia.h"
 #include "support/media_test.h"
+#include "support/quick_saves.h"
 
 namespace camcfg::tests {
 
@@ -42,7 +43,7 @@ inline std::string unsupported(const std::string& element, const std::string& pa
 }
 
 /// A test on one section of the live media services.
-class LiveMediaTest : public MediaTest {
+class LiveMediaTest : private QuickSaves, public MediaTest {
  protected:
   explicit LiveMediaTest(const char* section)
       : MediaTest("LiveMediaService", section, "LiveMedia", g_LM_xmlDoc) {

@@ -184,6 +184,13 @@ TEST_F(RtspTest, NoValueIsCheckedWhenDumping) {
 <MediaGroup Name="a"/>)");
 }
 
+TEST_F(RtspTest, EmptyPointersAreLeftOutWhenDumping) {
+  RtspList sessions = shared({{"a", {}}});
+  sessions.push_front(nullptr);
+  sessions.push_back(nullptr);
+  expectDumped(sessions, "<MediaGroup Name=\"a\"/>");
+}
+
 TEST_F(RtspTest, AGroupWithoutChannelsSurvivesLoadAndDump) {
   give("<MediaGroup Name='main'/>");
   expectDumped(load().records, "<MediaGroup Name=\"main\"/>");

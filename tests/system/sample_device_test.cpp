@@ -8,15 +8,8 @@ using testing::Ge;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class SampleDeviceAfterStartUp : public SampleDevice {
+class SampleParametersOnDevice : public SampleDeviceAfterStartUp {
  protected:
-  SampleDeviceAfterStartUp() {
-    int result = -1;
-    startUp(&result);
-    EXPECT_EQ(result, 0);
-    log.clear();
-  }
-
   SampleDocument defaults{"/app/resource/defcfg/business_param.xml", files};
 };
 
@@ -41,7 +34,7 @@ TEST_F(SampleDeviceAfterStartUp, HasTheFactoryFilesAsMainCopiesAndNoBackupsYet) 
   EXPECT_THAT(device.list("/cfg1"), IsEmpty());
 }
 
-TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedCallsForLanguageAndName) {
+TEST_F(SampleParametersOnDevice, AnswerTheNamedCallsForLanguageAndName) {
   char language[CFG_TXT_CUR_SIZE] = {};
   EXPECT_EQ(CFG_SYSTEM_GetLanguage(language), 0);
   EXPECT_STREQ(language, "English");
@@ -53,7 +46,7 @@ TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedCallsForLanguageAndName) {
   EXPECT_STREQ(model, "E4-PTZ");
 }
 
-TEST_F(SampleDeviceAfterStartUp, AnswersTheNamedCallsForPorts) {
+TEST_F(SampleParametersOnDevice, AnswerTheNamedCallsForPorts) {
   int http = 0;
   int https = 0;
   EXPECT_EQ(CFG_SYSTEM_GetHttpPort(&http, &https), 0);
@@ -75,7 +68,7 @@ std::vector<std::string> textsOf(const tinyxml2::XMLElement* parameter) {
   return texts;
 }
 
-TEST_F(SampleDeviceAfterStartUp, AnswersForEveryIntegerByItsNameAlone) {
+TEST_F(SampleParametersOnDevice, AnswerForEveryIntegerByItsNameAlone) {
   Integers written;
   Integers answered;
   for (const auto* parameter : parametersWith("Min", defaults)) {
@@ -90,7 +83,7 @@ TEST_F(SampleDeviceAfterStartUp, AnswersForEveryIntegerByItsNameAlone) {
   EXPECT_EQ(answered, written);
 }
 
-TEST_F(SampleDeviceAfterStartUp, AnswersForEveryTextByItsNameAlone) {
+TEST_F(SampleParametersOnDevice, AnswerForEveryTextByItsNameAlone) {
   Texts written;
   Texts answered;
   for (const auto* parameter : parametersWith("OptTxt", defaults)) {
@@ -103,7 +96,7 @@ TEST_F(SampleDeviceAfterStartUp, AnswersForEveryTextByItsNameAlone) {
   EXPECT_EQ(answered, written);
 }
 
-TEST_F(SampleDeviceAfterStartUp, AnswersForEveryChildOfAParameterThroughItsParent) {
+TEST_F(SampleParametersOnDevice, AnswerForEveryChildOfAParameterThroughItsParent) {
   Texts written;
   Texts answered;
   for (auto* parent : parametersWith("OptTxt", defaults)) {
@@ -119,7 +112,7 @@ TEST_F(SampleDeviceAfterStartUp, AnswersForEveryChildOfAParameterThroughItsParen
   EXPECT_EQ(answered, written);
 }
 
-TEST_F(SampleDeviceAfterStartUp, AChangedSettingIsTheOnlyDifferenceInTheSavedFile) {
+TEST_F(SampleParametersOnDevice, AChangedSettingIsTheOnlyDifferenceInTheSavedFile) {
   std::string expected = files.at("/app/resource/defcfg/business_param.xml");
   const std::string before = "<Rtsp Cur=\"554\"";
   expected.replace(expected.find(before), before.size(), "<Rtsp Cur=\"8554\"");

@@ -1,6 +1,6 @@
 #include <set>
 
-#include "camcfg/store.h"
+#include "camcfg/network.h"
 #include "system/sample_set.h"
 
 namespace camcfg::tests {
@@ -37,10 +37,6 @@ const std::vector<Setting>& settings() {
   return all;
 }
 
-constexpr std::size_t kTextSize = 32;  ///< of a text field of a card's record
-constexpr std::size_t kNameSize = 16;  ///< of a card's name in the list of cards
-constexpr std::size_t kCards = 3;
-
 class SampleNetworkTest : public testing::Test {
  protected:
   SampleDocument document{"/app/resource/defcfg/business_param.xml"};
@@ -53,8 +49,8 @@ TEST_F(SampleNetworkTest, HasAHostName) {
 }
 
 TEST_F(SampleNetworkTest, HasCardsThatTheListOfCardsHoldsWhole) {
-  EXPECT_THAT(cards, SizeIs(kCards));
-  for (const auto* card : cards) EXPECT_LT(nameOf(card).size(), kNameSize);
+  EXPECT_THAT(cards, SizeIs(CFG_NETWORK_CARDS_MAX));
+  for (const auto* card : cards) EXPECT_LT(nameOf(card).size(), std::size_t{CFG_NETWORK_NAME_SIZE});
 }
 
 TEST_F(SampleNetworkTest, CardsAreFoundByTheirNames) {
@@ -90,11 +86,86 @@ TEST_F(SampleNetworkTest, EverySettingHoldsAWordOfItsOwnOrATextThatFits) {
   for (auto* card : cards) {
     for (const Setting& setting : settings()) {
       const std::string value = textOf(CFG_GetElementByName(card, setting.name), "Cur").value();
-      EXPECT_LT(value.size(), kTextSize) << setting.name;
+      EXPECT_LT(value.size(), std::size_t{CFG_NETWORK_TEXT_SIZE}) << setting.name;
       if (setting.words.empty()) continue;
       EXPECT_THAT(setting.words, testing::Contains(value)) << setting.name;
     }
   }
+}
+
+using Words = std::map<std::string, std::string>;
+
+Words wordsOf(tinyxml2::XMLElement* card, const char* attribute) {
+  Words words;
+  for (const auto* element : childrenOf(card))
+    words[element->Name()] = textOf(element, attribute).value();
+  return words;
+}
+
+// The words that a record stands for.
+Words wordsOf(const tagNETWORK_CFG_S& cfg) {
+  const auto onOff = [](tagBU_BOOL flag) { return flag == BU_TRUE ? "On" : "Off"; };
+  return {{"Enable", onOff(cfg.enEnable)},
+          {"Autoneg", onOff(cfg.enAutoneg)},
+          {"Duplex", cfg.enDuplex == LINK_DUPLEX_FULL ? "Full" : "Half"},
+          {"Speed", std::to_string(cfg.enSpeed) + "M"},
+          {"MTU", std::to_string(cfg.s32MTU)},
+          {"Intf", CFG_NETWORK_IntfEthName2XmlStr(cfg.acIntf)},
+          {"IpMode", cfg.enIpMode == IP_MODE_STATIC ? "StaticIp" : "DhcpIp"},
+          {"IpAddr", cfg.acIpAddr},
+          {"NetMask", cfg.acNetMask},
+          {"GateWay", cfg.acGateWay},
+          {"DnsMode", cfg.enDnsMode == DNS_MODE_MANUAL ? "ManualMode" : "AutoMode"},
+          {"Dns1", cfg.acDns1},
+          {"Dns2", cfg.acDns2},
+          {"DnsSearch", cfg.acDnsSearch},
+          {"DhcpDns1", cfg.acDhcpDns1},
+          {"DhcpDns2", cfg.acDhcpDns2}};
+}
+
+class SampleNetworkOnDevice : public SampleDeviceAfterStartUp {
+ protected:
+  SampleDocument document{"/app/resource/defcfg/business_param.xml", files};
+  tinyxml2::XMLElement* network = document.element("NetWork");
+  const std::vector<tinyxml2::XMLElement*> cards = childrenOf(network);
+};
+
+TEST_F(SampleNetworkOnDevice, TellsTheHostName) {
+  char name[CFG_NETWORK_TEXT_SIZE];
+  CFG_NETWORK_GetHostname(name, sizeof name);
+  EXPECT_EQ(name, textOf(network, "Hostname"));
+}
+
+TEST_F(SampleNetworkOnDevice, ListsEveryCardWithAnInterface) {
+  tagNETWORK_CARDS_S list{};
+  EXPECT_EQ(CFG_NETWORK_GetCards(&list), 0);
+  ASSERT_THAT(cards, SizeIs(list.s32Count));
+  for (int i = 0; i < list.s32Count; ++i) {
+    EXPECT_EQ(list.acCard[i], nameOf(cards[i]));
+    EXPECT_EQ(CFG_NETWORK_IntfEthName2XmlStr(list.acIntf[i]), wordsOf(cards[i], "Cur")["Intf"]);
+  }
+}
+
+TEST_F(SampleNetworkOnDevice, AnswersForEveryCardWithAllItsSettings) {
+  for (auto* card : cards) {
+    tagNETWORK_CFG_S current{};
+    tagNETWORK_CFG_S defaults{};
+    EXPECT_EQ(CFG_NETWORK_GetCardIntf(text(card->Name()), &current), 0);
+    EXPECT_EQ(wordsOf(current), wordsOf(card, "Cur"));
+    CFG_NETWORK_GetAllParamDef(text(card->Name()), &defaults);
+    EXPECT_EQ(wordsOf(defaults), wordsOf(card, "Def"));
+  }
+  EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_F(SampleNetworkOnDevice, SettingsStoredAsTheyWereReadKeepTheBytesOfTheFile) {
+  for (auto* card : cards) {
+    tagNETWORK_CFG_S current{};
+    CFG_NETWORK_GetAllParamCur(text(card->Name()), &current);
+    CFG_NETWORK_SetAllParam(text(card->Name()), current);
+    EXPECT_EQ(device.read(CFG_FILE_BUSINESS), files.at("/app/resource/defcfg/business_param.xml"));
+  }
+  EXPECT_THAT(log.records(), IsEmpty());
 }
 
 }  // namespace

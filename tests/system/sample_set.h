@@ -114,6 +114,17 @@ class SampleDevice : public testing::Test {
   testkit::LogRecorder log;
 };
 
+/// The sample device with its main copies in place.
+class SampleDeviceAfterStartUp : public SampleDevice {
+ protected:
+  SampleDeviceAfterStartUp() {
+    int result = -1;
+    startUp(&result);
+    EXPECT_EQ(result, 0);
+    log.clear();
+  }
+};
+
 }  // namespace camcfg::tests
 
 #endif

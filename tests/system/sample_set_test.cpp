@@ -1,6 +1,5 @@
 #include "system/sample_set.h"
 
-#include <algorithm>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -10,11 +9,7 @@
 namespace camcfg::tests {
 namespace {
 
-using testing::AllOf;
 using testing::Ge;
-using testing::IsEmpty;
-using testing::Le;
-using testing::Not;
 using testing::SizeIs;
 
 std::string languagePath(const std::string& language) {
@@ -90,49 +85,6 @@ TEST_P(SampleTextsTest, AreLookedUpByTheirKeys) {
 
 INSTANTIATE_TEST_SUITE_P(Languages, SampleTextsTest, testing::Values("English", "German", "French"),
                          [](const auto& language) { return std::string(language.param); });
-
-class SamplePresetsTest : public testing::Test {
- protected:
-  SampleDocument document{"/app/resource/defcfg/preset_cfg.xml"};
-  tinyxml2::XMLElement* group =
-      CFG_GetBrotherElementByName(document.document().FirstChildElement(), "PresetCfg");
-  const std::vector<tinyxml2::XMLElement*> presets = childrenOf(group);
-};
-
-TEST_F(SamplePresetsTest, HaveExactlyTheAttributesOfANewPresetInTheirOrder) {
-  EXPECT_THAT(presets, SizeIs(Ge(5U)));
-  for (const auto* preset : presets) {
-    EXPECT_EQ(nameOf(preset), "preset");
-    EXPECT_THAT(attributeNames(preset),
-                testing::ElementsAre("Id", "Description", "PanPos", "TiltPos", "ZoomPos",
-                                     "FocusPos", "FocusMode"));
-  }
-}
-
-TEST_F(SamplePresetsTest, HaveIntegersForPositionsAndFocusMode) {
-  for (const auto* preset : presets)
-    for (const char* name : {"PanPos", "TiltPos", "ZoomPos", "FocusPos", "FocusMode"})
-      EXPECT_TRUE(intOf(preset, name)) << name;
-}
-
-TEST_F(SamplePresetsTest, AreFoundByTheirIds) {
-  for (auto* preset : presets) {
-    const int id = intOf(preset, "Id").value();
-    EXPECT_THAT(id, AllOf(Ge(0), Le(127)));
-    EXPECT_EQ(CFG_GetElementByNameId(group, "preset", id), preset) << id;
-  }
-}
-
-TEST_F(SamplePresetsTest, HaveDescriptionsThatBothQueriesReturnAndNoOtherBegins) {
-  for (const auto* preset : presets) {
-    const std::string description = textOf(preset, "Description").value();
-    EXPECT_THAT(description, AllOf(Not(IsEmpty()), SizeIs(Le(31U))));
-    const auto begun = [&](const tinyxml2::XMLElement* other) {
-      return begins(description, textOf(other, "Description").value());
-    };
-    EXPECT_EQ(std::count_if(presets.begin(), presets.end(), begun), 1) << description;
-  }
-}
 
 }  // namespace
 }  // namespace camcfg::tests
