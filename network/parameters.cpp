@@ -1,13 +1,11 @@
 #include "network/parameters.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
-#include <limits>
 #include <type_traits>
 
 #include "network/section.h"
@@ -73,10 +71,17 @@ struct OneOf {
     if (unknown == WriteFirstWord) setCurrent(element, Words[0].text);
   }
   static void read(Record& record, const char* text) {
-    std::int32_t value = 0;
+    using Value = std::decay_t<decltype(record.*Field)>;
     for (const Word& word : Words)
-      if (std::strcmp(word.text, text) == 0) value = word.value;
-    record.*Field = static_cast<std::decay_t<decltype(record.*Field)>>(value);
+      if (std::strcmp(word.text, text) == 0) record.*Field = static_cast<Value>(word.value);
+  }
+};
+
+// Anything but the word for on is read as off.
+template <auto Field, Unknown unknown = LeaveElement>
+struct Switch : OneOf<Field, kSwitch, unknown> {
+  static void read(Record& record, const char* text) {
+    record.*Field = std::strcmp(text, "On") == 0 ? BU_TRUE : BU_FALSE;
   }
 };
 
@@ -104,10 +109,7 @@ struct Integer {
     element.SetAttribute("Cur", record.*Field);
   }
   static void read(Record& record, const char* text) {
-    using Limits = std::numeric_limits<std::int32_t>;
-    const long value = std::strtol(text, nullptr, 10);
-    record.*Field = static_cast<std::int32_t>(
-        std::clamp(value, static_cast<long>(Limits::min()), static_cast<long>(Limits::max())));
+    record.*Field = static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
   }
 };
 
@@ -131,8 +133,8 @@ constexpr Parameter row(const char* name, Match match) {
 // "EnableWifi" is written as "Enable" and never read.
 // Deliberate: an unknown "Enable" is left alone, while any "Autoneg" but 1 is written as "Off".
 constexpr Parameter kParameters[] = {
-    row<OneOf<&Record::enEnable, kSwitch>>("Enable", Match::Beginning),
-    row<OneOf<&Record::enAutoneg, kSwitch, WriteFirstWord>>("Autoneg", Match::Beginning),
+    row<Switch<&Record::enEnable>>("Enable", Match::Beginning),
+    row<Switch<&Record::enAutoneg, WriteFirstWord>>("Autoneg", Match::Beginning),
     row<OneOf<&Record::enDuplex, kDuplex>>("Duplex", Match::Beginning),
     row<OneOf<&Record::enSpeed, kSpeed>>("Speed", Match::Beginning),
     row<Integer<&Record::s32MTU>>("MTU", Match::Whole),

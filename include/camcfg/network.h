@@ -142,7 +142,7 @@ CFG_API void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CF
 /// @param pcAttr  attribute to read: "Cur" or "Def"
 /// @param pcCard  card, beginning of its name
 /// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, an MTU
-///                without a number 0, an MTU beyond 32 bits the nearest number within. Fields whose
+///                without a number 0, of an MTU beyond 32 bits the lower 32. Fields whose
 ///                element the card lacks are zero. Zeroed on failure, but untouched when an
 ///                argument is null.
 /// Prints: the common failures.

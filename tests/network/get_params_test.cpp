@@ -88,8 +88,12 @@ TEST_F(GetParamsTest, OnlyElementsOfExactlyThisNameAreRead) {
 
 TEST_F(GetParamsTest, OfSeveralElementsOfOneNameTheLastCounts) {
   EXPECT_EQ(readLan({"<Speed Cur=\"10M\"/>", "<Speed Cur=\"1000M\"/>"}).enSpeed, LINK_SPEED_1000M);
-  EXPECT_EQ(readLan({"<Speed Cur=\"10M\"/>", "<Speed Cur=\"none\"/>"}).enSpeed, 0);
+  EXPECT_EQ(readLan({"<Enable Cur=\"On\"/>", "<Enable Cur=\"none\"/>"}).enEnable, BU_FALSE);
   EXPECT_STREQ(readLan({"<Dns1 Cur=\"longer\"/>", "<Dns1 Cur=\"no\"/>"}).acDns1, "no");
+}
+
+TEST_F(GetParamsTest, AWordThatIsNoneOfAnElementsLeavesWhatAnEarlierElementGave) {
+  EXPECT_EQ(readLan({"<Speed Cur=\"10M\"/>", "<Speed Cur=\"none\"/>"}).enSpeed, LINK_SPEED_10M);
 }
 
 TEST_F(GetParamsTest, TheMtuIsConvertedAsADecimalNumber) {
@@ -111,12 +115,16 @@ TEST_F(GetParamsTest, TheMtuIsConvertedAsADecimalNumber) {
     EXPECT_EQ(readLan({std::string("<MTU Cur=\"") + mtu + "\"/>"}).s32MTU, expected) << mtu;
 }
 
-TEST_F(GetParamsTest, AnMtuBeyond32BitsReadsAsTheNearestNumberWithin) {
-  for (const char* mtu :
-       {"2147483648", "4294967296", "9223372036854775807", "99999999999999999999"})
-    EXPECT_EQ(readLan({std::string("<MTU Cur=\"") + mtu + "\"/>"}).s32MTU, INT_MAX) << mtu;
-  for (const char* mtu : {"-2147483649", "-4294967296", "-99999999999999999999"})
-    EXPECT_EQ(readLan({std::string("<MTU Cur=\"") + mtu + "\"/>"}).s32MTU, INT_MIN) << mtu;
+TEST_F(GetParamsTest, AnMtuBeyond32BitsKeepsItsLowerHalf) {
+  const struct {
+    const char* text;
+    int mtu;
+  } cases[] = {{"2147483648", INT_MIN},     {"4294967296", 0},
+               {"4294968796", 1500},        {"-2147483649", INT_MAX},
+               {"9223372036854775807", -1}, {"99999999999999999999", -1},
+               {"-99999999999999999999", 0}};
+  for (const auto& [mtu, expected] : cases)
+    EXPECT_EQ(readLan({std::string("<MTU Cur=\"") + mtu + "\"/>"}).s32MTU, expected) << mtu;
 }
 
 TEST_F(GetParamsTest, ATextThatFillsItsFieldIsCutByOneCharacter) {

@@ -8,6 +8,7 @@
 
 #include "camcfg/network.h"
 #include "support/device_test.h"
+#include "support/quick_saves.h"
 
 inline bool operator==(const tagNETWORK_CFG_S& left, const tagNETWORK_CFG_S& right) {
   return std::memcmp(&left, &right, sizeof left) == 0;
@@ -137,7 +138,7 @@ std::string nameOf(const testing::TestParamInfo<Case>& info) {
   return info.param.name;
 }
 
-class NetworkTest : public DeviceTest {
+class NetworkTest : private QuickSaves, public DeviceTest {
  protected:
   void store(const std::string& contents) {
     stored_ = contents;

@@ -1,7 +1,7 @@
 #include <functional>
 
 #include "network/network_test.h"
-#include "support/no_sync.h"
+#include "support/quick_saves.h"
 
 namespace camcfg::tests {
 namespace {
@@ -203,7 +203,7 @@ TEST_F(CacheDnsTest, TheFirstServerIsSavedAndUnlockedBeforeTheSecondIsWritten) {
     seen.push_back(device.exists(kBackup) ? device.read(kBackup) : "none");
   };
   CFG_NETWORK_CacheDnsFromDhcp(text("Lan"), text("1.1.1.1"), text("2.2.2.2"));
-  insteadOfSync = nullptr;
+  insteadOfSync = [] {};
 
   const std::string first = cached("1.1.1.1", "old2");
   const std::string both = cached("1.1.1.1", "2.2.2.2");

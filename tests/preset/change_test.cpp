@@ -139,16 +139,21 @@ TEST_F(SetParamTest, ThreadsThatSetDifferentPresetsLoseNone) {
   constexpr int kThreads = 3;
   constexpr int kPresetsEach = 4;
   givenPresets("");
-  std::vector<std::thread> threads;
-  for (int thread = 0; thread < kThreads; ++thread)
-    threads.emplace_back([thread] {
-      for (int i = 0; i < kPresetsEach; ++i) {
-        tagPRESET_CFG_S record = preset(thread * kPresetsEach + i, "Door");
-        EXPECT_EQ(CFG_PRESET_SetParam(&record), 0);
-        EXPECT_EQ(CFG_PRESET_QueryOneById(record.s32Id, &record), 0);
-      }
-    });
+  const auto setSome = [](int first) {
+    for (int id = first; id < first + kPresetsEach; ++id) {
+      tagPRESET_CFG_S record = preset(id, "Door");
+      EXPECT_EQ(CFG_PRESET_SetParam(&record), 0);
+      EXPECT_EQ(CFG_PRESET_QueryOneById(id, &record), 0);
+    }
+  };
+  std::vector<std::thread> threads(kThreads);
+  int first = 0;
+  for (std::thread& thread : threads) {
+    thread = std::thread(setSome, first);
+    first += kPresetsEach;
+  }
   for (std::thread& thread : threads) thread.join();
+
   int free = -1;
   EXPECT_EQ(CFG_PRESET_GetUnusedId(&free), 0);
   EXPECT_EQ(free, kThreads * kPresetsEach);

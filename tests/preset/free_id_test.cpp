@@ -122,7 +122,7 @@ TEST_P(FreeIdModelTest, ResultIsThatOfTryingEachCandidateOnAllPresets) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(, FreeIdModelTest, testing::Range(0u, 5u));
+INSTANTIATE_TEST_SUITE_P(, FreeIdModelTest, testing::Range(0U, 5U));
 
 }  // namespace
 }  // namespace camcfg::tests

@@ -11,16 +11,16 @@ using testing::IsEmpty;
 constexpr int kMin = std::numeric_limits<int>::min();
 constexpr int kMax = std::numeric_limits<int>::max();
 
-static_assert(PRESET_ID_MAX == 128, "");
-static_assert(offsetof(tagPRESET_CFG_S, s32Id) == 0, "");
-static_assert(offsetof(tagPRESET_CFG_S, s32PanPos) == 4, "");
-static_assert(offsetof(tagPRESET_CFG_S, s32TiltPos) == 8, "");
-static_assert(offsetof(tagPRESET_CFG_S, s32ZoomPos) == 12, "");
-static_assert(offsetof(tagPRESET_CFG_S, s32FocusPos) == 16, "");
-static_assert(offsetof(tagPRESET_CFG_S, s32FocusMode) == 20, "");
-static_assert(offsetof(tagPRESET_CFG_S, s8Description) == 24, "");
-static_assert(sizeof(tagPRESET_CFG_S::s8Description) == 64, "");
-static_assert(sizeof(tagPRESET_CFG_S) == 88, "");
+static_assert(PRESET_ID_MAX == 128);
+static_assert(offsetof(tagPRESET_CFG_S, s32Id) == 0);
+static_assert(offsetof(tagPRESET_CFG_S, s32PanPos) == 4);
+static_assert(offsetof(tagPRESET_CFG_S, s32TiltPos) == 8);
+static_assert(offsetof(tagPRESET_CFG_S, s32ZoomPos) == 12);
+static_assert(offsetof(tagPRESET_CFG_S, s32FocusPos) == 16);
+static_assert(offsetof(tagPRESET_CFG_S, s32FocusMode) == 20);
+static_assert(offsetof(tagPRESET_CFG_S, s8Description) == 24);
+static_assert(sizeof(tagPRESET_CFG_S::s8Description) == 64);
+static_assert(sizeof(tagPRESET_CFG_S) == 88);
 
 class RecordTest : public PresetTest {
  protected:

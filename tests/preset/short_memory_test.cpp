@@ -15,29 +15,36 @@ class ShortMemoryTest : public PresetTest {
   }
 };
 
-class EveryOperationTest : public ShortMemoryTest, public testing::WithParamInterface<Shortage> {};
+class EveryOperationTest : public ShortMemoryTest, public testing::WithParamInterface<Shortage> {
+ protected:
+  // Runs an operation with the given allocation failing. False when it did not make that many.
+  bool failsAt(int allocation, const Operation& operation) {
+    givenPresets("<preset Id='1' Description='Door'/><preset Id='2'/>");
+    tagPRESET_CFG_S record = preset(1, "Door");
+    int number = 77;
+    int result = 0;
+    bool struck = false;
+    {
+      const ScarceMemory memory(allocation, GetParam());
+      result = operation.run(record, number);
+      struck = memory.struck();
+    }
+    EXPECT_EQ(result, struck ? -1 : 0);
+    EXPECT_TRUE(unlocked());
+    if (struck) {
+      EXPECT_EQ(record, preset(1, "Door"));
+      EXPECT_EQ(number, 77);
+    }
+    return struck;
+  }
+};
 
 TEST_P(EveryOperationTest, FailsWithTheFileUnlockedWhicheverAllocationFails) {
   for (const Operation& operation : kOperations) {
-    SCOPED_TRACE(operation.function);
-    bool struck = true;
-    for (int allocation = 1; struck; ++allocation) {
-      givenPresets("<preset Id='1' Description='Door'/><preset Id='2'/>");
-      tagPRESET_CFG_S record = preset(1, "Door");
-      int number = 77;
-      int result = 0;
-      {
-        const ScarceMemory memory(allocation, GetParam());
-        result = operation.run(record, number);
-        struck = memory.struck();
-      }
-      EXPECT_EQ(result, struck ? -1 : 0) << allocation;
-      ASSERT_TRUE(unlocked()) << allocation;
-      if (struck) {
-        EXPECT_EQ(record, preset(1, "Door")) << allocation;
-        EXPECT_EQ(number, 77) << allocation;
-      }
-    }
+    int allocation = 1;
+    while (failsAt(allocation, operation) && !HasFailure()) ++allocation;
+    EXPECT_GT(allocation, 1);
+    ASSERT_FALSE(HasFailure()) << operation.function << ", allocation " << allocation;
   }
 }
 

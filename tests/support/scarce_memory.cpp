@@ -58,10 +58,10 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return allocateOrThrow(size);
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return allocate(size);
 }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return allocate(size);
 }
 void operator delete(void* memory) noexcept {
@@ -70,9 +70,9 @@ void operator delete(void* memory) noexcept {
 void operator delete[](void* memory) noexcept {
   std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
-void operator delete[](void* memory, std::size_t) noexcept {
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
