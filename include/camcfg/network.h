@@ -141,8 +141,8 @@ CFG_API void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CF
 /// Reads every parameter of a card.
 /// @param pcAttr  attribute to read: "Cur" or "Def"
 /// @param pcCard  card, beginning of its name
-/// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, an MTU
-///                without a number 0, of an MTU beyond 32 bits the lower 32. Fields whose
+/// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, as does an
+///                MTU without a number; an MTU beyond 32 bits keeps its lower 32. Fields whose
 ///                element the card lacks are zero. Zeroed on failure, but untouched when an
 ///                argument is null.
 /// Prints: the common failures.

@@ -110,6 +110,13 @@ Record patterned() {
   return record;
 }
 
+/// Sets a text field, the rest of it to zero.
+template <std::size_t Size>
+void setField(char (&field)[Size], const std::string& text) {
+  std::memset(field, 0, Size);
+  text.copy(field, Size - 1);
+}
+
 /// A section whose only card "Lan" has these elements.
 inline std::string lan(const std::vector<std::string>& elements) {
   if (elements.empty()) return "<NetWork>\n    <Lan/>\n</NetWork>\n";
