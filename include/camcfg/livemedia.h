@@ -10,8 +10,8 @@
 /// lock held.
 /// Loaders empty the list once the section is open (CFG_LM_LoadWebsocketConfig before that) and
 /// fill it in document order. On a fault they stop at once: the list keeps the records before the
-/// faulty one, and the document stays open until the next CFG_LM_Open or close. Prints: on standard
-/// output only, each message in the frame "[LEVEL][CFG][LiveMedia]: MESSAGE". "Attr" below stands
+/// faulty one, and the document stays open until the next CFG_LM_Open or close.
+/// Prints: on standard output only, each message in the frame "[LEVEL][CFG][LiveMedia]: MESSAGE". "Attr" below stands
 /// for the line "[Error][CFG][LiveMedia]: Attr `NAME` is required by PATH .\n" with an attribute's
 /// name and a path of elements; it is always a fault. An integer attribute counts as missing when
 /// it is absent, no integer or -1; a text attribute when it is absent. "Unknown" stands for the
@@ -194,7 +194,8 @@ CFG_API int CFG_LM_DumpRtmpConfig(const std::list<tag_CFG_RTMP_SESSION_T>& sessi
 /// @return 0 or CFG_LM_ERR
 /// No attribute of an instance is required: numbers, addresses and switches keep the values of a
 /// new record, other texts are empty. A switch is on for the word "true" only. Of several channels
-/// of one Type the first counts. Prints: Attr with "Id" or else "Type" and
+/// of one Type the first counts.
+/// Prints: Attr with "Id" or else "Type" and
 /// "<NDI><Session><Channel>"; Unknown at "<NDI>"; Warning "Un-support Type TYPE for
 /// <NDI><Instance><Channel>, ignored.\n"; Warning "TYPE has been set for NDI[ID] as CHANNEL, ignore
 /// CHANNEL\n".
@@ -214,8 +215,7 @@ CFG_API int CFG_LM_DumpNdiConfig(const std::list<tag_CFG_NDI_SESSION_T>& session
 /// Prints: Attr with "Id", then "Mode", then "Port", then "Hostname", and "<SRT><Instance>"; with
 /// "Id" and "<SRT><Instance><Stream>" or "<SRT><Instance><Stream><Channel>"; Warning "Bad srt mode
 /// = MODE, only allow {Listener, Caller}, skip instance.\n", which is a fault all the same; Unknown
-/// at
-/// "<SRT>" and at "<SRT><Instance>".
+/// at "<SRT>" and at "<SRT><Instance>".
 CFG_API int CFG_LM_LoadSrtConfig(std::list<tag_CFG_SRT_INSTANCE_T>& instances);
 
 /// Replaces all SRT instances and saves. "Hostname" and "Password" are left out when they are

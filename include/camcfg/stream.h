@@ -116,15 +116,13 @@ CFG_API int CFG_MPP_CloseWrite();
 
 /// Reads all stream sources.
 /// @param sources  emptied once the section is open, then filled in document order, each record
-/// made
-///                 by std::make_shared of its kind. The file not opened: left as it was. A faulty
+///                 made by std::make_shared of its kind. The file not opened: left as it was. A faulty
 ///                 element: keeps the records before it.
 /// @return 0 or CFG_MPP_ERR
 /// An "Enabled" that is absent or no integer is 1. An element without "Name" takes the name of the
 /// nearest source before it that had one; only with no such source is "Name" missing.
 /// Prints: as CFG_MPP_Open; Attr with "ChnId", "AiId" or "AencId" and
-/// "<Stream><StreamSource><VENC>",
-/// "...<AI>" or "...<AENC>", then with "Id", then with "Name" and "<Stream><StreamSource><*>"; for
+/// "<Stream><StreamSource><VENC>", "...<AI>" or "...<AENC>", then with "Id", then with "Name" and "<Stream><StreamSource><*>"; for
 /// an element of another name, which is skipped, Warning "Un-Support node <NAME> by <StreamSource>,
 /// Skip.\n".
 CFG_API int CFG_MPP_LoadStreamSourceConfig(
@@ -132,8 +130,7 @@ CFG_API int CFG_MPP_LoadStreamSourceConfig(
 
 /// Replaces all stream sources and saves. Whatever else stood in the section is lost.
 /// @param sources  records to write, in order; null pointers and records of an unknown kind are
-/// left
-///                 out. "Enabled" is written as 0 for a disabled source and not at all otherwise.
+///                 left out. "Enabled" is written as 0 for a disabled source and not at all otherwise.
 /// @return 0; CFG_MPP_ERR with the file untouched when it was not opened
 /// Prints: as CFG_MPP_Open.
 CFG_API int CFG_MPP_DumpStreamSourceConfig(

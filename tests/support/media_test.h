@@ -1,34 +1,13 @@
 #ifndef CAMCFG_TESTS_SUPPORT_MEDIA_TEST_H
 #define CAMCFG_TESTS_SUPPORT_MEDIA_TEST_H
 
-#include <ostream>
 #include <sstream>
 #include <string>
 
 #include "support/device_test.h"
+#include "support/outcome.h"
 
 namespace camcfg::tests {
-
-/// What a call returned and what it printed on standard output.
-struct Outcome {
-  int result;
-  std::string output;
-
-  bool operator==(const Outcome& other) const {
-    return result == other.result && output == other.output;
-  }
-};
-
-inline void PrintTo(const Outcome& outcome, std::ostream* out) {
-  *out << outcome.result << ", printing:\n" << outcome.output;
-}
-
-template <typename Call>
-Outcome observe(Call call) {
-  int result = 0;
-  const std::string output = captureOutput([&] { result = call(); });
-  return {result, output};
-}
 
 /// A test on one section of the media file. Entries of the section are given and compared as the
 /// library writes them: a line each, four spaces further in for each level.
@@ -41,9 +20,14 @@ class MediaTest : public DeviceTest {
   MediaTest(const char* top, const char* section, const char* frame, tinyxml2::XMLDocument*& handle)
       : top_(top), section_(section), frame_(frame), handle_(handle) {}
 
+  // Tests that leave a document open or the lock held are not to disturb those after them.
   ~MediaTest() override {
     delete handle_;
     handle_ = nullptr;
+    const auto record = g_mapFileLock.find(CFG_FILE_MPP);
+    if (record == g_mapFileLock.end() || isUnlocked(CFG_FILE_MPP)) return;
+    record->second.s32Locked = 0;
+    pthread_mutex_unlock(record->second.pstMutex);
   }
 
   /// The media file with these entries in the section, among elements that belong to others.

@@ -1,0 +1,50 @@
+#include <new>
+
+#include "camcfg/network.h"
+#include "network/parameters.h"
+#include "network/section.h"
+#include "store/transaction.h"
+#include "support/log.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) try {
+  if (pcCard == nullptr) {
+    logError(here(), "pcCard is NULL\n");
+    return;
+  }
+  WriteDocument document(CFG_FILE_BUSINESS);
+  XMLElement* network = findNetwork(document.get(), __func__);
+  XMLElement* card = findNode(network, pcCard, __func__);
+  if (card == nullptr) return;
+  for (XMLElement* element = card->FirstChildElement(); element != nullptr;
+       element = element->NextSiblingElement())
+    writeParameter(*element, stCfg);
+  // Deliberate: saved even if no element was written.
+  saveOrReport(document, __func__);
+} catch (const std::bad_alloc&) {
+  reportNotSaved(here());
+}
+
+void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCfg) try {
+  if (pcParam == nullptr || pcCard == nullptr) {
+    logError(here(), "pcCard is NULL\n");
+    return;
+  }
+  WriteDocument document(CFG_FILE_BUSINESS);
+  XMLElement* network = findNetwork(document.get(), __func__);
+  XMLElement* card = findNode(network, pcCard, __func__);
+  XMLElement* element = findNode(card, pcParam, __func__);
+  if (element == nullptr) return;
+  // Deliberate: what is written follows from the name found, not from the name asked for. The file
+  // is saved even if that is nothing.
+  writeParameter(*element, stCfg);
+  saveOrReport(document, __func__);
+} catch (const std::bad_alloc&) {
+  reportNotSaved(here());
+}
+
+void CFG_NETWORK_SetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) {
+  cfgNetworkSetAllParam(pcCard, stCfg);
+}

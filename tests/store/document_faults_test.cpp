@@ -1,0 +1,175 @@
+#include <cerrno>
+#include <memory>
+
+#include "support/device_test.h"
+#include "support/each_shortage.h"
+#include "support/interposed_calls.h"
+#include "support/quick_saves.h"
+
+namespace camcfg::tests {
+namespace {
+
+using testing::ElementsAre;
+using testing::FieldsAre;
+using testing::IsEmpty;
+using tinyxml2::XMLDocument;
+using Document = std::unique_ptr<XMLDocument>;
+
+constexpr char kPath[] = "/cfg0/business_param.xml";
+constexpr char kBackup[] = "/cfg1/business_param.xml";
+
+Document open(tagBU_BOOL readOnly) {
+  return Document(CFG_GetDocByFileName(text(kPath), readOnly));
+}
+
+class DocumentFaultsTest : private QuickSaves, public DeviceTest {
+ protected:
+  InterposedCallsScope calls;
+};
+
+TEST_F(DocumentFaultsTest, SaveSyncsAfterTheMainCopyAndAfterTheBackupWithTheLockHeld) {
+  device.write(kPath, "<Older/>\n");
+  device.write(kBackup, "<Older/>\n");
+  const Document document = open(BU_FALSE);
+  document->FirstChildElement()->SetName("Newer");
+  std::vector<std::string> atSync;
+  insteadOfSync = [&] {
+    atSync.push_back(device.read(kPath) + device.read(kBackup));
+    EXPECT_FALSE(isUnlocked(kPath));
+  };
+  EXPECT_EQ(CFG_SaveFile(document.get(), text(kPath), BU_TRUE), 0);
+  EXPECT_THAT(atSync, ElementsAre("<Newer/>\n<Older/>\n", "<Newer/>\n<Newer/>\n"));
+  EXPECT_TRUE(isUnlocked(kPath));
+}
+
+TEST_F(DocumentFaultsTest, SaveThatFailsSyncsTwiceAsWell) {
+  device.remove("/cfg0");
+  device.remove("/cfg1");
+  int syncs = 0;
+  insteadOfSync = [&] { ++syncs; };
+  XMLDocument document;
+  EXPECT_EQ(CFG_SaveFile(&document, text(kPath), BU_FALSE), 0);
+  EXPECT_EQ(syncs, 2);
+  EXPECT_EQ(CFG_SaveFile(&document, nullptr, BU_FALSE), -1);
+  EXPECT_EQ(syncs, 2);
+}
+
+TEST_F(DocumentFaultsTest, OpeningNeverSyncs) {
+  device.write(kPath, "<A/>");
+  insteadOfSync = [] { ADD_FAILURE(); };
+  open(BU_FALSE);
+  CFG_UnlockFile(text(kPath));
+  open(BU_TRUE);
+}
+
+TEST_F(DocumentFaultsTest, LockThatCannotBeHadIsReportedByItsWarningOnly) {
+  device.write(kPath, "<A/>");
+  calls->timedLock = [](pthread_mutex_t*, const timespec*) { return ETIMEDOUT; };
+  for (const tagBU_BOOL readOnly : {BU_TRUE, BU_FALSE}) {
+    log.clear();
+    XMLDocument* document = nullptr;
+    EXPECT_EQ(captureOutput([&] { document = CFG_GetDocByFileName(text(kPath), readOnly); }),
+              "[Warn][Cfg] Lock /cfg0/business_param.xml timeout, a deadlock may exist!\n");
+    EXPECT_EQ(document, nullptr);
+    EXPECT_THAT(
+        log.records(),
+        ElementsAre(FieldsAre(4, "[cfgLockFile:88] ",
+                              "Lock /cfg0/business_param.xml timeout, a deadlock may exist!")));
+    EXPECT_TRUE(isUnlocked(kPath));
+  }
+}
+
+TEST_F(DocumentFaultsTest, DocumentThatCannotBeMadeIsReportedAndNoLockIsTaken) {
+  device.write(kPath, "<A/>");
+  calls->timedLock = [](pthread_mutex_t*, const timespec*) {
+    ADD_FAILURE();
+    return std::nullopt;
+  };
+  XMLDocument* document = nullptr;
+  const std::string output = captureOutput([&] {
+    const ScarceMemory memory(1, Shortage::OneAllocation);
+    document = CFG_GetDocByFileName(text(kPath), BU_FALSE);
+  });
+  EXPECT_EQ(document, nullptr);
+  EXPECT_EQ(output, "");
+  EXPECT_THAT(log.records(),
+              ElementsAre(FieldsAre(3, "[CFG_GetDocByFileName:313] ", "New XMLDocument fail\n")));
+}
+
+class OpeningWithoutMemory : public testing::TestWithParam<tagBU_BOOL> {
+ protected:
+  testkit::DeviceRoot device;
+};
+
+TEST_P(OpeningWithoutMemory, FailsWithTheFileUnlockedAndTheNextAttemptSucceeds) {
+  std::string contents = "<System>";
+  for (int i = 0; i < 200; ++i) contents += "<Entry Cur=\"" + std::to_string(i) + "\"/>";
+  device.write(kPath, contents + "</System>");
+  const auto openOnce = [] { return CFG_GetDocByFileName(text(kPath), GetParam()); };
+  const bool staysLocked = GetParam() != BU_TRUE;
+  Document(openOnce()).reset();
+  if (staysLocked) CFG_UnlockFile(text(kPath));
+
+  underEachShortage(openOnce, [&](bool struck, XMLDocument* opened) {
+    const Document document(opened);
+    EXPECT_EQ(document == nullptr, struck);
+    EXPECT_EQ(isUnlocked(kPath), struck || !staysLocked);
+    if (document != nullptr && staysLocked) CFG_UnlockFile(text(kPath));
+  });
+  EXPECT_NE(Document(openOnce()), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, OpeningWithoutMemory, testing::Values(BU_TRUE, BU_FALSE),
+                         [](const auto& test) {
+                           return test.param == BU_TRUE ? "Reading" : "Writing";
+                         });
+
+class SavingWithoutMemory : public testing::TestWithParam<tagBU_BOOL> {
+ protected:
+  testkit::DeviceRoot device;
+};
+
+TEST_P(SavingWithoutMemory, FailsWithTheBackupAsItWasAndTheLockReleasedIfAsked) {
+  XMLDocument document;
+  document.Parse(deeplyNested().c_str());
+  tinyxml2::XMLPrinter whole;
+  document.Print(&whole);
+  const auto save = [&] {
+    cfgLockFile(kPath);
+    return CFG_SaveFile(&document, text(kPath), GetParam());
+  };
+  device.write(kBackup, "backup");
+  cfgLockFile(kPath);
+  cfgUnlockFile(kPath);
+
+  underEachShortage(save, [&](bool struck, int result) {
+    EXPECT_EQ(result, struck ? -1 : 0);
+    EXPECT_EQ(device.read(kBackup), struck ? "backup" : whole.CStr());
+    EXPECT_EQ(isUnlocked(kPath), GetParam() == BU_TRUE);
+    if (GetParam() != BU_TRUE) cfgUnlockFile(kPath);
+
+    EXPECT_EQ(CFG_SaveFile(&document, text(kPath), BU_FALSE), 0);
+    EXPECT_EQ(device.read(kPath), whole.CStr());
+    EXPECT_EQ(device.read(kBackup), whole.CStr());
+    device.write(kBackup, "backup");
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(UnlockFlags, SavingWithoutMemory, testing::Values(BU_TRUE, BU_FALSE),
+                         [](const auto& test) {
+                           return test.param == BU_TRUE ? "Unlocking" : "KeepingTheLock";
+                         });
+
+TEST_F(DocumentFaultsTest, GivingUpWithoutMemoryReleasesTheLock) {
+  device.write(kPath, "<A/>");
+  const Document document = open(BU_FALSE);
+  {
+    const ScarceMemory memory(1, Shortage::FromThenOn);
+    EXPECT_EQ(CFG_UnlockFile(text(kPath)), 0);
+  }
+  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_THAT(log.records(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace camcfg::tests

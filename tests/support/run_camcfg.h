@@ -1,0 +1,37 @@
+#ifndef CAMCFG_TESTS_SUPPORT_RUN_CAMCFG_H
+#define CAMCFG_TESTS_SUPPORT_RUN_CAMCFG_H
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace camcfg::tests {
+
+/// What a run of the tool left behind.
+struct ToolRun {
+  int status;  ///< exit status; 128 and the signal's number for a run that a signal ended
+  std::string out;
+  std::string err;
+
+  bool operator==(const ToolRun& other) const {
+    return status == other.status && out == other.out && err == other.err;
+  }
+};
+
+inline void PrintTo(const ToolRun& run, std::ostream* stream) {
+  *stream << "status " << run.status << "\nstandard output:\n"
+          << run.out << "standard error:\n"
+          << run.err;
+}
+
+/// Runs the tool that was built, under the emulator where there is one.
+/// @param arguments  behind the program's name
+/// @param inChild    done in the child process right before
+/// @param program    the tool to run in place of the one that was built
+ToolRun runCamcfg(const std::vector<std::string>& arguments,
+                  const std::function<void()>& inChild = {}, const std::string& program = "");
+
+}  // namespace camcfg::tests
+
+#endif

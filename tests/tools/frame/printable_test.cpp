@@ -1,0 +1,28 @@
+#include "frame/printable.h"
+
+#include <gmock/gmock.h>
+
+namespace camcfg::tests {
+namespace {
+
+TEST(PrintableTest, ControlCharactersAreWrittenOut) {
+  EXPECT_EQ(tool::printable("a\nb\tc\x1b[2J\r\x7f"), "a\\nb\\tc\\x1b[2J\\x0d\\x7f");
+}
+
+TEST(PrintableTest, OtherCharactersStay) {
+  EXPECT_EQ(tool::printable("Zur\xc3\xbc"
+                            "ck \xe9 \\n"),
+            "Zur\xc3\xbc"
+            "ck \xe9 \\n");
+}
+
+TEST(PrintableTest, CharactersAreNotBytes) {
+  EXPECT_EQ(tool::characters(""), 0U);
+  EXPECT_EQ(tool::characters("abc"), 3U);
+  EXPECT_EQ(tool::characters("Zur\xc3\xbc"
+                             "ck"),
+            6U);
+}
+
+}  // namespace
+}  // namespace camcfg::tests

@@ -1,0 +1,59 @@
+#include <gmock/gmock.h>
+
+#include "frame/render.h"
+
+namespace camcfg::tests {
+namespace {
+
+using namespace tool;
+
+std::string shown(Json value, std::vector<Block> layout) {
+  Answer answer;
+  answer.value = std::move(value);
+  answer.layout = std::move(layout);
+  return renderText(answer);
+}
+
+TEST(RenderTextTest, ColumnsAreAsWideAsTheirWidestCell) {
+  const Json rows = {{{"a", "x"}, {"b", 1}}, {{"a", "\xc3\xbc\xc3\xbc\xc3\xbc"}, {"b", 22}}};
+  EXPECT_EQ(shown(rows, {Table{"", {{"A", "{a}"}, {"B", "{b}"}}}}),
+            "A    B\n"
+            "x    1\n"
+            "\xc3\xbc\xc3\xbc\xc3\xbc  22\n");
+}
+
+TEST(RenderTextTest, EmptyTableIsItsHeadings) {
+  EXPECT_EQ(shown({{"rows", Json::array()}}, {Table{"rows", {{"ONE", "{a}"}, {"TWO", "{b}"}}}}),
+            "ONE  TWO\n");
+}
+
+TEST(RenderTextTest, CellShowsWhatItBecameWhereThatDiffers) {
+  const Json rows = {{{"was", "bad"}, {"is", "good"}}, {{"was", "good"}, {"is", "good"}}};
+  EXPECT_EQ(shown(rows, {Table{"", {{"STATE", "{was}", "{is}"}}}}), "STATE\nbad -> good\ngood\n");
+}
+
+TEST(RenderTextTest, FieldsAndLinesTakeMembersOfMembers) {
+  const Json value = {{"port", {{"http", 80}}}, {"name", "gate"}};
+  EXPECT_EQ(shown(value, {Fields{{{"name", "{name}"}, {"HTTP port", "{port/http}!"}}},
+                          Line{"{name}: {port/http}"}}),
+            "name       gate\n"
+            "HTTP port  80!\n"
+            "gate: 80\n");
+}
+
+TEST(RenderTextTest, EveryKindOfValueHasAText) {
+  const Json value = {
+      {"none", nullptr},        {"yes", true},         {"no", false},
+      {"number", -1.5},         {"text", "a\nb"},      {"list", {1, "two", nullptr}},
+      {"empty", Json::array()}, {"object", {{"a", 1}}}};
+  EXPECT_EQ(shown(value, {Line{"{none}|{yes}|{no}|{number}|{text}|{list}|{empty}|{object}"}}),
+            "-|yes|no|-1.5|a\\nb|1, two, -|-|{\"a\":1}\n");
+}
+
+TEST(RenderTextTest, TableBehindSomethingElseStandsApart) {
+  const Json value = {{"rows", Json::array()}};
+  EXPECT_EQ(shown(value, {Line{"first"}, Table{"rows", {{"A", "{a}"}}}}), "first\n\nA\n");
+}
+
+}  // namespace
+}  // namespace camcfg::tests

@@ -1,0 +1,9 @@
+#include "commands/groups.h"
+
+namespace camcfg::tool {
+
+std::vector<CommandGroup> allGroups() {
+  return {filesGroup(), parametersGroup(), systemGroup(), languageGroup()};
+}
+
+}  // namespace camcfg::tool

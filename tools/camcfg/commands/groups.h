@@ -1,0 +1,21 @@
+#ifndef CAMCFG_TOOL_COMMANDS_GROUPS_H
+#define CAMCFG_TOOL_COMMANDS_GROUPS_H
+
+#include <vector>
+
+#include "frame/command.h"
+
+namespace camcfg::tool {
+
+// One function for each group, in the file of its name.
+CommandGroup filesGroup();
+CommandGroup languageGroup();
+CommandGroup parametersGroup();
+CommandGroup systemGroup();
+
+/// All commands, in the order of the help text.
+std::vector<CommandGroup> allGroups();
+
+}  // namespace camcfg::tool
+
+#endif

@@ -1,0 +1,119 @@
+#include <camcfg/params.h>
+
+#include <limits>
+
+#include "commands/groups.h"
+#include "device/copy.h"
+#include "device/parameter_change.h"
+#include "frame/status.h"
+
+namespace camcfg::tool {
+namespace {
+
+constexpr int kUnset = std::numeric_limits<int>::min();
+constexpr char kSection[] = "System";
+
+struct Port {
+  const char* command;
+  const char* name;  ///< in the answer of "system"
+  const char* parameter;
+  const char* help;
+  int (*read)();
+};
+
+int httpPort() {
+  int http = kUnset, https = kUnset;
+  CFG_SYSTEM_GetHttpPort(&http, &https);
+  return http;
+}
+
+int httpsPort() {
+  int http = kUnset, https = kUnset;
+  CFG_SYSTEM_GetHttpPort(&http, &https);
+  return https;
+}
+
+int orUnset(int port) {
+  return port == 0 ? kUnset : port;
+}
+
+int rtspPort() {
+  return orUnset(CFG_SYSTEM_GetRtspPort());
+}
+
+int rtspOverHttpPort() {
+  return orUnset(CFG_SYSTEM_GetRtspOverHttpPort());
+}
+
+constexpr Port kPorts[] = {
+    {"system http-port", "http", "WebHttp", "Show or set the HTTP port", httpPort},
+    {"system https-port", "https", "WebHttps", "Show or set the HTTPS port", httpsPort},
+    {"system rtsp-port", "rtsp", "Rtsp", "Show or set the RTSP port", rtspPort},
+    {"system rtsp-over-http-port", "rtspOverHttp", "RtspOverHttp",
+     "Show or set the port of RTSP over HTTP", rtspOverHttpPort},
+};
+
+Json portOrNull(const Port& port) {
+  const int number = port.read();
+  return number == kUnset ? Json() : Json(number);
+}
+
+// Neither text need be there; the library writes no terminator behind the language.
+Json languageOrNull() {
+  char language[CFG_TXT_CUR_SIZE + 1] = {};
+  return CFG_SYSTEM_GetLanguage(language) == 0 ? Json(language) : Json();
+}
+
+Answer system(const Arguments&) {
+  requireDocument(CFG_FILE_BUSINESS);
+  char name[CFG_TXT_CUR_SIZE] = {};
+  char model[CFG_TXT_CUR_SIZE] = {};
+  const bool named = CFG_SYSTEM_GetDeviceName(name, model) == 0;
+
+  Answer answer;
+  answer.value["name"] = named ? Json(name) : Json();
+  answer.value["model"] = named ? Json(model) : Json();
+  answer.value["language"] = languageOrNull();
+  for (const Port& port : kPorts) answer.value["ports"][port.name] = portOrNull(port);
+  answer.layout = {Fields{{{"name", "{name}"},
+                           {"model", "{model}"},
+                           {"language", "{language}"},
+                           {"HTTP port", "{ports/http}"},
+                           {"HTTPS port", "{ports/https}"},
+                           {"RTSP port", "{ports/rtsp}"},
+                           {"RTSP over HTTP port", "{ports/rtspOverHttp}"}}}};
+  return answer;
+}
+
+Answer showPort(const Port& port) {
+  requireDocument(CFG_FILE_BUSINESS);
+  const Json number = portOrNull(port);
+  const std::string path = std::string(kSection) + "/" + port.parameter;
+  if (number.is_null()) throw Refusal(path + ": no port is set there");
+  Answer answer;
+  answer.value = {{"port", port.name}, {"parameter", path}, {"value", number}};
+  answer.layout = {Line{"{value}"}};
+  return answer;
+}
+
+Command commandFor(const Port& port) {
+  return {port.command,
+          port.help,
+          {{Option::OptionalArgument, "PORT", "The new port; without it the port is shown"}},
+          [&port](const Arguments& arguments) {
+            return arguments.given("PORT")
+                       ? setParameter(kSection, port.parameter, arguments.text("PORT"), false)
+                       : showPort(port);
+          }};
+}
+
+}  // namespace
+
+CommandGroup systemGroup() {
+  CommandGroup group{"System", {}};
+  group.commands.push_back({"system", "Show the device's name, language and ports", {}, system});
+  for (const Port& port : kPorts) group.commands.push_back(commandFor(port));
+  return group;
+}
+
+}  // namespace camcfg::tool

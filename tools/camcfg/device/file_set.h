@@ -1,0 +1,47 @@
+#ifndef CAMCFG_TOOL_DEVICE_FILE_SET_H
+#define CAMCFG_TOOL_DEVICE_FILE_SET_H
+
+#include <string>
+#include <vector>
+
+#include "device/copy.h"
+
+namespace camcfg::tool {
+
+/// Where the three copies of a file are.
+enum class Place { Main, Backup, Default };
+
+/// The word for a place in answers.
+const char* wordFor(Place place);
+
+/// The path of a file's copy.
+std::string pathOf(Place place, const std::string& name);
+
+/// One configuration file with its copies.
+struct ConfigFile {
+  std::string name;
+  bool checkedAtStart = false;  ///< start-up verification looks at this name
+  Copy main;
+  Copy backup;
+  Copy factory;
+
+  const Copy& copy(Place place) const;
+  std::string path(Place place) const { return pathOf(place, name); }
+};
+
+/// The configuration files of a device, sorted by name: all those that start-up verification looks
+/// at, and whatever is called "*.xml" in any of the three directories.
+struct FileSet {
+  std::vector<ConfigFile> files;
+  bool anyBackup = false;  ///< the backup directory holds a file
+
+  /// The file of this name; null if there is none.
+  const ConfigFile* find(const std::string& name) const;
+};
+
+/// Loads every copy of every file. A backup that is good but unlike its main copy is out of step.
+FileSet surveyFiles();
+
+}  // namespace camcfg::tool
+
+#endif

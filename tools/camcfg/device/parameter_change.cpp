@@ -1,0 +1,133 @@
+#include "device/parameter_change.h"
+
+#include <camcfg/params.h>
+#include <camcfg/store.h>
+
+#include <cctype>
+
+#include "device/change.h"
+#include "device/parameter.h"
+#include "frame/decimal.h"
+#include "frame/status.h"
+
+namespace camcfg::tool {
+namespace {
+
+constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
+
+[[noreturn]] void refuse(const Parameter& parameter, const std::string& why) {
+  throw Refusal(parameter.path() + ": " + why);
+}
+
+std::string quoted(const std::string& text) {
+  return "'" + text + "'";
+}
+
+void requireReachable(const Parameters& parameters, const Parameter& parameter) {
+  if (parameter.name.find('/') != std::string::npos)
+    refuse(parameter, "the library sets no parameter inside another one");
+  const std::optional<Parameter> found = parameters.lookup(parameter.section, parameter.name);
+  if (found && found->element == parameter.element) return;
+  refuse(parameter, "the library would set " + found->name +
+                        ", which begins with this name and comes before it in " +
+                        CFG_FILE_BUSINESS);
+}
+
+long long requireLimit(const Parameter& parameter, const char* attribute) {
+  int limit = 0;
+  const char* text = parameter.text(attribute);
+  if (text == nullptr)
+    refuse(parameter, std::string("it has no ") + attribute + ", so no value is permitted");
+  if (parameter.element->QueryIntAttribute(attribute, &limit) != tinyxml2::XML_SUCCESS)
+    refuse(parameter, std::string("its ") + attribute + " " + quoted(text) + " is no integer");
+  return limit;
+}
+
+int requireInRange(const Parameter& parameter, const std::string& text) {
+  const long long min = requireLimit(parameter, "Min");
+  const long long max = requireLimit(parameter, "Max");
+  const std::optional<long long> number = decimal(text);
+  if (!number) refuse(parameter, quoted(text) + " is no decimal integer");
+  if (*number < min || *number > max)
+    refuse(parameter, text + " is outside " + std::to_string(min) + ".." + std::to_string(max));
+  return static_cast<int>(*number);
+}
+
+bool isWordCharacter(char c) {
+  return std::isalnum(static_cast<unsigned char>(c)) != 0 || (static_cast<unsigned char>(c) & 0x80);
+}
+
+// The texts of "OptTxt" are written together; whatever is neither letter nor digit parts them.
+bool isWholeText(const std::string& options, const std::string& text) {
+  for (std::size_t at = options.find(text); at != std::string::npos;
+       at = options.find(text, at + 1)) {
+    const std::size_t end = at + text.size();
+    const bool opens = at == 0 || !isWordCharacter(options[at - 1]);
+    const bool closes = end == options.size() || !isWordCharacter(options[end]);
+    if (opens && closes) return true;
+  }
+  return false;
+}
+
+void requirePermitted(const Parameter& parameter, const std::string& text, bool force) {
+  const char* found = parameter.text("OptTxt");
+  if (found == nullptr)
+    refuse(parameter, "it has neither Min, Max nor OptTxt, so the library permits no value");
+  const std::string options = found;
+  if (options.find(text) == std::string::npos)
+    refuse(parameter, quoted(text) + " is not among " + quoted(options));
+  if (!force && (text.empty() || !isWholeText(options, text)))
+    refuse(parameter, quoted(text) + " is only a part of one of " + quoted(options) +
+                          "; '--force' sets it all the same");
+}
+
+Change changeOf(const Parameter& parameter, const std::string& text) {
+  const std::string section = parameter.section;
+  const std::string name = parameter.name;
+  const auto arrived = [section, name, text](tinyxml2::XMLDocument& document) {
+    const tinyxml2::XMLElement* element = CFG_GetElementByName(
+        CFG_GetBrotherElementByName(document.FirstChildElement(), section.c_str()), name.c_str());
+    const char* current = element == nullptr ? nullptr : element->Attribute("Cur");
+    return current != nullptr && current == text;
+  };
+  return {CFG_FILE_BUSINESS, parameter.path(), text.size() * 6 + kAttributeFrame, nullptr, arrived};
+}
+
+Change integerChange(const Parameter& parameter, const std::string& text) {
+  const int value = requireInRange(parameter, text);
+  Change change = changeOf(parameter, std::to_string(value));
+  change.make = [=] {
+    return CFG_COM_SetIntParam(argument(parameter.section), argument(parameter.name), value) == 0;
+  };
+  return change;
+}
+
+Change textChange(const Parameter& parameter, const std::string& text, bool force) {
+  requirePermitted(parameter, text, force);
+  Change change = changeOf(parameter, text);
+  change.make = [=] {
+    return CFG_COM_SetTxtParam(argument(parameter.section), argument(parameter.name),
+                               argument(text)) == 0;
+  };
+  return change;
+}
+
+}  // namespace
+
+Answer setParameter(const std::string& section, const std::string& name, const std::string& value,
+                    bool force) {
+  const Parameters parameters;
+  const Parameter parameter = parameters.require(section, name);
+  requireReachable(parameters, parameter);
+  const bool isInteger = parameter.isInteger();
+  makeChange(isInteger ? integerChange(parameter, value) : textChange(parameter, value, force));
+
+  Answer answer;
+  answer.value = {{"section", section}, {"name", name}, {"type", parameter.type()}};
+  answer.value["before"] = parameter.value("Cur");
+  answer.value["value"] = isInteger ? Json(*decimal(value)) : Json(value);
+  answer.layout = {Line{"{section}/{name}: {before} -> {value}"}};
+  return answer;
+}
+
+}  // namespace camcfg::tool

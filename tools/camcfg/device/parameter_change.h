@@ -1,0 +1,20 @@
+#ifndef CAMCFG_TOOL_DEVICE_PARAMETER_CHANGE_H
+#define CAMCFG_TOOL_DEVICE_PARAMETER_CHANGE_H
+
+#include <string>
+
+#include "frame/answer.h"
+
+namespace camcfg::tool {
+
+/// Sets the parameter of exactly this name: an integer within its "Min" and "Max", or a text of its
+/// "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless `force`.
+/// @return what was changed: section, name, type, before, value
+/// @throws Refusal  the files are unusable or cannot be written, there is no such parameter, the
+///                  library's lookup would hit another one, or the value is not permitted
+Answer setParameter(const std::string& section, const std::string& name, const std::string& value,
+                    bool force);
+
+}  // namespace camcfg::tool
+
+#endif

@@ -1,0 +1,61 @@
+#ifndef CAMCFG_TOOL_FRAME_ANSWER_H
+#define CAMCFG_TOOL_FRAME_ANSWER_H
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "frame/status.h"
+
+namespace camcfg::tool {
+
+using Json = nlohmann::ordered_json;
+
+/// Text with places for values: "{section}/{name}" takes the members "section" and "name" of the
+/// value at hand, "{found/main}" the member "main" of its member "found".
+using Template = std::string;
+
+/// A column of a table.
+struct Column {
+  const char* heading;
+  Template cell;
+  Template becomes = "";  ///< if it gives another text than `cell`, both are shown: "CELL -> THIS"
+};
+
+/// An aligned table with one line for each element of an array.
+struct Table {
+  std::string rows;  ///< member of the answer that holds the array; empty: the answer itself
+  std::vector<Column> columns;
+};
+
+/// One line of a list of fields.
+struct Field {
+  const char* label;
+  Template text;
+};
+
+/// An aligned list of labels and texts.
+struct Fields {
+  std::vector<Field> fields;
+};
+
+/// A line of its own.
+struct Line {
+  Template text;
+};
+
+using Block = std::variant<Table, Fields, Line>;
+
+/// What a command has to say: a value, and how a person would want to see it. Commands fill this
+/// and know nothing of printing.
+struct Answer {
+  Json value;                      ///< the whole answer, in its documented shape
+  std::vector<Block> layout;       ///< what is shown of it as text, block by block
+  std::vector<std::string> notes;  ///< remarks, one line each, that belong on standard error
+  Status status = Status::Done;
+};
+
+}  // namespace camcfg::tool
+
+#endif

@@ -1,0 +1,30 @@
+#ifndef CAMCFG_TOOL_FRAME_COMMAND_LINE_H
+#define CAMCFG_TOOL_FRAME_COMMAND_LINE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frame/command.h"
+
+namespace camcfg::tool {
+
+/// What a command line asks for.
+struct Invocation {
+  const Command* command = nullptr;  ///< null: only `text` is asked for
+  std::string text;                  ///< help, or the tool's version
+  Arguments arguments;
+  std::optional<std::string> root;  ///< directory of the device; none: this system is the device
+  bool json = false;
+  bool verbose = false;
+};
+
+/// Reads a command line by the records of the commands.
+/// @param groups  the commands; must outlive what is returned
+/// @throws Refusal with the status of a usage error
+Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
+                           const char* const* argv);
+
+}  // namespace camcfg::tool
+
+#endif

@@ -1,0 +1,19 @@
+#ifndef CAMCFG_TOOL_FRAME_LIBRARY_LOG_H
+#define CAMCFG_TOOL_FRAME_LIBRARY_LOG_H
+
+#include <string>
+
+namespace camcfg::tool {
+
+/// From now on each record that the library logs is a line on standard error.
+void showLibraryLog();
+
+/// The text of the last error or warning that the library logged; empty if there was none.
+std::string lastComplaint();
+
+/// Forgets the last complaint, so that the next one is about what follows.
+void forgetComplaint();
+
+}  // namespace camcfg::tool
+
+#endif

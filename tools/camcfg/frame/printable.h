@@ -1,0 +1,17 @@
+#ifndef CAMCFG_TOOL_FRAME_PRINTABLE_H
+#define CAMCFG_TOOL_FRAME_PRINTABLE_H
+
+#include <string>
+
+namespace camcfg::tool {
+
+/// The text with its control characters written as "\n", "\t" or "\x1b": it stays on its line and
+/// cannot steer a terminal.
+std::string printable(const std::string& text);
+
+/// How many characters a UTF-8 text has.
+std::size_t characters(const std::string& text);
+
+}  // namespace camcfg::tool
+
+#endif

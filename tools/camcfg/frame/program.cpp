@@ -1,0 +1,60 @@
+#include "frame/program.h"
+
+#include <new>
+
+#include "frame/command_line.h"
+#include "frame/render.h"
+#include "frame/status.h"
+#include "frame/streams.h"
+#include "support/enter_root.h"
+
+namespace camcfg::tool {
+namespace {
+
+void enter(const std::string& root) {
+  const std::string error = enterRoot(root);
+  if (!error.empty()) throw Refusal("--root " + root + ": " + error);
+}
+
+Status carryOut(const Invocation& invocation, const Streams& streams) {
+  const std::string name = std::string(invocation.command->name) + ": ";
+  try {
+    const Answer answer = invocation.command->run(invocation.arguments);
+    streams.answer(invocation.json ? renderJson(answer) : renderText(answer));
+    for (const std::string& note : answer.notes) Streams::message(name + note);
+    return answer.status;
+  } catch (const Refusal& refusal) {
+    throw Refusal(refusal.status(), name + refusal.what());
+  }
+}
+
+Status run(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
+  Streams streams;
+  const Invocation invocation = readCommandLine(groups, argc, argv);
+  if (invocation.command == nullptr) {
+    streams.answer(invocation.text);
+    return Status::Done;
+  }
+  if (invocation.verbose) streams.showLibraryOutput();
+  if (invocation.root) enter(*invocation.root);
+  return carryOut(invocation, streams);
+}
+
+}  // namespace
+
+int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
+  Status status = Status::Refused;
+  try {
+    status = run(groups, argc, argv);
+  } catch (const Refusal& refusal) {
+    status = refusal.status();
+    Streams::message(refusal.what());
+  } catch (const std::bad_alloc&) {
+    Streams::message("out of memory");
+  } catch (const std::exception& error) {
+    Streams::message(error.what());
+  }
+  return static_cast<int>(status);
+}
+
+}  // namespace camcfg::tool

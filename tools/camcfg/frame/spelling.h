@@ -1,0 +1,15 @@
+#ifndef CAMCFG_TOOL_FRAME_SPELLING_H
+#define CAMCFG_TOOL_FRAME_SPELLING_H
+
+#include <string>
+#include <vector>
+
+namespace camcfg::tool {
+
+/// "; did you mean 'WORD'?" with the word that comes nearest to what was written; empty if none
+/// comes near.
+std::string didYouMean(const std::string& written, const std::vector<std::string>& words);
+
+}  // namespace camcfg::tool
+
+#endif

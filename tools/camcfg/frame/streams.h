@@ -1,0 +1,33 @@
+#ifndef CAMCFG_TOOL_FRAME_STREAMS_H
+#define CAMCFG_TOOL_FRAME_STREAMS_H
+
+#include <string>
+
+#include "frame/descriptor.h"
+
+namespace camcfg::tool {
+
+/// Keeps apart what the tool answers and what anybody else prints. Make one before anything is
+/// printed or opened: from then on descriptor 1, where the library prints, is no longer the tool's
+/// standard output.
+class Streams {
+ public:
+  Streams();
+
+  /// From now on what the library prints and logs is shown on standard error.
+  void showLibraryOutput();
+
+  /// Writes to the tool's standard output.
+  /// @throws Refusal if that is not possible
+  void answer(const std::string& text) const;
+
+  /// Writes "camcfg: TEXT" as one line to standard error.
+  static void message(const std::string& text);
+
+ private:
+  Descriptor answers_;
+};
+
+}  // namespace camcfg::tool
+
+#endif
