@@ -1,5 +1,5 @@
 #include "livemedia/service_test.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
 
 namespace camcfg::tests {
 namespace {
@@ -27,7 +27,7 @@ class ShortMemoryTest : public LiveMediaTest {
   void expectEachShortageToFailAndLeaveNothingBehind(
       Call call, const std::string& stateOnSuccess = "closed, unlocked") {
     const std::string printed = captureOutput([&] {
-      failEachAllocation(call, [&](bool failed, std::int32_t result) {
+      underEachShortage(call, [&](bool failed, std::int32_t result) {
         EXPECT_EQ(result, failed ? CFG_LM_ERR : 0);
         ASSERT_EQ(state(), failed ? "closed, unlocked" : stateOnSuccess);
         if (stateOnSuccess == "closed, locked" && !failed) CFG_UnlockFile(text(CFG_FILE_MPP));
