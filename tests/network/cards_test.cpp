@@ -167,6 +167,7 @@ TEST_F(CardIntfTest, AnEarlierElementWhoseNameBeginsLikeTheInterfacesDecides) {
 
 TEST_F(CardIntfTest, TheCardIsReadAnewAndAFailureOfThatIsNotLookedAt) {
   store(kFactory);
+  makeLockRecord();
   int reread = 0;
   bool struck = true;
   for (int allocation = 1; struck; ++allocation) {

@@ -145,6 +145,12 @@ class NetworkTest : private QuickSaves, public DeviceTest {
     device.write(CFG_FILE_BUSINESS, contents);
   }
 
+  /// Makes the record of the file's lock, so that its state can be seen whatever fails.
+  static void makeLockRecord() {
+    cfgLockFile(CFG_FILE_BUSINESS);
+    cfgUnlockFile(CFG_FILE_BUSINESS);
+  }
+
   /// Both copies hold this text, and the file is unlocked.
   void expectSaved(const std::string& contents) const {
     EXPECT_EQ(device.read(CFG_FILE_BUSINESS), contents);

@@ -139,11 +139,7 @@ INSTANTIATE_TEST_SUITE_P(Readers, SectionTest, ValuesIn(readers()), nameOf<Opera
 
 class ShortMemoryTest : public NetworkTest, public WithParamInterface<Operation> {
  protected:
-  // Makes the lock's record, so that the lock's state can be seen whatever fails.
-  void SetUp() override {
-    cfgLockFile(CFG_FILE_BUSINESS);
-    cfgUnlockFile(CFG_FILE_BUSINESS);
-  }
+  void SetUp() override { makeLockRecord(); }
 
   // Runs the operation with the given allocation failing; false if it makes fewer.
   bool strikes(int allocation, Shortage shortage) {
