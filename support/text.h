@@ -21,8 +21,9 @@ void copyText(char (&destination)[Room], const char* text) {
 }
 
 /// Builds "DIRECTORY/NAME", cut to the room there is.
-template <std::size_t Room>
-void joinPath(char (&path)[Room], const char* directory, const char* name) {
+template <std::size_t Room, std::size_t Length>
+void joinPath(char (&path)[Room], const char (&directory)[Length], const char* name) {
+  static_assert(Length < Room, "the directory and its slash must fit");
   copyText(path, directory);
   const std::size_t used = std::strlen(path);
   path[used] = '/';

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "support/enter_root.h"
 
@@ -39,8 +40,10 @@ std::string makeTemporaryDirectory() {
 
 }  // namespace
 
-DeviceRoot::DeviceRoot(Entry entry) : hostPath_(makeTemporaryDirectory()) {
-  rootDescriptor_ = openDirectory(hostPath_.c_str());
+DeviceRoot::DeviceRoot(std::string hostPath) : hostPath_(std::move(hostPath)) {}
+
+// Delegates, so that the destructor clears up even when laying out or entering fails.
+DeviceRoot::DeviceRoot(Entry entry) : DeviceRoot(makeTemporaryDirectory()) {
   for (const char* directory : {"/cfg0", "/cfg1", "/app/resource/defcfg", "/app/resource/language"})
     makeDirectory(directory);
   if (entry == StayOut) return;
@@ -49,15 +52,14 @@ DeviceRoot::DeviceRoot(Entry entry) : hostPath_(makeTemporaryDirectory()) {
   outsideDirectory_ = openDirectory(".");
   const std::string error = enterRoot(hostPath_);
   if (!error.empty()) fail(hostPath_, error);
+  entered_ = true;
 }
 
 DeviceRoot::~DeviceRoot() {
-  if (outsideRoot_ >= 0) {
-    if (fchdir(outsideRoot_) != 0 || chroot(".") != 0 || fchdir(outsideDirectory_) != 0) abort();
-    close(outsideRoot_);
-    close(outsideDirectory_);
-  }
-  close(rootDescriptor_);
+  if (entered_ && (fchdir(outsideRoot_) != 0 || chroot(".") != 0 || fchdir(outsideDirectory_) != 0))
+    abort();
+  if (outsideRoot_ >= 0) close(outsideRoot_);
+  if (outsideDirectory_ >= 0) close(outsideDirectory_);
   std::error_code ignored;
   fs::remove_all(hostPath_, ignored);
 }
@@ -65,7 +67,7 @@ DeviceRoot::~DeviceRoot() {
 // Entered, the device's own paths are the process's paths; outside, the temporary directory stands
 // in front of them.
 std::string DeviceRoot::inside(const std::string& path) const {
-  return outsideRoot_ >= 0 ? path : hostPath_ + path;
+  return entered_ ? path : hostPath_ + path;
 }
 
 void DeviceRoot::write(const std::string& path, const std::string& contents) const {
@@ -102,7 +104,7 @@ std::vector<std::string> DeviceRoot::list(const std::string& path) const {
 }
 
 void DeviceRoot::copyFromHost(const std::string& hostDirectory, const std::string& path) const {
-  if (outsideRoot_ >= 0) fail(hostDirectory, "fill the device before entering it");
+  if (entered_) fail(hostDirectory, "fill the device before entering it");
   makeDirectory(path);
   fs::copy(hostDirectory, inside(path),
            fs::copy_options::recursive | fs::copy_options::overwrite_existing);

@@ -2,8 +2,10 @@
 #include <memory>
 
 #include "support/device_test.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
+#include "support/expected_leaks.h"
 #include "support/interposed_calls.h"
+#include "support/quick_saves.h"
 
 namespace camcfg::tests {
 namespace {
@@ -21,7 +23,7 @@ Document open(tagBU_BOOL readOnly) {
   return Document(CFG_GetDocByFileName(text(kPath), readOnly));
 }
 
-class DocumentFaultsTest : public DeviceTest {
+class DocumentFaultsTest : private QuickSaves, public DeviceTest {
  protected:
   InterposedCallsScope calls;
 };
@@ -32,7 +34,7 @@ TEST_F(DocumentFaultsTest, SaveSyncsAfterTheMainCopyAndAfterTheBackupWithTheLock
   const Document document = open(BU_FALSE);
   document->FirstChildElement()->SetName("Newer");
   std::vector<std::string> atSync;
-  calls->beforeSync = [&] {
+  insteadOfSync = [&] {
     atSync.push_back(device.read(kPath) + device.read(kBackup));
     EXPECT_FALSE(isUnlocked(kPath));
   };
@@ -45,7 +47,7 @@ TEST_F(DocumentFaultsTest, SaveThatFailsSyncsTwiceAsWell) {
   device.remove("/cfg0");
   device.remove("/cfg1");
   int syncs = 0;
-  calls->beforeSync = [&] { ++syncs; };
+  insteadOfSync = [&] { ++syncs; };
   XMLDocument document;
   EXPECT_EQ(CFG_SaveFile(&document, text(kPath), BU_FALSE), 0);
   EXPECT_EQ(syncs, 2);
@@ -55,7 +57,7 @@ TEST_F(DocumentFaultsTest, SaveThatFailsSyncsTwiceAsWell) {
 
 TEST_F(DocumentFaultsTest, OpeningNeverSyncs) {
   device.write(kPath, "<A/>");
-  calls->beforeSync = [] { ADD_FAILURE(); };
+  insteadOfSync = [] { ADD_FAILURE(); };
   open(BU_FALSE);
   CFG_UnlockFile(text(kPath));
   open(BU_TRUE);
@@ -63,6 +65,7 @@ TEST_F(DocumentFaultsTest, OpeningNeverSyncs) {
 
 TEST_F(DocumentFaultsTest, LockThatCannotBeHadIsReportedByItsWarningOnly) {
   device.write(kPath, "<A/>");
+  const ExpectedLeaks abandoned;
   calls->timedLock = [](pthread_mutex_t*, const timespec*) { return ETIMEDOUT; };
   for (const tagBU_BOOL readOnly : {BU_TRUE, BU_FALSE}) {
     log.clear();
@@ -86,7 +89,7 @@ TEST_F(DocumentFaultsTest, DocumentThatCannotBeMadeIsReportedAndNoLockIsTaken) {
   };
   XMLDocument* document = nullptr;
   const std::string output = captureOutput([&] {
-    const FailingAllocations failing(1, FailingAllocations::OnlyThatOne);
+    const ScarceMemory memory(1, Shortage::OneAllocation);
     document = CFG_GetDocByFileName(text(kPath), BU_FALSE);
   });
   EXPECT_EQ(document, nullptr);
@@ -109,10 +112,10 @@ TEST_P(OpeningWithoutMemory, FailsWithTheFileUnlockedAndTheNextAttemptSucceeds) 
   Document(openOnce()).reset();
   if (staysLocked) CFG_UnlockFile(text(kPath));
 
-  failEachAllocation(openOnce, [&](bool failed, XMLDocument* opened) {
+  underEachShortage(openOnce, [&](bool struck, XMLDocument* opened) {
     const Document document(opened);
-    EXPECT_EQ(document == nullptr, failed);
-    EXPECT_EQ(isUnlocked(kPath), failed || !staysLocked);
+    EXPECT_EQ(document == nullptr, struck);
+    EXPECT_EQ(isUnlocked(kPath), struck || !staysLocked);
     if (document != nullptr && staysLocked) CFG_UnlockFile(text(kPath));
   });
   EXPECT_NE(Document(openOnce()), nullptr);
@@ -141,9 +144,9 @@ TEST_P(SavingWithoutMemory, FailsWithTheBackupAsItWasAndTheLockReleasedIfAsked) 
   cfgLockFile(kPath);
   cfgUnlockFile(kPath);
 
-  failEachAllocation(save, [&](bool failed, int result) {
-    EXPECT_EQ(result, failed ? -1 : 0);
-    EXPECT_EQ(device.read(kBackup), failed ? "backup" : whole.CStr());
+  underEachShortage(save, [&](bool struck, int result) {
+    EXPECT_EQ(result, struck ? -1 : 0);
+    EXPECT_EQ(device.read(kBackup), struck ? "backup" : whole.CStr());
     EXPECT_EQ(isUnlocked(kPath), GetParam() == BU_TRUE);
     if (GetParam() != BU_TRUE) cfgUnlockFile(kPath);
 
@@ -163,7 +166,7 @@ TEST_F(DocumentFaultsTest, GivingUpWithoutMemoryReleasesTheLock) {
   device.write(kPath, "<A/>");
   const Document document = open(BU_FALSE);
   {
-    const FailingAllocations failing(1, FailingAllocations::FromThereOn);
+    const ScarceMemory memory(1, Shortage::FromThenOn);
     EXPECT_EQ(CFG_UnlockFile(text(kPath)), 0);
   }
   EXPECT_TRUE(isUnlocked(kPath));

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "support/device_test.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
 #include "support/interposed_calls.h"
 
 namespace camcfg::tests {
@@ -104,33 +104,33 @@ class NewPath {
 
 TEST_F(LockRegistryFaultsTest, WithoutMemoryANewPathGetsNoRecordAndTheNextAttemptDoes) {
   NewPath path;
-  failEachAllocation([&] { return cfgGetLockByFile(path.next()); },
-                     [&](bool failed, const tag_CFG_FILE_LOCK* made) {
-                       EXPECT_EQ(made == nullptr, failed);
-                       EXPECT_EQ(g_mapFileLock.count(path.current()), failed ? 0u : 1u);
-                       EXPECT_NE(cfgGetLockByFile(path.current()), nullptr);
-                       EXPECT_TRUE(isUnlocked(path.current()));
-                     });
+  underEachShortage([&] { return cfgGetLockByFile(path.next()); },
+                    [&](bool struck, const tag_CFG_FILE_LOCK* made) {
+                      EXPECT_EQ(made == nullptr, struck);
+                      EXPECT_EQ(g_mapFileLock.count(path.current()), struck ? 0u : 1u);
+                      EXPECT_NE(cfgGetLockByFile(path.current()), nullptr);
+                      EXPECT_TRUE(isUnlocked(path.current()));
+                    });
 }
 
 TEST_F(LockRegistryFaultsTest, WithoutMemoryANewPathIsNotLockedAndTheNextAttemptDoes) {
   NewPath path;
-  failEachAllocation([&] { return cfgLockFile(path.next()); },
-                     [&](bool failed, int result) {
-                       EXPECT_EQ(result, failed ? -1 : 0);
-                       if (failed) result = cfgLockFile(path.current());
-                       EXPECT_EQ(result, 0);
-                       EXPECT_FALSE(isUnlocked(path.current()));
-                       EXPECT_EQ(cfgUnlockFile(path.current()), 0);
-                     });
+  underEachShortage([&] { return cfgLockFile(path.next()); },
+                    [&](bool struck, int result) {
+                      EXPECT_EQ(result, struck ? -1 : 0);
+                      if (struck) result = cfgLockFile(path.current());
+                      EXPECT_EQ(result, 0);
+                      EXPECT_FALSE(isUnlocked(path.current()));
+                      EXPECT_EQ(cfgUnlockFile(path.current()), 0);
+                    });
 }
 
 TEST_F(LockRegistryFaultsTest, ReleasingALockNeedsNoMemory) {
   cfgLockFile(kPath);
   {
-    const FailingAllocations failing(1, FailingAllocations::FromThereOn);
+    const ScarceMemory memory(1, Shortage::FromThenOn);
     EXPECT_EQ(cfgUnlockFile(kPath), 0);
-    EXPECT_FALSE(failing.happened());
+    EXPECT_FALSE(memory.struck());
   }
   EXPECT_TRUE(isUnlocked(kPath));
   EXPECT_THAT(log.records(), IsEmpty());

@@ -3,7 +3,8 @@
 #include <unistd.h>
 
 #include "store/verify_test.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
+#include "support/expected_leaks.h"
 #include "support/interposed_calls.h"
 
 namespace camcfg::tests {
@@ -73,12 +74,13 @@ class VerifyingWithoutMemory : public testing::Test {
     device.write("/cfg1/x.xml", backup);
   }
   testkit::DeviceRoot device;
+  const ExpectedLeaks textsOfErrors;
 };
 
 TEST_F(VerifyingWithoutMemory, FailsAndReplacesNoIntactCopy) {
   writeAll("<Default/>", "<Main/>", "<Backup/>");
-  failEachAllocation(CFG_VerifyFileFormat, [&](bool failed, int result) {
-    EXPECT_EQ(result, failed ? -1 : 0);
+  underEachShortage(CFG_VerifyFileFormat, [&](bool struck, int result) {
+    EXPECT_EQ(result, struck ? -1 : 0);
     EXPECT_EQ(device.read("/cfg0/x.xml"), "<Main/>");
     EXPECT_EQ(device.read("/cfg1/x.xml"), "<Backup/>");
   });
@@ -86,9 +88,9 @@ TEST_F(VerifyingWithoutMemory, FailsAndReplacesNoIntactCopy) {
 
 TEST_F(VerifyingWithoutMemory, FailsAndTakesNoIntactBackupForABrokenOne) {
   writeAll("<Default/>", "<Main", "<Backup/>");
-  failEachAllocation(CFG_VerifyFileFormat, [&](bool failed, int result) {
-    EXPECT_EQ(result, failed ? -1 : 0);
-    EXPECT_EQ(device.read("/cfg0/x.xml"), failed ? "<Main" : "<Backup/>");
+  underEachShortage(CFG_VerifyFileFormat, [&](bool struck, int result) {
+    EXPECT_EQ(result, struck ? -1 : 0);
+    EXPECT_EQ(device.read("/cfg0/x.xml"), struck ? "<Main" : "<Backup/>");
     EXPECT_EQ(device.read("/cfg1/x.xml"), "<Backup/>");
     device.write("/cfg0/x.xml", "<Main");
   });
@@ -96,10 +98,10 @@ TEST_F(VerifyingWithoutMemory, FailsAndTakesNoIntactBackupForABrokenOne) {
 
 TEST_F(VerifyingWithoutMemory, FailsAndReplacesNothingHalfway) {
   writeAll("<Default/>", "<Main", "<Backup");
-  failEachAllocation(CFG_VerifyFileFormat, [&](bool failed, int result) {
-    EXPECT_EQ(result, failed ? -1 : 0);
-    EXPECT_EQ(device.read("/cfg0/x.xml"), failed ? "<Main" : "<Default/>");
-    EXPECT_EQ(device.read("/cfg1/x.xml"), failed ? "<Backup" : "<Default/>");
+  underEachShortage(CFG_VerifyFileFormat, [&](bool struck, int result) {
+    EXPECT_EQ(result, struck ? -1 : 0);
+    EXPECT_EQ(device.read("/cfg0/x.xml"), struck ? "<Main" : "<Default/>");
+    EXPECT_EQ(device.read("/cfg1/x.xml"), struck ? "<Backup" : "<Default/>");
     writeAll("<Default/>", "<Main", "<Backup");
   });
 }

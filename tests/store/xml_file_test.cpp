@@ -6,7 +6,7 @@
 #include <new>
 
 #include "support/device_test.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
 
 namespace camcfg::tests {
 namespace {
@@ -60,10 +60,10 @@ TEST_F(XmlFileTest, FilesAreClosedWhenMemoryRunsOut) {
       return true;
     }
   };
-  failEachAllocation([&] { return runsOut([&] { loadXml(document, "/x"); }); },
-                     [&](bool failed, bool threw) { EXPECT_EQ(threw, failed); });
-  failEachAllocation([&] { return runsOut([&] { saveXml(document, "/y"); }); },
-                     [&](bool failed, bool threw) { EXPECT_EQ(threw, failed); });
+  underEachShortage([&] { return runsOut([&] { loadXml(document, "/x"); }); },
+                    [&](bool struck, bool threw) { EXPECT_EQ(threw, struck); });
+  underEachShortage([&] { return runsOut([&] { saveXml(document, "/y"); }); },
+                    [&](bool struck, bool threw) { EXPECT_EQ(threw, struck); });
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "support/interposed_calls.h"
 
 #include <dlfcn.h>
-#include <unistd.h>
-
 #include <cerrno>
 
 namespace camcfg::tests {
@@ -27,12 +25,6 @@ using camcfg::tests::next;
 
 // The program's own definitions come before those of the C library.
 extern "C" {
-
-void sync() noexcept {
-  static auto* const real = next<void()>("sync");
-  if (interposedCalls().beforeSync) interposedCalls().beforeSync();
-  real();
-}
 
 ssize_t copy_file_range(int from, off64_t* fromOffset, int to, off64_t* toOffset, std::size_t size,
                         unsigned flags) {

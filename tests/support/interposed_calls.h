@@ -12,9 +12,8 @@ namespace camcfg::tests {
 
 /// What stands between the library and the C library. A hook that is not set lets the call pass;
 /// one that returns a value answers in the call's place (and sets errno where the call would).
-/// Programs that use it are linked with interposed_calls.cpp.
+/// Programs that use it are linked with interposed_calls.cpp; for sync() there is quick_saves.h.
 struct InterposedCalls {
-  std::function<void()> beforeSync;
   std::function<std::optional<ssize_t>(std::size_t& size)> copyFileRange;
   std::function<std::optional<int>(pthread_mutex_t*, const timespec*)> timedLock;
   std::function<bool(const char* directory)> refusesToOpen;

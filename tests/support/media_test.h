@@ -1,34 +1,13 @@
 #ifndef CAMCFG_TESTS_SUPPORT_MEDIA_TEST_H
 #define CAMCFG_TESTS_SUPPORT_MEDIA_TEST_H
 
-#include <ostream>
 #include <sstream>
 #include <string>
 
 #include "support/device_test.h"
+#include "support/outcome.h"
 
 namespace camcfg::tests {
-
-/// What a call returned and what it printed on standard output.
-struct Outcome {
-  int result;
-  std::string output;
-
-  bool operator==(const Outcome& other) const {
-    return result == other.result && output == other.output;
-  }
-};
-
-inline void PrintTo(const Outcome& outcome, std::ostream* out) {
-  *out << outcome.result << ", printing:\n" << outcome.output;
-}
-
-template <typename Call>
-Outcome observe(Call call) {
-  int result = 0;
-  const std::string output = captureOutput([&] { result = call(); });
-  return {result, output};
-}
 
 /// A test on one section of the media file. Entries of the section are given and compared as the
 /// library writes them: a line each, four spaces further in for each level.

@@ -47,10 +47,11 @@ class DeviceRoot {
   void copyFromHost(const std::string& hostDirectory, const std::string& path) const;
 
  private:
+  explicit DeviceRoot(std::string hostPath);
   std::string inside(const std::string& path) const;
 
   std::string hostPath_;
-  int rootDescriptor_ = -1;
+  bool entered_ = false;
   int outsideRoot_ = -1;
   int outsideDirectory_ = -1;
 };
