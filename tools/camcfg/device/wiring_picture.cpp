@@ -21,11 +21,13 @@ constexpr char kHead[] =
     "red: does not fit\";\n"
     "  node [shape=box style=filled fillcolor=\"#ffffff\" color=\"#606060\" "
     "fontname=\"Helvetica\" fontsize=11 height=0.3 margin=\"0.12,0.04\"];\n"
-    "  edge [arrowsize=0.6 penwidth=1.2 fontname=\"Helvetica\" fontsize=10];\n";
+    "  edge [tailport=e headport=w arrowsize=0.6 penwidth=1.2 fontname=\"Helvetica\" "
+    "fontsize=10];\n";
 
 // Edges of one cache have one colour, so that the eye can follow them.
 constexpr const char* kColours[] = {"#1f6fb4", "#2c8a4b", "#7a4fa3", "#8a6d1f",
-                                    "#1b8a8f", "#a3497c", "#56606e", "#5a7d1e"};
+                                    "#1b8a8f", "#a3497c", "#56606e", "#5a7d1e",
+                                    "#b0661a", "#3f4fa8", "#6b4a3a", "#0f7f63"};
 
 std::string colourOf(std::size_t cache) {
   return " color=\"" + std::string(kColours[cache % std::size(kColours)]) + "\"";
