@@ -4,4 +4,6 @@ set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L /usr/aarch64-linux-gnu)
+# The loader and the C library are those of the arm64 packages, in their usual places. With the cross
+# compiler's copies in front (-L) the two may differ in version, and threads hang.
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)

@@ -17,7 +17,7 @@ constexpr char kCaller[] = "Caller";
 
 // A listener's host name is not looked at.
 bool readMode(const XMLElement& element, const std::string& mode, Instance& instance) {
-  instance.s32Mode = isWord(mode.c_str(), kListener);
+  instance.s32Mode = isWord(mode.c_str(), kListener) ? 1 : 0;
   if (instance.s32Mode != 0) return true;
   if (isWord(mode.c_str(), kCaller))
     return kLiveMedia.requireText(element, "Hostname", kPath, &instance.strHostname);

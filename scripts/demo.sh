@@ -23,7 +23,8 @@ lay_out_device() {
 }
 
 tell() {
-  printf '\n# %s\n' "$@"
+  printf '\n'
+  printf '# %s\n' "$@"
 }
 
 # Shows a command and runs it; it must end with the given exit status.

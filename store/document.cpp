@@ -3,10 +3,12 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "camcfg/store.h"
 #include "store/xml_file.h"
 #include "support/log.h"
+#include "support/never_freed.h"
 #include "support/text.h"
 
 namespace {
@@ -60,7 +62,7 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   }
   if (cfgLockFile(pcPath) != 0) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
-    static_cast<void>(document.release());
+    camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }
   if (!load(*document, pcPath)) {

@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "camcfg/store.h"
 #include "support/log.h"
+#include "support/never_freed.h"
 
 std::map<std::string, tag_CFG_FILE_LOCK> g_mapFileLock;
 pthread_mutex_t g_lockMapFileLock = PTHREAD_MUTEX_INITIALIZER;
@@ -56,7 +58,7 @@ tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   auto mutex = std::make_unique<pthread_mutex_t>();
   tag_CFG_FILE_LOCK& record = g_mapFileLock[path];
   pthread_mutex_init(mutex.get(), nullptr);
-  record.pstMutex = mutex.release();
+  record.pstMutex = camcfg::neverFreed(std::move(mutex));
   return &record;
 } catch (const std::bad_alloc&) {
   return nullptr;

@@ -13,7 +13,7 @@ constexpr char kPath[] = "<Stream><StreamCache><Cache><AllowedStreamSource>";
 constexpr std::int32_t kNone = -1;
 
 std::int32_t bitOf(std::int32_t id) {
-  return static_cast<std::int32_t>(1u << (static_cast<std::uint32_t>(id) % 32));
+  return static_cast<std::int32_t>(1U << (static_cast<std::uint32_t>(id) % 32));
 }
 
 // Of several entries marked as default the first counts.
@@ -61,8 +61,8 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
 void writeWhitelist(XMLElement& element, const tag_CFG_STREAM_CACHE_T& cache, const char* mark) {
   if (cache.s32AllowedMask <= 0) return;
   const auto mask = static_cast<std::uint32_t>(cache.s32AllowedMask);
-  for (std::int32_t id = 0; (1u << id) <= mask; ++id) {
-    if ((mask & (1u << id)) == 0) continue;
+  for (std::int32_t id = 0; (1U << id) <= mask; ++id) {
+    if ((mask & (1U << id)) == 0) continue;
     XMLElement& entry = append(element, kAllowedSource);
     entry.SetAttribute("Id", id);
     if (id == cache.s32EnabledSrc) entry.SetAttribute(mark, 1);

@@ -15,7 +15,7 @@ inline bool isWord(const char* text, const char* word) {
 }
 
 /// Passes over an element without a word.
-inline void skipQuietly(const tinyxml2::XMLElement&) {}
+inline void skipQuietly(const tinyxml2::XMLElement& /*element*/) {}
 
 /// Hands the child elements of one name (in upper or lower case) to `read`, in document order,
 /// until it refuses one by returning false; hands those of another name to `skip`.

@@ -6,23 +6,24 @@
 /// list without checking any value. Each opens and closes the family's document itself; CFG_LM_Open
 /// and the two close operations serve programs that read or edit the elements on their own.
 ///
-/// Results: 0 or CFG_LM_ERR. Running out of memory is CFG_LM_ERR with the document dropped and no
-/// lock held.
+/// Results: 0 or CFG_LM_ERR. A save that fails is not noticed. Running out of memory is CFG_LM_ERR
+/// with the document dropped and no lock held.
 /// Loaders empty the list once the section is open (CFG_LM_LoadWebsocketConfig before that) and
 /// fill it in document order. On a fault they stop at once: the list keeps the records before the
 /// faulty one, and the document stays open until the next CFG_LM_Open or close.
-/// Prints: on standard output only, each message in the frame "[LEVEL][CFG][LiveMedia]: MESSAGE". "Attr" below stands
-/// for the line "[Error][CFG][LiveMedia]: Attr `NAME` is required by PATH .\n" with an attribute's
-/// name and a path of elements; it is always a fault. An integer attribute counts as missing when
-/// it is absent, no integer or -1; a text attribute when it is absent. "Unknown" stands for the
-/// line "[Warning][CFG][LiveMedia]: Un-support element <NAME> at PATH, ignored.\n", drawn by an
-/// element that is skipped. Where it is not named, unknown elements are skipped without a message.
+/// Prints: on standard output only, each message in the frame "[LEVEL][CFG][LiveMedia]: MESSAGE".
+/// "Attr" below stands for the line "[Error][CFG][LiveMedia]: Attr `NAME` is required by PATH .\n"
+/// with an attribute's name and a path of elements; it is always a fault. An integer attribute
+/// counts as missing when it is absent, no integer or -1; a text attribute when it is absent.
+/// "Unknown" stands for the line "[Warning][CFG][LiveMedia]: Un-support element <NAME> at PATH,
+/// ignored.\n", drawn by an element that is skipped. Where it is not named, unknown elements are
+/// skipped without a message.
 /// Every loader and dumper prints what CFG_LM_Open does, and ends with Info "Load SECTION Config
 /// success.\n" or "Update SECTION Config success.\n".
 /// Element names inside a section, and words such as "true", "Video" and "Caller", match in upper
 /// and lower case alike, attribute names exactly.
-/// Threads: one at a time for the whole family, because it has one document. Other families may run
-/// beside it; in write mode the file's lock keeps them apart.
+/// Threads: one at a time for the whole family, because it has one document, and none beside it in
+/// the stream family, which works on the same file. Families of other files may run beside it.
 #ifndef CAMCFG_LIVEMEDIA_H
 #define CAMCFG_LIVEMEDIA_H
 

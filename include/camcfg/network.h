@@ -141,8 +141,8 @@ CFG_API void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CF
 /// Reads every parameter of a card.
 /// @param pcAttr  attribute to read: "Cur" or "Def"
 /// @param pcCard  card, beginning of its name
-/// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, an MTU
-///                without a number 0, of an MTU beyond 32 bits the lower 32. Fields whose
+/// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, as does an
+///                MTU without a number; an MTU beyond 32 bits keeps its lower 32. Fields whose
 ///                element the card lacks are zero. Zeroed on failure, but untouched when an
 ///                argument is null.
 /// Prints: the common failures.
@@ -254,8 +254,8 @@ CFG_API int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards);
 ///                cleared and the rest untouched; all of it is untouched when an argument is null.
 /// @return 0; -1 on failure, among them, without any message, a card with an unknown interface
 ///
-/// The interface is looked for in the first element of the card whose name begins with "Intf"; if it
-/// is a known one, the file is read anew as by cfgNetworkGetParam, which takes acIntf from the
+/// The interface is looked for in the first element of the card whose name begins with "Intf"; if
+/// it is a known one, the file is read anew as by cfgNetworkGetParam, which takes acIntf from the
 /// element named so. Should that second reading fail, its log record alone tells.
 ///
 /// Prints: as CFG_NETWORK_GetCards; no such card, "Network %s node doesn't exist\n"; no "Intf",

@@ -8,15 +8,15 @@
 /// CFG_MPP_Open and the two close operations serve programs that read or edit the elements on their
 /// own.
 ///
-/// Results: 0 or CFG_MPP_ERR, unless told otherwise. Running out of memory is CFG_MPP_ERR with the
-/// document dropped and no lock held.
+/// Results: 0 or CFG_MPP_ERR, unless told otherwise. A save that fails is not noticed. Running out
+/// of memory is CFG_MPP_ERR with the document dropped and no lock held.
 /// Prints: on standard output only, each message in the frame "[LEVEL][CFG][MppStream]: MESSAGE".
 /// "Attr" below stands for the line "[Error][CFG][MppStream]: Attr `NAME` is required by PATH .\n"
 /// with an attribute's name and the path of the element it was sought in. An integer attribute
 /// counts as missing when it is absent, no integer or -1; a text attribute when it is absent.
 /// Element names inside a section match in upper and lower case alike, attribute names exactly.
-/// Threads: one at a time for the whole family, because it has one document. Other families may run
-/// beside it; in write mode the file's lock keeps them apart.
+/// Threads: one at a time for the whole family, because it has one document, and none beside it in
+/// the live media family, which works on the same file. Families of other files may run beside it.
 #ifndef CAMCFG_STREAM_H
 #define CAMCFG_STREAM_H
 
@@ -46,8 +46,8 @@ struct tag_CFG_STREAM_SOURCE_T {
   /// set in a new record; the loader always fills it in.
   std::int32_t s32ChnId;
 
-  tag_CFG_STREAM_SOURCE_T() {}
-  virtual ~tag_CFG_STREAM_SOURCE_T() {}
+  tag_CFG_STREAM_SOURCE_T() = default;
+  virtual ~tag_CFG_STREAM_SOURCE_T() = default;
 };
 /// Short name of the stream source record.
 typedef struct tag_CFG_STREAM_SOURCE_T CFG_STREAM_SOURCE_T;
@@ -55,7 +55,7 @@ typedef struct tag_CFG_STREAM_SOURCE_T CFG_STREAM_SOURCE_T;
 /// A video encoder as stream source: `<VENC Id="" Name="" ChnId=""/>`.
 struct tag_CFG_STREAM_SOURCE_VENC_T : public tag_CFG_STREAM_SOURCE_T {
   tag_CFG_STREAM_SOURCE_VENC_T() { s32Type = CFG_STREAM_SOURCE_VENC; }
-  virtual ~tag_CFG_STREAM_SOURCE_VENC_T() {}
+  ~tag_CFG_STREAM_SOURCE_VENC_T() override = default;
 };
 /// Short name of the video encoder record.
 typedef struct tag_CFG_STREAM_SOURCE_VENC_T CFG_STREAM_SOURCE_VENC_T;
@@ -63,7 +63,7 @@ typedef struct tag_CFG_STREAM_SOURCE_VENC_T CFG_STREAM_SOURCE_VENC_T;
 /// An audio input as stream source: `<AI Id="" Name="" AiId=""/>`.
 struct tag_CFG_STREAM_SOURCE_AI_T : public tag_CFG_STREAM_SOURCE_T {
   tag_CFG_STREAM_SOURCE_AI_T() { s32Type = CFG_STREAM_SOURCE_AI; }
-  virtual ~tag_CFG_STREAM_SOURCE_AI_T() {}
+  ~tag_CFG_STREAM_SOURCE_AI_T() override = default;
 };
 /// Short name of the audio input record.
 typedef struct tag_CFG_STREAM_SOURCE_AI_T CFG_STREAM_SOURCE_AI_T;
@@ -71,7 +71,7 @@ typedef struct tag_CFG_STREAM_SOURCE_AI_T CFG_STREAM_SOURCE_AI_T;
 /// An audio encoder as stream source: `<AENC Id="" Name="" AencId=""/>`.
 struct tag_CFG_STREAM_SOURCE_AENC_T : public tag_CFG_STREAM_SOURCE_T {
   tag_CFG_STREAM_SOURCE_AENC_T() { s32Type = CFG_STREAM_SOURCE_AENC; }
-  virtual ~tag_CFG_STREAM_SOURCE_AENC_T() {}
+  ~tag_CFG_STREAM_SOURCE_AENC_T() override = default;
 };
 /// Short name of the audio encoder record.
 typedef struct tag_CFG_STREAM_SOURCE_AENC_T CFG_STREAM_SOURCE_AENC_T;
@@ -116,21 +116,22 @@ CFG_API int CFG_MPP_CloseWrite();
 
 /// Reads all stream sources.
 /// @param sources  emptied once the section is open, then filled in document order, each record
-///                 made by std::make_shared of its kind. The file not opened: left as it was. A faulty
-///                 element: keeps the records before it.
+///                 made by std::make_shared of its kind. The file not opened: left as it was. A
+///                 faulty element: keeps the records before it.
 /// @return 0 or CFG_MPP_ERR
 /// An "Enabled" that is absent or no integer is 1. An element without "Name" takes the name of the
 /// nearest source before it that had one; only with no such source is "Name" missing.
 /// Prints: as CFG_MPP_Open; Attr with "ChnId", "AiId" or "AencId" and
-/// "<Stream><StreamSource><VENC>", "...<AI>" or "...<AENC>", then with "Id", then with "Name" and "<Stream><StreamSource><*>"; for
-/// an element of another name, which is skipped, Warning "Un-Support node <NAME> by <StreamSource>,
-/// Skip.\n".
+/// "<Stream><StreamSource><VENC>", "...<AI>" or "...<AENC>", then with "Id", then with "Name", and
+/// "<Stream><StreamSource><*>"; for an element of another name, which is skipped, Warning
+/// "Un-Support node <NAME> by <StreamSource>, Skip.\n".
 CFG_API int CFG_MPP_LoadStreamSourceConfig(
     std::list<std::shared_ptr<tag_CFG_STREAM_SOURCE_T>>& sources);
 
 /// Replaces all stream sources and saves. Whatever else stood in the section is lost.
 /// @param sources  records to write, in order; null pointers and records of an unknown kind are
-///                 left out. "Enabled" is written as 0 for a disabled source and not at all otherwise.
+///                 left out. "Enabled" is written as 0 for a disabled source and not at all
+///                 otherwise.
 /// @return 0; CFG_MPP_ERR with the file untouched when it was not opened
 /// Prints: as CFG_MPP_Open.
 CFG_API int CFG_MPP_DumpStreamSourceConfig(

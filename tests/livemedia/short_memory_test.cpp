@@ -1,5 +1,5 @@
 #include "livemedia/service_test.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
 
 namespace camcfg::tests {
 namespace {
@@ -27,10 +27,10 @@ class ShortMemoryTest : public LiveMediaTest {
   void expectEachShortageToFailAndLeaveNothingBehind(
       Call call, const std::string& stateOnSuccess = "closed, unlocked") {
     const std::string printed = captureOutput([&] {
-      failEachAllocation(call, [&](bool failed, std::int32_t result) {
-        EXPECT_EQ(result, failed ? CFG_LM_ERR : 0);
-        ASSERT_EQ(state(), failed ? "closed, unlocked" : stateOnSuccess);
-        if (stateOnSuccess == "closed, locked" && !failed) CFG_UnlockFile(text(CFG_FILE_MPP));
+      underEachShortage(call, [&](bool struck, std::int32_t result) {
+        EXPECT_EQ(result, struck ? CFG_LM_ERR : 0);
+        ASSERT_EQ(state(), struck ? "closed, unlocked" : stateOnSuccess);
+        if (stateOnSuccess == "closed, locked" && !struck) CFG_UnlockFile(text(CFG_FILE_MPP));
       });
     });
     EXPECT_FALSE(HasFailure()) << printed;

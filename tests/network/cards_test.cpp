@@ -15,7 +15,7 @@ constexpr const char* kUnusable[] = {"<NetWork><Lan></NetWork>", "<!-- empty -->
 class CardsTest : public NetworkTest {
  protected:
   Cards listed() {
-    Cards cards = patterned<Cards>();
+    auto cards = patterned<Cards>();
     EXPECT_EQ(CFG_NETWORK_GetCards(&cards), 0);
     EXPECT_THAT(log.records(), IsEmpty());
     EXPECT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
@@ -81,7 +81,7 @@ TEST_F(CardsTest, ListingIntoNullFailsWithoutOpeningTheFile) {
 }
 
 TEST_F(CardsTest, AFailedListingIsZeroed) {
-  Cards found = patterned<Cards>();
+  auto found = patterned<Cards>();
   EXPECT_EQ(CFG_NETWORK_GetCards(&found), -1);
   EXPECT_EQ(found, Cards{});
   for (const char* contents : kUnusable) {
@@ -96,7 +96,7 @@ class CardIntfTest : public NetworkTest {
  protected:
   // The settings of a card that must be found.
   Settings found(const char* card) {
-    Settings settings = patterned<Settings>();
+    auto settings = patterned<Settings>();
     EXPECT_EQ(CFG_NETWORK_GetCardIntf(text(card), &settings), 0);
     EXPECT_THAT(log.records(), IsEmpty());
     EXPECT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
@@ -105,9 +105,9 @@ class CardIntfTest : public NetworkTest {
 
   // A card must not be found, and nothing but the interface of the record may be written.
   void expectFailure(const char* card) {
-    Settings untouched = patterned<Settings>();
+    auto untouched = patterned<Settings>();
     std::memset(untouched.acIntf, 0, sizeof untouched.acIntf);
-    Settings settings = patterned<Settings>();
+    auto settings = patterned<Settings>();
     EXPECT_EQ(CFG_NETWORK_GetCardIntf(text(card), &settings), -1);
     EXPECT_EQ(settings, untouched);
     EXPECT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
@@ -123,7 +123,7 @@ TEST_F(CardIntfTest, ACardWithAKnownInterfaceIsReadWhole) {
 TEST_F(CardIntfTest, TheCardIsFoundByTheBeginningOfItsName) {
   store(kFactory);
   Settings wifi{};
-  std::strcpy(wifi.acIntf, "wlan0");
+  setField(wifi.acIntf, "wlan0");
   EXPECT_EQ(found("Wi"), wifi);
   EXPECT_EQ(found(""), factoryCurrent());
 }
@@ -167,11 +167,12 @@ TEST_F(CardIntfTest, AnEarlierElementWhoseNameBeginsLikeTheInterfacesDecides) {
 
 TEST_F(CardIntfTest, TheCardIsReadAnewAndAFailureOfThatIsNotLookedAt) {
   store(kFactory);
+  makeLockRecord();
   int reread = 0;
   bool struck = true;
   for (int allocation = 1; struck; ++allocation) {
     log.clear();
-    Settings settings = patterned<Settings>();
+    auto settings = patterned<Settings>();
     int result = 0;
     {
       const ScarceMemory memory(allocation, Shortage::OneAllocation);
@@ -187,7 +188,7 @@ TEST_F(CardIntfTest, TheCardIsReadAnewAndAFailureOfThatIsNotLookedAt) {
 }
 
 TEST_F(CardIntfTest, ANullArgumentFailsWithoutOpeningTheFileOrTouchingTheRecord) {
-  Settings settings = patterned<Settings>();
+  auto settings = patterned<Settings>();
   EXPECT_EQ(CFG_NETWORK_GetCardIntf(nullptr, &settings), -1);
   EXPECT_EQ(settings, patterned<Settings>());
   EXPECT_EQ(CFG_NETWORK_GetCardIntf(text("Lan"), nullptr), -1);

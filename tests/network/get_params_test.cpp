@@ -10,7 +10,7 @@ using Settings = tagNETWORK_CFG_S;
 class GetParamsTest : public NetworkTest {
  protected:
   Settings read(const char* attribute, const char* card) {
-    Settings settings = patterned<Settings>();
+    auto settings = patterned<Settings>();
     cfgNetworkGetParam(text(attribute), text(card), &settings);
     EXPECT_THAT(log.records(), IsEmpty());
     expectNotSaved();
@@ -32,7 +32,7 @@ TEST_F(GetParamsTest, EveryFieldIsReadFromTheAttributeAskedFor) {
 
 TEST_F(GetParamsTest, TheTwoWrappersReadTheCurrentAndTheFactoryValues) {
   store(kFactory);
-  Settings settings = patterned<Settings>();
+  auto settings = patterned<Settings>();
   CFG_NETWORK_GetAllParamCur(text("Lan"), &settings);
   EXPECT_EQ(settings, factoryCurrent());
   settings = patterned<Settings>();
@@ -149,7 +149,7 @@ TEST_F(GetParamsTest, LongTextsAreCutAndNeverReachTheNextField) {
 }
 
 TEST_F(GetParamsTest, ANullArgumentLeavesTheRecordAlone) {
-  Settings settings = patterned<Settings>();
+  auto settings = patterned<Settings>();
   cfgNetworkGetParam(text("Cur"), nullptr, &settings);
   cfgNetworkGetParam(nullptr, text("Lan"), &settings);
   EXPECT_EQ(settings, patterned<Settings>());
@@ -160,7 +160,7 @@ TEST_F(GetParamsTest, ANullArgumentLeavesTheRecordAlone) {
 }
 
 TEST_F(GetParamsTest, TheWrappersZeroTheRecordEvenForANullCard) {
-  Settings settings = patterned<Settings>();
+  auto settings = patterned<Settings>();
   CFG_NETWORK_GetAllParamCur(nullptr, &settings);
   EXPECT_EQ(settings, Settings{});
   settings = patterned<Settings>();
@@ -178,7 +178,7 @@ TEST_F(GetParamsTest, TheWrappersRefuseANullRecord) {
 }
 
 TEST_F(GetParamsTest, AFailedReadLeavesTheRecordZeroed) {
-  Settings settings = patterned<Settings>();
+  auto settings = patterned<Settings>();
   cfgNetworkGetParam(text("Cur"), text("Lan"), &settings);
   EXPECT_EQ(settings, Settings{});
   for (const char* contents : {"<NetWork><Lan></NetWork>", "<!-- empty -->\n", "<System/>\n",

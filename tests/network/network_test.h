@@ -110,6 +110,13 @@ Record patterned() {
   return record;
 }
 
+/// Sets a text field, the rest of it to zero.
+template <std::size_t Size>
+void setField(char (&field)[Size], const std::string& text) {
+  std::memset(field, 0, Size);
+  text.copy(field, Size - 1);
+}
+
 /// A section whose only card "Lan" has these elements.
 inline std::string lan(const std::vector<std::string>& elements) {
   if (elements.empty()) return "<NetWork>\n    <Lan/>\n</NetWork>\n";
@@ -136,6 +143,12 @@ class NetworkTest : private QuickSaves, public DeviceTest {
   void store(const std::string& contents) {
     stored_ = contents;
     device.write(CFG_FILE_BUSINESS, contents);
+  }
+
+  /// Makes the record of the file's lock, so that its state can be seen whatever fails.
+  static void makeLockRecord() {
+    cfgLockFile(CFG_FILE_BUSINESS);
+    cfgUnlockFile(CFG_FILE_BUSINESS);
   }
 
   /// Both copies hold this text, and the file is unlocked.

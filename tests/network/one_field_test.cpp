@@ -175,9 +175,9 @@ TEST_F(OneValueTest, AnUnknownEnableSpeedDuplexOrModeIsNotWrittenYetTheFileIsSav
 
 TEST_F(OneValueTest, AnyAutonegButOneIsWrittenAsOff) {
   for (const int value : {0, 2, -1, 256}) {
-    store(lan({"<Autoneg Cur=\"On\" Def=\"On\"/>"}));
+    store(lan({R"(<Autoneg Cur="On" Def="On"/>)"}));
     CFG_NETWORK_SetLinkAutoneg(text("Lan"), static_cast<tagBU_BOOL>(value));
-    expectSaved(lan({"<Autoneg Cur=\"Off\" Def=\"On\"/>"}));
+    expectSaved(lan({R"(<Autoneg Cur="Off" Def="On"/>)"}));
   }
 }
 

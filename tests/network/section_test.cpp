@@ -139,11 +139,7 @@ INSTANTIATE_TEST_SUITE_P(Readers, SectionTest, ValuesIn(readers()), nameOf<Opera
 
 class ShortMemoryTest : public NetworkTest, public WithParamInterface<Operation> {
  protected:
-  // Makes the lock's record, so that the lock's state can be seen whatever fails.
-  void SetUp() override {
-    cfgLockFile(CFG_FILE_BUSINESS);
-    cfgUnlockFile(CFG_FILE_BUSINESS);
-  }
+  void SetUp() override { makeLockRecord(); }
 
   // Runs the operation with the given allocation failing; false if it makes fewer.
   bool strikes(int allocation, Shortage shortage) {
@@ -154,16 +150,24 @@ class ShortMemoryTest : public NetworkTest, public WithParamInterface<Operation>
     GetParam().run();
     return memory.struck();
   }
+
+  void expectNothingStored() const {
+    EXPECT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
+    EXPECT_FALSE(device.exists(kBackup));
+  }
+
+  std::string lastText() const {
+    const auto texts = log.texts();
+    return texts.empty() ? "nothing" : texts.back();
+  }
 };
 
 TEST_P(ShortMemoryTest, IsReportedWithTheFileUnlockedAndTheBackupLeftAlone) {
   int allocation = 1;
   while (strikes(allocation, Shortage::OneAllocation)) {
     SCOPED_TRACE(allocation);
-    ASSERT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
-    EXPECT_FALSE(device.exists(kBackup));
-    ASSERT_FALSE(log.records().empty());
-    EXPECT_THAT(log.records().back().text, AnyOf(kNotOpened, GetParam().notOpened, kNotStored));
+    expectNothingStored();
+    EXPECT_THAT(lastText(), AnyOf(kNotOpened, GetParam().notOpened, kNotStored));
     ++allocation;
   }
   EXPECT_GT(allocation, 1);
@@ -173,8 +177,7 @@ TEST_P(ShortMemoryTest, IsReportedWithTheFileUnlockedAndTheBackupLeftAlone) {
 TEST_P(ShortMemoryTest, ForGoodLeavesTheFileUnlockedAndTheBackupAlone) {
   for (int allocation = 1; strikes(allocation, Shortage::FromThenOn); ++allocation) {
     SCOPED_TRACE(allocation);
-    ASSERT_TRUE(isUnlocked(CFG_FILE_BUSINESS));
-    EXPECT_FALSE(device.exists(kBackup));
+    expectNothingStored();
   }
 }
 
@@ -183,7 +186,7 @@ class ShortMemoryWriterTest : public ShortMemoryTest {};
 TEST_P(ShortMemoryWriterTest, IsReportedWhenTheFileIsOpenButNotStored) {
   int reported = 0;
   for (int allocation = 1; strikes(allocation, Shortage::OneAllocation); ++allocation) {
-    if (log.records().back().text != kNotStored) continue;
+    if (lastText() != kNotStored) continue;
     EXPECT_THAT(log.records(), ElementsAre(Logged(3, GetParam().loggedAs, kNotStored)));
     ++reported;
   }

@@ -52,9 +52,9 @@ Settings withFields(tagBU_BOOL enable, tagBU_BOOL autoneg, std::int32_t other) {
 // kFactory with the factory values as current ones.
 std::string factoryReset() {
   std::string xml = kFactory;
-  for (const auto& [from, to] : {std::pair{"Cur=\"On\" Def=\"Off\"", "Cur=\"Off\" Def=\"Off\""},
+  for (const auto& [from, to] : {std::pair{R"(Cur="On" Def="Off")", R"(Cur="Off" Def="Off")"},
                                  {"Cur=\"Eth1\"", "Cur=\"Eth0\""},
-                                 {"Cur=\"Off\" Def=\"On\"", "Cur=\"On\" Def=\"On\""},
+                                 {R"(Cur="Off" Def="On")", R"(Cur="On" Def="On")"},
                                  {"Cur=\"Full\"", "Cur=\"Half\""},
                                  {"Cur=\"100M\"", "Cur=\"1000M\""},
                                  {"Cur=\"1492\"", "Cur=\"1500\""},
@@ -90,7 +90,7 @@ TEST_F(SetParamsTest, OnlyTheCardNamedIsWritten) {
   store(kFactory);
   cfgNetworkSetAllParam(text("Wifi"), factoryCurrent());
   expectSaved(replaced(
-      replaced(kFactory, "<Enable Cur=\"Off\" Def=\"Off\"/>", "<Enable Cur=\"On\" Def=\"Off\"/>"),
+      replaced(kFactory, R"(<Enable Cur="Off" Def="Off"/>)", R"(<Enable Cur="On" Def="Off"/>)"),
       "Cur=\"Wlan0\"", "Cur=\"Eth1\""));
 }
 
@@ -108,7 +108,7 @@ TEST_F(SetParamsTest, ACardWithoutElementsIsSavedUnchanged) {
 }
 
 TEST_F(SetParamsTest, AnAbsentCurrentValueIsCreatedAndTheFactoryValueStays) {
-  expectWritten(factoryCurrent(), {{"<Enable Def=\"Off\"/>", "<Enable Def=\"Off\" Cur=\"On\"/>"},
+  expectWritten(factoryCurrent(), {{R"(<Enable Def="Off"/>)", R"(<Enable Def="Off" Cur="On"/>)"},
                                    {"<MTU/>", "<MTU Cur=\"1492\"/>"},
                                    {"<Intf/>", "<Intf Cur=\"Eth1\"/>"},
                                    {"<Dns1/>", "<Dns1 Cur=\"192.168.1.53\"/>"}});
@@ -156,7 +156,7 @@ TEST_F(SetParamsTest, ValuesWithoutAWordAreLeftAloneAndTheFileIsSaved) {
 TEST_F(SetParamsTest, AnUnknownInterfaceIsWrittenAsTheEmptyText) {
   for (const char* name : {"eth2", "Eth0", "", "wlan"}) {
     Settings settings{};
-    std::strcpy(settings.acIntf, name);
+    setField(settings.acIntf, name);
     expectWritten(settings, {{"<Intf Cur=\"Eth0\"/>", "<Intf Cur=\"\"/>"}});
   }
 }
@@ -171,7 +171,7 @@ TEST_F(SetParamsTest, AnyMtuIsWrittenInDecimal) {
 
 TEST_F(SetParamsTest, TextsAreWrittenAsTheyStand) {
   Settings settings{};
-  std::strcpy(settings.acIpAddr, "not an <address>");
+  setField(settings.acIpAddr, "not an <address>");
   expectWritten(settings, {{"<IpAddr Cur=\"a\"/>", "<IpAddr Cur=\"not an &lt;address&gt;\"/>"},
                            {"<NetMask Cur=\"a\"/>", "<NetMask Cur=\"\"/>"}});
 }

@@ -14,10 +14,9 @@ constexpr int kMin = std::numeric_limits<int>::min();
 constexpr int kMax = std::numeric_limits<int>::max();
 
 // The line of a preset made by preset(id, description).
-std::string line(int id, const std::string& description, const std::string& more = "") {
-  return "    <preset Id=\"" + std::to_string(id) + "\" Description=\"" + description +
-         "\" PanPos=\"1\" TiltPos=\"2\" ZoomPos=\"3\" FocusPos=\"4\" FocusMode=\"5\"" + more +
-         "/>\n";
+std::string line(int id, const std::string& description) {
+  return "    <preset Id=\"" + std::to_string(id) + R"(" Description=")" + description +
+         "\" PanPos=\"1\" TiltPos=\"2\" ZoomPos=\"3\" FocusPos=\"4\" FocusMode=\"5\"/>\n";
 }
 
 class SetParamTest : public PresetTest {
@@ -135,21 +134,22 @@ TEST_F(SetParamTest, BackupThatCannotBeMadeIsNoFailure) {
   EXPECT_EQ(device.read("/cfg0/preset_cfg.xml"), group(line(1, "Door")));
 }
 
+void setAndQuery(int first, int count) {
+  for (int id = first; id < first + count; ++id) {
+    tagPRESET_CFG_S record = preset(id, "Door");
+    EXPECT_EQ(CFG_PRESET_SetParam(&record), 0);
+    EXPECT_EQ(CFG_PRESET_QueryOneById(id, &record), 0);
+  }
+}
+
 TEST_F(SetParamTest, ThreadsThatSetDifferentPresetsLoseNone) {
   constexpr int kThreads = 3;
   constexpr int kPresetsEach = 4;
   givenPresets("");
-  const auto setSome = [](int first) {
-    for (int id = first; id < first + kPresetsEach; ++id) {
-      tagPRESET_CFG_S record = preset(id, "Door");
-      EXPECT_EQ(CFG_PRESET_SetParam(&record), 0);
-      EXPECT_EQ(CFG_PRESET_QueryOneById(id, &record), 0);
-    }
-  };
   std::vector<std::thread> threads(kThreads);
   int first = 0;
   for (std::thread& thread : threads) {
-    thread = std::thread(setSome, first);
+    thread = std::thread(setAndQuery, first, kPresetsEach);
     first += kPresetsEach;
   }
   for (std::thread& thread : threads) thread.join();

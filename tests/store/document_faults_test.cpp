@@ -3,6 +3,7 @@
 
 #include "support/device_test.h"
 #include "support/each_shortage.h"
+#include "support/expected_leaks.h"
 #include "support/interposed_calls.h"
 #include "support/quick_saves.h"
 
@@ -64,6 +65,7 @@ TEST_F(DocumentFaultsTest, OpeningNeverSyncs) {
 
 TEST_F(DocumentFaultsTest, LockThatCannotBeHadIsReportedByItsWarningOnly) {
   device.write(kPath, "<A/>");
+  const ExpectedLeaks abandoned;
   calls->timedLock = [](pthread_mutex_t*, const timespec*) { return ETIMEDOUT; };
   for (const tagBU_BOOL readOnly : {BU_TRUE, BU_FALSE}) {
     log.clear();

@@ -113,8 +113,7 @@ char* stackAtStart;
 
 // Calls the search on a small stack, and leaves the process as the fault that ends it demands.
 [[noreturn]] void searchWithoutEnd(XMLElement* parent, const char* name) {
-  char mark = 0;
-  stackAtStart = &mark;
+  stackAtStart = static_cast<char*>(__builtin_frame_address(0));
   rlimit stack{};
   getrlimit(RLIMIT_STACK, &stack);
   stack.rlim_cur = 1024 * 1024;

@@ -4,6 +4,7 @@
 
 #include "store/verify_test.h"
 #include "support/each_shortage.h"
+#include "support/expected_leaks.h"
 #include "support/interposed_calls.h"
 
 namespace camcfg::tests {
@@ -73,6 +74,7 @@ class VerifyingWithoutMemory : public testing::Test {
     device.write("/cfg1/x.xml", backup);
   }
   testkit::DeviceRoot device;
+  const ExpectedLeaks textsOfErrors;
 };
 
 TEST_F(VerifyingWithoutMemory, FailsAndReplacesNoIntactCopy) {

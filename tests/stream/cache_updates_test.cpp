@@ -3,6 +3,7 @@
 #include <string>
 
 #include "camcfg/stream.h"
+#include "stream/every_source.h"
 #include "support/media_test.h"
 
 namespace camcfg::tests {
@@ -36,26 +37,30 @@ class CacheUpdatesTest : public MediaTest {
   }
 };
 
-constexpr char kTwoCaches[] = R"(<Cache Id="0" Name="a" BufferSizeKB="512" Extra="x">
-    <AllowedStreamSource Id="0" Default="1" Enable="1"/>
-    <AllowedStreamSource Id="2"/>
-</Cache>
+// Two caches, the first with these entries.
+std::string twoCaches(const std::string& entries) {
+  return "<Cache Id=\"0\" Name=\"a\" BufferSizeKB=\"512\" Extra=\"x\">\n" + entries +
+         R"(</Cache>
 <Cache Id="1" Name="b" BufferSizeKB="256">
     <AllowedStreamSource Id="2" Enable="1"/>
 </Cache>
 )";
+}
+
+const std::string kTwoCaches = twoCaches(
+    "    <AllowedStreamSource Id=\"0\" Default=\"1\" Enable=\"1\"/>\n"
+    "    <AllowedStreamSource Id=\"2\"/>\n");
+const std::string kMarkGone = twoCaches(
+    "    <AllowedStreamSource Id=\"0\" Default=\"1\"/>\n"
+    "    <AllowedStreamSource Id=\"2\"/>\n");
+const std::string kMarkMoved = twoCaches(
+    "    <AllowedStreamSource Id=\"0\" Default=\"1\"/>\n"
+    "    <AllowedStreamSource Id=\"2\" Enable=\"1\"/>\n");
 
 TEST_F(CacheUpdatesTest, EnabledSourceIsMarkedEnableAndTheOthersLoseThatMark) {
   give(kTwoCaches);
   EXPECT_EQ(enable(0, 2), (Outcome{0, ""}));
-  expectSaved(R"(<Cache Id="0" Name="a" BufferSizeKB="512" Extra="x">
-    <AllowedStreamSource Id="0" Default="1"/>
-    <AllowedStreamSource Id="2" Enable="1"/>
-</Cache>
-<Cache Id="1" Name="b" BufferSizeKB="256">
-    <AllowedStreamSource Id="2" Enable="1"/>
-</Cache>
-)");
+  expectSaved(kMarkMoved);
   EXPECT_EQ(state(), "closed, unlocked");
 }
 
@@ -142,15 +147,6 @@ TEST_F(CacheUpdatesTest, SourceNotAllowedLeavesTheDocumentOpenAndTheLockHeld) {
   expectNotSaved(kTwoCaches);
 }
 
-constexpr char kMarkGone[] = R"(<Cache Id="0" Name="a" BufferSizeKB="512" Extra="x">
-    <AllowedStreamSource Id="0" Default="1"/>
-    <AllowedStreamSource Id="2"/>
-</Cache>
-<Cache Id="1" Name="b" BufferSizeKB="256">
-    <AllowedStreamSource Id="2" Enable="1"/>
-</Cache>
-)";
-
 TEST_F(CacheUpdatesTest, CallerMaySaveTheMarksTakenAwayForASourceNotAllowed) {
   give(kTwoCaches);
   EXPECT_EQ(enable(0, 7).result, -1);
@@ -221,11 +217,7 @@ TEST_F(CacheUpdatesTest, MaskBelowOneIsSavedAsACacheThatAllowsNothing) {
 TEST_F(CacheUpdatesTest, EveryBitOfTheLargestMaskIsWritten) {
   give("<Cache Id=\"0\"/>\n");
   EXPECT_EQ(allow(0, 2147483647, 30), (Outcome{0, ""}));
-  std::string entries;
-  for (int id = 0; id < 30; ++id)
-    entries += "    <AllowedStreamSource Id=\"" + std::to_string(id) + "\"/>\n";
-  expectSaved("<Cache Id=\"0\">\n" + entries +
-              "    <AllowedStreamSource Id=\"30\" Enable=\"1\"/>\n</Cache>\n");
+  expectSaved("<Cache Id=\"0\">\n" + everySource("Enable") + "</Cache>\n");
 }
 
 TEST_F(CacheUpdatesTest, AllowedSourcesOfACacheThatDoesNotExistLeaveTheLockHeld) {

@@ -229,7 +229,7 @@ TEST(StreamResultTest, FailureIsNegativeInThirtyTwoBits) {
 
 template <typename Record>
 void expectFresh(std::int32_t type) {
-  const Record record;
+  const Record record{};
   EXPECT_EQ(record.s32Type, type);
   EXPECT_EQ(record.s32Id, -1);
   EXPECT_EQ(record.strName, "");
@@ -261,7 +261,7 @@ std::size_t offset(const Record& record, const Field& field) {
 }
 
 TEST(StreamRecordTest, SourceFieldsStandInOrderBehindTheTable) {
-  const tag_CFG_STREAM_SOURCE_T source;
+  const tag_CFG_STREAM_SOURCE_T source{};
   const std::size_t text = sizeof(void*) + 8;
   EXPECT_EQ(offset(source, source.s32Type), sizeof(void*));
   EXPECT_EQ(offset(source, source.s32Id), sizeof(void*) + 4);

@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "camcfg/stream.h"
-#include "support/failing_allocations.h"
+#include "support/each_shortage.h"
 #include "support/media_test.h"
 #include "support/quick_saves.h"
 
@@ -91,7 +91,7 @@ TEST_P(ShortMemoryTest, FailsWithTheDocumentDroppedAndTheFileUnlocked) {
   // The first run makes the lists and the lock's record.
   device.write(CFG_FILE_MPP, kFile);
   EXPECT_EQ(GetParam().run(), 0);
-  failEachAllocation(GetParam().run, [this](bool failed, int result) {
+  underEachShortage(GetParam().run, [this](bool failed, int result) {
     EXPECT_EQ(result, failed ? CFG_MPP_ERR : 0);
     ASSERT_EQ(state(), "closed, unlocked");
     device.write(CFG_FILE_MPP, kFile);

@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
 
-// The mutexes of the lock registry are never freed, and the map that leads to them is gone by the
-// time leaks are looked for.
+// Where memory runs out while tinyxml2 words an error, it loses the buffer it does that in.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
-  return "leak:cfgGetLockByFile\n";
+  return "leak:libtinyxml2.so\n";
 }
 
 int main(int argc, char** argv) {
