@@ -60,6 +60,9 @@ class Picture {
     drawSources();
     drawCaches();
     drawSessions();
+    align(sourceNode, wiring_.sources.size());
+    align(cacheNode, wiring_.caches.size());
+    align(sessionNode, wiring_.sessions.size());
     for (std::size_t i = 0; i < wiring_.caches.size(); ++i) connectSources(i);
     for (std::size_t i = 0; i < wiring_.sessions.size(); ++i) connectCaches(i);
     return text_ + "}\n";
@@ -76,6 +79,13 @@ class Picture {
   }
   void edge(const std::string& from, const std::string& to, const std::string& look) {
     text_ += "  " + from + " -> " + to + (look.empty() ? "" : " [" + look.substr(1) + "]") + ";\n";
+  }
+
+  // One below the other, whether anything is connected to them or not.
+  void align(std::string (*name)(std::size_t), std::size_t count) {
+    text_ += "  {rank=same;";
+    for (std::size_t i = 0; i < count; ++i) text_ += " " + name(i) + ";";
+    text_ += "}\n";
   }
 
   void drawSources() {
@@ -153,11 +163,14 @@ class Picture {
     const CacheEntry& cache = wiring_.caches[index];
     const int carried = cache.record->s32EnabledSrc;
     connectSource(carried, index, " style=bold");
-    for (const int id : cache.allowedIds())
-      if (id != carried) connectSource(id, index, " style=dashed");
-    if (cache.marksDiffer())
-      connectSource(*cache.marked(&AllowedSource::isEnabled), index,
-                    std::string(" style=dotted label=\"Enable\"") + kRed);
+    const auto enabled =
+        cache.marksDiffer() ? cache.marked(&AllowedSource::isEnabled) : std::nullopt;
+    for (const int id : cache.allowedIds()) {
+      if (id == carried) continue;
+      connectSource(
+          id, index,
+          id == enabled ? std::string(" style=dotted label=\"Enable\"") + kRed : " style=dashed");
+    }
   }
 
   void connectCaches(std::size_t index) {
