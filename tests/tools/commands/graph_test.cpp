@@ -12,8 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr char kPicture[] =
-    R"(digraph wiring {
+constexpr char kPicture[] = R"dot(digraph wiring {
   rankdir=LR; ranksep=2.2; nodesep=0.12; newrank=true; outputorder=edgesfirst;
   fontname="Helvetica"; fontsize=13; labelloc=b;
   label="solid: carried or sent    dashed: may be carried    grey: disabled    red: does not fit";
@@ -33,73 +32,42 @@ constexpr char kPicture[] =
   subgraph "cluster WebSocket" {
     label="WebSocket"; labelloc=t; color="#d0d0d0"; style=rounded;
     session0 [label="listen  (7)"];
+  }
+  subgraph "cluster RTSP" {
+    label="RTSP"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session1 [label="live  (video 0, audio 7)"];
+    session2 [label="empty"];
+  }
+  subgraph "cluster RTMP" {
+    label="RTMP"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session3 [label="target 0  (video 0)"];
+    session4 [label="target 1" color="#b0b0b0" fontcolor="#909090" fillcolor="#f2f2f2"];
+  }
+  subgraph "cluster NDI" {
+    label="NDI"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session5 [label="One  (main video 0)"];
+  }
+  subgraph "cluster SRT" {
+    label="SRT"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session6 [label="listener 0: program  (0, 7)"];
+    session7 [label="listener 0: quiet"];
+  }
+  {rank=same; source0; source1; source2;}
+  {rank=same; cache0; cache1;}
+  {rank=same; session0; session1; session2; session3; session4; session5; session6; session7;}
+  source0 -> cache0 [color="#1f6fb4" style=bold];
+  source2 -> cache0 [color="#1f6fb4" style=dashed];
+  source2 -> cache1 [color="#2c8a4b" style=bold];
+  source1 -> cache1 [color="#b0b0b0" style=dashed];
+  cache1 -> session0 [color="#2c8a4b"];
+  cache0 -> session1 [color="#1f6fb4"];
+  cache1 -> session1 [color="#2c8a4b"];
+  cache0 -> session3 [color="#1f6fb4"];
+  cache0 -> session5 [color="#1f6fb4"];
+  cache0 -> session6 [color="#1f6fb4"];
+  cache1 -> session6 [color="#2c8a4b"];
 }
-subgraph "cluster RTSP" {
-  label = "RTSP";
-  labelloc = t;
-  color = "#d0d0d0";
-  style = rounded;
-  session1[label = "live  (video 0, audio 7)"];
-  session2[label = "empty"];
-}
-subgraph "cluster RTMP" {
-  label = "RTMP";
-  labelloc = t;
-  color = "#d0d0d0";
-  style = rounded;
-  session3[label = "target 0  (video 0)"];
-  session4[label = "target 1" color = "#b0b0b0" fontcolor = "#909090" fillcolor = "#f2f2f2"];
-}
-subgraph "cluster NDI" {
-  label = "NDI";
-  labelloc = t;
-  color = "#d0d0d0";
-  style = rounded;
-  session5[label = "One  (main video 0)"];
-}
-subgraph "cluster SRT" {
-  label = "SRT";
-  labelloc = t;
-  color = "#d0d0d0";
-  style = rounded;
-  session6[label = "listener 0: program  (0, 7)"];
-  session7[label = "listener 0: quiet"];
-}
-{
-  rank = same;
-  source0;
-  source1;
-  source2;
-}
-{
-  rank = same;
-  cache0;
-  cache1;
-}
-{
-  rank = same;
-  session0;
-  session1;
-  session2;
-  session3;
-  session4;
-  session5;
-  session6;
-  session7;
-}
-source0->cache0[color = "#1f6fb4" style = bold];
-source2->cache0[color = "#1f6fb4" style = dashed];
-source2->cache1[color = "#2c8a4b" style = bold];
-source1->cache1[color = "#b0b0b0" style = dashed];
-cache1->session0[color = "#2c8a4b"];
-cache0->session1[color = "#1f6fb4"];
-cache1->session1[color = "#2c8a4b"];
-cache0->session3[color = "#1f6fb4"];
-cache0->session5[color = "#1f6fb4"];
-cache0->session6[color = "#1f6fb4"];
-cache1->session6[color = "#2c8a4b"];
-}
-)";
+)dot";
 
 class GraphTest : public MediaToolTest {
  protected:
@@ -108,7 +76,7 @@ class GraphTest : public MediaToolTest {
   void giveFindings() const {
     giveWith("Id=\"0\" Default=\"1\"", "Id=\"9\" Default=\"1\"");
     giveWith("Id=\"2\"/>", "Id=\"2\" Enable=\"1\"/>");
-    giveWith("Id=\"1\"/>", "Id=\"1\" Default=\"1\"/>");
+    giveWith("Source Id=\"1\"/>", "Source Id=\"1\" Default=\"1\"/>");
     giveWith("Channel Id=\"0\" Name=\"video\"", "Channel Id=\"4\" Name=\"video\"");
   }
 };
@@ -139,8 +107,8 @@ TEST_F(GraphTest, FindingsAreDrawn) {
         "fillcolor=\"#fff0f0\" style=\"filled,dashed\"];\n",
         "  \"missing source 9\" -> cache0 [color=\"#c00000\" fontcolor=\"#c00000\" style=bold];\n",
         "  \"missing cache 4\" -> session1 [color=\"#c00000\" fontcolor=\"#c00000\"];\n",
-        "  source2 -> cache0 [style=dotted label=\"Enable\" color=\"#c00000\" "
-        "fontcolor=\"#c00000\"];\n",
+        "  source2 -> cache0 [color=\"#c00000\" fontcolor=\"#c00000\" style=dotted "
+        "label=\"Enable\"];\n",
         "  source1 -> cache1 [color=\"#b0b0b0\" style=bold];\n"})
     EXPECT_THAT(picture, HasSubstr(line));
 }

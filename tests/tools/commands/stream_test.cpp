@@ -120,7 +120,7 @@ TEST_F(StreamTest, DefaultTellsWhatIsLostBySavingAllCaches) {
   giveWith("BufferSizeMB=\"8\"", "BufferSizeMB=\"8\" BufferSizeKB=\"3\"");
   giveWith("            <AllowedStreamSource Id=\"2\"/>\n",
            "            <AllowedStreamSource Id=\"2\" Enable=\"1\"/>\n            <Extra/>\n");
-  giveWith("Id=\"1\"/>", "Id=\"1\" Default=\"1\"/>");
+  giveWith("Source Id=\"1\"/>", "Source Id=\"1\" Default=\"1\"/>");
   const std::string notes =
       "camcfg: stream cache default: note: all caches are saved anew, without the comment at line "
       "8, \"Colour\" of <Cache> at line 9, \"Enable\" of <AllowedStreamSource> at line 11, <Extra> "
@@ -134,7 +134,7 @@ TEST_F(StreamTest, DefaultTellsWhatIsLostBySavingAllCaches) {
             (ToolRun{0, "stream cache 0, Default: 0 -> 2\n", notes}));
   std::string expected = with(kMedia, "Id=\"0\" Default=\"1\"/>", "Id=\"0\"/>");
   expected = with(expected, "Id=\"2\"/>", "Id=\"2\" Default=\"1\"/>");
-  expected = with(expected, "Id=\"1\"/>", "Id=\"1\" Default=\"1\"/>");
+  expected = with(expected, "Source Id=\"1\"/>", "Source Id=\"1\" Default=\"1\"/>");
   const std::string second = "<AllowedStreamSource Id=\"2\" Default=\"1\"/>";
   expectBoth(
       expected.replace(expected.rfind(second), second.size(), "<AllowedStreamSource Id=\"2\"/>"));
@@ -150,7 +150,7 @@ TEST_F(StreamTest, DefaultTellsWhichOtherCachesGetAMark) {
 }
 
 TEST_F(StreamTest, DefaultIsRefusedWhereASaveWouldChangeSources) {
-  giveWith("Id=\"1\"/>", "Id=\"40\"/>");
+  giveWith("Source Id=\"1\"/>", "Source Id=\"40\"/>");
   expectRefused({"stream", "cache", "0", "default", "2"}, 1,
                 "stream cache default: the library saves all caches, and would lose source 40 of "
                 "stream cache 7, which is outside 0..29");

@@ -1,5 +1,6 @@
 #include "device/wiring_picture.h"
 
+#include <algorithm>
 #include <set>
 
 #include "frame/printable.h"
@@ -147,29 +148,29 @@ class Picture {
     return dotText(session.name) + (channels.empty() ? "" : "  (" + channels + ")");
   }
 
-  void connectSource(int id, std::size_t cache, const std::string& look) {
-    bool connected = false;
-    for (std::size_t i = 0; i < wiring_.sources.size(); ++i) {
-      const tag_CFG_STREAM_SOURCE_T& source = *wiring_.sources[i];
-      if (source.s32Id != id || connected) continue;
-      edge(sourceNode(i), cacheNode(cache),
-           (source.s32Enabled == 0 ? kGrey : colourOf(cache)) + look);
-      connected = true;
+  void connectSource(int id, std::size_t cache, const std::string& style, bool fits = true) {
+    const auto source = std::find_if(wiring_.sources.begin(), wiring_.sources.end(),
+                                     [=](const StreamSource& one) { return one->s32Id == id; });
+    if (source == wiring_.sources.end()) {
+      edge(missingNode("source", id), cacheNode(cache), kRed + style);
+      return;
     }
-    if (!connected) edge(missingNode("source", id), cacheNode(cache), kRed + look);
+    const std::string colour = (*source)->s32Enabled == 0 ? kGrey : colourOf(cache);
+    edge(sourceNode(static_cast<std::size_t>(source - wiring_.sources.begin())), cacheNode(cache),
+         (fits ? colour : kRed) + style);
   }
 
   void connectSources(std::size_t index) {
     const CacheEntry& cache = wiring_.caches[index];
     const int carried = cache.record->s32EnabledSrc;
-    connectSource(carried, index, " style=bold");
     const auto enabled =
         cache.marksDiffer() ? cache.marked(&AllowedSource::isEnabled) : std::nullopt;
+    connectSource(carried, index, " style=bold");
     for (const int id : cache.allowedIds()) {
-      if (id == carried) continue;
-      connectSource(
-          id, index,
-          id == enabled ? std::string(" style=dotted label=\"Enable\"") + kRed : " style=dashed");
+      if (id == enabled)
+        connectSource(id, index, " style=dotted label=\"Enable\"", false);
+      else if (id != carried)
+        connectSource(id, index, " style=dashed");
     }
   }
 
