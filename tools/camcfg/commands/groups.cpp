@@ -3,7 +3,7 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(), parametersGroup(), systemGroup(), languageGroup()};
+  return {filesGroup(), parametersGroup(), systemGroup(), presetGroup(), languageGroup()};
 }
 
 }  // namespace camcfg::tool

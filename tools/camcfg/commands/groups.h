@@ -11,6 +11,7 @@ namespace camcfg::tool {
 CommandGroup filesGroup();
 CommandGroup languageGroup();
 CommandGroup parametersGroup();
+CommandGroup presetGroup();
 CommandGroup systemGroup();
 
 /// All commands, in the order of the help text.
