@@ -3,7 +3,8 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(), parametersGroup(), systemGroup(), presetGroup(), languageGroup()};
+  return {filesGroup(),   parametersGroup(), systemGroup(),
+          networkGroup(), presetGroup(),     languageGroup()};
 }
 
 }  // namespace camcfg::tool

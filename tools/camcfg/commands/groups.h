@@ -10,6 +10,7 @@ namespace camcfg::tool {
 // One function for each group, in the file of its name.
 CommandGroup filesGroup();
 CommandGroup languageGroup();
+CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
 CommandGroup systemGroup();
