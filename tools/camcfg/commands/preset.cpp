@@ -1,9 +1,11 @@
 #include "device/preset.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "commands/groups.h"
 #include "device/preset_change.h"
+#include "device/preset_import.h"
 #include "frame/decimal.h"
 #include "frame/library_log.h"
 #include "frame/status.h"
@@ -11,6 +13,9 @@
 namespace camcfg::tool {
 namespace {
 
+constexpr char kFormat[] = "--format";
+constexpr char kDryRun[] = "--dry-run";
+constexpr std::size_t kFaultsTold = 20;
 constexpr char kDescription[] = "--description";
 constexpr std::size_t kSeenById = 32;  // bytes from which a query by id keeps a description back
 
@@ -18,11 +23,15 @@ void addNote(Answer& answer, const std::string& note) {
   if (!note.empty()) answer.notes.push_back(note);
 }
 
+Json allOf(const Presets& presets) {
+  Json all = Json::array();
+  for (const Preset& preset : presets.all()) all.push_back(preset.json());
+  return all;
+}
+
 Answer list(const Arguments&) {
-  const Presets presets;
   Answer answer;
-  answer.value = Json::array();
-  for (const Preset& preset : presets.all()) answer.value.push_back(preset.json());
+  answer.value = allOf(Presets());
   answer.layout = {Table{"",
                          {{"ID", "{id}"},
                           {"PAN", "{pan}"},
@@ -157,6 +166,55 @@ Answer remove(const Arguments& arguments) {
   return answer;
 }
 
+Block exportedAs(const std::string& format, const Presets& presets) {
+  if (format == "csv") return Verbatim{presetsAsCsv(presets.all())};
+  if (format == "json") return WholeValue{};
+  throw Refusal(Status::Usage, std::string(kFormat) + ": '" + format + "' is neither csv nor json");
+}
+
+// What a device without presets would refuse.
+void tellNotImportable(Answer& answer, const Presets& presets) {
+  std::vector<PresetRow> rows;
+  for (const Preset& preset : presets.all()) rows.push_back({preset.label(), preset, {}});
+  const PresetImport import(nullptr, rows);
+  for (const std::string& fault : import.faults())
+    answer.notes.push_back("note: an import will refuse " + fault);
+}
+
+Answer exportAll(const Arguments& arguments) {
+  const std::string format = arguments.given(kFormat) ? arguments.text(kFormat) : "csv";
+  const Presets presets;
+  Answer answer;
+  answer.value = allOf(presets);
+  answer.layout = {exportedAs(format, presets)};
+  tellNotImportable(answer, presets);
+  return answer;
+}
+
+void tellFaults(Answer& answer, const std::vector<std::string>& faults) {
+  const std::size_t told = std::min(faults.size(), kFaultsTold);
+  answer.notes.assign(faults.begin(), faults.begin() + static_cast<std::ptrdiff_t>(told));
+  const std::string more =
+      told == faults.size() ? "" : " (" + std::to_string(faults.size() - told) + " more faults)";
+  answer.notes.push_back("nothing was imported" + more);
+  answer.status = Status::Refused;
+}
+
+Answer importAll(const Arguments& arguments) {
+  const Presets presets;
+  const PresetImport import(&presets, readPresets(arguments.text("FILE")));
+  Answer answer;
+  answer.value = import.json();
+  if (!import.faults().empty()) {
+    tellFaults(answer, import.faults());
+    return answer;
+  }
+  if (!arguments.given(kDryRun)) import.carryOut();
+  answer.layout = {
+      Fields{{{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
+  return answer;
+}
+
 std::vector<Option> withValues(std::vector<Option> options) {
   constexpr const char* kHelp[] = {"Pan position", "Tilt position", "Zoom position",
                                    "Focus position", "Focus mode"};
@@ -179,7 +237,16 @@ CommandGroup presetGroup() {
            {"preset set", "Change what is given of a preset, or create it", withValues({kId}), set},
            {"preset add", "Create a preset under the next free id and print the id", withValues({}),
             add},
-           {"preset delete", "Delete a preset", {kPreset}, remove}}};
+           {"preset delete", "Delete a preset", {kPreset}, remove},
+           {"preset export",
+            "Print all presets for an import",
+            {{Option::Value, kFormat, "csv (if none is given) or json"}},
+            exportAll},
+           {"preset import",
+            "Create and change presets from a CSV or JSON file, all or none",
+            {{Option::HostFile, "FILE", "File as 'preset export' prints it; - is standard input"},
+             {Option::Flag, kDryRun, "Only tell what would be done"}},
+            importAll}}};
 }
 
 }  // namespace camcfg::tool

@@ -191,8 +191,7 @@ Answer resetCard(const std::string& name) {
 Answer setHostname(const std::string& name, bool force) {
   const Network network;
   const std::string fault = whyNotAHostname(name);
-  if (!force && !fault.empty())
-    throw Refusal("hostname: " + fault + "; '--force' sets it all the same");
+  if (!force && !fault.empty()) throw Refusal(fault + "; '--force' sets it all the same");
   makeChange({CFG_FILE_BUSINESS, "hostname", kAttributeFrame + name.size() * 6,
               [&] {
                 CFG_NETWORK_SetHostname(argument(name));

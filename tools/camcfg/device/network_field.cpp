@@ -135,8 +135,7 @@ std::string requireWord(const NetworkField& field, const std::string& text) {
     if (isSameWord(word, text)) return word;
     all += (all.empty() ? "" : ", ") + word;
   }
-  throw Refusal(std::string(field.name) + ": '" + text + "' is none of " + all +
-                didYouMean(text, field.words));
+  throw Refusal("'" + text + "' is none of " + all + didYouMean(text, field.words));
 }
 
 }  // namespace camcfg::tool

@@ -45,7 +45,15 @@ struct Line {
   Template text;
 };
 
-using Block = std::variant<Table, Fields, Line>;
+/// Text for another program, passed on byte by byte.
+struct Verbatim {
+  std::string text;
+};
+
+/// The whole value in JSON, for a command that is asked for that format.
+struct WholeValue {};
+
+using Block = std::variant<Table, Fields, Line, Verbatim, WholeValue>;
 
 /// What a command has to say: a value, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.

@@ -80,6 +80,16 @@ std::string render(const Line& line, const Json& value) {
   return filled(line.text, value) + "\n";
 }
 
+std::string render(const Verbatim& block, const Json&) {
+  return block.text;
+}
+
+std::string render(const WholeValue&, const Json& value) {
+  Answer answer;
+  answer.value = value;
+  return renderJson(answer);
+}
+
 }  // namespace
 
 std::string renderText(const Answer& answer) {
