@@ -47,12 +47,15 @@ struct Line {
   Template text;
 };
 
-/// A text of many lines that is printed as it stands, such as a picture.
+/// Text for another program or of many lines, passed on byte by byte.
 struct Verbatim {
   std::string text;
 };
 
-using Block = std::variant<Table, Fields, Line, Verbatim>;
+/// The whole value in JSON, for a command that is asked for that format.
+struct WholeValue {};
+
+using Block = std::variant<Table, Fields, Line, Verbatim, WholeValue>;
 
 /// A program of the system that the tool was started on.
 struct HostProgram {

@@ -110,8 +110,14 @@ std::string render(const Line& line, const Json& value) {
   return filled(line.text, value) + "\n";
 }
 
-std::string render(const Verbatim& verbatim, const Json&) {
-  return verbatim.text;
+std::string render(const Verbatim& block, const Json&) {
+  return block.text;
+}
+
+std::string render(const WholeValue&, const Json& value) {
+  Answer answer;
+  answer.value = value;
+  return renderJson(answer);
 }
 
 }  // namespace
