@@ -3,7 +3,8 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(), parametersGroup(), systemGroup(), languageGroup()};
+  return {filesGroup(), parametersGroup(), systemGroup(),  streamGroup(),
+          liveGroup(),  graphGroup(),      languageGroup()};
 }
 
 }  // namespace camcfg::tool

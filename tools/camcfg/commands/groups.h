@@ -9,8 +9,11 @@ namespace camcfg::tool {
 
 // One function for each group, in the file of its name.
 CommandGroup filesGroup();
+CommandGroup graphGroup();
 CommandGroup languageGroup();
+CommandGroup liveGroup();
 CommandGroup parametersGroup();
+CommandGroup streamGroup();
 CommandGroup systemGroup();
 
 /// All commands, in the order of the help text.

@@ -13,7 +13,9 @@ namespace camcfg::tool {
 using Json = nlohmann::ordered_json;
 
 /// Text with places for values: "{section}/{name}" takes the members "section" and "name" of the
-/// value at hand, "{found/main}" the member "main" of its member "found".
+/// value at hand, "{found/main}" the member "main" of its member "found". "{channels:{id} {name}}"
+/// fills "{id} {name}" for each element of an array; "{default?, default}" is ", default" where
+/// the member is true and nothing where it is false.
 using Template = std::string;
 
 /// A column of a table.
@@ -45,7 +47,12 @@ struct Line {
   Template text;
 };
 
-using Block = std::variant<Table, Fields, Line>;
+/// A text of many lines that is printed as it stands, such as a picture.
+struct Verbatim {
+  std::string text;
+};
+
+using Block = std::variant<Table, Fields, Line, Verbatim>;
 
 /// What a command has to say: a value, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.
@@ -54,6 +61,8 @@ struct Answer {
   std::vector<Block> layout;       ///< what is shown of it as text, block by block
   std::vector<std::string> notes;  ///< remarks, one line each, that belong on standard error
   Status status = Status::Done;
+  /// The caller's own program, with its arguments, that turns the text into what is shown.
+  std::vector<std::string> through;
 };
 
 }  // namespace camcfg::tool
