@@ -5,7 +5,7 @@
 namespace camcfg::tool {
 namespace {
 
-constexpr std::size_t kWidth = 100;
+constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
 
 std::string scalar(const Json& value) {
