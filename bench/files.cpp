@@ -7,7 +7,7 @@
 namespace camcfg::bench {
 
 std::string lastParameter(int parameters) {
-  char name[16];
+  char name[24];
   std::snprintf(name, sizeof name, "Param%06d", parameters - 1);
   return name;
 }

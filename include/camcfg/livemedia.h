@@ -22,8 +22,8 @@
 /// success.\n" or "Update SECTION Config success.\n".
 /// Element names inside a section, and words such as "true", "Video" and "Caller", match in upper
 /// and lower case alike, attribute names exactly.
-/// Threads: one at a time for the whole family, because it has one document. Other families may run
-/// beside it; in write mode the file's lock keeps them apart.
+/// Threads: one at a time for the whole family, because it has one document, and none beside it in
+/// the stream family, which works on the same file. Families of other files may run beside it.
 #ifndef CAMCFG_LIVEMEDIA_H
 #define CAMCFG_LIVEMEDIA_H
 

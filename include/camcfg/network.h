@@ -254,8 +254,8 @@ CFG_API int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards);
 ///                cleared and the rest untouched; all of it is untouched when an argument is null.
 /// @return 0; -1 on failure, among them, without any message, a card with an unknown interface
 ///
-/// The interface is looked for in the first element of the card whose name begins with "Intf"; if it
-/// is a known one, the file is read anew as by cfgNetworkGetParam, which takes acIntf from the
+/// The interface is looked for in the first element of the card whose name begins with "Intf"; if
+/// it is a known one, the file is read anew as by cfgNetworkGetParam, which takes acIntf from the
 /// element named so. Should that second reading fail, its log record alone tells.
 ///
 /// Prints: as CFG_NETWORK_GetCards; no such card, "Network %s node doesn't exist\n"; no "Intf",

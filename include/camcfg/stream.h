@@ -15,8 +15,8 @@
 /// with an attribute's name and the path of the element it was sought in. An integer attribute
 /// counts as missing when it is absent, no integer or -1; a text attribute when it is absent.
 /// Element names inside a section match in upper and lower case alike, attribute names exactly.
-/// Threads: one at a time for the whole family, because it has one document. Other families may run
-/// beside it; in write mode the file's lock keeps them apart.
+/// Threads: one at a time for the whole family, because it has one document, and none beside it in
+/// the live media family, which works on the same file. Families of other files may run beside it.
 #ifndef CAMCFG_STREAM_H
 #define CAMCFG_STREAM_H
 

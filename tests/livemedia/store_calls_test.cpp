@@ -83,28 +83,29 @@ std::function<std::int32_t()> dumping(std::int32_t (*dumper)(const List&)) {
   return [dumper] { return dumper({}); };
 }
 
-TEST_F(LiveMediaStoreTest, EachLoaderOpensTheFileOnceForReadingAndDestroysItsDocument) {
-  for (const auto& load : {loading(CFG_LM_LoadWebsocketConfig), loading(CFG_LM_LoadRtspConfig),
-                           loading(CFG_LM_LoadRtmpConfig), loading(CFG_LM_LoadNdiConfig),
-                           loading(CFG_LM_LoadSrtConfig)}) {
+void expectEachToOpenTheFileOnce(const std::vector<std::function<std::int32_t()>>& calls,
+                                 tagBU_BOOL mode) {
+  for (const auto& call : calls) {
     openings.clear();
     destroyed.clear();
-    EXPECT_EQ(observe(load).result, 0);
-    EXPECT_THAT(openings, ElementsAre(Opening{kMainCopy, 1}));
+    EXPECT_EQ(observe(call).result, 0);
+    EXPECT_THAT(openings, ElementsAre(Opening{kMainCopy, mode}));
     EXPECT_EQ(destroyed.size(), 1u);
   }
 }
 
+TEST_F(LiveMediaStoreTest, EachLoaderOpensTheFileOnceForReadingAndDestroysItsDocument) {
+  expectEachToOpenTheFileOnce({loading(CFG_LM_LoadWebsocketConfig), loading(CFG_LM_LoadRtspConfig),
+                               loading(CFG_LM_LoadRtmpConfig), loading(CFG_LM_LoadNdiConfig),
+                               loading(CFG_LM_LoadSrtConfig)},
+                              BU_TRUE);
+}
+
 TEST_F(LiveMediaStoreTest, EachDumperOpensTheFileOnceForWritingAndDestroysItsDocument) {
-  for (const auto& dump : {dumping(CFG_LM_DumpWebsocketConfig), dumping(CFG_LM_DumpRtspConfig),
-                           dumping(CFG_LM_DumpNdiConfig), dumping(CFG_LM_DumpSrtConfig),
-                           dumping(CFG_LM_DumpRtmpConfig)}) {
-    openings.clear();
-    destroyed.clear();
-    EXPECT_EQ(observe(dump).result, 0);
-    EXPECT_THAT(openings, ElementsAre(Opening{kMainCopy, 0}));
-    EXPECT_EQ(destroyed.size(), 1u);
-  }
+  expectEachToOpenTheFileOnce({dumping(CFG_LM_DumpWebsocketConfig), dumping(CFG_LM_DumpRtspConfig),
+                               dumping(CFG_LM_DumpNdiConfig), dumping(CFG_LM_DumpSrtConfig),
+                               dumping(CFG_LM_DumpRtmpConfig)},
+                              BU_FALSE);
 }
 
 TEST_F(LiveMediaStoreTest, AFailedOpeningDestroysItsDocument) {

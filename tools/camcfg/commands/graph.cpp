@@ -8,9 +8,9 @@ namespace {
 constexpr char kFormat[] = "--format";
 
 // DOT as it is, other formats through Graphviz.
-std::vector<std::string> programFor(const std::string& format) {
+HostProgram programFor(const std::string& format) {
   if (format.empty() || format == "dot") return {};
-  if (format == "svg") return {"dot", "-Tsvg"};
+  if (format == "svg") return {{"dot", "-Tsvg"}, "Graphviz"};
   throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
 }
 

@@ -1,8 +1,7 @@
-#include "device/stream_change.h"
-
 #include "commands/groups.h"
 #include "device/media_json.h"
 #include "device/stream_cache.h"
+#include "device/stream_change.h"
 
 namespace camcfg::tool {
 namespace {

@@ -1,5 +1,6 @@
 #include "device/wiring_picture.h"
 
+#include <algorithm>
 #include <set>
 
 #include "frame/printable.h"
@@ -21,11 +22,13 @@ constexpr char kHead[] =
     "red: does not fit\";\n"
     "  node [shape=box style=filled fillcolor=\"#ffffff\" color=\"#606060\" "
     "fontname=\"Helvetica\" fontsize=11 height=0.3 margin=\"0.12,0.04\"];\n"
-    "  edge [arrowsize=0.6 penwidth=1.2 fontname=\"Helvetica\" fontsize=10];\n";
+    "  edge [tailport=e headport=w arrowsize=0.6 penwidth=1.2 fontname=\"Helvetica\" "
+    "fontsize=10];\n";
 
 // Edges of one cache have one colour, so that the eye can follow them.
 constexpr const char* kColours[] = {"#1f6fb4", "#2c8a4b", "#7a4fa3", "#8a6d1f",
-                                    "#1b8a8f", "#a3497c", "#56606e", "#5a7d1e"};
+                                    "#1b8a8f", "#a3497c", "#56606e", "#5a7d1e",
+                                    "#b0661a", "#3f4fa8", "#6b4a3a", "#0f7f63"};
 
 std::string colourOf(std::size_t cache) {
   return " color=\"" + std::string(kColours[cache % std::size(kColours)]) + "\"";
@@ -58,6 +61,9 @@ class Picture {
     drawSources();
     drawCaches();
     drawSessions();
+    align(sourceNode, wiring_.sources.size());
+    align(cacheNode, wiring_.caches.size());
+    align(sessionNode, wiring_.sessions.size());
     for (std::size_t i = 0; i < wiring_.caches.size(); ++i) connectSources(i);
     for (std::size_t i = 0; i < wiring_.sessions.size(); ++i) connectCaches(i);
     return text_ + "}\n";
@@ -74,6 +80,13 @@ class Picture {
   }
   void edge(const std::string& from, const std::string& to, const std::string& look) {
     text_ += "  " + from + " -> " + to + (look.empty() ? "" : " [" + look.substr(1) + "]") + ";\n";
+  }
+
+  // One below the other, whether anything is connected to them or not.
+  void align(std::string (*name)(std::size_t), std::size_t count) {
+    text_ += "  {rank=same;";
+    for (std::size_t i = 0; i < count; ++i) text_ += " " + name(i) + ";";
+    text_ += "}\n";
   }
 
   void drawSources() {
@@ -135,27 +148,30 @@ class Picture {
     return dotText(session.name) + (channels.empty() ? "" : "  (" + channels + ")");
   }
 
-  void connectSource(int id, std::size_t cache, const std::string& look) {
-    bool connected = false;
-    for (std::size_t i = 0; i < wiring_.sources.size(); ++i) {
-      const tag_CFG_STREAM_SOURCE_T& source = *wiring_.sources[i];
-      if (source.s32Id != id || connected) continue;
-      edge(sourceNode(i), cacheNode(cache),
-           (source.s32Enabled == 0 ? kGrey : colourOf(cache)) + look);
-      connected = true;
+  void connectSource(int id, std::size_t cache, const std::string& style, bool fits = true) {
+    const auto source = std::find_if(wiring_.sources.begin(), wiring_.sources.end(),
+                                     [=](const StreamSource& one) { return one->s32Id == id; });
+    if (source == wiring_.sources.end()) {
+      edge(missingNode("source", id), cacheNode(cache), kRed + style);
+      return;
     }
-    if (!connected) edge(missingNode("source", id), cacheNode(cache), kRed + look);
+    const std::string colour = (*source)->s32Enabled == 0 ? kGrey : colourOf(cache);
+    edge(sourceNode(static_cast<std::size_t>(source - wiring_.sources.begin())), cacheNode(cache),
+         (fits ? colour : kRed) + style);
   }
 
   void connectSources(std::size_t index) {
     const CacheEntry& cache = wiring_.caches[index];
     const int carried = cache.record->s32EnabledSrc;
+    const auto enabled =
+        cache.marksDiffer() ? cache.marked(&AllowedSource::isEnabled) : std::nullopt;
     connectSource(carried, index, " style=bold");
-    for (const int id : cache.allowedIds())
-      if (id != carried) connectSource(id, index, " style=dashed");
-    if (cache.marksDiffer())
-      connectSource(*cache.marked(&AllowedSource::isEnabled), index,
-                    std::string(" style=dotted label=\"Enable\"") + kRed);
+    for (const int id : cache.allowedIds()) {
+      if (id == enabled)
+        connectSource(id, index, " style=dotted label=\"Enable\"", false);
+      else if (id != carried)
+        connectSource(id, index, " style=dashed");
+    }
   }
 
   void connectCaches(std::size_t index) {

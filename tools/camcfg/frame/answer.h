@@ -54,6 +54,12 @@ struct Verbatim {
 
 using Block = std::variant<Table, Fields, Line, Verbatim>;
 
+/// A program of the system that the tool was started on.
+struct HostProgram {
+  std::vector<std::string> words;  ///< its name and its arguments; none: no program
+  std::string package;             ///< what it comes with
+};
+
 /// What a command has to say: a value, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.
 struct Answer {
@@ -61,8 +67,7 @@ struct Answer {
   std::vector<Block> layout;       ///< what is shown of it as text, block by block
   std::vector<std::string> notes;  ///< remarks, one line each, that belong on standard error
   Status status = Status::Done;
-  /// The caller's own program, with its arguments, that turns the text into what is shown.
-  std::vector<std::string> through;
+  HostProgram through;  ///< turns the text into what is shown
 };
 
 }  // namespace camcfg::tool

@@ -49,9 +49,11 @@ std::string firstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
-void requireStarted(const std::string& program, int error) {
-  if (error == ENOENT) throw Refusal("the program '" + program + "' is not installed");
-  if (error != 0) throw Refusal("cannot start '" + program + "': " + std::strerror(error));
+void requireStarted(const HostProgram& program, int error) {
+  const std::string name = "'" + program.words.front() + "'";
+  if (error == ENOENT)
+    throw Refusal("the program " + name + " is not installed; it comes with " + program.package);
+  if (error != 0) throw Refusal("cannot start " + name + ": " + std::strerror(error));
 }
 
 }  // namespace
@@ -71,8 +73,7 @@ void HostPrograms::become(const std::vector<std::string>& words) const {
     execvp(pointers.front(), pointers.data());
 }
 
-std::string HostPrograms::passThrough(const std::vector<std::string>& words,
-                                      const std::string& text) const {
+std::string HostPrograms::passThrough(const HostProgram& program, const std::string& text) const {
   const MemoryFile in, out, err;
   if (!in.fill(text)) throw Refusal(std::strerror(errno));
   StartReport report;
@@ -81,7 +82,7 @@ std::string HostPrograms::passThrough(const std::vector<std::string>& words,
     dup2(in.get(), STDIN_FILENO);
     dup2(out.get(), STDOUT_FILENO);
     dup2(err.get(), STDERR_FILENO);
-    become(words);
+    become(program.words);
     report.failed();
     _exit(kNotStarted);
   }
@@ -89,9 +90,9 @@ std::string HostPrograms::passThrough(const std::vector<std::string>& words,
   const int error = report.error();
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
-  requireStarted(words.front(), error);
+  requireStarted(program, error);
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-    throw Refusal("'" + words.front() + "' failed: " + firstLine(err.contents()));
+    throw Refusal("'" + program.words.front() + "' failed: " + firstLine(err.contents()));
   return out.contents();
 }
 

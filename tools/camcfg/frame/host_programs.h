@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/answer.h"
 #include "frame/descriptor.h"
 
 namespace camcfg::tool {
@@ -15,10 +16,9 @@ class HostPrograms {
   HostPrograms();
 
   /// Runs a program found by PATH, without a shell, and gives it a text on standard input.
-  /// @param words  its name and its arguments
   /// @return what it wrote to standard output
   /// @throws Refusal  it is not installed, could not be started, or failed
-  std::string passThrough(const std::vector<std::string>& words, const std::string& text) const;
+  std::string passThrough(const HostProgram& program, const std::string& text) const;
 
  private:
   void become(const std::vector<std::string>& words) const;

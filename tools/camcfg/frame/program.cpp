@@ -19,7 +19,7 @@ void enter(const std::string& root) {
 
 std::string rendered(const Answer& answer, const HostPrograms& programs) {
   const std::string text = renderText(answer);
-  return answer.through.empty() ? text : programs.passThrough(answer.through, text);
+  return answer.through.words.empty() ? text : programs.passThrough(answer.through, text);
 }
 
 Status carryOut(const Invocation& invocation, const Streams& streams,
