@@ -3,8 +3,8 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(),  exchangeGroup(), parametersGroup(), systemGroup(),
-          streamGroup(), liveGroup(),     graphGroup(),      languageGroup()};
+  return {filesGroup(),  exchangeGroup(), parametersGroup(), systemGroup(), networkGroup(),
+          presetGroup(), streamGroup(),   liveGroup(),       graphGroup(),  languageGroup()};
 }
 
 }  // namespace camcfg::tool

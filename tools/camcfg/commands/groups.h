@@ -13,7 +13,9 @@ CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup languageGroup();
 CommandGroup liveGroup();
+CommandGroup networkGroup();
 CommandGroup parametersGroup();
+CommandGroup presetGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 

@@ -24,7 +24,7 @@ Answer refused(const Faults& faults) {
   return answer;
 }
 
-// A change of a section, and the names of what was written and what was not when one fails.
+// What was written and, from the first step that failed, what was not.
 struct Progress {
   std::vector<std::string> written;
   std::vector<std::string> left;
@@ -32,15 +32,18 @@ struct Progress {
 };
 
 Progress carryOut(const std::vector<Transition>& transitions) {
-  Progress progress;
+  std::vector<Step> steps;
   for (const auto& [section, before, after] : transitions)
-    for (const Change& change : section->changes(before, after)) try {
-        if (progress.fault.empty()) makeChange(change);
-        (progress.fault.empty() ? progress.written : progress.left).push_back(change.what);
-      } catch (const Refusal& refusal) {
-        progress.fault = refusal.what();
-        progress.left.push_back(change.what);
-      }
+    for (const Step& step : section->steps(before, after)) steps.push_back(step);
+
+  Progress progress;
+  for (const Step& step : steps) try {
+      if (progress.fault.empty()) step.carryOut();
+      (progress.fault.empty() ? progress.written : progress.left).push_back(step.what);
+    } catch (const Refusal& refusal) {
+      progress.fault = refusal.what();
+      progress.left.push_back(step.what);
+    }
   return progress;
 }
 
@@ -63,7 +66,7 @@ Json changesOf(const std::vector<Transition>& transitions, bool showSecrets) {
 
 void tell(Answer& answer, const std::vector<Transition>& transitions) {
   for (const auto& [section, before, after] : transitions)
-    for (const std::string& loss : section->losses(before, after)) answer.notes.push_back(loss);
+    for (const std::string& loss : section->losses()) answer.notes.push_back(loss);
 }
 
 void carryOut(Answer& answer, const std::vector<Transition>& transitions) {

@@ -51,13 +51,14 @@ Change changeOf(const RecordSection<Record>& section, const Json& after) {
 
 template <typename Record>
 Section sectionOf(const RecordSection<Record>& section) {
-  return {
-      section.name, [=] { return toJsonArray(section.load(), section.members); },
-      [=](const Node& node, const Json&, Plan& plan) {
-        return toJsonArray(readRecords(section, node, plan), section.members);
-      },
-      [=](const Json&, const Json& after) { return std::vector<Change>{changeOf(section, after)}; },
-      [=](const Json&, const Json&) { return section.losses(); }};
+  return {section.name, [=] { return toJsonArray(section.load(), section.members); },
+          [=](const Node& node, const Json&, Plan& plan) {
+            return toJsonArray(readRecords(section, node, plan), section.members);
+          },
+          [=](const Json&, const Json& after) {
+            return std::vector<Step>{stepOf(changeOf(section, after))};
+          },
+          section.losses};
 }
 
 /// Copies of the records that shared pointers lead to.

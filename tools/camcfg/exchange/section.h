@@ -23,6 +23,15 @@ class Plan {
   std::map<std::string, Json> values_;
 };
 
+/// One save of a file, or a few that belong together.
+struct Step {
+  std::string what;                ///< what is written: "live.srt"
+  std::function<void()> carryOut;  ///< throws a Refusal if it fails, see makeChange
+};
+
+/// A change as a step.
+Step stepOf(const Change& change);
+
 /// A part of the device's settings that is exported and imported by itself. Its JSON has one form
 /// for one state of the device: two states are the same if their JSON is.
 struct Section {
@@ -37,11 +46,11 @@ struct Section {
   /// @return the section as it will be on the device
   std::function<Json(const Node&, const Json& before, Plan&)> read;
 
-  /// The changes, in their order, that bring the section from one state to another.
-  std::function<std::vector<Change>(const Json& before, const Json& after)> changes;
+  /// The steps, in their order, that bring the section from one state to another.
+  std::function<std::vector<Step>(const Json& before, const Json& after)> steps;
 
   /// What changing it will lose, a remark each.
-  std::function<std::vector<std::string>(const Json& before, const Json& after)> losses;
+  std::function<std::vector<std::string>()> losses;
 };
 
 /// All sections, in the order in which they are written.
@@ -50,6 +59,9 @@ const std::vector<Section>& allSections();
 // The sections of each file.
 std::vector<Section> streamSections();
 std::vector<Section> liveSections();
+Section parametersSection();
+Section networkSection();
+Section presetsSection();
 
 /// At least by how many bytes a file may grow when it takes up a value.
 std::size_t roomFor(const Json& value);

@@ -9,10 +9,15 @@ std::vector<Section> collected() {
   std::vector<Section> all;
   for (const auto& sections : {streamSections(), liveSections()})
     all.insert(all.end(), sections.begin(), sections.end());
+  all.insert(all.end(), {parametersSection(), networkSection(), presetsSection()});
   return all;
 }
 
 }  // namespace
+
+Step stepOf(const Change& change) {
+  return {change.what, [change] { makeChange(change); }};
+}
 
 const std::vector<Section>& allSections() {
   static const std::vector<Section> all = collected();
