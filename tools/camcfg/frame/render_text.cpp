@@ -16,7 +16,7 @@ std::string shown(const Json& value) {
   if (value.is_null()) return kNothing;
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (value.is_string()) return printable(value.get_ref<const std::string&>());
-  if (!value.is_array()) return value.dump();
+  if (!value.is_array()) return value.dump(-1, ' ', false, Json::error_handler_t::replace);
   if (value.empty()) return kNothing;
   std::string list;
   for (const Json& element : value) list += (list.empty() ? "" : ", ") + shown(element);
