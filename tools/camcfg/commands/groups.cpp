@@ -3,7 +3,8 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(), parametersGroup(), systemGroup(), languageGroup()};
+  return {filesGroup(),  parametersGroup(), systemGroup(), networkGroup(),  presetGroup(),
+          streamGroup(), liveGroup(),       graphGroup(),  exchangeGroup(), languageGroup()};
 }
 
 }  // namespace camcfg::tool

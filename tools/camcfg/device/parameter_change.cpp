@@ -5,8 +5,6 @@
 
 #include <cctype>
 
-#include "device/change.h"
-#include "device/parameter.h"
 #include "frame/decimal.h"
 #include "frame/status.h"
 
@@ -114,13 +112,19 @@ Change textChange(const Parameter& parameter, const std::string& text, bool forc
 
 }  // namespace
 
+Change parameterChange(const Parameters& parameters, const Parameter& parameter,
+                       const std::string& value, bool force) {
+  requireReachable(parameters, parameter);
+  return parameter.isInteger() ? integerChange(parameter, value)
+                               : textChange(parameter, value, force);
+}
+
 Answer setParameter(const std::string& section, const std::string& name, const std::string& value,
                     bool force) {
   const Parameters parameters;
   const Parameter parameter = parameters.require(section, name);
-  requireReachable(parameters, parameter);
   const bool isInteger = parameter.isInteger();
-  makeChange(isInteger ? integerChange(parameter, value) : textChange(parameter, value, force));
+  makeChange(parameterChange(parameters, parameter, value, force));
 
   Answer answer;
   answer.value = {{"section", section}, {"name", name}, {"type", parameter.type()}};

@@ -3,9 +3,16 @@
 
 #include <string>
 
+#include "device/change.h"
+#include "device/parameter.h"
 #include "frame/answer.h"
 
 namespace camcfg::tool {
+
+/// The change that sets a parameter; nothing is written yet.
+/// @throws Refusal  the library's lookup would hit another one, or the value is not permitted
+Change parameterChange(const Parameters& parameters, const Parameter& parameter,
+                       const std::string& value, bool force);
 
 /// Sets the parameter of exactly this name: an integer within its "Min" and "Max", or a text of its
 /// "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless `force`.

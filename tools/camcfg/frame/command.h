@@ -12,12 +12,13 @@ namespace camcfg::tool {
 /// Something that a command takes on its command line.
 struct Option {
   enum Kind {
-    Argument,          ///< a word in its place
-    OptionalArgument,  ///< the same, may be left out
-    Arguments,         ///< one word or more, to the end
-    Flag,              ///< "--name"
-    Value,             ///< "--name VALUE"
-    HostDirectory,     ///< "--name DIR": a directory outside the device's root, made if missing
+    Argument,           ///< a word in its place
+    OptionalArgument,   ///< the same, may be left out
+    Arguments,          ///< one word or more, to the end
+    OptionalArguments,  ///< any number of words, to the end
+    Flag,               ///< "--name"
+    Value,              ///< "--name VALUE"
+    HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
     HostFile,  ///< a file outside the device's root, in its place, read whole; "-": standard input
   };
   Kind kind;

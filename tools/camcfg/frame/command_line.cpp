@@ -103,10 +103,10 @@ class Parser {
       return;
     }
     CLI::Option* added = app.add_option(option.name, CLI::callback_t(), option.help);
+    if (option.kind == Option::Arguments || option.kind == Option::OptionalArguments)
+      added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
     switch (option.kind) {
       case Option::Arguments:
-        added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
-        [[fallthrough]];
       case Option::Argument:
       case Option::HostFile:
         added->required();

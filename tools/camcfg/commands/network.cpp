@@ -1,0 +1,158 @@
+#include "device/network.h"
+
+#include <camcfg/network.h>
+
+#include "commands/groups.h"
+#include "device/network_change.h"
+#include "device/network_field.h"
+#include "frame/status.h"
+
+namespace camcfg::tool {
+namespace {
+
+using tinyxml2::XMLElement;
+
+constexpr char kFactory[] = "--factory";
+constexpr char kForce[] = "--force";
+
+Json currentOf(XMLElement& card, const char* field) {
+  return attributeOf(childOf(card, field), "Cur");
+}
+
+Json interfaceOf(XMLElement& card) {
+  const Json word = currentOf(card, "Intf");
+  const std::string name =
+      word.is_null() ? "" : CFG_NETWORK_IntfXmlStr2EthName(word.get<std::string>().c_str());
+  return name.empty() ? Json() : Json(name);
+}
+
+Json recordOf(XMLElement& card, bool listed) {
+  return {{"card", card.Value()},
+          {"interface", interfaceOf(card)},
+          {"enable", currentOf(card, "Enable")},
+          {"ipMode", currentOf(card, "IpMode")},
+          {"ipAddr", currentOf(card, "IpAddr")},
+          {"listed", listed}};
+}
+
+// What the library's list lacks.
+void tellUnlisted(Answer& answer, const tagNETWORK_CARDS_S& cards) {
+  std::string unlisted;
+  std::size_t index = 0;
+  for (const Json& record : answer.value) {
+    const auto name = record["card"].get<std::string>();
+    if (!record["listed"].get<bool>())
+      unlisted += (unlisted.empty() ? "" : ", ") + name;
+    else if (name != cards.acCard[index])
+      answer.notes.push_back("note: the library lists " + name + " as " + cards.acCard[index]);
+    ++index;
+  }
+  if (!unlisted.empty())
+    answer.notes.push_back("note: the library lists the first " +
+                           std::to_string(CFG_NETWORK_CARDS_MAX) + " cards only, without " +
+                           unlisted);
+}
+
+Answer cards(const Arguments&) {
+  const Network network;
+  tagNETWORK_CARDS_S listed{};
+  if (CFG_NETWORK_GetCards(&listed) != 0) throw Refusal("the library cannot list the cards");
+  Answer answer;
+  answer.value = Json::array();
+  for (XMLElement* card : network.cards())
+    answer.value.push_back(
+        recordOf(*card, static_cast<int>(answer.value.size()) < listed.s32Count));
+  answer.layout = {Table{"",
+                         {{"CARD", "{card}"},
+                          {"INTERFACE", "{interface}"},
+                          {"ENABLE", "{enable}"},
+                          {"IPMODE", "{ipMode}"},
+                          {"IPADDR", "{ipAddr}"}}}};
+  tellUnlisted(answer, listed);
+  return answer;
+}
+
+// Values that applications read otherwise than they stand in the file.
+void tellMisread(Answer& answer, const XMLElement& card, bool factory) {
+  tagNETWORK_CFG_S record{};
+  const std::string name = card.Value();
+  (factory ? CFG_NETWORK_GetAllParamDef : CFG_NETWORK_GetAllParamCur)(argument(name), &record);
+  for (const NetworkField& field : networkFields()) {
+    const Json& text = answer.value["fields"][field.name];
+    const std::string read = field.take(record);
+    if (text.is_null() || text == read) continue;
+    answer.notes.push_back("note: applications read " + name + "/" + field.name + " as " +
+                           (read.empty() ? "nothing" : "'" + read + "'"));
+  }
+}
+
+Answer show(const Arguments& arguments) {
+  const bool factory = arguments.given(kFactory);
+  const Network network;
+  XMLElement& card = network.require(arguments.text("CARD"));
+  Answer answer;
+  answer.value = {{"card", card.Value()}, {"factory", factory}};
+  Fields fields;
+  for (const NetworkField& field : networkFields()) {
+    answer.value["fields"][field.name] =
+        attributeOf(childOf(card, field.name), factory ? "Def" : "Cur");
+    fields.fields.push_back({field.name, std::string("{fields/") + field.name + "}"});
+  }
+  answer.layout = {fields};
+  const XMLElement& found = network.lookup(card);
+  if (&found == &card)
+    tellMisread(answer, card, factory);
+  else
+    answer.notes.push_back(std::string("note: applications that ask for ") + card.Value() +
+                           " get " + found.Value() +
+                           ", since another name that begins like this comes first");
+  return answer;
+}
+
+Answer set(const Arguments& arguments) {
+  return setNetworkField(arguments.text("CARD"), arguments.text("FIELD"), arguments.text("VALUE"),
+                         arguments.given(kForce));
+}
+
+Answer reset(const Arguments& arguments) {
+  return resetCard(arguments.text("CARD"));
+}
+
+Answer hostname(const Arguments& arguments) {
+  if (arguments.given("NAME")) return setHostname(arguments.text("NAME"), arguments.given(kForce));
+  const Network network;
+  Answer answer;
+  answer.value["hostname"] = attributeOf(&network.section(), "Hostname");
+  if (answer.value["hostname"].is_null()) throw Refusal("no host name is set");
+  answer.layout = {Line{"{hostname}"}};
+  return answer;
+}
+
+const Option kCard{Option::Argument, "CARD", "Whole name of a card"};
+
+}  // namespace
+
+CommandGroup networkGroup() {
+  return {"Network",
+          {{"network", "Show and change the network cards and the host name", {}, nullptr},
+           {"network cards", "List the cards", {}, cards},
+           {"network show",
+            "Show the settings of a card",
+            {kCard, {Option::Flag, kFactory, "Show the factory values"}},
+            show},
+           {"network set",
+            "Set one field of a card",
+            {kCard,
+             {Option::Argument, "FIELD", "A field as 'network show' names it"},
+             {Option::Argument, "VALUE", "A word, a number, an address or a text"},
+             {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
+            set},
+           {"network reset", "Put the factory values of a card back", {kCard}, reset},
+           {"network hostname",
+            "Show or set the host name",
+            {{Option::OptionalArgument, "NAME", "The new name; without it the name is shown"},
+             {Option::Flag, kForce, "Store a text that is no host name"}},
+            hostname}}};
+}
+
+}  // namespace camcfg::tool

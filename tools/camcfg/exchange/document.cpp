@@ -1,0 +1,77 @@
+#include "exchange/document.h"
+
+#include <algorithm>
+
+#include "exchange/secrets.h"
+
+namespace camcfg::tool {
+namespace {
+
+std::string slashed(std::string name) {
+  std::replace(name.begin(), name.end(), '.', '/');
+  return "/" + name;
+}
+
+// The members that may stand below a place: the next words of the names of the sections there.
+std::vector<std::string> membersBelow(const std::string& place) {
+  std::vector<std::string> members;
+  const std::string prefix = place.empty() ? "" : place + ".";
+  if (place.empty()) members.emplace_back(kVersionMember);
+  for (const Section& section : allSections()) {
+    if (section.name.find(prefix) != 0) continue;
+    const std::string rest = section.name.substr(prefix.size());
+    const std::string word = rest.substr(0, rest.find('.'));
+    if (std::find(members.begin(), members.end(), word) == members.end()) members.push_back(word);
+  }
+  return members;
+}
+
+bool isSection(const std::string& place) {
+  return std::any_of(allSections().begin(), allSections().end(),
+                     [&](const Section& section) { return section.name == place; });
+}
+
+// Objects from the document down to the sections.
+void checkFrame(const Node& node) {
+  const std::vector<std::string> members = membersBelow(node.place());
+  if (!node.isObjectOf(members)) return;
+  for (const std::string& name : members)
+    if (node.value().contains(name) && name != kVersionMember &&
+        !isSection(node.member(name).place()))
+      checkFrame(node.member(name));
+}
+
+void checkVersion(const Node& document) {
+  if (!document.value().is_object()) return;
+  if (!document.value().contains(kVersionMember)) return document.refuseMissing(kVersionMember);
+  const Node version = document.member(kVersionMember);
+  if (version.value() != kVersion)
+    version.refuse("this tool reads version " + std::to_string(kVersion) + " alone");
+}
+
+}  // namespace
+
+Json::json_pointer pointerTo(const Section& section) {
+  return Json::json_pointer(slashed(section.name));
+}
+
+std::vector<Transition> readDocument(const Json& document, Faults& faults) {
+  const Node whole(document, "", faults);
+  checkFrame(whole);
+  checkVersion(whole);
+  std::vector<Transition> transitions;
+  Plan plan;
+  for (const Section& section : allSections()) {
+    if (!document.is_object() || !document.contains(pointerTo(section))) continue;
+    const Json before = section.load();
+    const Json given = withKeptSecrets(document.at(pointerTo(section)), before);
+    // What the device holds already is not for this document to mend.
+    const Json after =
+        given == before ? before : section.read(Node(given, section.name, faults), before, plan);
+    plan.set(section.name, after);
+    if (after != before) transitions.push_back({&section, before, after});
+  }
+  return transitions;
+}
+
+}  // namespace camcfg::tool

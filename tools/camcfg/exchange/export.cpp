@@ -1,0 +1,71 @@
+#include <algorithm>
+
+#include "exchange/document.h"
+#include "exchange/exchange.h"
+#include "exchange/print.h"
+#include "exchange/secrets.h"
+#include "frame/spelling.h"
+#include "frame/status.h"
+
+namespace camcfg::tool {
+namespace {
+
+// The groups of sections and the sections themselves.
+std::vector<std::string> knownNames() {
+  std::vector<std::string> names;
+  for (const Section& section : allSections()) {
+    const std::string group = section.name.substr(0, section.name.find('.'));
+    if (std::find(names.begin(), names.end(), group) == names.end()) names.push_back(group);
+    if (group != section.name) names.push_back(section.name);
+  }
+  return names;
+}
+
+bool isWithin(const Section& section, const std::string& name) {
+  return section.name == name || section.name.find(name + ".") == 0;
+}
+
+void requireKnown(const std::vector<std::string>& names) {
+  const std::vector<std::string> known = knownNames();
+  for (const std::string& name : names) {
+    if (std::find(known.begin(), known.end(), name) != known.end()) continue;
+    std::string list;
+    for (const std::string& each : known) list += (list.empty() ? "" : ", ") + each;
+    throw Refusal(Status::Usage, "there is no section '" + name + "'; there are " + list +
+                                     didYouMean(name, known));
+  }
+}
+
+// What a later import would have against the document once the section is to be changed.
+void tellFaults(const Section& section, const Json& value, Plan& plan, Answer& answer) {
+  Faults faults;
+  section.read(Node(value, section.name, faults), value, plan);
+  for (const Fault& fault : faults)
+    answer.notes.push_back("note: " + fault.place + ": " + fault.reason +
+                           "; an import that changes " + section.name + " will refuse it");
+}
+
+}  // namespace
+
+Answer exportSettings(const std::vector<std::string>& names, bool withSecrets) {
+  requireKnown(names);
+  Answer answer;
+  answer.value = {{kVersionMember, kVersion}};
+  Plan plan;
+  for (const Section& section : allSections()) {
+    const bool wanted = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+      return isWithin(section, name);
+    });
+    if (!wanted && !names.empty()) continue;
+    const Json value = section.load();
+    tellFaults(section, value, plan, answer);
+    answer.value[pointerTo(section)] = withSecrets ? value : withoutSecrets(value);
+    if (withSecrets && holdsSecrets(value))
+      answer.notes.push_back("note: " + section.name +
+                             " holds passwords in clear; '--no-secrets' leaves them out");
+  }
+  answer.layout = {Verbatim{printJson(answer.value)}};
+  return answer;
+}
+
+}  // namespace camcfg::tool

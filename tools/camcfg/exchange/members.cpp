@@ -1,0 +1,33 @@
+#include "exchange/members.h"
+
+namespace camcfg::tool {
+
+Json wordFor(const Words& words, std::int32_t value) {
+  for (const Word& word : words)
+    if (word.value == value) return word.json;
+  return nullptr;
+}
+
+std::int32_t valueOf(const Words& words, const Node& node) {
+  std::string list;
+  for (const Word& word : words) {
+    if (word.json == node.value()) return word.value;
+    list += (list.empty() ? "" : ", ") + word.json.dump();
+  }
+  node.refuse("it must be one of " + list);
+  return words.front().value;
+}
+
+std::list<int> readIds(const Node& node, const std::function<int(const Node&)>& read) {
+  std::list<int> ids;
+  if (!node.isArray()) return ids;
+  for (std::size_t i = 0; i < node.value().size(); ++i) {
+    const int id = read(node.element(i));
+    if (std::find(ids.begin(), ids.end(), id) != ids.end())
+      node.element(i).refuse("it stands here twice");
+    ids.push_back(id);
+  }
+  return ids;
+}
+
+}  // namespace camcfg::tool

@@ -1,0 +1,92 @@
+#include <cstdint>
+
+#include "device/parameter_change.h"
+#include "exchange/section.h"
+#include "frame/status.h"
+
+namespace camcfg::tool {
+namespace {
+
+constexpr char kName[] = "parameters";
+const Range kInteger{INT32_MIN, INT32_MAX};
+
+// Those that the library sets: none inside another one.
+Json loadParameters() {
+  const Parameters parameters;
+  Json sections = Json::object();
+  for (const Parameter& parameter : parameters.all()) {
+    if (parameter.text("Cur") == nullptr || parameter.name.find('/') != std::string::npos) continue;
+    Json& section = sections[parameter.section];
+    if (!section.contains(parameter.name)) section[parameter.name] = parameter.value("Cur");
+  }
+  return sections;
+}
+
+std::vector<std::string> namesOf(const Json& object) {
+  std::vector<std::string> names;
+  for (const auto& [name, ignored] : object.items()) names.push_back(name);
+  return names;
+}
+
+std::string setText(const Json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+Change changeOf(const Parameters& parameters, const Parameter& parameter, const Json& value) {
+  return parameterChange(parameters, parameter, setText(value), false);
+}
+
+// The value if it is permitted.
+Json readValue(const Node& node, const Parameters& parameters, const Parameter& parameter) {
+  const std::size_t faults = node.faults();
+  const Json value = parameter.isInteger() ? Json(node.number(kInteger)) : Json(node.text());
+  if (node.faults() == faults) try {
+      changeOf(parameters, parameter, value);
+    } catch (const Refusal& refusal) {
+      // The place is told already.
+      const std::string text = refusal.what();
+      const std::string path = parameter.path() + ": ";
+      node.refuse(text.find(path) == 0 ? text.substr(path.size()) : text);
+    }
+  return value;
+}
+
+// Sections and parameters that are left out stay as they are.
+Json readParameters(const Node& node, const Json& before, Plan&) {
+  Json after = before;
+  if (!node.isObjectOf(namesOf(before))) return after;
+  const Parameters parameters;
+  for (const std::string& section : namesOf(node.value())) {
+    if (!before.contains(section)) continue;
+    const Node values = node.member(section);
+    if (!values.isObjectOf(namesOf(before.at(section)))) continue;
+    for (const std::string& name : namesOf(values.value()))
+      if (before.at(section).contains(name) &&
+          values.value().at(name) != before.at(section).at(name))
+        after[section][name] =
+            readValue(values.member(name), parameters, parameters.require(section, name));
+  }
+  return after;
+}
+
+std::vector<Step> parameterSteps(const Json& before, const Json& after) {
+  const Parameters parameters;
+  std::vector<Step> steps;
+  for (const auto& [section, values] : after.items())
+    for (const auto& [name, value] : values.items()) {
+      if (value == before.at(section).at(name)) continue;
+      Change change = changeOf(parameters, parameters.require(section, name), value);
+      change.what = memberPlace(memberPlace(kName, section), name);
+      steps.push_back(stepOf(change));
+    }
+  return steps;
+}
+
+}  // namespace
+
+Section parametersSection() {
+  return {kName, loadParameters, readParameters, parameterSteps,
+          [] { return std::vector<std::string>(); }};
+}
+
+}  // namespace camcfg::tool
