@@ -55,5 +55,13 @@ TEST(RenderTextTest, TableBehindSomethingElseStandsApart) {
   EXPECT_EQ(shown(value, {Line{"first"}, Table{"rows", {{"A", "{a}"}}}}), "first\n\nA\n");
 }
 
+TEST(RenderTextTest, VerbatimTextIsPassedOnByteByByte) {
+  EXPECT_EQ(shown(nullptr, {Verbatim{"{a}\t\x1b\r\n"}}), "{a}\t\x1b\r\n");
+}
+
+TEST(RenderTextTest, WholeValueIsTheAnswerInJson) {
+  EXPECT_EQ(shown({{"a", 1}}, {WholeValue{}}), "{\n  \"a\": 1\n}\n");
+}
+
 }  // namespace
 }  // namespace camcfg::tests

@@ -87,7 +87,7 @@ PresetValues given(const Arguments& arguments, int id) {
   return values;
 }
 
-// What lookups make of a preset that was just stored.
+// What lookups make of a description that was just stored.
 void tellHazards(Answer& answer, int id) {
   const Presets presets;
   const Preset* preset = presets.lookup(id);
@@ -126,7 +126,7 @@ Answer store(const PresetValues& values) {
   const Json before = existing == nullptr ? Json() : existing->json();
   answer.layout = changesOf(before, answer.value);
   answer.value["before"] = before;
-  tellHazards(answer, *values.id);
+  if (values.description) tellHazards(answer, *values.id);
   return answer;
 }
 
