@@ -41,7 +41,7 @@ int CFG_PRESET_SetParam(tagPRESET_CFG_S* pstPresetCfg) try {
     return -1;
   }
   WriteDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
 
   XMLElement* preset = findPreset(group, id);
@@ -60,7 +60,7 @@ int CFG_PRESET_SetParam(tagPRESET_CFG_S* pstPresetCfg) try {
 
 int CFG_PRESET_DeleteById(int s32PresetId) try {
   WriteDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
   XMLElement* preset = findPreset(group, s32PresetId);
   if (preset != nullptr) return removeAndSave(document, group, preset);
@@ -80,7 +80,7 @@ int CFG_PRESET_DeleteByDesc(const char* ps8Description) try {
     return -1;
   }
   WriteDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
   // Deliberate: the first match only, by the beginning of its description.
   XMLElement* preset = findPreset(group, ps8Description);

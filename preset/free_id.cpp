@@ -35,8 +35,8 @@ int CFG_PRESET_GetUnusedId(int* ps32UnusedId) try {
     logError(here(), "ps32UnusedId is NULL\n");
     return -1;
   }
-  const ReadDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  ReadDocument document(CFG_FILE_PRESET);
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
 
   const TakenIds taken = takenIds(group);

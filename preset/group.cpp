@@ -46,12 +46,6 @@ XMLElement* findGroup(XMLDocument* document) {
   return group;
 }
 
-XMLElement* findGroup(XMLDocument* document, Place place) {
-  XMLElement* group = findGroup(document);
-  if (group == nullptr) logError(place, "pstPresetGrp is NULL\n");
-  return group;
-}
-
 XMLElement* firstPreset(XMLElement* group) {
   return presetFrom(group->FirstChildElement());
 }

@@ -3,7 +3,7 @@
 
 #include <tinyxml2.h>
 
-#include "support/place.h"
+#include "support/log.h"
 
 namespace camcfg {
 
@@ -14,8 +14,17 @@ constexpr char kPresetName[] = "preset";
 /// missing is logged under the name of cfgGetPresetCfgNode.
 tinyxml2::XMLElement* findGroup(tinyxml2::XMLDocument* document);
 
-/// As above, with a failure logged under the caller's place as well.
-tinyxml2::XMLElement* findGroup(tinyxml2::XMLDocument* document, Place place);
+/// The preset group of a document opened for a public call. Without one the document is closed, and
+/// then the failure logged under the caller's place as well.
+template <typename Document>
+tinyxml2::XMLElement* findGroup(Document& document, Place place) {
+  tinyxml2::XMLElement* group = findGroup(document.get());
+  if (group == nullptr) {
+    document.close();
+    logError(place, "pstPresetGrp is NULL\n");
+  }
+  return group;
+}
 
 /// The first preset of a group and, from one preset, the next; null when there is none.
 tinyxml2::XMLElement* firstPreset(tinyxml2::XMLElement* group);

@@ -23,8 +23,8 @@ int CFG_PRESET_QueryOneById(int s32PresetId, tagPRESET_CFG_S* pstPresetCfg) try 
     logError(here(), "pstPresetCfg is NULL\n");
     return -1;
   }
-  const ReadDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  ReadDocument document(CFG_FILE_PRESET);
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
   const XMLElement* preset = findPreset(group, s32PresetId);
   if (preset == nullptr) {
@@ -43,8 +43,8 @@ int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_S* pstPr
     logError(here(), "pstPresetCfg is NULL\n");
     return -1;
   }
-  const ReadDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  ReadDocument document(CFG_FILE_PRESET);
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
   const XMLElement* preset = findPreset(group, ps8Description);
   if (preset == nullptr) {
@@ -62,8 +62,8 @@ int CFG_PRESET_GetCountNum(int* ps32PresetCount) try {
     logError(here(), "ps32PresetCount is NULL\n");
     return -1;
   }
-  const ReadDocument document(CFG_FILE_PRESET);
-  XMLElement* group = findGroup(document.get(), here());
+  ReadDocument document(CFG_FILE_PRESET);
+  XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
   int count = 0;
   for (XMLElement* preset = firstPreset(group); preset != nullptr; preset = nextPreset(preset))

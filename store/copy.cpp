@@ -77,7 +77,7 @@ bool copyContents(int from, int to) {
 
 // The new file is made exclusively, so that a dangling link is not written through.
 int openDestination(int directory, const char* name, mode_t mode) {
-  const int existing = openat(directory, name, O_WRONLY | O_TRUNC | O_CLOEXEC);
+  const int existing = openat(directory, name, O_WRONLY | O_TRUNC | O_NONBLOCK | O_CLOEXEC);
   if (existing >= 0 || errno != ENOENT) return existing;
   return openat(directory, name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
 }
@@ -88,9 +88,11 @@ const char* lastComponent(const char* path) {
 }
 
 bool copyFile(const char* source, const char* destination) {
-  const Descriptor from(open(source, O_RDONLY | O_CLOEXEC));
+  // A pipe in place of a file is neither waited for nor emptied into the destination.
+  const Descriptor from(open(source, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat fromStat {};
-  if (from.get() < 0 || fstat(from.get(), &fromStat) != 0 || S_ISDIR(fromStat.st_mode))
+  if (from.get() < 0 || fstat(from.get(), &fromStat) != 0 || S_ISDIR(fromStat.st_mode) ||
+      S_ISFIFO(fromStat.st_mode))
     return false;
 
   const Descriptor directory(open(destination, O_PATH | O_DIRECTORY | O_CLOEXEC));

@@ -48,6 +48,21 @@ void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_
   std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
 }
 
+bool saveBothCopies(XMLDocument& document, const char* path) {
+  char mainPath[CFG_PATH_SIZE] = {};
+  mainPathOf(mainPath, path);
+  const bool written = save(document, mainPath);
+  sync();
+  // A document that memory did not suffice to write must not reach the backup copy as well.
+  if (!written) return false;
+
+  char backupPath[CFG_PATH_SIZE];
+  backupPathOf(backupPath, mainPath);
+  cfgSyncCfgFile(mainPath, backupPath);
+  sync();
+  return true;
+}
+
 }  // namespace
 
 XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
@@ -76,21 +91,8 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
 }
 
 int CFG_SaveFile(XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock) {
-  if (pcPath == nullptr || pstDoc == nullptr) return -1;
-
-  char mainPath[CFG_PATH_SIZE] = {};
-  mainPathOf(mainPath, pcPath);
-  const bool written = save(*pstDoc, mainPath);
-  sync();
-
-  // A document that memory did not suffice to write must not reach the backup copy as well.
-  if (written) {
-    char backupPath[CFG_PATH_SIZE];
-    backupPathOf(backupPath, mainPath);
-    cfgSyncCfgFile(mainPath, backupPath);
-    sync();
-  }
-
+  if (pcPath == nullptr) return -1;
+  const bool written = pstDoc != nullptr && saveBothCopies(*pstDoc, pcPath);
   if (enUnlock == BU_TRUE) cfgUnlockFile(pcPath);
   return written ? 0 : -1;
 }

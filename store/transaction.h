@@ -17,6 +17,9 @@ class ReadDocument {
   tinyxml2::XMLDocument* get() const { return document_.get(); }
   tinyxml2::XMLElement* root() const { return document_->FirstChildElement(); }
 
+  /// Deletes the document before this object goes.
+  void close() { document_.reset(); }
+
   /// Hands out the document, the caller's to delete.
   tinyxml2::XMLDocument* release() { return document_.release(); }
 
@@ -32,15 +35,20 @@ class WriteDocument {
       : path_(const_cast<char*>(path)), document_(CFG_GetDocByFileName(path_, BU_FALSE)) {
     locked_ = document_ != nullptr;
   }
-  ~WriteDocument() {
-    if (locked_) CFG_UnlockFile(path_);
-  }
+  ~WriteDocument() { close(); }
   WriteDocument(const WriteDocument&) = delete;
   WriteDocument& operator=(const WriteDocument&) = delete;
 
   explicit operator bool() const { return document_ != nullptr; }
   tinyxml2::XMLDocument* get() const { return document_.get(); }
   tinyxml2::XMLElement* root() const { return document_->FirstChildElement(); }
+
+  /// Deletes the document and, unless it was saved, releases the lock, before this object goes.
+  void close() {
+    document_.reset();
+    if (locked_) CFG_UnlockFile(path_);
+    locked_ = false;
+  }
 
   /// Saves the file and its backup and releases the lock. False when memory ran out.
   bool save() {

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -43,9 +44,11 @@ struct Counts {
   int backup = 0;
 };
 
+// A directory that cannot be opened counts as empty, unless it is memory or descriptors that are
+// short: then its files may well be there.
 int countFiles(const char* directory) {
   int count = 0;
-  cfgQueryFileNum(const_cast<char*>(directory), &count);
+  if (cfgQueryFileNum(const_cast<char*>(directory), &count) != 0) camcfg::throwIfShort(errno);
   return count;
 }
 
@@ -111,9 +114,12 @@ class Verification {
 }  // namespace
 
 int cfgQueryFileNum(char* dir, int* count) {
-  const Directory directory(opendir(dir));
+  if (count == nullptr) return -1;
+  const Directory directory(dir == nullptr ? nullptr : opendir(dir));
   if (directory == nullptr) {
-    std::printf("File %s didn't exist\n", dir);
+    const int error = errno;
+    std::printf("File %s didn't exist\n", dir == nullptr ? "(null)" : dir);
+    errno = error;
     return -1;
   }
   int found = 0;

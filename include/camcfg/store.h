@@ -80,9 +80,10 @@ CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enR
 /// @param pcPath    main path if it begins with "/", else a name below "/cfg0"; cut to 127
 ///                  characters
 /// @param enUnlock  1: release the lock of pcPath at the end; any other value: keep it
-/// @return 0 after saving, whatever became of the save and the copy; -1 for a null path or
-///         document, with nothing saved and no lock released; -1 with the lock released (if asked)
-///         when memory ran out while writing, in which case the backup copy is left as it was
+/// @return 0 after saving, whatever became of the save and the copy; -1 for a null path, with
+///         nothing saved and no lock released; -1 with the lock released (if asked) for a null
+///         document, with nothing saved, and when memory ran out, in which case the main copy may be
+///         incomplete and the backup copy is left as it was
 /// Prints: nothing but what cfgUnlockFile does.
 CFG_API int CFG_SaveFile(tinyxml2::XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock);
 
@@ -100,7 +101,7 @@ CFG_API int cfgSyncCfgFile(const char* source, const char* destination);
 /// Counts the regular files directly in a directory.
 /// @param dir    directory path
 /// @param count  receives the number; untouched on failure
-/// @return 0, or -1 when the directory cannot be opened
+/// @return 0, or -1 when the directory cannot be opened or an argument is null
 /// Prints on failure: "File %s didn't exist\n" with the directory, on standard output.
 CFG_API int cfgQueryFileNum(char* dir, int* count);
 
@@ -110,7 +111,8 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 /// that holds any regular file. Only well-formedness is checked; a restored copy is not read again.
 /// @return 0 after a completed scan, whatever was repaired; -1 when no directory holds a file
 ///         (level 3 "All File didn't exist\n"), the chosen one cannot be opened (level 3
-///         "File %s didn't exist\n"), or memory runs out
+///         "File %s didn't exist\n"), or memory or descriptors run out, upon which nothing more is
+///         replaced
 /// Prints: on standard output "file %s \n" per name; level 6 records of the counts, of each copy
 /// that does not load ("%s load failed \n") and of each copy made ("sync %s \n").
 /// Locks: none. Threads: call once, before any other use of the files.

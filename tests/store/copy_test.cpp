@@ -150,6 +150,14 @@ TEST_F(CopyTest, DirectoryIsNotCopied) {
   EXPECT_THAT(device.list("/cfg1"), IsEmpty());
 }
 
+TEST_F(CopyTest, PipeIsNeitherWaitedForNorCopied) {
+  device.write("/to.xml", "old");
+  ASSERT_EQ(mkfifo("/pipe", 0666), 0);
+  EXPECT_EQ(copy("/pipe", "/to.xml"), kFailed);
+  EXPECT_EQ(copy("/to.xml", "/pipe"), kFailed);
+  EXPECT_EQ(device.read("/to.xml"), "old");
+}
+
 TEST_F(CopyTest, DestinationThatCannotBeMadeFails) {
   device.write("/read_only", "older");
   chmod("/read_only", 0444);

@@ -101,15 +101,34 @@ TEST_F(DocumentSaveTest, WithoutUnlockNothingIsSaidAboutAFileThatWasNotLocked) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_F(DocumentSaveTest, NullPathOrDocumentSavesAndReleasesNothing) {
+TEST_F(DocumentSaveTest, NullPathSavesAndReleasesNothing) {
   cfgLockFile(kPath);
   EXPECT_EQ(CFG_SaveFile(&document, nullptr, BU_TRUE), -1);
-  EXPECT_EQ(CFG_SaveFile(nullptr, text(kPath), BU_TRUE), -1);
   EXPECT_EQ(CFG_SaveFile(nullptr, nullptr, BU_TRUE), -1);
   EXPECT_FALSE(isUnlocked(kPath));
   EXPECT_THAT(device.list("/cfg0"), IsEmpty());
   EXPECT_THAT(device.list("/cfg1"), IsEmpty());
   EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_F(DocumentSaveTest, NullDocumentSavesNothingAndReleasesTheLockIfAsked) {
+  cfgLockFile(kPath);
+  EXPECT_EQ(CFG_SaveFile(nullptr, text(kPath), BU_FALSE), -1);
+  EXPECT_FALSE(isUnlocked(kPath));
+  EXPECT_EQ(CFG_SaveFile(nullptr, text(kPath), BU_TRUE), -1);
+  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_THAT(device.list("/cfg0"), IsEmpty());
+  EXPECT_THAT(device.list("/cfg1"), IsEmpty());
+  EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_F(DocumentSaveTest, PipeInPlaceOfTheMainCopyIsNotWaitedForAndTheBackupStays) {
+  ASSERT_EQ(mkfifo(kPath, 0666), 0);
+  device.write("/cfg1/x.xml", "<Old/>\n");
+  cfgLockFile(kPath);
+  EXPECT_EQ(CFG_SaveFile(&document, text(kPath), BU_TRUE), 0);
+  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_EQ(device.read("/cfg1/x.xml"), "<Old/>\n");
 }
 
 struct Shape {

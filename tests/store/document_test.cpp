@@ -125,6 +125,14 @@ TEST_F(DocumentTest, NullPathIsReportedLikeAMissingFile) {
   EXPECT_EQ(g_mapFileLock.size(), records);
 }
 
+TEST_F(DocumentTest, PipeInPlaceOfTheFileIsReportedLikeAMissingOneWithoutAWait) {
+  ASSERT_EQ(mkfifo(kPath, 0666), 0);
+  EXPECT_EQ(CFG_GetDocByFileName(text(kPath), BU_TRUE), nullptr);
+  EXPECT_EQ(CFG_GetDocByFileName(text(kPath), BU_FALSE), nullptr);
+  EXPECT_THAT(log.records(), ElementsAre(loadFailure(kPath), loadFailure(kPath)));
+  EXPECT_TRUE(isUnlocked(kPath));
+}
+
 TEST_F(DocumentTest, FileWithoutElementsOpens) {
   for (const char* contents :
        {"<!-- nothing set -->", "<?xml version=\"1.0\"?>\n", "\xef\xbb\xbf<!--b-->"}) {

@@ -1,5 +1,6 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "store/verify_test.h"
@@ -32,6 +33,39 @@ TEST_F(VerifyFaultsTest, DirectoryThatCannotBeOpenedForTheScanIsAnError) {
   refuseToScan(kDefault);
   expectVerified(-1, "", {counts(1, 1, 1), error("File /app/resource/defcfg didn't exist\n")});
   EXPECT_EQ(device.read("/cfg0/x.xml"), broken(kMain));
+}
+
+TEST_F(VerifyFaultsTest, DirectoryThatNoDescriptorIsLeftForIsNotTakenForAnEmptyOne) {
+  for (const char* directory : {kMain, kBackup, kDefault}) writeGood(directory);
+  writeBroken(kMain);
+  for (const char* directory : {kDefault, kMain, kBackup}) {
+    calls->refusesToOpen = [directory](const char* path) { return std::string(path) == directory; };
+    int result = 0;
+    EXPECT_EQ(captureOutput([&] { result = CFG_VerifyFileFormat(); }),
+              "File " + std::string(directory) + " didn't exist\n");
+    EXPECT_EQ(result, -1);
+    EXPECT_THAT(log.records(), testing::IsEmpty());
+    EXPECT_EQ(device.read("/cfg0/x.xml"), broken(kMain));
+  }
+}
+
+// Files are opened with the descriptor behind those of the three standard streams and the scan.
+TEST_F(VerifyFaultsTest, IntactCopyThatNoDescriptorIsLeftForIsNotReplaced) {
+  for (const char* directory : {kMain, kBackup, kDefault}) writeGood(directory);
+  const int lowestFree = dup(STDIN_FILENO);
+  close(lowestFree);
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  const rlimit forTheScanAlone{static_cast<rlim_t>(lowestFree) + 1, limit.rlim_max};
+  int result = 0;
+  setrlimit(RLIMIT_NOFILE, &forTheScanAlone);
+  result = CFG_VerifyFileFormat();
+  setrlimit(RLIMIT_NOFILE, &limit);
+  EXPECT_EQ(result, -1);
+  EXPECT_THAT(log.texts(),
+              testing::ElementsAre("DefCfgFileCnt =1,MainFileCnt =1,BackupFileCnt =1 \n"));
+  EXPECT_EQ(device.read("/cfg0/x.xml"), good(kMain));
+  EXPECT_EQ(CFG_VerifyFileFormat(), 0);
 }
 
 TEST_F(VerifyFaultsTest, FileSystemWithoutEntryTypesIsVerifiedLikeAnyOther) {

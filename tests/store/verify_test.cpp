@@ -56,6 +56,16 @@ TEST_F(CountTest, DirectoryThatCannotBeOpenedIsReportedAndTheCountLeftAlone) {
   EXPECT_EQ(count(""), "File  didn't exist\n");
 }
 
+TEST_F(CountTest, NullArgumentsAreRefused) {
+  int untouched = 77;
+  int result = 0;
+  EXPECT_EQ(captureOutput([&] { result = cfgQueryFileNum(nullptr, &untouched); }),
+            "File (null) didn't exist\n");
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(untouched, 77);
+  EXPECT_EQ(cfgQueryFileNum(text("/cfg0"), nullptr), -1);
+}
+
 // --- which names are checked ---
 
 TEST_F(VerifyTest, WithoutAnyFileThereIsNothingToVerify) {

@@ -20,10 +20,7 @@ namespace camcfg::tests {
 class Nobody {
  public:
   /// Gives the device's files to that user, and copies the tool to where that user can reach it.
-  /// @param keptBack  a path in the device that only root may use. In a namespace of its own a
-  ///                  user may do with own files what it likes, whatever their permissions are.
-  explicit Nobody(const testkit::DeviceRoot& device, const std::string& keptBack = "")
-      : device_(device.hostPath()) {
+  explicit Nobody(const testkit::DeviceRoot& device) : device_(device.hostPath()) {
     if (geteuid() != 0) return;
     namespace fs = std::filesystem;
     fs::copy(CAMCFG_TOOL, program());
@@ -33,13 +30,6 @@ class Nobody {
     give(device_);
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(device_))
       give(entry.path());
-    if (!keptBack.empty()) keepBack(device_ + keptBack);
-  }
-
-  /// Why the tool cannot be refused a file as this user; empty if it can.
-  std::string whyNotRefused() const {
-    return geteuid() != 0 ? "only root can make files that the tests' user may not use"
-                          : whyNotEnter();
   }
 
   /// Why this user cannot enter a root; empty if it can.
@@ -74,12 +64,6 @@ class Nobody {
 
   static void give(const std::filesystem::path& path) {
     if (lchown(path.c_str(), kNobody, kNobody) != 0) throw std::runtime_error("lchown");
-  }
-
-  static void keepBack(const std::string& path) {
-    namespace fs = std::filesystem;
-    if (lchown(path.c_str(), 0, 0) != 0) throw std::runtime_error("lchown");
-    fs::permissions(path, fs::is_directory(path) ? fs::perms(0755) : fs::perms(0600));
   }
 
   void become() const {

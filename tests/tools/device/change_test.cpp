@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "tools/as_nobody.h"
+#include "tools/others_file.h"
 #include "tools/small_disk.h"
 #include "tools/tool_test.h"
 
@@ -67,9 +67,9 @@ TEST_F(ChangeTest, DirectoryInPlaceOfTheBackupIsRefusedBeforehand) {
 }
 
 TEST_F(ChangeTest, FileThatTheUserMayNotWriteIsRefusedBeforehand) {
-  const Nobody nobody(device, kBusinessBackup);
-  if (!nobody.whyNotRefused().empty()) GTEST_SKIP() << nobody.whyNotRefused();
-  EXPECT_EQ(nobody.run({"set", "System", "Rtsp", "8554"}),
+  const std::string why = giveToAnother(hostPath(kBusinessBackup));
+  if (!why.empty()) GTEST_SKIP() << why;
+  EXPECT_EQ(run({"set", "System", "Rtsp", "8554"}, obeyPermissions),
             (ToolRun{1, "",
                      "camcfg: set: System/Rtsp: cannot write /cfg1/business_param.xml: Permission "
                      "denied\n"}));
@@ -78,9 +78,9 @@ TEST_F(ChangeTest, FileThatTheUserMayNotWriteIsRefusedBeforehand) {
 
 TEST_F(ChangeTest, DirectoryThatTheUserMayNotWriteToIsRefusedBeforehand) {
   device.remove(kBusinessBackup);
-  const Nobody nobody(device, "/cfg1");
-  if (!nobody.whyNotRefused().empty()) GTEST_SKIP() << nobody.whyNotRefused();
-  EXPECT_EQ(nobody.run({"set", "System", "Rtsp", "8554"}),
+  const std::string why = giveToAnother(hostPath("/cfg1"));
+  if (!why.empty()) GTEST_SKIP() << why;
+  EXPECT_EQ(run({"set", "System", "Rtsp", "8554"}, obeyPermissions),
             (ToolRun{1, "",
                      "camcfg: set: System/Rtsp: cannot write /cfg1/business_param.xml: Permission "
                      "denied\n"}));

@@ -50,13 +50,24 @@ TEST(RenderTextTest, EveryKindOfValueHasAText) {
             "-|yes|no|-1.5|a\\nb|1, two, -|-|{\"a\":1}\n");
 }
 
+TEST(RenderTextTest, PlaceIsFilledForEachElementOfAnArray) {
+  const Json value = {{"channels", {{{"id", 0}, {"name", "a"}}, {{"id", 8}, {"name", "b"}}}},
+                      {"none", Json::array()}};
+  EXPECT_EQ(shown(value, {Line{"<{channels:{id} {name}}> <{none:{id}}>"}}), "<0 a, 8 b> <->\n");
+}
+
+TEST(RenderTextTest, PlaceIsFilledWhereASwitchIsOn) {
+  const Json value = {{"on", true}, {"off", false}, {"id", 3}};
+  EXPECT_EQ(shown(value, {Line{"[{on?, id {id}}] [{off?, id {id}}]"}}), "[, id 3] []\n");
+}
+
+TEST(RenderTextTest, VerbatimTextStandsAsItIs) {
+  EXPECT_EQ(shown({}, {Verbatim{"a {b}\n\tc\n"}}), "a {b}\n\tc\n");
+}
+
 TEST(RenderTextTest, TableBehindSomethingElseStandsApart) {
   const Json value = {{"rows", Json::array()}};
   EXPECT_EQ(shown(value, {Line{"first"}, Table{"rows", {{"A", "{a}"}}}}), "first\n\nA\n");
-}
-
-TEST(RenderTextTest, VerbatimTextIsPassedOnByteByByte) {
-  EXPECT_EQ(shown(nullptr, {Verbatim{"{a}\t\x1b\r\n"}}), "{a}\t\x1b\r\n");
 }
 
 TEST(RenderTextTest, WholeValueIsTheAnswerInJson) {

@@ -3,8 +3,8 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(),   parametersGroup(), systemGroup(),
-          networkGroup(), presetGroup(),     languageGroup()};
+  return {filesGroup(),  parametersGroup(), systemGroup(), networkGroup(), presetGroup(),
+          streamGroup(), liveGroup(),       graphGroup(),  languageGroup()};
 }
 
 }  // namespace camcfg::tool

@@ -9,10 +9,13 @@ namespace camcfg::tool {
 
 // One function for each group, in the file of its name.
 CommandGroup filesGroup();
+CommandGroup graphGroup();
 CommandGroup languageGroup();
+CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
+CommandGroup streamGroup();
 CommandGroup systemGroup();
 
 /// All commands, in the order of the help text.

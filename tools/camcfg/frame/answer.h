@@ -13,7 +13,9 @@ namespace camcfg::tool {
 using Json = nlohmann::ordered_json;
 
 /// Text with places for values: "{section}/{name}" takes the members "section" and "name" of the
-/// value at hand, "{found/main}" the member "main" of its member "found".
+/// value at hand, "{found/main}" the member "main" of its member "found". "{channels:{id} {name}}"
+/// fills "{id} {name}" for each element of an array; "{default?, default}" is ", default" where
+/// the member is true and nothing where it is false.
 using Template = std::string;
 
 /// A column of a table.
@@ -45,7 +47,7 @@ struct Line {
   Template text;
 };
 
-/// Text for another program, passed on byte by byte.
+/// A text of many lines that is printed as it stands, such as a picture or a table for a program.
 struct Verbatim {
   std::string text;
 };
@@ -55,6 +57,12 @@ struct WholeValue {};
 
 using Block = std::variant<Table, Fields, Line, Verbatim, WholeValue>;
 
+/// A program of the system that the tool was started on.
+struct HostProgram {
+  std::vector<std::string> words;  ///< its name and its arguments; none: no program
+  std::string package;             ///< what it comes with
+};
+
 /// What a command has to say: a value, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.
 struct Answer {
@@ -62,6 +70,7 @@ struct Answer {
   std::vector<Block> layout;       ///< what is shown of it as text, block by block
   std::vector<std::string> notes;  ///< remarks, one line each, that belong on standard error
   Status status = Status::Done;
+  HostProgram through;  ///< turns the text into what is shown
 };
 
 }  // namespace camcfg::tool

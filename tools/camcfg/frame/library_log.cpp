@@ -46,6 +46,10 @@ std::string lastComplaint() {
   return complaint;
 }
 
+void recordComplaint(const std::string& text) {
+  complaint = text;
+}
+
 void forgetComplaint() {
   complaint.clear();
 }

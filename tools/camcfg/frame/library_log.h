@@ -8,8 +8,12 @@ namespace camcfg::tool {
 /// From now on each record that the library logs is a line on standard error.
 void showLibraryLog();
 
-/// The text of the last error or warning that the library logged; empty if there was none.
+/// The text of the last error or warning that the library logged, or was heard to print (see
+/// library_console.h); empty if there was none.
 std::string lastComplaint();
+
+/// Keeps a text as the last complaint.
+void recordComplaint(const std::string& text);
 
 /// Forgets the last complaint, so that the next one is about what follows.
 void forgetComplaint();

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "frame/command_line.h"
+#include "frame/host_programs.h"
 #include "frame/render.h"
 #include "frame/status.h"
 #include "frame/streams.h"
@@ -16,11 +17,17 @@ void enter(const std::string& root) {
   if (!error.empty()) throw Refusal("--root " + root + ": " + error);
 }
 
-Status carryOut(const Invocation& invocation, const Streams& streams) {
+std::string rendered(const Answer& answer, const HostPrograms& programs) {
+  const std::string text = renderText(answer);
+  return answer.through.words.empty() ? text : programs.passThrough(answer.through, text);
+}
+
+Status carryOut(const Invocation& invocation, const Streams& streams,
+                const HostPrograms& programs) {
   const std::string name = std::string(invocation.command->name) + ": ";
   try {
     const Answer answer = invocation.command->run(invocation.arguments);
-    streams.answer(invocation.json ? renderJson(answer) : renderText(answer));
+    streams.answer(invocation.json ? renderJson(answer) : rendered(answer, programs));
     for (const std::string& note : answer.notes) Streams::message(name + note);
     return answer.status;
   } catch (const Refusal& refusal) {
@@ -36,8 +43,9 @@ Status run(const std::vector<CommandGroup>& groups, int argc, const char* const*
     return Status::Done;
   }
   if (invocation.verbose) streams.showLibraryOutput();
+  const HostPrograms programs;
   if (invocation.root) enter(*invocation.root);
-  return carryOut(invocation, streams);
+  return carryOut(invocation, streams, programs);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <stdexcept>
 
 #include "frame/printable.h"
 #include "frame/render.h"
@@ -26,13 +27,42 @@ const Json& member(const Json& value, const std::string& path) {
   return path.empty() ? value : value.at(Json::json_pointer("/" + path));
 }
 
+std::string filled(const Template& text, const Json& value);
+
+std::string filledForEach(const Json& list, const Template& text) {
+  if (list.empty()) return kNothing;
+  std::string result;
+  for (const Json& element : list) result += (result.empty() ? "" : ", ") + filled(text, element);
+  return result;
+}
+
+// What stands for a place, given without its braces.
+std::string valueAt(const std::string& place, const Json& value) {
+  const std::size_t mark = place.find_first_of("?:");
+  const Json& found = member(value, place.substr(0, mark));
+  if (mark == std::string::npos) return shown(found);
+  const Template inner = place.substr(mark + 1);
+  if (place[mark] == ':') return filledForEach(found, inner);
+  return found.get<bool>() ? filled(inner, value) : "";
+}
+
+// The brace that closes the one at `open`.
+std::size_t closing(const Template& text, std::size_t open) {
+  int depth = 0;
+  for (std::size_t at = open; at < text.size(); ++at) {
+    if (text[at] == '{') ++depth;
+    if (text[at] == '}' && --depth == 0) return at;
+  }
+  throw std::logic_error("no closing brace: " + text);
+}
+
 std::string filled(const Template& text, const Json& value) {
   std::string result;
   std::size_t done = 0;
   for (std::size_t open; (open = text.find('{', done)) != std::string::npos;) {
-    const std::size_t close = text.find('}', open);
+    const std::size_t close = closing(text, open);
     result += text.substr(done, open - done);
-    result += shown(member(value, text.substr(open + 1, close - open - 1)));
+    result += valueAt(text.substr(open + 1, close - open - 1), value);
     done = close + 1;
   }
   return result + text.substr(done);
