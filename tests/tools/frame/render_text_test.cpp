@@ -70,5 +70,9 @@ TEST(RenderTextTest, TableBehindSomethingElseStandsApart) {
   EXPECT_EQ(shown(value, {Line{"first"}, Table{"rows", {{"A", "{a}"}}}}), "first\n\nA\n");
 }
 
+TEST(RenderTextTest, WholeValueIsTheAnswerInJson) {
+  EXPECT_EQ(shown({{"a", 1}}, {WholeValue{}}), "{\n  \"a\": 1\n}\n");
+}
+
 }  // namespace
 }  // namespace camcfg::tests

@@ -53,7 +53,7 @@ void tellUnlisted(Answer& answer, const tagNETWORK_CARDS_S& cards) {
                            unlisted);
 }
 
-Answer cards(const Arguments&) {
+Answer cards(const Arguments& /*arguments*/) {
   const Network network;
   tagNETWORK_CARDS_S listed{};
   if (CFG_NETWORK_GetCards(&listed) != 0) throw Refusal("the library cannot list the cards");

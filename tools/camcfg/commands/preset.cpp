@@ -29,7 +29,7 @@ Json allOf(const Presets& presets) {
   return all;
 }
 
-Answer list(const Arguments&) {
+Answer list(const Arguments& /*arguments*/) {
   Answer answer;
   answer.value = allOf(Presets());
   answer.layout = {Table{"",
@@ -87,7 +87,7 @@ PresetValues given(const Arguments& arguments, int id) {
   return values;
 }
 
-// What lookups make of a preset that was just stored.
+// What lookups make of a description that was just stored.
 void tellHazards(Answer& answer, int id) {
   const Presets presets;
   const Preset* preset = presets.lookup(id);
@@ -102,9 +102,12 @@ void tellHazards(Answer& answer, int id) {
 std::vector<Block> changesOf(const Json& before, const Json& value) {
   if (before.is_null()) return {Line{"preset {id}: created"}};
   std::vector<Block> lines;
-  for (const auto& [name, now] : value.items())
-    if (now != before[name])
-      lines.emplace_back(Line{"preset {id}: " + name + " {before/" + name + "} -> {" + name + "}"});
+  for (const auto& [name, now] : value.items()) {
+    if (now == before[name]) continue;
+    std::string line = "preset {id}: ";
+    line.append(name).append(" {before/").append(name).append("} -> {").append(name).append("}");
+    lines.emplace_back(Line{line});
+  }
   if (lines.empty()) lines.emplace_back(Line{"preset {id}: unchanged"});
   return lines;
 }
@@ -126,7 +129,7 @@ Answer store(const PresetValues& values) {
   const Json before = existing == nullptr ? Json() : existing->json();
   answer.layout = changesOf(before, answer.value);
   answer.value["before"] = before;
-  tellHazards(answer, *values.id);
+  if (values.description) tellHazards(answer, *values.id);
   return answer;
 }
 
@@ -175,7 +178,7 @@ Block exportedAs(const std::string& format, const Presets& presets) {
 // What a device without presets would refuse.
 void tellNotImportable(Answer& answer, const Presets& presets) {
   std::vector<PresetRow> rows;
-  for (const Preset& preset : presets.all()) rows.push_back({preset.label(), preset, {}});
+  for (const Preset& preset : presets.all()) rows.push_back({preset.label(), preset.values(), {}});
   const PresetImport import(nullptr, rows);
   for (const std::string& fault : import.faults())
     answer.notes.push_back("note: an import will refuse " + fault);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <optional>
+#include <type_traits>
 
 #include "device/network_check.h"
 #include "frame/decimal.h"

@@ -46,6 +46,7 @@ struct PresetValues {
 struct Preset : PresetValues {
   tinyxml2::XMLElement* element;
 
+  const PresetValues& values() const { return *this; }
   /// "preset 3 'Dock'"
   std::string label() const;
 };

@@ -47,7 +47,7 @@ struct Line {
   Template text;
 };
 
-/// Text for another program or of many lines, passed on byte by byte.
+/// A text of many lines that is printed as it stands, such as a picture or a table for a program.
 struct Verbatim {
   std::string text;
 };
