@@ -22,7 +22,9 @@ std::list<int> readIds(const Node& node, const std::function<int(const Node&)>& 
   std::list<int> ids;
   if (!node.isArray()) return ids;
   for (std::size_t i = 0; i < node.value().size(); ++i) {
+    const std::size_t faults = node.faults();
     const int id = read(node.element(i));
+    if (node.faults() != faults) continue;
     if (std::find(ids.begin(), ids.end(), id) != ids.end())
       node.element(i).refuse("it stands here twice");
     ids.push_back(id);

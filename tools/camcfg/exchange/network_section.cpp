@@ -72,13 +72,12 @@ void refuseUnless(const Node& node, const std::string& fault) {
 }
 
 Json readWord(const NetworkField& field, const Node& node) {
-  const std::string text = node.text();
-  if (node.value().is_string()) try {
-      return requireWord(field, text);
-    } catch (const Refusal& refusal) {
-      node.refuse(refusal.what());
-    }
-  return text;
+  if (node.value().is_string() && isIn(field.words, node.value().get<std::string>()))
+    return node.value();
+  std::string list;
+  for (const std::string& word : field.words) list += (list.empty() ? "" : ", ") + word;
+  node.refuse("it must be one of " + list);
+  return field.words.front();
 }
 
 Json readValue(const NetworkField& field, const Node& node) {

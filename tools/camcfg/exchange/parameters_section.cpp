@@ -36,6 +36,12 @@ Change changeOf(const Parameters& parameters, const Parameter& parameter, const 
   return parameterChange(parameters, parameter, setText(value), false);
 }
 
+// A refusal without the place, which is told already, and without the option of another command.
+std::string reasonOf(const std::string& text, const std::string& path) {
+  const std::size_t start = text.find(path + ": ") == 0 ? path.size() + 2 : 0;
+  return text.substr(start, text.find("; '--force'") - start);
+}
+
 // The value if it is permitted.
 Json readValue(const Node& node, const Parameters& parameters, const Parameter& parameter) {
   const std::size_t faults = node.faults();
@@ -43,10 +49,7 @@ Json readValue(const Node& node, const Parameters& parameters, const Parameter& 
   if (node.faults() == faults) try {
       changeOf(parameters, parameter, value);
     } catch (const Refusal& refusal) {
-      // The place is told already.
-      const std::string text = refusal.what();
-      const std::string path = parameter.path() + ": ";
-      node.refuse(text.find(path) == 0 ? text.substr(path.size()) : text);
+      node.refuse(reasonOf(refusal.what(), parameter.path()));
     }
   return value;
 }

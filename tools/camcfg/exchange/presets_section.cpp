@@ -40,7 +40,8 @@ bool areDistinct(const Json& presets) {
 }
 
 bool isGiven(const Node& node, const char* name) {
-  return node.value().contains(name) && !node.value().at(name).is_null();
+  return node.value().is_object() && node.value().contains(name) &&
+         !node.value().at(name).is_null();
 }
 
 PresetValues readValues(const Node& node) {
@@ -70,11 +71,18 @@ Json merged(const Json* before, const PresetValues& given) {
   return preset;
 }
 
+// All that counts of a faulty preset is the id that it takes up.
+Json faulty(const Node& node) {
+  Json preset = Json::object();
+  preset[kId] = isGiven(node, kId) ? node.value().at(kId) : Json();
+  return preset;
+}
+
 // A preset as it will be. One that is to be as it is stays so, whatever it lacks.
 Json readPreset(const Node& node, const Presets& presets, const Json& before) {
   const std::size_t faults = node.faults();
   const PresetValues given = readValues(node);
-  if (node.faults() != faults) return given.json();
+  if (node.faults() != faults) return faulty(node);
   const Json* former = withId(before, *given.id);
   if (former != nullptr && merged(former, given) == *former) return *former;
   const PresetUpdate update = updateOf(presets.lookup(*given.id), given);

@@ -7,6 +7,7 @@ namespace {
 
 constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
+constexpr std::size_t kRecordIndent = 3 * kIndent;  // {"live": {"srt": [RECORD
 
 std::string scalar(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
@@ -24,17 +25,20 @@ std::string onOneLine(const Json& value) {
   return value.is_object() ? "{" + text + "}" : "[" + text + "]";
 }
 
-// An object that holds others is easier to read line by line, however short it is.
-bool isFlat(const Json& value) {
-  return std::none_of(value.begin(), value.end(), [](const Json& member) {
-    return member.is_array() && !member.empty() && member.front().is_structured();
-  });
+bool holdsScalarsOnly(const Json& value) {
+  return std::none_of(value.begin(), value.end(),
+                      [](const Json& member) { return member.is_structured(); });
+}
+
+// Down to the records of a list, every one has a line of its own.
+bool maybeOnOneLine(const Json& value, std::size_t indent) {
+  return indent >= kRecordIndent || (indent > 0 && holdsScalarsOnly(value));
 }
 
 std::string block(const Json& value, std::size_t indent, std::size_t taken) {
   const std::string line = onOneLine(value);
   const bool nested = value.is_structured() && !value.empty();
-  if (!nested || (indent > 0 && isFlat(value) && taken + line.size() < kWidth)) return line;
+  if (!nested || (maybeOnOneLine(value, indent) && taken + line.size() < kWidth)) return line;
   const std::string margin(indent + kIndent, ' ');
   std::string text;
   for (const auto& [key, member] : value.items()) {
