@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -61,9 +62,8 @@ void readAll(Output& out, Output& err) {
 
 std::vector<std::string> commandLine(const std::string& program,
                                      const std::vector<std::string>& arguments) {
-  std::vector<std::string> words;
   std::istringstream emulator(CAMCFG_EMULATOR);
-  for (std::string word; emulator >> word;) words.push_back(word);
+  std::vector<std::string> words{std::istream_iterator<std::string>(emulator), {}};
   words.push_back(program);
   words.insert(words.end(), arguments.begin(), arguments.end());
   return words;

@@ -41,7 +41,8 @@ class Nobody {
       become();
       prctl(PR_SET_DUMPABLE, 1);  // as after the start of a program
       const std::string error = enterRoot(device_);
-      _exit(write(ends[1], error.data(), error.size()) < 0);
+      const bool told = write(ends[1], error.data(), error.size()) >= 0;
+      _exit(told ? 0 : 1);
     }
     close(ends[1]);
     waitpid(child, nullptr, 0);

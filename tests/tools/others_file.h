@@ -16,7 +16,8 @@ namespace camcfg::tests {
 inline std::string giveToAnother(const std::string& path) {
   constexpr unsigned kAnother = 65534;
   struct stat status {};
-  if (lchown(path.c_str(), kAnother, kAnother) != 0 || stat(path.c_str(), &status) != 0)
+  if (geteuid() != 0 || lchown(path.c_str(), kAnother, kAnother) != 0 ||
+      stat(path.c_str(), &status) != 0)
     return "only root can give files away";
   const mode_t mode = S_ISDIR(status.st_mode) ? 0755 : 0600;
   return chmod(path.c_str(), mode) == 0 ? "" : "chmod";

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "support/enter_root.h"
 
@@ -17,7 +18,7 @@ namespace camcfg::tests {
 class SmallDisk {
  public:
   /// @param size  as "mount" takes it: "16k"
-  SmallDisk(const std::string& directory, const char* size) : directory_(directory) {
+  SmallDisk(std::string directory, const char* size) : directory_(std::move(directory)) {
     const std::string options = std::string("size=") + size;
     const bool apart =
         unshare(CLONE_NEWNS) == 0 || (enterRoot("/").empty() && unshare(CLONE_NEWNS) == 0);

@@ -174,7 +174,10 @@ TEST_F(VerifyTest, FileWithoutAnyGoodCopyIsNamedWithStatusThree) {
 }
 
 TEST_F(ToolTest, DeviceWithoutAnyFileIsUnusable) {
-  EXPECT_EQ(run({"verify"}), (ToolRun{3, "", "camcfg: verify: All File didn't exist\n"}));
+  EXPECT_EQ(
+      run({"verify"}),
+      (ToolRun{3, "",
+               "camcfg: verify: there is no file in /cfg0, /cfg1 or /app/resource/defcfg\n"}));
 }
 
 TEST_F(VerifyTest, JsonHasTheStatesBeforeAndAfter) {

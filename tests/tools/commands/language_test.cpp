@@ -7,7 +7,7 @@ class LanguageTest : public ToolTest {
  protected:
   LanguageTest() {
     device.write("/app/resource/language/English.xml",
-                 "<Texts><Ok Val=\"OK\"/><Cancel Val=\"Never mind\"/><Empty/></Texts>");
+                 R"(<Texts><Ok Val="OK"/><Cancel Val="Never mind"/><Empty/></Texts>)");
     device.write("/app/resource/language/German.xml",
                  "<Texts><Cancel Val=\"Zur\xc3\xbc"
                  "ck\"/></Texts>");

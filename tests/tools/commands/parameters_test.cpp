@@ -52,7 +52,7 @@ TEST_F(ParametersTest, UnknownSectionIsRefusedWithTheNearestOne) {
 }
 
 TEST_F(ToolTest, IntegerThatIsNoneIsListedAsItStands) {
-  device.write(kBusiness, "<A><B Cur=\"12abc\" Min=\"1\" Max=\"20\"/></A>");
+  device.write(kBusiness, R"(<A><B Cur="12abc" Min="1" Max="20"/></A>)");
   EXPECT_THAT(run({"list", "--json"}).out, testing::HasSubstr("\"value\": \"12abc\"\n"));
 }
 
@@ -244,8 +244,8 @@ TEST_F(ParametersTest, ForceDoesNotSetWhatTheLibraryRefuses) {
 }
 
 TEST_F(ToolTest, TextWithMarkupCharactersArrives) {
-  writeBoth("<A><B Cur=\"\" OptTxt=\"R&amp;D &lt;1&gt; &quot;x&quot;,Off\"/></A>");
-  EXPECT_EQ(run({"set", "A", "B", "R&D <1> \"x\""}), (ToolRun{0, "A/B:  -> R&D <1> \"x\"\n", ""}));
+  writeBoth(R"(<A><B Cur="" OptTxt="R&amp;D &lt;1&gt; &quot;x&quot;,Off"/></A>)");
+  EXPECT_EQ(run({"set", "A", "B", R"(R&D <1> "x")"}), (ToolRun{0, "A/B:  -> R&D <1> \"x\"\n", ""}));
   EXPECT_EQ(run({"get", "A", "B"}), (ToolRun{0, "R&D <1> \"x\"\n", ""}));
 }
 

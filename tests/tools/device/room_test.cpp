@@ -12,7 +12,6 @@ namespace camcfg::tests {
 namespace {
 
 using tool::whyNotWritable;
-using tool::Writing;
 
 class RoomTest : public testing::Test {
  protected:

@@ -27,7 +27,7 @@ class CommandLineTest : public testing::Test {
     return "";
   }
 
-  static Answer nothing(const Arguments&) { return {}; }
+  static Answer nothing(const Arguments& /*arguments*/) { return {}; }
 
   const std::vector<CommandGroup> groups = {
       {"First",

@@ -7,25 +7,28 @@ namespace {
 
 using tool::didYouMean;
 
-const std::vector<std::string> kWords = {"list", "get", "set", "describe", "system"};
+class SpellingTest : public testing::Test {
+ protected:
+  const std::vector<std::string> words = {"list", "get", "set", "describe", "system"};
+};
 
-TEST(SpellingTest, NearestWordIsSuggested) {
-  EXPECT_EQ(didYouMean("lst", kWords), "; did you mean 'list'?");
-  EXPECT_EQ(didYouMean("describ", kWords), "; did you mean 'describe'?");
-  EXPECT_EQ(didYouMean("sytsem", kWords), "; did you mean 'system'?");
-  EXPECT_EQ(didYouMean("GET", kWords), "; did you mean 'get'?");
-  EXPECT_EQ(didYouMean("sets", kWords), "; did you mean 'set'?");
+TEST_F(SpellingTest, NearestWordIsSuggested) {
+  EXPECT_EQ(didYouMean("lst", words), "; did you mean 'list'?");
+  EXPECT_EQ(didYouMean("describ", words), "; did you mean 'describe'?");
+  EXPECT_EQ(didYouMean("sytsem", words), "; did you mean 'system'?");
+  EXPECT_EQ(didYouMean("GET", words), "; did you mean 'get'?");
+  EXPECT_EQ(didYouMean("sets", words), "; did you mean 'set'?");
 }
 
-TEST(SpellingTest, NothingIsSuggestedForAWordThatIsFarFromAll) {
-  EXPECT_EQ(didYouMean("frobnicate", kWords), "");
-  EXPECT_EQ(didYouMean("xyz", kWords), "");
-  EXPECT_EQ(didYouMean("", kWords), "");
+TEST_F(SpellingTest, NothingIsSuggestedForAWordThatIsFarFromAll) {
+  EXPECT_EQ(didYouMean("frobnicate", words), "");
+  EXPECT_EQ(didYouMean("xyz", words), "");
+  EXPECT_EQ(didYouMean("", words), "");
   EXPECT_EQ(didYouMean("list", {}), "");
 }
 
-TEST(SpellingTest, EndlessWordsAreNotCompared) {
-  EXPECT_EQ(didYouMean(std::string(1000000, 'x'), kWords), "");
+TEST_F(SpellingTest, EndlessWordsAreNotCompared) {
+  EXPECT_EQ(didYouMean(std::string(1000000, 'x'), words), "");
   EXPECT_EQ(didYouMean("set", {std::string(1000000, 'x')}), "");
 }
 

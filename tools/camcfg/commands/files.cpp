@@ -33,15 +33,20 @@ Json recordOf(const ConfigFile& file, const Verification& verification) {
   return record;
 }
 
-const Table kFiles{"files",
-                   {{"FILE", "{name}"},
-                    {"MAIN", "{found/main}", "{now/main}"},
-                    {"BACKUP", "{found/backup}", "{now/backup}"},
-                    {"DEFAULT", "{found/default}", "{now/default}"},
-                    {"AT START", "{checkedAtStart}"},
-                    {"MAIN FROM", "{restored/main}"},
-                    {"BACKUP FROM", "{restored/backup}"}}};
-const Table kKept{"kept", {{"DAMAGED COPY", "{copy}"}, {"KEPT AS", "{as}"}}};
+Table filesTable() {
+  return {"files",
+          {{"FILE", "{name}"},
+           {"MAIN", "{found/main}", "{now/main}"},
+           {"BACKUP", "{found/backup}", "{now/backup}"},
+           {"DEFAULT", "{found/default}", "{now/default}"},
+           {"AT START", "{checkedAtStart}"},
+           {"MAIN FROM", "{restored/main}"},
+           {"BACKUP FROM", "{restored/backup}"}}};
+}
+
+Table keptTable() {
+  return {"kept", {{"DAMAGED COPY", "{copy}"}, {"KEPT AS", "{as}"}}};
+}
 
 void worsen(Answer& answer, Status status, const std::string& note) {
   answer.status = std::max(answer.status, status);
@@ -98,8 +103,8 @@ Answer verify(const Arguments& arguments) {
   answer.value = {{"files", Json::array()}, {"kept", verification.kept()}};
   for (const ConfigFile& file : verification.now().files)
     answer.value["files"].push_back(recordOf(file, verification));
-  answer.layout.emplace_back(kFiles);
-  if (!verification.kept().empty()) answer.layout.emplace_back(kKept);
+  answer.layout.emplace_back(filesTable());
+  if (!verification.kept().empty()) answer.layout.emplace_back(keptTable());
   tellFaults(answer, verification);
   tellUnusable(answer, verification);
   tellUnlevel(answer, verification);

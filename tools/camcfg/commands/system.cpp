@@ -1,6 +1,7 @@
 #include <camcfg/params.h>
 
 #include <limits>
+#include <utility>
 
 #include "commands/groups.h"
 #include "device/copy.h"
@@ -21,16 +22,18 @@ struct Port {
   int (*read)();
 };
 
+std::pair<int, int> webPorts() {
+  std::pair<int, int> ports(kUnset, kUnset);
+  CFG_SYSTEM_GetHttpPort(&ports.first, &ports.second);
+  return ports;
+}
+
 int httpPort() {
-  int http = kUnset, https = kUnset;
-  CFG_SYSTEM_GetHttpPort(&http, &https);
-  return http;
+  return webPorts().first;
 }
 
 int httpsPort() {
-  int http = kUnset, https = kUnset;
-  CFG_SYSTEM_GetHttpPort(&http, &https);
-  return https;
+  return webPorts().second;
 }
 
 int orUnset(int port) {
@@ -64,7 +67,7 @@ Json languageOrNull() {
   return CFG_SYSTEM_GetLanguage(language) == 0 ? Json(language) : Json();
 }
 
-Answer system(const Arguments&) {
+Answer system(const Arguments& /*arguments*/) {
   requireDocument(CFG_FILE_BUSINESS);
   char name[CFG_TXT_CUR_SIZE] = {};
   char model[CFG_TXT_CUR_SIZE] = {};

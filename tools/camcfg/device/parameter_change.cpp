@@ -52,7 +52,8 @@ int requireInRange(const Parameter& parameter, const std::string& text) {
 }
 
 bool isWordCharacter(char c) {
-  return std::isalnum(static_cast<unsigned char>(c)) != 0 || (static_cast<unsigned char>(c) & 0x80);
+  const auto byte = static_cast<unsigned char>(c);
+  return byte >= 0x80 || std::isalnum(byte) != 0;
 }
 
 // The texts of "OptTxt" are written together; whatever is neither letter nor digit parts them.

@@ -65,7 +65,7 @@ std::string whyNotDone(const Repair& repair) {
 }
 
 std::string carryOut(const Repair& repair) {
-  const std::string obstacle = obstacleTo(repair);
+  std::string obstacle = obstacleTo(repair);
   if (!obstacle.empty()) return obstacle;
   const std::string lock = pathOf(Place::Main, repair.name);
   if (cfgLockFile(lock.c_str()) != 0) return lastComplaint();

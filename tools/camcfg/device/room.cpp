@@ -57,7 +57,7 @@ struct Load {
 std::string whyNotWritable(const std::vector<Writing>& writings) {
   std::map<dev_t, Load> loads;
   for (const Writing& writing : writings) {
-    const std::string fault = whyNotPermitted(writing.path);
+    std::string fault = whyNotPermitted(writing.path);
     if (!fault.empty()) return fault;
 
     const std::string directory = directoryOf(writing.path);

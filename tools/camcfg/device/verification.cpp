@@ -29,7 +29,10 @@ void requireWritable(const std::vector<Repair>& repairs, const FileSet& set) {
   if (!fault.empty()) throw Refusal(Status::Unusable, "cannot restore main copies: " + fault);
 }
 
-void verifyAsAtStart() {
+void verifyAsAtStart(const FileSet& set) {
+  if (set.files.empty())
+    throw Refusal(Status::Unusable,
+                  "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
   forgetComplaint();
   if (CFG_VerifyFileFormat() == 0) return;
   const std::string complaint = lastComplaint();
@@ -43,7 +46,7 @@ void Verification::startUp() {
   const std::vector<Repair> repairs = startUpRepairs(found_);
   requireWritable(repairs, found_);
   for (const Repair& repair : repairs) kept_.keep(repair, found_);
-  verifyAsAtStart();
+  verifyAsAtStart(found_);
   now_ = surveyFiles();
   for (const Repair& repair : repairs) outcomes_.push_back({repair, whyNotDone(repair)});
 }

@@ -22,7 +22,7 @@ using Template = std::string;
 struct Column {
   const char* heading;
   Template cell;
-  Template becomes = "";  ///< if it gives another text than `cell`, both are shown: "CELL -> THIS"
+  Template becomes{};  ///< if it gives another text than `cell`, both are shown: "CELL -> THIS"
 };
 
 /// An aligned table with one line for each element of an array.
@@ -65,7 +65,7 @@ struct HostProgram {
 
 /// What a command has to say: a value, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.
-struct Answer {
+struct Answer {                    // NOLINT(bugprone-exception-escape): moving a Json throws none
   Json value;                      ///< the whole answer, in its documented shape
   std::vector<Block> layout;       ///< what is shown of it as text, block by block
   std::vector<std::string> notes;  ///< remarks, one line each, that belong on standard error

@@ -16,12 +16,15 @@ std::string lowered(std::string text) {
 
 // Letters to insert, drop, change or swap with their neighbour to get from one word to the other.
 std::size_t distance(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> before(b.size() + 1), above(b.size() + 1), row(b.size() + 1);
+  std::vector<std::size_t> before(b.size() + 1);
+  std::vector<std::size_t> above(b.size() + 1);
+  std::vector<std::size_t> row(b.size() + 1);
   std::iota(above.begin(), above.end(), std::size_t{0});
   for (std::size_t i = 1; i <= a.size(); ++i) {
     row[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      row[j] = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + (a[i - 1] != b[j - 1])});
+      const std::size_t change = a[i - 1] == b[j - 1] ? 0 : 1;
+      row[j] = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + change});
       if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
         row[j] = std::min(row[j], before[j - 2] + 1);
     }
