@@ -79,6 +79,7 @@ void leaveLeaksUnchecked() {
 
 [[noreturn]] void start(std::vector<std::string> words) {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   execvp(pointers.front(), pointers.data());
