@@ -115,6 +115,37 @@ TEST_F(VerifyTest, ResyncBringsABackupOutOfStepLevelWithItsMainCopy) {
   EXPECT_EQ(backup(), kGood);
 }
 
+// As a save leaves it that is cut off between two sections: it parses, so start-up verification
+// takes it for whole.
+TEST_F(VerifyTest, MainCopyCutOffBetweenSectionsIsTold) {
+  write("<A/>\n<B/>\n", "<A/>\n<B/>\n<C/>\n", nullptr);
+  EXPECT_EQ(run({"verify"}),
+            (ToolRun{3,
+                     "FILE   MAIN       BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                     "x.xml  cut-short  good    missing  yes       -          -\n",
+                     "camcfg: verify: /cfg0/x.xml ends before 'C', which its backup has; "
+                     "'--resync' restores it from its backup\n"}));
+  EXPECT_EQ(main(), "<A/>\n<B/>\n");
+}
+
+TEST_F(VerifyTest, ResyncRestoresAMainCopyCutOffBetweenSectionsAndKeepsWhatItWas) {
+  write("<A Cur=\"2\"/>\n", "<A Cur=\"1\"/>\n<B/>\n", nullptr);
+  const std::string kept = device.hostPath() + "/kept";
+  EXPECT_EQ(run({"verify", "--resync", "--keep-damaged", kept}).status, 0);
+  EXPECT_EQ(main(), "<A Cur=\"1\"/>\n<B/>\n");
+  EXPECT_EQ(backup(), main());
+  EXPECT_EQ(device.read("/kept/cfg0-x.xml"), "<A Cur=\"2\"/>\n");
+}
+
+TEST_F(VerifyTest, ResyncFollowsAMainCopyWithASectionMoreOrAnother) {
+  for (const char* backupCopy : {"<A/>\n", "<A/>\n<C/>\n<B/>\n", "<X/>\n<A/>\n<B/>\n"}) {
+    write("<A/>\n<B/>\n", backupCopy, nullptr);
+    EXPECT_EQ(run({"verify", "--resync"}).status, 0) << backupCopy;
+    EXPECT_EQ(main(), "<A/>\n<B/>\n") << backupCopy;
+    EXPECT_EQ(backup(), main()) << backupCopy;
+  }
+}
+
 TEST_F(VerifyTest, OtherLayoutOfTheSameContentsIsLevel) {
   write(kGood, "<A><B Cur='1'/></A>", kGood);
   EXPECT_THAT(run({"verify", "--resync"}).out, testing::HasSubstr("x.xml  good  good "));

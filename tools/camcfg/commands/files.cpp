@@ -72,7 +72,9 @@ std::string outlookFor(const ConfigFile& file) {
     return "; move it away and verify again";
   if (file.main.state == State::Unreadable) return "";
   if (file.backup.state == State::Good)
-    return file.checkedAtStart ? "" : "; '--resync' restores it from its backup";
+    return file.checkedAtStart && file.main.state != State::CutShort
+               ? ""
+               : "; '--resync' restores it from its backup";
   return file.factory.loads() ? "" : " and no other copy of it is good";
 }
 

@@ -71,6 +71,8 @@ const char* wordFor(State state) {
       return "not-a-file";
     case State::OutOfStep:
       return "out-of-step";
+    case State::CutShort:
+      return "cut-short";
   }
   return "";
 }

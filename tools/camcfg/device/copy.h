@@ -19,6 +19,7 @@ enum class State {
   Unreadable,  ///< not for the one who runs the tool
   NotAFile,    ///< a directory or something else of that name
   OutOfStep,   ///< a good backup copy with other contents than its main copy
+  CutShort,    ///< a main copy that ends before a top-level element that its good backup still has
 };
 
 /// The word for a state in answers.

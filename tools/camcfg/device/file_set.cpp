@@ -3,6 +3,7 @@
 #include <camcfg/types.h>
 
 #include <algorithm>
+#include <cstring>
 #include <set>
 
 #include "device/directory.h"
@@ -31,11 +32,35 @@ std::vector<std::string> namesCheckedAtStart() {
   return {};
 }
 
+// A save that is cut off between two top-level elements leaves a file that still parses. The library
+// never removes such an element, so the backup is the older but whole copy then.
+std::string elementCutOff(const tinyxml2::XMLDocument& main, const tinyxml2::XMLDocument& backup) {
+  const tinyxml2::XMLElement* kept = main.FirstChildElement();
+  const tinyxml2::XMLElement* whole = backup.FirstChildElement();
+  while (kept != nullptr && whole != nullptr && std::strcmp(kept->Value(), whole->Value()) == 0) {
+    kept = kept->NextSiblingElement();
+    whole = whole->NextSiblingElement();
+  }
+  return kept == nullptr && whole != nullptr ? whole->Value() : "";
+}
+
+void compare(ConfigFile& file) {
+  if (file.main.state != State::Good || file.backup.state != State::Good ||
+      sameContents(file.main, file.backup))
+    return;
+  const std::string missing = elementCutOff(*file.main.document, *file.backup.document);
+  if (missing.empty()) {
+    file.backup.state = State::OutOfStep;
+  } else {
+    file.main.state = State::CutShort;
+    file.main.fault = "ends before '" + missing + "', which its backup has";
+  }
+}
+
 ConfigFile survey(const std::string& name, bool checkedAtStart) {
   ConfigFile file{name, checkedAtStart, loadCopy(pathOf(Place::Main, name)),
                   loadCopy(pathOf(Place::Backup, name)), loadCopy(pathOf(Place::Default, name))};
-  const bool bothGood = file.main.state == State::Good && file.backup.state == State::Good;
-  if (bothGood && !sameContents(file.main, file.backup)) file.backup.state = State::OutOfStep;
+  compare(file);
   return file;
 }
 

@@ -31,7 +31,7 @@ void KeptCopies::keep(const Repair& repair, const FileSet& set) {
   const ConfigFile* file = set.find(repair.name);
   if (directory_ == nullptr || file == nullptr) return;
   const State state = file->copy(repair.to).state;
-  if (state != State::Damaged && state != State::Unreadable) return;
+  if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
   const std::string path = repair.target();
   kept_.push_back({{"copy", path}, {"as", directory_->save(keptName(path), bytesOf(path))}});
 }

@@ -42,7 +42,8 @@ std::vector<Repair> levelRepairs(const FileSet& set) {
   for (const ConfigFile& file : set.files) {
     if (file.main.state == State::Good && file.backup.state != State::Good)
       repairs.push_back({file.name, Place::Backup, Place::Main});
-    else if (!file.main.loads() && file.backup.state == State::Good)
+    else if ((!file.main.loads() || file.main.state == State::CutShort) &&
+             file.backup.state == State::Good)
       repairs.push_back({file.name, Place::Main, Place::Backup});
   }
   return repairs;
