@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kDryRun[] = "--dry-run";
 
-Answer sources(const Arguments&) {
+Answer sources(const Arguments& /*arguments*/) {
   Answer answer;
   answer.value = jsonOf(loadStreamSources());
   answer.layout = {Table{"",
@@ -20,7 +20,7 @@ Answer sources(const Arguments&) {
   return answer;
 }
 
-Answer caches(const Arguments&) {
+Answer caches(const Arguments& /*arguments*/) {
   const std::vector<CacheEntry> entries = readCaches();
   Answer answer;
   answer.value = jsonOf(entries);

@@ -183,8 +183,8 @@ Answer resetCard(const std::string& name) {
               [&](XMLDocument& document) { return textOf(cardIn(document, name)) == expected; }});
   answer.layout = layoutOf(answer.value["changed"]);
   for (const std::string& field : without)
-    answer.notes.push_back("note: " + name + "/" + field +
-                           " has no usable factory value and stays as it is");
+    answer.notes.push_back(std::string("note: ").append(name).append("/").append(field).append(
+        " has no usable factory value and stays as it is"));
   return answer;
 }
 

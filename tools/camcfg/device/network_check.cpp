@@ -85,7 +85,7 @@ std::string whyNotAMask(const std::string& text) {
 std::string whyNotDomains(const std::string& text) {
   std::istringstream domains(text);
   for (std::string domain; std::getline(domains, domain, ' ');) {
-    const std::string fault = whyNotAHostname(domain);
+    std::string fault = whyNotAHostname(domain);
     if (!fault.empty()) return fault;
   }
   return "";

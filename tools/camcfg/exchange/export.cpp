@@ -30,7 +30,7 @@ void requireKnown(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     if (std::find(known.begin(), known.end(), name) != known.end()) continue;
     std::string list;
-    for (const std::string& each : known) list += (list.empty() ? "" : ", ") + each;
+    for (const std::string& each : known) list.append(list.empty() ? "" : ", ").append(each);
     throw Refusal(Status::Usage, "there is no section '" + name + "'; there are " + list +
                                      didYouMean(name, known));
   }

@@ -30,7 +30,7 @@ struct RecordSection {
 template <typename Record>
 std::list<Record> readRecords(const RecordSection<Record>& section, const Node& node, Plan& plan) {
   const std::size_t faults = node.faults();
-  const std::list<Record> records = fromJsonArray(node, section.members, section.key);
+  std::list<Record> records = fromJsonArray(node, section.members, section.key);
   if (!section.check || node.faults() != faults) return records;
   std::size_t index = 0;
   for (const Record& record : records) section.check(node.element(index++), record, plan);

@@ -21,7 +21,8 @@ constexpr std::size_t kLongestText = CFG_NETWORK_TEXT_SIZE - 1;
 // "ipAddr" for "IpAddr", "mtu" for "MTU".
 std::string memberOf(const NetworkField& field) {
   std::string name = field.name;
-  for (std::size_t i = 0; i < name.size() && std::isupper(static_cast<unsigned char>(name[i])); ++i)
+  for (std::size_t i = 0; i < name.size() && std::isupper(static_cast<unsigned char>(name[i])) != 0;
+       ++i)
     name[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[i])));
   return name;
 }
@@ -36,7 +37,7 @@ bool isIn(const std::vector<std::string>& words, const std::string& word) {
 
 // A text of the file; one that is no value of its field stands as it is.
 Json valueOf(const NetworkField& field, const XMLElement& element) {
-  const Json text = attributeOf(&element, "Cur");
+  Json text = attributeOf(&element, "Cur");
   if (text.is_null()) return text;
   const std::string word = text.get<std::string>();
   if (isSwitch(field) && isIn(field.words, word)) return word == field.words.back();
@@ -138,7 +139,7 @@ Json readCard(const Node& node, const std::string& name, const Json& before) {
 }
 
 // Cards and members that are left out stay as they are.
-Json readNetwork(const Node& node, const Json& before, Plan&) {
+Json readNetwork(const Node& node, const Json& before, Plan& /*plan*/) {
   Json after = before;
   if (!node.isObjectOf({kHostname, kCards})) return after;
   if (node.value().contains(kHostname) && node.value().at(kHostname) != before.at(kHostname)) {

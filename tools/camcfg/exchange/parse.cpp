@@ -18,11 +18,11 @@ class Builder {
   bool boolean(bool value) { return add(value); }
   bool number_integer(Json::number_integer_t value) { return add(value); }
   bool number_unsigned(Json::number_unsigned_t value) { return add(value); }
-  bool number_float(Json::number_float_t value, const std::string&) { return add(value); }
+  bool number_float(Json::number_float_t value, const std::string& /*text*/) { return add(value); }
   bool string(std::string& value) { return add(std::move(value)); }
-  bool binary(Json::binary_t&) { return false; }
-  bool start_object(std::size_t) { return open(Json::object()); }
-  bool start_array(std::size_t) { return open(Json::array()); }
+  bool binary(Json::binary_t& /*value*/) { return false; }
+  bool start_object(std::size_t /*size*/) { return open(Json::object()); }
+  bool start_array(std::size_t /*size*/) { return open(Json::array()); }
   bool end_object() { return close(); }
   bool end_array() { return close(); }
 
@@ -34,7 +34,7 @@ class Builder {
     return true;
   }
 
-  [[noreturn]] bool parse_error(std::size_t position, const std::string&,
+  [[noreturn]] bool parse_error(std::size_t position, const std::string& /*token*/,
                                 const Json::exception& error) {
     std::string reason = error.what();
     reason.erase(0, reason.find("] ") + 2);

@@ -66,7 +66,7 @@ PresetValues valuesOf(const Json& preset) {
 // What is given, over what the preset has.
 Json merged(const Json* before, const PresetValues& given) {
   Json preset = given.json();
-  for (auto& [name, value] : preset.items())
+  for (const auto& [name, value] : preset.items())
     if (value.is_null() && before != nullptr) value = before->at(name);
   return preset;
 }
@@ -105,7 +105,7 @@ Json inFileOrder(const Json& presets, const Json& before) {
   return ordered;
 }
 
-Json readPresets(const Node& node, const Json& before, Plan&) {
+Json readPresets(const Node& node, const Json& before, Plan& /*plan*/) {
   if (!node.isArray()) return before;
   if (!areDistinct(before)) {
     node.refuse("the device has presets without an id or with the same one; mend them first");
@@ -134,6 +134,7 @@ Step storing(const std::vector<PresetValues>& changed) {
   return {kName, [changed] {
             const Presets presets;
             std::vector<tagPRESET_CFG_S> records;
+            records.reserve(changed.size());
             for (const PresetValues& values : changed)
               records.push_back(updateOf(presets.lookup(*values.id), values).record);
             storePresets(kName, records);

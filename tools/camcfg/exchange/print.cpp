@@ -36,15 +36,15 @@ bool maybeOnOneLine(const Json& value, std::size_t indent) {
 }
 
 std::string block(const Json& value, std::size_t indent, std::size_t taken) {
-  const std::string line = onOneLine(value);
+  std::string line = onOneLine(value);
   const bool nested = value.is_structured() && !value.empty();
   if (!nested || (maybeOnOneLine(value, indent) && taken + line.size() < kWidth)) return line;
   const std::string margin(indent + kIndent, ' ');
   std::string text;
   for (const auto& [key, member] : value.items()) {
     const std::string name = value.is_object() ? nameOf(key) : "";
-    text += (text.empty() ? "\n" : ",\n") + margin + name +
-            block(member, margin.size(), margin.size() + name.size());
+    text.append(text.empty() ? "\n" : ",\n").append(margin).append(name);
+    text += block(member, margin.size(), margin.size() + name.size());
   }
   const std::string end = "\n" + std::string(indent, ' ');
   return value.is_object() ? "{" + text + end + "}" : "[" + text + end + "]";

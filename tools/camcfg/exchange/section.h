@@ -17,7 +17,7 @@ class Plan {
  public:
   void set(const std::string& section, Json value) { values_[section] = std::move(value); }
   /// @throws Refusal if the section is unusable on the device
-  const Json& of(const std::string& section);
+  const Json& of(const std::string& name);
 
  private:
   std::map<std::string, Json> values_;

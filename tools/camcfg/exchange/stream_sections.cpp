@@ -47,7 +47,7 @@ void readSize(const Node& node, Cache& cache) {
 Json allowedOf(const Cache& cache) {
   Json ids = Json::array();
   for (int id = 0; id < 32; ++id)
-    if ((static_cast<std::uint32_t>(cache.s32AllowedMask) >> id & 1u) != 0) ids.push_back(id);
+    if ((static_cast<std::uint32_t>(cache.s32AllowedMask) >> id & 1U) != 0) ids.push_back(id);
   return ids;
 }
 

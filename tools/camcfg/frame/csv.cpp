@@ -53,7 +53,7 @@ class Reader {
       if (text_[at_] == '"') refuse("a quote stands inside a cell that has none around it");
       ++at_;
     }
-    const std::string cell = text_.substr(start, at_ - start);
+    std::string cell = text_.substr(start, at_ - start);
     passCarriageReturn();
     return cell;
   }

@@ -62,6 +62,7 @@ HostPrograms::HostPrograms() : root_(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)
 
 void HostPrograms::become(const std::vector<std::string>& words) const {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
   pointers.push_back(nullptr);
   struct stat here {};
@@ -74,7 +75,9 @@ void HostPrograms::become(const std::vector<std::string>& words) const {
 }
 
 std::string HostPrograms::passThrough(const HostProgram& program, const std::string& text) const {
-  const MemoryFile in, out, err;
+  const MemoryFile in;
+  const MemoryFile out;
+  const MemoryFile err;
   if (!in.fill(text)) throw Refusal(std::strerror(errno));
   StartReport report;
   const pid_t child = fork();
