@@ -18,11 +18,11 @@ Secrets secretsFor(const Arguments& arguments) {
   return arguments.given(kShowSecrets) ? Secrets::Shown : Secrets::Masked;
 }
 
-Answer websocket(const Arguments&) {
+Answer websocket(const Arguments& /*arguments*/) {
   return answerWith(jsonOf(loadWebsocketSessions()), {{"ID", "{id}"}, {"NAME", "{name}"}});
 }
 
-Answer rtsp(const Arguments&) {
+Answer rtsp(const Arguments& /*arguments*/) {
   return answerWith(jsonOf(loadRtspSessions()),
                     {{"NAME", "{name}"}, {"CHANNELS", "{channels:{id} {name}}"}});
 }
@@ -37,7 +37,7 @@ Answer rtmp(const Arguments& arguments) {
                                                                        {"AUDIO", "{audio}"}});
 }
 
-Answer ndi(const Arguments&) {
+Answer ndi(const Arguments& /*arguments*/) {
   return answerWith(jsonOf(loadNdiInstances()), {{"ID", "{id}"},
                                                  {"ENABLED", "{enabled}"},
                                                  {"NAME", "{mainStreamName}"},

@@ -18,7 +18,7 @@ Answer refused(const Faults& faults) {
   for (const auto& [place, reason] : faults) {
     const std::string where = place.empty() ? "document" : place;
     answer.value["faults"].push_back({{"place", where}, {"reason", reason}});
-    answer.notes.push_back(where + ": " + reason);
+    answer.notes.push_back(std::string(where).append(": ").append(reason));
   }
   answer.notes.emplace_back("nothing was changed");
   return answer;

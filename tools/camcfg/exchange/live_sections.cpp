@@ -68,7 +68,7 @@ const Members<Srt> kSrt = {id("id", &Srt::s32Id),
                            number("latency", &Srt::s32Latency, kCount),
                            records("streams", &Srt::lstStream, kSrtStream, "id")};
 
-void checkSrt(const Node& node, const Srt& instance, Plan&) {
+void checkSrt(const Node& node, const Srt& instance, Plan& /*plan*/) {
   const bool listens = instance.s32Mode != 0;
   if (listens && !instance.strHostname.empty())
     node.member("hostname").refuse("a listener calls no host");
@@ -78,7 +78,8 @@ void checkSrt(const Node& node, const Srt& instance, Plan&) {
 // A listener's host is not loaded.
 void addUnreadHost(const tinyxml2::XMLElement& instance, Losses& losses) {
   const char* mode = instance.Attribute("Mode");
-  if (mode != nullptr && strcasecmp(mode, "Listener") == 0 && instance.Attribute("Hostname"))
+  if (mode != nullptr && strcasecmp(mode, "Listener") == 0 &&
+      instance.Attribute("Hostname") != nullptr)
     losses.push_back("\"Hostname\" of the listener at line " +
                      std::to_string(instance.GetLineNum()));
 }

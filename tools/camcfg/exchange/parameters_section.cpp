@@ -45,7 +45,7 @@ std::string reasonOf(const std::string& text, const std::string& path) {
 // The value if it is permitted.
 Json readValue(const Node& node, const Parameters& parameters, const Parameter& parameter) {
   const std::size_t faults = node.faults();
-  const Json value = parameter.isInteger() ? Json(node.number(kInteger)) : Json(node.text());
+  Json value = parameter.isInteger() ? Json(node.number(kInteger)) : Json(node.text());
   if (node.faults() == faults) try {
       changeOf(parameters, parameter, value);
     } catch (const Refusal& refusal) {
@@ -55,7 +55,7 @@ Json readValue(const Node& node, const Parameters& parameters, const Parameter& 
 }
 
 // Sections and parameters that are left out stay as they are.
-Json readParameters(const Node& node, const Json& before, Plan&) {
+Json readParameters(const Node& node, const Json& before, Plan& /*plan*/) {
   Json after = before;
   if (!node.isObjectOf(namesOf(before))) return after;
   const Parameters parameters;

@@ -110,11 +110,11 @@ std::string render(const Line& line, const Json& value) {
   return filled(line.text, value) + "\n";
 }
 
-std::string render(const Verbatim& block, const Json&) {
+std::string render(const Verbatim& block, const Json& /*value*/) {
   return block.text;
 }
 
-std::string render(const WholeValue&, const Json& value) {
+std::string render(const WholeValue& /*block*/, const Json& value) {
   Answer answer;
   answer.value = value;
   return renderJson(answer);
