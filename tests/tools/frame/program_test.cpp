@@ -16,11 +16,11 @@ TEST(ProgramTest, HelpListsEveryCommandUnderItsGroup) {
   const ToolRun help = runCamcfg({"--help"});
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");
-  for (const char* line : {"\nFiles:\n  verify ", "\nParameters:\n  list ", "\n  get ", "\n  set ",
-                           "\n  describe ", "\nSystem:\n  system ", "\nStreams:\n  stream ",
-                           "\nLive media:\n  live ", "\n  graph ", "\nTexts:\n  lang ",
-                           "\n  --root DIR ", "\n  --json ", "\n  -v,--verbose ", "\n  --version ",
-                           "\nExit status: 0 done, 1 refused or not found, 2 usage, 3 "})
+  for (const char* line :
+       {"\nFiles:\n  verify ", "\nParameters:\n  list ", "\n  get ", "\n  set ", "\n  describe ",
+        "\nSystem:\n  system ", "\nStreams:\n  stream ", "\nLive media:\n  live ", "\n  graph ",
+        "\nTexts:\n  lang ", "\n  --root DIR ", "\n  --json ", "\n  -v,--verbose ",
+        "\n  --version ", "\nExit status: 0 done, 1 refused or not found, 2 usage, 3 "})
     EXPECT_THAT(help.out, testing::HasSubstr(line));
 }
 

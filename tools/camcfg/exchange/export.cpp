@@ -31,8 +31,11 @@ void requireKnown(const std::vector<std::string>& names) {
     if (std::find(known.begin(), known.end(), name) != known.end()) continue;
     std::string list;
     for (const std::string& each : known) list.append(list.empty() ? "" : ", ").append(each);
-    throw Refusal(Status::Usage, "there is no section '" + name + "'; there are " + list +
-                                     didYouMean(name, known));
+    throw Refusal(Status::Usage, std::string("there is no section '")
+                                     .append(name)
+                                     .append("'; there are ")
+                                     .append(list)
+                                     .append(didYouMean(name, known)));
   }
 }
 
