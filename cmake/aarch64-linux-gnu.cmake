@@ -6,4 +6,6 @@ set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
 # The loader and the C library are those of the arm64 packages, in their usual places. With the cross
 # compiler's copies in front (-L) the two may differ in version, and threads hang.
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
+# Named by its whole path, since tests also run the tool where PATH leads nowhere.
+find_program(CAMCFG_QEMU qemu-aarch64 REQUIRED)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CAMCFG_QEMU})
