@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <utility>
 
 #include "camcfg/store.h"
@@ -10,6 +9,7 @@
 #include "support/log.h"
 #include "support/never_freed.h"
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 namespace {
 
@@ -19,19 +19,6 @@ using tinyxml2::XMLDocument;
 // The lines that device logs have always shown for these two records.
 constexpr Place kNoDocumentPlace{"CFG_GetDocByFileName", 313};
 constexpr Place kLoadPlace{"CFG_GetDocByFileName", 324};
-
-bool load(XMLDocument& document, const char* path) try {
-  return camcfg::loadXml(document, path);
-} catch (const std::bad_alloc&) {
-  return false;
-}
-
-bool save(XMLDocument& document, const char* path) try {
-  camcfg::saveXml(document, path);
-  return true;
-} catch (const std::bad_alloc&) {
-  return false;
-}
 
 void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
   if (path[0] == '/')
@@ -51,7 +38,7 @@ void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_
 bool saveBothCopies(XMLDocument& document, const char* path) {
   char mainPath[CFG_PATH_SIZE] = {};
   mainPathOf(mainPath, path);
-  const bool written = save(document, mainPath);
+  const bool written = camcfg::saveXml(document, mainPath);
   sync();
   // A document that memory did not suffice to write must not reach the backup copy as well.
   if (!written) return false;
@@ -66,7 +53,7 @@ bool saveBothCopies(XMLDocument& document, const char* path) {
 }  // namespace
 
 XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
-  std::unique_ptr<XMLDocument> document(new (std::nothrow) XMLDocument);
+  std::unique_ptr<XMLDocument> document = camcfg::newDocument();
   if (document == nullptr || document->Error()) {
     camcfg::logError(kNoDocumentPlace, "New XMLDocument fail\n");
     return nullptr;
@@ -80,7 +67,7 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
     camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }
-  if (!load(*document, pcPath)) {
+  if (camcfg::loadXml(*document, pcPath) != camcfg::Load::Done) {
     document.reset();
     camcfg::logError(kLoadPlace, "Load file %s fail\n", pcPath);
     cfgUnlockFile(pcPath);

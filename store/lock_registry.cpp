@@ -56,7 +56,9 @@ tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
     if (key == path) return &record;
 
   auto mutex = std::make_unique<pthread_mutex_t>();
-  tag_CFG_FILE_LOCK& record = g_mapFileLock[path];
+  std::string key;
+  key = path;
+  tag_CFG_FILE_LOCK& record = g_mapFileLock[std::move(key)];
   pthread_mutex_init(mutex.get(), nullptr);
   record.pstMutex = camcfg::neverFreed(std::move(mutex));
   return &record;

@@ -40,27 +40,33 @@ bool isRegular(std::FILE* file) {
 
 }  // namespace
 
-void throwIfShort(int error) {
-  if (error == ENOMEM || error == EMFILE || error == ENFILE) throw std::bad_alloc();
+bool isShortage(int error) {
+  return error == ENOMEM || error == EMFILE || error == ENFILE;
 }
 
-bool loadXml(tinyxml2::XMLDocument& document, const char* path) {
+Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_RDONLY), "rb");
-  if (file == nullptr) throwIfShort(errno);
-  return file != nullptr && isRegular(file.get()) &&
-         document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;
+  if (file == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
+  return isRegular(file.get()) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS
+             ? Load::Done
+             : Load::Failed;
+} catch (const std::bad_alloc&) {
+  return Load::Shortage;
 }
 
-void saveXml(tinyxml2::XMLDocument& document, const char* path) {
+bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC), "w");
   if (file != nullptr) {
     document.SaveFile(file.get());
-    return;
+    return true;
   }
-  if (errno == ENOMEM) throw std::bad_alloc();
+  if (errno == ENOMEM) return false;
   // Opens the file once more to record in the document why it cannot be. ENXIO is a pipe that nobody
   // reads, which would be waited for.
   if (errno != ENXIO) document.SaveFile(path);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 }  // namespace camcfg
