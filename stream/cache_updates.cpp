@@ -58,6 +58,7 @@ int CFG_MPP_UpdateStreamCacheEnabledStreamSource(int s32CacheId, int s32SourceId
   return kStream.giveUp(BU_FALSE);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): programs on the device pass it by value.
 int CFG_MPP_UpdateStreamCacheAllowedStreamSource(
     std::shared_ptr<tag_CFG_STREAM_CACHE_T> cache) try {
   if (cache == nullptr) return CFG_MPP_ERR;
