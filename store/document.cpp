@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "camcfg/store.h"
+#include "store/file_lock.h"
 #include "store/xml_file.h"
 #include "support/log.h"
 #include "support/never_freed.h"
@@ -31,12 +32,13 @@ void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
 // "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
 // who wants a backup of them.
 void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
-  std::memcpy(backupPath, mainPath, sizeof backupPath);
+  std::memset(backupPath, 0, sizeof CFG_DIR_BACKUP);  // a shorter path ends behind the directory
+  camcfg::copyText(backupPath, mainPath);
   std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
 }
 
 bool saveBothCopies(XMLDocument& document, const char* path) {
-  char mainPath[CFG_PATH_SIZE] = {};
+  char mainPath[CFG_PATH_SIZE];
   mainPathOf(mainPath, path);
   const bool written = camcfg::saveXml(document, mainPath);
   sync();
@@ -62,7 +64,8 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
     camcfg::logError(kLoadPlace, "Load file %s fail\n", "(null)");
     return nullptr;
   }
-  if (cfgLockFile(pcPath) != 0) {
+  tag_CFG_FILE_LOCK* lock = camcfg::takeLock(pcPath);
+  if (lock == nullptr) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
     camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
@@ -70,10 +73,10 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   if (camcfg::loadXml(*document, pcPath) != camcfg::Load::Done) {
     document.reset();
     camcfg::logError(kLoadPlace, "Load file %s fail\n", pcPath);
-    cfgUnlockFile(pcPath);
+    camcfg::releaseLock(lock, pcPath);
     return nullptr;
   }
-  if (enReadOnly == BU_TRUE) cfgUnlockFile(pcPath);
+  if (enReadOnly == BU_TRUE) camcfg::releaseLock(lock, pcPath);
   return document.release();
 }
 

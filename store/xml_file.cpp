@@ -1,6 +1,7 @@
 #include "store/xml_file.h"
 
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,9 +34,9 @@ File streamOf(int fd, const char* mode) {
   return nullptr;
 }
 
-bool isRegular(std::FILE* file) {
+bool isRegular(int fd) {
   struct stat status {};
-  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+  return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace
@@ -45,11 +46,13 @@ bool isShortage(int error) {
 }
 
 Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
-  const File file = streamOf(openWithoutWaiting(path, O_RDONLY), "rb");
+  const int fd = openWithoutWaiting(path, O_RDONLY);
+  const File file = streamOf(fd, "rb");
   if (file == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
-  return isRegular(file.get()) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS
-             ? Load::Done
-             : Load::Failed;
+  // Read whole, so a buffer would only be one more copy.
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  return isRegular(fd) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS ? Load::Done
+                                                                                 : Load::Failed;
 } catch (const std::bad_alloc&) {
   return Load::Shortage;
 }
@@ -57,6 +60,8 @@ Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
 bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC), "w");
   if (file != nullptr) {
+    // No other thread has this stream, so none of its many small writes needs a lock.
+    __fsetlocking(file.get(), FSETLOCKING_BYCALLER);
     document.SaveFile(file.get());
     return true;
   }
