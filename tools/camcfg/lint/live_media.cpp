@@ -55,7 +55,7 @@ void checkChannels(const Elements& channels, const std::string& owner, const Ids
   for (const XMLElement* channel : channels) {
     int id = -1;
     if (channel->QueryIntAttribute("Id", &id) != tinyxml2::XML_SUCCESS || id == -1) continue;
-    if (caches.count(id) == 0)
+    if (!caches.empty() && caches.count(id) == 0)
       findings.add(
           kChannelMissing, *channel, "Id",
           owner + " sends channel " + std::to_string(id) + ", which is the id of no stream cache");

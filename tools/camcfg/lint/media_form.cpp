@@ -49,14 +49,19 @@ bool isWord(const char* text, const char* word) {
   return strcasecmp(text, word) == 0;
 }
 
-// What an author may have meant by a name that no loader reads.
+// What an author may have meant by a name that no loader reads: the longest one that it ends with.
 const AttributeForm* meantBy(const std::string& name, const EntryForm& form) {
+  const AttributeForm* meant = nullptr;
+  std::size_t longest = 0;
   for (const AttributeForm& known : form.attributes) {
     const std::size_t length = std::string_view(known.name).size();
-    if (name.size() >= length && isWord(name.c_str() + name.size() - length, known.name))
-      return &known;
+    if (length <= longest || name.size() < length ||
+        !isWord(name.c_str() + name.size() - length, known.name))
+      continue;
+    meant = &known;
+    longest = length;
   }
-  return nullptr;
+  return meant;
 }
 
 void checkUnread(const XMLElement& entry, const EntryForm& form, Findings& findings) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <set>
 #include <string_view>
 
 #include "lint/elements.h"
@@ -8,7 +7,6 @@
 
 namespace camcfg::tool::lint {
 
-using tinyxml2::XMLAttribute;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
@@ -30,9 +28,6 @@ constexpr Rule kZeroByte{"zero-byte", Severity::Error,
                          "Reading ends at the first zero byte: what stands behind it is not there, "
                          "and the next save drops it.",
                          "<System/> and behind it a block of zero bytes"};
-constexpr Rule kAttributeTwice{"attribute-twice", Severity::Error,
-                               "An element has an attribute twice: readers take the first.",
-                               "<Rtsp Cur=\"554\" Cur=\"8554\"/>"};
 constexpr Rule kUnknownKind{"unknown-kind", Severity::Warning,
                             "The file has none of the elements that any of the library's readers "
                             "looks for.",
@@ -52,7 +47,8 @@ struct Reason {
 
 constexpr Reason kReasons[] = {
     {tinyxml2::XML_ERROR_PARSING_ELEMENT, "a tag is not complete or has no name"},
-    {tinyxml2::XML_ERROR_PARSING_ATTRIBUTE, "an attribute is not written NAME=\"VALUE\""},
+    {tinyxml2::XML_ERROR_PARSING_ATTRIBUTE,
+     "an attribute is not written NAME=\"VALUE\", or stands twice"},
     {tinyxml2::XML_ERROR_PARSING_TEXT, "a text does not end"},
     {tinyxml2::XML_ERROR_PARSING_CDATA, "a <![CDATA[ does not end"},
     {tinyxml2::XML_ERROR_PARSING_COMMENT, "a comment does not end"},
@@ -62,7 +58,8 @@ constexpr Reason kReasons[] = {
     {tinyxml2::XML_ERROR_PARSING_UNKNOWN, "a <!...> does not end"},
     {tinyxml2::XML_ERROR_EMPTY_DOCUMENT, "the file is empty"},
     {tinyxml2::XML_ERROR_MISMATCHED_ELEMENT, "an element is not closed by a tag of its name"},
-    {tinyxml2::XML_ERROR_PARSING, "what stands here is no XML"},
+    {tinyxml2::XML_ERROR_PARSING,
+     "an element that begins here does not end, or what stands here is no XML"},
     {tinyxml2::XML_ELEMENT_DEPTH_EXCEEDED, "elements are nested too deep"},
 };
 
@@ -80,17 +77,6 @@ void checkZeroBytes(const Source& source, Findings& findings) {
   findings.add(kZeroByte, static_cast<int>(lines) + 1,
                "a zero byte ends the file here; " + std::to_string(source.bytes.size() - at) +
                    " bytes are not read");
-}
-
-void checkAttributes(const XMLElement& element, Findings& findings) {
-  std::set<std::string_view> names;
-  for (const XMLAttribute* attribute = element.FirstAttribute(); attribute != nullptr;
-       attribute = attribute->Next())
-    if (!names.insert(attribute->Name()).second)
-      findings.add(kAttributeTwice, attribute->GetLineNum(),
-                   tag(element.Name()) + " has a second \"" + clipped(attribute->Name()) +
-                       "\", which is not read");
-  for (const XMLElement* child : childrenOf(element)) checkAttributes(*child, findings);
 }
 
 void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
@@ -157,7 +143,6 @@ void check(const Source& source, Findings& findings) {
     findings.add(kNoElement, 1, "there is no element in it");
     return;
   }
-  for (const XMLElement* top : childrenOf(*source.document)) checkAttributes(*top, findings);
   if (source.kind == Kind::Unknown)
     findings.add(kUnknownKind, 1, "nothing in it tells what it configures");
   else if (source.kind != Kind::Language)
@@ -168,8 +153,8 @@ void check(const Source& source, Findings& findings) {
 
 Subject structure() {
   return {"structure",
-          {&kUnreadable, &kNotWellFormed, &kNoElement, &kZeroByte, &kAttributeTwice, &kUnknownKind,
-           &kSectionMissing, &kSectionTwice},
+          {&kUnreadable, &kNotWellFormed, &kNoElement, &kZeroByte, &kUnknownKind, &kSectionMissing,
+           &kSectionTwice},
           std::nullopt,
           check};
 }

@@ -50,6 +50,7 @@ constexpr Rule kAllowedUnknown{"allowed-source-missing", Severity::Warning,
                                "<AllowedStreamSource Id=\"9\"/> without a source 9"};
 
 constexpr int kMaskBits = 32;
+constexpr int kNone = -1;  // counts as missing
 
 using Sources = std::map<int, const XMLElement*>;
 
@@ -103,6 +104,7 @@ const Entry& carriedOf(const XMLElement& cache, const std::vector<Entry>& entrie
 
 void checkCarried(const XMLElement& cache, const Entry& carried, const Sources& sources,
                   Findings& findings) {
+  if (carried.id == kNone) return;
   const std::string what =
       labelOf(cache) + " carries source " + std::to_string(carried.id) + ", which ";
   if (carried.id < 0 || carried.id >= kMaskBits)
@@ -116,6 +118,7 @@ void checkCarried(const XMLElement& cache, const Entry& carried, const Sources& 
 
 void checkEntry(const XMLElement& cache, const Entry& entry, int carried, const Sources& sources,
                 Findings& findings) {
+  if (entry.id == kNone) return;
   checkSourceId(*entry.element, findings);
   const std::string id = std::to_string(entry.id);
   if (entry.id != carried && sources.count(entry.id) == 0)
