@@ -44,7 +44,7 @@ std::vector<DeviceCase> deviceCases() {
          device.write(kMain, "<Stream>\n<StreamSource>\n</Stream>\n");
        },
        [](const DeviceRoot& device) { device.write("/cfg0/notes.txt", "<Stream>\n<"); },
-       "/cfg0/mpp_cfg.xml:3: error: an element is not closed by a tag of its name "
+       "/cfg0/mpp_cfg.xml:2: error: an element is not closed by a tag of its name "
        "[not-well-formed]\n"},
       {"zero-byte",
        [](const DeviceRoot& device) {

@@ -90,6 +90,24 @@ std::vector<LintCase> mediaCases() {
        R"(Mode="Caller" Hostname="a")",
        R"(x.xml:39: warning: <Instance> '0': "Hostname" of a listener is not read [srt-host-of-listener]
 )"},
+      {"multicast", kCleanMedia,
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastIp="223.255.255.255">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastIp="224.0.0.0">)",
+       R"(x.xml:34: error: <Instance> '0': "MulticastIp": '223.255.255.255' is no multicast address [multicast]
+)"},
+      {"multicast", kCleanMedia,
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastNetmask="255.0.255.0">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastNetmask="255.255.0.0">)",
+       R"(x.xml:34: error: <Instance> '0': "MulticastNetmask": '255.0.255.0' is no netmask: its set bits do not stand together in front [multicast]
+)"},
+      {"multicast", kCleanMedia,
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastTTL="256">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastTTL="255">)",
+       R"(x.xml:34: error: <Instance> '0': "MulticastTTL": 256 is outside 0..255 [multicast]
+)"},
       {"srt-password-unused", kCleanMedia, R"(Port="9000")", R"(Port="9000" Password="secret")",
        R"(Port="9000" AesMode="1" Password="secret")",
        R"(x.xml:39: warning: <Instance> '0' has a password, but no "AesMode" above 0 that uses it [srt-password-unused]

@@ -4,12 +4,16 @@ namespace camcfg::tests {
 
 std::vector<LintCase> networkCases() {
   return {
+      {"network-address", kCleanParameters, R"(<DnsSearch Cur="")",
+       R"(<DnsSearch Cur="a.example  b")", R"(<DnsSearch Cur="a.example b")",
+       R"(x.xml:23: error: Lan0/DnsSearch: "Cur": '' has an empty label [network-address]
+)"},
       {"hostname", kCleanParameters, R"( Hostname="gate")", "", R"( Hostname="north-gate")",
-       R"(x.xml:15: warning: <NetWork> has no "Hostname" [hostname]
+       R"(x.xml:15: warning: NetWork has no "Hostname" [hostname]
 )"},
       {"hostname", kCleanParameters, R"(Hostname="gate")", R"(Hostname="north gate")",
        R"(Hostname="gate.example.com")",
-       R"(x.xml:15: warning: 'north gate' has a character that is no letter, digit or hyphen [hostname]
+       R"(x.xml:15: warning: NetWork: "Hostname": 'north gate' has a character that is no letter, digit or hyphen [hostname]
 )"},
       {"too-many-cards", kCleanParameters,
        R"(    </Lan0>
@@ -116,15 +120,15 @@ x.xml:19: error: Lan0/MTU: setters find <MTUs> at line 18 [card-field-shadowed]
        R"(x.xml:19: error: Lan0/Intf: "Cur" 'eth0' is none of Eth0, Eth1, Wlan0 [network-word]
 )"},
       {"network-address", kCleanParameters, "192.0.2.7", "192.0.2.256", "192.0.2.255",
-       R"(x.xml:21: error: Lan0/IpAddr: "Cur" '192.0.2.256' is not of the form 192.0.2.1 [network-address]
+       R"(x.xml:21: error: Lan0/IpAddr: "Cur": '192.0.2.256' is not of the form 192.0.2.1 [network-address]
 )"},
       {"network-address", kCleanParameters, "255.255.255.0", "255.0.255.0", "255.255.0.0",
-       R"(x.xml:22: error: Lan0/NetMask: "Cur" '255.0.255.0' is no netmask: its set bits do not stand together in front [network-address]
+       R"(x.xml:22: error: Lan0/NetMask: "Cur": '255.0.255.0' is no netmask: its set bits do not stand together in front [network-address]
 )"},
       {"network-address", kCleanParameters, R"(Cur="StaticIp" Def="DhcpIp")",
        R"(Cur="StaticIp" Def="StaticIp")", R"(Cur="DhcpIp" Def="DhcpIp")",
-       R"(x.xml:21: error: Lan0/IpAddr: "Def" '' is not of the form 192.0.2.1 [network-address]
-x.xml:22: error: Lan0/NetMask: "Def" '' is not of the form 192.0.2.1 [network-address]
+       R"(x.xml:21: error: Lan0/IpAddr: "Def": '' is not of the form 192.0.2.1 [network-address]
+x.xml:22: error: Lan0/NetMask: "Def": '' is not of the form 192.0.2.1 [network-address]
 )"},
       {"mtu-range", kCleanParameters, R"(MTU Cur="1500")", R"(MTU Cur="67")", R"(MTU Cur="68")",
        R"(x.xml:18: error: Lan0/MTU: "Cur" 67 is outside 68..9216 [mtu-range]

@@ -65,7 +65,7 @@ x.xml:11: error: Image/Mode has no "OptTxt", which CFG_COM_SetTxtParam and CFG_C
       {"attribute-case", kCleanParameters, R"(Hostname="gate")", R"(hostname="gate")",
        R"(Hostname="gate" hosts="")",
        R"(x.xml:15: error: NetWork: "hostname" is not read: readers look for "Hostname" [attribute-case]
-x.xml:15: warning: <NetWork> has no "Hostname" [hostname]
+x.xml:15: warning: NetWork has no "Hostname" [hostname]
 )"},
       {"attribute-case", kCleanPresets, R"(Description="Dock")", R"(Description="Dock" panPos="1")",
        R"(Description="Dock" private="1")",

@@ -100,7 +100,8 @@ void checkText(const XMLElement& card, const NetworkField& field, const XMLEleme
   requireFits(element, attribute, CFG_NETWORK_TEXT_SIZE - 1, path, findings);
   if (isLeftOut(card, field.name, attribute, text)) return;
   const std::string fault = field.whyNotUsable(text);
-  if (!fault.empty()) findings.add(kAddress, element, attribute, what + clipped(fault));
+  if (!fault.empty())
+    findings.add(kAddress, element, attribute, path + ": \"" + attribute + "\": " + clipped(fault));
 }
 
 void checkField(const XMLElement& card, const NetworkField& field, const XMLElement& element,

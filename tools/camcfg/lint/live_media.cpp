@@ -1,8 +1,10 @@
+#include <arpa/inet.h>
 #include <strings.h>
 
 #include <map>
 #include <set>
 
+#include "device/network_check.h"
 #include "lint/entry_ids.h"
 #include "lint/live_forms.h"
 #include "lint/stream.h"
@@ -44,7 +46,16 @@ constexpr Rule kNoEncryption{"srt-password-unused", Severity::Warning,
                              "<Instance Id=\"0\" Mode=\"Listener\" Port=\"9000\" "
                              "Password=\"secret\">"};
 
+constexpr Rule kMulticast{"multicast", Severity::Error,
+                          "An instance is sent by multicast to what is no multicast address, by no "
+                          "netmask, or for no time that a packet can live; the library stores "
+                          "whatever it is given.",
+                          "<Instance MulticastEnable=\"true\" MulticastIp=\"192.0.2.1\" ...>"};
+
 using Ids = std::set<int>;
+
+constexpr unsigned kMulticastPrefix = 0xe;  // 224.0.0.0/4
+constexpr int kLongestLife = 255;
 
 bool isWord(const std::string& text, const char* word) {
   return strcasecmp(text.c_str(), word) == 0;
@@ -120,9 +131,35 @@ void checkRtmp(const XMLElement& section, const Ids& caches, Findings& findings)
   checkTyped(entriesOf(section, "Target"), {"Video", "Audio"}, caches, findings);
 }
 
+bool isMulticast(const std::string& text) {
+  in_addr address{};
+  return inet_pton(AF_INET, text.c_str(), &address) == 1 &&
+         ntohl(address.s_addr) >> 28 == kMulticastPrefix;
+}
+
+// What is left out has a value of its own that is sound.
+void checkMulticast(const XMLElement& instance, Findings& findings) {
+  const std::string label = labelOf(instance, "Id") + ": ";
+  const std::string ip = textOf(instance, "MulticastIp");
+  if (has(instance, "MulticastIp") && !isMulticast(ip))
+    findings.add(kMulticast, instance, "MulticastIp",
+                 label + "\"MulticastIp\": " + quoted(ip) + " is no multicast address");
+  const std::string fault = whyNotAMask(textOf(instance, "MulticastNetmask"));
+  if (has(instance, "MulticastNetmask") && !fault.empty())
+    findings.add(kMulticast, instance, "MulticastNetmask",
+                 label + "\"MulticastNetmask\": " + clipped(fault));
+  const int life = instance.IntAttribute("MulticastTTL", 1);
+  if (life < 0 || life > kLongestLife)
+    findings.add(kMulticast, instance, "MulticastTTL",
+                 label + "\"MulticastTTL\": " + std::to_string(life) + " is outside 0.." +
+                     std::to_string(kLongestLife));
+}
+
 void checkNdi(const XMLElement& section, const Ids& caches, Findings& findings) {
   const Elements instances = entriesOf(section, "Instance");
   checkTyped(instances, {"MainVideo", "SubVideo", "Audio"}, caches, findings);
+  for (const XMLElement* instance : instances)
+    if (isWord(textOf(*instance, "MulticastEnable"), "true")) checkMulticast(*instance, findings);
 }
 
 void checkSrtMode(const XMLElement& instance, const std::string& label, Findings& findings) {
@@ -189,7 +226,7 @@ void check(const Source& source, Findings& findings) {
 Subject liveMedia() {
   return {"live media",
           {&kChannelMissing, &kTypeUnknown, &kTypeTwice, &kSrtMode, &kCallerWithoutHost,
-           &kHostOfListener, &kNoEncryption},
+           &kHostOfListener, &kNoEncryption, &kMulticast},
           Kind::Media,
           check};
 }

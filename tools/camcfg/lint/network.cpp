@@ -87,9 +87,13 @@ void checkInterfaces(const Elements& cards, Findings& findings) {
 void checkHostname(const XMLElement& network, Findings& findings) {
   checkAttributeCase(network, {"Hostname"}, "NetWork", findings);
   const std::string name = textOf(network, "Hostname");
-  const std::string fault =
-      has(network, "Hostname") ? whyNotAHostname(name) : "<NetWork> has no \"Hostname\"";
-  if (!fault.empty()) findings.add(kHostname, network, "Hostname", clipped(fault));
+  if (!has(network, "Hostname")) {
+    findings.add(kHostname, network, "NetWork has no \"Hostname\"");
+    return;
+  }
+  const std::string fault = whyNotAHostname(name);
+  if (!fault.empty())
+    findings.add(kHostname, network, "Hostname", "NetWork: \"Hostname\": " + clipped(fault));
 }
 
 void check(const Source& source, Findings& findings) {
