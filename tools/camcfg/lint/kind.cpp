@@ -28,8 +28,10 @@ bool isMedia(const XMLElement& top) {
 }
 
 bool isPresets(const XMLElement& top) {
-  return std::string(top.Name()) == "PresetCfg" ||
-         anyChild(top, [](const XMLElement& child) { return beginsWith(child.Name(), "preset"); });
+  return std::string(top.Name()) == "PresetCfg" || anyChild(top, [](const XMLElement& child) {
+           return beginsWith(child.Name(), "preset") &&
+                  (has(child, "Id") || has(child, "Description"));
+         });
 }
 
 bool isParameters(const XMLElement& top) {
