@@ -1,6 +1,9 @@
 #ifndef CAMCFG_TESTS_TOOLS_LINT_CASES_H
 #define CAMCFG_TESTS_TOOLS_LINT_CASES_H
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -113,6 +116,17 @@ std::vector<LintCase> presetCases();
 std::vector<LintCase> mediaCases();
 std::vector<LintCase> streamCases();
 std::vector<LintCase> languageCases();
+
+/// The base of a case with its part replaced, wherever it stands.
+std::string fileWith(const LintCase& lintCase, const std::string& other);
+
+/// A test's name for a case.
+template <typename Case>
+std::string caseName(const testing::TestParamInfo<Case>& info) {
+  std::string name = info.param.rule + ("_" + std::to_string(info.index));
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+}
 
 }  // namespace camcfg::tests
 

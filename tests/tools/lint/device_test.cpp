@@ -28,13 +28,8 @@ TEST_P(LintDeviceTest, PassesByADeviceMuchLikeIt) {
   EXPECT_EQ(run({"lint"}), (ToolRun{0, "", ""}));
 }
 
-std::string nameOf(const testing::TestParamInfo<DeviceCase>& info) {
-  std::string name = info.param.rule + ("_" + std::to_string(info.index));
-  std::replace(name.begin(), name.end(), '-', '_');
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Rules, LintDeviceTest, testing::ValuesIn(deviceCases()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Rules, LintDeviceTest, testing::ValuesIn(deviceCases()),
+                         caseName<DeviceCase>);
 
 }  // namespace
 }  // namespace camcfg::tests

@@ -24,16 +24,6 @@ std::string linesFor(const std::string& contents) {
   return lines;
 }
 
-std::string replaced(const LintCase& lintCase, const std::string& other) {
-  std::string text = lintCase.base;
-  const std::string part = lintCase.part;
-  std::size_t at = text.find(part);
-  EXPECT_NE(at, std::string::npos) << part;
-  for (; at != std::string::npos; at = text.find(part, at + other.size()))
-    text.replace(at, part.size(), other);
-  return text;
-}
-
 std::vector<LintCase> allCases() {
   std::vector<LintCase> all;
   for (const auto cases : {structureCases, valueCases, parameterCases, networkCases, presetCases,
@@ -45,22 +35,16 @@ std::vector<LintCase> allCases() {
 class LintRuleTest : public testing::TestWithParam<LintCase> {};
 
 TEST_P(LintRuleTest, FindsItsHazardOnItsLine) {
-  EXPECT_EQ(linesFor(replaced(GetParam(), GetParam().hazard)), GetParam().found);
+  EXPECT_EQ(linesFor(fileWith(GetParam(), GetParam().hazard)), GetParam().found);
   EXPECT_THAT(GetParam().found, testing::HasSubstr(std::string(" [") + GetParam().rule + "]\n"));
 }
 
 TEST_P(LintRuleTest, PassesByAFileMuchLikeIt) {
   ASSERT_NE(GetParam().hazard, GetParam().harmless);
-  EXPECT_EQ(linesFor(replaced(GetParam(), GetParam().harmless)), "");
+  EXPECT_EQ(linesFor(fileWith(GetParam(), GetParam().harmless)), "");
 }
 
-std::string nameOf(const testing::TestParamInfo<LintCase>& info) {
-  std::string name = info.param.rule + ("_" + std::to_string(info.index));
-  std::replace(name.begin(), name.end(), '-', '_');
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Rules, LintRuleTest, testing::ValuesIn(allCases()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Rules, LintRuleTest, testing::ValuesIn(allCases()), caseName<LintCase>);
 
 TEST(LintRulesTest, EachRuleHasAFileThatTriggersItAndOneThatDoesNot) {
   std::set<std::string> tested;
