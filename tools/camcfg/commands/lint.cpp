@@ -71,7 +71,7 @@ Answer run(const Arguments& arguments) {
 CommandGroup lintGroup() {
   return {"Files",
           {{"lint",
-            "Report what readers make of files otherwise than their authors meant",
+            "Report hazards in configuration files, each with its file and line",
             {{Option::HostFiles, kFile,
               "Files of any kind instead of the device's; - is standard "
               "input"},
