@@ -26,6 +26,13 @@ bool readId(const XMLElement& entry, int& id) {
   return entry.QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS;
 }
 
+std::string carriedFrom(const XMLElement* before) {
+  int id = 0;
+  if (before == nullptr || !readId(*before, id))
+    return "and there is none before it to take one from";
+  return "and is taken for " + std::to_string(id) + ", as the one" + atLine(*before);
+}
+
 }  // namespace
 
 void checkEqualIds(const Elements& entries, const std::string& owner, Findings& findings) {
@@ -42,13 +49,12 @@ void checkEqualIds(const Elements& entries, const std::string& owner, Findings& 
 }
 
 void checkEntryIds(const Elements& entries, const std::string& owner, Findings& findings) {
-  std::string carried = "and there is none before it to take one from";
+  const XMLElement* before = nullptr;
   for (const XMLElement* entry : entries) {
-    const std::optional<int> id = checkInteger(*entry, "Id", owner, findings);
-    if (id)
-      carried = "and is taken for " + std::to_string(*id) + ", as the one" + atLine(*entry);
+    if (checkInteger(*entry, "Id", owner, findings))
+      before = entry;
     else
-      findings.add(kCarriedId, *entry, owner + " has no readable \"Id\", " + carried);
+      findings.add(kCarriedId, *entry, owner + " has no readable \"Id\", " + carriedFrom(before));
   }
   checkEqualIds(entries, owner, findings);
 }

@@ -39,9 +39,7 @@ constexpr int kDeepest = 2;  // inside a section, and inside a parameter
 
 // Elements of one name that are told apart by another attribute are no parameters written twice.
 bool isToldApart(const XMLElement& element, const XMLElement& first) {
-  for (const char* attribute : {"Id", "Usage"})
-    if (has(element, attribute) || has(first, attribute)) return true;
-  return false;
+  return has(element, "Id") || has(element, "Usage") || has(first, "Id") || has(first, "Usage");
 }
 
 void checkName(const Elements& elements, std::size_t i, const NameMatches& match,
