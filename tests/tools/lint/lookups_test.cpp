@@ -43,26 +43,37 @@ const tinyxml2::XMLElement* lookupInAll(tinyxml2::XMLDocument& document, const c
   return nullptr;
 }
 
+// The lines of the parameters for which a lookup finds something else.
+template <typename FindsAnother>
+Lines linesWhere(tinyxml2::XMLDocument& document, FindsAnother findsAnother) {
+  Lines lines;
+  for (auto* section = document.FirstChildElement(); section != nullptr;
+       section = section->NextSiblingElement())
+    for (auto* parameter = section->FirstChildElement(); parameter != nullptr;
+         parameter = parameter->NextSiblingElement())
+      if (findsAnother(*section, *parameter)) lines.insert(parameter->GetLineNum());
+  return lines;
+}
+
 TEST(LintLookupsTest, FindingsAreWhereTheLibrarysLookupsFindAnotherParameter) {
+  using Element = tinyxml2::XMLElement;
   std::mt19937 random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): the same names in every run
   for (int round = 0; round < 200; ++round) {
     const std::string text = randomParameters(random);
     tinyxml2::XMLDocument document;
-    ASSERT_EQ(document.Parse(text.c_str()), tinyxml2::XML_SUCCESS);
-    Lines inSection;
-    Lines byNameAlone;
-    for (auto* section = document.FirstChildElement(); section != nullptr;
-         section = section->NextSiblingElement())
-      for (auto* parameter = section->FirstChildElement(); parameter != nullptr;
-           parameter = parameter->NextSiblingElement()) {
-        if (CFG_GetElementByName(section, parameter->Name()) != parameter)
-          inSection.insert(parameter->GetLineNum());
-        if (lookupInAll(document, parameter->Name())->Parent() != section)
-          byNameAlone.insert(parameter->GetLineNum());
-      }
+    document.Parse(text.c_str());
     const auto findings = lint::lint(lint::sourcesOf({{"x.xml", text, ""}}));
-    EXPECT_EQ(linesOf(findings, {"parameter-shadowed", "parameter-twice"}), inSection) << text;
-    EXPECT_EQ(linesOf(findings, {"name-in-two-sections", "name-begins-earlier"}), byNameAlone)
+    EXPECT_EQ(linesOf(findings, {"parameter-shadowed", "parameter-twice"}),
+              linesWhere(document,
+                         [](Element& section, Element& parameter) {
+                           return CFG_GetElementByName(&section, parameter.Name()) != &parameter;
+                         }))
+        << text;
+    EXPECT_EQ(linesOf(findings, {"name-in-two-sections", "name-begins-earlier"}),
+              linesWhere(document,
+                         [&](Element& section, Element& parameter) {
+                           return lookupInAll(document, parameter.Name())->Parent() != &section;
+                         }))
         << text;
   }
 }

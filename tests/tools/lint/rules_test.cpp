@@ -32,6 +32,13 @@ std::vector<LintCase> allCases() {
   return all;
 }
 
+std::vector<const lint::Rule*> allRules() {
+  std::vector<const lint::Rule*> all;
+  for (const lint::Subject& subject : lint::allSubjects())
+    all.insert(all.end(), subject.rules.begin(), subject.rules.end());
+  return all;
+}
+
 class LintRuleTest : public testing::TestWithParam<LintCase> {};
 
 TEST_P(LintRuleTest, FindsItsHazardOnItsLine) {
@@ -51,19 +58,17 @@ TEST(LintRulesTest, EachRuleHasAFileThatTriggersItAndOneThatDoesNot) {
   for (const LintCase& lintCase : allCases()) tested.insert(lintCase.rule);
   for (const DeviceCase& deviceCase : deviceCases()) tested.insert(deviceCase.rule);
   std::set<std::string> rules;
-  for (const lint::Subject& subject : lint::allSubjects())
-    for (const lint::Rule* rule : subject.rules)
-      EXPECT_TRUE(rules.insert(rule->id).second) << rule->id << " is there twice";
+  for (const lint::Rule* rule : allRules())
+    EXPECT_TRUE(rules.insert(rule->id).second) << rule->id << " is there twice";
   EXPECT_EQ(tested, rules);
 }
 
 TEST(LintRulesTest, EachRuleIsExplainedWithAnExample) {
-  for (const lint::Subject& subject : lint::allSubjects())
-    for (const lint::Rule* rule : subject.rules)
-      for (const std::string text : {rule->explanation, rule->example}) {
-        EXPECT_GT(text.size(), 10U) << rule->id;
-        EXPECT_EQ(text.find('\n'), std::string::npos) << rule->id;
-      }
+  const auto isOneLine = [](const std::string& text) {
+    return text.size() > 10 && text.find('\n') == std::string::npos;
+  };
+  for (const lint::Rule* rule : allRules())
+    EXPECT_TRUE(isOneLine(rule->explanation) && isOneLine(rule->example)) << rule->id;
 }
 
 TEST(LintRulesTest, CleanFilesOfEachKindHaveNoFindings) {

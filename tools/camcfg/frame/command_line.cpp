@@ -5,6 +5,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -44,8 +45,8 @@ bool takesMany(Option::Kind kind) {
 }
 
 std::vector<HostFile> readEach(const std::vector<std::string>& paths) {
-  std::vector<HostFile> files;
-  for (const std::string& path : paths) files.push_back(read(path));
+  std::vector<HostFile> files(paths.size());
+  std::transform(paths.begin(), paths.end(), files.begin(), read);
   return files;
 }
 
