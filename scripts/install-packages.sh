@@ -3,7 +3,7 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench cross lint speed. On Debian, as root or with sudo, what is missing
+# NEED is one of: build tool test bench coverage cross lint speed. On Debian, as root or with sudo, what is missing
 # is installed; anywhere else it is named, and the exit status is 1. Asks no questions.
 set -euo pipefail
 
@@ -27,6 +27,7 @@ bench  libubootenv-dev        header   libuboot.h
 bench  pkg-config             command  pkg-config
 bench  python3                command  python3
 bench  valgrind               command  valgrind
+coverage gcovr                command  gcovr
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so
