@@ -17,6 +17,7 @@ tool   libcli11-dev           header   CLI/CLI.hpp
 tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
+test   abigail-tools          command  abidiff
 test   graphviz               command  dot
 test   make                   command  make
 test   pkg-config             command  pkg-config
