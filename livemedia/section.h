@@ -36,6 +36,7 @@ std::int32_t load(const Section<Record>& section, std::list<Record>& records) {
       return true;
     };
     // Deliberate: over a fault the document stays open, until the next open or close.
+    // [fault-leaves-open]
     if (!readEntries(element, section.entry, readRecord, warnUnsupported(section.unknownsPlace)))
       return CFG_LM_ERR;
     kLiveMedia.closeRead();

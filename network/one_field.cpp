@@ -81,7 +81,7 @@ void CFG_NETWORK_CacheDnsFromDhcp(char* pcCard, char* pcDns1, char* pcDns2) {
   assign(record.acDhcpDns1, pcDns1);
   assign(record.acDhcpDns2, pcDns2);
   // Deliberate: two saves, the first complete before the second begins. A card without "DhcpDns2"
-  // still gets the first server, and another writer may come between.
+  // still gets the first server, and another writer may come between. [dhcp-dns-two-saves]
   for (const char* parameter : {"DhcpDns1", "DhcpDns2"})
     cfgNetworkSetSingleParam(const_cast<char*>(parameter), pcCard, record);
 }

@@ -130,8 +130,9 @@ constexpr Parameter row(const char* name, Match match) {
 
 // In the order in which a name is recognised.
 // Deliberate: most names match by their beginning when written, but all by the whole when read, so
-// "EnableWifi" is written as "Enable" and never read.
+// "EnableWifi" is written as "Enable" and never read. [network-names-written]
 // Deliberate: an unknown "Enable" is left alone, while any "Autoneg" but 1 is written as "Off".
+// [autoneg-off]
 constexpr Parameter kParameters[] = {
     row<Switch<&Record::enEnable>>("Enable", Match::Beginning),
     row<Switch<&Record::enAutoneg, WriteFirstWord>>("Autoneg", Match::Beginning),

@@ -21,7 +21,7 @@ void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) try {
   for (XMLElement* element = card->FirstChildElement(); element != nullptr;
        element = element->NextSiblingElement())
     writeParameter(*element, stCfg);
-  // Deliberate: saved even if no element was written.
+  // Deliberate: saved even if no element was written. [network-saved-unchanged]
   saveOrReport(document, __func__);
 } catch (const std::bad_alloc&) {
   reportNotSaved(here());
@@ -38,7 +38,7 @@ void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCf
   XMLElement* element = findNode(card, pcParam, __func__);
   if (element == nullptr) return;
   // Deliberate: what is written follows from the name found, not from the name asked for. The file
-  // is saved even if that is nothing.
+  // is saved even if that is nothing. [network-found-name]
   writeParameter(*element, stCfg);
   saveOrReport(document, __func__);
 } catch (const std::bad_alloc&) {

@@ -36,7 +36,7 @@ int CFG_COM_GetTxtParam(char* pcSection, char* pcName, char* pcOut) try {
     return -1;
   }
   // Deliberate: no terminator. Callers hand in a zeroed buffer; an older, longer text in it keeps
-  // its tail.
+  // its tail. [no-terminator]
   copyCharacters(pcOut, CFG_TXT_CUR_SIZE, current);
   return 0;
 } catch (const std::bad_alloc&) {
@@ -54,6 +54,7 @@ int CFG_COM_GetIntParam(char* pcSection, char* pcName, int* ps32Out) try {
 
 int CFG_COM_SetTxtParam(char* pcSection, char* pcName, char* pcText) try {
   // Deliberate: any text that occurs inside "OptTxt" is accepted, a fragment of an entry included.
+  // [fragment-accepted]
   const auto permitted = [pcText](const XMLElement* parameter) {
     const char* options = textOf(parameter, "OptTxt");
     return options != nullptr && pcText != nullptr && std::strstr(options, pcText) != nullptr;

@@ -67,7 +67,7 @@ int CFG_PRESET_DeleteById(int s32PresetId) try {
 
   // Deliberate: an unknown id is no failure, and the file stays locked until somebody calls
   // CFG_UnlockFile; programs that delete ids they do not know do so, and a release here would make
-  // theirs warn.
+  // theirs warn. [preset-delete-unknown]
   document.leaveLocked();
   return 0;
 } catch (const std::bad_alloc&) {
@@ -82,7 +82,7 @@ int CFG_PRESET_DeleteByDesc(const char* ps8Description) try {
   WriteDocument document(CFG_FILE_PRESET);
   XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
-  // Deliberate: the first match only, by the beginning of its description.
+  // Deliberate: the first match only, by the beginning of its description. [preset-delete-first]
   XMLElement* preset = findPreset(group, ps8Description);
   return preset == nullptr ? -1 : removeAndSave(document, group, preset);
 } catch (const std::bad_alloc&) {

@@ -115,7 +115,7 @@ int cfgSyncCfgFile(const char* source, const char* destination) {
   char command[kCommandSize] = {};
   std::snprintf(command, sizeof command, "cp %s %s", source, destination);
 
-  // Deliberate: the destination is what the cut command leaves of it.
+  // Deliberate: the destination is what the cut command leaves of it. [copy-command-cut]
   const std::size_t start = std::strlen("cp ") + std::strlen(source) + std::strlen(" ");
   if (start >= sizeof command || command[start] == '\0') return kFailed;
   return copyFile(source, command + start) ? 0 : kFailed;

@@ -42,7 +42,7 @@ void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
 
 // Deliberate: the first five characters are overwritten whatever they are, so a path outside
 // "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
-// who wants a backup of them.
+// who wants a backup of them. [backup-path]
 void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
   std::memcpy(backupPath, mainPath, sizeof backupPath);
   std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
@@ -77,6 +77,7 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   }
   if (cfgLockFile(pcPath) != 0) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
+    // [document-abandoned]
     camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }

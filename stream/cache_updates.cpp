@@ -16,7 +16,7 @@ int updateCache(std::int32_t id, Change change) {
     XMLElement* cache = CFG_GetElementByNameId(&section, "Cache", id);
     if (cache != nullptr) return change(*cache);
     // Deliberate: the document goes, the lock stays held. Callers that ask for a cache that does
-    // not exist release it themselves.
+    // not exist release it themselves. [unknown-cache-locked]
     kStream.closeRead();
     kStream.print(kError, "StreamCache[%d] not found at config\n", id);
     return CFG_MPP_ERR;
@@ -45,7 +45,7 @@ int CFG_MPP_UpdateStreamCacheEnabledStreamSource(int s32CacheId, int s32SourceId
   return updateCache(s32CacheId, [=](XMLElement& cache) {
     if (markSource(cache, s32SourceId)) return kStream.closeWrite();
     // Deliberate: the document stays open, with the marks taken away and unsaved, and the lock
-    // stays held. The caller decides whether to save or to drop it.
+    // stays held. The caller decides whether to save or to drop it. [refused-source-open]
     kStream.print(kError, "StreamSource[%d] not found in whitelist of StreamCache[%d]\n",
                   s32SourceId, s32CacheId);
     return -1;

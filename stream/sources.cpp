@@ -74,6 +74,7 @@ int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) {
   return kStream.read("StreamSource", [&sources](const XMLElement& section) {
     sources.clear();
     // Deliberate: not reset between elements, so one without "Name" takes its predecessor's.
+    // [source-name-carried]
     const char* name = nullptr;
     for (const XMLElement* element = section.FirstChildElement(); element != nullptr;
          element = element->NextSiblingElement()) {

@@ -31,7 +31,7 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   cache.s32EnabledSrc = kNone;
   cache.s32AllowedMask = 0;
   // Deliberate: begins as the cache's own number and is not reset between entries, so an entry
-  // without "Id" stands for the number before it.
+  // without "Id" stands for the number before it. [whitelist-id-carried]
   std::int32_t id = cache.s32Id;
   const auto readEntry = [&](const XMLElement& entry) {
     static_cast<void>(entry.QueryIntAttribute("Id", &id));
@@ -41,6 +41,7 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
     }
     cache.s32AllowedMask |= bitOf(id);
     // Deliberate: the mark is "Default"; the "Enable" that the updates set is not looked at.
+    // [default-and-enable]
     if (entry.IntAttribute("Default", 0) != 0) enable(cache, id);
     return true;
   };
