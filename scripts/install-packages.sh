@@ -3,7 +3,7 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test cross lint speed. On Debian, as root or with sudo, what is missing
+# NEED is one of: build tool test cross deb docs lint speed. On Debian, as root or with sudo, what is missing
 # is installed; anywhere else it is named, and the exit status is 1. Asks no questions.
 set -euo pipefail
 
@@ -26,6 +26,10 @@ cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so
 cross  libgtest-dev:arm64     library  aarch64-linux-gnu-g++ libgtest.a
 cross  libgmock-dev:arm64     library  aarch64-linux-gnu-g++ libgmock.a
+deb    dpkg-dev               command  dpkg-shlibdeps
+deb    lintian                command  lintian
+docs   doxygen                command  doxygen
+docs   graphviz               command  dot
 lint   clang-format           command  clang-format
 lint   clang-tidy             command  run-clang-tidy
 lint   shellcheck             command  shellcheck

@@ -34,7 +34,8 @@ build_records() {
 
 record() {
   abidw --suppressions "$record/not-ours.ini" --headers-dir include --drop-private-types \
-    --no-corpus-path --no-comp-dir-path --no-show-locs --out-file "$to/$2" "$1"
+    --no-corpus-path --no-comp-dir-path --no-show-locs --type-id-style hash \
+    --out-file "$to/$2" "$1"
 }
 
 mkdir -p "$to"

@@ -74,6 +74,12 @@ function(ServiceNamesTheInstalledTool)
   expect_equal("${lines}" "ExecStart=${first}/bin/camcfg -v verify --resync")
 endfunction()
 
+function(ServiceIsSoundBySystemd)
+  run(systemd-analyze verify --man=no --recursive-errors=no
+    ${first}/lib/systemd/system/camcfg-verify.service)
+  expect_equal("${output}" "")
+endfunction()
+
 function(NoFileNamesADirectoryOfTheBuild)
   run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${first})
   foreach(directory ${SOURCE} ${BUILD})

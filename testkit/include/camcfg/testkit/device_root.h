@@ -16,6 +16,7 @@ namespace testkit {
 /// Errors of the file system are thrown as std::runtime_error.
 class DeviceRoot {
  public:
+  /// Whether the process works inside the device.
   enum Entry {
     Enter,    ///< the process works inside the device until this object goes
     StayOut,  ///< the tree is only laid out, for a child process to work in
