@@ -156,4 +156,14 @@ function(ExamplesBuildAndPassByPkgConfigFromAMovedTree)
   endif()
 endfunction()
 
+function(ReadmesProgramBuilds)
+  file(READ ${SOURCE}/README.md text)
+  if(NOT text MATCHES "```cpp\n([^`]+)```")
+    message(FATAL_ERROR "README.md shows no program")
+  endif()
+  file(WRITE ${SCRATCH}/readme.cpp "${CMAKE_MATCH_1}")
+  run(${COMPILER} -std=c++11 -Wall -Wextra -Werror -I ${first}/include ${SCRATCH}/readme.cpp
+    -L ${first}/${LIB} -lcamcfg -ltinyxml2 -o ${SCRATCH}/readme)
+endfunction()
+
 cmake_language(CALL ${CHECK})
