@@ -6,8 +6,9 @@
 #include <camcfg/params.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+
+#include "number.h"
 
 namespace {
 
@@ -41,14 +42,16 @@ int set(int result, const char* parameter) {
 
 int main(int argc, char** argv) {
   if (argc == 1) return show();
-  const int port = argc > 2 ? std::atoi(argv[2]) : 0;
-  if (argc == 3 && std::strcmp(argv[1], "rtsp") == 0)
-    return set(CFG_SYSTEM_SetRtspPort(port), "Rtsp");
-  if (argc == 3 && std::strcmp(argv[1], "rtsp-over-http") == 0)
+  int port = 0;
+  int second = 0;
+  const bool one = argc == 3 && readNumber(argv[2], &port);
+  const bool two = argc == 4 && readNumber(argv[2], &port) && readNumber(argv[3], &second);
+  if (one && std::strcmp(argv[1], "rtsp") == 0) return set(CFG_SYSTEM_SetRtspPort(port), "Rtsp");
+  if (one && std::strcmp(argv[1], "rtsp-over-http") == 0)
     return set(CFG_SYSTEM_SetRtspOverHttpPort(port), "RtspOverHttp");
   // The two web ports are saved one after the other: the first may be stored, the second refused.
-  if (argc == 4 && std::strcmp(argv[1], "web") == 0)
-    return set(CFG_SYSTEM_SetHttpPort(port, std::atoi(argv[3])), "WebHttp");
+  if (two && std::strcmp(argv[1], "web") == 0)
+    return set(CFG_SYSTEM_SetHttpPort(port, second), "WebHttp");
 
   std::fprintf(stderr, "usage: ports [rtsp PORT | rtsp-over-http PORT | web HTTP HTTPS]\n");
   return 2;

@@ -6,9 +6,10 @@
 #include <camcfg/store.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
+
+#include "number.h"
 
 namespace {
 
@@ -49,8 +50,11 @@ int add(const char* description, int pan, int tilt) {
 
 int main(int argc, char** argv) {
   if (argc == 1) return walk();
-  if (argc == 5 && std::strcmp(argv[1], "add") == 0)
-    return add(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
+  int pan = 0;
+  int tilt = 0;
+  if (argc == 5 && std::strcmp(argv[1], "add") == 0 && readNumber(argv[3], &pan) &&
+      readNumber(argv[4], &tilt))
+    return add(argv[2], pan, tilt);
 
   std::fprintf(stderr, "usage: presets [add DESCRIPTION PAN TILT]\n");
   return 2;

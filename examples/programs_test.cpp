@@ -163,7 +163,8 @@ TEST_F(ProgramsTest, CommandLinesThatMakeNoSenseAreRefused) {
   expect(run(portsMain, {"rtsp"}), 2, "",
          "usage: ports [rtsp PORT | rtsp-over-http PORT | web HTTP HTTPS]\n");
   expect(run(presetsMain, {"add"}), 2, "", "usage: presets [add DESCRIPTION PAN TILT]\n");
-  expect(run(srtMain, {"call"}), 2, "", "usage: srt [call HOST PORT CACHE | remove ID]\n");
+  for (const char* id : {"", "x", "0x", "1 ", "9999999999"})
+    expect(run(srtMain, {"remove", id}), 2, "", "usage: srt [call HOST PORT CACHE | remove ID]\n");
 }
 
 }  // namespace

@@ -7,9 +7,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <list>
+
+#include "number.h"
 
 namespace {
 
@@ -82,9 +83,13 @@ int removeInstance(int id) {
 
 int main(int argc, char** argv) {
   if (argc == 1) return list();
-  if (argc == 5 && std::strcmp(argv[1], "call") == 0)
-    return call(argv[2], std::atoi(argv[3]), std::atoi(argv[4]));
-  if (argc == 3 && std::strcmp(argv[1], "remove") == 0) return removeInstance(std::atoi(argv[2]));
+  int number = 0;
+  int cache = 0;
+  if (argc == 5 && std::strcmp(argv[1], "call") == 0 && readNumber(argv[3], &number) &&
+      readNumber(argv[4], &cache))
+    return call(argv[2], number, cache);
+  if (argc == 3 && std::strcmp(argv[1], "remove") == 0 && readNumber(argv[2], &number))
+    return removeInstance(number);
 
   std::fprintf(stderr, "usage: srt [call HOST PORT CACHE | remove ID]\n");
   return 2;
