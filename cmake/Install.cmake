@@ -35,6 +35,12 @@ foreach(module camcfg camcfg-testkit)
 endforeach()
 
 if(TARGET camcfg-tool)
+  # Below /usr the library is found by itself; anywhere else beside the tool.
+  if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    string(REGEX REPLACE "[^/]+" ".." from_bin_to_prefix ${CMAKE_INSTALL_BINDIR})
+    set_target_properties(camcfg-tool PROPERTIES
+      INSTALL_RPATH "$ORIGIN/${from_bin_to_prefix}/${CMAKE_INSTALL_LIBDIR}")
+  endif()
   install(TARGETS camcfg-tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
   configure_file(packaging/install-service.cmake.in install-service.cmake @ONLY)
   install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install-service.cmake COMPONENT tools)
