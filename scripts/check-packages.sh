@@ -30,7 +30,7 @@ adopt() {
   echo "Adopted: $package" >>"$root/adopted"
   dpkg-query --listfiles "$package" | while read -r file; do
     if [[ -f $file ]]; then echo "${file#/}"; fi
-  done | tar -C / -cf - -T - | tar -C "$root" -xf - --keep-directory-symlink
+  done | tar -C / -cf - -T - | tar -C "$root" -xf - --keep-directory-symlink --no-same-owner
   { dpkg-query --status "$package" && echo; } >>"$root/var/lib/dpkg/status"
   # The architecture is part of the name where a package can be there for several.
   local kind
