@@ -83,7 +83,7 @@ std::vector<Case> presetCases() {
          preset.s32Id = lastPreset;
          CFG_PRESET_SetParam(&preset);
        },
-       [] { setByHand(CFG_FILE_PRESET, kBackupPreset, lastPreset, kPresetAttributes, 0); }},
+       [] { setByHand(CFG_FILE_PRESET, kBackupPreset, lastPreset, kPresetAttributes); }},
   };
 }
 

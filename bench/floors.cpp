@@ -69,11 +69,11 @@ int findByHand(const char* path, int id, const std::vector<const char*>& attribu
 }
 
 void setByHand(const char* path, const char* backup, int id,
-               const std::vector<const char*>& attributes, int value) {
+               const std::vector<const char*>& attributes) {
   tinyxml2::XMLDocument document;
   document.LoadFile(path);
   tinyxml2::XMLElement* entry = entryByHand(document, id);
-  for (const char* attribute : attributes) entry->SetAttribute(attribute, value);
+  for (const char* attribute : attributes) entry->SetAttribute(attribute, id);
   saveByHand(document, path, backup);
 }
 

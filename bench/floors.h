@@ -25,10 +25,10 @@ void rewriteByHand(const char* path, const char* backup);
 /// @return its integer attributes added up
 int findByHand(const char* path, int id, const std::vector<const char*>& attributes);
 
-/// Loads a file, sets all these attributes of the entry of a number, and saves it durably in two
-/// copies.
+/// Loads a file, sets all these attributes of the entry of a number to that number, and saves it
+/// durably in two copies.
 void setByHand(const char* path, const char* backup, int id,
-               const std::vector<const char*>& attributes, int value);
+               const std::vector<const char*>& attributes);
 
 }  // namespace camcfg::bench
 
