@@ -1,7 +1,10 @@
 # What `cmake --install` lays out, in the components that the packages are made of:
 #   runtime  the shared library
-#   dev      development link, headers, test kit, package files for CMake and pkg-config
-#   tools    the tool, its manual and completions, the sample set, the start-up service
+#   dev      development link, headers, test kit, package files for CMake and pkg-config, sample set
+#   tools    the tool, its manual and completions, the start-up service
+#
+# No file names where the tree was installed, or finds it by its own place, so that it may be moved;
+# but for the service, which must name the tool's whole path and is made while installing.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/camcfg)
@@ -14,22 +17,31 @@ install(DIRECTORY include/camcfg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONE
 install(TARGETS camcfg_testkit EXPORT camcfg-targets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
 install(DIRECTORY testkit/include/camcfg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
+install(DIRECTORY resource/ DESTINATION ${share_dir} COMPONENT dev)
 
 install(EXPORT camcfg-targets NAMESPACE camcfg:: DESTINATION ${package_dir} COMPONENT dev)
 configure_package_config_file(packaging/camcfg-config.cmake.in camcfg-config.cmake
-  INSTALL_DESTINATION ${package_dir})
+  INSTALL_DESTINATION ${package_dir} PATH_VARS share_dir)
 write_basic_package_version_file(camcfg-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/camcfg-config.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/camcfg-config-version.cmake
   DESTINATION ${package_dir} COMPONENT dev)
-configure_file(packaging/camcfg.pc.in camcfg.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/camcfg.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
+
+string(REGEX REPLACE "[^/]+" ".." path_to_prefix ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(module camcfg camcfg-testkit)
+  configure_file(packaging/${module}.pc.in ${module}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${module}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
+endforeach()
 
 if(TARGET camcfg-tool)
+  # Below /usr the library is found by itself; anywhere else beside the tool.
+  if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    string(REGEX REPLACE "[^/]+" ".." from_bin_to_prefix ${CMAKE_INSTALL_BINDIR})
+    set_target_properties(camcfg-tool PROPERTIES
+      INSTALL_RPATH "$ORIGIN/${from_bin_to_prefix}/${CMAKE_INSTALL_LIBDIR}")
+  endif()
   install(TARGETS camcfg-tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
-  configure_file(packaging/camcfg-verify.service.in camcfg-verify.service @ONLY)
-  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/camcfg-verify.service
-    DESTINATION lib/systemd/system COMPONENT tools)
+  configure_file(packaging/install-service.cmake.in install-service.cmake @ONLY)
+  install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install-service.cmake COMPONENT tools)
 endif()
-install(DIRECTORY resource/ DESTINATION ${share_dir} COMPONENT tools)

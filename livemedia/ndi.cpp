@@ -11,6 +11,7 @@ using Session = tag_CFG_NDI_SESSION_T;
 constexpr char kInstance[] = "Instance";
 
 // Deliberate: the instance is called a session here, as device logs have always shown it.
+// [ndi-called-session]
 constexpr char kChannelPath[] = "<NDI><Session><Channel>";
 
 constexpr ChannelSlot<Session> kSlots[] = {{"MainVideo", &Session::s32MainVideoId},
@@ -47,7 +48,7 @@ void writeInstance(XMLElement& section, const Session& session) {
   setInt(instance, "Id", session.s32Id);
   setSwitch(instance, "Enable", session.bEnable);
   // Deliberate: not the name that the loader reads, so the switch is off when the file is loaded
-  // again.
+  // again. [ndi-discovery-name]
   setSwitch(instance, "bDiscoveryServerEnable", session.bDiscoveryServerEnable);
   setText(instance, "DiscoveryServer", session.strDiscoveryServer);
   setText(instance, "GroupName", session.strGroupName);

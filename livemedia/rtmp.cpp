@@ -11,7 +11,7 @@ using Session = tag_CFG_RTMP_SESSION_T;
 constexpr char kTarget[] = "Target";
 
 // Deliberate: faults of a target, and elements that are no target, are reported under the RTSP
-// section's name, as device logs have always shown them.
+// section's name, as device logs have always shown them. [rtmp-named-rtsp]
 constexpr char kTargetPath[] = "<RTSP><MediaGroup>";
 constexpr char kUnknownsPlace[] = "<RTSP>";
 
@@ -48,7 +48,7 @@ void writeTarget(XMLElement& section, const Session& session) {
 }
 
 // Deliberate: the dumper ends as a reader does, so nothing is saved and the file's lock stays held
-// although the call reports success. Callers that know release it.
+// although the call reports success. Callers that know release it. [rtmp-not-saved]
 constexpr Section<Session> kRtmp = {"RTMP",     kTarget,     kUnknownsPlace,
                                     readTarget, writeTarget, Ending::DiscardAndStayLocked};
 

@@ -44,6 +44,7 @@ std::int32_t load(const Section<Record>& section, std::list<Record>& records) tr
   while ((element = supportedFrom(element, section.entry, section.unknownsPlace)) != nullptr) {
     std::list<Record> one(1);
     // Deliberate: over a fault the document stays open, until the next open or close.
+    // [fault-leaves-open]
     if (!section.read(*element, one.front())) return CFG_LM_ERR;
     records.splice(records.end(), one);
     element = element->NextSiblingElement();

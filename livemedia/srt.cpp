@@ -22,6 +22,7 @@ bool readMode(const XMLElement& element, const char* mode, Instance& instance) {
   if (isWord(mode, kCaller))
     return kLiveMedia.requireText(element, "Hostname", kPath, &instance.strHostname);
   // Deliberate: the message speaks of skipping the instance, but the whole load fails.
+  // [srt-bad-mode]
   kLiveMedia.print(kWarning, "Bad srt mode = %s, only allow {Listener, Caller}, skip instance.\n",
                    mode);
   return false;

@@ -23,6 +23,7 @@ constexpr Section<Session> kWebsocket = {"WEBSOCKET", kChannel, "<WEBSOCKET>", r
 
 int CFG_LM_LoadWebsocketConfig(std::list<Session>& sessions) {
   // Deliberate: emptied even if the file cannot be opened, unlike the lists of the other loaders.
+  // [websocket-emptied-first]
   sessions.clear();
   return load(kWebsocket, sessions);
 }

@@ -29,7 +29,7 @@ void append(tagNETWORK_CARDS_S& cards, const XMLElement& card) {
 }
 
 // Deliberate: the element is found by the beginning of its name, unlike anywhere else that an
-// interface is read.
+// interface is read. [intf-by-beginning]
 const XMLElement* findInterface(XMLElement* card, const char* cardName, const char* function) {
   if (card == nullptr) return nullptr;
   const XMLElement* element = CFG_GetElementByName(card, "Intf");
@@ -71,6 +71,7 @@ int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) {
   const char* interface = interfaceOf(*element);
   if (interface[0] == '\0') return -1;
   // Deliberate: the file is read anew, and what becomes of that is told by the log alone.
+  // [card-read-twice]
   char current[] = "Cur";
   cfgNetworkGetParam(current, pcCard, pstCfg);
   return 0;

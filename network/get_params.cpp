@@ -10,6 +10,7 @@ using tinyxml2::XMLElement;
 namespace {
 
 // Deliberate: the record is zeroed even where cfgNetworkGetParam would leave it alone.
+// [network-zeroed-first]
 void zeroAndGet(const char* attribute, char* card, tagNETWORK_CFG_S* record) {
   if (record != nullptr) *record = {};
   cfgNetworkGetParam(const_cast<char*>(attribute), card, record);

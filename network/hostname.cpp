@@ -15,6 +15,7 @@ void CFG_NETWORK_GetHostname(char* pcBuf, int s32Len) {
   if (network == nullptr || pcBuf == nullptr || s32Len <= 0) return;
   // Deliberate: a name of s32Len or more characters fills the buffer and leaves it without a
   // terminator. Callers hand in one byte more than the longest name they accept.
+  // [hostname-unterminated]
   const auto size = static_cast<std::size_t>(s32Len);
   std::memset(pcBuf, 0, size);
   copyCharacters(pcBuf, size, textOrEmpty(*network, "Hostname"));

@@ -84,7 +84,7 @@ void CFG_NETWORK_CacheDnsFromDhcp(char* pcCard, char* pcDns1, char* pcDns2) {
   setText(record, "DhcpDns1", pcDns1);
   setText(record, "DhcpDns2", pcDns2);
   // Deliberate: two saves, the first complete before the second begins. A card without "DhcpDns2"
-  // still gets the first server, and another writer may come between.
+  // still gets the first server, and another writer may come between. [dhcp-dns-two-saves]
   setOneField("DhcpDns1", pcCard, record);
   setOneField("DhcpDns2", pcCard, record);
 }

@@ -74,8 +74,9 @@ struct Parameter {
 
 // In the order in which a name is recognised.
 // Deliberate: most names match by their beginning when written, but all by the whole when read, so
-// "EnableWifi" is written as "Enable" and never read.
+// "EnableWifi" is written as "Enable" and never read. [network-names-written]
 // Deliberate: an unknown "Enable" is left alone, while any "Autoneg" but 1 is written as "Off".
+// [autoneg-off]
 constexpr Parameter kParameters[] = {
     {"Enable", Match::Beginning, Kind::Switch, offsetof(Record, enEnable), ""},
     {"Autoneg", Match::Beginning, Kind::Switch, offsetof(Record, enAutoneg), "Off"},

@@ -20,7 +20,7 @@ void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) {
   for (XMLElement* element = card->FirstChildElement(); changed && element != nullptr;
        element = element->NextSiblingElement())
     changed = writeParameter(*element, stCfg);
-  // Deliberate: saved even if no element was written.
+  // Deliberate: saved even if no element was written. [network-saved-unchanged]
   saveOrReport(document, changed, __func__);
 }
 
@@ -35,7 +35,7 @@ void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCf
   XMLElement* element = findNode(card, pcParam, __func__);
   if (element == nullptr) return;
   // Deliberate: what is written follows from the name found, not from the name asked for. The file
-  // is saved even if that is nothing.
+  // is saved even if that is nothing. [network-found-name]
   saveOrReport(document, writeParameter(*element, stCfg), __func__);
 }
 

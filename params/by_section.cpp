@@ -35,7 +35,7 @@ int CFG_COM_GetTxtParam(char* pcSection, char* pcName, char* pcOut) {
     return -1;
   }
   // Deliberate: no terminator. Callers hand in a zeroed buffer; an older, longer text in it keeps
-  // its tail.
+  // its tail. [no-terminator]
   copyCharacters(pcOut, CFG_TXT_CUR_SIZE, current);
   return 0;
 }
@@ -49,6 +49,7 @@ int CFG_COM_GetIntParam(char* pcSection, char* pcName, int* ps32Out) {
 
 int CFG_COM_SetTxtParam(char* pcSection, char* pcName, char* pcText) {
   // Deliberate: any text that occurs inside "OptTxt" is accepted, a fragment of an entry included.
+  // [fragment-accepted]
   const auto permitted = [pcText](const XMLElement* parameter) {
     const char* options = textOf(parameter, "OptTxt");
     return options != nullptr && pcText != nullptr && std::strstr(options, pcText) != nullptr;

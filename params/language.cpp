@@ -21,6 +21,7 @@ int CFG_LANG_GetString(char* pcLanguage, char* pcKey, char* pcOut) {
   if (root == nullptr) return -1;
 
   // Deliberate: a key that is not there is no failure; the caller's fallback text stays.
+  // [missing-text]
   const XMLElement* entry = CFG_GetBrotherElementByName(root->FirstChildElement(), pcKey);
   if (entry == nullptr || pcOut == nullptr) return 0;
   const char* text = textOf(entry, "Val");

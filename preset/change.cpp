@@ -57,7 +57,7 @@ int CFG_PRESET_DeleteById(int s32PresetId) {
 
   // Deliberate: an unknown id is no failure, and the file stays locked until somebody calls
   // CFG_UnlockFile; programs that delete ids they do not know do so, and a release here would make
-  // theirs warn.
+  // theirs warn. [preset-delete-unknown]
   document.leaveLocked();
   return 0;
 }
@@ -70,7 +70,7 @@ int CFG_PRESET_DeleteByDesc(const char* ps8Description) {
   WriteDocument document(CFG_FILE_PRESET);
   XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
-  // Deliberate: the first match only, by the beginning of its description.
+  // Deliberate: the first match only, by the beginning of its description. [preset-delete-first]
   XMLElement* preset = findPreset(group, ps8Description);
   return preset == nullptr ? -1 : removeAndSave(document, group, preset);
 }

@@ -10,7 +10,7 @@ using tinyxml2::XMLElement;
 
 namespace {
 
-// Deliberate: PRESET_ID_MAX itself can be set but is never proposed.
+// Deliberate: PRESET_ID_MAX itself can be set but is never proposed. [preset-proposed-ids]
 constexpr int kProposedIds = PRESET_ID_MAX;
 
 using TakenIds = std::bitset<kProposedIds>;
@@ -18,7 +18,7 @@ using TakenIds = std::bitset<kProposedIds>;
 TakenIds takenIds(XMLElement* group) {
   TakenIds taken;
   // Deliberate: not reset between presets, so one without a readable "Id" counts as having the id
-  // of its predecessor, and as having 0 if it has no predecessor with one.
+  // of its predecessor, and as having 0 if it has no predecessor with one. [preset-id-carried]
   int id = 0;
   for (XMLElement* preset = firstPreset(group); preset != nullptr; preset = nextPreset(preset)) {
     preset->QueryIntAttribute("Id", &id);
@@ -42,6 +42,7 @@ int CFG_PRESET_GetUnusedId(int* ps32UnusedId) {
   int id = 0;
   while (id < kProposedIds && taken.test(static_cast<std::size_t>(id))) ++id;
   // Deliberate: with every id taken the call succeeds all the same; the untouched output tells.
+  // [preset-all-taken]
   if (id < kProposedIds) *ps32UnusedId = id;
   return 0;
 }

@@ -11,6 +11,7 @@ namespace {
 
 // Deliberate: a description of 32 to 63 bytes is answered to a query by description and kept from a
 // query by id. Callers of the latter count on the second half of the field staying theirs.
+// [preset-description-limits]
 constexpr std::size_t kDescriptionLimitById = 32;
 constexpr std::size_t kDescriptionLimitByDesc = PRESET_DESC_SIZE;
 
@@ -35,7 +36,7 @@ int CFG_PRESET_QueryOneById(int s32PresetId, tagPRESET_CFG_S* pstPresetCfg) {
 
 int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_S* pstPresetCfg) {
   if (ps8Description == nullptr || pstPresetCfg == nullptr) {
-    // Deliberate: named so whichever of the two is null.
+    // Deliberate: named so whichever of the two is null. [preset-null-name]
     logError(here(), "pstPresetCfg is NULL\n");
     return -1;
   }

@@ -32,7 +32,7 @@ void readRecord(const tinyxml2::XMLElement& preset, tagPRESET_CFG_S& record,
 
   const char* description = preset.Attribute(kDescription);
   // Deliberate: no terminator. Callers clear the record first; an older, longer text in it keeps
-  // its tail.
+  // its tail. [no-terminator]
   if (description != nullptr && std::strlen(description) < descriptionLimit)
     copyCharacters(record.s8Description, sizeof record.s8Description, description);
 }

@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly folders=(support store params stream livemedia preset network)
 
-scripts/install-packages.sh build tool test coverage
+scripts/install-packages.sh build tool test cover
 cmake --preset coverage
 cmake --build --preset coverage --target tests/{support,store,params,stream,livemedia,preset,network,system}/all
 find build-coverage -name '*.gcda' -delete

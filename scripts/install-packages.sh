@@ -3,8 +3,9 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench coverage cross lint speed. On Debian, as root or with sudo, what is missing
-# is installed; anywhere else it is named, and the exit status is 1. Asks no questions.
+# NEED is one of: build tool test bench cover cross deb docs lint speed. On Debian, as root or with
+# sudo, what is missing is installed; anywhere else it is named, and the exit status is 1. Asks no
+# questions.
 set -euo pipefail
 
 # Need, Debian package, and how it shows that the package (or its like of another system) is there:
@@ -17,7 +18,10 @@ tool   libcli11-dev           header   CLI/CLI.hpp
 tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
+test   abigail-tools          command  abidiff
 test   graphviz               command  dot
+test   make                   command  make
+test   pkg-config             command  pkg-config
 bench  augeas-lenses          file     /usr/share/augeas/lenses/dist/xml.aug
 bench  gnuplot-nox            command  gnuplot
 bench  libaugeas-dev          file     /usr/include/augeas.h
@@ -27,12 +31,16 @@ bench  libubootenv-dev        header   libuboot.h
 bench  pkg-config             command  pkg-config
 bench  python3                command  python3
 bench  valgrind               command  valgrind
-coverage gcovr                command  gcovr
+cover  gcovr                  command  gcovr
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so
 cross  libgtest-dev:arm64     library  aarch64-linux-gnu-g++ libgtest.a
 cross  libgmock-dev:arm64     library  aarch64-linux-gnu-g++ libgmock.a
+deb    dpkg-dev               command  dpkg-shlibdeps
+deb    lintian                command  lintian
+docs   doxygen                command  doxygen
+docs   graphviz               command  dot
 lint   clang-format           command  clang-format
 lint   clang-tidy             command  run-clang-tidy
 lint   shellcheck             command  shellcheck

@@ -114,6 +114,7 @@ int cfgSyncCfgFile(const char* source, const char* destination) {
   if (source == nullptr || destination == nullptr) return kFailed;
   // Deliberate: the destination is what is left of it in a command "cp SOURCE DESTINATION" that is
   // cut to its room. Programs on the device have always seen the end of a long one go.
+  // [copy-command-cut]
   const std::size_t start = std::strlen("cp ") + std::strlen(source) + std::strlen(" ");
   if (start >= kCommandSize) return kFailed;
   char left[kCommandSize];

@@ -30,7 +30,7 @@ void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
 
 // Deliberate: the first five characters are overwritten whatever they are, so a path outside
 // "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
-// who wants a backup of them.
+// who wants a backup of them. [backup-path]
 void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
   std::memset(backupPath, 0, sizeof CFG_DIR_BACKUP);  // a shorter path ends behind the directory
   camcfg::copyText(backupPath, mainPath);
@@ -67,6 +67,7 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   tag_CFG_FILE_LOCK* lock = camcfg::takeLock(pcPath);
   if (lock == nullptr) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
+    // [document-abandoned]
     camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }

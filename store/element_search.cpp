@@ -13,7 +13,7 @@ template <typename Condition>
 XMLElement* findChild(XMLElement* parent, const char* name, Condition matches) {
   if (parent == nullptr || name == nullptr) return nullptr;
   // Deliberate: a name matches by its beginning. Files are ordered so that the shorter name of a
-  // group stands first, and callers rely on the first in document order.
+  // group stands first, and callers rely on the first in document order. [name-begins]
   const std::size_t length = std::strlen(name);
   for (XMLElement* child = parent->FirstChildElement(); child != nullptr;
        child = child->NextSiblingElement())
@@ -33,6 +33,7 @@ XMLElement* CFG_GetElementByNameRecursion(XMLElement* parent, const char* name) 
   while (child != nullptr && !camcfg::beginsWith(child->Value(), name)) {
     // Deliberate: the same parent again, without end; the result is not used. Programs that link
     // this find out at once, and nobody may turn it into a search they would come to rely on.
+    // [endless-recursion]
     XMLElement* volatile discarded = CFG_GetElementByNameRecursion(parent, name);
     static_cast<void>(discarded);
     child = child->NextSiblingElement();
@@ -42,7 +43,7 @@ XMLElement* CFG_GetElementByNameRecursion(XMLElement* parent, const char* name) 
 
 XMLElement* CFG_GetElementByNameId(XMLElement* parent, const char* name, int id) {
   // Deliberate: not reset between candidates, so one without a readable "Id" is compared by the
-  // "Id" of its predecessor.
+  // "Id" of its predecessor. [id-carried]
   int candidateId = std::numeric_limits<int>::min();
   bool anyRead = false;
   return findChild(parent, name, [&](const XMLElement* candidate) {

@@ -80,6 +80,7 @@ tag_CFG_FILE_LOCK* takeLock(const char* path) {
   std::printf("[Warn][Cfg] Lock %s timeout, a deadlock may exist!\n", path);
   // Deliberate: the flag goes down although another holder may own the mutex. That holder's unlock
   // then warns and leaves the mutex locked, as programs on the device have always seen it.
+  // [lock-flag-cleared]
   if (record != nullptr) setLocked(record, 0);
   return nullptr;
 }

@@ -101,7 +101,7 @@ class Verification {
     if (defaults != Load::Done) return defaults;
     cfgSyncCfgFile(copies.defaults, copies.main);
     // Deliberate: with no file in the backup directory the backup path is still empty here, so this
-    // copy fails and the directory stays as it is.
+    // copy fails and the directory stays as it is. [backup-not-refilled]
     cfgSyncCfgFile(copies.defaults, copies.backup);
     log(Level::Info, here(kFunction), "sync %s \n", copies.defaults);
     return Load::Done;

@@ -18,7 +18,7 @@ XMLElement* openCache(std::int32_t id) {
   XMLElement* cache = CFG_GetElementByNameId(section, "Cache", id);
   if (cache == nullptr) {
     // Deliberate: the document goes, the lock stays held. Callers that ask for a cache that does
-    // not exist release it themselves.
+    // not exist release it themselves. [unknown-cache-locked]
     kStream.closeRead();
     kStream.print(kError, "StreamCache[%d] not found at config\n", id);
   }
@@ -50,7 +50,7 @@ int CFG_MPP_UpdateStreamCacheEnabledStreamSource(int s32CacheId, int s32SourceId
   if (cache == nullptr) return CFG_MPP_ERR;
   if (markSource(*cache, s32SourceId)) return kStream.closeWrite();
   // Deliberate: the document stays open, with the marks taken away and unsaved, and the lock stays
-  // held. The caller decides whether to save or to drop it.
+  // held. The caller decides whether to save or to drop it. [refused-source-open]
   kStream.print(kError, "StreamSource[%d] not found in whitelist of StreamCache[%d]\n", s32SourceId,
                 s32CacheId);
   return -1;

@@ -79,6 +79,7 @@ int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) try {
   if (section == nullptr) return CFG_MPP_ERR;
   sources.clear();
   // Deliberate: not reset between elements, so one without "Name" takes its predecessor's.
+  // [source-name-carried]
   const char* name = nullptr;
   for (const XMLElement* element = section->FirstChildElement(); element != nullptr;
        element = element->NextSiblingElement()) {

@@ -31,7 +31,7 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   cache.s32EnabledSrc = kNone;
   cache.s32AllowedMask = 0;
   // Deliberate: begins as the cache's own number and is not reset between entries, so an entry
-  // without "Id" stands for the number before it.
+  // without "Id" stands for the number before it. [whitelist-id-carried]
   std::int32_t id = cache.s32Id;
   for (const XMLElement* entry = firstEntry(element, kAllowedSource); entry != nullptr;
        entry = nextEntry(*entry, kAllowedSource)) {
@@ -42,6 +42,7 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
     }
     cache.s32AllowedMask |= bitOf(id);
     // Deliberate: the mark is "Default"; the "Enable" that the updates set is not looked at.
+    // [default-and-enable]
     std::int32_t mark = 0;
     readInt(*entry, "Default", mark);
     if (mark != 0) enable(cache, id);

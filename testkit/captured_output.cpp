@@ -13,10 +13,11 @@ namespace {
 
 class Redirection {
  public:
-  Redirection() : file_(memfd_create("output", 0)), before_(dup(STDOUT_FILENO)) {
-    std::fflush(stdout);
-    if (file_ < 0 || before_ < 0 || dup2(file_, STDOUT_FILENO) < 0)
-      throw std::runtime_error(std::string("standard output: ") + std::strerror(errno));
+  explicit Redirection(std::FILE* stream)
+      : stream_(stream), file_(memfd_create("output", 0)), before_(dup(fileno(stream))) {
+    std::fflush(stream_);
+    if (file_ < 0 || before_ < 0 || dup2(file_, fileno(stream_)) < 0)
+      throw std::runtime_error(std::string("captured output: ") + std::strerror(errno));
   }
   ~Redirection() {
     restore();
@@ -36,20 +37,29 @@ class Redirection {
 
  private:
   void restore() const {
-    std::fflush(stdout);
-    dup2(before_, STDOUT_FILENO);
+    std::fflush(stream_);
+    dup2(before_, fileno(stream_));
   }
 
+  std::FILE* stream_;
   int file_;
   int before_;
 };
 
+std::string capture(std::FILE* stream, const std::function<void()>& run) {
+  Redirection redirection(stream);
+  run();
+  return redirection.finish();
+}
+
 }  // namespace
 
 std::string captureOutput(const std::function<void()>& run) {
-  Redirection redirection;
-  run();
-  return redirection.finish();
+  return capture(stdout, run);
+}
+
+std::string captureErrors(const std::function<void()>& run) {
+  return capture(stderr, run);
 }
 
 }  // namespace camcfg::testkit

@@ -46,8 +46,11 @@ DeviceRoot::DeviceRoot(std::string hostPath) : hostPath_(std::move(hostPath)) {}
 DeviceRoot::DeviceRoot(Entry entry) : DeviceRoot(makeTemporaryDirectory()) {
   for (const char* directory : {"/cfg0", "/cfg1", "/app/resource/defcfg", "/app/resource/language"})
     makeDirectory(directory);
-  if (entry == StayOut) return;
+  if (entry == Enter) enter();
+}
 
+void DeviceRoot::enter() {
+  if (entered_) return;
   outsideRoot_ = openDirectory("/");
   outsideDirectory_ = openDirectory(".");
   const std::string error = enterRoot(hostPath_);

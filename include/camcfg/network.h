@@ -172,47 +172,59 @@ CFG_API void CFG_NETWORK_GetAllParamDef(char* pcCard, tagNETWORK_CFG_S* pstCfg);
 /// @defgroup one_field Setters of one field
 /// Each writes one parameter element of a card and saves, as cfgNetworkSetSingleParam does, which
 /// the messages name.
-/// - pcCard: card, beginning of its name.
-/// - A text argument is cut to CFG_NETWORK_TEXT_SIZE - 1 characters; null is the empty text.
+/// A text argument is cut to CFG_NETWORK_TEXT_SIZE - 1 characters; null is the empty text.
 /// @{
 
 /// Sets whether the card is in use ("Enable").
+/// @param pcCard    card, beginning of its name
 /// @param enEnable  1 or 0; any other value leaves the element as it is
 CFG_API void CFG_NETWORK_SetNetMode(char* pcCard, tagBU_BOOL enEnable);
 /// Sets whether speed and duplex are negotiated ("Autoneg").
+/// @param pcCard     card, beginning of its name
 /// @param enAutoneg  1: "On"; any other value: "Off"
 CFG_API void CFG_NETWORK_SetLinkAutoneg(char* pcCard, tagBU_BOOL enAutoneg);
 /// Sets the duplex ("Duplex").
+/// @param pcCard    card, beginning of its name
 /// @param enDuplex  an unknown value leaves the element as it is
 CFG_API void CFG_NETWORK_SetLinkDuplex(char* pcCard, tagDUPLEX_E enDuplex);
 /// Sets the speed ("Speed").
+/// @param pcCard   card, beginning of its name
 /// @param enSpeed  Mbit/s; an unknown value leaves the element as it is
 CFG_API void CFG_NETWORK_SetLinkSpeed(char* pcCard, tagLINK_SPEED_E enSpeed);
 /// Sets the MTU ("MTU").
+/// @param pcCard  card, beginning of its name
 /// @param s32MTU  bytes; any integer is stored
 CFG_API void CFG_NETWORK_SetLinkMTU(char* pcCard, int s32MTU);
 /// Sets where the address comes from ("IpMode").
+/// @param pcCard    card, beginning of its name
 /// @param enIpMode  an unknown value leaves the element as it is
 CFG_API void CFG_NETWORK_SetIpMode(char* pcCard, tagIP_MODE_E enIpMode);
 /// Sets the address ("IpAddr").
+/// @param pcCard    card, beginning of its name
 /// @param pcIpAddr  any text
 CFG_API void CFG_NETWORK_SetIpAddr(char* pcCard, char* pcIpAddr);
 /// Sets the netmask ("NetMask").
+/// @param pcCard     card, beginning of its name
 /// @param pcNetMask  any text
 CFG_API void CFG_NETWORK_SetNetMask(char* pcCard, char* pcNetMask);
 /// Sets the gateway ("GateWay").
+/// @param pcCard     card, beginning of its name
 /// @param pcGateWay  any text
 CFG_API void CFG_NETWORK_SetGateWay(char* pcCard, char* pcGateWay);
 /// Sets where the DNS servers come from ("DnsMode").
+/// @param pcCard     card, beginning of its name
 /// @param enDnsMode  an unknown value leaves the element as it is
 CFG_API void CFG_NETWORK_SetDnsMode(char* pcCard, tagDNS_MODE_E enDnsMode);
 /// Sets the first DNS server ("Dns1").
+/// @param pcCard  card, beginning of its name
 /// @param pcDns1  any text
 CFG_API void CFG_NETWORK_SetDns1(char* pcCard, char* pcDns1);
 /// Sets the second DNS server ("Dns2").
+/// @param pcCard  card, beginning of its name
 /// @param pcDns2  any text
 CFG_API void CFG_NETWORK_SetDns2(char* pcCard, char* pcDns2);
 /// Sets the search domain ("DnsSearch").
+/// @param pcCard       card, beginning of its name
 /// @param pcDnsSearch  any text
 CFG_API void CFG_NETWORK_SetDnsSearch(char* pcCard, char* pcDnsSearch);
 

@@ -150,7 +150,7 @@ std::vector<std::string> listedSymbols() {
   std::vector<std::string> symbols;
   std::ifstream list(CAMCFG_SYMBOLS_FILE);
   for (std::string line; std::getline(list, line);)
-    if (!line.empty() && line[0] != '#') symbols.push_back(line);
+    if (!line.empty() && line[0] != '#') symbols.push_back(line.substr(0, line.find(' ')));
   return symbols;
 }
 

@@ -63,6 +63,19 @@ TEST(CapturedOutputTest, GivesStandardOutputBackAfterAnException) {
   EXPECT_EQ(outer, "seen");
 }
 
+TEST(CapturedOutputTest, StandardErrorIsCapturedApart) {
+  std::string out;
+  const std::string errors = captureErrors([&] {
+    out = captureOutput([] {
+      std::printf("out");
+      std::fprintf(stderr, "err");
+    });
+    std::cerr << "or" << std::flush;
+  });
+  EXPECT_EQ(out, "out");
+  EXPECT_EQ(errors, "error");
+}
+
 TEST(CapturedOutputTest, LeavesNoDescriptorOpen) {
   const int before = dup(STDERR_FILENO);
   close(before);

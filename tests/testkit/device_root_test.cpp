@@ -89,6 +89,23 @@ TEST_F(DeviceRootTest, DevicesFollowOneAnother) {
   }
 }
 
+TEST_F(DeviceRootTest, DeviceFilledFromTheHostCanBeEntered) {
+  const std::string host = scratch + "/host";
+  fs::create_directories(host);
+  std::ofstream(host + "/x.xml") << "<Sample/>";
+  {
+    DeviceRoot device(DeviceRoot::StayOut);
+    device.copyFromHost(host, "/app/resource/defcfg");
+    device.enter();
+    device.enter();
+    EXPECT_EQ(device.read("/app/resource/defcfg/x.xml"), "<Sample/>");
+    EXPECT_TRUE(fs::exists("/app/resource/defcfg/x.xml"));
+    EXPECT_FALSE(fs::exists(host));
+    EXPECT_THROW(device.copyFromHost("/app", "/cfg0"), std::runtime_error);
+  }
+  EXPECT_TRUE(fs::exists(host));
+}
+
 // The members that work on files do the same entered or not.
 class DeviceRootFiles : public DeviceRootTest,
                         public testing::WithParamInterface<DeviceRoot::Entry> {};

@@ -16,6 +16,7 @@ namespace testkit {
 /// Errors of the file system are thrown as std::runtime_error.
 class DeviceRoot {
  public:
+  /// Whether the process works inside the device.
   enum Entry {
     Enter,    ///< the process works inside the device until this object goes
     StayOut,  ///< the tree is only laid out, for a child process to work in
@@ -27,6 +28,10 @@ class DeviceRoot {
   ~DeviceRoot();
   DeviceRoot(const DeviceRoot&) = delete;
   DeviceRoot& operator=(const DeviceRoot&) = delete;
+
+  /// Enters a device that was only laid out, after it was filled from the host. What holds for the
+  /// constructor holds here.
+  void enter();
 
   /// Directory of the device's root as seen from outside.
   const std::string& hostPath() const { return hostPath_; }
@@ -43,7 +48,8 @@ class DeviceRoot {
   void makeDirectory(const std::string& path) const;
   /// Names in a directory, sorted.
   std::vector<std::string> list(const std::string& path) const;
-  /// Copies a directory tree of the host into the device. Only while the device is not entered.
+  /// Copies a directory tree of the host into the device. Only while the device is not entered; a
+  /// factory set goes to "/app/resource".
   void copyFromHost(const std::string& hostDirectory, const std::string& path) const;
 
  private:

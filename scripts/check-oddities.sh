@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Holds docs/oddities.md and the sources together: every comment "Deliberate:" ends with an id that
+# the document tells of, once, and every row of the document names a test that exists.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+readonly document=docs/oddities.md
+readonly folders=(include support store params stream livemedia preset network)
+
+complain() {
+  echo "check-oddities.sh: $1" >&2
+  status=1
+}
+
+# Each comment "Deliberate:", one a line, as FILE:LINE:TEXT. A comment ends where the next begins.
+comments() {
+  find "${folders[@]}" -name '*.h' -o -name '*.cpp' | sort | while read -r file; do
+    awk -v file="$file" '
+      function flush() { if (text != "") print file ":" start ":" text; text = "" }
+      /\/\/ Deliberate:/ { flush(); start = FNR; text = $0; next }
+      text != "" && /^[ \t]*\/\// { text = text " " $0; next }
+      { flush() }
+      END { flush() }' "$file"
+  done
+}
+
+# Ids of the document's rows, and each row's test.
+rows() {
+  awk -F ' *\\| *' '/^\| [a-z0-9-]+ \|/ && $2 != "id" { print $2, $6 }' "$document"
+}
+
+has_test() {
+  local suite=${1%%.*} name=${1#*.}
+  grep -rqzP --include='*.cpp' "TEST(_F|_P)?\(\s*$suite,\s*$name\)" tests ||
+    grep -rqzP --include='*.cpp' "TYPED_TEST\(\s*$suite,\s*$name\)" tests
+}
+
+status=0
+declare -A told
+while read -r id test; do
+  if [[ -n ${told[$id]:-} ]]; then complain "$document tells of $id twice"; fi
+  told[$id]=yes
+  test=${test//\`/}
+  if [[ $test != *.* ]]; then
+    complain "$id names no test"
+  elif ! has_test "$test"; then
+    complain "$id: there is no test $test"
+  fi
+done < <(rows)
+
+count=0
+while IFS= read -r comment; do
+  count=$((count + 1))
+  if [[ ! $comment =~ \[([a-z0-9-]+)\]$ ]]; then
+    complain "no id at the end of: $comment"
+  elif [[ -z ${told[${BASH_REMATCH[1]}]:-} ]]; then
+    complain "$document does not tell of ${BASH_REMATCH[1]}: $comment"
+  fi
+done < <(comments)
+
+if ((count == 0 || ${#told[@]} == 0)); then
+  echo "check-oddities.sh: no comment or no row was found" >&2
+  exit 2
+fi
+echo "${#told[@]} oddities told, $count comments checked"
+exit $status

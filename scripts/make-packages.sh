@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Makes the Debian packages libcamcfg1, libcamcfg-dev and camcfg-tools in build-package-ARCH/.
+#
+#   scripts/make-packages.sh [amd64|arm64]...     amd64 if none is given
+set -euo pipefail
+exec </dev/null
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+check_version() {
+  local packaged built
+  packaged=$(dpkg-parsechangelog --file packaging/debian/changelog --show-field Version)
+  built=$(sed -n 's/^project(camcfg VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+  if [[ $packaged != "$built" ]]; then
+    echo "make-packages.sh: packaging/debian/changelog is of $packaged, not of $built" >&2
+    exit 1
+  fi
+}
+
+make_packages() {
+  local build=build-package-$1
+  cmake --preset "package-$1" --log-level=NOTICE
+  cmake --build --preset "package-$1"
+  rm -f "$build"/*.deb
+  # What a library depends on is looked up among the packages of the architecture built for.
+  (cd "$build" && DEB_HOST_ARCH=$1 cpack -G DEB)
+}
+
+check_version
+for architecture in "${@:-amd64}"; do
+  make_packages "$architecture"
+done
