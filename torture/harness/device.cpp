@@ -1,0 +1,56 @@
+#include "torture/harness/device.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "camcfg/types.h"
+
+namespace camcfg::torture {
+namespace {
+
+std::optional<std::string> textOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+}  // namespace
+
+std::string mainPath(const std::string& name) {
+  return CFG_DIR_MAIN "/" + name;
+}
+
+std::string backupPath(const std::string& name) {
+  return CFG_DIR_BACKUP "/" + name;
+}
+
+std::string factoryPath(const std::string& name) {
+  return CFG_DIR_DEFAULT "/" + name;
+}
+
+std::string sampleText(const std::string& name) {
+  const auto text = textOf(CAMCFG_RESOURCE_DIR "/defcfg/" + name);
+  if (!text) throw std::runtime_error("no sample file " + name);
+  return *text;
+}
+
+void Device::fill() const {
+  root_.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
+  for (const char* name : kSampleFiles) {
+    write(mainPath(name), sampleText(name));
+    write(backupPath(name), sampleText(name));
+  }
+}
+
+void Device::write(const std::string& path, const std::string& text) const {
+  std::ofstream file(hostPath(path), std::ios::binary | std::ios::trunc);
+  file << text;
+  if (!file.flush()) throw std::runtime_error(path + " cannot be written");
+}
+
+std::optional<std::string> Device::read(const std::string& path) const {
+  return textOf(hostPath(path));
+}
+
+}  // namespace camcfg::torture
