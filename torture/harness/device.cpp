@@ -1,5 +1,6 @@
 #include "torture/harness/device.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -7,16 +8,6 @@
 #include "camcfg/types.h"
 
 namespace camcfg::torture {
-namespace {
-
-std::optional<std::string> textOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return std::nullopt;
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
-}  // namespace
-
 std::string mainPath(const std::string& name) {
   return CFG_DIR_MAIN "/" + name;
 }
@@ -30,7 +21,7 @@ std::string factoryPath(const std::string& name) {
 }
 
 std::string sampleText(const std::string& name) {
-  const auto text = textOf(CAMCFG_RESOURCE_DIR "/defcfg/" + name);
+  const auto text = Device::readHere(CAMCFG_RESOURCE_DIR "/defcfg/" + name);
   if (!text) throw std::runtime_error("no sample file " + name);
   return *text;
 }
@@ -44,13 +35,27 @@ void Device::fill() const {
 }
 
 void Device::write(const std::string& path, const std::string& text) const {
-  std::ofstream file(hostPath(path), std::ios::binary | std::ios::trunc);
+  writeHere(hostPath(path), text);
+}
+
+std::optional<std::string> Device::read(const std::string& path) const {
+  return readHere(hostPath(path));
+}
+
+void Device::writeHere(const std::string& path, const std::string& text) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file << text;
   if (!file.flush()) throw std::runtime_error(path + " cannot be written");
 }
 
-std::optional<std::string> Device::read(const std::string& path) const {
-  return textOf(hostPath(path));
+void Device::removeHere(const std::string& path) {
+  std::filesystem::remove(path);
+}
+
+std::optional<std::string> Device::readHere(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 }  // namespace camcfg::torture

@@ -35,6 +35,12 @@ class Device : private tests::QuickSaves {
   void remove(const std::string& path) const { root_.remove(path); }
   /// A file's text; none when it is missing.
   std::optional<std::string> read(const std::string& path) const;
+  void makeDirectory(const std::string& path) const { root_.makeDirectory(path); }
+
+  /// The same for a child that has entered a device.
+  static void writeHere(const std::string& path, const std::string& text);
+  static void removeHere(const std::string& path);
+  static std::optional<std::string> readHere(const std::string& path);
 
  private:
   testkit::DeviceRoot root_{testkit::DeviceRoot::StayOut};

@@ -37,7 +37,7 @@ void Table::print(const std::string& title) const {
 }
 
 void Faults::add(const std::string& what) {
-  constexpr int kTold = 20;
+  constexpr int kTold = 40;
   ++count_;
   if (count_ <= kTold) std::fprintf(stderr, "WRONG: %s\n", what.c_str());
   if (count_ == kTold) std::fprintf(stderr, "(more are counted and not told)\n");

@@ -6,7 +6,8 @@
 
 namespace camcfg::torture {
 
-/// What a file's text says, in one form however it is laid out; none for a text that does not parse.
+/// The settings that a file's text holds, in one form however it is laid out and commented; none for
+/// a text that does not parse.
 std::optional<std::string> settingsOf(const std::string& text);
 
 }  // namespace camcfg::torture

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
-#include <sys/stat.h>
 #include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -64,13 +63,6 @@ bool isOfDevice(const std::string& path) {
   for (const char* directory : {"/cfg0", "/cfg1", "/app"})
     if (path.rfind(directory, 0) == 0) return true;
   return false;
-}
-
-bool openedForWriting(pid_t child, int descriptor) {
-  // The permissions of the link tell how the descriptor may be used.
-  const std::string link = "/proc/" + std::to_string(child) + "/fd/" + std::to_string(descriptor);
-  struct stat status {};
-  return lstat(link.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) != 0;
 }
 
 }  // namespace
@@ -177,8 +169,10 @@ bool Traced::describe(const SystemCall& call, FileCall& described) const {
   if (known->path >= 0) {
     described.path = textAt(child_, call.arguments.at(static_cast<std::size_t>(known->path)));
     const int base = known->directory < 0 ? AT_FDCWD : argumentAsInt(call, known->directory);
-    if (described.path.empty()) described.path = pathOf(base);
-    if (described.path.empty() || described.path.front() != '/')
+    described.named = !described.path.empty();
+    if (!described.named)
+      described.path = pathOf(base);
+    else if (described.path.front() != '/')
       described.path = (base == AT_FDCWD ? "" : pathOf(base)) + "/" + described.path;
   } else {
     described.path = pathOf(argumentAsInt(call, known->descriptor));
@@ -190,8 +184,6 @@ bool Traced::describe(const SystemCall& call, FileCall& described) const {
       known->flags >= 0 && (argumentAsInt(call, known->flags) & O_ACCMODE) != O_RDONLY;
   described.writes = opensToWrite || known->kind == CallKind::Write ||
                      known->kind == CallKind::Copy || known->kind == CallKind::Change;
-  described.closesWritten = known->kind == CallKind::Close &&
-                            openedForWriting(child_, argumentAsInt(call, known->descriptor));
   return true;
 }
 

@@ -15,10 +15,10 @@ namespace camcfg::torture {
 /// A system call on the device's files that is about to be made.
 struct FileCall {
   const KnownCall* known;
-  std::string path;            ///< from the device's root
-  bool writes = false;         ///< opens for writing, or changes a file or directory
-  bool closesWritten = false;  ///< closes a descriptor that was opened for writing
-  std::size_t size = 0;        ///< bytes to be moved
+  std::string path;      ///< from the device's root
+  bool named = false;    ///< finds its file by a path, not by a descriptor
+  bool writes = false;   ///< opens for writing, or changes a file or directory
+  std::size_t size = 0;  ///< bytes to be moved
 };
 
 /// What becomes of it.
