@@ -45,6 +45,7 @@ void Faults::add(const std::string& what) {
 
 int Faults::conclude(const char* program) const {
   std::printf("%s: %s (%d wrong)\n\n", program, count_ == 0 ? "passed" : "FAILED", count_);
+  std::fflush(stdout);
   return count_ == 0 ? 0 : 1;
 }
 
