@@ -175,6 +175,7 @@ TEST_F(SecretsTest, RefusedDocumentsAreNotQuoted) {
   const std::string document = run({"export", "live"}).out;
   const std::vector<std::pair<std::string, std::string>> faults = {
       {"\"password\": \"Zq7rtmp\"", "\"password\": \"Zq7rtmp"},
+      {"\"password\": \"Zq7rtmp\"", "\"password\": \"Zq7\\q\""},
       {"\"password\": \"Zq7phrase\",", "\"password\": \"Zq7phrase\""},
       {"\"username\": \"me\"", "\"password\": \"Zq7again\""},
       {"\"password\": \"Zq7phrase\"", "\"password\": [\"Zq7phrase\"]"},
