@@ -158,12 +158,7 @@ std::function<int()> taskFor(const char* name, Backup backup, const Options& opt
   };
 }
 
-}  // namespace
-}  // namespace camcfg::torture
-
-int main(int argc, char** argv) {
-  using namespace camcfg::torture;
-  const Options options = parseOptions(argc, argv);
+int damage(const Options& options) {
   Shared<Tallies> tallies;
   std::vector<std::function<int()>> tasks;
   for (std::size_t i = 0; i < std::size(kSampleFiles); ++i)
@@ -185,4 +180,11 @@ int main(int argc, char** argv) {
               (grainOf(options) == 1 ? "byte" : std::to_string(grainOf(options)) + "th byte") +
               ", such bytes flipped, each bit of those within the first 4 KiB");
   return faults.conclude("damage");
+}
+
+}  // namespace
+}  // namespace camcfg::torture
+
+int main(int argc, char** argv) {
+  return camcfg::torture::runTorture(argc, argv, camcfg::torture::damage);
 }

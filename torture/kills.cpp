@@ -128,12 +128,7 @@ std::string perThousand(int part, int whole) {
   return text;
 }
 
-}  // namespace
-}  // namespace camcfg::torture
-
-int main(int argc, char** argv) {
-  using namespace camcfg::torture;
-  const Options options = parseOptions(argc, argv);
+int killWriters(const Options& options) {
   std::mt19937 random(options.seed);
   Faults faults;
   Table table({"at each start", "kills", "inside a save", "main copies damaged", "backups damaged",
@@ -146,4 +141,11 @@ int main(int argc, char** argv) {
   }
   table.print("A writer killed at random moments, seed " + std::to_string(options.seed));
   return faults.conclude("random kills");
+}
+
+}  // namespace
+}  // namespace camcfg::torture
+
+int main(int argc, char** argv) {
+  return camcfg::torture::runTorture(argc, argv, camcfg::torture::killWriters);
 }

@@ -3,11 +3,35 @@
 #include <fcntl.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstddef>
 
 namespace {
 
 std::atomic<long> blocks{0};
+std::atomic<int> untilFailure{0};
+std::atomic<bool> failsOn{false};
+std::atomic<bool> hasFailed{false};
+
+std::atomic<bool> plenty{false};
+
+bool fails() {
+  if (plenty) return false;
+  if (failsOn && hasFailed) return true;
+  if (untilFailure == 0 || --untilFailure != 0) return false;
+  hasFailed = true;
+  return true;
+}
+
+void* counted(void* memory) {
+  if (memory != nullptr) ++blocks;
+  return memory;
+}
+
+void* outOfMemory() {
+  errno = ENOMEM;
+  return nullptr;
+}
 
 }  // namespace
 
@@ -21,21 +45,18 @@ void* __libc_realloc(void* memory, std::size_t size);
 void __libc_free(void* memory);
 
 __attribute__((visibility("default"))) void* malloc(std::size_t size) {
-  void* memory = __libc_malloc(size);
-  if (memory != nullptr) ++blocks;
-  return memory;
+  return fails() ? outOfMemory() : counted(__libc_malloc(size));
 }
 
 __attribute__((visibility("default"))) void* calloc(std::size_t count, std::size_t size) {
-  void* memory = __libc_calloc(count, size);
-  if (memory != nullptr) ++blocks;
-  return memory;
+  return fails() ? outOfMemory() : counted(__libc_calloc(count, size));
 }
 
 __attribute__((visibility("default"))) void* realloc(void* memory, std::size_t size) {
+  if (size != 0 && fails()) return outOfMemory();
   void* moved = __libc_realloc(memory, size);
-  if (memory == nullptr && moved != nullptr) ++blocks;
-  if (memory != nullptr && size == 0) --blocks;
+  if (memory == nullptr) return counted(moved);
+  if (size == 0) --blocks;
   return moved;
 }
 
@@ -51,6 +72,24 @@ namespace camcfg::torture {
 
 long liveBlocks() {
   return blocks;
+}
+
+void failAllocation(int allocation, bool andAllBehindIt) {
+  hasFailed = false;
+  failsOn = andAllBehindIt;
+  untilFailure = allocation;
+}
+
+bool allocationFailed() {
+  return hasFailed;
+}
+
+PlentyOfMemory::PlentyOfMemory() {
+  plenty = true;
+}
+
+PlentyOfMemory::~PlentyOfMemory() {
+  plenty = false;
 }
 
 int openDescriptors() {

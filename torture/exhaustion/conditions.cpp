@@ -25,6 +25,7 @@ bool looksUpName(const FileCall& call) {
 
 const std::vector<Condition>& conditions() {
   static const std::vector<Condition> all = {
+      {"no memory", ENOMEM, nullptr},
       {"no space to write (ENOSPC)", ENOSPC, movesBytes},
       {"no space to create (ENOSPC)", ENOSPC, opensToWrite},
       {"file-size limit (EFBIG)", EFBIG, movesBytes},

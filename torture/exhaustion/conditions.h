@@ -11,7 +11,7 @@ namespace camcfg::torture {
 struct Condition {
   const char* name;
   int error;
-  /// Whether a call fails of it.
+  /// Whether a system call fails of it; null: allocations do.
   bool (*strikes)(const FileCall&);
 };
 

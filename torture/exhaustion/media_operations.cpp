@@ -1,5 +1,6 @@
 #include "camcfg/livemedia.h"
 #include "camcfg/stream.h"
+#include "torture/exhaustion/allocations.h"
 #include "torture/exhaustion/operations.h"
 
 namespace camcfg::torture {
@@ -33,8 +34,12 @@ int load() {
 
 template <auto Load, auto Dump>
 int dumpReversed() {
-  auto list = loadedOnce<Load, typename ListOf<Load>::Type>();
-  list.reverse();
+  const auto list = [] {
+    const PlentyOfMemory plenty;
+    auto copy = loadedOnce<Load, typename ListOf<Load>::Type>();
+    copy.reverse();
+    return copy;
+  }();
   return Dump(list);
 }
 
@@ -53,7 +58,7 @@ int updateEnabled() {
 }
 
 int updateAllowed() {
-  const auto cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
+  static const auto cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
   cache->s32Id = 12;
   cache->s32AllowedMask = 5;
   return CFG_MPP_UpdateStreamCacheAllowedStreamSource(cache);

@@ -6,12 +6,14 @@
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <set>
 
 #include "camcfg/network.h"
 #include "camcfg/params.h"
 #include "camcfg/preset.h"
 #include "camcfg/store.h"
+#include "torture/exhaustion/allocations.h"
 
 namespace camcfg::torture {
 namespace {
@@ -36,6 +38,7 @@ Record* out() {
 // A document counts as loaded only if it is what the first one was.
 int resultOf(const tinyxml2::XMLDocument* document) {
   if (document == nullptr) return -1;
+  const PlentyOfMemory plenty;
   tinyxml2::XMLPrinter printer;
   document->Print(&printer);
   delete document;
@@ -52,12 +55,14 @@ std::vector<Operation> storeOperations() {
        false, Either::Never, true},
       {"CFG_SaveFile", "other.xml",
        [] {
+         std::optional<PlentyOfMemory> plenty(std::in_place);
          tinyxml2::XMLDocument document;
          document.Parse("<A Cur='1'/>");
          cfgLockFile("/cfg0/other.xml");
+         plenty.reset();
          return CFG_SaveFile(&document, text("/cfg0/other.xml"), BU_TRUE);
        },
-       0, 0, true},
+       0, -1, true},
       {"cfgSyncCfgFile", kBusiness,
        [] { return cfgSyncCfgFile(CFG_FILE_BUSINESS, "/cfg1/business_param.xml"); }, 0, 256, true,
        Either::AfterFirstLoad},

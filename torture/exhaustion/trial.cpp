@@ -51,12 +51,12 @@ Trial::Trial(const Device& device, const Operation& operation)
 Outcome Trial::run(const std::optional<Strike>& strike) const {
   const Shared<Report> report;
   layOut();
-  Traced child(device_.root(), [&] { return work(*report); });
+  Traced child(device_.root(), [&] { return work(*report, strike); });
   child.run();
   layOut();
 
   Outcome outcome;
-  if (strike)
+  if (strike && strike->condition->strikes != nullptr)
     this->strike(child, *strike, outcome);
   else
     child.run();
@@ -66,6 +66,9 @@ Outcome Trial::run(const std::optional<Strike>& strike) const {
   outcome.nextCopies = copies();
 
   if (!child.ended() || child.status() != 0) throw std::runtime_error(operation_.name + " crashed");
+  outcome.starved = report->struck;
+  if (outcome.starved) outcome.struckCall = "allocation " + std::to_string(strike->call);
+  outcome.struck |= report->struck;
   outcome.result = report->result;
   outcome.locksLeft = report->locksLeft;
   outcome.blocksLeft = report->blocksLeft;
@@ -75,7 +78,7 @@ Outcome Trial::run(const std::optional<Strike>& strike) const {
 }
 
 // In the child. The first run makes what is made once: lock records, buffers, the lists to dump.
-int Trial::work(Report& report) const {
+int Trial::work(Report& report, const std::optional<Strike>& strike) const {
   std::printf("\n");
   operation_.run();
   tidyUp();
@@ -83,7 +86,8 @@ int Trial::work(Report& report) const {
   const int descriptors = openDescriptors();
   pauseHere();
 
-  report.result = operation_.run();
+  const bool starved = strike && strike->condition->strikes == nullptr;
+  report.result = starved ? runStarved(report, *strike) : operation_.run();
   pauseHere();
 
   report.locksLeft = locksHeld();
@@ -93,6 +97,14 @@ int Trial::work(Report& report) const {
   report.nextResult = operation_.run();
   tidyUp();
   return 0;
+}
+
+int Trial::runStarved(Report& report, const Strike& strike) const {
+  failAllocation(strike.call, strike.lasting == Lasting::FromThenOn);
+  const int result = operation_.run();
+  report.struck = allocationFailed();
+  failAllocation(0, false);
+  return result;
 }
 
 void Trial::layOut() const {

@@ -21,7 +21,7 @@ struct Copies {
   }
 };
 
-/// Which call is to fail, of those that the condition strikes, counted from 1.
+/// Which call or allocation is to fail, of those that the condition strikes, counted from 1.
 struct Strike {
   const Condition* condition;
   Lasting lasting;
@@ -33,6 +33,7 @@ struct Outcome {
   bool struck = false;
   bool duringFirstLoad = false;  ///< struck what the first load of the file cannot do without
   bool afterFirstLoad = false;   ///< struck when it was done
+  bool starved = false;          ///< struck an allocation
   std::string struckCall;
 
   int result = 0;
@@ -60,9 +61,11 @@ class Trial {
     long blocksLeft;
     int descriptorsLeft;
     int nextResult;
+    bool struck;
   };
 
-  int work(Report& report) const;
+  int work(Report& report, const std::optional<Strike>& strike) const;
+  int runStarved(Report& report, const Strike& strike) const;
   void layOut() const;
   Copies copies() const;
   void strike(Traced& child, const Strike& strike, Outcome& outcome) const;

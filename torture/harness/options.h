@@ -11,8 +11,10 @@ struct Options {
   std::uint32_t seed = 0;  ///< a new one each time unless given
 };
 
-/// Reads the command line; ends the program with status 2 when it makes no sense.
-Options parseOptions(int argc, char** argv);
+/// What `main` does: reads the command line and runs the program.
+/// @return its status; 2 when the command line makes no sense, 1 when the program cannot go on,
+///         either told on standard error
+int runTorture(int argc, char** argv, int (*program)(const Options&));
 
 }  // namespace camcfg::torture
 

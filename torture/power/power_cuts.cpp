@@ -287,13 +287,15 @@ class PowerCuts {
   std::vector<ChangingFile> files_ = changingFiles();
 };
 
+int cutPower(const Options& options) {
+  Faults faults;
+  PowerCuts(options, faults).run();
+  return faults.conclude("power cuts");
+}
+
 }  // namespace
 }  // namespace camcfg::torture
 
 int main(int argc, char** argv) {
-  using namespace camcfg::torture;
-  const Options options = parseOptions(argc, argv);
-  Faults faults;
-  PowerCuts(options, faults).run();
-  return faults.conclude("power cuts");
+  return camcfg::torture::runTorture(argc, argv, camcfg::torture::cutPower);
 }

@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "camcfg/network.h"
 #include "camcfg/params.h"
 #include "camcfg/preset.h"
@@ -154,7 +156,8 @@ int readDocument(int cell) {
 
 std::string perCell(const std::string& before, const std::string& behind) {
   std::string text;
-  for (int cell = 0; cell < kThreads; ++cell) text += before + std::to_string(cell) + behind;
+  for (int cell = 0; cell < kThreads; ++cell)
+    text.append(before).append(std::to_string(cell)).append(behind);
   return text;
 }
 
@@ -209,7 +212,7 @@ std::string longText(int value) {
 }
 
 int valueOfLongText(const std::string& text) {
-  const int value = std::atoi(text.c_str());
+  const int value = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
   return text == longText(value) ? value : kTorn;
 }
 

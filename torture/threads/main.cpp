@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <mutex>
 #include <random>
 #include <thread>
@@ -96,6 +97,7 @@ class Storm {
   double rage(std::chrono::seconds duration) {
     const auto begin = Clock::now();
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i)
       threads.emplace_back([this, i, end = begin + duration] { work(i, end); });
     for (std::thread& thread : threads) thread.join();
@@ -120,8 +122,8 @@ class Storm {
     }
     std::fflush(stdout);
     dup2(output, STDOUT_FILENO);
-    table.print(std::to_string(kThreads) + " threads for " +
-                std::to_string(static_cast<int>(seconds + 0.5)) + " seconds" + kChecked);
+    table.print(std::to_string(kThreads) + " threads for " + std::to_string(std::lround(seconds)) +
+                " seconds" + kChecked);
   }
 
  private:
@@ -169,14 +171,16 @@ int rageInside(const Options& options, int output) {
   return faults.conclude("threads");
 }
 
-}  // namespace
-}  // namespace camcfg::torture
-
-int main(int argc, char** argv) {
-  using namespace camcfg::torture;
-  const Options options = parseOptions(argc, argv);
+int rage(const Options& options) {
   const Device device;
   device.fill();
   const int output = dup(STDOUT_FILENO);
   return runInside(device.root(), [&] { return rageInside(options, output); });
+}
+
+}  // namespace
+}  // namespace camcfg::torture
+
+int main(int argc, char** argv) {
+  return camcfg::torture::runTorture(argc, argv, camcfg::torture::rage);
 }

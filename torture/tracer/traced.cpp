@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdint>
 #include <stdexcept>
+#include <utility>
 
 #include "torture/harness/child.h"
 #include "torture/tracer/registers.h"
@@ -24,6 +25,7 @@ struct SystemCall {
 
 namespace {
 
+constexpr int kNotTraced = 98;
 constexpr int kCallStop = SIGTRAP | 0x80;
 
 // The system call that the child is about to make; none at the end of one.
@@ -60,27 +62,25 @@ int argumentAsInt(const SystemCall& call, int index) {
 }
 
 bool isOfDevice(const std::string& path) {
-  for (const char* directory : {"/cfg0", "/cfg1", "/app"})
-    if (path.rfind(directory, 0) == 0) return true;
-  return false;
+  return path.rfind("/cfg", 0) == 0 || path.rfind("/app", 0) == 0;
 }
 
 }  // namespace
 
-Traced::Traced(const std::string& hostRoot, const std::function<int()>& work)
-    : hostRoot_(hostRoot) {
-  child_ = startInside(hostRoot, [&work] {
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+Traced::Traced(std::string hostRoot, const std::function<int()>& work)
+    : hostRoot_(std::move(hostRoot)) {
+  child_ = startInside(hostRoot_, [&work] {
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) return kNotTraced;
     pauseHere();
     return work();
   });
   start();
 }
 
-Traced::Traced(const std::string& hostRoot, const std::vector<std::string>& program)
-    : hostRoot_(hostRoot) {
+Traced::Traced(std::string hostRoot, const std::vector<std::string>& program)
+    : hostRoot_(std::move(hostRoot)) {
   child_ = startInside("/", [&program]() -> int {
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) return kNotTraced;
     pauseHere();
     becomeProgram(program);
   });
@@ -88,7 +88,7 @@ Traced::Traced(const std::string& hostRoot, const std::vector<std::string>& prog
 }
 
 void Traced::start() {
-  if (!waitForStop()) throw std::runtime_error("the child did not start");
+  if (!waitForStop()) throw std::runtime_error("the child cannot be traced");
   if (ptrace(PTRACE_SETOPTIONS, child_, nullptr,
              PTRACE_O_TRACESYSGOOD | PTRACE_O_TRACEEXEC | PTRACE_O_EXITKILL) != 0)
     throw std::runtime_error("ptrace");
@@ -118,8 +118,7 @@ bool Traced::resume(int request) {
 
 bool Traced::waitForStop() {
   int status = 0;
-  if (waitpid(child_, &status, 0) != child_) throw std::runtime_error("waitpid");
-  if (WIFSTOPPED(status)) {
+  if (waitpid(child_, &status, 0) == child_ && WIFSTOPPED(status)) {
     signal_ = WSTOPSIG(status);
     return true;
   }

@@ -34,9 +34,9 @@ using Judge = std::function<Verdict(const FileCall&)>;
 class Traced {
  public:
   /// The child runs `work` with the device as its root and ends with the status that it returns.
-  Traced(const std::string& hostRoot, const std::function<int()>& work);
+  Traced(std::string hostRoot, const std::function<int()>& work);
   /// The child becomes a program, which may enter the device by itself.
-  Traced(const std::string& hostRoot, const std::vector<std::string>& program);
+  Traced(std::string hostRoot, const std::vector<std::string>& program);
   ~Traced();
   Traced(const Traced&) = delete;
   Traced& operator=(const Traced&) = delete;
