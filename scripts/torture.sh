@@ -3,7 +3,7 @@
 # upon it. Prints what was found as tables; docs/reliability.md has those of one run each.
 #
 #   scripts/torture.sh          two or three minutes
-#   scripts/torture.sh --long   about half an hour: the published figures
+#   scripts/torture.sh --long   twenty minutes to half an hour: the published figures
 #
 # Fails if any program found something wrong. The programs that trace system calls run on x86-64
 # alone; elsewhere they are left out and named.

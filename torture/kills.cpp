@@ -133,7 +133,7 @@ int killWriters(const Options& options) {
   Faults faults;
   Table table({"at each start", "kills", "inside a save", "main copies damaged", "backups damaged",
                "files lost", "rate"});
-  const int kills = options.longRun ? 5000 : 150;
+  const int kills = options.longRun ? 8000 : 150;
   for (const StartUp startUp : kStartUps) {
     const Tally tally = Kills(random, faults).run(kills, startUp);
     table.row(wordFor(startUp), tally.kills, tally.insideSave, tally.mainDamaged,

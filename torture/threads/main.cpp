@@ -165,7 +165,7 @@ class Storm {
 int rageInside(const Options& options, int output) {
   layOutFamilies();
   Storm storm(options.seed);
-  const double seconds = storm.rage(std::chrono::seconds(options.longRun ? 180 : 6));
+  const double seconds = storm.rage(std::chrono::seconds(options.longRun ? 240 : 6));
   Faults faults;
   storm.conclude(seconds, faults, output);
   return faults.conclude("threads");
