@@ -19,6 +19,7 @@ declare -rA may_include=(
   [tools]="camcfg support/enter_root.h tools"
   [testkit]="camcfg camcfg/testkit support/enter_root.h"
   [bench]="camcfg camcfg/testkit bench"
+  [torture]="camcfg camcfg/testkit support/enter_root.h tests/support/quick_saves.h torture"
   [examples]="camcfg camcfg/testkit"
 )
 

@@ -137,6 +137,16 @@ TEST_F(VerifyTest, ResyncRestoresAMainCopyCutOffBetweenSectionsAndKeepsWhatItWas
   EXPECT_EQ(device.read("/kept/cfg0-x.xml"), "<A Cur=\"2\"/>\n");
 }
 
+TEST_F(VerifyTest, ResyncRestoresAMainCopyCutOffBehindItsFirstComment) {
+  write("<!-- comment -->\n", "<!-- comment -->\n<A/>\n", nullptr);
+  EXPECT_EQ(run({"verify", "--resync"}),
+            (ToolRun{0,
+                     "FILE   MAIN               BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                     "x.xml  cut-short -> good  good    missing  yes       backup     -\n",
+                     ""}));
+  EXPECT_EQ(main(), "<!-- comment -->\n<A/>\n");
+}
+
 TEST_F(VerifyTest, ResyncFollowsAMainCopyWithASectionMoreOrAnother) {
   for (const char* backupCopy : {"<A/>\n", "<A/>\n<C/>\n<B/>\n", "<X/>\n<A/>\n<B/>\n"}) {
     write("<A/>\n<B/>\n", backupCopy, nullptr);
@@ -341,14 +351,14 @@ TEST_F(VerifyTest, PipeInPlaceOfACopyIsRefusedAtOnce) {
 }
 
 TEST_F(VerifyTest, FileThatHoldsNoElementIsNamedSinceStartUpAcceptsIt) {
-  write("<!-- nothing -->", kGood, kGood);
+  write("<!-- nothing -->", nullptr, kGood);
   EXPECT_EQ(run({"verify", "--resync"}),
             (ToolRun{3,
-                     "FILE   MAIN        BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                     "x.xml  no-element  good    good     yes       -          -\n",
+                     "FILE   MAIN        BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                     "x.xml  no-element  missing  good     yes       -          -\n",
                      "camcfg: verify: /cfg0/x.xml holds no element; move it away and verify "
                      "again\n"}));
-  EXPECT_EQ(backup(), kGood);
+  EXPECT_FALSE(device.exists("/cfg1/x.xml"));
 }
 
 TEST_F(VerifyTest, MissingBackupDirectoryIsToldByResync) {

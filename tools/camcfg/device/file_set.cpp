@@ -33,8 +33,9 @@ std::vector<std::string> namesCheckedAtStart() {
   return {};
 }
 
-// A save that is cut off between two top-level elements leaves a file that still parses. The library
-// never removes such an element, so the backup is the older but whole copy then.
+// A save that is cut off between two top-level elements, or between a comment and the first of them,
+// leaves a file that still parses. The library never removes such an element, so the backup is the
+// older but whole copy then.
 std::string elementCutOff(const tinyxml2::XMLDocument& main, const tinyxml2::XMLDocument& backup) {
   const tinyxml2::XMLElement* kept = main.FirstChildElement();
   const tinyxml2::XMLElement* whole = backup.FirstChildElement();
@@ -46,9 +47,8 @@ std::string elementCutOff(const tinyxml2::XMLDocument& main, const tinyxml2::XML
 }
 
 void compare(ConfigFile& file) {
-  if (file.main.state != State::Good || file.backup.state != State::Good ||
-      sameContents(file.main, file.backup))
-    return;
+  const bool parses = file.main.state == State::Good || file.main.state == State::NoElement;
+  if (!parses || file.backup.state != State::Good || sameContents(file.main, file.backup)) return;
   const std::string missing = elementCutOff(*file.main.document, *file.backup.document);
   if (missing.empty()) {
     file.backup.state = State::OutOfStep;

@@ -39,7 +39,8 @@ class Builder {
     std::string reason = error.what();
     reason.erase(0, reason.find("] ") + 2);
     if (reason.find("parse error at ") == 0) reason.erase(0, reason.find(": ") + 2);
-    throw Refusal(at(position) + shortened(reason));
+    // What was last read may be a password.
+    throw Refusal(at(position) + shortened(reason.substr(0, reason.find("; last read: "))));
   }
 
   Json take() { return std::move(root_); }

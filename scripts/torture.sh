@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# Tortures the library: damages its files, cuts its power, starves its system calls, sets threads
+# upon it. Prints what was found as tables; docs/reliability.md has those of one run each.
+#
+#   scripts/torture.sh          two or three minutes
+#   scripts/torture.sh --long   twenty minutes to half an hour: the published figures
+#
+# Fails if any program found something wrong. The programs that trace system calls run on x86-64
+# alone; elsewhere they are left out and named.
+set -uo pipefail
+exec </dev/null
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+
+case "${1-}" in
+  '' | --long) readonly length=("$@") ;;
+  *)
+    echo "Usage: $0 [--long]" >&2
+    exit 2
+    ;;
+esac
+
+readonly programs=(damage kills power-cuts exhaustion threads)
+
+# What was built, and with which sanitizer, does not mix with what the tests build there.
+build() {
+  local preset=$1
+  shift
+  cmake --preset "$preset" -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
+    cmake --build --preset "$preset" --target "$@"
+}
+
+
+describe_machine() {
+  local processor memory
+  processor=$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -n 1)
+  memory=$(awk '/^MemTotal/ { printf "%.0f", $2 / 1048576 }' /proc/meminfo)
+  printf '%s; %s, %s processors, %s GiB, Linux %s; scripts/torture.sh %s\n\n' \
+    "$(date -u +%Y-%m-%d)" "${processor:-$(uname -m)}" "$(nproc)" "$memory" "$(uname -r)" \
+    "${length[*]}"
+}
+
+failed=()
+
+run() {
+  local start=$SECONDS
+  "$@" "${length[@]}" || failed+=("$1")
+  printf '(%s: %d s)\n\n' "$(basename "$1")" $((SECONDS - start))
+}
+
+chosen=()
+for program in "${programs[@]}"; do chosen+=("camcfg-$program"); done
+
+scripts/install-packages.sh build tool test || exit 1
+if [[ $(uname -m) != x86_64 ]]; then
+  echo "Left out on $(uname -m): power-cuts exhaustion"
+  chosen=(camcfg-damage camcfg-kills camcfg-threads)
+fi
+build test "${chosen[@]}" || exit 1
+build tsan camcfg-threads || exit 1
+
+describe_machine
+for program in "${chosen[@]}"; do run "build-test/torture/$program"; done
+run build-tsan/torture/camcfg-threads
+
+if ((${#failed[@]} > 0)); then
+  echo "torture.sh: something is wrong: ${failed[*]}"
+  exit 1
+fi
+echo "torture.sh: nothing is wrong, $SECONDS s"

@@ -1,0 +1,27 @@
+#ifndef CAMCFG_TORTURE_TRACER_KNOWN_CALLS_H
+#define CAMCFG_TORTURE_TRACER_KNOWN_CALLS_H
+
+#include <cstddef>
+
+namespace camcfg::torture {
+
+enum class CallKind { Open, Read, Write, Copy, Close, Status, Position, List, Change };
+
+/// Where in a system call's arguments its file stands; -1 for an argument that it has not.
+struct KnownCall {
+  long number;
+  const char* name;
+  CallKind kind;
+  int directory = -1;   ///< descriptor that a relative path begins at
+  int path = -1;        ///< path
+  int descriptor = -1;  ///< descriptor of the file, the one written to if there are two
+  int size = -1;        ///< bytes that are to be moved
+  int flags = -1;       ///< flags of an opening
+};
+
+/// The system call of this number if it is one that works on files.
+const KnownCall* findKnownCall(long number);
+
+}  // namespace camcfg::torture
+
+#endif
