@@ -1,0 +1,48 @@
+#include "fuzz/input.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+namespace camcfg::fuzz {
+
+std::vector<std::string> split(const std::string& input) {
+  std::vector<std::string> parts;
+  std::size_t start = 0;
+  for (std::size_t at; (at = input.find(kSeparator, start)) != std::string::npos;) {
+    parts.push_back(input.substr(start, at - start));
+    start = at + std::strlen(kSeparator);
+  }
+  parts.push_back(input.substr(start));
+  return parts;
+}
+
+std::string join(const std::vector<std::string>& parts) {
+  std::string input = parts.front();
+  for (std::size_t i = 1; i < parts.size(); ++i) input.append(kSeparator).append(parts[i]);
+  return input;
+}
+
+std::string Input::part(std::size_t index) const {
+  return index < parts_.size() ? parts_[index] : "";
+}
+
+std::string Input::line(std::size_t index) const {
+  std::istringstream lines(parts_.front());
+  std::string line;
+  for (std::size_t i = 0; i <= index; ++i) {
+    line.clear();
+    std::getline(lines, line);
+  }
+  // As long as the callee sees it.
+  return line.c_str();
+}
+
+int Input::number(std::size_t index) const {
+  const long number = std::strtol(line(index).c_str(), nullptr, 10);
+  return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+}
+
+}  // namespace camcfg::fuzz
