@@ -25,9 +25,10 @@ constexpr const char* kDirectories[] = {CFG_DIR_MAIN, CFG_DIR_BACKUP, CFG_DIR_DE
 
 // The working directory stays outside when the device's root is entered, so that paths relative to
 // it lead to the host at all times: libFuzzer saves a crasher from wherever it was met.
-class Device : tests::QuickSaves {
+class Device {
  public:
   Device() {
+    tests::insteadOfSync = [] {};
     const int directory = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
     // Once the way that also gets permission to do so; from then on by chroot() alone.
     const std::string error = enterRoot(root_.hostPath());
@@ -40,6 +41,7 @@ class Device : tests::QuickSaves {
 
   void enter() {
     std::fflush(stdout);
+    output_ = dup(STDOUT_FILENO);
     dup2(nowhere_, STDOUT_FILENO);
     entered_ = chroot(root_.hostPath().c_str()) == 0;
     if (!entered_) throw std::runtime_error("scratch device: cannot be entered");
@@ -51,15 +53,18 @@ class Device : tests::QuickSaves {
     const int directory = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
     if (fchdir(outside_) != 0 || chroot(".") != 0 || fchdir(directory) != 0) abort();
     close(directory);
+    if (output_ < 0) return;
     std::fflush(stdout);
     dup2(output_, STDOUT_FILENO);
+    close(output_);
+    output_ = -1;
   }
 
  private:
   testkit::DeviceRoot root_{testkit::DeviceRoot::StayOut};
   int outside_ = open("/", O_PATH | O_DIRECTORY | O_CLOEXEC);
   int nowhere_ = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  int output_ = dup(STDOUT_FILENO);
+  int output_ = -1;
   bool entered_ = false;
 };
 
@@ -77,7 +82,9 @@ const Files& sampleFiles() {
   return files;
 }
 
+// In memory, unless a place is given.
 Device& device() {
+  if (access("/dev/shm", R_OK | W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 0);
   static Device device;
   return device;
 }

@@ -1,5 +1,7 @@
 #include "fuzz/input.h"
 
+#include <tinyxml2.h>
+
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
@@ -7,6 +9,23 @@
 #include <sstream>
 
 namespace camcfg::fuzz {
+namespace {
+
+// What is written of a document that was read; nothing if it cannot be read.
+std::string rewritten(const std::string& text) {
+  tinyxml2::XMLDocument document;
+  if (document.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS) return "";
+  tinyxml2::XMLPrinter printer;
+  document.Print(&printer);
+  return printer.CStr();
+}
+
+bool isStableXml(const std::string& text) {
+  const std::string once = rewritten(text);
+  return once.empty() || !rewritten(once).empty();
+}
+
+}  // namespace
 
 std::vector<std::string> split(const std::string& input) {
   std::vector<std::string> parts;
@@ -43,6 +62,10 @@ std::string Input::line(std::size_t index) const {
 int Input::number(std::size_t index) const {
   const long number = std::strtol(line(index).c_str(), nullptr, 10);
   return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+}
+
+bool Input::isStable() const {
+  return std::all_of(parts_.begin(), parts_.end(), isStableXml);
 }
 
 }  // namespace camcfg::fuzz

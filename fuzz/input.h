@@ -28,6 +28,10 @@ class Input {
   /// that fits.
   int number(std::size_t index) const;
 
+  /// Whether every part that is XML can be written and read again. tinyxml2 stops without an error
+  /// at an end tag that nothing was opened for; what it makes of such a file may not load again.
+  bool isStable() const;
+
  private:
   std::vector<std::string> parts_;
 };

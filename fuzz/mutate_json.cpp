@@ -95,8 +95,10 @@ void mutateText(const Change& change) {
 }
 
 void moveNumber(const Change& change) {
-  if (change.value.is_number_integer())
-    change.value = change.value.get<int>() + (change.dice.oneIn(2) ? 1 : -1);
+  if (!change.value.is_number_integer()) return;
+  const auto number = change.value.get<std::uint64_t>();
+  const std::uint64_t next = change.dice.oneIn(2) ? number + 1 : number - 1;
+  change.value = static_cast<std::int64_t>(next);
 }
 
 constexpr void (*kChanges[])(const Change&) = {

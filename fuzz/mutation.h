@@ -27,7 +27,7 @@ class Dice {
   }
 
  private:
-  std::minstd_rand engine_;
+  std::mt19937 engine_;
 };
 
 /// What code that reads attributes and members may not expect: limits, signs, long texts, formats.

@@ -3,7 +3,7 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test cross lint speed. On Debian, as root or with sudo, what is missing
+# NEED is one of: build tool test cross lint fuzz speed. On Debian, as root or with sudo, what is missing
 # is installed; anywhere else it is named, and the exit status is 1. Asks no questions.
 set -euo pipefail
 
@@ -26,6 +26,8 @@ cross  libgmock-dev:arm64     library  aarch64-linux-gnu-g++ libgmock.a
 lint   clang-format           command  clang-format
 lint   clang-tidy             command  run-clang-tidy
 lint   shellcheck             command  shellcheck
+fuzz   clang                  command  clang++
+fuzz   libclang-rt-14-dev     library  clang++ libclang_rt.fuzzer-x86_64.a
 speed  ccache                 command  ccache'
 
 has_command() {
