@@ -94,6 +94,32 @@ TEST_F(ToolHostileTest, OfATableWithAMillionFaultyRowsSomeFaultsAreTold) {
   EXPECT_THAT(run.err, HasSubstr("nothing was imported (999980 more faults)\n"));
 }
 
+std::string numberedElements(const std::string& name) {
+  std::string elements;
+  for (int i = 0; i < kMany; ++i)
+    elements += "<" + name + " Id=\"" + std::to_string(i) + "\" Name=\"n\"/>";
+  return elements;
+}
+
+TEST_F(ToolHostileTest, ADeviceWithAMillionPresetsIsToBeMendedFirst) {
+  device.write("/cfg0/preset_cfg.xml", "<PresetCfg>" + numberedElements("preset") + "</PresetCfg>");
+  EXPECT_EQ(runOn({"import"}, R"({"version": 1, "presets": [{"id": 1, "pan": 5}]})"),
+            (ToolRun{1, "",
+                     "camcfg: import: presets: the device has more than 2000 presets; mend them "
+                     "first\n"
+                     "camcfg: import: nothing was changed\n"}));
+}
+
+TEST_F(ToolHostileTest, ADocumentThatTakesAwayAMillionRecordsTellsEach) {
+  device.write("/cfg0/mpp_cfg.xml", "<Stream><StreamCache/></Stream><LiveMediaService><WEBSOCKET>" +
+                                        numberedElements("Channel") +
+                                        "</WEBSOCKET></LiveMediaService>");
+  const ToolRun run =
+      runOn({"import", "--dry-run"}, R"({"version": 1, "live": {"websocket": []}})");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("live.websocket[999999]"));
+}
+
 TEST_F(ToolHostileTest, ANumberTooLargeForAnyTypeIsRefused) {
   EXPECT_EQ(runOn({"preset", "import"}, "[{\"id\": 1,\n\"pan\": 1e999}]"),
             (ToolRun{1, "", "camcfg: preset import: line 2: it is no JSON from here on\n"}));
