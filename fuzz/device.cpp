@@ -70,15 +70,15 @@ class Device {
 
 using Files = std::map<std::string, std::string>;
 
-Files readSampleFiles() {
+Files readSmallFiles() {
   Files files;
-  for (const fs::directory_entry& entry : fs::directory_iterator(CAMCFG_RESOURCE_DIR "/defcfg"))
+  for (const fs::directory_entry& entry : fs::directory_iterator(CAMCFG_FUZZ_DEVICE))
     files[entry.path().filename()] = readFile(entry.path());
   return files;
 }
 
-const Files& sampleFiles() {
-  static const Files files = readSampleFiles();
+const Files& smallFiles() {
+  static const Files files = readSmallFiles();
   return files;
 }
 
@@ -112,7 +112,7 @@ bool isLocked(const tag_CFG_FILE_LOCK& lock) {
 }  // namespace
 
 void prepareDevice() {
-  sampleFiles();
+  smallFiles();
   device();
 }
 
@@ -141,8 +141,8 @@ std::string readFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-const std::string& sampleFile(const std::string& name) {
-  return sampleFiles().at(name);
+const std::string& smallFile(const std::string& name) {
+  return smallFiles().at(name);
 }
 
 void releaseIfLocked(const char* path) {

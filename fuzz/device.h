@@ -34,8 +34,8 @@ void writeFile(const std::string& path, const std::string& contents);
 std::string readFile(const std::string& path);
 inline constexpr char kNoFile[] = "-";
 
-/// What the device's file of this name is in the sample set.
-const std::string& sampleFile(const std::string& name);
+/// A file of a device that has a little of everything, from small_device/.
+const std::string& smallFile(const std::string& name);
 
 /// Releases a file's lock where a call has deliberately left it held.
 void releaseIfLocked(const char* path);

@@ -14,7 +14,7 @@ using tool::Status;
 
 struct DeviceFile {
   const char* path;
-  const char* sample;
+  const char* name;
 };
 
 constexpr DeviceFile kFiles[] = {{CFG_FILE_BUSINESS, "business_param.xml"},
@@ -52,12 +52,12 @@ void importTwice(const std::string& document) {
 
 }  // namespace
 
-// A document; the files of the device, where they are not those of the sample set.
+// A document; the files of the device, where they are not those of small_device/.
 void importDocument(const Input& input) {
   std::size_t part = 0;
   for (const DeviceFile& file : kFiles) {
     const std::string given = input.part(++part);
-    writeFile(file.path, given.empty() ? sampleFile(file.sample) : given);
+    writeFile(file.path, given.empty() ? smallFile(file.name) : given);
   }
   try {
     tool::exportSettings({}, true);

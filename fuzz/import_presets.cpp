@@ -21,10 +21,10 @@ void importTwice(const std::string& table) {
 
 }  // namespace
 
-// A table in CSV or JSON; the preset file, where it is not that of the sample set.
+// A table in CSV or JSON; the preset file, where it is not that of small_device/.
 void importPresets(const Input& input) {
   const std::string given = input.part(1);
-  writeFile(CFG_FILE_PRESET, given.empty() ? sampleFile("preset_cfg.xml") : given);
+  writeFile(CFG_FILE_PRESET, given.empty() ? smallFile("preset_cfg.xml") : given);
   try {
     importTwice(input.part(0));
   } catch (const tool::Refusal& refusal) {
