@@ -28,7 +28,7 @@ std::string allFiles() {
 }
 
 Answer import(const std::string& document, bool rehearse) {
-  const Answer answer = tool::importSettings(document, {rehearse, false});
+  Answer answer = tool::importSettings(document, {rehearse, false});
   tool::renderText(answer);
   tool::renderJson(answer);
   return answer;

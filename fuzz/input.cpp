@@ -56,7 +56,7 @@ std::string Input::line(std::size_t index) const {
     std::getline(lines, line);
   }
   // As long as the callee sees it.
-  return line.c_str();
+  return line.substr(0, line.find('\0'));
 }
 
 int Input::number(std::size_t index) const {

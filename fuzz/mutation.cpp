@@ -56,7 +56,7 @@ std::string oddText(Dice& dice) {
                                       "\xc3\xa4\xf0\x9f\x93\xb7",
                                       "\xff\xfe"};
   constexpr std::size_t kLengths[] = {15, 16, 31, 32, 63, 64, 127, 255, 256, 1023, 1024, 3000};
-  if (dice.oneIn(4)) return std::string(dice.among(kLengths), 'L');
+  if (dice.oneIn(4)) return std::string().append(dice.among(kLengths), 'L');
   return dice.among(texts);
 }
 
@@ -67,7 +67,7 @@ std::string mutate(const std::string& input, std::size_t longest, unsigned seed,
     std::vector<std::string> parts = split(input);
     std::string& part = dice.among(parts);
     part = mutateTree(part, dice, mutateBytes);
-    const std::string mutated = join(parts);
+    std::string mutated = join(parts);
     if (mutated != input && mutated.size() <= longest) return mutated;
   }
   return mutateBytes(input, longest);

@@ -49,7 +49,7 @@ void roundTrip(const Section<Record>& section) {
 
 /// A form is its fields, each closed off.
 inline std::string field(const std::string& text) {
-  return "'" + asReadBack(text.c_str()) + "' ";
+  return "'" + asReadBack(text) + "' ";
 }
 inline std::string field(int number) {
   return std::to_string(number) + " ";
