@@ -19,6 +19,10 @@ struct Crowd {
   std::size_t (*load)();  // what was loaded; 0 if it failed
 };
 
+void PrintTo(const Crowd& crowd, std::ostream* out) {
+  *out << crowd.name;
+}
+
 template <typename Record, int (*Load)(std::list<Record>&)>
 std::size_t countOf() {
   std::list<Record> records;
