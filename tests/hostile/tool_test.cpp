@@ -101,9 +101,9 @@ std::string numberedElements(const std::string& name, int count) {
   return elements;
 }
 
-TEST_F(ToolHostileTest, ADeviceWithAMillionPresetsIsToBeMendedFirst) {
+TEST_F(ToolHostileTest, ADeviceWithTwoHundredThousandPresetsIsToBeMendedFirst) {
   device.write("/cfg0/preset_cfg.xml",
-               "<PresetCfg>" + numberedElements("preset", kMany) + "</PresetCfg>");
+               "<PresetCfg>" + numberedElements("preset", 200000) + "</PresetCfg>");
   EXPECT_EQ(runOn({"import"}, R"({"version": 1, "presets": [{"id": 1, "pan": 5}]})"),
             (ToolRun{1, "",
                      "camcfg: import: presets: the device has more than 2000 presets; mend them "
