@@ -1,6 +1,7 @@
 #ifndef CAMCFG_FUZZ_DEVICE_H
 #define CAMCFG_FUZZ_DEVICE_H
 
+#include <cstring>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -15,6 +16,12 @@ class Broken : public std::logic_error {
 /// Throws Broken unless a promise holds.
 inline void require(bool holds, const std::string& promise) {
   if (!holds) throw Broken("broken: " + promise);
+}
+
+/// Whether a field of a record ends within its width.
+template <std::size_t Size>
+bool isTerminated(const char (&field)[Size]) {
+  return std::memchr(field, 0, Size) != nullptr;
 }
 
 /// Lays out the scratch device of this process, outside of which it stays. Call it first while the

@@ -10,11 +10,6 @@
 namespace camcfg::fuzz {
 namespace {
 
-template <std::size_t Size>
-bool isTerminated(const char (&field)[Size]) {
-  return strnlen(field, Size) < Size;
-}
-
 void requireTerminated(const tagNETWORK_CFG_S& settings) {
   require(isTerminated(settings.acIntf) && isTerminated(settings.acIpAddr) &&
               isTerminated(settings.acNetMask) && isTerminated(settings.acGateWay) &&

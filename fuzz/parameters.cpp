@@ -18,11 +18,6 @@ struct Arguments {
   int number;
 };
 
-template <std::size_t Size>
-bool isTerminated(const char (&field)[Size]) {
-  return strnlen(field, Size) < Size;
-}
-
 void describe(Arguments& given) {
   const auto text = std::make_unique<tagCFG_VALUE_TXT_S>();
   std::memset(text.get(), 'x', sizeof *text);
