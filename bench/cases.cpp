@@ -60,28 +60,30 @@ void preparePresets(int size) {
   writeFile(kBackupPreset, presetFile(size));
 }
 
+const std::vector<const char*> kPresetAttributes = {"Id",      "Description", "PanPos",   "TiltPos",
+                                                    "ZoomPos", "FocusPos",    "FocusMode"};
+
 std::vector<Case> presetCases() {
-  const auto parse = [] { parseByHand(CFG_FILE_PRESET); };
   return {
       {"preset_query", kPresets, preparePresets,
        [] {
          tagPRESET_CFG_S preset{};
          CFG_PRESET_QueryOneById(lastPreset, &preset);
        },
-       parse},
+       [] { findByHand(CFG_FILE_PRESET, lastPreset, kPresetAttributes); }},
       {"preset_unused_id", kPresets, preparePresets,
        [] {
          int id = 0;
          CFG_PRESET_GetUnusedId(&id);
        },
-       parse},
+       [] { findByHand(CFG_FILE_PRESET, lastPreset, {}); }},
       {"preset_set", kPresets, preparePresets,
        [] {
          tagPRESET_CFG_S preset{};
          preset.s32Id = lastPreset;
          CFG_PRESET_SetParam(&preset);
        },
-       [] { rewriteByHand(CFG_FILE_PRESET, kBackupPreset); }},
+       [] { setByHand(CFG_FILE_PRESET, kBackupPreset, lastPreset, kPresetAttributes); }},
   };
 }
 

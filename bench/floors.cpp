@@ -26,6 +26,12 @@ void saveByHand(tinyxml2::XMLDocument& document, const char* path, const char* b
   sync();
 }
 
+tinyxml2::XMLElement* entryByHand(tinyxml2::XMLDocument& document, int id) {
+  tinyxml2::XMLElement* entry = document.FirstChildElement()->FirstChildElement();
+  while (entry->IntAttribute("Id") != id) entry = entry->NextSiblingElement();
+  return entry;
+}
+
 }  // namespace
 
 int readByHand(const char* path, const char* name, const char* attribute) {
@@ -50,6 +56,24 @@ void parseByHand(const char* path) {
 void rewriteByHand(const char* path, const char* backup) {
   tinyxml2::XMLDocument document;
   document.LoadFile(path);
+  saveByHand(document, path, backup);
+}
+
+int findByHand(const char* path, int id, const std::vector<const char*>& attributes) {
+  tinyxml2::XMLDocument document;
+  document.LoadFile(path);
+  const tinyxml2::XMLElement* entry = entryByHand(document, id);
+  int sum = 0;
+  for (const char* attribute : attributes) sum += entry->IntAttribute(attribute);
+  return sum;
+}
+
+void setByHand(const char* path, const char* backup, int id,
+               const std::vector<const char*>& attributes) {
+  tinyxml2::XMLDocument document;
+  document.LoadFile(path);
+  tinyxml2::XMLElement* entry = entryByHand(document, id);
+  for (const char* attribute : attributes) entry->SetAttribute(attribute, id);
   saveByHand(document, path, backup);
 }
 

@@ -2,6 +2,7 @@
 #define CAMCFG_BENCH_FLOORS_H
 
 #include <string>
+#include <vector>
 
 namespace camcfg::bench {
 
@@ -19,6 +20,15 @@ void parseByHand(const char* path);
 
 /// Parses a file, prints it, and saves it durably in two copies.
 void rewriteByHand(const char* path, const char* backup);
+
+/// Loads a file and finds the entry of a number in its first section, by the attribute "Id".
+/// @return its integer attributes added up
+int findByHand(const char* path, int id, const std::vector<const char*>& attributes);
+
+/// Loads a file, sets all these attributes of the entry of a number to that number, and saves it
+/// durably in two copies.
+void setByHand(const char* path, const char* backup, int id,
+               const std::vector<const char*>& attributes);
 
 }  // namespace camcfg::bench
 

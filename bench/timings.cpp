@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <thread>
 
 #include "bench/cases.h"
 #include "bench/files.h"
@@ -48,6 +49,30 @@ void readConcurrently(benchmark::State& state) {
   }
 }
 
+// Reads one file while another thread waits for the lock of a second one, or while none does.
+void readBesideWaiter(benchmark::State& state) {
+  const bool someoneWaits = state.range(0) != 0;
+  char read[] = "/cfg0/read.xml";
+  char waitedFor[] = "/cfg0/waited_for.xml";
+  camcfg::bench::writeFile(read, camcfg::bench::parameterFile(128));
+  std::thread waiter;
+  if (someoneWaits) {
+    cfgLockFile(waitedFor);
+    waiter = std::thread([&] {
+      cfgLockFile(waitedFor);
+      cfgUnlockFile(waitedFor);
+    });
+  }
+  for (auto step : state) {
+    static_cast<void>(step);
+    delete CFG_GetDocByFileName(read, BU_TRUE);
+  }
+  if (someoneWaits) {
+    cfgUnlockFile(waitedFor);
+    waiter.join();
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -58,6 +83,11 @@ int main(int argc, char** argv) {
         ->Arg(ownFiles)
         ->ThreadRange(1, 8)
         ->UseRealTime();
+  benchmark::RegisterBenchmark("read_beside_waiter", readBesideWaiter)
+      ->Arg(0)
+      ->Arg(1)
+      ->Unit(benchmark::kMicrosecond)
+      ->UseRealTime();
   benchmark::Initialize(&argc, argv);
   if (argc != 2) {
     std::fprintf(stderr, "usage: %s OUTPUT.json [benchmark options]\n", argv[0]);
@@ -67,6 +97,7 @@ int main(int argc, char** argv) {
   benchmark::JSONReporter reporter;
   reporter.SetOutputStream(&output);
 
+  benchmark::CPUInfo::Get();  // while /proc is in sight
   // What the library prints goes nowhere.
   dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
   const camcfg::testkit::DeviceRoot device;

@@ -18,46 +18,44 @@ constexpr ChannelSlot<Session> kSlots[] = {{"MainVideo", &Session::s32MainVideoI
                                            {"Audio", &Session::s32AudioId}};
 
 bool readInstance(const XMLElement& element, Session& session) {
-  session.s32Id = element.IntAttribute("Id", session.s32Id);
-  session.bEnable = isTrue(textOr(element, "Enable", "false"));
-  session.bDiscoveryServerEnable = isTrue(textOr(element, "DiscoveryServerEnable", "false"));
-  session.strDiscoveryServer = textOr(element, "DiscoveryServer", "");
-  session.strGroupName = textOr(element, "GroupName", "");
-  session.strMainStreamName = textOr(element, "MainStreamName", "");
-  session.bMulticastEnable = isTrue(textOr(element, "MulticastEnable", "false"));
-  session.strMulticastIp = textOr(element, "MulticastIp", session.strMulticastIp.c_str());
-  session.strMulticastNetmask =
-      textOr(element, "MulticastNetmask", session.strMulticastNetmask.c_str());
-  session.s32MulticastTTL = element.IntAttribute("MulticastTTL", session.s32MulticastTTL);
+  readInt(element, "Id", session.s32Id);
+  readSwitch(element, "Enable", session.bEnable);
+  readSwitch(element, "DiscoveryServerEnable", session.bDiscoveryServerEnable);
+  readText(element, "DiscoveryServer", session.strDiscoveryServer);
+  readText(element, "GroupName", session.strGroupName);
+  readText(element, "MainStreamName", session.strMainStreamName);
+  readSwitch(element, "MulticastEnable", session.bMulticastEnable);
+  readText(element, "MulticastIp", session.strMulticastIp);
+  readText(element, "MulticastNetmask", session.strMulticastNetmask);
+  readInt(element, "MulticastTTL", session.s32MulticastTTL);
 
-  const auto readChannel = [&session](const XMLElement& entry) {
+  for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
+       entry = nextEntry(*entry, kChannel)) {
     TypedChannel channel;
-    if (!readTypedChannel(entry, kChannelPath, channel)) return false;
-    const char* type = channel.type.c_str();
+    if (!readTypedChannel(*entry, kChannelPath, channel)) return false;
     if (const auto* slot = findSlot(kSlots, channel.type))
-      fillSlot(session, *slot, channel.id, type, "NDI");
+      fillSlot(session.*slot->id, channel.id, channel.type, "NDI", session.s32Id);
     else
       kLiveMedia.print(kWarning, "Un-support Type %s for <NDI><Instance><Channel>, ignored.\n",
-                       type);
-    return true;
-  };
-  return readEntries(element, kChannel, readChannel, skipQuietly);
+                       channel.type);
+  }
+  return true;
 }
 
 void writeInstance(XMLElement& section, const Session& session) {
   XMLElement& instance = append(section, kInstance);
-  instance.SetAttribute("Id", session.s32Id);
-  instance.SetAttribute("Enable", trueOrFalse(session.bEnable));
+  setInt(instance, "Id", session.s32Id);
+  setSwitch(instance, "Enable", session.bEnable);
   // Deliberate: not the name that the loader reads, so the switch is off when the file is loaded
   // again.
-  instance.SetAttribute("bDiscoveryServerEnable", trueOrFalse(session.bDiscoveryServerEnable));
+  setSwitch(instance, "bDiscoveryServerEnable", session.bDiscoveryServerEnable);
   setText(instance, "DiscoveryServer", session.strDiscoveryServer);
   setText(instance, "GroupName", session.strGroupName);
   setText(instance, "MainStreamName", session.strMainStreamName);
-  instance.SetAttribute("MulticastEnable", trueOrFalse(session.bMulticastEnable));
+  setSwitch(instance, "MulticastEnable", session.bMulticastEnable);
   setText(instance, "MulticastIp", session.strMulticastIp);
   setText(instance, "MulticastNetmask", session.strMulticastNetmask);
-  instance.SetAttribute("MulticastTTL", session.s32MulticastTTL);
+  setInt(instance, "MulticastTTL", session.s32MulticastTTL);
   writeTypedChannels(instance, session, kSlots);
 }
 

@@ -22,24 +22,25 @@ bool readTarget(const XMLElement& element, Session& session) {
   if (!kLiveMedia.requireInt(element, "Id", kTargetPath, &session.s32Id) ||
       !kLiveMedia.requireText(element, "url", kTargetPath, &session.strUrl))
     return false;
-  session.strUsername = textOr(element, "username", "");
-  session.strPassword = textOr(element, "password", "");
-  session.bEnable = isTrue(textOr(element, "Enable", "true"));
+  readText(element, "username", session.strUsername);
+  readText(element, "password", session.strPassword);
+  session.bEnable = 1;
+  readSwitch(element, "Enable", session.bEnable);
 
-  const auto readChannel = [&session](const XMLElement& entry) {
+  for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
+       entry = nextEntry(*entry, kChannel)) {
     TypedChannel channel;
-    if (!readTypedChannel(entry, "<RTMP><Target><Channel>", channel)) return false;
+    if (!readTypedChannel(*entry, "<RTMP><Target><Channel>", channel)) return false;
     if (const auto* slot = findSlot(kSlots, channel.type))
-      fillSlot(session, *slot, channel.id, slot->type, "RTMP");
-    return true;
-  };
-  return readEntries(element, kChannel, readChannel, skipQuietly);
+      fillSlot(session.*slot->id, channel.id, slot->type, "RTMP", session.s32Id);
+  }
+  return true;
 }
 
 void writeTarget(XMLElement& section, const Session& session) {
   XMLElement& target = append(section, kTarget);
-  target.SetAttribute("Id", session.s32Id);
-  target.SetAttribute("Enable", trueOrFalse(session.bEnable));
+  setInt(target, "Id", session.s32Id);
+  setSwitch(target, "Enable", session.bEnable);
   setText(target, "url", session.strUrl);
   setText(target, "username", session.strUsername);
   setText(target, "password", session.strPassword);

@@ -14,11 +14,14 @@ bool readGroup(const XMLElement& element, Session& session) {
   session = std::make_shared<tag_CFG_RTSP_SESSION_T>();
   if (!kLiveMedia.requireText(element, "Name", "<RTSP><MediaGroup>", &session->strName))
     return false;
-  const auto readChannel = [&session](const XMLElement& channel) {
+  for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
+       entry = nextEntry(*entry, kChannel)) {
     session->lstSubSession.emplace_back();
-    return readNamedChannel(channel, "<RTSP><MediaGroup><Channel>", session->lstSubSession.back());
-  };
-  return readEntries(element, kChannel, readChannel, skipQuietly);
+    tag_CFG_RTSP_SUBSESSION_T& channel = session->lstSubSession.back();
+    if (!readNamedChannel(*entry, "<RTSP><MediaGroup><Channel>", channel.s32Id, channel.strName))
+      return false;
+  }
+  return true;
 }
 
 void writeGroup(XMLElement& section, const Session& session) {
@@ -26,7 +29,7 @@ void writeGroup(XMLElement& section, const Session& session) {
   XMLElement& group = append(section, kGroup);
   setText(group, "Name", session->strName);
   for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
-    writeNamedChannel(group, channel);
+    writeNamedChannel(group, channel.s32Id, channel.strName);
 }
 
 constexpr Section<Session> kRtsp = {"RTSP", kGroup, "<RTSP>", readGroup, writeGroup};

@@ -2,7 +2,7 @@
 #define CAMCFG_LIVEMEDIA_SECTION_H
 
 #include <list>
-#include <utility>
+#include <new>
 
 #include "livemedia/document.h"
 #include "support/media_entries.h"
@@ -23,40 +23,46 @@ struct Section {
   Ending ending = Ending::Save;
 };
 
+/// The first element of one name among an element and its followers; warns of those before it,
+/// which it passes over.
+const tinyxml2::XMLElement* supportedFrom(const tinyxml2::XMLElement* element, const char* name,
+                                          const char* unknownsPlace);
+
+/// Ends a load or a dump that succeeded, as far as its section is concerned.
+/// @return what the family's call returns
+std::int32_t finishLoad(const char* section);
+std::int32_t finishDump(const char* section, Ending ending);
+
 /// Replaces the list by the records of a section. Over a fault, which `read` has reported, the
 /// records before it stay in the list.
 template <typename Record>
-std::int32_t load(const Section<Record>& section, std::list<Record>& records) {
-  return kLiveMedia.read(section.name, [&](const tinyxml2::XMLElement& element) {
-    records.clear();
-    const auto readRecord = [&](const tinyxml2::XMLElement& entry) {
-      Record record;
-      if (!section.read(entry, record)) return false;
-      records.push_back(std::move(record));
-      return true;
-    };
+std::int32_t load(const Section<Record>& section, std::list<Record>& records) try {
+  const tinyxml2::XMLElement* element = kLiveMedia.open(section.name, BU_TRUE);
+  if (element == nullptr) return CFG_LM_ERR;
+  records.clear();
+  element = element->FirstChildElement();
+  while ((element = supportedFrom(element, section.entry, section.unknownsPlace)) != nullptr) {
+    std::list<Record> one(1);
     // Deliberate: over a fault the document stays open, until the next open or close.
-    if (!readEntries(element, section.entry, readRecord, warnUnsupported(section.unknownsPlace)))
-      return CFG_LM_ERR;
-    kLiveMedia.closeRead();
-    kLiveMedia.print(kInfo, "Load %s Config success.\n", section.name);
-    return 0;
-  });
+    if (!section.read(*element, one.front())) return CFG_LM_ERR;
+    records.splice(records.end(), one);
+    element = element->NextSiblingElement();
+  }
+  return finishLoad(section.name);
+} catch (const std::bad_alloc&) {
+  return kLiveMedia.giveUp(BU_TRUE);
 }
 
 /// Replaces the records of a section, and whatever else stands in it, by the list.
 template <typename Record>
-std::int32_t dump(const Section<Record>& section, const std::list<Record>& records) {
-  return kLiveMedia.edit(section.name, [&](tinyxml2::XMLElement& element) {
-    element.DeleteChildren();
-    for (const Record& record : records) section.write(element, record);
-    if (section.ending == Ending::DiscardAndStayLocked)
-      kLiveMedia.closeRead();
-    else if (kLiveMedia.closeWrite() != 0)
-      return CFG_LM_ERR;
-    kLiveMedia.print(kInfo, "Update %s Config success.\n", section.name);
-    return 0;
-  });
+std::int32_t dump(const Section<Record>& section, const std::list<Record>& records) try {
+  tinyxml2::XMLElement* element = kLiveMedia.open(section.name, BU_FALSE);
+  if (element == nullptr) return CFG_LM_ERR;
+  element->DeleteChildren();
+  for (const Record& record : records) section.write(*element, record);
+  return finishDump(section.name, section.ending);
+} catch (const std::bad_alloc&) {
+  return kLiveMedia.giveUp(BU_FALSE);
 }
 
 }  // namespace camcfg

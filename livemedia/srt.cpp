@@ -16,67 +16,68 @@ constexpr char kListener[] = "Listener";
 constexpr char kCaller[] = "Caller";
 
 // A listener's host name is not looked at.
-bool readMode(const XMLElement& element, const std::string& mode, Instance& instance) {
-  instance.s32Mode = isWord(mode.c_str(), kListener) ? 1 : 0;
+bool readMode(const XMLElement& element, const char* mode, Instance& instance) {
+  instance.s32Mode = isWord(mode, kListener) ? 1 : 0;
   if (instance.s32Mode != 0) return true;
-  if (isWord(mode.c_str(), kCaller))
+  if (isWord(mode, kCaller))
     return kLiveMedia.requireText(element, "Hostname", kPath, &instance.strHostname);
   // Deliberate: the message speaks of skipping the instance, but the whole load fails.
   kLiveMedia.print(kWarning, "Bad srt mode = %s, only allow {Listener, Caller}, skip instance.\n",
-                   mode.c_str());
+                   mode);
   return false;
-}
-
-bool readChannel(const XMLElement& element, Stream& stream) {
-  std::int32_t id = -1;
-  if (!kLiveMedia.requireInt(element, "Id", "<SRT><Instance><Stream><Channel>", &id)) return false;
-  stream.lstChannel.push_back(id);
-  return true;
 }
 
 bool readStream(const XMLElement& element, Stream& stream) {
   if (!kLiveMedia.requireText(element, "Id", "<SRT><Instance><Stream>", &stream.strId))
     return false;
-  stream.s32Default = element.IntAttribute("Default", stream.s32Default);
-  return readEntries(
-      element, kChannel, [&](const XMLElement& channel) { return readChannel(channel, stream); },
-      skipQuietly);
+  readInt(element, "Default", stream.s32Default);
+  for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
+       entry = nextEntry(*entry, kChannel)) {
+    std::int32_t id = -1;
+    if (!kLiveMedia.requireInt(*entry, "Id", "<SRT><Instance><Stream><Channel>", &id)) return false;
+    stream.lstChannel.push_back(id);
+  }
+  return true;
+}
+
+bool readStreams(const XMLElement& element, Instance& instance) {
+  const XMLElement* entry = element.FirstChildElement();
+  while ((entry = supportedFrom(entry, kStreamElement, kPath)) != nullptr) {
+    instance.lstStream.emplace_back();
+    if (!readStream(*entry, instance.lstStream.back())) return false;
+    entry = entry->NextSiblingElement();
+  }
+  return true;
 }
 
 bool readInstance(const XMLElement& element, Instance& instance) {
-  std::string mode;
-  if (!kLiveMedia.requireInt(element, "Id", kPath, &instance.s32Id) ||
-      !kLiveMedia.requireText(element, "Mode", kPath, &mode) ||
-      !kLiveMedia.requireInt(element, "Port", kPath, &instance.s32Port) ||
+  if (!kLiveMedia.requireInt(element, "Id", kPath, &instance.s32Id)) return false;
+  const char* mode = kLiveMedia.requireText(element, "Mode", kPath);
+  if (mode == nullptr || !kLiveMedia.requireInt(element, "Port", kPath, &instance.s32Port) ||
       !readMode(element, mode, instance))
     return false;
-  instance.s32AesMode = element.IntAttribute("AesMode", instance.s32AesMode);
-  instance.strPassword = textOr(element, "Password", "");
-  instance.s32Latency = element.IntAttribute("Latency", instance.s32Latency);
-
-  const auto appendStream = [&instance](const XMLElement& stream) {
-    instance.lstStream.emplace_back();
-    return readStream(stream, instance.lstStream.back());
-  };
-  return readEntries(element, kStreamElement, appendStream, warnUnsupported(kPath));
+  readInt(element, "AesMode", instance.s32AesMode);
+  readText(element, "Password", instance.strPassword);
+  readInt(element, "Latency", instance.s32Latency);
+  return readStreams(element, instance);
 }
 
 void writeStream(XMLElement& parent, const Stream& stream) {
   XMLElement& element = append(parent, kStreamElement);
   setText(element, "Id", stream.strId);
-  element.SetAttribute("Default", stream.s32Default);
-  for (const int id : stream.lstChannel) append(element, kChannel).SetAttribute("Id", id);
+  setInt(element, "Default", stream.s32Default);
+  for (const int id : stream.lstChannel) setInt(append(element, kChannel), "Id", id);
 }
 
 void writeInstance(XMLElement& section, const Instance& instance) {
   XMLElement& element = append(section, kInstance);
-  element.SetAttribute("Id", instance.s32Id);
+  setInt(element, "Id", instance.s32Id);
   element.SetAttribute("Mode", instance.s32Mode != 0 ? kListener : kCaller);
   if (!instance.strHostname.empty()) setText(element, "Hostname", instance.strHostname);
-  element.SetAttribute("Port", instance.s32Port);
-  if (instance.s32AesMode > 0) element.SetAttribute("AesMode", instance.s32AesMode);
+  setInt(element, "Port", instance.s32Port);
+  if (instance.s32AesMode > 0) setInt(element, "AesMode", instance.s32AesMode);
   if (!instance.strPassword.empty()) setText(element, "Password", instance.strPassword);
-  element.SetAttribute("Latency", instance.s32Latency);
+  setInt(element, "Latency", instance.s32Latency);
   for (const Stream& stream : instance.lstStream) writeStream(element, stream);
 }
 

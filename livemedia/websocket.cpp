@@ -9,11 +9,15 @@ namespace {
 using Session = tag_CFG_WEBSOCKET_SESSION_T;
 
 bool readSession(const XMLElement& element, Session& session) {
-  return readNamedChannel(element, "<WEBSOCKET><Channel>", session);
+  return readNamedChannel(element, "<WEBSOCKET><Channel>", session.s32Id, session.strName);
+}
+
+void writeSession(XMLElement& section, const Session& session) {
+  writeNamedChannel(section, session.s32Id, session.strName);
 }
 
 constexpr Section<Session> kWebsocket = {"WEBSOCKET", kChannel, "<WEBSOCKET>", readSession,
-                                         writeNamedChannel<Session>};
+                                         writeSession};
 
 }  // namespace
 

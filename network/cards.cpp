@@ -1,6 +1,5 @@
 #include <cstddef>
 #include <cstring>
-#include <new>
 
 #include "camcfg/network.h"
 #include "network/section.h"
@@ -41,7 +40,7 @@ const XMLElement* findInterface(XMLElement* card, const char* cardName, const ch
 
 }  // namespace
 
-int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards) try {
+int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards) {
   if (pstCards == nullptr) {
     logError(here(), "pcCard is NULL\n");
     return -1;
@@ -55,12 +54,9 @@ int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards) try {
        card = card->NextSiblingElement())
     append(*pstCards, *card);
   return 0;
-} catch (const std::bad_alloc&) {
-  *pstCards = {};
-  return -1;
 }
 
-int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) try {
+int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) {
   if (pcCard == nullptr || pstCfg == nullptr) {
     logError(here(), "pcCard is NULL\n");
     return -1;
@@ -78,6 +74,4 @@ int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) try {
   char current[] = "Cur";
   cfgNetworkGetParam(current, pcCard, pstCfg);
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }

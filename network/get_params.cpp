@@ -1,5 +1,3 @@
-#include <new>
-
 #include "camcfg/network.h"
 #include "network/parameters.h"
 #include "network/section.h"
@@ -19,7 +17,7 @@ void zeroAndGet(const char* attribute, char* card, tagNETWORK_CFG_S* record) {
 
 }  // namespace
 
-void cfgNetworkGetParam(char* pcAttr, char* pcCard, tagNETWORK_CFG_S* pstCfg) try {
+void cfgNetworkGetParam(char* pcAttr, char* pcCard, tagNETWORK_CFG_S* pstCfg) {
   if (pcAttr == nullptr || pcCard == nullptr || pstCfg == nullptr) {
     logError(here(), "pcCard is NULL\n");
     return;
@@ -32,8 +30,6 @@ void cfgNetworkGetParam(char* pcAttr, char* pcCard, tagNETWORK_CFG_S* pstCfg) tr
   for (const XMLElement* element = card->FirstChildElement(); element != nullptr;
        element = element->NextSiblingElement())
     readParameter(*pstCfg, *element, pcAttr);
-} catch (const std::bad_alloc&) {
-  *pstCfg = {};
 }
 
 void CFG_NETWORK_GetAllParamCur(char* pcCard, tagNETWORK_CFG_S* pstCfg) {

@@ -1,15 +1,15 @@
 #include <cstring>
-#include <new>
 
 #include "camcfg/network.h"
 #include "network/section.h"
 #include "store/transaction.h"
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 using namespace camcfg;
 using tinyxml2::XMLElement;
 
-void CFG_NETWORK_GetHostname(char* pcBuf, int s32Len) try {
+void CFG_NETWORK_GetHostname(char* pcBuf, int s32Len) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   const XMLElement* network = findNetwork(document.get(), __func__);
   if (network == nullptr || pcBuf == nullptr || s32Len <= 0) return;
@@ -18,16 +18,13 @@ void CFG_NETWORK_GetHostname(char* pcBuf, int s32Len) try {
   const auto size = static_cast<std::size_t>(s32Len);
   std::memset(pcBuf, 0, size);
   copyCharacters(pcBuf, size, textOrEmpty(*network, "Hostname"));
-} catch (const std::bad_alloc&) {
 }
 
-void CFG_NETWORK_SetHostname(char* pcName) try {
+void CFG_NETWORK_SetHostname(char* pcName) {
   if (pcName == nullptr) return;
   WriteDocument document(CFG_FILE_BUSINESS);
   XMLElement* network = findNetwork(document.get(), __func__);
   if (network == nullptr) return;
-  network->SetAttribute("Hostname", pcName);
-  saveOrReport(document, __func__);
-} catch (const std::bad_alloc&) {
-  reportNotSaved(here());
+  const bool changed = setAttribute(*network, "Hostname", pcName);
+  saveOrReport(document, changed, __func__);
 }

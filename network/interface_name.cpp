@@ -5,10 +5,10 @@
 namespace {
 
 struct InterfaceName {
-  const char* inFile;
-  const char* inSystem;
+  char inFile[6];
+  char inSystem[6];
 };
-using Form = const char* InterfaceName::*;
+using Form = const char (InterfaceName::*)[6];
 
 constexpr InterfaceName kNames[] = {{"Eth0", "eth0"}, {"Eth1", "eth1"}, {"Wlan0", "wlan0"}};
 

@@ -1,15 +1,14 @@
 #include "network/parameters.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
-#include <type_traits>
 
 #include "network/section.h"
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 namespace camcfg {
 namespace {
@@ -35,122 +34,110 @@ static_assert(offsetof(Record, enDuplex) == 292);
 static_assert(offsetof(Record, s32MTU) == 296);
 static_assert(sizeof(Record) == 300);
 
+constexpr char kCurrent[] = "Cur";
+
+// What a field holds. Those of the kinds that are no text are integers of 32 bits.
+enum class Kind : std::uint8_t { Switch, Duplex, Speed, IpMode, DnsMode, Integer, Text, Interface };
+
+// The words that stand for the values of a kind.
 struct Word {
   std::int32_t value;
-  const char* text;
+  Kind kind;
+  char text[11];
 };
-constexpr Word kSwitch[] = {{BU_FALSE, "Off"}, {BU_TRUE, "On"}};
-constexpr Word kDuplex[] = {{LINK_DUPLEX_HALF, "Half"}, {LINK_DUPLEX_FULL, "Full"}};
-constexpr Word kSpeed[] = {
-    {LINK_SPEED_10M, "10M"}, {LINK_SPEED_100M, "100M"}, {LINK_SPEED_1000M, "1000M"}};
-constexpr Word kIpMode[] = {{IP_MODE_DHCP, "DhcpIp"}, {IP_MODE_STATIC, "StaticIp"}};
-constexpr Word kDnsMode[] = {{DNS_MODE_AUTO, "AutoMode"}, {DNS_MODE_MANUAL, "ManualMode"}};
-
-void setCurrent(XMLElement& element, const char* text) {
-  element.SetAttribute("Cur", text);
-}
-
-// A field whose terminator is missing ends with its last byte.
-template <std::size_t Size>
-std::array<char, Size> terminated(const char (&field)[Size]) {
-  std::array<char, Size> text;
-  std::memcpy(text.data(), field, Size);
-  text.back() = '\0';
-  return text;
-}
-
-// What is done with a value that has no word.
-enum Unknown { LeaveElement, WriteFirstWord };
-
-// The kinds of fields. Each writes an element from its field and reads its field from a text.
-template <auto Field, const auto& Words, Unknown unknown = LeaveElement>
-struct OneOf {
-  static void write(XMLElement& element, const Record& record) {
-    for (const Word& word : Words)
-      if (word.value == record.*Field) return setCurrent(element, word.text);
-    if (unknown == WriteFirstWord) setCurrent(element, Words[0].text);
-  }
-  static void read(Record& record, const char* text) {
-    using Value = std::decay_t<decltype(record.*Field)>;
-    for (const Word& word : Words)
-      if (std::strcmp(word.text, text) == 0) record.*Field = static_cast<Value>(word.value);
-  }
-};
-
-// Anything but the word for on is read as off.
-template <auto Field, Unknown unknown = LeaveElement>
-struct Switch : OneOf<Field, kSwitch, unknown> {
-  static void read(Record& record, const char* text) {
-    record.*Field = std::strcmp(text, "On") == 0 ? BU_TRUE : BU_FALSE;
-  }
-};
-
-template <auto Field>
-struct Text {
-  static void write(XMLElement& element, const Record& record) {
-    setCurrent(element, terminated(record.*Field).data());
-  }
-  static void read(Record& record, const char* text) { copyText(record.*Field, text); }
-};
-
-template <auto Field>
-struct InterfaceName {
-  static void write(XMLElement& element, const Record& record) {
-    setCurrent(element, CFG_NETWORK_IntfEthName2XmlStr(terminated(record.*Field).data()));
-  }
-  static void read(Record& record, const char* text) {
-    copyText(record.*Field, CFG_NETWORK_IntfXmlStr2EthName(text));
-  }
-};
-
-template <auto Field>
-struct Integer {
-  static void write(XMLElement& element, const Record& record) {
-    element.SetAttribute("Cur", record.*Field);
-  }
-  static void read(Record& record, const char* text) {
-    record.*Field = static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
-  }
+constexpr Word kWords[] = {
+    {BU_FALSE, Kind::Switch, "Off"},
+    {BU_TRUE, Kind::Switch, "On"},
+    {LINK_DUPLEX_HALF, Kind::Duplex, "Half"},
+    {LINK_DUPLEX_FULL, Kind::Duplex, "Full"},
+    {LINK_SPEED_10M, Kind::Speed, "10M"},
+    {LINK_SPEED_100M, Kind::Speed, "100M"},
+    {LINK_SPEED_1000M, Kind::Speed, "1000M"},
+    {IP_MODE_DHCP, Kind::IpMode, "DhcpIp"},
+    {IP_MODE_STATIC, Kind::IpMode, "StaticIp"},
+    {DNS_MODE_AUTO, Kind::DnsMode, "AutoMode"},
+    {DNS_MODE_MANUAL, Kind::DnsMode, "ManualMode"},
 };
 
 // How an element's name is compared when it is written; it is read by its whole name.
-enum class Match { Beginning, Whole };
+enum class Match : std::uint8_t { Beginning, Whole };
 
+// Texts stand in the rows themselves: a pointer to each would cost more, since the loader has to
+// relocate it.
 struct Parameter {
-  const char* name;
+  char name[10];
   Match match;
-  void (*write)(XMLElement& element, const Record& record);
-  void (*read)(Record& record, const char* text);
+  Kind kind;
+  std::uint16_t offset;  // of its field
+  char otherwise[4];     // written for a value that has no word; empty: the element is left alone
 };
-
-template <typename Field>
-constexpr Parameter row(const char* name, Match match) {
-  return {name, match, &Field::write, &Field::read};
-}
 
 // In the order in which a name is recognised.
 // Deliberate: most names match by their beginning when written, but all by the whole when read, so
 // "EnableWifi" is written as "Enable" and never read.
 // Deliberate: an unknown "Enable" is left alone, while any "Autoneg" but 1 is written as "Off".
 constexpr Parameter kParameters[] = {
-    row<Switch<&Record::enEnable>>("Enable", Match::Beginning),
-    row<Switch<&Record::enAutoneg, WriteFirstWord>>("Autoneg", Match::Beginning),
-    row<OneOf<&Record::enDuplex, kDuplex>>("Duplex", Match::Beginning),
-    row<OneOf<&Record::enSpeed, kSpeed>>("Speed", Match::Beginning),
-    row<Integer<&Record::s32MTU>>("MTU", Match::Whole),
-    row<InterfaceName<&Record::acIntf>>("Intf", Match::Beginning),
-    row<OneOf<&Record::enIpMode, kIpMode>>("IpMode", Match::Beginning),
-    row<Text<&Record::acIpAddr>>("IpAddr", Match::Beginning),
-    row<Text<&Record::acNetMask>>("NetMask", Match::Beginning),
-    row<Text<&Record::acGateWay>>("GateWay", Match::Beginning),
-    row<OneOf<&Record::enDnsMode, kDnsMode>>("DnsMode", Match::Beginning),
-    row<Text<&Record::acDns1>>("Dns1", Match::Beginning),
-    row<Text<&Record::acDns2>>("Dns2", Match::Beginning),
-    row<Text<&Record::acDnsSearch>>("DnsSearch", Match::Whole),
-    row<Text<&Record::acDhcpDns1>>("DhcpDns1", Match::Whole),
-    row<Text<&Record::acDhcpDns2>>("DhcpDns2", Match::Whole),
+    {"Enable", Match::Beginning, Kind::Switch, offsetof(Record, enEnable), ""},
+    {"Autoneg", Match::Beginning, Kind::Switch, offsetof(Record, enAutoneg), "Off"},
+    {"Duplex", Match::Beginning, Kind::Duplex, offsetof(Record, enDuplex), ""},
+    {"Speed", Match::Beginning, Kind::Speed, offsetof(Record, enSpeed), ""},
+    {"MTU", Match::Whole, Kind::Integer, offsetof(Record, s32MTU), ""},
+    {"Intf", Match::Beginning, Kind::Interface, offsetof(Record, acIntf), ""},
+    {"IpMode", Match::Beginning, Kind::IpMode, offsetof(Record, enIpMode), ""},
+    {"IpAddr", Match::Beginning, Kind::Text, offsetof(Record, acIpAddr), ""},
+    {"NetMask", Match::Beginning, Kind::Text, offsetof(Record, acNetMask), ""},
+    {"GateWay", Match::Beginning, Kind::Text, offsetof(Record, acGateWay), ""},
+    {"DnsMode", Match::Beginning, Kind::DnsMode, offsetof(Record, enDnsMode), ""},
+    {"Dns1", Match::Beginning, Kind::Text, offsetof(Record, acDns1), ""},
+    {"Dns2", Match::Beginning, Kind::Text, offsetof(Record, acDns2), ""},
+    {"DnsSearch", Match::Whole, Kind::Text, offsetof(Record, acDnsSearch), ""},
+    {"DhcpDns1", Match::Whole, Kind::Text, offsetof(Record, acDhcpDns1), ""},
+    {"DhcpDns2", Match::Whole, Kind::Text, offsetof(Record, acDhcpDns2), ""},
 };
 static_assert(std::size(kParameters) == 16, "one row for each field of the record");
+
+std::size_t roomOf(const Parameter& parameter) {
+  return parameter.kind == Kind::Interface ? sizeof Record::acIntf : sizeof Record::acIpAddr;
+}
+
+std::int32_t valueOf(const Parameter& parameter, const Record& record) {
+  std::int32_t value;
+  std::memcpy(&value, reinterpret_cast<const char*>(&record) + parameter.offset, sizeof value);
+  return value;
+}
+
+char* fieldOf(const Parameter& parameter, Record& record) {
+  return reinterpret_cast<char*>(&record) + parameter.offset;
+}
+
+void setValue(const Parameter& parameter, Record& record, std::int32_t value) {
+  std::memcpy(fieldOf(parameter, record), &value, sizeof value);
+}
+
+bool writeWord(const Parameter& parameter, XMLElement& element, std::int32_t value) {
+  const char* text = parameter.otherwise;
+  for (const Word& word : kWords)
+    if (word.kind == parameter.kind && word.value == value) text = word.text;
+  return text[0] == '\0' || setAttribute(element, kCurrent, text);
+}
+
+// A field whose terminator is missing ends with its last byte.
+bool writeText(const Parameter& parameter, XMLElement& element, const Record& record) {
+  char text[CFG_NETWORK_TEXT_SIZE];
+  const std::size_t room = roomOf(parameter);
+  std::memcpy(text, reinterpret_cast<const char*>(&record) + parameter.offset, room);
+  text[room - 1] = '\0';
+  return setAttribute(element, kCurrent,
+                      parameter.kind == Kind::Text ? text : CFG_NETWORK_IntfEthName2XmlStr(text));
+}
+
+// A text that is no word of its kind is the word for off, or leaves the field as it was.
+void readWord(const Parameter& parameter, Record& record, const char* text) {
+  if (parameter.kind == Kind::Switch) setValue(parameter, record, BU_FALSE);
+  for (const Word& word : kWords)
+    if (word.kind == parameter.kind && std::strcmp(word.text, text) == 0)
+      setValue(parameter, record, word.value);
+}
 
 bool isNamed(const Parameter& parameter, const char* name) {
   return std::strcmp(name, parameter.name) == 0;
@@ -161,17 +148,47 @@ bool isWrittenTo(const Parameter& parameter, const char* name) {
                                              : isNamed(parameter, name);
 }
 
+const Parameter* findNamed(const char* name) {
+  for (const Parameter& parameter : kParameters)
+    if (isNamed(parameter, name)) return &parameter;
+  return nullptr;
+}
+
+bool write(const Parameter& parameter, XMLElement& element, const Record& record) {
+  if (parameter.kind >= Kind::Text) return writeText(parameter, element, record);
+  const std::int32_t value = valueOf(parameter, record);
+  return parameter.kind == Kind::Integer ? setAttribute(element, kCurrent, value)
+                                         : writeWord(parameter, element, value);
+}
+
 }  // namespace
 
-void writeParameter(XMLElement& element, const Record& record) {
+bool writeParameter(XMLElement& element, const Record& record) {
   for (const Parameter& parameter : kParameters)
-    if (isWrittenTo(parameter, element.Value())) return parameter.write(element, record);
+    if (isWrittenTo(parameter, element.Value())) return write(parameter, element, record);
+  return true;
 }
 
 void readParameter(Record& record, const XMLElement& element, const char* attribute) {
-  for (const Parameter& parameter : kParameters)
-    if (isNamed(parameter, element.Value()))
-      return parameter.read(record, textOrEmpty(element, attribute));
+  const Parameter* parameter = findNamed(element.Value());
+  if (parameter == nullptr) return;
+  const char* text = textOrEmpty(element, attribute);
+  if (parameter->kind >= Kind::Text)
+    setParameter(record, parameter->name,
+                 parameter->kind == Kind::Text ? text : CFG_NETWORK_IntfXmlStr2EthName(text));
+  else if (parameter->kind == Kind::Integer)
+    setValue(*parameter, record, static_cast<std::int32_t>(std::strtol(text, nullptr, 10)));
+  else
+    readWord(*parameter, record, text);
+}
+
+void setParameter(Record& record, const char* name, std::int32_t value) {
+  setValue(*findNamed(name), record, value);
+}
+
+void setParameter(Record& record, const char* name, const char* text) {
+  const Parameter& parameter = *findNamed(name);
+  copyText(fieldOf(parameter, record), roomOf(parameter), text);
 }
 
 }  // namespace camcfg

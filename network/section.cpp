@@ -39,12 +39,8 @@ const char* textOrEmpty(const XMLElement& element, const char* attribute) {
   return text == nullptr ? "" : text;
 }
 
-void saveOrReport(WriteDocument& document, const char* function) {
-  if (!document.save()) reportNotSaved(here(function));
-}
-
-void reportNotSaved(Place place) {
-  logError(place, "Save %s failed\n", CFG_FILE_BUSINESS);
+void saveOrReport(WriteDocument& document, bool changed, const char* function) {
+  if (!changed || !document.save()) logError(here(function), "Save %s failed\n", CFG_FILE_BUSINESS);
 }
 
 }  // namespace camcfg

@@ -4,7 +4,6 @@
 #include <tinyxml2.h>
 
 #include "store/transaction.h"
-#include "support/place.h"
 
 namespace camcfg {
 
@@ -25,12 +24,9 @@ tinyxml2::XMLElement* findNode(tinyxml2::XMLElement* parent, const char* name,
 /// The text of an attribute; empty when it is absent.
 const char* textOrEmpty(const tinyxml2::XMLElement& element, const char* attribute);
 
-/// Saves a file and its backup. The calls that save return nothing, so running out of memory is
-/// told by the log.
-void saveOrReport(WriteDocument& document, const char* function);
-
-/// Reports that memory did not suffice to change and save the file.
-void reportNotSaved(Place place);
+/// Saves a file and its backup, unless memory did not suffice to change it. The calls that save
+/// return nothing, so running out of memory is told by the log, under the function given.
+void saveOrReport(WriteDocument& document, bool changed, const char* function);
 
 }  // namespace camcfg
 

@@ -1,5 +1,3 @@
-#include <new>
-
 #include "camcfg/network.h"
 #include "network/parameters.h"
 #include "network/section.h"
@@ -9,7 +7,7 @@
 using namespace camcfg;
 using tinyxml2::XMLElement;
 
-void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) try {
+void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) {
   if (pcCard == nullptr) {
     logError(here(), "pcCard is NULL\n");
     return;
@@ -18,16 +16,15 @@ void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) try {
   XMLElement* network = findNetwork(document.get(), __func__);
   XMLElement* card = findNode(network, pcCard, __func__);
   if (card == nullptr) return;
-  for (XMLElement* element = card->FirstChildElement(); element != nullptr;
+  bool changed = true;
+  for (XMLElement* element = card->FirstChildElement(); changed && element != nullptr;
        element = element->NextSiblingElement())
-    writeParameter(*element, stCfg);
+    changed = writeParameter(*element, stCfg);
   // Deliberate: saved even if no element was written.
-  saveOrReport(document, __func__);
-} catch (const std::bad_alloc&) {
-  reportNotSaved(here());
+  saveOrReport(document, changed, __func__);
 }
 
-void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCfg) try {
+void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCfg) {
   if (pcParam == nullptr || pcCard == nullptr) {
     logError(here(), "pcCard is NULL\n");
     return;
@@ -39,10 +36,7 @@ void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCf
   if (element == nullptr) return;
   // Deliberate: what is written follows from the name found, not from the name asked for. The file
   // is saved even if that is nothing.
-  writeParameter(*element, stCfg);
-  saveOrReport(document, __func__);
-} catch (const std::bad_alloc&) {
-  reportNotSaved(here());
+  saveOrReport(document, writeParameter(*element, stCfg), __func__);
 }
 
 void CFG_NETWORK_SetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg) {

@@ -1,10 +1,10 @@
 #include <cstdio>
-#include <new>
 
 #include "camcfg/params.h"
 #include "params/lookup.h"
 #include "store/transaction.h"
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 using namespace camcfg;
 using tinyxml2::XMLElement;
@@ -61,13 +61,13 @@ int setInAnySection(const char* name, Value value, tagBU_BOOL save, const char* 
     return -1;
   }
   // Deliberate: nothing is checked, and unless `save` is 1 the change goes with the document.
-  parameter->SetAttribute("Cur", value);
+  if (!setAttribute(*parameter, "Cur", value)) return -1;
   return save != BU_TRUE || document.saveKeepingLock() ? 0 : -1;
 }
 
 }  // namespace
 
-int CFG_COM_GetTxtParams(char* pcName, tagCFG_VALUE_TXT_S* pstValue) try {
+int CFG_COM_GetTxtParams(char* pcName, tagCFG_VALUE_TXT_S* pstValue) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   XMLElement* root = rootOf(document);
   if (root == nullptr || pcName == nullptr || pstValue == nullptr) {
@@ -80,11 +80,9 @@ int CFG_COM_GetTxtParams(char* pcName, tagCFG_VALUE_TXT_S* pstValue) try {
     return -1;
   }
   return readTextValue(parameter, *pstValue, "pcParamNameIndex", pcName, __func__);
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_COM_GetIntParams(char* pcName, tagCFG_VALUE_INT_S* pstValue) try {
+int CFG_COM_GetIntParams(char* pcName, tagCFG_VALUE_INT_S* pstValue) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   if (!document) return -1;
   XMLElement* root = acquireRoot(*document.get(), CFG_FILE_BUSINESS, here());
@@ -100,12 +98,10 @@ int CFG_COM_GetIntParams(char* pcName, tagCFG_VALUE_INT_S* pstValue) try {
                         readInt(parameter, "Def", &pstValue->s32Def) &&
                         readInt(parameter, "Cur", &pstValue->s32Cur);
   return complete ? 0 : -1;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
 int CFG_COM_GetTxtParamByParent(char* pcParentName, char* pcChildName,
-                                tagCFG_VALUE_TXT_S* pstValue) try {
+                                tagCFG_VALUE_TXT_S* pstValue) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   XMLElement* root = rootOf(document);
   if (root == nullptr || pcParentName == nullptr || pcChildName == nullptr || pstValue == nullptr) {
@@ -123,22 +119,16 @@ int CFG_COM_GetTxtParamByParent(char* pcParentName, char* pcChildName,
     return -1;
   }
   return readTextValue(child, *pstValue, "pcChildName", pcChildName, __func__);
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_COM_SetTxtParams(char* pcName, char* pcText, tagBU_BOOL enSave) try {
+int CFG_COM_SetTxtParams(char* pcName, char* pcText, tagBU_BOOL enSave) {
   if (pcText == nullptr) {
     printFailed(here());
     return -1;
   }
   return setInAnySection<const char*>(pcName, pcText, enSave, __func__);
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_COM_SetIntParams(char* pcName, int s32Value, tagBU_BOOL enSave) try {
+int CFG_COM_SetIntParams(char* pcName, int s32Value, tagBU_BOOL enSave) {
   return setInAnySection(pcName, s32Value, enSave, __func__);
-} catch (const std::bad_alloc&) {
-  return -1;
 }

@@ -1,10 +1,10 @@
 #include <cstring>
-#include <new>
 
 #include "camcfg/params.h"
 #include "params/lookup.h"
 #include "store/transaction.h"
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 using namespace camcfg;
 using tinyxml2::XMLElement;
@@ -19,13 +19,12 @@ int setCurrent(const char* section, const char* name, Value value, Accepts accep
   XMLElement* root = acquireRoot(*document.get(), CFG_FILE_BUSINESS, place);
   XMLElement* parameter = findParameter(root, section, name);
   if (parameter == nullptr || !accepts(parameter)) return -1;
-  parameter->SetAttribute("Cur", value);
-  return document.save() ? 0 : -1;
+  return setAttribute(*parameter, "Cur", value) && document.save() ? 0 : -1;
 }
 
 }  // namespace
 
-int CFG_COM_GetTxtParam(char* pcSection, char* pcName, char* pcOut) try {
+int CFG_COM_GetTxtParam(char* pcSection, char* pcName, char* pcOut) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   if (!document) return -1;
   XMLElement* root = acquireRoot(*document.get(), CFG_FILE_BUSINESS, here());
@@ -39,31 +38,25 @@ int CFG_COM_GetTxtParam(char* pcSection, char* pcName, char* pcOut) try {
   // its tail.
   copyCharacters(pcOut, CFG_TXT_CUR_SIZE, current);
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_COM_GetIntParam(char* pcSection, char* pcName, int* ps32Out) try {
+int CFG_COM_GetIntParam(char* pcSection, char* pcName, int* ps32Out) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   if (!document) return -1;
   XMLElement* root = acquireRoot(*document.get(), CFG_FILE_BUSINESS, here());
   return readInt(findParameter(root, pcSection, pcName), "Cur", ps32Out) ? 0 : -1;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_COM_SetTxtParam(char* pcSection, char* pcName, char* pcText) try {
+int CFG_COM_SetTxtParam(char* pcSection, char* pcName, char* pcText) {
   // Deliberate: any text that occurs inside "OptTxt" is accepted, a fragment of an entry included.
   const auto permitted = [pcText](const XMLElement* parameter) {
     const char* options = textOf(parameter, "OptTxt");
     return options != nullptr && pcText != nullptr && std::strstr(options, pcText) != nullptr;
   };
   return setCurrent<const char*>(pcSection, pcName, pcText, permitted, here());
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_COM_SetIntParam(char* pcSection, char* pcName, int s32Value) try {
+int CFG_COM_SetIntParam(char* pcSection, char* pcName, int s32Value) {
   const auto permitted = [s32Value](const XMLElement* parameter) {
     int min = 0;
     int max = 0;
@@ -71,6 +64,4 @@ int CFG_COM_SetIntParam(char* pcSection, char* pcName, int s32Value) try {
            s32Value <= max;
   };
   return setCurrent(pcSection, pcName, s32Value, permitted, here());
-} catch (const std::bad_alloc&) {
-  return -1;
 }

@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <new>
 
 #include "camcfg/params.h"
 #include "params/lookup.h"
@@ -9,7 +8,7 @@
 using namespace camcfg;
 using tinyxml2::XMLElement;
 
-int CFG_LANG_GetString(char* pcLanguage, char* pcKey, char* pcOut) try {
+int CFG_LANG_GetString(char* pcLanguage, char* pcKey, char* pcOut) {
   if (pcLanguage == nullptr) return -1;
   char path[CFG_PATH_SIZE] = {};
   std::snprintf(path, sizeof path, "%s%s.xml", CFG_DIR_LANGUAGE, pcLanguage);
@@ -27,6 +26,4 @@ int CFG_LANG_GetString(char* pcLanguage, char* pcKey, char* pcOut) try {
   const char* text = textOf(entry, "Val");
   copyText(pcOut, CFG_LANG_TEXT_SIZE, text == nullptr ? "" : text);
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }

@@ -1,5 +1,3 @@
-#include <new>
-
 #include "camcfg/params.h"
 #include "params/lookup.h"
 #include "store/transaction.h"
@@ -29,7 +27,7 @@ int CFG_SYSTEM_GetLanguage(char* pcOut) {
   return CFG_COM_GetTxtParam(kSystem, kLanguage, pcOut);
 }
 
-int CFG_SYSTEM_GetDeviceName(char* pcName, char* pcModel) try {
+int CFG_SYSTEM_GetDeviceName(char* pcName, char* pcModel) {
   const ReadDocument document(CFG_FILE_BUSINESS);
   if (!document) return -1;
   XMLElement* root = acquireRoot(*document.get(), CFG_FILE_BUSINESS, here());
@@ -40,8 +38,6 @@ int CFG_SYSTEM_GetDeviceName(char* pcName, char* pcModel) try {
   if (pcName != nullptr) copyText(pcName, CFG_TXT_CUR_SIZE, name);
   if (pcModel != nullptr) copyText(pcModel, CFG_TXT_CUR_SIZE, model);
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
 int CFG_SYSTEM_GetHttpPort(int* ps32Http, int* ps32Https) {

@@ -1,13 +1,11 @@
-#include <new>
-
 #include "camcfg/preset.h"
 #include "preset/group.h"
 #include "preset/record.h"
 #include "store/transaction.h"
 #include "support/log.h"
+#include "support/xml_edit.h"
 
 using namespace camcfg;
-using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 namespace {
@@ -17,12 +15,6 @@ bool acceptable(int id) {
   return static_cast<std::uint32_t>(id) <= PRESET_ID_MAX;
 }
 
-XMLElement* newPreset(XMLDocument& document) try {
-  return document.NewElement(kPresetName);
-} catch (const std::bad_alloc&) {
-  return nullptr;
-}
-
 int removeAndSave(WriteDocument& document, XMLElement* group, XMLElement* preset) {
   group->DeleteChild(preset);
   return document.save() ? 0 : -1;
@@ -30,7 +22,7 @@ int removeAndSave(WriteDocument& document, XMLElement* group, XMLElement* preset
 
 }  // namespace
 
-int CFG_PRESET_SetParam(tagPRESET_CFG_S* pstPresetCfg) try {
+int CFG_PRESET_SetParam(tagPRESET_CFG_S* pstPresetCfg) {
   if (pstPresetCfg == nullptr) {
     logError(here(), "pstPresetCfg is NULL\n");
     return -1;
@@ -46,19 +38,17 @@ int CFG_PRESET_SetParam(tagPRESET_CFG_S* pstPresetCfg) try {
 
   XMLElement* preset = findPreset(group, id);
   const bool isNew = preset == nullptr;
-  if (isNew) preset = newPreset(*document.get());
+  if (isNew) preset = newElement(*document.get(), kPresetName);
   if (preset == nullptr) {
     logError(here(), "pstNode is NULL\n");
     return -1;
   }
-  writeRecord(*preset, *pstPresetCfg);
+  if (!writeRecord(*preset, *pstPresetCfg)) return -1;
   if (isNew) group->InsertEndChild(preset);
   return document.save() ? 0 : -1;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_PRESET_DeleteById(int s32PresetId) try {
+int CFG_PRESET_DeleteById(int s32PresetId) {
   WriteDocument document(CFG_FILE_PRESET);
   XMLElement* group = findGroup(document, here());
   if (group == nullptr) return -1;
@@ -70,11 +60,9 @@ int CFG_PRESET_DeleteById(int s32PresetId) try {
   // theirs warn.
   document.leaveLocked();
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_PRESET_DeleteByDesc(const char* ps8Description) try {
+int CFG_PRESET_DeleteByDesc(const char* ps8Description) {
   if (ps8Description == nullptr) {
     logError(here(), "ps8Description is NULL\n");
     return -1;
@@ -85,6 +73,4 @@ int CFG_PRESET_DeleteByDesc(const char* ps8Description) try {
   // Deliberate: the first match only, by the beginning of its description.
   XMLElement* preset = findPreset(group, ps8Description);
   return preset == nullptr ? -1 : removeAndSave(document, group, preset);
-} catch (const std::bad_alloc&) {
-  return -1;
 }

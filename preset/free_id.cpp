@@ -1,5 +1,4 @@
 #include <bitset>
-#include <new>
 
 #include "camcfg/preset.h"
 #include "preset/group.h"
@@ -30,7 +29,7 @@ TakenIds takenIds(XMLElement* group) {
 
 }  // namespace
 
-int CFG_PRESET_GetUnusedId(int* ps32UnusedId) try {
+int CFG_PRESET_GetUnusedId(int* ps32UnusedId) {
   if (ps32UnusedId == nullptr) {
     logError(here(), "ps32UnusedId is NULL\n");
     return -1;
@@ -45,6 +44,4 @@ int CFG_PRESET_GetUnusedId(int* ps32UnusedId) try {
   // Deliberate: with every id taken the call succeeds all the same; the untouched output tells.
   if (id < kProposedIds) *ps32UnusedId = id;
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }

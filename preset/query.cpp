@@ -1,5 +1,3 @@
-#include <new>
-
 #include "camcfg/preset.h"
 #include "preset/group.h"
 #include "preset/record.h"
@@ -18,7 +16,7 @@ constexpr std::size_t kDescriptionLimitByDesc = PRESET_DESC_SIZE;
 
 }  // namespace
 
-int CFG_PRESET_QueryOneById(int s32PresetId, tagPRESET_CFG_S* pstPresetCfg) try {
+int CFG_PRESET_QueryOneById(int s32PresetId, tagPRESET_CFG_S* pstPresetCfg) {
   if (pstPresetCfg == nullptr) {
     logError(here(), "pstPresetCfg is NULL\n");
     return -1;
@@ -33,11 +31,9 @@ int CFG_PRESET_QueryOneById(int s32PresetId, tagPRESET_CFG_S* pstPresetCfg) try 
   }
   readRecord(*preset, *pstPresetCfg, kDescriptionLimitById);
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_S* pstPresetCfg) try {
+int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_S* pstPresetCfg) {
   if (ps8Description == nullptr || pstPresetCfg == nullptr) {
     // Deliberate: named so whichever of the two is null.
     logError(here(), "pstPresetCfg is NULL\n");
@@ -53,11 +49,9 @@ int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_S* pstPr
   }
   readRecord(*preset, *pstPresetCfg, kDescriptionLimitByDesc);
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }
 
-int CFG_PRESET_GetCountNum(int* ps32PresetCount) try {
+int CFG_PRESET_GetCountNum(int* ps32PresetCount) {
   if (ps32PresetCount == nullptr) {
     logError(here(), "ps32PresetCount is NULL\n");
     return -1;
@@ -70,6 +64,4 @@ int CFG_PRESET_GetCountNum(int* ps32PresetCount) try {
     ++count;
   *ps32PresetCount = count;
   return 0;
-} catch (const std::bad_alloc&) {
-  return -1;
 }

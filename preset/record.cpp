@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 namespace camcfg {
 namespace {
@@ -11,7 +12,7 @@ constexpr char kId[] = "Id";
 constexpr char kDescription[] = "Description";
 
 struct Position {
-  const char* attribute;
+  char attribute[10];
   std::int32_t tagPRESET_CFG_S::*field;
 };
 
@@ -36,14 +37,15 @@ void readRecord(const tinyxml2::XMLElement& preset, tagPRESET_CFG_S& record,
     copyCharacters(record.s8Description, sizeof record.s8Description, description);
 }
 
-void writeRecord(tinyxml2::XMLElement& preset, const tagPRESET_CFG_S& record) {
+bool writeRecord(tinyxml2::XMLElement& preset, const tagPRESET_CFG_S& record) {
   char description[sizeof record.s8Description + 1] = {};
   std::memcpy(description, record.s8Description, sizeof record.s8Description);
 
-  preset.SetAttribute(kId, record.s32Id);
-  preset.SetAttribute(kDescription, description);
+  bool written =
+      setAttribute(preset, kId, record.s32Id) && setAttribute(preset, kDescription, description);
   for (const Position& position : kPositions)
-    preset.SetAttribute(position.attribute, record.*position.field);
+    written = written && setAttribute(preset, position.attribute, record.*position.field);
+  return written;
 }
 
 }  // namespace camcfg

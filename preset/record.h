@@ -15,8 +15,8 @@ void readRecord(const tinyxml2::XMLElement& preset, tagPRESET_CFG_S& record,
                 std::size_t descriptionLimit);
 
 /// Sets all attributes of a preset that the record has a field for.
-/// @throws std::bad_alloc with some of them set
-void writeRecord(tinyxml2::XMLElement& preset, const tagPRESET_CFG_S& record);
+/// @return false when memory ran out, with some of them set
+bool writeRecord(tinyxml2::XMLElement& preset, const tagPRESET_CFG_S& record);
 
 }  // namespace camcfg
 

@@ -3,12 +3,12 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test cross lint fuzz speed. On Debian, as root or with sudo, what is missing
-# is installed; anywhere else it is named, and the exit status is 1. Asks no questions.
+# NEED is one of: build tool test bench cross lint fuzz speed. On Debian, as root or with sudo, what
+# is missing is installed; anywhere else it is named, and the exit status is 1. Asks no questions.
 set -euo pipefail
 
 # Need, Debian package, and how it shows that the package (or its like of another system) is there:
-# a command, a header, or a library that a compiler finds.
+# a command, a file, or a header or a library that a compiler finds.
 readonly packages='build  g++                    command  g++
 build  cmake                  command  cmake
 build  ninja-build            command  ninja
@@ -18,6 +18,15 @@ tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
 test   graphviz               command  dot
+bench  augeas-lenses          file     /usr/share/augeas/lenses/dist/xml.aug
+bench  gnuplot-nox            command  gnuplot
+bench  libaugeas-dev          file     /usr/include/augeas.h
+bench  libbenchmark-dev       header   benchmark/benchmark.h
+bench  libconfig++-dev        header   libconfig.h++
+bench  libubootenv-dev        header   libuboot.h
+bench  pkg-config             command  pkg-config
+bench  python3                command  python3
+bench  valgrind               command  valgrind
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so
@@ -32,6 +41,10 @@ speed  ccache                 command  ccache'
 
 has_command() {
   command -v "$1" >/dev/null
+}
+
+has_file() {
+  [[ -e $1 ]]
 }
 
 has_header() {

@@ -3,10 +3,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include "camcfg/store.h"
+#include "support/text.h"
 
 namespace {
 
@@ -112,11 +112,11 @@ bool copyFile(const char* source, const char* destination) {
 
 int cfgSyncCfgFile(const char* source, const char* destination) {
   if (source == nullptr || destination == nullptr) return kFailed;
-  char command[kCommandSize] = {};
-  std::snprintf(command, sizeof command, "cp %s %s", source, destination);
-
-  // Deliberate: the destination is what the cut command leaves of it.
+  // Deliberate: the destination is what is left of it in a command "cp SOURCE DESTINATION" that is
+  // cut to its room. Programs on the device have always seen the end of a long one go.
   const std::size_t start = std::strlen("cp ") + std::strlen(source) + std::strlen(" ");
-  if (start >= sizeof command || command[start] == '\0') return kFailed;
-  return copyFile(source, command + start) ? 0 : kFailed;
+  if (start >= kCommandSize) return kFailed;
+  char left[kCommandSize];
+  camcfg::copyText(left, kCommandSize - start, destination);
+  return left[0] != '\0' && copyFile(source, left) ? 0 : kFailed;
 }

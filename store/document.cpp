@@ -2,14 +2,15 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 #include <utility>
 
 #include "camcfg/store.h"
+#include "store/file_lock.h"
 #include "store/xml_file.h"
 #include "support/log.h"
 #include "support/never_freed.h"
 #include "support/text.h"
+#include "support/xml_edit.h"
 
 namespace {
 
@@ -19,19 +20,6 @@ using tinyxml2::XMLDocument;
 // The lines that device logs have always shown for these two records.
 constexpr Place kNoDocumentPlace{"CFG_GetDocByFileName", 313};
 constexpr Place kLoadPlace{"CFG_GetDocByFileName", 324};
-
-bool load(XMLDocument& document, const char* path) try {
-  return camcfg::loadXml(document, path);
-} catch (const std::bad_alloc&) {
-  return false;
-}
-
-bool save(XMLDocument& document, const char* path) try {
-  camcfg::saveXml(document, path);
-  return true;
-} catch (const std::bad_alloc&) {
-  return false;
-}
 
 void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
   if (path[0] == '/')
@@ -44,14 +32,15 @@ void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
 // "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
 // who wants a backup of them.
 void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
-  std::memcpy(backupPath, mainPath, sizeof backupPath);
+  std::memset(backupPath, 0, sizeof CFG_DIR_BACKUP);  // a shorter path ends behind the directory
+  camcfg::copyText(backupPath, mainPath);
   std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
 }
 
 bool saveBothCopies(XMLDocument& document, const char* path) {
-  char mainPath[CFG_PATH_SIZE] = {};
+  char mainPath[CFG_PATH_SIZE];
   mainPathOf(mainPath, path);
-  const bool written = save(document, mainPath);
+  const bool written = camcfg::saveXml(document, mainPath);
   sync();
   // A document that memory did not suffice to write must not reach the backup copy as well.
   if (!written) return false;
@@ -66,7 +55,7 @@ bool saveBothCopies(XMLDocument& document, const char* path) {
 }  // namespace
 
 XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
-  std::unique_ptr<XMLDocument> document(new (std::nothrow) XMLDocument);
+  std::unique_ptr<XMLDocument> document = camcfg::newDocument();
   if (document == nullptr || document->Error()) {
     camcfg::logError(kNoDocumentPlace, "New XMLDocument fail\n");
     return nullptr;
@@ -75,18 +64,19 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
     camcfg::logError(kLoadPlace, "Load file %s fail\n", "(null)");
     return nullptr;
   }
-  if (cfgLockFile(pcPath) != 0) {
+  tag_CFG_FILE_LOCK* lock = camcfg::takeLock(pcPath);
+  if (lock == nullptr) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
     camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }
-  if (!load(*document, pcPath)) {
+  if (camcfg::loadXml(*document, pcPath) != camcfg::Load::Done) {
     document.reset();
     camcfg::logError(kLoadPlace, "Load file %s fail\n", pcPath);
-    cfgUnlockFile(pcPath);
+    camcfg::releaseLock(lock, pcPath);
     return nullptr;
   }
-  if (enReadOnly == BU_TRUE) cfgUnlockFile(pcPath);
+  if (enReadOnly == BU_TRUE) camcfg::releaseLock(lock, pcPath);
   return document.release();
 }
 

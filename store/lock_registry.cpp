@@ -1,11 +1,13 @@
 #include <time.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
 
 #include "camcfg/store.h"
+#include "store/file_lock.h"
 #include "support/log.h"
 #include "support/never_freed.h"
 
@@ -53,10 +55,12 @@ tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   // A device has a handful of files. Going through them takes no memory, unlike a key to look up,
   // so a lock once taken can always be released.
   for (auto& [key, record] : g_mapFileLock)
-    if (key == path) return &record;
+    if (std::strcmp(key.c_str(), path) == 0) return &record;
 
   auto mutex = std::make_unique<pthread_mutex_t>();
-  tag_CFG_FILE_LOCK& record = g_mapFileLock[path];
+  std::string key;
+  key = path;
+  tag_CFG_FILE_LOCK& record = g_mapFileLock[std::move(key)];
   pthread_mutex_init(mutex.get(), nullptr);
   record.pstMutex = camcfg::neverFreed(std::move(mutex));
   return &record;
@@ -64,28 +68,39 @@ tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   return nullptr;
 }
 
-int cfgLockFile(const char* path) {
+namespace camcfg {
+
+tag_CFG_FILE_LOCK* takeLock(const char* path) {
   tag_CFG_FILE_LOCK* record = findRecord(path);
   if (record != nullptr && lockBeforeDeadline(record->pstMutex)) {
     setLocked(record, 1);
-    return 0;
+    return record;
   }
-  camcfg::log(Level::Warning, kTimeoutPlace, "Lock %s timeout, a deadlock may exist!", path);
+  log(Level::Warning, kTimeoutPlace, "Lock %s timeout, a deadlock may exist!", path);
   std::printf("[Warn][Cfg] Lock %s timeout, a deadlock may exist!\n", path);
   // Deliberate: the flag goes down although another holder may own the mutex. That holder's unlock
   // then warns and leaves the mutex locked, as programs on the device have always seen it.
   if (record != nullptr) setLocked(record, 0);
-  return -1;
+  return nullptr;
+}
+
+void releaseLock(tag_CFG_FILE_LOCK* record, const char* path) {
+  if (record != nullptr && takeLocked(record)) {
+    pthread_mutex_unlock(record->pstMutex);
+    return;
+  }
+  log(Level::Warning, kNotLockedPlace, "%s has not been locked before unlock!", path);
+  std::printf("[Warn][Cfg] %s has not been locked before unlock!\n", path);
+}
+
+}  // namespace camcfg
+
+int cfgLockFile(const char* path) {
+  return camcfg::takeLock(path) == nullptr ? -1 : 0;
 }
 
 int cfgUnlockFile(const char* path) {
-  tag_CFG_FILE_LOCK* record = findRecord(path);
-  if (record != nullptr && takeLocked(record)) {
-    pthread_mutex_unlock(record->pstMutex);
-    return 0;
-  }
-  camcfg::log(Level::Warning, kNotLockedPlace, "%s has not been locked before unlock!", path);
-  std::printf("[Warn][Cfg] %s has not been locked before unlock!\n", path);
+  camcfg::releaseLock(findRecord(path), path);
   return 0;
 }
 

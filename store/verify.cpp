@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
-#include <new>
 
 #include "camcfg/store.h"
 #include "store/xml_file.h"
@@ -16,6 +15,7 @@ namespace {
 
 using camcfg::here;
 using camcfg::Level;
+using camcfg::Load;
 using camcfg::log;
 
 constexpr char kFunction[] = "CFG_VerifyFileFormat";
@@ -45,11 +45,9 @@ struct Counts {
 };
 
 // A directory that cannot be opened counts as empty, unless it is memory or descriptors that are
-// short: then its files may well be there.
-int countFiles(const char* directory) {
-  int count = 0;
-  if (cfgQueryFileNum(const_cast<char*>(directory), &count) != 0) camcfg::throwIfShort(errno);
-  return count;
+// short: then its files may well be there, and the count fails.
+bool countFiles(const char* directory, int& count) {
+  return cfgQueryFileNum(const_cast<char*>(directory), &count) == 0 || !camcfg::isShortage(errno);
 }
 
 const char* directoryToScan(const Counts& counts) {
@@ -70,41 +68,49 @@ class Verification {
  public:
   explicit Verification(const Counts& counts) : counts_(counts) {}
 
-  void verify(const char* name) {
+  // False when memory or descriptors ran out: a copy that could not be loaded for want of them is
+  // not a broken copy.
+  bool verify(const char* name) {
     Copies copies;
     camcfg::joinPath(copies.main, CFG_DIR_MAIN, name);
-    const bool intact = camcfg::loadXml(document_, copies.main);
+    const Load main = camcfg::loadXml(document_, copies.main);
+    if (main == Load::Shortage) return false;
     std::printf("file %s \n", copies.main);
-    if (intact) return;
+    if (main == Load::Done) return true;
     log(Level::Info, here(kFunction), "%s load failed \n", copies.main);
-    if (!restoreFromBackup(copies, name)) restoreFromDefault(copies, name);
+    Load source = restoreFromBackup(copies, name);
+    if (source == Load::Failed) source = restoreFromDefault(copies, name);
+    return source != Load::Shortage;
   }
 
  private:
-  bool restoreFromBackup(Copies& copies, const char* name) {
-    if (counts_.backup == 0) return false;
+  Load restoreFromBackup(Copies& copies, const char* name) {
+    if (counts_.backup == 0) return Load::Failed;
     camcfg::joinPath(copies.backup, CFG_DIR_BACKUP, name);
-    if (!loads(copies.backup)) return false;
+    const Load backup = load(copies.backup);
+    if (backup != Load::Done) return backup;
     cfgSyncCfgFile(copies.backup, copies.main);
     log(Level::Info, here(kFunction), "sync %s \n", copies.backup);
-    return true;
+    return Load::Done;
   }
 
-  void restoreFromDefault(Copies& copies, const char* name) {
-    if (counts_.defaults == 0) return;
+  Load restoreFromDefault(Copies& copies, const char* name) {
+    if (counts_.defaults == 0) return Load::Failed;
     camcfg::joinPath(copies.defaults, CFG_DIR_DEFAULT, name);
-    if (!loads(copies.defaults)) return;
+    const Load defaults = load(copies.defaults);
+    if (defaults != Load::Done) return defaults;
     cfgSyncCfgFile(copies.defaults, copies.main);
     // Deliberate: with no file in the backup directory the backup path is still empty here, so this
     // copy fails and the directory stays as it is.
     cfgSyncCfgFile(copies.defaults, copies.backup);
     log(Level::Info, here(kFunction), "sync %s \n", copies.defaults);
+    return Load::Done;
   }
 
-  bool loads(const char* path) {
-    if (camcfg::loadXml(document_, path)) return true;
-    log(Level::Info, here(kFunction), "%s load failed \n", path);
-    return false;
+  Load load(const char* path) {
+    const Load result = camcfg::loadXml(document_, path);
+    if (result == Load::Failed) log(Level::Info, here(kFunction), "%s load failed \n", path);
+    return result;
   }
 
   const Counts counts_;
@@ -128,11 +134,11 @@ int cfgQueryFileNum(char* dir, int* count) {
   return 0;
 }
 
-int CFG_VerifyFileFormat() try {
+int CFG_VerifyFileFormat() {
   Counts counts;
-  counts.defaults = countFiles(CFG_DIR_DEFAULT);
-  counts.main = countFiles(CFG_DIR_MAIN);
-  counts.backup = countFiles(CFG_DIR_BACKUP);
+  if (!countFiles(CFG_DIR_DEFAULT, counts.defaults) || !countFiles(CFG_DIR_MAIN, counts.main) ||
+      !countFiles(CFG_DIR_BACKUP, counts.backup))
+    return -1;
   log(Level::Info, here(), "DefCfgFileCnt =%d,MainFileCnt =%d,BackupFileCnt =%d \n",
       counts.defaults, counts.main, counts.backup);
 
@@ -147,9 +153,7 @@ int CFG_VerifyFileFormat() try {
     return -1;
   }
   Verification verification(counts);
-  while (const dirent* entry = nextRegularFile(directory.get())) verification.verify(entry->d_name);
+  while (const dirent* entry = nextRegularFile(directory.get()))
+    if (!verification.verify(entry->d_name)) return -1;
   return 0;
-} catch (const std::bad_alloc&) {
-  // A copy that memory did not suffice to load is not a broken copy.
-  return -1;
 }

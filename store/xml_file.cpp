@@ -1,6 +1,7 @@
 #include "store/xml_file.h"
 
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,34 +34,44 @@ File streamOf(int fd, const char* mode) {
   return nullptr;
 }
 
-bool isRegular(std::FILE* file) {
+bool isRegular(int fd) {
   struct stat status {};
-  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+  return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace
 
-void throwIfShort(int error) {
-  if (error == ENOMEM || error == EMFILE || error == ENFILE) throw std::bad_alloc();
+bool isShortage(int error) {
+  return error == ENOMEM || error == EMFILE || error == ENFILE;
 }
 
-bool loadXml(tinyxml2::XMLDocument& document, const char* path) {
-  const File file = streamOf(openWithoutWaiting(path, O_RDONLY), "rb");
-  if (file == nullptr) throwIfShort(errno);
-  return file != nullptr && isRegular(file.get()) &&
-         document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS;
+Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
+  const int fd = openWithoutWaiting(path, O_RDONLY);
+  const File file = streamOf(fd, "rb");
+  if (file == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
+  // Read whole, so a buffer would only be one more copy.
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  return isRegular(fd) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS ? Load::Done
+                                                                                 : Load::Failed;
+} catch (const std::bad_alloc&) {
+  return Load::Shortage;
 }
 
-void saveXml(tinyxml2::XMLDocument& document, const char* path) {
+bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC), "w");
   if (file != nullptr) {
+    // No other thread has this stream, so none of its many small writes needs a lock.
+    __fsetlocking(file.get(), FSETLOCKING_BYCALLER);
     document.SaveFile(file.get());
-    return;
+    return true;
   }
-  if (errno == ENOMEM) throw std::bad_alloc();
+  if (errno == ENOMEM) return false;
   // Opens the file once more to record in the document why it cannot be. ENXIO is a pipe that nobody
   // reads, which would be waited for.
   if (errno != ENXIO) document.SaveFile(path);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
 }
 
 }  // namespace camcfg

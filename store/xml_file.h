@@ -5,20 +5,22 @@
 
 namespace camcfg {
 
-/// Tells a call that failed for want of memory or descriptors, which says nothing about its file,
-/// from other failures.
-/// @throws std::bad_alloc  if `error` says so
-void throwIfShort(int error);
+/// Whether `error` says that memory or descriptors ran out, which tells nothing about the file.
+bool isShortage(int error);
 
-/// Loads a regular file into a document. The file is closed again even when memory runs out.
-/// @throws std::bad_alloc  also when the file cannot be opened because memory or descriptors ran
-///                         out, which says nothing about the file
-bool loadXml(tinyxml2::XMLDocument& document, const char* path);
+enum class Load {
+  Done,
+  Failed,   ///< the file is missing, no regular file, or damaged
+  Shortage  ///< memory or descriptors ran out; the file may be as it should
+};
+
+/// Loads a regular file into a document.
+Load loadXml(tinyxml2::XMLDocument& document, const char* path);
 
 /// Writes a document to a file, not compact; the outcome stands in the document's error state.
-/// @throws std::bad_alloc  with the file closed: incomplete if memory ran out while it was written,
-///                         untouched if memory ran out before
-void saveXml(tinyxml2::XMLDocument& document, const char* path);
+/// @return false when memory ran out: the file is incomplete if that was while it was written, and
+///         untouched if before
+bool saveXml(tinyxml2::XMLDocument& document, const char* path);
 
 }  // namespace camcfg
 

@@ -1,3 +1,6 @@
+#include <new>
+#include <utility>
+
 #include "stream/document.h"
 #include "stream/whitelist.h"
 #include "support/media_entries.h"
@@ -9,10 +12,11 @@ namespace {
 
 using Cache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
 
+constexpr char kCache[] = "Cache";
 constexpr char kPath[] = "<Stream><StreamCache><Cache>";
 
 struct SizeUnit {
-  const char* attribute;
+  char attribute[13];
   unsigned shift;
 
   std::int32_t bytes() const { return 1 << shift; }
@@ -29,7 +33,8 @@ bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   bool anyGiven = false;
   std::int32_t best = 0;
   for (const SizeUnit& unit : kUnits) {
-    const std::int32_t size = element.IntAttribute(unit.attribute, -1);
+    std::int32_t size = -1;
+    readInt(element, unit.attribute, size);
     anyGiven = anyGiven || size != -1;
     const bool isFirst = unit.shift == 0;
     if (!isFirst && best >= unit.inBytes(size)) continue;
@@ -55,36 +60,39 @@ bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
 }
 
 void writeCache(XMLElement& section, const tag_CFG_STREAM_CACHE_T& cache) {
-  XMLElement& element = append(section, "Cache");
-  element.SetAttribute("Id", cache.s32Id);
+  XMLElement& element = append(section, kCache);
+  setInt(element, "Id", cache.s32Id);
   setText(element, "Name", cache.strName);
   for (const SizeUnit& unit : kUnits)
-    if (unit.bytes() == cache.s32BufUnit) element.SetAttribute(unit.attribute, cache.s32BufSize);
+    if (unit.bytes() == cache.s32BufUnit) setInt(element, unit.attribute, cache.s32BufSize);
   writeWhitelist(element, cache, "Default");
 }
 
 }  // namespace
 
-int CFG_MPP_LoadStreamCacheConfig(std::list<Cache>& caches) {
-  return kStream.read("StreamCache", [&caches](const XMLElement& section) {
-    caches.clear();
-    const auto loadCache = [&caches](const XMLElement& element) {
-      const Cache cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
-      if (!readCache(element, *cache)) return false;
-      caches.push_back(cache);
-      return true;
-    };
-    if (!readEntries(section, "Cache", loadCache, skipQuietly)) return CFG_MPP_ERR;
-    kStream.closeRead();
-    return 0;
-  });
+int CFG_MPP_LoadStreamCacheConfig(std::list<Cache>& caches) try {
+  const XMLElement* section = kStream.open("StreamCache", BU_TRUE);
+  if (section == nullptr) return CFG_MPP_ERR;
+  caches.clear();
+  for (const XMLElement* element = firstEntry(*section, kCache); element != nullptr;
+       element = nextEntry(*element, kCache)) {
+    Cache cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
+    if (!readCache(*element, *cache)) return CFG_MPP_ERR;
+    caches.push_back(std::move(cache));
+  }
+  kStream.closeRead();
+  return 0;
+} catch (const std::bad_alloc&) {
+  return kStream.giveUp(BU_TRUE);
 }
 
-int CFG_MPP_DumpStreamCacheConfig(const std::list<Cache>& caches) {
-  return kStream.edit("StreamCache", [&caches](XMLElement& section) {
-    section.DeleteChildren();
-    for (const Cache& cache : caches)
-      if (cache != nullptr) writeCache(section, *cache);
-    return kStream.closeWrite();
-  });
+int CFG_MPP_DumpStreamCacheConfig(const std::list<Cache>& caches) try {
+  XMLElement* section = kStream.open("StreamCache", BU_FALSE);
+  if (section == nullptr) return CFG_MPP_ERR;
+  section->DeleteChildren();
+  for (const Cache& cache : caches)
+    if (cache != nullptr) writeCache(*section, *cache);
+  return kStream.closeWrite();
+} catch (const std::bad_alloc&) {
+  return kStream.giveUp(BU_FALSE);
 }

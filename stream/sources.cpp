@@ -1,3 +1,6 @@
+#include <new>
+#include <utility>
+
 #include "stream/document.h"
 #include "support/media_entries.h"
 
@@ -17,9 +20,9 @@ Source make() {
 
 struct Kind {
   std::int32_t type;
-  const char* element;
-  const char* channel;  // the attribute of s32ChnId
-  const char* path;
+  char element[5];
+  char channel[7];  // the attribute of s32ChnId
+  char path[32];
   Source (*make)();
 };
 
@@ -50,52 +53,57 @@ bool readSource(const XMLElement& element, const Kind& kind, const char** name,
   if (!kStream.requireInt(element, kind.channel, kind.path, &source.s32ChnId) ||
       !kStream.requireInt(element, "Id", kAnySource, &source.s32Id))
     return reject();
-  *name = textOr(element, "Name", *name);
+  if (const char* own = element.Attribute("Name")) *name = own;
   if (*name == nullptr) {
     kStream.reportMissing("Name", kAnySource);
     return reject();
   }
   source.strName = *name;
-  source.s32Enabled = element.IntAttribute("Enabled", 1);
+  source.s32Enabled = 1;
+  readInt(element, "Enabled", source.s32Enabled);
   return true;
 }
 
 void writeSource(XMLElement& section, const Kind& kind, const tag_CFG_STREAM_SOURCE_T& source) {
   XMLElement& element = append(section, kind.element);
-  element.SetAttribute("Id", source.s32Id);
+  setInt(element, "Id", source.s32Id);
   setText(element, "Name", source.strName);
-  element.SetAttribute(kind.channel, source.s32ChnId);
-  if (source.s32Enabled == 0) element.SetAttribute("Enabled", 0);
+  setInt(element, kind.channel, source.s32ChnId);
+  if (source.s32Enabled == 0) setInt(element, "Enabled", 0);
 }
 
 }  // namespace
 
-int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) {
-  return kStream.read("StreamSource", [&sources](const XMLElement& section) {
-    sources.clear();
-    // Deliberate: not reset between elements, so one without "Name" takes its predecessor's.
-    const char* name = nullptr;
-    for (const XMLElement* element = section.FirstChildElement(); element != nullptr;
-         element = element->NextSiblingElement()) {
-      const Kind* kind = kindOfElement(*element);
-      if (kind == nullptr) {
-        kStream.print(kWarning, "Un-Support node <%s> by <StreamSource>, Skip.\n", element->Name());
-        continue;
-      }
-      Source source = kind->make();
-      if (!readSource(*element, *kind, &name, *source)) return CFG_MPP_ERR;
-      sources.push_back(std::move(source));
+int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) try {
+  const XMLElement* section = kStream.open("StreamSource", BU_TRUE);
+  if (section == nullptr) return CFG_MPP_ERR;
+  sources.clear();
+  // Deliberate: not reset between elements, so one without "Name" takes its predecessor's.
+  const char* name = nullptr;
+  for (const XMLElement* element = section->FirstChildElement(); element != nullptr;
+       element = element->NextSiblingElement()) {
+    const Kind* kind = kindOfElement(*element);
+    if (kind == nullptr) {
+      kStream.print(kWarning, "Un-Support node <%s> by <StreamSource>, Skip.\n", element->Name());
+      continue;
     }
-    kStream.closeRead();
-    return 0;
-  });
+    Source source = kind->make();
+    if (!readSource(*element, *kind, &name, *source)) return CFG_MPP_ERR;
+    sources.push_back(std::move(source));
+  }
+  kStream.closeRead();
+  return 0;
+} catch (const std::bad_alloc&) {
+  return kStream.giveUp(BU_TRUE);
 }
 
-int CFG_MPP_DumpStreamSourceConfig(const std::list<Source>& sources) {
-  return kStream.edit("StreamSource", [&sources](XMLElement& section) {
-    section.DeleteChildren();
-    for (const Source& source : sources)
-      if (const Kind* kind = kindOfRecord(source)) writeSource(section, *kind, *source);
-    return kStream.closeWrite();
-  });
+int CFG_MPP_DumpStreamSourceConfig(const std::list<Source>& sources) try {
+  XMLElement* section = kStream.open("StreamSource", BU_FALSE);
+  if (section == nullptr) return CFG_MPP_ERR;
+  section->DeleteChildren();
+  for (const Source& source : sources)
+    if (const Kind* kind = kindOfRecord(source)) writeSource(*section, *kind, *source);
+  return kStream.closeWrite();
+} catch (const std::bad_alloc&) {
+  return kStream.giveUp(BU_FALSE);
 }

@@ -33,19 +33,19 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   // Deliberate: begins as the cache's own number and is not reset between entries, so an entry
   // without "Id" stands for the number before it.
   std::int32_t id = cache.s32Id;
-  const auto readEntry = [&](const XMLElement& entry) {
-    static_cast<void>(entry.QueryIntAttribute("Id", &id));
+  for (const XMLElement* entry = firstEntry(element, kAllowedSource); entry != nullptr;
+       entry = nextEntry(*entry, kAllowedSource)) {
+    readInt(*entry, "Id", id);
     if (id == -1) {
       kStream.reportMissing("Id", kPath);
       return false;
     }
     cache.s32AllowedMask |= bitOf(id);
     // Deliberate: the mark is "Default"; the "Enable" that the updates set is not looked at.
-    if (entry.IntAttribute("Default", 0) != 0) enable(cache, id);
-    return true;
-  };
-  if (!readEntries(element, kAllowedSource, readEntry, skipQuietly)) return false;
-
+    std::int32_t mark = 0;
+    readInt(*entry, "Default", mark);
+    if (mark != 0) enable(cache, id);
+  }
   if (cache.s32AllowedMask == 0) {
     kStream.print(kError, "StreamCache[%d] no allowed StreamSource!\n", cache.s32Id);
     return false;
@@ -64,8 +64,8 @@ void writeWhitelist(XMLElement& element, const tag_CFG_STREAM_CACHE_T& cache, co
   for (std::int32_t id = 0; (1U << id) <= mask; ++id) {
     if ((mask & (1U << id)) == 0) continue;
     XMLElement& entry = append(element, kAllowedSource);
-    entry.SetAttribute("Id", id);
-    if (id == cache.s32EnabledSrc) entry.SetAttribute(mark, 1);
+    setInt(entry, "Id", id);
+    if (id == cache.s32EnabledSrc) setInt(entry, mark, 1);
   }
 }
 

@@ -29,7 +29,7 @@ XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const 
   XMLElement* element = find(section);
   // Deliberate: a file that could not be loaded holds no lock any more, so releasing it draws a
   // warning in write mode. Callers have always seen that line behind the error.
-  if (element == nullptr) giveUp(readOnly);
+  if (element == nullptr) static_cast<void>(giveUp(readOnly));
   return element;
 }
 
@@ -49,9 +49,10 @@ XMLElement* MediaDocument::find(const char* section) const {
   return element;
 }
 
-void MediaDocument::giveUp(tagBU_BOOL readOnly) const {
+std::int32_t MediaDocument::giveUp(tagBU_BOOL readOnly) const {
   closeRead();
   if (readOnly != BU_TRUE) CFG_UnlockFile(kFile);
+  return failure_;
 }
 
 void MediaDocument::closeRead() const {
@@ -68,7 +69,8 @@ std::int32_t MediaDocument::closeWrite() const {
 
 bool MediaDocument::requireInt(const XMLElement& element, const char* attribute, const char* path,
                                std::int32_t* value) const {
-  *value = element.IntAttribute(attribute, -1);
+  *value = -1;
+  static_cast<void>(element.QueryIntAttribute(attribute, value));
   // Deliberate: a number written as -1 is as good as none.
   if (*value == -1) reportMissing(attribute, path);
   return *value != -1;
@@ -76,12 +78,16 @@ bool MediaDocument::requireInt(const XMLElement& element, const char* attribute,
 
 bool MediaDocument::requireText(const XMLElement& element, const char* attribute, const char* path,
                                 std::string* value) const {
-  const char* text = element.Attribute(attribute);
-  if (text == nullptr)
-    reportMissing(attribute, path);
-  else
-    *value = text;
+  const char* text = requireText(element, attribute, path);
+  if (text != nullptr) *value = text;
   return text != nullptr;
+}
+
+const char* MediaDocument::requireText(const XMLElement& element, const char* attribute,
+                                       const char* path) const {
+  const char* text = element.Attribute(attribute);
+  if (text == nullptr) reportMissing(attribute, path);
+  return text;
 }
 
 void MediaDocument::reportMissing(const char* attribute, const char* path) const {

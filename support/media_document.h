@@ -1,7 +1,6 @@
 #ifndef CAMCFG_SUPPORT_MEDIA_DOCUMENT_H
 #define CAMCFG_SUPPORT_MEDIA_DOCUMENT_H
 
-#include <new>
 #include <string>
 
 #include "camcfg/store.h"
@@ -37,18 +36,9 @@ class MediaDocument {
   /// @return 0, or the family's failure when memory ran out while saving
   std::int32_t closeWrite() const;
 
-  /// Opens a section in read mode and returns what `work` makes of it, or the family's failure when
-  /// the section cannot be opened or memory runs out. `work` closes the document.
-  template <typename Work>
-  std::int32_t read(const char* section, Work work) const {
-    return with(section, BU_TRUE, work);
-  }
-
-  /// The same in write mode. When memory runs out the lock is released as well.
-  template <typename Work>
-  std::int32_t edit(const char* section, Work work) const {
-    return with(section, BU_FALSE, work);
-  }
+  /// Drops the document when memory ran out; in write mode the lock is released as well.
+  /// @return the family's failure
+  std::int32_t giveUp(tagBU_BOOL readOnly) const;
 
   /// Prints a message in the family's frame on standard output.
   void print(const char* level, const char* message, ...) const
@@ -60,20 +50,13 @@ class MediaDocument {
                   std::int32_t* value) const;
   bool requireText(const tinyxml2::XMLElement& element, const char* attribute, const char* path,
                    std::string* value) const;
+  /// @return the text; null when it is missing
+  const char* requireText(const tinyxml2::XMLElement& element, const char* attribute,
+                          const char* path) const;
   void reportMissing(const char* attribute, const char* path) const;
 
  private:
-  template <typename Work>
-  std::int32_t with(const char* section, tagBU_BOOL readOnly, Work work) const try {
-    tinyxml2::XMLElement* element = open(section, readOnly);
-    return element == nullptr ? failure_ : work(*element);
-  } catch (const std::bad_alloc&) {
-    giveUp(readOnly);
-    return failure_;
-  }
-
   tinyxml2::XMLElement* find(const char* section) const;
-  void giveUp(tagBU_BOOL readOnly) const;
 
   tinyxml2::XMLDocument*& handle_;
   const char* topElement_;

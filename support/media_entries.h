@@ -14,49 +14,63 @@ inline bool isWord(const char* text, const char* word) {
   return strcasecmp(text, word) == 0;
 }
 
-/// Passes over an element without a word.
-inline void skipQuietly(const tinyxml2::XMLElement& /*element*/) {}
-
-/// Hands the child elements of one name (in upper or lower case) to `read`, in document order,
-/// until it refuses one by returning false; hands those of another name to `skip`.
-/// @return whether none was refused
-template <typename Element, typename Read, typename Skip>
-bool readEntries(Element& parent, const char* name, Read read, Skip skip) {
-  for (Element* child = parent.FirstChildElement(); child != nullptr;
-       child = child->NextSiblingElement()) {
-    if (!isWord(child->Name(), name))
-      skip(*child);
-    else if (!read(*child))
-      return false;
-  }
-  return true;
+/// The first element of one name (in upper or lower case) among an element and its followers; null
+/// when there is none. Elements of other names are passed over.
+inline const tinyxml2::XMLElement* entryFrom(const tinyxml2::XMLElement* element,
+                                             const char* name) {
+  while (element != nullptr && !isWord(element->Name(), name))
+    element = element->NextSiblingElement();
+  return element;
 }
 
-/// The text of an attribute, or what stands for its absence.
-inline const char* textOr(const tinyxml2::XMLElement& element, const char* attribute,
-                          const char* absent) {
+/// The first child element of one name, and the next one behind that.
+inline const tinyxml2::XMLElement* firstEntry(const tinyxml2::XMLElement& parent,
+                                              const char* name) {
+  return entryFrom(parent.FirstChildElement(), name);
+}
+inline const tinyxml2::XMLElement* nextEntry(const tinyxml2::XMLElement& entry, const char* name) {
+  return entryFrom(entry.NextSiblingElement(), name);
+}
+
+// Each reads an attribute; one that is absent, or holds no integer, leaves the value as it is.
+
+inline void readInt(const tinyxml2::XMLElement& element, const char* attribute,
+                    std::int32_t& value) {
+  static_cast<void>(element.QueryIntAttribute(attribute, &value));
+}
+
+inline void readText(const tinyxml2::XMLElement& element, const char* attribute,
+                     std::string& value) {
   const char* text = element.Attribute(attribute);
-  return text == nullptr ? absent : text;
+  if (text != nullptr) value = text;
 }
 
 /// 1 for the word "true", else 0.
-inline std::int32_t isTrue(const char* text) {
-  return isWord(text, "true") ? 1 : 0;
-}
-
-/// The word for a switch.
-inline const char* trueOrFalse(std::int32_t value) {
-  return value != 0 ? "true" : "false";
+inline void readSwitch(const tinyxml2::XMLElement& element, const char* attribute,
+                       std::int32_t& value) {
+  const char* text = element.Attribute(attribute);
+  if (text != nullptr) value = isWord(text, "true") ? 1 : 0;
 }
 
 /// Appends an empty element of this name.
 inline tinyxml2::XMLElement& append(tinyxml2::XMLElement& parent, const char* name) {
-  return *parent.InsertNewChildElement(name);
+  tinyxml2::XMLElement* element = parent.GetDocument()->NewElement(name);
+  parent.InsertEndChild(element);
+  return *element;
 }
 
-/// Sets a text attribute.
+// Each sets an attribute.
+
+inline void setInt(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value) {
+  element.SetAttribute(attribute, value);
+}
+
 inline void setText(tinyxml2::XMLElement& element, const char* attribute, const std::string& text) {
   element.SetAttribute(attribute, text.c_str());
+}
+
+inline void setSwitch(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value) {
+  element.SetAttribute(attribute, value != 0 ? "true" : "false");
 }
 
 }  // namespace camcfg

@@ -1,5 +1,6 @@
 # Checks the built library as the linker sees it.
-#   cmake -D CHECK=... -D LIBRARY=... -D SYMBOLS=... -D NM=... -D READELF=... -P library_file.cmake
+#   cmake -D CHECK=... -D LIBRARY=... -D SYMBOLS=... -D NM=... -D READELF=... -D OBJDUMP=...
+#         -P library_file.cmake
 set(ENV{LC_ALL} C)
 
 function(read_library result)
@@ -43,6 +44,32 @@ function(LoggerIsImportedWeakly)
   if(NOT imported MATCHES "^UTIL_LOG_Print w *$")
     message(FATAL_ERROR "logger: ${imported}")
   endif()
+endfunction()
+
+function(fail_above budget amount what)
+  message("${what}: ${amount} of ${budget}")
+  if(amount GREATER budget)
+    message(SEND_ERROR "${what}: ${amount} is more than ${budget}")
+  endif()
+endfunction()
+
+# What 'size' counts as text and data: every section with contents that is loaded.
+function(FitsTheDevicesFlash)
+  read_library(headers ${OBJDUMP} -h -w)
+  set(bytes 0)
+  foreach(line IN LISTS headers)
+    if(line MATCHES "^ +[0-9]+ +[^ ]+ +([0-9a-f]+) .* CONTENTS, ALLOC, LOAD")
+      math(EXPR bytes "${bytes} + 0x${CMAKE_MATCH_1}")
+    endif()
+  endforeach()
+  fail_above(65536 ${bytes} "bytes of text and data")
+endfunction()
+
+function(NeedsFewRelocations)
+  read_library(relocations ${READELF} -r -W)
+  list(FILTER relocations INCLUDE REGEX "R_AARCH64_")
+  list(LENGTH relocations count)
+  fail_above(200 ${count} "relocations")
 endfunction()
 
 cmake_language(CALL ${CHECK})

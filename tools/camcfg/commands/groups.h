@@ -12,6 +12,7 @@ CommandGroup exchangeGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup languageGroup();
+CommandGroup lintGroup();
 CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();

@@ -110,6 +110,12 @@ std::string render(const Line& line, const Json& value) {
   return filled(line.text, value) + "\n";
 }
 
+std::string render(const Lines& lines, const Json& value) {
+  std::string text;
+  for (const Json& element : member(value, lines.rows)) text += filled(lines.text, element) + "\n";
+  return text;
+}
+
 std::string render(const Verbatim& block, const Json& /*value*/) {
   return block.text;
 }

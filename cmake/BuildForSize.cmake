@@ -1,0 +1,34 @@
+# The released library has to fit a small flash: it is built for size, at no measurable cost, since
+# nearly all its time is spent parsing and in system calls. Other kinds of build stay easy to debug.
+if(NOT CMAKE_BUILD_TYPE MATCHES "^(Release|MinSizeRel)$")
+  return()
+endif()
+
+include(CheckCXXCompilerFlag)
+include(CheckIPOSupported)
+
+target_link_options(camcfg PRIVATE LINKER:--gc-sections)
+
+check_ipo_supported(RESULT has_ipo OUTPUT why_not LANGUAGES CXX)
+set_target_properties(camcfg PROPERTIES INTERPROCEDURAL_OPTIMIZATION ${has_ipo})
+
+# Where nothing throws, tables for unwinding the stack would be a tenth of the library; as one unit
+# the compiler sees through the calls between its files.
+set_target_properties(camcfg_nothrow PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+target_compile_options(camcfg_nothrow PRIVATE
+  -ffunction-sections -fdata-sections -fno-asynchronous-unwind-tables -fno-unwind-tables)
+check_cxx_compiler_flag(-fno-semantic-interposition has_no_semantic_interposition)
+if(has_no_semantic_interposition)
+  target_compile_options(camcfg_nothrow PRIVATE -fno-semantic-interposition)
+endif()
+
+# The records' shared pointers count with a few instructions instead of calls that look for newer
+# ones.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
+  check_cxx_compiler_flag(-mno-outline-atomics has_no_outline_atomics)
+endif()
+foreach(target camcfg camcfg_nothrow)
+  target_compile_options(${target} PRIVATE
+    -Os $<$<BOOL:${has_no_outline_atomics}>:-mno-outline-atomics>)
+endforeach()
+target_link_options(camcfg PRIVATE -Os)
