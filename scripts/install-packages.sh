@@ -3,9 +3,9 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench cover cross deb docs lint speed. On Debian, as root or with
-# sudo, what is missing is installed; anywhere else it is named, and the exit status is 1. Asks no
-# questions.
+# NEED is one of: build tool test bench cover cross deb docs lint fuzz speed. On Debian, as root or
+# with sudo, what is missing is installed; anywhere else it is named, and the exit status is 1. Asks
+# no questions.
 set -euo pipefail
 
 # Need, Debian package, and how it shows that the package (or its like of another system) is there:
@@ -44,6 +44,8 @@ docs   graphviz               command  dot
 lint   clang-format           command  clang-format
 lint   clang-tidy             command  run-clang-tidy
 lint   shellcheck             command  shellcheck
+fuzz   clang                  command  clang++
+fuzz   libclang-rt-14-dev     library  clang++ libclang_rt.fuzzer-x86_64.a
 speed  ccache                 command  ccache'
 
 has_command() {

@@ -5,6 +5,7 @@
 
 #include "frame/csv.h"
 #include "frame/decimal.h"
+#include "frame/json_check.h"
 #include "frame/spelling.h"
 #include "frame/status.h"
 
@@ -103,11 +104,10 @@ PresetRow rowOf(const std::string& place, const Json& preset) {
   return row;
 }
 
-// A line, since the parser tells a byte only.
-Json parsed(const std::string& text) try {
-  return Json::parse(text);
-} catch (const Json::parse_error& error) {
-  const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
+Json parsed(const std::string& text) {
+  const std::size_t fault = std::min(checkJson(text), text.size());
+  if (fault == 0) return Json::parse(text);
+  const auto end = text.begin() + static_cast<std::ptrdiff_t>(fault);
   throw Refusal("line " + std::to_string(1 + std::count(text.begin(), end, '\n')) +
                 ": it is no JSON from here on");
 }

@@ -1,6 +1,8 @@
 #include "exchange/differences.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <vector>
 
 #include "exchange/node.h"
@@ -23,9 +25,10 @@ const Json& memberOrNothing(const Json& object, const std::string& name) {
 // The values of a member by which the elements can be told apart; none if they cannot.
 std::vector<Json> keysBy(const char* name, const Json& list) {
   std::vector<Json> keys;
+  std::set<Json> seen;
   for (const Json& element : list) {
     const Json& key = memberOrNothing(element, name);
-    if (key.is_null() || std::find(keys.begin(), keys.end(), key) != keys.end()) return {};
+    if (key.is_null() || !seen.insert(key).second) return {};
     keys.push_back(key);
   }
   return keys;
@@ -36,18 +39,20 @@ class Keyed {
  public:
   Keyed(const Json& list, const char* key) : list_(list), keys_(keysBy(key, list)) {
     for (std::size_t i = 0; *key == '\0' && i < list.size(); ++i) keys_.emplace_back(i);
+    for (std::size_t i = 0; i < keys_.size(); ++i) places_.emplace(keys_[i], i);
   }
 
   bool works() const { return keys_.size() == list_.size(); }
   const std::vector<Json>& keys() const { return keys_; }
   const Json& at(const Json& key) const {
-    const auto found = std::find(keys_.begin(), keys_.end(), key);
-    return found == keys_.end() ? kNothing : list_[static_cast<std::size_t>(found - keys_.begin())];
+    const auto found = places_.find(key);
+    return found == places_.end() ? kNothing : list_[found->second];
   }
 
  private:
   const Json& list_;
   std::vector<Json> keys_;
+  std::map<Json, std::size_t> places_;
 };
 
 std::vector<Json> commonKeys(const Keyed& of, const Keyed& with) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "exchange/node.h"
+#include "frame/json_check.h"
 #include "frame/printable.h"
 #include "frame/status.h"
 
@@ -53,8 +54,6 @@ class Builder {
   };
 
   bool open(Json value) {
-    if (levels_.size() == kDeepestNesting)
-      throw Refusal("it is nested deeper than " + std::to_string(kDeepestNesting) + " levels");
     levels_.push_back({std::move(value), "", false});
     return true;
   }
@@ -105,6 +104,8 @@ class Builder {
 }  // namespace
 
 Json parseJson(const std::string& text, Faults& faults) {
+  // What is no JSON is left to the builder, which tells why.
+  static_cast<void>(checkJson(text));
   Builder builder(text, faults);
   Json::sax_parse(text, &builder);
   return builder.take();

@@ -8,11 +8,8 @@
 
 namespace camcfg::tool {
 
-/// Objects and arrays that may stand inside one another.
-constexpr std::size_t kDeepestNesting = 32;
-
 /// Reads JSON. Of two members of one name the first counts and the second is a fault.
-/// @throws Refusal, with line and column, over a text that is no JSON or nested too deep
+/// @throws Refusal, with line and column, over a text that is no JSON; see also checkJson
 Json parseJson(const std::string& text, Faults& faults);
 
 }  // namespace camcfg::tool

@@ -3,6 +3,7 @@
 
 #include "device/preset_change.h"
 #include "exchange/section.h"
+#include "frame/json_check.h"
 
 namespace camcfg::tool {
 namespace {
@@ -107,6 +108,11 @@ Json inFileOrder(const Json& presets, const Json& before) {
 
 Json readPresets(const Node& node, const Json& before, Plan& /*plan*/) {
   if (!node.isArray()) return before;
+  if (before.size() > kMostValues) {
+    node.refuse("the device has more than " + std::to_string(kMostValues) +
+                " presets; mend them first");
+    return before;
+  }
   if (!areDistinct(before)) {
     node.refuse("the device has presets without an id or with the same one; mend them first");
     return before;

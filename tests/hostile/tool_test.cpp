@@ -1,0 +1,130 @@
+#include "tools/tool_test.h"
+
+#include "support/cost.h"
+
+namespace camcfg::tests {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr int kMany = 1000000;
+
+// A list of so many objects with different numbers in one member.
+std::string numbered(const std::string& before, const std::string& behind) {
+  std::string list = "[";
+  for (int i = 0; i < kMany; ++i)
+    list += (i == 0 ? "{" : ",{") + before + std::to_string(1000 + i) + behind + "}";
+  return list + "]";
+}
+
+std::string manyMembers() {
+  std::string object = "{";
+  for (int i = 0; i < kMany; ++i) object += (i == 0 ? "\"m" : ",\"m") + std::to_string(i) + "\": 0";
+  return object + "}";
+}
+
+std::string nestedLists(int levels) {
+  return std::string(static_cast<std::size_t>(levels), '[') +
+         std::string(static_cast<std::size_t>(levels), ']');
+}
+
+class ToolHostileTest : public ToolTest {
+ protected:
+  ToolHostileTest() {
+    for (const char* directory : {"/cfg0", "/cfg1"})
+      device.copyFromHost(CAMCFG_RESOURCE_DIR "/defcfg", directory);
+  }
+
+  // Runs the tool on a file of this contents.
+  ToolRun runOn(std::vector<std::string> command, const std::string& contents) {
+    device.write("/document", contents);
+    command.push_back(device.hostPath() + "/document");
+    ToolRun outcome;
+    cost = costOf([&] { outcome = run(command); }, RUSAGE_CHILDREN);
+    EXPECT_TRUE(cost.isBounded()) << testing::PrintToString(cost);
+    return outcome;
+  }
+
+  Cost cost{};
+};
+
+TEST_F(ToolHostileTest, ADocumentNestedAMillionLevelsDeepIsRefused) {
+  EXPECT_EQ(runOn({"import"}, nestedLists(kMany)),
+            (ToolRun{1, "", "camcfg: import: it is nested deeper than 32 levels\n"}));
+  EXPECT_EQ(runOn({"preset", "import"}, nestedLists(kMany)),
+            (ToolRun{1, "", "camcfg: preset import: it is nested deeper than 32 levels\n"}));
+}
+
+TEST_F(ToolHostileTest, ADocumentWithAMillionRecordsIsRefused) {
+  const std::string channels =
+      R"({"version": 1, "live": {"websocket": )" + numbered("\"id\": ", ", \"name\": \"n\"") + "}}";
+  EXPECT_EQ(runOn({"import"}, channels),
+            (ToolRun{1, "", "camcfg: import: it holds a list of more than 2000 values\n"}));
+  const std::string presets = R"({"version": 1, "presets": )" + numbered("\"id\": ", "") + "}";
+  EXPECT_EQ(runOn({"import"}, presets),
+            (ToolRun{1, "", "camcfg: import: it holds a list of more than 2000 values\n"}));
+  EXPECT_EQ(runOn({"preset", "import"}, numbered("\"id\": ", "")),
+            (ToolRun{1, "", "camcfg: preset import: it holds a list of more than 2000 values\n"}));
+}
+
+TEST_F(ToolHostileTest, AnObjectWithAMillionMembersIsRefused) {
+  EXPECT_EQ(runOn({"import"}, manyMembers()),
+            (ToolRun{1, "", "camcfg: import: it holds an object of more than 2000 values\n"}));
+  EXPECT_EQ(
+      runOn({"preset", "import"}, "[" + manyMembers() + "]"),
+      (ToolRun{1, "", "camcfg: preset import: it holds an object of more than 2000 values\n"}));
+}
+
+TEST_F(ToolHostileTest, ATextOfManyMegabytesIsTooLongForAPreset) {
+  const std::string preset =
+      "[{\"id\": 1, \"description\": \"" + std::string(std::size_t{16} << 20, 'd') + "\"}]";
+  EXPECT_EQ(runOn({"preset", "import"}, preset),
+            (ToolRun{1, "",
+                     "camcfg: preset import: preset 1 of the array: the description has 16777216 "
+                     "bytes, the limit is 63\n"
+                     "camcfg: preset import: nothing was imported\n"}));
+}
+
+TEST_F(ToolHostileTest, OfATableWithAMillionFaultyRowsSomeFaultsAreTold) {
+  std::string table = "id,pan\n";
+  for (int i = 0; i < kMany; ++i) table += std::to_string(1000 + i) + ",1\n";
+  const ToolRun run = runOn({"preset", "import"}, table);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("line 2: id 1000 is outside 0..128\n"));
+  EXPECT_THAT(run.err, HasSubstr("nothing was imported (999980 more faults)\n"));
+}
+
+std::string numberedElements(const std::string& name, int count) {
+  std::string elements;
+  for (int i = 0; i < count; ++i)
+    elements += "<" + name + " Id=\"" + std::to_string(i) + "\" Name=\"n\"/>";
+  return elements;
+}
+
+TEST_F(ToolHostileTest, ADeviceWithTwoHundredThousandPresetsIsToBeMendedFirst) {
+  device.write("/cfg0/preset_cfg.xml",
+               "<PresetCfg>" + numberedElements("preset", 200000) + "</PresetCfg>");
+  EXPECT_EQ(runOn({"import"}, R"({"version": 1, "presets": [{"id": 1, "pan": 5}]})"),
+            (ToolRun{1, "",
+                     "camcfg: import: presets: the device has more than 2000 presets; mend them "
+                     "first\n"
+                     "camcfg: import: nothing was changed\n"}));
+}
+
+TEST_F(ToolHostileTest, ADocumentThatTakesAwayTwoHundredThousandRecordsTellsEach) {
+  device.write("/cfg0/mpp_cfg.xml", "<Stream><StreamCache/></Stream><LiveMediaService><WEBSOCKET>" +
+                                        numberedElements("Channel", 200000) +
+                                        "</WEBSOCKET></LiveMediaService>");
+  const ToolRun run =
+      runOn({"import", "--dry-run"}, R"({"version": 1, "live": {"websocket": []}})");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("live.websocket[199999]"));
+}
+
+TEST_F(ToolHostileTest, ANumberTooLargeForAnyTypeIsRefused) {
+  EXPECT_EQ(runOn({"preset", "import"}, "[{\"id\": 1,\n\"pan\": 1e999}]"),
+            (ToolRun{1, "", "camcfg: preset import: line 2: it is no JSON from here on\n"}));
+}
+
+}  // namespace
+}  // namespace camcfg::tests
