@@ -11,6 +11,7 @@ namespace camcfg::tool {
 CommandGroup exchangeGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
+CommandGroup helpGroup();
 CommandGroup languageGroup();
 CommandGroup liveGroup();
 CommandGroup networkGroup();

@@ -25,6 +25,10 @@ struct Invocation {
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv);
 
+/// What "--help" behind a command prints.
+/// @param command  the whole name of one of the commands; empty: the tool itself
+std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
+
 }  // namespace camcfg::tool
 
 #endif
