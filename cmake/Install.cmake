@@ -32,4 +32,8 @@ if(TARGET camcfg-tool)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/camcfg-verify.service
     DESTINATION lib/systemd/system COMPONENT tools)
 endif()
+if(TARGET camcfg_manual)
+  install(FILES ${CMAKE_BINARY_DIR}/camcfg.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+    COMPONENT tools)
+endif()
 install(DIRECTORY resource/ DESTINATION ${share_dir} COMPONENT tools)

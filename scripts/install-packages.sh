@@ -18,6 +18,7 @@ tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
 test   graphviz               command  dot
+test   mandoc                 command  mandoc
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so

@@ -1,5 +1,6 @@
 #include "commands/groups.h"
 #include "frame/command_line.h"
+#include "frame/man_page.h"
 #include "frame/spelling.h"
 #include "frame/status.h"
 #include "topics/topics.h"
@@ -83,6 +84,14 @@ Answer help(const Arguments& arguments) {
   refuseUnknown(groups, name);
 }
 
+Answer manual(const Arguments& /*arguments*/) {
+  Answer answer;
+  const std::string page = manPage(allGroups(), allTopics());
+  answer.value = {{"page", page}};
+  answer.layout = {Verbatim{page}};
+  return answer;
+}
+
 }  // namespace
 
 CommandGroup helpGroup() {
@@ -90,7 +99,8 @@ CommandGroup helpGroup() {
           {{"help",
             "Explain a command or a topic, or list them",
             {{Option::OptionalArguments, kTopic, "Name of a command or a topic", explained}},
-            help}}};
+            help},
+           {"man", "Print the manual page in the macros of man(7)", {}, manual, true}}};
 }
 
 }  // namespace camcfg::tool
