@@ -19,6 +19,7 @@ test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
 test   graphviz               command  dot
 test   mandoc                 command  mandoc
+test   zsh                    command  zsh
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so

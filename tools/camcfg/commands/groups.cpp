@@ -1,11 +1,16 @@
 #include "commands/groups.h"
 
+#include "commands/vocabulary.h"
+
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(),    parametersGroup(), systemGroup(), networkGroup(),
-          presetGroup(),   streamGroup(),     liveGroup(),   graphGroup(),
-          exchangeGroup(), languageGroup(),   helpGroup()};
+  std::vector<CommandGroup> groups = {filesGroup(),    parametersGroup(), systemGroup(),
+                                      networkGroup(),  presetGroup(),     streamGroup(),
+                                      liveGroup(),     graphGroup(),      exchangeGroup(),
+                                      languageGroup(), helpGroup(),       completeGroup()};
+  addWords(groups);
+  return groups;
 }
 
 }  // namespace camcfg::tool

@@ -8,6 +8,7 @@
 namespace camcfg::tool {
 
 // One function for each group, in the file of its name.
+CommandGroup completeGroup();
 CommandGroup exchangeGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();

@@ -4,8 +4,10 @@
 #include <limits>
 
 #include "commands/groups.h"
+#include "commands/vocabulary.h"
 #include "device/preset_change.h"
 #include "device/preset_import.h"
+#include "device/words.h"
 #include "frame/decimal.h"
 #include "frame/library_log.h"
 #include "frame/status.h"
@@ -228,7 +230,7 @@ std::vector<Option> withValues(std::vector<Option> options) {
 }
 
 const Option kPreset{Option::Argument, "PRESET", "An id, or a whole description"};
-const Option kId{Option::Argument, "ID", "Id from 0 to 128"};
+const Option kId{Option::Argument, "ID", "Id from 0 to 128", presetIdWords};
 
 }  // namespace
 
@@ -243,7 +245,7 @@ CommandGroup presetGroup() {
            {"preset delete", "Delete a preset", {kPreset}, remove},
            {"preset export",
             "Print all presets for an import",
-            {{Option::Value, kFormat, "csv (if none is given) or json"}},
+            {{Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}},
             exportAll},
            {"preset import",
             "Create and change presets from a CSV or JSON file, all or none",

@@ -18,6 +18,7 @@ struct GlobalOption {
   const char* name;       ///< "--verbose"
   const char* value;      ///< "DIR"; null: it takes none
   const char* help;
+  std::vector<const char*> values{};  ///< what it takes; none: a directory
 
   /// As help texts name it: "-v,--verbose".
   std::string names() const {
