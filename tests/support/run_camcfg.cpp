@@ -115,4 +115,9 @@ ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function
   });
 }
 
+void becomeCamcfg(const std::vector<std::string>& arguments) {
+  leaveLeaksUnchecked();
+  start(commandLine(CAMCFG_TOOL, arguments));
+}
+
 }  // namespace camcfg::tests

@@ -39,6 +39,9 @@ ToolRun runProgram(const std::vector<std::string>& words,
 ToolRun runCamcfg(const std::vector<std::string>& arguments,
                   const std::function<void()>& inChild = {}, const std::string& program = "");
 
+/// Becomes the tool that was built. For a child process.
+[[noreturn]] void becomeCamcfg(const std::vector<std::string>& arguments);
+
 }  // namespace camcfg::tests
 
 #endif

@@ -16,6 +16,20 @@ TEST(PrintableTest, OtherCharactersStay) {
             "ck \xe9 \\n");
 }
 
+TEST(PrintableTest, ControlCharactersBeyondAsciiAreWrittenOutToo) {
+  EXPECT_EQ(tool::printable("a\xc2\x9b"
+                            "2J"),
+            "a\\u009b2J");
+  EXPECT_EQ(tool::printable("\xc2\x80\xc2\x9f\xc2\xa0"), "\\u0080\\u009f\xc2\xa0");
+  EXPECT_EQ(tool::printable("a\x9b\x9f"), "a\\x9b\\x9f");
+}
+
+TEST(PrintableTest, BytesWithinCharactersAreNoControlCharacters) {
+  EXPECT_EQ(tool::printable("\xe2\x82\x9b \xf0\x9f\x98\x80 \xc4\x9b"),
+            "\xe2\x82\x9b \xf0\x9f\x98\x80 \xc4\x9b");
+  EXPECT_EQ(tool::printable("\xe2\x9b"), "\xe2\\x9b");
+}
+
 TEST(PrintableTest, CharactersAreNotBytes) {
   EXPECT_EQ(tool::characters(""), 0U);
   EXPECT_EQ(tool::characters("abc"), 3U);

@@ -50,8 +50,10 @@ TEST(ProgramTest, UsageErrorsHaveStatusTwoAndAnswerNothing) {
   EXPECT_EQ(runCamcfg({"set", "System"}),
             (ToolRun{2, "", "camcfg: set: NAME is required; see 'camcfg set --help'\n"}));
   EXPECT_EQ(
-      runCamcfg({"list", "--colour"}),
-      (ToolRun{2, "", "camcfg: list: unknown option '--colour'; see 'camcfg list --help'\n"}));
+      runCamcfg({"list", "--frobnicate"}),
+      (ToolRun{2, "", "camcfg: list: unknown option '--frobnicate'; see 'camcfg list --help'\n"}));
+  EXPECT_EQ(runCamcfg({"list", "--colour"}),
+            (ToolRun{2, "", "camcfg: list: unknown option '--colour'; did you mean '--color'?\n"}));
 }
 
 TEST(ProgramTest, LineBreaksInWhatWasTypedStayOnTheLine) {

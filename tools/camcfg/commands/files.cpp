@@ -36,9 +36,9 @@ Json recordOf(const ConfigFile& file, const Verification& verification) {
 Table filesTable() {
   return {"files",
           {{"FILE", "{name}"},
-           {"MAIN", "{found/main}", "{now/main}"},
-           {"BACKUP", "{found/backup}", "{now/backup}"},
-           {"DEFAULT", "{found/default}", "{now/default}"},
+           {"MAIN", "{found/main!}", "{now/main!}"},
+           {"BACKUP", "{found/backup!}", "{now/backup!}"},
+           {"DEFAULT", "{found/default!}", "{now/default!}"},
            {"AT START", "{checkedAtStart}"},
            {"MAIN FROM", "{restored/main}"},
            {"BACKUP FROM", "{restored/backup}"}}};

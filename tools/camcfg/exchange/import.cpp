@@ -9,7 +9,7 @@ namespace camcfg::tool {
 namespace {
 
 const Table kChanges{"changes",
-                     {{"PLACE", "{place}"}, {"BEFORE", "{before}"}, {"AFTER", "{after}"}}};
+                     {{"PLACE", "{place}"}, {"BEFORE", "{before-}"}, {"AFTER", "{after+}"}}};
 
 Answer refused(const Faults& faults) {
   Answer answer;

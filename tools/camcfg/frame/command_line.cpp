@@ -5,6 +5,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -198,11 +199,24 @@ class Parser {
     if (found == commands_.end() || !found->second->run) refuse("a command is missing");
     invocation.command = found->second;
     if (app_.count(kRoot) != 0) invocation.root = textsOf(app_, kRoot).front();
+    if (app_.count(kColor) != 0) invocation.color = chosen(kColor);
     invocation.json = app_.count(kJson) != 0;
     invocation.verbose = app_.count(kVerbose) != 0;
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
       for (const Option& option : commands_.at(named)->options)
         if (named->count(option.name) != 0) give(invocation, option, textsOf(*named, option.name));
+  }
+
+  // What was chosen among the words that an option takes.
+  std::string chosen(const std::string& name) const {
+    const std::string& word = textsOf(app_, name.c_str()).back();
+    std::vector<std::string> words;
+    for (const GlobalOption& option : globalOptions())
+      if (option.name == name) words.assign(option.values.begin(), option.values.end());
+    if (std::find(words.begin(), words.end(), word) != words.end()) return word;
+    std::string all;
+    for (const std::string& each : words) all += (all.empty() ? "" : ", ") + each;
+    refuse(name + ": '" + word + "' is none of " + all, didYouMean(word, words));
   }
 
   static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {

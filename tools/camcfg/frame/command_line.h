@@ -17,6 +17,7 @@ struct Invocation {
   std::optional<std::string> root;  ///< directory of the device; none: this system is the device
   bool json = false;
   bool verbose = false;
+  std::string color = "auto";  ///< when answers are coloured: "auto", "always" or "never"
 };
 
 /// Reads a command line by the records of the commands.

@@ -9,6 +9,11 @@ const std::vector<GlobalOption>& globalOptions() {
   static const std::vector<GlobalOption> options = {
       {nullptr, kRoot, "DIR", "Work on the device tree under DIR"},
       {nullptr, kJson, nullptr, "Answer in JSON"},
+      {nullptr,
+       kColor,
+       "WHEN",
+       "Colour answers: auto (on a terminal), always or never",
+       {"auto", "always", "never"}},
       {"-v", kVerbose, nullptr, "Show what the library prints and logs"}};
   return options;
 }

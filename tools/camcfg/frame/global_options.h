@@ -11,6 +11,7 @@ namespace camcfg::tool {
 constexpr char kRoot[] = "--root";
 constexpr char kJson[] = "--json";
 constexpr char kVerbose[] = "--verbose";
+constexpr char kColor[] = "--color";
 
 /// An option that stands before or behind any command.
 struct GlobalOption {

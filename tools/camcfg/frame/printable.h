@@ -5,8 +5,8 @@
 
 namespace camcfg::tool {
 
-/// The text with its control characters written as "\n", "\t" or "\x1b": it stays on its line and
-/// cannot steer a terminal.
+/// The text with its control characters written as "\n", "\t", "\x1b" or "\u009b": it stays on its
+/// line and cannot steer a terminal.
 std::string printable(const std::string& text);
 
 /// How many characters a UTF-8 text has.

@@ -17,9 +17,14 @@ void enter(const std::string& root) {
   if (!error.empty()) throw Refusal("--root " + root + ": " + error);
 }
 
-std::string rendered(const Answer& answer, const HostPrograms& programs) {
-  const std::string text = renderText(answer);
-  return answer.through.words.empty() ? text : programs.passThrough(answer.through, text);
+std::string rendered(const Answer& answer, const Look& look, const HostPrograms& programs) {
+  return answer.through.words.empty() ? renderText(answer, look)
+                                      : programs.passThrough(answer.through, renderText(answer));
+}
+
+Look lookFor(const Invocation& invocation, const Streams& streams) {
+  const bool isTerminal = streams.answersToTerminal();
+  return {isTerminal, wantsColours(invocation.color, isTerminal)};
 }
 
 Status carryOut(const Invocation& invocation, const Streams& streams,
@@ -27,8 +32,10 @@ Status carryOut(const Invocation& invocation, const Streams& streams,
   const std::string name = std::string(invocation.command->name) + ": ";
   try {
     const Answer answer = invocation.command->run(invocation.arguments);
-    streams.answer(invocation.json ? renderJson(answer) : rendered(answer, programs));
-    for (const std::string& note : answer.notes) Streams::message(name + note);
+    streams.answer(invocation.json ? renderJson(answer)
+                                   : rendered(answer, lookFor(invocation, streams), programs));
+    for (const std::string& note : answer.notes)
+      Streams::message(name + note, answer.status == Status::Done ? Tone::Warning : Tone::Bad);
     return answer.status;
   } catch (const Refusal& refusal) {
     throw Refusal(refusal.status(), name + refusal.what());
@@ -37,7 +44,9 @@ Status carryOut(const Invocation& invocation, const Streams& streams,
 
 Status run(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
   Streams streams;
+  Streams::colourMessages("auto");
   const Invocation invocation = readCommandLine(groups, argc, argv);
+  Streams::colourMessages(invocation.json ? "never" : invocation.color);
   if (invocation.command == nullptr) {
     streams.answer(invocation.text);
     return Status::Done;
@@ -56,11 +65,11 @@ int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* co
     status = run(groups, argc, argv);
   } catch (const Refusal& refusal) {
     status = refusal.status();
-    Streams::message(refusal.what());
+    Streams::message(refusal.what(), Tone::Bad);
   } catch (const std::bad_alloc&) {
-    Streams::message("out of memory");
+    Streams::message("out of memory", Tone::Bad);
   } catch (const std::exception& error) {
-    Streams::message(error.what());
+    Streams::message(error.what(), Tone::Bad);
   }
   return static_cast<int>(status);
 }
