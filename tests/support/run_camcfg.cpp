@@ -88,7 +88,7 @@ void leaveLeaksUnchecked() {
 
 }  // namespace
 
-ToolRun runProgram(const std::vector<std::string>& words, const std::function<void()>& inChild) {
+ToolRun runCommand(const std::vector<std::string>& words, const std::function<void()>& inChild) {
   Output out;
   Output err;
   const pid_t child = fork();
@@ -109,7 +109,7 @@ ToolRun runProgram(const std::vector<std::string>& words, const std::function<vo
 
 ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function<void()>& inChild,
                   const std::string& program) {
-  return runProgram(commandLine(program.empty() ? CAMCFG_TOOL : program, arguments), [&] {
+  return runCommand(commandLine(program.empty() ? CAMCFG_TOOL : program, arguments), [&] {
     if (!arguments.empty() && arguments.front() == "--root") leaveLeaksUnchecked();
     if (inChild) inChild();
   });

@@ -29,7 +29,7 @@ inline void PrintTo(const ToolRun& run, std::ostream* stream) {
 /// @param words    its name and its arguments
 /// @param inChild  done in the child process right before
 /// @return what it left behind; the status is 127 if it is not installed
-ToolRun runProgram(const std::vector<std::string>& words,
+ToolRun runCommand(const std::vector<std::string>& words,
                    const std::function<void()>& inChild = {});
 
 /// Runs the tool that was built, under the emulator where there is one.

@@ -182,7 +182,7 @@ TEST_F(CompleteTest, BashFunctionFillsItsReply) {
       "_camcfg camcfg N get\n"
       "printf '<%s>\\n' \"${COMPREPLY[@]}\"\n"
       "complete -p camcfg\n";
-  EXPECT_EQ(runProgram({"bash", "--norc", "-c", script}, [this] { prepareShell(); }),
+  EXPECT_EQ(runCommand({"bash", "--norc", "-c", script}, [this] { prepareShell(); }),
             (ToolRun{0, "<North\\ Gate>\ncomplete -F _camcfg camcfg\n", ""}));
 }
 
@@ -202,7 +202,7 @@ TEST_F(CompleteTest, BashCompletesWhatIsTyped) {
 }
 
 TEST_F(CompleteTest, ZshCompletesWhatIsTyped) {
-  if (runProgram({"zsh", "-fc", ":"}).status == 127) GTEST_SKIP() << "zsh is not installed";
+  if (runCommand({"zsh", "-fc", ":"}).status == 127) GTEST_SKIP() << "zsh is not installed";
   const std::vector<const char*> zsh = {"zsh", "-f", "-i"};
   const std::string load =
       "fpath+=(" CAMCFG_COMPLETIONS "); autoload -U compinit; compinit -u -D\r";
@@ -219,8 +219,8 @@ TEST_F(CompleteTest, ZshCompletesWhatIsTyped) {
 }
 
 TEST_F(CompleteTest, ScriptsAreWellFormed) {
-  EXPECT_EQ(runProgram({"bash", "-n", CAMCFG_COMPLETIONS "/camcfg.bash"}), (ToolRun{0, "", ""}));
-  const ToolRun zsh = runProgram({"zsh", "-n", CAMCFG_COMPLETIONS "/_camcfg"});
+  EXPECT_EQ(runCommand({"bash", "-n", CAMCFG_COMPLETIONS "/camcfg.bash"}), (ToolRun{0, "", ""}));
+  const ToolRun zsh = runCommand({"zsh", "-n", CAMCFG_COMPLETIONS "/_camcfg"});
   if (zsh.status == 127) GTEST_SKIP() << "zsh is not installed";
   EXPECT_EQ(zsh, (ToolRun{0, "", ""}));
 }

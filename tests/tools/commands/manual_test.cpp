@@ -21,7 +21,7 @@ class ManualTest : public testing::Test {
   /// What a program has to say of the page.
   void expectNoComplaint(std::vector<std::string> words) const {
     words.push_back(device.hostPath() + "/camcfg.1");
-    const ToolRun run = runProgram(words);
+    const ToolRun run = runCommand(words);
     if (run.status == 127) GTEST_SKIP() << words.front() << " is not installed";
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     EXPECT_EQ(run.err, "");

@@ -4,6 +4,7 @@
 #include "exchange/exchange.h"
 #include "exchange/print.h"
 #include "exchange/secrets.h"
+#include "frame/progress.h"
 #include "frame/spelling.h"
 #include "frame/status.h"
 
@@ -54,7 +55,9 @@ Answer exportSettings(const std::vector<std::string>& names, bool withSecrets) {
   Answer answer;
   answer.value = {{kVersionMember, kVersion}};
   Plan plan;
+  std::size_t number = 0;
   for (const Section& section : allSections()) {
+    const Stage stage(section.name, ++number, allSections().size());
     const bool wanted = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
       return isWithin(section, name);
     });

@@ -3,6 +3,7 @@
 #include "exchange/exchange.h"
 #include "exchange/parse.h"
 #include "exchange/secrets.h"
+#include "frame/progress.h"
 #include "frame/status.h"
 
 namespace camcfg::tool {
@@ -37,7 +38,9 @@ Progress carryOut(const std::vector<Transition>& transitions) {
     for (const Step& step : section->steps(before, after)) steps.push_back(step);
 
   Progress progress;
+  std::size_t number = 0;
   for (const Step& step : steps) try {
+      const Stage stage(step.what, ++number, steps.size());
       if (progress.fault.empty()) step.carryOut();
       (progress.fault.empty() ? progress.written : progress.left).push_back(step.what);
     } catch (const Refusal& refusal) {

@@ -1,9 +1,12 @@
 #include "frame/program.h"
 
+#include <unistd.h>
+
 #include <new>
 
 #include "frame/command_line.h"
 #include "frame/host_programs.h"
+#include "frame/progress_line.h"
 #include "frame/render.h"
 #include "frame/status.h"
 #include "frame/streams.h"
@@ -27,11 +30,17 @@ Look lookFor(const Invocation& invocation, const Streams& streams) {
   return {isTerminal, wantsColours(invocation.color, isTerminal)};
 }
 
+Answer answerOf(const Invocation& invocation) {
+  if (invocation.verbose) return invocation.command->run(invocation.arguments);
+  const ProgressLine progress(invocation.command->name, STDERR_FILENO);
+  return invocation.command->run(invocation.arguments);
+}
+
 Status carryOut(const Invocation& invocation, const Streams& streams,
                 const HostPrograms& programs) {
   const std::string name = std::string(invocation.command->name) + ": ";
   try {
-    const Answer answer = invocation.command->run(invocation.arguments);
+    const Answer answer = answerOf(invocation);
     streams.answer(invocation.json ? renderJson(answer)
                                    : rendered(answer, lookFor(invocation, streams), programs));
     for (const std::string& note : answer.notes)
