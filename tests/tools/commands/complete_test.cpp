@@ -67,6 +67,24 @@ class CompleteTest : public MediaToolTest {
     const std::string shown = terminal.readToEnd();
     return device.exists("/ran") ? device.read("/ran") : "the tool was not run:\n" + shown;
   }
+
+  /// Types lines with the Tab key at an interactive shell.
+  /// @param load  makes the shell know the completion
+  void expectCompletes(const std::vector<const char*>& shell, const std::string& load) const {
+    struct Typed {
+      const char* keys;
+      const char* ran;
+    };
+    constexpr Typed kTyped[] = {
+        {"--root . get Sys\tRtspO\t", "--root\n.\nget\nSystem\nRtspOverHttp\n"},
+        {"--root=. preset get Jo\t", "--root=.\npreset\nget\nJoe's $5; \"x\"\n"},
+        {"--root . preset get 'Jo\t", "--root\n.\npreset\nget\nJoe's $5; \"x\"\n"},
+        {"graph --format=s\t--ro\t./ap\tx", "graph\n--format=svg\n--root\n./app/x\n"},
+        {"import my\t", "import\nmy document.json\n"}};
+    device.write("/my document.json", "{}");
+    for (const Typed& typed : kTyped)
+      EXPECT_EQ(ranAt(shell, load + "\rcamcfg " + typed.keys), typed.ran) << typed.keys;
+  }
 };
 
 struct Row {
@@ -187,35 +205,14 @@ TEST_F(CompleteTest, BashFunctionFillsItsReply) {
 }
 
 TEST_F(CompleteTest, BashCompletesWhatIsTyped) {
-  const std::vector<const char*> bash = {"bash", "--norc", "--noprofile", "-i"};
-  const std::string load = "source " CAMCFG_COMPLETIONS "/camcfg.bash\r";
-  device.write("/my document.json", "{}");
-  EXPECT_EQ(ranAt(bash, load + "camcfg --root . get Sys\tRtspO\t"),
-            "--root\n.\nget\nSystem\nRtspOverHttp\n");
-  EXPECT_EQ(ranAt(bash, load + "camcfg --root=. preset get Jo\t"),
-            "--root=.\npreset\nget\nJoe's $5; \"x\"\n");
-  EXPECT_EQ(ranAt(bash, load + "camcfg --root . preset get 'Jo\t"),
-            "--root\n.\npreset\nget\nJoe's $5; \"x\"\n");
-  EXPECT_EQ(ranAt(bash, load + "camcfg graph --format=s\t--ro\t./ap\t"),
-            "graph\n--format=svg\n--root\n./app/\n");
-  EXPECT_EQ(ranAt(bash, load + "camcfg import my\t"), "import\nmy document.json\n");
+  expectCompletes({"bash", "--norc", "--noprofile", "-i"},
+                  "source " CAMCFG_COMPLETIONS "/camcfg.bash");
 }
 
 TEST_F(CompleteTest, ZshCompletesWhatIsTyped) {
   if (runCommand({"zsh", "-fc", ":"}).status == 127) GTEST_SKIP() << "zsh is not installed";
-  const std::vector<const char*> zsh = {"zsh", "-f", "-i"};
-  const std::string load =
-      "fpath+=(" CAMCFG_COMPLETIONS "); autoload -U compinit; compinit -u -D\r";
-  device.write("/my document.json", "{}");
-  EXPECT_EQ(ranAt(zsh, load + "camcfg --root . get Sys\tRtspO\t"),
-            "--root\n.\nget\nSystem\nRtspOverHttp\n");
-  EXPECT_EQ(ranAt(zsh, load + "camcfg --root=. preset get Jo\t"),
-            "--root=.\npreset\nget\nJoe's $5; \"x\"\n");
-  EXPECT_EQ(ranAt(zsh, load + "camcfg --root . preset get 'Jo\t"),
-            "--root\n.\npreset\nget\nJoe's $5; \"x\"\n");
-  EXPECT_EQ(ranAt(zsh, load + "camcfg graph --format=s\t--ro\t./ap\t"),
-            "graph\n--format=svg\n--root\n./app\n");
-  EXPECT_EQ(ranAt(zsh, load + "camcfg import my\t"), "import\nmy document.json\n");
+  expectCompletes({"zsh", "-f", "-i"},
+                  "fpath+=(" CAMCFG_COMPLETIONS "); autoload -U compinit; compinit -u -D");
 }
 
 TEST_F(CompleteTest, ScriptsAreWellFormed) {

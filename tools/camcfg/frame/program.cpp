@@ -31,7 +31,8 @@ Look lookFor(const Invocation& invocation, const Streams& streams) {
 }
 
 Answer answerOf(const Invocation& invocation) {
-  if (invocation.verbose) return invocation.command->run(invocation.arguments);
+  if (invocation.verbose || invocation.command->hidden)
+    return invocation.command->run(invocation.arguments);
   const ProgressLine progress(invocation.command->name, STDERR_FILENO);
   return invocation.command->run(invocation.arguments);
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <system_error>
+#include <utility>
 
 #include "frame/descriptor.h"
 #include "frame/printable.h"
@@ -32,8 +33,8 @@ std::string cut(std::string text, std::size_t width) {
 
 }  // namespace
 
-ProgressLine::ProgressLine(const std::string& command, int terminal)
-    : name_(command), terminal_(terminal) {
+ProgressLine::ProgressLine(std::string command, int terminal)
+    : name_(std::move(command)), terminal_(terminal) {
   if (isatty(terminal) != 1) return;
   watchWork([this](const std::string& work) {
     const std::lock_guard<std::mutex> lock(mutex_);

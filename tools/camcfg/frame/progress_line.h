@@ -15,7 +15,7 @@ class ProgressLine {
  public:
   /// @param command   its name, in front of the line
   /// @param terminal  where it is shown; nothing is done if this is no terminal
-  ProgressLine(const std::string& command, int terminal);
+  ProgressLine(std::string command, int terminal);
   ~ProgressLine();
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
