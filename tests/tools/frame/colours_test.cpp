@@ -45,6 +45,9 @@ TEST_F(ColoursTest, ChangesStatesAndRefusalsAreColouredAtATerminal) {
 TEST_F(ColoursTest, UsageErrorsAreColouredToo) {
   EXPECT_EQ(shown({"sett"}),
             "\x1b[31mcamcfg:\x1b[0m unknown command 'sett'; did you mean 'set'?\r\n");
+  const std::string plain = "camcfg: unknown command 'sett'; did you mean 'set'?\r\n";
+  EXPECT_EQ(shown({"sett", "--color", "never"}), plain);
+  EXPECT_EQ(shown({"sett", "--color=never"}), plain);
 }
 
 TEST_F(ColoursTest, LayoutIsTheSameWithoutThem) {

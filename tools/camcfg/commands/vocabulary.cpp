@@ -3,9 +3,17 @@
 #include <cstring>
 
 #include "device/words.h"
+#include "exchange/exchange.h"
 
 namespace camcfg::tool {
 namespace {
+
+// Sections of parameters, and what is exported by itself.
+Candidates wholeSectionWords(const Arguments& before) {
+  Candidates candidates = sectionWords(before);
+  for (const std::string& name : exportNames()) candidates.push_back({name});
+  return candidates;
+}
 
 struct Meaning {
   const char* name;  ///< of an argument
@@ -13,11 +21,10 @@ struct Meaning {
 };
 
 constexpr Meaning kMeanings[] = {
-    {"SECTION", sectionWords}, {"NAME", parameterWords},     {"VALUE", valueWords},
-    {"CARD", cardWords},       {"FIELD", cardFieldWords},    {"PRESET", presetWords},
-    {"CACHE", cacheIdWords},   {"SOURCE", sourceIdWords},    {"LANGUAGE", languageWords},
-    {"KEY", textKeyWords},     {"--section", sectionWords},  {"--card", cardWords},
-    {"--preset", presetWords}, {"--language", languageWords}};
+    {"SECTION", sectionWords},   {"NAME", parameterWords},  {"VALUE", valueWords},
+    {"CARD", cardWords},         {"FIELD", cardFieldWords}, {"PRESET", presetWords},
+    {"KIND", mediaKindWords},    {"ID", mediaIdWords},      {"SOURCE", sourceIdWords},
+    {"LANGUAGE", languageWords}, {"KEY", textKeyWords},     {"--section", wholeSectionWords}};
 
 }  // namespace
 

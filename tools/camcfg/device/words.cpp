@@ -36,6 +36,56 @@ Candidates parameterValues(const Parameter& parameter) {
   return candidates;
 }
 
+Candidate named(std::int32_t id, const std::string& name) {
+  return {std::to_string(id), name};
+}
+
+Candidates websocketIds(const Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& session : loadWebsocketSessions())
+    candidates.push_back(named(session.s32Id, session.strName));
+  return candidates;
+}
+
+Candidates rtspNames(const Arguments& /*before*/) {
+  Candidates candidates;
+  for (const RtspSession& session : loadRtspSessions()) candidates.push_back({session->strName});
+  return candidates;
+}
+
+// Without its address, which may hold a password.
+Candidates rtmpIds(const Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& target : loadRtmpTargets()) candidates.push_back({std::to_string(target.s32Id)});
+  return candidates;
+}
+
+Candidates ndiIds(const Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& instance : loadNdiInstances())
+    candidates.push_back(named(instance.s32Id, instance.strMainStreamName));
+  return candidates;
+}
+
+Candidates srtIds(const Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& instance : loadSrtInstances())
+    candidates.push_back(named(instance.s32Id, instance.strHostname));
+  return candidates;
+}
+
+struct MediaKind {
+  const char* name;
+  Candidates (*ids)(const Arguments& before);
+};
+constexpr MediaKind kMediaKinds[] = {{"source", sourceIdWords},
+                                     {"cache", cacheIdWords},
+                                     {"websocket", websocketIds},
+                                     {"rtsp", rtspNames},
+                                     {"rtmp", rtmpIds},
+                                     {"ndi", ndiIds},
+                                     {"srt", srtIds}};
+
 }  // namespace
 
 Candidates sectionWords(const Arguments& /*before*/) {
@@ -94,14 +144,14 @@ Candidates presetIdWords(const Arguments& /*before*/) {
 Candidates sourceIdWords(const Arguments& /*before*/) {
   Candidates candidates;
   for (const StreamSource& source : loadStreamSources())
-    candidates.push_back({std::to_string(source->s32Id), source->strName});
+    candidates.push_back(named(source->s32Id, source->strName));
   return candidates;
 }
 
 Candidates cacheIdWords(const Arguments& /*before*/) {
   Candidates candidates;
   for (const CacheEntry& cache : readCaches())
-    candidates.push_back({std::to_string(cache.id()), cache.record->strName});
+    candidates.push_back(named(cache.id(), cache.record->strName));
   return candidates;
 }
 
@@ -117,6 +167,18 @@ Candidates allowedSourceWords(const Arguments& before) {
                      candidates.end());
   }
   return candidates;
+}
+
+Candidates mediaKindWords(const Arguments& /*before*/) {
+  Candidates candidates;
+  for (const MediaKind& kind : kMediaKinds) candidates.push_back({kind.name});
+  return candidates;
+}
+
+Candidates mediaIdWords(const Arguments& before) {
+  for (const MediaKind& kind : kMediaKinds)
+    if (before.text("KIND") == kind.name) return kind.ids(before);
+  return {};
 }
 
 Candidates languageWords(const Arguments& /*before*/) {

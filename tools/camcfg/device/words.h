@@ -32,6 +32,11 @@ Candidates cacheIdWords(const Arguments& before);
 /// Sources that the cache ID given allows.
 Candidates allowedSourceWords(const Arguments& before);
 
+/// Everything of the media file that has an id: "source", "cache", and the live media services.
+Candidates mediaKindWords(const Arguments& before);
+/// Ids of the KIND given; names, for RTSP sessions.
+Candidates mediaIdWords(const Arguments& before);
+
 Candidates languageWords(const Arguments& before);
 /// Keys of the LANGUAGE given.
 Candidates textKeyWords(const Arguments& before);

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "frame/command_line.h"
+#include "frame/global_options.h"
 #include "frame/host_programs.h"
 #include "frame/progress_line.h"
 #include "frame/render.h"
@@ -52,9 +53,21 @@ Status carryOut(const Invocation& invocation, const Streams& streams,
   }
 }
 
+// When to colour, as far as that can be told of a command line that may make no sense.
+std::string colorIn(int argc, const char* const* argv) {
+  const std::string given = std::string(kColor) + "=";
+  std::string when = "auto";
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (word == kColor && i + 1 < argc) when = argv[i + 1];
+    if (word.compare(0, given.size(), given) == 0) when = word.substr(given.size());
+  }
+  return when;
+}
+
 Status run(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
   Streams streams;
-  Streams::colourMessages("auto");
+  Streams::colourMessages(colorIn(argc, argv));
   const Invocation invocation = readCommandLine(groups, argc, argv);
   Streams::colourMessages(invocation.json ? "never" : invocation.color);
   if (invocation.command == nullptr) {

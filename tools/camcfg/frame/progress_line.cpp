@@ -64,15 +64,18 @@ void ProgressLine::run() {
   const auto isOver = [this] { return isOver_; };
   auto elapsed = kDelay;
   for (auto wait = kDelay; !ended_.wait_for(lock, wait, isOver); wait = kInterval) {
-    show(static_cast<std::size_t>(elapsed.count()) / 1000);
+    const std::string work = work_;
+    lock.unlock();
+    show(work, static_cast<std::size_t>(elapsed.count()) / 1000);
+    lock.lock();
     elapsed += kInterval;
   }
 }
 
-void ProgressLine::show(std::size_t seconds) {
-  const std::string work = work_.empty() ? "" : work_ + ", ";
+void ProgressLine::show(const std::string& work, std::size_t seconds) {
   const std::string text =
-      cut(printable("camcfg: " + name_ + ": " + work + std::to_string(seconds) + " s"),
+      cut(printable("camcfg: " + name_ + ": " + work + (work.empty() ? "" : ", ") +
+                    std::to_string(seconds) + " s"),
           widest(terminal_));
   const std::size_t width = characters(text);
   const std::string rest(width_ > width ? width_ - width : 0, ' ');

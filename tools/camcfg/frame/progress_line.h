@@ -22,16 +22,16 @@ class ProgressLine {
 
  private:
   void run();
-  void show(std::size_t seconds);
+  void show(const std::string& work, std::size_t seconds);
   void remove() const;
 
   const std::string name_;
   const int terminal_;
-  std::mutex mutex_;  // guards what follows
+  std::size_t width_ = 0;  // of what is shown; the thread's, and at its end remove()'s
+  std::mutex mutex_;       // guards isOver_ and work_
   std::condition_variable ended_;
   bool isOver_ = false;
   std::string work_;
-  std::size_t width_ = 0;  // of the line that is shown; only the thread and, at its end, remove()
   std::thread thread_;
 };
 
