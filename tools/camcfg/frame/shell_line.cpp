@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <utility>
 
 namespace camcfg::tool {
 namespace {
@@ -12,7 +13,7 @@ bool isOneOf(char c, const char* characters) {
 
 class Reader {
  public:
-  explicit Reader(const std::string& breaks) : breaks_(breaks) {}
+  explicit Reader(std::string breaks) : breaks_(std::move(breaks)) {}
 
   void take(char c) {
     if (escaped_)
