@@ -40,7 +40,8 @@ class CommandLineTest : public testing::Test {
           {Option::HostDirectory, "--into", "A directory"}},
          nothing},
         {"many", "Takes many words", {{Option::Arguments, "WORD", "Words"}}, nothing},
-        {"read", "Reads a file", {{Option::HostFile, "FILE", "A file"}}, nothing}}},
+        {"read", "Reads a file", {{Option::HostFile, "FILE", "A file"}}, nothing},
+        {"look", "Looks at files", {{Option::HostFiles, "FILE", "Files"}}, nothing}}},
       {"Second",
        {{"stream", "Stands above others", {}, nullptr},
         {"stream cache", "Below", {{Option::Argument, "ID", "A number"}}, nothing},
@@ -110,6 +111,20 @@ TEST_F(CommandLineTest, FileOfTheHostIsReadWhole) {
   host.write("/input", std::string("a\0b\n", 4));
   EXPECT_EQ(read({"read", (host.hostPath() + "/input").c_str()}).arguments.text("FILE"),
             std::string("a\0b\n", 4));
+}
+
+TEST_F(CommandLineTest, EachFileOfTheHostIsReadOrItsFaultIsTold) {
+  host.write("/input", "a\n");
+  const std::string path = host.hostPath() + "/input";
+  const std::vector<HostFile> files =
+      read({"look", path.c_str(), "/no/such"}).arguments.files("FILE");
+  ASSERT_EQ(files.size(), 2U);
+  EXPECT_EQ(files[0].path, path);
+  EXPECT_EQ(files[0].contents, "a\n");
+  EXPECT_EQ(files[0].fault, "");
+  EXPECT_EQ(files[1].path, "/no/such");
+  EXPECT_EQ(files[1].fault, "No such file or directory");
+  EXPECT_TRUE(read({"look"}).arguments.files("FILE").empty());
 }
 
 TEST_F(CommandLineTest, DirectoryOfTheHostIsMadeAndOpened) {

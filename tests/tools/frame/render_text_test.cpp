@@ -41,6 +41,12 @@ TEST(RenderTextTest, FieldsAndLinesTakeMembersOfMembers) {
             "gate: 80\n");
 }
 
+TEST(RenderTextTest, LinesAreFilledForEachElement) {
+  const Json value = {{"rows", {{{"a", 1}}, {{"a", "x\ty"}}}}, {"none", Json::array()}};
+  EXPECT_EQ(shown(value, {Lines{"rows", "{a}:\n  {a}"}, Lines{"none", "{a}"}}),
+            "1:\n  1\nx\\ty:\n  x\\ty\n");
+}
+
 TEST(RenderTextTest, EveryKindOfValueHasAText) {
   const Json value = {
       {"none", nullptr},        {"yes", true},         {"no", false},

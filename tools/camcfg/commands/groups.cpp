@@ -5,10 +5,10 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  std::vector<CommandGroup> groups = {filesGroup(),    parametersGroup(), systemGroup(),
-                                      networkGroup(),  presetGroup(),     streamGroup(),
-                                      liveGroup(),     graphGroup(),      exchangeGroup(),
-                                      languageGroup(), helpGroup(),       completeGroup()};
+  std::vector<CommandGroup> groups = {
+      filesGroup(),    lintGroup(),   parametersGroup(), systemGroup(), networkGroup(),
+      presetGroup(),   streamGroup(), liveGroup(),       graphGroup(),  exchangeGroup(),
+      languageGroup(), helpGroup(),   completeGroup()};
   addWords(groups);
   return groups;
 }

@@ -14,6 +14,7 @@ CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup helpGroup();
 CommandGroup languageGroup();
+CommandGroup lintGroup();
 CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();

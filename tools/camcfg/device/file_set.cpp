@@ -8,6 +8,7 @@
 
 #include "device/directory.h"
 #include "frame/progress.h"
+#include "frame/status.h"
 
 namespace camcfg::tool {
 namespace {
@@ -109,6 +110,12 @@ FileSet surveyFiles() {
     set.files.push_back(survey(name, checkedAtStart.count(name) != 0));
   }
   return set;
+}
+
+void requireAnyFile(const FileSet& set) {
+  if (set.files.empty())
+    throw Refusal(Status::Unusable,
+                  "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
 }
 
 }  // namespace camcfg::tool

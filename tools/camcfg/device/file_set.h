@@ -42,6 +42,9 @@ struct FileSet {
 /// Loads every copy of every file. A backup that is good but unlike its main copy is out of step.
 FileSet surveyFiles();
 
+/// @throws Refusal if a device has not a single file
+void requireAnyFile(const FileSet& set);
+
 }  // namespace camcfg::tool
 
 #endif

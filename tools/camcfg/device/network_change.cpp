@@ -18,8 +18,6 @@ using tinyxml2::XMLElement;
 constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
 constexpr std::size_t kLongestText = CFG_NETWORK_TEXT_SIZE - 1;
 constexpr std::size_t kCardGrowth = 16 * (kAttributeFrame + kLongestText * 6);
-constexpr int kSmallestMtu = 68;
-constexpr int kLargestMtu = 9216;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
   throw Refusal(path + ": " + why);

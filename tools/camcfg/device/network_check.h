@@ -5,6 +5,10 @@
 
 namespace camcfg::tool {
 
+/// The MTUs that cards have, in bytes, where the file does not tell its own limits.
+constexpr int kSmallestMtu = 68;
+constexpr int kLargestMtu = 9216;
+
 // Each tells why a card cannot use a text; empty if it can. The library itself stores any text.
 
 /// The address of a host: four decimal numbers, neither 0.x, loopback, multicast nor broadcast.

@@ -30,9 +30,7 @@ void requireWritable(const std::vector<Repair>& repairs, const FileSet& set) {
 }
 
 void verifyAsAtStart(const FileSet& set) {
-  if (set.files.empty())
-    throw Refusal(Status::Unusable,
-                  "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
+  requireAnyFile(set);
   forgetComplaint();
   if (CFG_VerifyFileFormat() == 0) return;
   const std::string complaint = lastComplaint();

@@ -49,6 +49,12 @@ struct Line {
   Template text;
 };
 
+/// A line, or a few, for each element of an array.
+struct Lines {
+  std::string rows;  ///< as in Table
+  Template text;
+};
+
 /// A text of many lines that is printed as it stands, such as a picture or a table for a program.
 struct Verbatim {
   std::string text;
@@ -57,7 +63,7 @@ struct Verbatim {
 /// The whole value in JSON, for a command that is asked for that format.
 struct WholeValue {};
 
-using Block = std::variant<Table, Fields, Line, Verbatim, WholeValue>;
+using Block = std::variant<Table, Fields, Line, Lines, Verbatim, WholeValue>;
 
 /// A program of the system that the tool was started on.
 struct HostProgram {

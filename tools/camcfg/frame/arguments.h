@@ -10,6 +10,13 @@
 
 namespace camcfg::tool {
 
+/// A file named on the command line, as it was before the device's root was entered.
+struct HostFile {
+  std::string path;      ///< as the caller named it
+  std::string contents;  ///< all of it
+  std::string fault;     ///< why it could not be read; empty if it could
+};
+
 /// What was given to a command, by the names in its options.
 class Arguments {
  public:
@@ -18,6 +25,9 @@ class Arguments {
   }
   void add(const std::string& name, std::unique_ptr<HostDirectory> directory) {
     directories_[name] = std::move(directory);
+  }
+  void add(const std::string& name, std::vector<HostFile> files) {
+    files_[name] = std::move(files);
   }
 
   bool given(const std::string& name) const { return texts_.count(name) != 0; }
@@ -33,10 +43,16 @@ class Arguments {
     const auto found = directories_.find(name);
     return found == directories_.end() ? nullptr : found->second.get();
   }
+  /// All files given that are read whole.
+  std::vector<HostFile> files(const std::string& name) const {
+    const auto found = files_.find(name);
+    return found == files_.end() ? std::vector<HostFile>() : found->second;
+  }
 
  private:
   std::map<std::string, std::vector<std::string>> texts_;
   std::map<std::string, std::unique_ptr<HostDirectory>> directories_;
+  std::map<std::string, std::vector<HostFile>> files_;
 };
 
 }  // namespace camcfg::tool

@@ -24,11 +24,28 @@ constexpr char kFooter[] =
     "Exit status: 0 done, 1 refused or not found, 2 usage, 3 the device's files are unusable.\n"
     "'camcfg help COMMAND' tells what a command takes, 'camcfg help' lists further topics.";
 
-std::string contentsOf(const std::string& path) {
+HostFile read(const std::string& path) {
   const Descriptor file(path == "-" ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  std::string contents;
-  if (!file || !readAll(file.get(), contents)) throw Refusal(path + ": " + std::strerror(errno));
-  return contents;
+  HostFile read{path, "", ""};
+  if (!file || !readAll(file.get(), read.contents)) read.fault = std::strerror(errno);
+  return read;
+}
+
+std::string contentsOf(const std::string& path) {
+  HostFile file = read(path);
+  if (!file.fault.empty()) throw Refusal(path + ": " + file.fault);
+  return std::move(file.contents);
+}
+
+bool takesMany(Option::Kind kind) {
+  return kind == Option::Arguments || kind == Option::OptionalArguments ||
+         kind == Option::HostFiles;
+}
+
+std::vector<HostFile> readEach(const std::vector<std::string>& paths) {
+  std::vector<HostFile> files(paths.size());
+  std::transform(paths.begin(), paths.end(), files.begin(), read);
+  return files;
 }
 
 // The parser's tree of commands, made from the records.
@@ -110,7 +127,7 @@ class Parser {
       return;
     }
     CLI::Option* added = app.add_option(option.name, CLI::callback_t(), option.help);
-    if (option.kind == Option::Arguments || option.kind == Option::OptionalArguments)
+    if (takesMany(option.kind))
       added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
     switch (option.kind) {
       case Option::Arguments:
@@ -230,7 +247,9 @@ class Parser {
     if (option.kind == Option::HostDirectory)
       arguments.add(option.name, std::make_unique<HostDirectory>(texts.front()));
     else if (option.kind == Option::HostFile)
-      arguments.add(option.name, {contentsOf(texts.front())});
+      arguments.add(option.name, std::vector<std::string>{contentsOf(texts.front())});
+    else if (option.kind == Option::HostFiles)
+      arguments.add(option.name, readEach(texts));
     else
       arguments.add(option.name, texts);
   } catch (const Refusal& refusal) {

@@ -18,7 +18,8 @@ bool isNamed(const Option& option) {
 }
 
 bool takesMany(const Option& option) {
-  return option.kind == Option::Arguments || option.kind == Option::OptionalArguments;
+  return option.kind == Option::Arguments || option.kind == Option::OptionalArguments ||
+         option.kind == Option::HostFiles;
 }
 
 bool isRequired(const Option& option) {
@@ -128,7 +129,8 @@ class Reading {
   static void addWordsOf(const Option& option, Place& place) {
     place.words = option.words;
     if (option.kind == Option::HostDirectory) place.kind = Place::OfDirectories;
-    if (option.kind == Option::HostFile || (!option.words && std::strcmp(option.name, kFile) == 0))
+    if (option.kind == Option::HostFile || option.kind == Option::HostFiles ||
+        (!option.words && std::strcmp(option.name, kFile) == 0))
       place.kind = Place::OfFiles;
   }
 

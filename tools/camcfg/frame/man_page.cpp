@@ -53,6 +53,7 @@ std::string typed(const Option& option) {
       return roffBold(option.name) + " " + roffItalic(valueOf(option));
     case Option::Arguments:
     case Option::OptionalArguments:
+    case Option::HostFiles:
       return roffItalic(option.name) + "...";
     default:
       return roffItalic(option.name);
@@ -61,8 +62,9 @@ std::string typed(const Option& option) {
 
 // An argument within a command; nothing for an option.
 std::string place(const Option& option) {
-  const bool isOptional =
-      option.kind == Option::OptionalArgument || option.kind == Option::OptionalArguments;
+  const bool isOptional = option.kind == Option::OptionalArgument ||
+                          option.kind == Option::OptionalArguments ||
+                          option.kind == Option::HostFiles;
   if (option.name[0] == '-') return "";
   return isOptional ? " [" + typed(option) + "]" : " " + typed(option);
 }

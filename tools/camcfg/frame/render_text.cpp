@@ -99,6 +99,13 @@ class Renderer {
     return filled(line.text, value) + "\n";
   }
 
+  std::string render(const Lines& lines, const Json& value) const {
+    std::string text;
+    for (const Json& element : member(value, lines.rows))
+      text += filled(lines.text, element) + "\n";
+    return text;
+  }
+
   std::string render(const Verbatim& block, const Json& /*value*/) const {
     return look_.isTerminal ? harmless(block.text) : block.text;
   }

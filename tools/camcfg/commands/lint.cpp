@@ -1,0 +1,82 @@
+#include <algorithm>
+
+#include "commands/groups.h"
+#include "device/file_set.h"
+#include "frame/status.h"
+#include "lint/subject.h"
+
+namespace camcfg::tool {
+namespace {
+
+constexpr char kRules[] = "--rules";
+constexpr char kFile[] = "FILE";
+
+Json jsonOf(const lint::Finding& finding) {
+  return {{"file", finding.file},
+          {"line", finding.line},
+          {"severity", wordFor(finding.rule->severity)},
+          {"rule", finding.rule->id},
+          {"text", finding.text}};
+}
+
+Answer rules() {
+  Answer answer;
+  answer.value = Json::array();
+  for (const lint::Subject& subject : lint::allSubjects())
+    for (const lint::Rule* rule : subject.rules)
+      answer.value.push_back({{"id", rule->id},
+                              {"severity", wordFor(rule->severity)},
+                              {"subject", subject.title},
+                              {"explanation", rule->explanation},
+                              {"example", rule->example}});
+  answer.layout = {
+      Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}};
+  return answer;
+}
+
+Answer answerOf(const std::vector<lint::Source>& sources) {
+  Answer answer;
+  int errors = 0;
+  Json findings = Json::array();
+  for (const lint::Finding& finding : lint::lint(sources)) {
+    errors += finding.rule->severity == lint::Severity::Error ? 1 : 0;
+    findings.push_back(jsonOf(finding));
+  }
+  const int warnings = static_cast<int>(findings.size()) - errors;
+  answer.value = {{"errors", errors}, {"warnings", warnings}, {"files", Json::array()}};
+  for (const lint::Source& source : sources) answer.value["files"].push_back(source.name);
+  answer.value["findings"] = std::move(findings);
+  answer.layout = {Lines{"findings", "{file}:{line}: {severity!}: {text} [{rule}]"}};
+  if (errors != 0) answer.status = Status::Refused;
+  if (std::none_of(sources.begin(), sources.end(),
+                   [](const lint::Source& source) { return source.isRead; }))
+    answer.status = Status::Unusable;
+  return answer;
+}
+
+Answer run(const Arguments& arguments) {
+  const std::vector<HostFile> files = arguments.files(kFile);
+  if (arguments.given(kRules)) {
+    if (!files.empty()) throw Refusal(Status::Usage, std::string(kRules) + " takes no " + kFile);
+    return rules();
+  }
+  if (!files.empty()) return answerOf(lint::sourcesOf(files));
+  const FileSet set = surveyFiles();
+  requireAnyFile(set);
+  return answerOf(lint::sourcesOf(set));
+}
+
+}  // namespace
+
+CommandGroup lintGroup() {
+  return {"Files",
+          {{"lint",
+            "Report hazards in configuration files, each with its file and line",
+            {{Option::HostFiles, kFile,
+              "Files of any kind instead of the device's; - is standard "
+              "input"},
+             {Option::Flag, kRules, "List what is looked for, with an example each"}},
+            run}}};
+}
+
+}  // namespace camcfg::tool

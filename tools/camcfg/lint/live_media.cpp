@@ -1,0 +1,234 @@
+#include <arpa/inet.h>
+#include <strings.h>
+
+#include <map>
+#include <set>
+
+#include "device/network_check.h"
+#include "lint/entry_ids.h"
+#include "lint/live_forms.h"
+#include "lint/stream.h"
+#include "lint/subject.h"
+#include "lint/values.h"
+
+namespace camcfg::tool::lint {
+
+using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+namespace {
+
+constexpr Rule kChannelMissing{"channel-missing", Severity::Warning,
+                               "A service sends a channel that is the id of no stream cache.",
+                               "<Channel Id=\"9\" Name=\"video\"/> without a <Cache Id=\"9\">"};
+constexpr Rule kTypeUnknown{"channel-type-unknown", Severity::Warning,
+                            "The channel is of none of the types that the service has, and is left "
+                            "out.",
+                            "<Channel Id=\"0\" Type=\"Data\"/>"};
+constexpr Rule kTypeTwice{"channel-type-twice", Severity::Warning,
+                          "The service has one channel of each type: the first is taken.",
+                          "<Channel Id=\"0\" Type=\"Video\"/><Channel Id=\"1\" Type=\"Video\"/>"};
+constexpr Rule kSrtMode{"srt-mode", Severity::Error,
+                        "\"Mode\" is neither Listener nor Caller, so the whole section does not "
+                        "load.",
+                        "<Instance Id=\"0\" Mode=\"Rendezvous\" Port=\"9000\">"};
+constexpr Rule kCallerWithoutHost{"srt-caller-without-host", Severity::Error,
+                                  "A caller has no \"Hostname\", so the whole section does not "
+                                  "load.",
+                                  "<Instance Id=\"0\" Mode=\"Caller\" Port=\"9000\">"};
+constexpr Rule kHostOfListener{"srt-host-of-listener", Severity::Warning,
+                               "\"Hostname\" of a listener is not read, and the next save drops "
+                               "it.",
+                               "<Instance Id=\"0\" Mode=\"Listener\" Hostname=\"a\" ...>"};
+constexpr Rule kNoEncryption{"srt-password-unused", Severity::Warning,
+                             "An \"AesMode\" of 0, less or none sends without encryption, whatever "
+                             "the password.",
+                             "<Instance Id=\"0\" Mode=\"Listener\" Port=\"9000\" "
+                             "Password=\"secret\">"};
+
+constexpr Rule kMulticast{"multicast", Severity::Error,
+                          "An instance is sent by multicast to what is no multicast address, by no "
+                          "netmask, or for no time that a packet can live; the library stores "
+                          "whatever it is given.",
+                          "<Instance MulticastEnable=\"true\" MulticastIp=\"192.0.2.1\" ...>"};
+
+using Ids = std::set<int>;
+
+constexpr unsigned kMulticastPrefix = 0xe;  // 224.0.0.0/4
+constexpr int kLongestLife = 255;
+
+bool isWord(const std::string& text, const char* word) {
+  return strcasecmp(text.c_str(), word) == 0;
+}
+
+void checkChannels(const Elements& channels, const std::string& owner, const Ids& caches,
+                   Findings& findings) {
+  for (const XMLElement* channel : channels) {
+    int id = -1;
+    if (channel->QueryIntAttribute("Id", &id) != tinyxml2::XML_SUCCESS || id == -1) continue;
+    if (!caches.empty() && caches.count(id) == 0)
+      findings.add(
+          kChannelMissing, *channel, "Id",
+          owner + " sends channel " + std::to_string(id) + ", which is the id of no stream cache");
+  }
+}
+
+void checkTypes(const Elements& channels, const std::string& owner,
+                const std::vector<const char*>& types, Findings& findings) {
+  std::map<std::string, const XMLElement*> firsts;
+  for (const XMLElement* channel : channels) {
+    if (!has(*channel, "Type")) continue;
+    const std::string text = textOf(*channel, "Type");
+    const char* found = nullptr;
+    for (const char* type : types)
+      if (isWord(text, type)) found = type;
+    if (found == nullptr) {
+      findings.add(kTypeUnknown, *channel, "Type",
+                   owner + " has no channel of type " + quoted(text) + ": it is left out");
+      continue;
+    }
+    const auto [first, isNew] = firsts.emplace(found, channel);
+    if (!isNew)
+      findings.add(kTypeTwice, *channel, "Type",
+                   owner + " has a channel of type " + found + atLine(*first->second) +
+                       " already: this one is left out");
+  }
+}
+
+std::string labelOf(const XMLElement& entry, const char* attribute) {
+  return tag(entry.Name()) + (has(entry, attribute) ? " " + quoted(textOf(entry, attribute)) : "");
+}
+
+void checkWebsocket(const XMLElement& section, const Ids& caches, Findings& findings) {
+  const Elements channels = entriesOf(section, "Channel");
+  checkEqualIds(channels, "this channel", findings);
+  checkChannels(channels, "<WEBSOCKET>", caches, findings);
+}
+
+void checkRtsp(const XMLElement& section, const Ids& caches, Findings& findings) {
+  const Elements groups = entriesOf(section, "MediaGroup");
+  checkEqualNames(groups, "Name", "this media group", findings);
+  for (const XMLElement* group : groups) {
+    const Elements channels = entriesOf(*group, "Channel");
+    checkEqualIds(channels, "this channel", findings);
+    checkChannels(channels, labelOf(*group, "Name"), caches, findings);
+  }
+}
+
+// Entries with one channel of each type.
+void checkTyped(const Elements& entries, const std::vector<const char*>& types, const Ids& caches,
+                Findings& findings) {
+  checkEqualIds(entries, "this entry", findings);
+  for (const XMLElement* entry : entries) {
+    const Elements channels = entriesOf(*entry, "Channel");
+    const std::string label = labelOf(*entry, "Id");
+    checkTypes(channels, label, types, findings);
+    checkChannels(channels, label, caches, findings);
+  }
+}
+
+void checkRtmp(const XMLElement& section, const Ids& caches, Findings& findings) {
+  checkTyped(entriesOf(section, "Target"), {"Video", "Audio"}, caches, findings);
+}
+
+bool isMulticast(const std::string& text) {
+  in_addr address{};
+  return inet_pton(AF_INET, text.c_str(), &address) == 1 &&
+         ntohl(address.s_addr) >> 28 == kMulticastPrefix;
+}
+
+// What is left out has a value of its own that is sound.
+void checkMulticast(const XMLElement& instance, Findings& findings) {
+  const std::string label = labelOf(instance, "Id") + ": ";
+  const std::string ip = textOf(instance, "MulticastIp");
+  if (has(instance, "MulticastIp") && !isMulticast(ip))
+    findings.add(kMulticast, instance, "MulticastIp",
+                 label + "\"MulticastIp\": " + quoted(ip) + " is no multicast address");
+  const std::string fault = whyNotAMask(textOf(instance, "MulticastNetmask"));
+  if (has(instance, "MulticastNetmask") && !fault.empty())
+    findings.add(kMulticast, instance, "MulticastNetmask",
+                 label + "\"MulticastNetmask\": " + clipped(fault));
+  const int life = instance.IntAttribute("MulticastTTL", 1);
+  if (life < 0 || life > kLongestLife)
+    findings.add(kMulticast, instance, "MulticastTTL",
+                 label + "\"MulticastTTL\": " + std::to_string(life) + " is outside 0.." +
+                     std::to_string(kLongestLife));
+}
+
+void checkNdi(const XMLElement& section, const Ids& caches, Findings& findings) {
+  const Elements instances = entriesOf(section, "Instance");
+  checkTyped(instances, {"MainVideo", "SubVideo", "Audio"}, caches, findings);
+  for (const XMLElement* instance : instances)
+    if (isWord(textOf(*instance, "MulticastEnable"), "true")) checkMulticast(*instance, findings);
+}
+
+void checkSrtMode(const XMLElement& instance, const std::string& label, Findings& findings) {
+  const std::string mode = textOf(instance, "Mode");
+  if (isWord(mode, "Listener")) {
+    if (has(instance, "Hostname"))
+      findings.add(kHostOfListener, instance, "Hostname",
+                   label + ": \"Hostname\" of a listener is not read");
+  } else if (isWord(mode, "Caller")) {
+    if (!has(instance, "Hostname"))
+      findings.add(kCallerWithoutHost, instance, label + " is a caller without \"Hostname\"");
+  } else if (has(instance, "Mode")) {
+    findings.add(kSrtMode, instance, "Mode",
+                 label + ": \"Mode\" " + quoted(mode) + " is neither Listener nor Caller");
+  }
+}
+
+void checkSrtInstance(const XMLElement& instance, const Ids& caches, Findings& findings) {
+  const std::string label = labelOf(instance, "Id");
+  checkSrtMode(instance, label, findings);
+  int port = -1;
+  if (instance.QueryIntAttribute("Port", &port) == tinyxml2::XML_SUCCESS && port != -1)
+    requirePort(instance, "Port", port, label, findings);
+  if (!textOf(instance, "Password").empty() && instance.IntAttribute("AesMode", 0) <= 0)
+    findings.add(kNoEncryption, instance, "Password",
+                 label + " has a password, but no \"AesMode\" above 0 that uses it");
+  const Elements streams = entriesOf(instance, "Stream");
+  checkEqualNames(streams, "Id", "this stream", findings);
+  for (const XMLElement* stream : streams)
+    checkChannels(entriesOf(*stream, "Channel"), labelOf(*stream, "Id"), caches, findings);
+}
+
+void checkSrt(const XMLElement& section, const Ids& caches, Findings& findings) {
+  const Elements instances = entriesOf(section, "Instance");
+  checkEqualIds(instances, "this instance", findings);
+  for (const XMLElement* instance : instances) checkSrtInstance(*instance, caches, findings);
+}
+
+struct Service {
+  const SectionForm& (*form)();
+  void (*check)(const XMLElement& section, const Ids& caches, Findings& findings);
+};
+
+constexpr Service kServices[] = {{websocketForm, checkWebsocket},
+                                 {rtspForm, checkRtsp},
+                                 {rtmpForm, checkRtmp},
+                                 {ndiForm, checkNdi},
+                                 {srtForm, checkSrt}};
+
+void check(const Source& source, Findings& findings) {
+  const XMLDocument& document = *source.document;
+  Ids caches;
+  for (const XMLElement* cache : cachesIn(document)) caches.insert(cache->IntAttribute("Id", -1));
+  for (const Service& service : kServices) {
+    const XMLElement* section = sectionOf(document, service.form());
+    if (section == nullptr) continue;
+    checkSection(*section, service.form(), findings);
+    service.check(*section, caches, findings);
+  }
+}
+
+}  // namespace
+
+Subject liveMedia() {
+  return {"live media",
+          {&kChannelMissing, &kTypeUnknown, &kTypeTwice, &kSrtMode, &kCallerWithoutHost,
+           &kHostOfListener, &kNoEncryption, &kMulticast},
+          Kind::Media,
+          check};
+}
+
+}  // namespace camcfg::tool::lint

@@ -1,0 +1,88 @@
+#include "lint/source.h"
+
+#include <camcfg/types.h>
+#include <fcntl.h>
+
+#include "device/directory.h"
+
+namespace camcfg::tool::lint {
+namespace {
+
+using tinyxml2::XMLDocument;
+
+struct KnownFile {
+  const char* path;
+  Kind kind;
+};
+
+// What the library reads as such whatever is in it.
+constexpr KnownFile kKnownFiles[] = {{CFG_FILE_BUSINESS, Kind::Parameters},
+                                     {CFG_FILE_PRESET, Kind::Presets},
+                                     {CFG_FILE_MPP, Kind::Media}};
+
+// With the library's options.
+Document parse(const std::string& bytes) {
+  auto document = std::make_unique<XMLDocument>(true, tinyxml2::PRESERVE_WHITESPACE);
+  document->Parse(bytes.data(), bytes.size());
+  return document;
+}
+
+Kind kindOfDeviceFile(const Source& source) {
+  for (const KnownFile& known : kKnownFiles)
+    if (source.name == known.path) return known.kind;
+  return source.isWhole() ? kindOf(*source.document) : Kind::Unknown;
+}
+
+// The library tells neither the line nor the reason why it does not load a file.
+Source deviceSource(const std::string& path, const Copy& copy) {
+  Source source;
+  source.name = path;
+  source.fault = copy.fault;
+  source.document = copy.document.get();
+  if (copy.loads() || copy.state == State::Damaged) {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    source.isRead = file && readAll(file.get(), source.bytes);
+  }
+  if (source.isRead && !copy.loads()) source.parsed = parse(source.bytes);
+  return source;
+}
+
+}  // namespace
+
+std::vector<Source> sourcesOf(const std::vector<HostFile>& files) {
+  std::vector<Source> sources;
+  for (const HostFile& file : files) {
+    Source source;
+    source.name = file.path;
+    source.fault = file.fault;
+    source.isRead = file.fault.empty();
+    source.bytes = file.contents;
+    if (source.isRead) source.parsed = parse(source.bytes);
+    if (source.isRead && !source.parsed->Error()) source.document = source.parsed.get();
+    if (source.isWhole()) source.kind = kindOf(*source.document);
+    sources.push_back(std::move(source));
+  }
+  return sources;
+}
+
+std::vector<Source> sourcesOf(const FileSet& set) {
+  std::vector<Source> sources;
+  for (const ConfigFile& file : set.files) {
+    Source source = deviceSource(file.path(Place::Main), file.main);
+    source.kind = kindOfDeviceFile(source);
+    source.copies = &file;
+    sources.push_back(std::move(source));
+  }
+  for (const std::string& name : filesIn(CFG_DIR_LANGUAGE)) {
+    if (!isXmlName(name)) continue;
+    const std::string path = CFG_DIR_LANGUAGE + name;
+    Copy copy = loadCopy(path);
+    Source source = deviceSource(path, copy);
+    source.kind = Kind::Language;
+    if (copy.loads()) source.parsed = std::move(copy.document);
+    sources.push_back(std::move(source));
+  }
+  return sources;
+}
+
+}  // namespace camcfg::tool::lint

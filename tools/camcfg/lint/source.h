@@ -1,0 +1,42 @@
+#ifndef CAMCFG_TOOL_LINT_SOURCE_H
+#define CAMCFG_TOOL_LINT_SOURCE_H
+
+#include <string>
+#include <vector>
+
+#include "device/file_set.h"
+#include "frame/arguments.h"
+
+namespace camcfg::tool::lint {
+
+/// What a file configures, and so which readers it has.
+enum class Kind { Unknown, Parameters, Presets, Media, Language };
+
+/// A file to look at.
+struct Source {
+  std::string name;  ///< as findings call it
+  Kind kind = Kind::Unknown;
+  bool isRead = false;  ///< its bytes could be read
+  std::string fault;    ///< why not, or why the library does not load it though it is sound
+  std::string bytes;    ///< as its author wrote it
+  Document parsed;      ///< what they are, sound or not, unless the library loaded the file
+  const tinyxml2::XMLDocument* document = nullptr;  ///< what readers get; null if nothing
+  const ConfigFile* copies = nullptr;               ///< of a file of the device that has copies
+
+  /// Whether it is well-formed and holds an element.
+  bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
+};
+
+/// What a document configures, by what is in it.
+Kind kindOf(const tinyxml2::XMLDocument& document);
+
+/// Files of the host: whatever their names, their contents tell what they are.
+std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
+
+/// The files of a device, loaded through the library: the main copies and the language files.
+/// @param set  its configuration files; must outlive what is returned
+std::vector<Source> sourcesOf(const FileSet& set);
+
+}  // namespace camcfg::tool::lint
+
+#endif

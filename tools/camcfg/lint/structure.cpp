@@ -1,0 +1,162 @@
+#include <algorithm>
+#include <string_view>
+
+#include "lint/elements.h"
+#include "lint/name_matches.h"
+#include "lint/subject.h"
+
+namespace camcfg::tool::lint {
+
+using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+namespace {
+
+constexpr Rule kUnreadable{"unreadable", Severity::Error,
+                           "The file cannot be read, so every call that needs it fails.",
+                           "/cfg0/mpp_cfg.xml is a directory"};
+constexpr Rule kNotWellFormed{
+    "not-well-formed", Severity::Error,
+    "The file is no XML that the library loads: every call on it fails until start-up "
+    "verification restores it.",
+    "<System><Rtsp Cur=\"554\"></System>"};
+constexpr Rule kNoElement{"no-element", Severity::Error,
+                          "The file holds no element: it loads, so start-up verification passes it "
+                          "by, and every call on it fails.",
+                          "<!-- nothing yet -->"};
+constexpr Rule kZeroByte{"zero-byte", Severity::Error,
+                         "Reading ends at the first zero byte: what stands behind it is not there, "
+                         "and the next save drops it.",
+                         "<System/> and behind it a block of zero bytes"};
+constexpr Rule kUnknownKind{"unknown-kind", Severity::Warning,
+                            "The file has none of the elements that any of the library's readers "
+                            "looks for.",
+                            "<Settings><Port>554</Port></Settings>"};
+constexpr Rule kSectionMissing{"section-missing", Severity::Error,
+                               "A section is missing, so every call that reads it fails.",
+                               "<LiveMediaService> without <SRT>"};
+constexpr Rule kSectionTwice{"section-twice", Severity::Error,
+                             "Sections are looked up by name and the first is taken: a second of "
+                             "the same name is not found.",
+                             "<System/> and behind it another <System/>"};
+
+struct Reason {
+  tinyxml2::XMLError error;
+  const char* text;
+};
+
+constexpr Reason kReasons[] = {
+    {tinyxml2::XML_ERROR_PARSING_ELEMENT, "a tag is not complete or has no name"},
+    {tinyxml2::XML_ERROR_PARSING_ATTRIBUTE,
+     "an attribute is not written NAME=\"VALUE\", or stands twice"},
+    {tinyxml2::XML_ERROR_PARSING_TEXT, "a text does not end"},
+    {tinyxml2::XML_ERROR_PARSING_CDATA, "a <![CDATA[ does not end"},
+    {tinyxml2::XML_ERROR_PARSING_COMMENT, "a comment does not end"},
+    {tinyxml2::XML_ERROR_PARSING_DECLARATION,
+     "a declaration <?...?> does not end or stands amid "
+     "the file"},
+    {tinyxml2::XML_ERROR_PARSING_UNKNOWN, "a <!...> does not end"},
+    {tinyxml2::XML_ERROR_EMPTY_DOCUMENT, "the file is empty"},
+    {tinyxml2::XML_ERROR_MISMATCHED_ELEMENT, "an element is not closed by a tag of its name"},
+    {tinyxml2::XML_ERROR_PARSING,
+     "an element that begins here does not end, or what stands here is no XML"},
+    {tinyxml2::XML_ELEMENT_DEPTH_EXCEEDED, "elements are nested too deep"},
+};
+
+std::string reasonOf(const XMLDocument& document) {
+  for (const Reason& reason : kReasons)
+    if (reason.error == document.ErrorID()) return reason.text;
+  return document.ErrorName();
+}
+
+void checkZeroBytes(const Source& source, Findings& findings) {
+  const std::size_t at = source.bytes.find('\0');
+  if (at == std::string::npos) return;
+  const auto lines = std::count(source.bytes.begin(),
+                                source.bytes.begin() + static_cast<std::ptrdiff_t>(at), '\n');
+  findings.add(kZeroByte, static_cast<int>(lines) + 1,
+               "a zero byte ends the file here; " + std::to_string(source.bytes.size() - at) +
+                   " bytes are not read");
+}
+
+void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
+  const Elements sections = childrenOf(parent);
+  const std::vector<std::string_view> names = namesOf(sections);
+  const std::vector<NameMatches> matches = matchNames(names);
+  for (std::size_t i = 0; i < sections.size(); ++i)
+    if (matches[i].same != i)
+      findings.add(kSectionTwice, *sections[i],
+                   "this " + tag(names[i]) + " is not found: the one" +
+                       atLine(*sections[matches[i].same]) + " comes first");
+}
+
+struct Expected {
+  Kind kind;
+  const char* parent;  // null: the top of the file
+  const char* name;
+};
+
+constexpr Expected kExpected[] = {
+    {Kind::Parameters, nullptr, "System"},      {Kind::Parameters, nullptr, "NetWork"},
+    {Kind::Presets, nullptr, "PresetCfg"},      {Kind::Media, nullptr, "Stream"},
+    {Kind::Media, "Stream", "StreamSource"},    {Kind::Media, "Stream", "StreamCache"},
+    {Kind::Media, nullptr, "LiveMediaService"}, {Kind::Media, "LiveMediaService", "WEBSOCKET"},
+    {Kind::Media, "LiveMediaService", "RTSP"},  {Kind::Media, "LiveMediaService", "RTMP"},
+    {Kind::Media, "LiveMediaService", "NDI"},   {Kind::Media, "LiveMediaService", "SRT"},
+};
+
+void checkSections(const Source& source, Findings& findings) {
+  const XMLDocument& document = *source.document;
+  for (const Expected& expected : kExpected) {
+    if (expected.kind != source.kind) continue;
+    if (expected.parent == nullptr) {
+      if (childNamed(document, expected.name) == nullptr)
+        findings.add(kSectionMissing, 1, "there is no " + tag(expected.name));
+      continue;
+    }
+    const XMLElement* parent = childNamed(document, expected.parent);
+    if (parent != nullptr && childNamed(*parent, expected.name) == nullptr)
+      findings.add(kSectionMissing, *parent,
+                   tag(expected.parent) + " has no " + tag(expected.name));
+  }
+  checkTwice(document, findings);
+  if (source.kind == Kind::Media)
+    for (const XMLElement* top : childrenOf(document)) checkTwice(*top, findings);
+}
+
+void checkNotLoaded(const Source& source, Findings& findings) {
+  const bool isDamaged = source.parsed != nullptr && source.parsed->Error();
+  if (isDamaged)
+    findings.add(kNotWellFormed, source.parsed->ErrorLineNum(), reasonOf(*source.parsed));
+  else
+    findings.add(kUnreadable, 1, source.fault);
+}
+
+void check(const Source& source, Findings& findings) {
+  checkZeroBytes(source, findings);
+  if (source.document == nullptr) {
+    if (source.isRead || source.copies == nullptr || source.copies->main.state != State::Missing)
+      checkNotLoaded(source, findings);
+    return;
+  }
+  if (!source.isWhole()) {
+    findings.add(kNoElement, 1, "there is no element in it");
+    return;
+  }
+  if (source.kind == Kind::Unknown)
+    findings.add(kUnknownKind, 1, "nothing in it tells what it configures");
+  else if (source.kind != Kind::Language)
+    checkSections(source, findings);
+}
+
+}  // namespace
+
+Subject structure() {
+  return {"structure",
+          {&kUnreadable, &kNotWellFormed, &kNoElement, &kZeroByte, &kUnknownKind, &kSectionMissing,
+           &kSectionTwice},
+          std::nullopt,
+          check};
+}
+
+}  // namespace camcfg::tool::lint
