@@ -163,6 +163,7 @@ TEST_F(ExchangeTest, ExportTellsWhatAnImportWouldRefuse) {
   giveWith("Port=\"9001\"", "Port=\"0\"");
   EXPECT_THAT(run({"export", "live.srt"}).err,
               testing::StartsWith("camcfg: export: note: live.srt[1].port: 0 is outside 1..65535; "
+                                  "the nearest permitted is 1; "
                                   "an import that changes live.srt will refuse it\n"));
 }
 
@@ -370,7 +371,7 @@ const Refused kRefused[] = {
      "sources",
      R"([{"id": 30, "kind": "VIDEO", "name": 5, "channel": -1,
                               "enabled": 1}, 7])",
-     {"stream.sources[0].id: 30 is outside 0..29",
+     {"stream.sources[0].id: 30 is outside 0..29; the nearest permitted is 29",
       "stream.sources[0].kind: it must be one of \"VENC\", \"AI\", \"AENC\"",
       "stream.sources[0].name: it must be a text, not 5",
       "stream.sources[0].channel: -1 is no id; it stands for none",
@@ -380,7 +381,8 @@ const Refused kRefused[] = {
      "sources",
      R"([{"id": 1, "kind": "AI", "name": "a", "channel": 2147483648,
                               "enabled": true}, {"id": 1.5}, {"id": 1}])",
-     {"stream.sources[0].channel: 2147483648 is outside -2147483648..2147483647",
+     {"stream.sources[0].channel: 2147483648 is outside -2147483648..2147483647; the nearest "
+      "permitted is 2147483647",
       "stream.sources[1].id: 1.5 is no whole number", "stream.sources[1].kind: it is missing",
       "stream.sources[1].name: it is missing", "stream.sources[1].channel: it is missing",
       "stream.sources[1].enabled: it is missing", "stream.sources[2].kind: it is missing",
@@ -398,7 +400,7 @@ const Refused kRefused[] = {
      R"([{"id": 0, "name": "", "size": {"value": 1, "unit": "GB"},
                              "allowed": [0, 30, 0], "default": 0}])",
      {"stream.caches[0].size.unit: it must be one of \"B\", \"KB\", \"MB\"",
-      "stream.caches[0].allowed[1]: 30 is outside 0..29",
+      "stream.caches[0].allowed[1]: 30 is outside 0..29; the nearest permitted is 29",
       "stream.caches[0].allowed[2]: it stands here twice"}},
     {"stream",
      "caches",
@@ -430,10 +432,10 @@ const Refused kRefused[] = {
                         "aesMode": -1, "latency": 20, "streams": []},
                        {"id": 1, "mode": "rendezvous", "port": 0, "aesMode": 0, "latency": 20,
                         "streams": null}])",
-     {"live.srt[0].port: 70000 is outside 1..65535",
-      "live.srt[0].aesMode: -1 is outside 0..2147483647",
+     {"live.srt[0].port: 70000 is outside 1..65535; the nearest permitted is 65535",
+      "live.srt[0].aesMode: -1 is outside 0..2147483647; the nearest permitted is 0",
       "live.srt[1].mode: it must be one of \"caller\", \"listener\"",
-      "live.srt[1].port: 0 is outside 1..65535",
+      "live.srt[1].port: 0 is outside 1..65535; the nearest permitted is 1",
       "live.srt[1].streams: it must be an array, not null"}},
     {"live",
      "srt",
@@ -452,7 +454,8 @@ TEST_F(ExchangeTest, EveryFaultIsToldWithItsPlaceAndNothingIsWritten) {
 
 TEST_F(ExchangeTest, OneFaultKeepsAllSectionsFromBeingWritten) {
   std::string document = with(exported({"stream", "live"}), "\"listen\"", "\"heard\"");
-  expectFaults(with(document, "9001", "0"), {"live.srt[1].port: 0 is outside 1..65535"});
+  expectFaults(with(document, "9001", "0"),
+               {"live.srt[1].port: 0 is outside 1..65535; the nearest permitted is 1"});
 }
 
 TEST_F(ExchangeTest, DefaultSourceMayBeOneOfTheSameDocument) {
@@ -566,15 +569,17 @@ TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreTold) {
       "presets": [{"id": 129}, {"id": 0, "description": 5}, {"id": 0}, {}]})",
       {"parameters.Sys: there is no such member",
        "parameters.System.Rts: there is no such member; did you mean 'Rtsp'?",
-       "parameters.System.Language: 'Germ' is only a part of one of 'English,German'",
-       "parameters.System.Rtsp: 70000 is outside 1..65535",
+       "parameters.System.Language: 'Germ' is only a part of one of 'English,German'; the nearest "
+       "permitted is 'German'",
+       "parameters.System.Rtsp: 70000 is outside 1..65535; the nearest permitted is 65535",
        "network.hostname: '-' has a label that begins or ends with a hyphen",
        "network.cards.Lan: there is no such member; did you mean 'Lan0'?",
        "network.cards.Lan0.mtu: there is no such member",
        "network.cards.Lan0.enable: it must be true or false, not \"On\"",
        "network.cards.Lan0.speed: it must be one of 10M, 100M, 1000M",
        "network.cards.Lan0.ipAddr: '192.0.2.700' is not of the form 192.0.2.1",
-       "presets[0].id: 129 is outside 0..128", "presets[1].description: it must be a text, not 5",
+       "presets[0].id: 129 is outside 0..128; the nearest permitted is 128",
+       "presets[1].description: it must be a text, not 5",
        "presets[2].id: there is another one with this id", "presets[3].id: it is missing"});
   EXPECT_EQ(device.read(kBusiness), kDevice);
   EXPECT_EQ(device.read(kPreset), kPresets);

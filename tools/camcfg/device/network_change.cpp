@@ -3,6 +3,7 @@
 #include <camcfg/store.h>
 
 #include "device/change.h"
+#include "device/nearest.h"
 #include "device/network.h"
 #include "device/network_check.h"
 #include "device/network_field.h"
@@ -49,8 +50,7 @@ void requireMtu(const XMLElement& element, const std::string& text, bool force) 
   const int min = element.IntAttribute("Min", kSmallestMtu);
   const int max = element.IntAttribute("Max", kLargestMtu);
   if (!force && (*number < min || *number > max))
-    throw Refusal(text + " is outside " + std::to_string(min) + ".." + std::to_string(max) +
-                  "; '--force' sets it all the same");
+    throw Refusal(outside(text, *number, min, max) + "; '--force' sets it all the same");
 }
 
 void requireUsable(const NetworkField& field, const std::string& text, bool force) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <type_traits>
 
+#include "device/nearest.h"
 #include "device/network_check.h"
 #include "frame/decimal.h"
 #include "frame/spelling.h"
@@ -137,7 +138,7 @@ std::string requireWord(const NetworkField& field, const std::string& text) {
     if (isSameWord(word, text)) return word;
     all += (all.empty() ? "" : ", ") + word;
   }
-  throw Refusal("'" + text + "' is none of " + all + didYouMean(text, field.words));
+  throw Refusal("'" + text + "' is none of " + all + nearestOf(text, field.words));
 }
 
 }  // namespace camcfg::tool

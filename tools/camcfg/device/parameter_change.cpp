@@ -5,6 +5,7 @@
 
 #include <cctype>
 
+#include "device/nearest.h"
 #include "frame/decimal.h"
 #include "frame/status.h"
 
@@ -41,13 +42,18 @@ long long requireLimit(const Parameter& parameter, const char* attribute) {
   return limit;
 }
 
+// The library reports the step and does not enforce it, but a value between two is not meant.
+int stepOf(const Parameter& parameter) {
+  return parameter.element->IntAttribute("Step", 1);
+}
+
 int requireInRange(const Parameter& parameter, const std::string& text) {
   const long long min = requireLimit(parameter, "Min");
   const long long max = requireLimit(parameter, "Max");
   const std::optional<long long> number = decimal(text);
   if (!number) refuse(parameter, quoted(text) + " is no decimal integer");
   if (*number < min || *number > max)
-    refuse(parameter, text + " is outside " + std::to_string(min) + ".." + std::to_string(max));
+    refuse(parameter, outside(text, *number, min, max, stepOf(parameter)));
   return static_cast<int>(*number);
 }
 
@@ -73,10 +79,11 @@ void requirePermitted(const Parameter& parameter, const std::string& text, bool 
   if (found == nullptr)
     refuse(parameter, "it has neither Min, Max nor OptTxt, so the library permits no value");
   const std::string options = found;
+  const std::string nearest = nearestOf(text, textsIn(options));
   if (options.find(text) == std::string::npos)
-    refuse(parameter, quoted(text) + " is not among " + quoted(options));
+    refuse(parameter, quoted(text) + " is not among " + quoted(options) + nearest);
   if (!force && (text.empty() || !isWholeText(options, text)))
-    refuse(parameter, quoted(text) + " is only a part of one of " + quoted(options) +
+    refuse(parameter, quoted(text) + " is only a part of one of " + quoted(options) + nearest +
                           "; '--force' sets it all the same");
 }
 

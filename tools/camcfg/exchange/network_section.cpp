@@ -77,7 +77,7 @@ Json readWord(const NetworkField& field, const Node& node) {
     return node.value();
   std::string list;
   for (const std::string& word : field.words) list += (list.empty() ? "" : ", ") + word;
-  node.refuse("it must be one of " + list);
+  node.refuse("it must be one of " + list + node.nearestOf(field.words));
   return field.words.front();
 }
 
