@@ -3,8 +3,9 @@
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(),  parametersGroup(), systemGroup(), networkGroup(),  presetGroup(),
-          streamGroup(), liveGroup(),       graphGroup(),  exchangeGroup(), languageGroup()};
+  return {statusGroup(),  filesGroup(),    parametersGroup(), systemGroup(),
+          networkGroup(), presetGroup(),   streamGroup(),     liveGroup(),
+          graphGroup(),   exchangeGroup(), languageGroup()};
 }
 
 }  // namespace camcfg::tool

@@ -16,6 +16,7 @@ CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
+CommandGroup statusGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 
