@@ -1,3 +1,6 @@
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include "tools/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -585,23 +588,52 @@ TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreTold) {
   EXPECT_EQ(device.read(kPreset), kPresets);
 }
 
-TEST_F(DeviceExchangeTest, WhatWasNotWrittenAfterAFailureIsTold) {
+TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesCannotBe) {
   std::string document = with(exported({"live.srt"}), "9001", "9002");
   document =
       with(document, "\"version\": 1,",
            "\"version\": 1, \"parameters\": {\"System\": {\"Rtsp\": 8554}}, \"presets\": [],");
   device.remove("/cfg1/business_param.xml");
   device.makeDirectory("/cfg1/business_param.xml");
-  const ToolRun result = import(document);
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err,
-            "camcfg: import: parameters.System.Rtsp: cannot write /cfg1/business_param.xml: it is "
-            "no regular file; move it away\n"
-            "camcfg: import: written: live.srt; not written: parameters.System.Rtsp, presets[0], "
-            "presets[3]\n");
-  expectBoth(with(kMedia, "9001", "9002"));
+  EXPECT_EQ(
+      import(document),
+      (ToolRun{1, "",
+               "camcfg: import: cannot write /cfg1/business_param.xml: it is no regular file; "
+               "move it away\n"}));
+  expectBoth(kMedia);
   EXPECT_EQ(device.read(kBusiness), kDevice);
   EXPECT_EQ(device.read(kPreset), kPresets);
+}
+
+TEST_F(DeviceExchangeTest, FilesWrittenBeforeAFailureArePutBack) {
+  const std::string padded = kDevice + ("\n<!--" + std::string(8000, 'x') + "-->");
+  writeBoth(padded);
+  std::string document = with(exported({"live.srt"}), "9001", "9002");
+  document = with(document, "\"version\": 1,",
+                  "\"version\": 1, \"parameters\": {\"System\": {\"Rtsp\": 8554}}, \"network\": "
+                  "{\"hostname\": \"" +
+                      std::string(60, 'h') + "\"},");
+  device.write("/document.json", document);
+  const auto atMost = [&] {
+    const rlimit limit{padded.size() + 30, padded.size() + 30};
+    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(99);
+  };
+  const std::vector<std::string> words = {"import", device.hostPath() + "/document.json"};
+  EXPECT_EQ(run(words, atMost), (ToolRun{1, "",
+                                         "camcfg: import: network.hostname: it did not arrive in "
+                                         "/cfg0/business_param.xml; its former contents are back\n"
+                                         "camcfg: import: all is as it was before\n"}));
+  expectBoth(kMedia);
+  EXPECT_EQ(device.read(kBusiness), padded);
+  EXPECT_EQ(device.read(kBusinessBackup), padded);
+  EXPECT_THAT(run({"import", device.hostPath() + "/document.json", "--json"}, atMost).out,
+              testing::EndsWith("  \"written\": [],\n"
+                                "  \"notWritten\": [\n"
+                                "    \"live.srt\",\n"
+                                "    \"parameters\",\n"
+                                "    \"network.hostname\"\n"
+                                "  ]\n"
+                                "}\n"));
 }
 
 TEST_F(ToolTest, SampleDeviceComesBackWhole) {

@@ -8,6 +8,7 @@
 namespace camcfg::tool {
 
 // One function for each group, in the file of its name.
+CommandGroup differencesGroup();
 CommandGroup exchangeGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
@@ -16,6 +17,7 @@ CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
+CommandGroup resetGroup();
 CommandGroup statusGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();

@@ -85,10 +85,7 @@ Answer status(const Arguments& /*arguments*/) {
 
 CommandGroup statusGroup() {
   return {"Files",
-          {{"status",
-            "Tell how the files are and what the next start does to them; changes nothing",
-            {},
-            status}}};
+          {{"status", "Tell how every copy is and what the next start does to it", {}, status}}};
 }
 
 }  // namespace camcfg::tool

@@ -3,6 +3,7 @@
 #include <camcfg/store.h>
 
 #include "device/change.h"
+#include "device/factory_values.h"
 #include "device/nearest.h"
 #include "device/network.h"
 #include "device/network_check.h"
@@ -94,9 +95,10 @@ void requireOnlyFields(XMLElement& card) {
 
 // The record with a field's factory value; with its current one where there is no usable other.
 void putFactory(tagNETWORK_CFG_S& record, const NetworkField& field, const XMLElement& card,
-                const XMLElement& element, std::vector<std::string>& without) {
-  const char* factory = element.Attribute("Def");
-  if (factory != nullptr && field.put(record, factory)) return;
+                const XMLElement& element, const FactoryValues& values,
+                std::vector<std::string>& without) {
+  const std::optional<std::string> factory = values.of(element);
+  if (factory && field.put(record, *factory)) return;
   const char* current = element.Attribute("Cur");
   if (!field.put(record, current == nullptr ? "" : current))
     refuse(pathOf(card, field),
@@ -167,9 +169,10 @@ Answer resetCard(const std::string& name) {
   requireOnlyFields(card);
   tagNETWORK_CFG_S record{};
   std::vector<std::string> without;
+  const FactoryValues values;
   for (const NetworkField& field : networkFields())
     if (const XMLElement* element = childOf(card, field.name))
-      putFactory(record, field, card, *element, without);
+      putFactory(record, field, card, *element, values, without);
 
   Answer answer;
   answer.value = {{"card", name}, {"changed", apply(card, record)}};

@@ -3,6 +3,7 @@
 #include <camcfg/params.h>
 #include <camcfg/store.h>
 
+#include <algorithm>
 #include <cctype>
 
 #include "device/nearest.h"
@@ -118,6 +119,20 @@ Change textChange(const Parameter& parameter, const std::string& text, bool forc
   return change;
 }
 
+// The library's setters save each value by itself. Its documents, edited, are saved once.
+bool saveAll(const std::vector<ParameterValue>& values) {
+  const Document document(CFG_GetDocByFileName(argument(CFG_FILE_BUSINESS), BU_FALSE));
+  if (document == nullptr) return false;
+  for (const auto& [parameter, text] : values) {
+    tinyxml2::XMLElement* section =
+        CFG_GetBrotherElementByName(document->FirstChildElement(), parameter.section.c_str());
+    tinyxml2::XMLElement* element =
+        section == nullptr ? nullptr : section->FirstChildElement(parameter.name.c_str());
+    if (element != nullptr) element->SetAttribute("Cur", text.c_str());
+  }
+  return CFG_SaveFile(document.get(), argument(CFG_FILE_BUSINESS), BU_TRUE) == 0;
+}
+
 }  // namespace
 
 Change parameterChange(const Parameters& parameters, const Parameter& parameter,
@@ -125,6 +140,21 @@ Change parameterChange(const Parameters& parameters, const Parameter& parameter,
   requireReachable(parameters, parameter);
   return parameter.isInteger() ? integerChange(parameter, value)
                                : textChange(parameter, value, force);
+}
+
+Change parametersChange(const Parameters& parameters, const std::vector<ParameterValue>& values) {
+  Change whole{CFG_FILE_BUSINESS, "parameters", 0, nullptr, nullptr};
+  std::vector<Change> changes;
+  for (const auto& [parameter, text] : values) {
+    changes.push_back(parameterChange(parameters, parameter, text, false));
+    whole.growth += changes.back().growth;
+  }
+  whole.make = [values] { return saveAll(values); };
+  whole.arrived = [changes](tinyxml2::XMLDocument& document) {
+    return std::all_of(changes.begin(), changes.end(),
+                       [&](const Change& change) { return change.arrived(document); });
+  };
+  return whole;
 }
 
 Answer setParameter(const std::string& section, const std::string& name, const std::string& value,

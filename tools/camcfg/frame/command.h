@@ -20,6 +20,7 @@ struct Option {
     Value,              ///< "--name VALUE"
     HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
     HostFile,  ///< a file outside the device's root, in its place, read whole; "-": standard input
+    OptionalHostFile,  ///< the same, may be left out
   };
   Kind kind;
   const char* name;
@@ -34,6 +35,8 @@ struct Command {
   const char* help;  ///< one line
   std::vector<Option> options;
   std::function<Answer(const Arguments&)> run;  ///< none: only a heading for those below it
+  /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
+  Status whenRefused = Status::Refused;
 };
 
 /// Commands that stand under one heading in the help text.

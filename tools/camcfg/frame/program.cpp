@@ -4,6 +4,7 @@
 
 #include "frame/command_line.h"
 #include "frame/host_programs.h"
+#include "frame/host_temporary.h"
 #include "frame/render.h"
 #include "frame/status.h"
 #include "frame/streams.h"
@@ -31,7 +32,9 @@ Status carryOut(const Invocation& invocation, const Streams& streams,
     for (const std::string& note : answer.notes) Streams::message(name + note);
     return answer.status;
   } catch (const Refusal& refusal) {
-    throw Refusal(refusal.status(), name + refusal.what());
+    const bool ordinary = refusal.status() == Status::Refused;
+    throw Refusal(ordinary ? invocation.command->whenRefused : refusal.status(),
+                  name + refusal.what());
   }
 }
 
@@ -44,6 +47,7 @@ Status run(const std::vector<CommandGroup>& groups, int argc, const char* const*
   }
   if (invocation.verbose) streams.showLibraryOutput();
   const HostPrograms programs;
+  rememberTemporaries();
   if (invocation.root) enter(*invocation.root);
   return carryOut(invocation, streams, programs);
 }
