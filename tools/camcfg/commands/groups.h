@@ -10,6 +10,7 @@ namespace camcfg::tool {
 // One function for each group, in the file of its name.
 CommandGroup differencesGroup();
 CommandGroup exchangeGroup();
+CommandGroup explainGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup languageGroup();

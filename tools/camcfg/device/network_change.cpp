@@ -20,8 +20,6 @@ using tinyxml2::XMLElement;
 constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
 constexpr std::size_t kLongestText = CFG_NETWORK_TEXT_SIZE - 1;
 constexpr std::size_t kCardGrowth = 16 * (kAttributeFrame + kLongestText * 6);
-constexpr int kSmallestMtu = 68;
-constexpr int kLargestMtu = 9216;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
   throw Refusal(path + ": " + why);
@@ -44,12 +42,10 @@ bool isLookedUpAs(const NetworkField& field, const XMLElement& element) {
   return std::string(element.Value()).rfind(field.name, 0) == 0;
 }
 
-// The file's own limits where it has any.
 void requireMtu(const XMLElement& element, const std::string& text, bool force) {
   const std::optional<long long> number = decimal(text);
   if (!number) throw Refusal("'" + text + "' is no decimal integer");
-  const int min = element.IntAttribute("Min", kSmallestMtu);
-  const int max = element.IntAttribute("Max", kLargestMtu);
+  const auto [min, max] = mtuLimits(element);
   if (!force && (*number < min || *number > max))
     throw Refusal(outside(text, *number, min, max) + "; '--force' sets it all the same");
 }

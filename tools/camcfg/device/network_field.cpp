@@ -101,6 +101,12 @@ bool isSameWord(const std::string& a, const std::string& b) {
 
 }  // namespace
 
+std::pair<int, int> mtuLimits(const tinyxml2::XMLElement& element) {
+  constexpr int kSmallest = 68;
+  constexpr int kLargest = 9216;
+  return {element.IntAttribute("Min", kSmallest), element.IntAttribute("Max", kLargest)};
+}
+
 const std::vector<NetworkField>& networkFields() {
   static const std::vector<NetworkField> fields = {
       wordField<&Record::enEnable, kSwitch>("Enable"),
