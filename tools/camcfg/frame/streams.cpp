@@ -52,7 +52,7 @@ void Streams::answer(const std::string& text) const {
 }
 
 void Streams::message(const std::string& text) {
-  writeAll(STDERR_FILENO, "camcfg: " + printable(text) + "\n");
+  writeAll(STDERR_FILENO, "camcfg: " + printable(withShortWords(text)) + "\n");
 }
 
 }  // namespace camcfg::tool
