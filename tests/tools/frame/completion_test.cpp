@@ -39,13 +39,18 @@ const std::vector<CommandGroup> kGroups = {
        nothing},
       {"read", "Reads", {{Option::HostFile, "IN", "A file"}}, nothing},
       {"look", "Looks", {{Option::OptionalArguments, "FILE", "Files"}}, nothing},
-      {"secret", "For programs", {{Option::Argument, "ONE", "A word", fixedWords}}, nothing, true},
+      {"secret",
+       "For programs",
+       {{Option::Argument, "ONE", "A word", fixedWords}},
+       nothing,
+       Status::Refused,
+       true},
       {"show", "Shows", {{Option::OptionalArgument, "ONE", "A word", fixedWords}}, nothing},
       {"show all", "Shows all", {}, nothing},
       {"stream", "Stands above", {}, nullptr},
       {"stream cache", "Below", {{Option::Argument, "ONE", "A number", fixedWords}}, nothing},
       {"stream cache select", "Below that", {{Option::Argument, "TWO", "A word", echo}}, nothing},
-      {"stream cache hide", "For programs", {}, nothing, true}}}};
+      {"stream cache hide", "For programs", {}, nothing, Status::Refused, true}}}};
 
 std::vector<std::string> wordsAt(const std::vector<std::string>& line) {
   std::vector<std::string> words;

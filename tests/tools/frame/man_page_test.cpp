@@ -23,7 +23,7 @@ const std::vector<CommandGroup> kGroups = {
         {Option::Value, "--pan", "A value"},
         {Option::HostDirectory, "--into", "A directory"}},
        nothing},
-      {"secret", "For programs", {}, nothing, true}}},
+      {"secret", "For programs", {}, nothing, Status::Refused, true}}},
     {"First",
      {{"cache", "Stands above", {{Option::Argument, "ID", "A number"}}, nullptr},
       {"cache select", "Below that", {{Option::HostFile, "FILE", "A file"}}, nothing}}}};

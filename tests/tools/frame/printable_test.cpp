@@ -38,5 +38,16 @@ TEST(PrintableTest, CharactersAreNotBytes) {
             6U);
 }
 
+TEST(PrintableTest, EndlessWordsAreCutBetweenTwoCharacters) {
+  const std::string longest(512, 'x');
+  EXPECT_EQ(tool::withShortWords("a " + longest + " b"), "a " + longest + " b");
+  EXPECT_EQ(tool::withShortWords("a '" + longest + " b"), "a '" + std::string(63, 'x') + "... b");
+  std::string accents(63, 'x');
+  for (int i = 0; i < 300; ++i) accents += "\xc3\xa9";
+  EXPECT_EQ(tool::withShortWords(accents), std::string(63, 'x') + "...");
+  EXPECT_EQ(tool::withShortWords(""), "");
+  EXPECT_EQ(tool::withShortWords("  a  "), "  a  ");
+}
+
 }  // namespace
 }  // namespace camcfg::tests

@@ -79,17 +79,19 @@ Answer forZsh(const Arguments& arguments) {
 
 CommandGroup completeGroup() {
   return {"For shells",
-          {{"complete", "Tell a shell what may be typed next", {}, nullptr, true},
+          {{"complete", "Tell a shell what may be typed next", {}, nullptr, Status::Refused, true},
            {"complete bash",
             "Tell bash what may be typed at the end of a line",
             {{Option::Argument, "LINE", "The line up to the cursor"},
              {Option::Argument, "BREAKS", "Characters that break words when they are completed"}},
             forBash,
+            Status::Refused,
             true},
            {"complete zsh",
             "Tell zsh what may stand in the place of the last word",
             {{Option::Arguments, "WORD", "The line's words behind the tool's name"}},
             forZsh,
+            Status::Refused,
             true}}};
 }
 

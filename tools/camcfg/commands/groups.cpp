@@ -6,9 +6,10 @@ namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),    lintGroup(),   parametersGroup(), systemGroup(), networkGroup(),
-      presetGroup(),   streamGroup(), liveGroup(),       graphGroup(),  exchangeGroup(),
-      languageGroup(), helpGroup(),   completeGroup()};
+      statusGroup(), filesGroup(),    lintGroup(),        parametersGroup(), explainGroup(),
+      systemGroup(), networkGroup(),  presetGroup(),      streamGroup(),     liveGroup(),
+      graphGroup(),  exchangeGroup(), differencesGroup(), resetGroup(),      languageGroup(),
+      helpGroup(),   completeGroup()};
   addWords(groups);
   return groups;
 }

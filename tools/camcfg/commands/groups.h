@@ -9,7 +9,9 @@ namespace camcfg::tool {
 
 // One function for each group, in the file of its name.
 CommandGroup completeGroup();
+CommandGroup differencesGroup();
 CommandGroup exchangeGroup();
+CommandGroup explainGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup helpGroup();
@@ -19,6 +21,8 @@ CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
+CommandGroup resetGroup();
+CommandGroup statusGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 

@@ -100,7 +100,12 @@ CommandGroup helpGroup() {
             "Explain a command or a topic, or list them",
             {{Option::OptionalArguments, kTopic, "Name of a command or a topic", explained}},
             help},
-           {"man", "Print the manual page in the macros of man(7)", {}, manual, true}}};
+           {"man",
+            "Print the manual page in the macros of man(7)",
+            {},
+            manual,
+            Status::Refused,
+            true}}};
 }
 
 }  // namespace camcfg::tool

@@ -32,6 +32,7 @@ struct Option {
     HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
     HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
     HostFiles,  ///< any number of those, to the end; one that cannot be read is told, not refused
+    OptionalHostFile,  ///< HostFile that may be left out
   };
   Kind kind;
   const char* name;
@@ -47,7 +48,9 @@ struct Command {
   const char* help;  ///< one line
   std::vector<Option> options;
   std::function<Answer(const Arguments&)> run;  ///< none: only a heading for those below it
-  bool hidden = false;                          ///< for programs: neither in help nor completed
+  /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
+  Status whenRefused = Status::Refused;
+  bool hidden = false;  ///< for programs: neither in help nor completed
 };
 
 /// Commands that stand under one heading in the help text.

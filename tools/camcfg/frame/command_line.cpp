@@ -246,15 +246,15 @@ class Parser {
     Arguments& arguments = invocation.arguments;
     if (option.kind == Option::HostDirectory)
       arguments.add(option.name, std::make_unique<HostDirectory>(texts.front()));
-    else if (option.kind == Option::HostFile)
+    else if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile)
       arguments.add(option.name, std::vector<std::string>{contentsOf(texts.front())});
     else if (option.kind == Option::HostFiles)
       arguments.add(option.name, readEach(texts));
     else
       arguments.add(option.name, texts);
   } catch (const Refusal& refusal) {
-    throw Refusal(std::string(invocation.command->name) + ": " + option.name + " " +
-                  refusal.what());
+    throw Refusal(invocation.command->whenRefused, std::string(invocation.command->name) + ": " +
+                                                       option.name + " " + refusal.what());
   }
 
   CLI::App app_{"Reads, changes and repairs the settings of a network video device."};

@@ -129,8 +129,8 @@ class Reading {
   static void addWordsOf(const Option& option, Place& place) {
     place.words = option.words;
     if (option.kind == Option::HostDirectory) place.kind = Place::OfDirectories;
-    if (option.kind == Option::HostFile || option.kind == Option::HostFiles ||
-        (!option.words && std::strcmp(option.name, kFile) == 0))
+    if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile ||
+        option.kind == Option::HostFiles || (!option.words && std::strcmp(option.name, kFile) == 0))
       place.kind = Place::OfFiles;
   }
 

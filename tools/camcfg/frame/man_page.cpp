@@ -62,9 +62,9 @@ std::string typed(const Option& option) {
 
 // An argument within a command; nothing for an option.
 std::string place(const Option& option) {
-  const bool isOptional = option.kind == Option::OptionalArgument ||
-                          option.kind == Option::OptionalArguments ||
-                          option.kind == Option::HostFiles;
+  const bool isOptional =
+      option.kind == Option::OptionalArgument || option.kind == Option::OptionalArguments ||
+      option.kind == Option::HostFiles || option.kind == Option::OptionalHostFile;
   if (option.name[0] == '-') return "";
   return isOptional ? " [" + typed(option) + "]" : " " + typed(option);
 }

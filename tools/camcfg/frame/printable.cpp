@@ -53,6 +53,22 @@ std::string printable(const std::string& text) {
   return result;
 }
 
+std::string withShortWords(const std::string& text) {
+  constexpr std::size_t kLongest = 512;
+  constexpr std::size_t kKept = 64;
+  std::string result;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find(' ', start), text.size());
+    std::size_t kept = end - start > kLongest ? start + kKept : end;
+    while (kept < end && kept > start && (static_cast<unsigned char>(text[kept]) & 0xc0) == 0x80)
+      --kept;
+    result.append(start == 0 ? "" : " ").append(text, start, kept - start);
+    if (kept < end) result += "...";
+    start = end + 1;
+  }
+  return result;
+}
+
 std::size_t characters(const std::string& text) {
   return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
 }

@@ -9,6 +9,9 @@ namespace camcfg::tool {
 /// line and cannot steer a terminal.
 std::string printable(const std::string& text);
 
+/// The text with its endless words cut, so that a line about one can still be read.
+std::string withShortWords(const std::string& text);
+
 /// How many characters a UTF-8 text has.
 std::size_t characters(const std::string& text);
 

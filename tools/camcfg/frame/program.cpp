@@ -7,6 +7,7 @@
 #include "frame/command_line.h"
 #include "frame/global_options.h"
 #include "frame/host_programs.h"
+#include "frame/host_temporary.h"
 #include "frame/progress_line.h"
 #include "frame/render.h"
 #include "frame/status.h"
@@ -49,7 +50,9 @@ Status carryOut(const Invocation& invocation, const Streams& streams,
       Streams::message(name + note, answer.status == Status::Done ? Tone::Warning : Tone::Bad);
     return answer.status;
   } catch (const Refusal& refusal) {
-    throw Refusal(refusal.status(), name + refusal.what());
+    const bool ordinary = refusal.status() == Status::Refused;
+    throw Refusal(ordinary ? invocation.command->whenRefused : refusal.status(),
+                  name + refusal.what());
   }
 }
 
@@ -76,6 +79,7 @@ Status run(const std::vector<CommandGroup>& groups, int argc, const char* const*
   }
   if (invocation.verbose) streams.showLibraryOutput();
   const HostPrograms programs;
+  rememberTemporaries();
   if (invocation.root) enter(*invocation.root);
   return carryOut(invocation, streams, programs);
 }

@@ -65,7 +65,7 @@ void Streams::colourMessages(const std::string& when) {
 
 void Streams::message(const std::string& text, Tone tone) {
   const std::string name = messagesAreColoured ? coloured(kName, tone) : kName;
-  writeAll(STDERR_FILENO, name + " " + printable(text) + "\n");
+  writeAll(STDERR_FILENO, name + " " + printable(withShortWords(text)) + "\n");
 }
 
 }  // namespace camcfg::tool
