@@ -21,7 +21,9 @@ test   libgmock-dev           header   gmock/gmock.h
 test   abigail-tools          command  abidiff
 test   graphviz               command  dot
 test   make                   command  make
+test   mandoc                 command  mandoc
 test   pkg-config             command  pkg-config
+test   zsh                    command  zsh
 bench  augeas-lenses          file     /usr/share/augeas/lenses/dist/xml.aug
 bench  gnuplot-nox            command  gnuplot
 bench  libaugeas-dev          file     /usr/include/augeas.h

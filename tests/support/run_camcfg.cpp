@@ -88,17 +88,14 @@ void leaveLeaksUnchecked() {
 
 }  // namespace
 
-ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function<void()>& inChild,
-                  const std::string& program) {
+ToolRun runCommand(const std::vector<std::string>& words, const std::function<void()>& inChild) {
   Output out;
   Output err;
-  const auto words = commandLine(program.empty() ? CAMCFG_TOOL : program, arguments);
   const pid_t child = fork();
   if (child < 0) throw std::runtime_error("fork");
   if (child == 0) {
     dup2(out.writing(), STDOUT_FILENO);
     dup2(err.writing(), STDERR_FILENO);
-    if (!arguments.empty() && arguments.front() == "--root") leaveLeaksUnchecked();
     if (inChild) inChild();
     start(words);
   }
@@ -108,6 +105,19 @@ ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function
   constexpr int kSignalled = 128;
   return {WIFEXITED(status) ? WEXITSTATUS(status) : kSignalled + WTERMSIG(status), out.text(),
           err.text()};
+}
+
+ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function<void()>& inChild,
+                  const std::string& program) {
+  return runCommand(commandLine(program.empty() ? CAMCFG_TOOL : program, arguments), [&] {
+    if (!arguments.empty() && arguments.front() == "--root") leaveLeaksUnchecked();
+    if (inChild) inChild();
+  });
+}
+
+void becomeCamcfg(const std::vector<std::string>& arguments) {
+  leaveLeaksUnchecked();
+  start(commandLine(CAMCFG_TOOL, arguments));
 }
 
 }  // namespace camcfg::tests

@@ -25,12 +25,22 @@ inline void PrintTo(const ToolRun& run, std::ostream* stream) {
           << run.err;
 }
 
+/// Runs a program of this system, found by PATH.
+/// @param words    its name and its arguments
+/// @param inChild  done in the child process right before
+/// @return what it left behind; the status is 127 if it is not installed
+ToolRun runCommand(const std::vector<std::string>& words,
+                   const std::function<void()>& inChild = {});
+
 /// Runs the tool that was built, under the emulator where there is one.
 /// @param arguments  behind the program's name
 /// @param inChild    done in the child process right before
 /// @param program    the tool to run in place of the one that was built
 ToolRun runCamcfg(const std::vector<std::string>& arguments,
                   const std::function<void()>& inChild = {}, const std::string& program = "");
+
+/// Becomes the tool that was built. For a child process.
+[[noreturn]] void becomeCamcfg(const std::vector<std::string>& arguments);
 
 }  // namespace camcfg::tests
 

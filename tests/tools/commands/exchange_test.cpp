@@ -1,3 +1,6 @@
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include "tools/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -163,6 +166,7 @@ TEST_F(ExchangeTest, ExportTellsWhatAnImportWouldRefuse) {
   giveWith("Port=\"9001\"", "Port=\"0\"");
   EXPECT_THAT(run({"export", "live.srt"}).err,
               testing::StartsWith("camcfg: export: note: live.srt[1].port: 0 is outside 1..65535; "
+                                  "the nearest permitted is 1; "
                                   "an import that changes live.srt will refuse it\n"));
 }
 
@@ -369,7 +373,7 @@ const Refused kRefused[] = {
      "sources",
      R"([{"id": 30, "kind": "VIDEO", "name": 5, "channel": -1,
                               "enabled": 1}, 7])",
-     {"stream.sources[0].id: 30 is outside 0..29",
+     {"stream.sources[0].id: 30 is outside 0..29; the nearest permitted is 29",
       "stream.sources[0].kind: it must be one of \"VENC\", \"AI\", \"AENC\"",
       "stream.sources[0].name: it must be a text, not 5",
       "stream.sources[0].channel: -1 is no id; it stands for none",
@@ -379,7 +383,8 @@ const Refused kRefused[] = {
      "sources",
      R"([{"id": 1, "kind": "AI", "name": "a", "channel": 2147483648,
                               "enabled": true}, {"id": 1.5}, {"id": 1}])",
-     {"stream.sources[0].channel: 2147483648 is outside -2147483648..2147483647",
+     {"stream.sources[0].channel: 2147483648 is outside -2147483648..2147483647; the nearest "
+      "permitted is 2147483647",
       "stream.sources[1].id: 1.5 is no whole number", "stream.sources[1].kind: it is missing",
       "stream.sources[1].name: it is missing", "stream.sources[1].channel: it is missing",
       "stream.sources[1].enabled: it is missing", "stream.sources[2].kind: it is missing",
@@ -397,7 +402,7 @@ const Refused kRefused[] = {
      R"([{"id": 0, "name": "", "size": {"value": 1, "unit": "GB"},
                              "allowed": [0, 30, 0], "default": 0}])",
      {"stream.caches[0].size.unit: it must be one of \"B\", \"KB\", \"MB\"",
-      "stream.caches[0].allowed[1]: 30 is outside 0..29",
+      "stream.caches[0].allowed[1]: 30 is outside 0..29; the nearest permitted is 29",
       "stream.caches[0].allowed[2]: it stands here twice"}},
     {"stream",
      "caches",
@@ -429,10 +434,10 @@ const Refused kRefused[] = {
                         "aesMode": -1, "latency": 20, "streams": []},
                        {"id": 1, "mode": "rendezvous", "port": 0, "aesMode": 0, "latency": 20,
                         "streams": null}])",
-     {"live.srt[0].port: 70000 is outside 1..65535",
-      "live.srt[0].aesMode: -1 is outside 0..2147483647",
+     {"live.srt[0].port: 70000 is outside 1..65535; the nearest permitted is 65535",
+      "live.srt[0].aesMode: -1 is outside 0..2147483647; the nearest permitted is 0",
       "live.srt[1].mode: it must be one of \"caller\", \"listener\"",
-      "live.srt[1].port: 0 is outside 1..65535",
+      "live.srt[1].port: 0 is outside 1..65535; the nearest permitted is 1",
       "live.srt[1].streams: it must be an array, not null"}},
     {"live",
      "srt",
@@ -451,7 +456,8 @@ TEST_F(ExchangeTest, EveryFaultIsToldWithItsPlaceAndNothingIsWritten) {
 
 TEST_F(ExchangeTest, OneFaultKeepsAllSectionsFromBeingWritten) {
   std::string document = with(exported({"stream", "live"}), "\"listen\"", "\"heard\"");
-  expectFaults(with(document, "9001", "0"), {"live.srt[1].port: 0 is outside 1..65535"});
+  expectFaults(with(document, "9001", "0"),
+               {"live.srt[1].port: 0 is outside 1..65535; the nearest permitted is 1"});
 }
 
 TEST_F(ExchangeTest, DefaultSourceMayBeOneOfTheSameDocument) {
@@ -565,37 +571,68 @@ TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreTold) {
       "presets": [{"id": 129}, {"id": 0, "description": 5}, {"id": 0}, {}]})",
       {"parameters.Sys: there is no such member",
        "parameters.System.Rts: there is no such member; did you mean 'Rtsp'?",
-       "parameters.System.Language: 'Germ' is only a part of one of 'English,German'",
-       "parameters.System.Rtsp: 70000 is outside 1..65535",
+       "parameters.System.Language: 'Germ' is only a part of one of 'English,German'; the nearest "
+       "permitted is 'German'",
+       "parameters.System.Rtsp: 70000 is outside 1..65535; the nearest permitted is 65535",
        "network.hostname: '-' has a label that begins or ends with a hyphen",
        "network.cards.Lan: there is no such member; did you mean 'Lan0'?",
        "network.cards.Lan0.mtu: there is no such member",
        "network.cards.Lan0.enable: it must be true or false, not \"On\"",
        "network.cards.Lan0.speed: it must be one of 10M, 100M, 1000M",
        "network.cards.Lan0.ipAddr: '192.0.2.700' is not of the form 192.0.2.1",
-       "presets[0].id: 129 is outside 0..128", "presets[1].description: it must be a text, not 5",
+       "presets[0].id: 129 is outside 0..128; the nearest permitted is 128",
+       "presets[1].description: it must be a text, not 5",
        "presets[2].id: there is another one with this id", "presets[3].id: it is missing"});
   EXPECT_EQ(device.read(kBusiness), kDevice);
   EXPECT_EQ(device.read(kPreset), kPresets);
 }
 
-TEST_F(DeviceExchangeTest, WhatWasNotWrittenAfterAFailureIsTold) {
+TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesCannotBe) {
   std::string document = with(exported({"live.srt"}), "9001", "9002");
   document =
       with(document, "\"version\": 1,",
            "\"version\": 1, \"parameters\": {\"System\": {\"Rtsp\": 8554}}, \"presets\": [],");
   device.remove("/cfg1/business_param.xml");
   device.makeDirectory("/cfg1/business_param.xml");
-  const ToolRun result = import(document);
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err,
-            "camcfg: import: parameters.System.Rtsp: cannot write /cfg1/business_param.xml: it is "
-            "no regular file; move it away\n"
-            "camcfg: import: written: live.srt; not written: parameters.System.Rtsp, presets[0], "
-            "presets[3]\n");
-  expectBoth(with(kMedia, "9001", "9002"));
+  EXPECT_EQ(
+      import(document),
+      (ToolRun{1, "",
+               "camcfg: import: cannot write /cfg1/business_param.xml: it is no regular file; "
+               "move it away\n"}));
+  expectBoth(kMedia);
   EXPECT_EQ(device.read(kBusiness), kDevice);
   EXPECT_EQ(device.read(kPreset), kPresets);
+}
+
+TEST_F(DeviceExchangeTest, FilesWrittenBeforeAFailureArePutBack) {
+  const std::string padded = kDevice + ("\n<!--" + std::string(8000, 'x') + "-->");
+  writeBoth(padded);
+  std::string document = with(exported({"live.srt"}), "9001", "9002");
+  document = with(document, "\"version\": 1,",
+                  "\"version\": 1, \"parameters\": {\"System\": {\"Rtsp\": 8554}}, \"network\": "
+                  "{\"hostname\": \"" +
+                      std::string(60, 'h') + "\"},");
+  device.write("/document.json", document);
+  const auto atMost = [&] {
+    const rlimit limit{padded.size() + 30, padded.size() + 30};
+    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(99);
+  };
+  const std::vector<std::string> words = {"import", device.hostPath() + "/document.json"};
+  EXPECT_EQ(run(words, atMost), (ToolRun{1, "",
+                                         "camcfg: import: network.hostname: it did not arrive in "
+                                         "/cfg0/business_param.xml; its former contents are back\n"
+                                         "camcfg: import: all is as it was before\n"}));
+  expectBoth(kMedia);
+  EXPECT_EQ(device.read(kBusiness), padded);
+  EXPECT_EQ(device.read(kBusinessBackup), padded);
+  EXPECT_THAT(run({"import", device.hostPath() + "/document.json", "--json"}, atMost).out,
+              testing::EndsWith("  \"written\": [],\n"
+                                "  \"notWritten\": [\n"
+                                "    \"live.srt\",\n"
+                                "    \"parameters\",\n"
+                                "    \"network.hostname\"\n"
+                                "  ]\n"
+                                "}\n"));
 }
 
 TEST_F(ToolTest, SampleDeviceComesBackWhole) {

@@ -124,7 +124,7 @@ TEST_F(VerifyTest, MainCopyCutOffBetweenSectionsIsTold) {
                      "FILE   MAIN       BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
                      "x.xml  cut-short  good    missing  yes       -          -\n",
                      "camcfg: verify: /cfg0/x.xml ends before 'C', which its backup has; "
-                     "'--resync' restores it from its backup\n"}));
+                     "'camcfg verify --resync' restores it from its backup\n"}));
   EXPECT_EQ(main(), "<A/>\n<B/>\n");
 }
 
@@ -170,7 +170,8 @@ TEST_F(VerifyTest, FileOutsideTheFactorySetIsToldAndRestoredByResyncOnly) {
                      "FILE     MAIN     BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
                      "own.xml  damaged  good    missing  no        -          -\n"
                      "x.xml    good     good    good     yes       -          -\n",
-                     "camcfg: verify: /cfg0/own.xml is not well-formed XML; '--resync' restores it "
+                     "camcfg: verify: /cfg0/own.xml is not well-formed XML; 'camcfg verify "
+                     "--resync' restores it "
                      "from its backup\n"}));
   EXPECT_EQ(device.read("/cfg0/own.xml"), kDamaged);
   EXPECT_EQ(run({"verify", "--resync"}),
@@ -354,10 +355,13 @@ TEST_F(VerifyTest, FileThatHoldsNoElementIsNamedSinceStartUpAcceptsIt) {
   write("<!-- nothing -->", nullptr, kGood);
   EXPECT_EQ(run({"verify", "--resync"}),
             (ToolRun{3,
-                     "FILE   MAIN        BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                     "x.xml  no-element  missing  good     yes       -          -\n",
-                     "camcfg: verify: /cfg0/x.xml holds no element; move it away and verify "
-                     "again\n"}));
+                     "FILE   MAIN        BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM
+"
+                     "x.xml  no-element  missing  good     yes       -          -
+",
+                     "camcfg: verify: /cfg0/x.xml holds no element; move it away and run 'camcfg "
+                     "verify'
+"}));
   EXPECT_FALSE(device.exists("/cfg1/x.xml"));
 }
 

@@ -53,6 +53,13 @@ TEST_F(LanguageTest, MissingLanguageIsRefusedWithThoseThereAre) {
                            "' (there are English, German)\n"}));
 }
 
+TEST_F(LanguageTest, NearestLanguageIsSuggested) {
+  EXPECT_EQ(run({"lang", "Germn", "Ok"}),
+            (ToolRun{1, "",
+                     "camcfg: lang: there is no language 'Germn' (there are English, German); did "
+                     "you mean 'German'?\n"}));
+}
+
 TEST_F(ToolTest, MissingLanguageIsRefusedWhereThereIsNone) {
   EXPECT_EQ(run({"lang", "English", "Ok"}),
             (ToolRun{1, "", "camcfg: lang: there is no language 'English'\n"}));

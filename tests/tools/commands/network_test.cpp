@@ -267,16 +267,25 @@ INSTANTIATE_TEST_SUITE_P(
                        "cards have no field 'Dns'; did you mean 'Dns1'?"},
         RefusedSetting{"Wifi", "Enable", "On", "Wifi/Enable: the card has no such element"},
         RefusedSetting{"Lan0", "Enable", "Yes", "Lan0/Enable: 'Yes' is none of Off, On"},
-        RefusedSetting{"Lan0", "Speed", "200M",
-                       "Lan0/Speed: '200M' is none of 10M, 100M, 1000M; did you mean '100M'?"},
-        RefusedSetting{"Lan0", "MTU", "67",
-                       std::string("Lan0/MTU: 67 is outside 68..9216") + kUnlessForced},
-        RefusedSetting{"Lan0", "MTU", "-1",
-                       std::string("Lan0/MTU: -1 is outside 68..9216") + kUnlessForced},
-        RefusedSetting{"Lan0", "MTU", "9217",
-                       std::string("Lan0/MTU: 9217 is outside 68..9216") + kUnlessForced},
-        RefusedSetting{"Wifi", "MTU", "2305",
-                       std::string("Wifi/MTU: 2305 is outside 576..2304") + kUnlessForced},
+        RefusedSetting{
+            "Lan0", "Speed", "200M",
+            "Lan0/Speed: '200M' is none of 10M, 100M, 1000M; the nearest permitted is '100M'"},
+        RefusedSetting{
+            "Lan0", "MTU", "67",
+            std::string("Lan0/MTU: 67 is outside 68..9216; the nearest permitted is 68") +
+                kUnlessForced},
+        RefusedSetting{
+            "Lan0", "MTU", "-1",
+            std::string("Lan0/MTU: -1 is outside 68..9216; the nearest permitted is 68") +
+                kUnlessForced},
+        RefusedSetting{
+            "Lan0", "MTU", "9217",
+            std::string("Lan0/MTU: 9217 is outside 68..9216; the nearest permitted is 9216") +
+                kUnlessForced},
+        RefusedSetting{
+            "Wifi", "MTU", "2305",
+            std::string("Wifi/MTU: 2305 is outside 576..2304; the nearest permitted is 2304") +
+                kUnlessForced},
         RefusedSetting{"Lan0", "MTU", "1500B", "Lan0/MTU: '1500B' is no decimal integer"},
         RefusedSetting{"Lan0", "IpAddr", "",
                        std::string("Lan0/IpAddr: '' is not of the form 192.0.2.1") + kUnlessForced},

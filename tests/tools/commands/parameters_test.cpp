@@ -171,6 +171,7 @@ class RefusedValueTest : public ToolTest, public testing::WithParamInterface<Ref
 constexpr char kRefusing[] =
     "<Main>\n"
     "    <Port Cur=\"554\" Min=\"1\" Max=\"65535\"/>\n"
+    "    <Rate Cur=\"5\" Min=\"1\" Max=\"10\" Step=\"4\"/>\n"
     "    <NoMax Cur=\"1\" Min=\"1\"/>\n"
     "    <NoMin Cur=\"1\" Max=\"1\"/>\n"
     "    <OddMax Cur=\"1\" Min=\"1\" Max=\"many\"/>\n"
@@ -193,14 +194,20 @@ TEST_P(RefusedValueTest, IsRefusedInOneLineAndChangesNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Values, RefusedValueTest,
     testing::Values(
-        RefusedValue{"Main", "Port", "0", "Main/Port: 0 is outside 1..65535"},
-        RefusedValue{"Main", "Port", "65536", "Main/Port: 65536 is outside 1..65535"},
-        RefusedValue{"Main", "Port", "70000", "Main/Port: 70000 is outside 1..65535"},
-        RefusedValue{"Main", "Port", "4294967850", "Main/Port: 4294967850 is outside 1..65535"},
-        RefusedValue{"Main", "Port", "99999999999999999999",
-                     "Main/Port: 99999999999999999999 is outside 1..65535"},
-        RefusedValue{"Main", "Port", "-99999999999999999999",
-                     "Main/Port: -99999999999999999999 is outside 1..65535"},
+        RefusedValue{"Main", "Port", "0",
+                     "Main/Port: 0 is outside 1..65535; the nearest permitted is 1"},
+        RefusedValue{"Main", "Port", "65536",
+                     "Main/Port: 65536 is outside 1..65535; the nearest permitted is 65535"},
+        RefusedValue{"Main", "Port", "70000",
+                     "Main/Port: 70000 is outside 1..65535; the nearest permitted is 65535"},
+        RefusedValue{"Main", "Port", "4294967850",
+                     "Main/Port: 4294967850 is outside 1..65535; the nearest permitted is 65535"},
+        RefusedValue{
+            "Main", "Port", "99999999999999999999",
+            "Main/Port: 99999999999999999999 is outside 1..65535; the nearest permitted is 65535"},
+        RefusedValue{
+            "Main", "Port", "-99999999999999999999",
+            "Main/Port: -99999999999999999999 is outside 1..65535; the nearest permitted is 1"},
         RefusedValue{"Main", "Port", "12abc", "Main/Port: '12abc' is no decimal integer"},
         RefusedValue{"Main", "Port", "0x50", "Main/Port: '0x50' is no decimal integer"},
         RefusedValue{"Main", "Port", "+80", "Main/Port: '+80' is no decimal integer"},
@@ -212,12 +219,16 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedValue{"Main", "NoMax", "1", "Main/NoMax: it has no Max, so no value is permitted"},
         RefusedValue{"Main", "NoMin", "1", "Main/NoMin: it has no Min, so no value is permitted"},
         RefusedValue{"Main", "OddMax", "1", "Main/OddMax: its Max 'many' is no integer"},
+        RefusedValue{"Main", "Rate", "11",
+                     "Main/Rate: 11 is outside 1..10; the nearest permitted is 9"},
         RefusedValue{"Main", "Mode", "Off",
                      "Main/Mode: 'Off' is not among 'Auto,Half-Auto,Manual'"},
         RefusedValue{"Main", "Mode", "manual",
-                     "Main/Mode: 'manual' is not among 'Auto,Half-Auto,Manual'"},
+                     "Main/Mode: 'manual' is not among 'Auto,Half-Auto,Manual'; the nearest "
+                     "permitted is 'Manual'"},
         RefusedValue{"Main", "Mode", "Man",
-                     "Main/Mode: 'Man' is only a part of one of 'Auto,Half-Auto,Manual'; '--force' "
+                     "Main/Mode: 'Man' is only a part of one of 'Auto,Half-Auto,Manual'; the "
+                     "nearest permitted is 'Manual'; '--force' "
                      "sets it all the same"},
         RefusedValue{"Main", "Mode", "",
                      "Main/Mode: '' is only a part of one of 'Auto,Half-Auto,Manual'; '--force' "

@@ -285,17 +285,24 @@ TEST_P(RefusedPresetTest, IsRefusedInOneLineAndChangesNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Values, RefusedPresetTest,
     testing::Values(
-        RefusedPreset{{"set", "129"}, "set: '129' is no id (0..128)"},
-        RefusedPreset{{"set", "--", "-1"}, "set: '-1' is no id (0..128)"},
+        RefusedPreset{{"set", "129"},
+                      "set: id 129 is outside 0..128; the nearest permitted is 128"},
+        RefusedPreset{{"set", "--", "-1"},
+                      "set: id -1 is outside 0..128; the nearest permitted is 0"},
         RefusedPreset{{"set", "Dock"}, "set: 'Dock' is no id (0..128)"},
         RefusedPreset{{"set", "3", "--pan", "4a"}, "set: --pan: '4a' is no decimal integer"},
         RefusedPreset{{"set", "3", "--zoom", ""}, "set: --zoom: '' is no decimal integer"},
         RefusedPreset{{"set", "3", "--tilt", "2147483648"},
-                      "set: --tilt: 2147483648 is outside -2147483648..2147483647"},
+                      "set: --tilt: 2147483648 is outside -2147483648..2147483647; the nearest "
+                      "permitted is 2147483647"},
         RefusedPreset{{"set", "3", "--description", std::string(64, 'x')},
-                      "set: preset 3: the description has 64 bytes, the limit is 63"},
+                      "set: preset 3: the description has 64 bytes, the limit is 63; the nearest "
+                      "permitted is '" +
+                          std::string(63, 'x') + "'"},
         RefusedPreset{{"add", "--description", std::string(64, 'x')},
-                      "add: preset 1: the description has 64 bytes, the limit is 63"},
+                      "add: preset 1: the description has 64 bytes, the limit is 63; the nearest "
+                      "permitted is '" +
+                          std::string(63, 'x') + "'"},
         RefusedPreset{{"set", "3", "--description", "a\nb"},
                       "set: preset 3: the description has a control character in it"}));
 
@@ -443,18 +450,22 @@ TEST_F(PresetTest, EveryFaultOfAnImportIsToldWithItsLineAndNothingIsStored) {
              "7,again,1z\n"
              "9," +
              std::string(64, 'x') + ",\n"),
-      (ToolRun{1, "",
-               "camcfg: preset import: line 3: it has 2 cells, not 3 as line 1\n"
-               "camcfg: preset import: line 4: pan 99999999999 does not fit into 32 bits\n"
-               "camcfg: preset import: line 4: the description has a control character in it\n"
-               "camcfg: preset import: line 6: id 129 is outside 0..128\n"
-               "camcfg: preset import: line 7: id -1 is outside 0..128\n"
-               "camcfg: preset import: line 8: it has no id\n"
-               "camcfg: preset import: line 9: pan '1z' is no decimal integer\n"
-               "camcfg: preset import: line 9: id 7 is in line 2 already\n"
-               "camcfg: preset import: line 10: the description has 64 bytes, the limit is "
-               "63\n"
-               "camcfg: preset import: nothing was imported\n"}));
+      (ToolRun{
+          1, "",
+          "camcfg: preset import: line 3: it has 2 cells, not 3 as line 1\n"
+          "camcfg: preset import: line 4: pan 99999999999 is outside -2147483648..2147483647; the "
+          "nearest permitted is 2147483647\n"
+          "camcfg: preset import: line 4: the description has a control character in it\n"
+          "camcfg: preset import: line 6: id 129 is outside 0..128; the nearest permitted is 128\n"
+          "camcfg: preset import: line 7: id -1 is outside 0..128; the nearest permitted is 0\n"
+          "camcfg: preset import: line 8: it has no id\n"
+          "camcfg: preset import: line 9: pan '1z' is no decimal integer\n"
+          "camcfg: preset import: line 9: id 7 is in line 2 already\n"
+          "camcfg: preset import: line 10: the description has 64 bytes, the limit is "
+          "63; the nearest permitted is '" +
+              std::string(63, 'x') +
+              "'\n"
+              "camcfg: preset import: nothing was imported\n"}));
   expect(kPresets);
 }
 
@@ -507,7 +518,7 @@ TEST_F(PresetTest, ExportTellsWhatAnImportWillRefuse) {
   write("<PresetCfg><preset Id=\"200\"/><preset Description=\"x\"/></PresetCfg>");
   EXPECT_EQ(preset({"export"}).err,
             "camcfg: preset export: note: an import will refuse preset 200: id 200 is outside "
-            "0..128\n"
+            "0..128; the nearest permitted is 128\n"
             "camcfg: preset export: note: an import will refuse a preset without id 'x': it has no "
             "id\n");
 }

@@ -187,7 +187,7 @@ TEST_F(StreamTest, RefusalsSayWhatIsAllowedInstead) {
                       ": there is no stream cache 3; there are "
                       "0, 7");
   expectRefused({"stream", "cache", "0", "allow", "0", "30"}, 1,
-                "stream cache allow: source 30 is outside 0..29");
+                "stream cache allow: source 30 is outside 0..29; the nearest permitted is 29");
   expectRefused({"stream", "cache", "zero", "select", "0"}, 1,
                 "stream cache select: 'zero' is no id");
   expectRefused({"stream", "cache", "0", "allow", "99999999999"}, 1,

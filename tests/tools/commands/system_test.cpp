@@ -84,7 +84,7 @@ TEST_P(PortTest, OutsideItsRangeIsRefused) {
   EXPECT_EQ(run({"system", port.verb, "70000"}),
             (ToolRun{1, "",
                      std::string("camcfg: system ") + port.verb + ": System/" + port.parameter +
-                         ": 70000 is outside 1..65535\n"}));
+                         ": 70000 is outside 1..65535; the nearest permitted is 65535\n"}));
   EXPECT_EQ(device.read(kBusiness), kParameters);
 }
 

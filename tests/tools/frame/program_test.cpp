@@ -17,10 +17,11 @@ TEST(ProgramTest, HelpListsEveryCommandUnderItsGroup) {
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");
   for (const char* line :
-       {"\nFiles:\n  verify ", "\nParameters:\n  list ", "\n  get ", "\n  set ", "\n  describe ",
-        "\nSystem:\n  system ", "\nStreams:\n  stream ", "\nLive media:\n  live ", "\n  graph ",
-        "\nTexts:\n  lang ", "\n  --root DIR ", "\n  --json ", "\n  -v,--verbose ",
-        "\n  --version ", "\nExit status: 0 done, 1 refused or not found, 2 usage, 3 "})
+       {"\nFiles:\n  status ", "\n  verify ", "\n  reset ", "\nParameters:\n  list ", "\n  get ",
+        "\n  set ", "\n  describe ", "\nSystem:\n  system ", "\nStreams:\n  stream ",
+        "\nLive media:\n  live ", "\n  graph ", "\nTexts:\n  lang ", "\n  --root DIR ",
+        "\n  --json ", "\n  -v,--verbose ", "\n  --version ",
+        "\nExit status: 0 done, 1 refused or not found, 2 usage, 3 "})
     EXPECT_THAT(help.out, testing::HasSubstr(line));
 }
 
@@ -50,8 +51,10 @@ TEST(ProgramTest, UsageErrorsHaveStatusTwoAndAnswerNothing) {
   EXPECT_EQ(runCamcfg({"set", "System"}),
             (ToolRun{2, "", "camcfg: set: NAME is required; see 'camcfg set --help'\n"}));
   EXPECT_EQ(
-      runCamcfg({"list", "--colour"}),
-      (ToolRun{2, "", "camcfg: list: unknown option '--colour'; see 'camcfg list --help'\n"}));
+      runCamcfg({"list", "--frobnicate"}),
+      (ToolRun{2, "", "camcfg: list: unknown option '--frobnicate'; see 'camcfg list --help'\n"}));
+  EXPECT_EQ(runCamcfg({"list", "--colour"}),
+            (ToolRun{2, "", "camcfg: list: unknown option '--colour'; did you mean '--color'?\n"}));
 }
 
 TEST(ProgramTest, LineBreaksInWhatWasTypedStayOnTheLine) {

@@ -27,5 +27,14 @@ TEST(RenderJsonTest, BytesThatAreNotUtf8AreReplaced) {
   EXPECT_EQ(renderJson(answer), "\"caf\xef\xbf\xbd\"\n");
 }
 
+TEST(RenderJsonTest, ControlCharactersAreEscapedEverywhere) {
+  Answer answer;
+  answer.value = {{"a\x7f", "\x1b\xc2\x80\xc2\x9b\xc2\x9f\xc2\xa0\xe2\x82\x9b\xc4\x9b"}};
+  EXPECT_EQ(renderJson(answer),
+            "{\n  \"a\\u007f\": "
+            "\"\\u001b\\u0080\\u009b\\u009f\xc2\xa0\xe2\x82\x9b\xc4\x9b\"\n}\n");
+  EXPECT_EQ(tool::Json::parse(renderJson(answer)), answer.value);
+}
+
 }  // namespace
 }  // namespace camcfg::tests

@@ -7,11 +7,11 @@ namespace {
 
 using namespace tool;
 
-std::string shown(Json value, std::vector<Block> layout) {
+std::string shown(Json value, std::vector<Block> layout, const Look& look = {}) {
   Answer answer;
   answer.value = std::move(value);
   answer.layout = std::move(layout);
-  return renderText(answer);
+  return renderText(answer, look);
 }
 
 TEST(RenderTextTest, ColumnsAreAsWideAsTheirWidestCell) {
@@ -69,6 +69,49 @@ TEST(RenderTextTest, PlaceIsFilledWhereASwitchIsOn) {
 
 TEST(RenderTextTest, VerbatimTextStandsAsItIs) {
   EXPECT_EQ(shown({}, {Verbatim{"a {b}\n\tc\n"}}), "a {b}\n\tc\n");
+}
+
+constexpr Look kColoured{true, true};
+
+TEST(RenderTextTest, StatesAreColouredByWhatTheyMean) {
+  const Json rows = {{{"was", "damaged"}, {"is", "good"}, {"x", 1}},
+                     {{"was", "out-of-step"}, {"is", "out-of-step"}, {"x", 22}}};
+  const std::vector<Block> layout = {Table{"", {{"STATE", "{was!}", "{is!}"}, {"X", "{x}"}}}};
+  EXPECT_EQ(shown(rows, layout),
+            "STATE            X\n"
+            "damaged -> good  1\n"
+            "out-of-step      22\n");
+  EXPECT_EQ(shown(rows, layout, kColoured),
+            "STATE            X\n"
+            "\x1b[31mdamaged\x1b[0m -> \x1b[32mgood\x1b[0m  1\n"
+            "\x1b[33mout-of-step\x1b[0m      22\n");
+}
+
+TEST(RenderTextTest, ChangesAreColoured) {
+  const Json value = {{"before", 1}, {"after", 2}};
+  EXPECT_EQ(shown(value, {Line{"a: {before} -> {after} (b)"}}, kColoured),
+            "a: \x1b[2m1\x1b[0m -> \x1b[1m2\x1b[0m (b)\n");
+  EXPECT_EQ(shown(value, {Line{"{before-} {after+} {after}"}}, kColoured),
+            "\x1b[2m1\x1b[0m \x1b[1m2\x1b[0m 2\n");
+  EXPECT_EQ(shown(value, {Line{"{before-} -> {after+}"}}), "1 -> 2\n");
+}
+
+TEST(RenderTextTest, ArrowsWithinValuesAreNoChanges) {
+  EXPECT_EQ(shown({{"a", "x -> y"}}, {Line{"{a}"}}, kColoured), "x -> y\n");
+}
+
+TEST(RenderTextTest, ValuesCannotSteerATerminal) {
+  const Json value = {{"a", "\x1b[31mred\xc2\x9b"}, {"rows", {{{"a", "\x1b[2J"}}}}};
+  for (const Look look : {Look{false, false}, Look{true, true}})
+    EXPECT_EQ(
+        shown(value, {Line{"{a}"}, Fields{{{"a", "{a}"}}}, Table{"rows", {{"A", "{a}"}}}}, look),
+        "\\x1b[31mred\\u009b\na  \\x1b[31mred\\u009b\n\nA\n\\x1b[2J\n");
+}
+
+TEST(RenderTextTest, VerbatimTextCannotSteerATerminal) {
+  const std::string text = "a\x1b[2J\tb\xc2\x9b\r\nc";
+  EXPECT_EQ(shown({}, {Verbatim{text}}, {true, false}), "a\\x1b[2J\tb\\u009b\\x0d\nc");
+  EXPECT_EQ(shown({}, {Verbatim{text}}, {false, true}), text);
 }
 
 TEST(RenderTextTest, TableBehindSomethingElseStandsApart) {

@@ -9,6 +9,12 @@ constexpr char kNoSecrets[] = "--no-secrets";
 constexpr char kShowSecrets[] = "--show-secrets";
 constexpr char kDryRun[] = "--dry-run";
 
+std::vector<Candidate> exportable(const Arguments& /*before*/) {
+  std::vector<Candidate> candidates;
+  for (const std::string& name : exportNames()) candidates.push_back({name});
+  return candidates;
+}
+
 Answer exportDocument(const Arguments& arguments) {
   return exportSettings(arguments.texts("SECTION"), !arguments.given(kNoSecrets));
 }
@@ -24,7 +30,8 @@ CommandGroup exchangeGroup() {
   return {"Export and import",
           {{"export",
             "Print settings as one JSON document",
-            {{Option::OptionalArguments, "SECTION", "Only these, such as stream or live.srt"},
+            {{Option::OptionalArguments, "SECTION", "Only these, such as stream or live.srt",
+              exportable},
              {Option::Flag, kNoSecrets, "Leave passwords out"}},
             exportDocument},
            {"import",

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "commands/groups.h"
+#include "device/health.h"
 #include "device/verification.h"
 #include "frame/status.h"
 
@@ -36,9 +37,9 @@ Json recordOf(const ConfigFile& file, const Verification& verification) {
 Table filesTable() {
   return {"files",
           {{"FILE", "{name}"},
-           {"MAIN", "{found/main}", "{now/main}"},
-           {"BACKUP", "{found/backup}", "{now/backup}"},
-           {"DEFAULT", "{found/default}", "{now/default}"},
+           {"MAIN", "{found/main!}", "{now/main!}"},
+           {"BACKUP", "{found/backup!}", "{now/backup!}"},
+           {"DEFAULT", "{found/default!}", "{now/default!}"},
            {"AT START", "{checkedAtStart}"},
            {"MAIN FROM", "{restored/main}"},
            {"BACKUP FROM", "{restored/backup}"}}};
@@ -65,17 +66,6 @@ bool isToldAlready(const ConfigFile& file, const Verification& verification) {
   return std::any_of(outcomes.begin(), outcomes.end(), [&](const Outcome& outcome) {
     return outcome.repair.name == file.name && outcome.repair.to == Place::Main;
   });
-}
-
-std::string outlookFor(const ConfigFile& file) {
-  if (file.main.state == State::NotAFile || file.main.state == State::NoElement)
-    return "; move it away and verify again";
-  if (file.main.state == State::Unreadable) return "";
-  if (file.backup.state == State::Good)
-    return file.checkedAtStart && file.main.state != State::CutShort
-               ? ""
-               : "; '--resync' restores it from its backup";
-  return file.factory.loads() ? "" : " and no other copy of it is good";
 }
 
 void tellUnusable(Answer& answer, const Verification& verification) {

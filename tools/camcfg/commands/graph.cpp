@@ -1,4 +1,5 @@
 #include "commands/groups.h"
+#include "commands/vocabulary.h"
 #include "device/wiring_picture.h"
 #include "frame/status.h"
 
@@ -30,7 +31,8 @@ CommandGroup graphGroup() {
   return {"Live media",
           {{"graph",
             "Draw which sources, caches and services feed which",
-            {{Option::Value, kFormat, "dot, the default, or svg, which needs Graphviz' 'dot'"}},
+            {{Option::Value, kFormat, "dot, the default, or svg, which needs Graphviz' 'dot'",
+              oneOf({"dot", "svg"})}},
             graph}}};
 }
 

@@ -1,11 +1,17 @@
 #include "commands/groups.h"
 
+#include "commands/vocabulary.h"
+
 namespace camcfg::tool {
 
 std::vector<CommandGroup> allGroups() {
-  return {filesGroup(),   lintGroup(),     parametersGroup(), systemGroup(),
-          networkGroup(), presetGroup(),   streamGroup(),     liveGroup(),
-          graphGroup(),   exchangeGroup(), languageGroup()};
+  std::vector<CommandGroup> groups = {
+      statusGroup(), filesGroup(),    lintGroup(),        parametersGroup(), explainGroup(),
+      systemGroup(), networkGroup(),  presetGroup(),      streamGroup(),     liveGroup(),
+      graphGroup(),  exchangeGroup(), differencesGroup(), resetGroup(),      languageGroup(),
+      helpGroup(),   completeGroup()};
+  addWords(groups);
+  return groups;
 }
 
 }  // namespace camcfg::tool

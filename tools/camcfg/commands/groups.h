@@ -8,15 +8,21 @@
 namespace camcfg::tool {
 
 // One function for each group, in the file of its name.
+CommandGroup completeGroup();
+CommandGroup differencesGroup();
 CommandGroup exchangeGroup();
+CommandGroup explainGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
+CommandGroup helpGroup();
 CommandGroup languageGroup();
 CommandGroup lintGroup();
 CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
+CommandGroup resetGroup();
+CommandGroup statusGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 

@@ -30,7 +30,7 @@ Answer rules() {
                               {"explanation", rule->explanation},
                               {"example", rule->example}});
   answer.layout = {
-      Lines{"", "{id} ({severity}, {subject})\n  {explanation}\n  Example: {example}"}};
+      Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}};
   return answer;
 }
 
@@ -46,7 +46,7 @@ Answer answerOf(const std::vector<lint::Source>& sources) {
   answer.value = {{"errors", errors}, {"warnings", warnings}, {"files", Json::array()}};
   for (const lint::Source& source : sources) answer.value["files"].push_back(source.name);
   answer.value["findings"] = std::move(findings);
-  answer.layout = {Lines{"findings", "{file}:{line}: {severity}: {text} [{rule}]"}};
+  answer.layout = {Lines{"findings", "{file}:{line}: {severity!}: {text} [{rule}]"}};
   if (errors != 0) answer.status = Status::Refused;
   if (std::none_of(sources.begin(), sources.end(),
                    [](const lint::Source& source) { return source.isRead; }))

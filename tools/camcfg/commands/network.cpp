@@ -3,6 +3,7 @@
 #include <camcfg/network.h>
 
 #include "commands/groups.h"
+#include "commands/vocabulary.h"
 #include "device/network_change.h"
 #include "device/network_field.h"
 #include "frame/status.h"
@@ -133,26 +134,27 @@ const Option kCard{Option::Argument, "CARD", "Whole name of a card"};
 }  // namespace
 
 CommandGroup networkGroup() {
-  return {"Network",
-          {{"network", "Show and change the network cards and the host name", {}, nullptr},
-           {"network cards", "List the cards", {}, cards},
-           {"network show",
-            "Show the settings of a card",
-            {kCard, {Option::Flag, kFactory, "Show the factory values"}},
-            show},
-           {"network set",
-            "Set one field of a card",
-            {kCard,
-             {Option::Argument, "FIELD", "A field as 'network show' names it"},
-             {Option::Argument, "VALUE", "A word, a number, an address or a text"},
-             {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
-            set},
-           {"network reset", "Put the factory values of a card back", {kCard}, reset},
-           {"network hostname",
-            "Show or set the host name",
-            {{Option::OptionalArgument, "NAME", "The new name; without it the name is shown"},
-             {Option::Flag, kForce, "Store a text that is no host name"}},
-            hostname}}};
+  return {
+      "Network",
+      {{"network", "Show and change the network cards and the host name", {}, nullptr},
+       {"network cards", "List the cards", {}, cards},
+       {"network show",
+        "Show the settings of a card",
+        {kCard, {Option::Flag, kFactory, "Show the factory values"}},
+        show},
+       {"network set",
+        "Set one field of a card",
+        {kCard,
+         {Option::Argument, "FIELD", "A field as 'network show' names it"},
+         {Option::Argument, "VALUE", "A word, a number, an address or a text"},
+         {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
+        set},
+       {"network reset", "Put the factory values of a card back", {kCard}, reset},
+       {"network hostname",
+        "Show or set the host name",
+        {{Option::OptionalArgument, "NAME", "The new name; without it the name is shown", anyWord},
+         {Option::Flag, kForce, "Store a text that is no host name"}},
+        hostname}}};
 }
 
 }  // namespace camcfg::tool

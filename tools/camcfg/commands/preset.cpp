@@ -4,8 +4,11 @@
 #include <limits>
 
 #include "commands/groups.h"
+#include "commands/vocabulary.h"
+#include "device/nearest.h"
 #include "device/preset_change.h"
 #include "device/preset_import.h"
+#include "device/words.h"
 #include "frame/decimal.h"
 #include "frame/library_log.h"
 #include "frame/status.h"
@@ -64,15 +67,15 @@ int requireNumber(const char* option, const std::string& text) {
   const std::optional<long long> number = decimal(text);
   if (!number) throw Refusal(std::string(option) + ": '" + text + "' is no decimal integer");
   if (*number < Limits::min() || *number > Limits::max())
-    throw Refusal(std::string(option) + ": " + text + " is outside " +
-                  std::to_string(Limits::min()) + ".." + std::to_string(Limits::max()));
+    throw Refusal(std::string(option) + ": " +
+                  outside(text, *number, Limits::min(), Limits::max()));
   return static_cast<int>(*number);
 }
 
 int requireId(const std::string& text) {
   const std::optional<long long> id = decimal(text);
-  if (!id || *id < 0 || *id > PRESET_ID_MAX)
-    throw Refusal("'" + text + "' is no id (0.." + std::to_string(PRESET_ID_MAX) + ")");
+  if (!id) throw Refusal("'" + text + "' is no id (0.." + std::to_string(PRESET_ID_MAX) + ")");
+  if (*id < 0 || *id > PRESET_ID_MAX) throw Refusal("id " + outside(text, *id, 0, PRESET_ID_MAX));
   return static_cast<int>(*id);
 }
 
@@ -228,7 +231,7 @@ std::vector<Option> withValues(std::vector<Option> options) {
 }
 
 const Option kPreset{Option::Argument, "PRESET", "An id, or a whole description"};
-const Option kId{Option::Argument, "ID", "Id from 0 to 128"};
+const Option kId{Option::Argument, "ID", "Id from 0 to 128", presetIdWords};
 
 }  // namespace
 
@@ -243,7 +246,7 @@ CommandGroup presetGroup() {
            {"preset delete", "Delete a preset", {kPreset}, remove},
            {"preset export",
             "Print all presets for an import",
-            {{Option::Value, kFormat, "csv (if none is given) or json"}},
+            {{Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}},
             exportAll},
            {"preset import",
             "Create and change presets from a CSV or JSON file, all or none",

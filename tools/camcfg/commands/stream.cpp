@@ -2,6 +2,7 @@
 #include "device/media_json.h"
 #include "device/stream_cache.h"
 #include "device/stream_change.h"
+#include "device/words.h"
 
 namespace camcfg::tool {
 namespace {
@@ -55,7 +56,8 @@ Answer allow(const Arguments& arguments) {
   return allowSources(arguments.text("ID"), arguments.texts("SOURCE"));
 }
 
-const Option kSource{Option::Argument, "SOURCE", "Id of a source that the cache allows"};
+const Option kSource{Option::Argument, "SOURCE", "Id of a source that the cache allows",
+                     allowedSourceWords};
 
 }  // namespace
 
@@ -66,7 +68,7 @@ CommandGroup streamGroup() {
            {"stream caches", "List the stream caches and the sources they carry", {}, caches},
            {"stream cache",
             "Change the sources of a stream cache",
-            {{Option::Argument, "ID", "Id of the cache"}},
+            {{Option::Argument, "ID", "Id of the cache", cacheIdWords}},
             nullptr},
            {"stream cache select", "Mark a source with \"Enable\", in place", {kSource}, select},
            {"stream cache default",

@@ -21,19 +21,18 @@ bool holds(const Copy& copy, const std::string& contents) {
   return copy.loads() && written(*copy.document) == contents;
 }
 
-// Tells how the copies are left.
-std::string putBack(const std::string& path, tinyxml2::XMLDocument& former) {
+}  // namespace
+
+Left putBack(const std::string& path, tinyxml2::XMLDocument& former) {
   const std::string contents = written(former);
-  if (holds(loadCopy(path), contents)) return "nothing was changed";
+  if (holds(loadCopy(path), contents)) return {true, "nothing was changed"};
   CFG_SaveFile(&former, argument(path), BU_FALSE);
   if (!holds(loadCopy(path), contents))
-    return "its former contents could not be put back; make room and run 'camcfg verify'";
+    return {false, "its former contents could not be put back; make room and run 'camcfg verify'"};
   if (!holds(loadCopy(backupOf(path)), contents))
-    return "its former contents are back, but not in " + backupOf(path);
-  return "its former contents are back";
+    return {false, "its former contents are back, but not in " + backupOf(path)};
+  return {true, "its former contents are back"};
 }
-
-}  // namespace
 
 void makeChange(const Change& change) {
   const Document former = requireDocument(change.path);
@@ -52,7 +51,7 @@ void makeChange(const Change& change) {
   }
   std::string fault = accepted ? "it did not arrive in " + change.path : "the library refused it";
   if (!complaint.empty()) fault += " (" + complaint + ")";
-  throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former));
+  throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former).text);
 }
 
 }  // namespace camcfg::tool

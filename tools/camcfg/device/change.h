@@ -25,6 +25,15 @@ struct Change {
 /// @throws Refusal  in every case but that both copies hold the change
 void makeChange(const Change& change);
 
+/// How a file is left that was to be put back.
+struct Left {
+  bool asItWas;
+  std::string text;  ///< "its former contents are back"
+};
+
+/// Writes former contents back into both copies of a file, if its main copy has others.
+Left putBack(const std::string& path, tinyxml2::XMLDocument& former);
+
 }  // namespace camcfg::tool
 
 #endif

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "frame/library_log.h"
+#include "frame/progress.h"
 #include "frame/status.h"
 
 namespace camcfg::tool {
@@ -78,6 +79,7 @@ const char* wordFor(State state) {
 }
 
 Copy loadCopy(const std::string& path) {
+  workingOn(path);
   Copy copy = examine(path);
   if (copy.state != State::Good) return copy;
   forgetComplaint();

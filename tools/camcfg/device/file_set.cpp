@@ -7,6 +7,7 @@
 #include <set>
 
 #include "device/directory.h"
+#include "frame/progress.h"
 #include "frame/status.h"
 
 namespace camcfg::tool {
@@ -104,8 +105,10 @@ FileSet surveyFiles() {
 
   FileSet set;
   set.anyBackup = !filesIn(CFG_DIR_BACKUP).empty();
-  for (const std::string& name : names)
+  for (const std::string& name : names) {
+    const Stage stage(name, set.files.size() + 1, names.size());
     set.files.push_back(survey(name, checkedAtStart.count(name) != 0));
+  }
   return set;
 }
 

@@ -3,6 +3,8 @@
 #include <camcfg/store.h>
 
 #include "device/change.h"
+#include "device/factory_values.h"
+#include "device/nearest.h"
 #include "device/network.h"
 #include "device/network_check.h"
 #include "device/network_field.h"
@@ -40,15 +42,12 @@ bool isLookedUpAs(const NetworkField& field, const XMLElement& element) {
   return std::string(element.Value()).rfind(field.name, 0) == 0;
 }
 
-// The file's own limits where it has any.
 void requireMtu(const XMLElement& element, const std::string& text, bool force) {
   const std::optional<long long> number = decimal(text);
   if (!number) throw Refusal("'" + text + "' is no decimal integer");
-  const int min = element.IntAttribute("Min", kSmallestMtu);
-  const int max = element.IntAttribute("Max", kLargestMtu);
+  const auto [min, max] = mtuLimits(element);
   if (!force && (*number < min || *number > max))
-    throw Refusal(text + " is outside " + std::to_string(min) + ".." + std::to_string(max) +
-                  "; '--force' sets it all the same");
+    throw Refusal(outside(text, *number, min, max) + "; '--force' sets it all the same");
 }
 
 void requireUsable(const NetworkField& field, const std::string& text, bool force) {
@@ -92,9 +91,10 @@ void requireOnlyFields(XMLElement& card) {
 
 // The record with a field's factory value; with its current one where there is no usable other.
 void putFactory(tagNETWORK_CFG_S& record, const NetworkField& field, const XMLElement& card,
-                const XMLElement& element, std::vector<std::string>& without) {
-  const char* factory = element.Attribute("Def");
-  if (factory != nullptr && field.put(record, factory)) return;
+                const XMLElement& element, const FactoryValues& values,
+                std::vector<std::string>& without) {
+  const std::optional<std::string> factory = values.of(element);
+  if (factory && field.put(record, *factory)) return;
   const char* current = element.Attribute("Cur");
   if (!field.put(record, current == nullptr ? "" : current))
     refuse(pathOf(card, field),
@@ -165,9 +165,10 @@ Answer resetCard(const std::string& name) {
   requireOnlyFields(card);
   tagNETWORK_CFG_S record{};
   std::vector<std::string> without;
+  const FactoryValues values;
   for (const NetworkField& field : networkFields())
     if (const XMLElement* element = childOf(card, field.name))
-      putFactory(record, field, card, *element, without);
+      putFactory(record, field, card, *element, values, without);
 
   Answer answer;
   answer.value = {{"card", name}, {"changed", apply(card, record)}};

@@ -8,6 +8,7 @@
 #include <optional>
 #include <type_traits>
 
+#include "device/nearest.h"
 #include "device/network_check.h"
 #include "frame/decimal.h"
 #include "frame/spelling.h"
@@ -100,6 +101,12 @@ bool isSameWord(const std::string& a, const std::string& b) {
 
 }  // namespace
 
+std::pair<int, int> mtuLimits(const tinyxml2::XMLElement& element) {
+  constexpr int kSmallest = 68;
+  constexpr int kLargest = 9216;
+  return {element.IntAttribute("Min", kSmallest), element.IntAttribute("Max", kLargest)};
+}
+
 const std::vector<NetworkField>& networkFields() {
   static const std::vector<NetworkField> fields = {
       wordField<&Record::enEnable, kSwitch>("Enable"),
@@ -137,7 +144,7 @@ std::string requireWord(const NetworkField& field, const std::string& text) {
     if (isSameWord(word, text)) return word;
     all += (all.empty() ? "" : ", ") + word;
   }
-  throw Refusal("'" + text + "' is none of " + all + didYouMean(text, field.words));
+  throw Refusal("'" + text + "' is none of " + all + nearestOf(text, field.words));
 }
 
 }  // namespace camcfg::tool

@@ -2,8 +2,10 @@
 #define CAMCFG_TOOL_DEVICE_NETWORK_FIELD_H
 
 #include <camcfg/network.h>
+#include <tinyxml2.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace camcfg::tool {
@@ -22,6 +24,9 @@ struct NetworkField {
 
   bool isNumber() const { return words.empty() && whyNotUsable == nullptr; }
 };
+
+/// From where to where an MTU is permitted: the file's own limits where it has any.
+std::pair<int, int> mtuLimits(const tinyxml2::XMLElement& element);
 
 /// All of them, in the order of the interface's documentation.
 const std::vector<NetworkField>& networkFields();

@@ -52,8 +52,7 @@ bool Parameter::isInteger() const {
   return text("Min") != nullptr || text("Max") != nullptr;
 }
 
-Json Parameter::value(const char* attribute) const {
-  const char* found = text(attribute);
+Json Parameter::shown(const char* found) const {
   if (found == nullptr) return nullptr;
   const std::optional<long long> number = isInteger() ? decimal(found) : std::nullopt;
   return number && *number >= INT_MIN && *number <= INT_MAX ? Json(*number) : Json(found);

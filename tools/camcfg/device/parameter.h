@@ -27,7 +27,9 @@ struct Parameter {
   const char* text(const char* attribute) const { return element->Attribute(attribute); }
   /// An attribute as an answer shows it: a number if an integer parameter has one there, the text
   /// as it stands otherwise, null if it is missing.
-  Json value(const char* attribute) const;
+  Json value(const char* attribute) const { return shown(text(attribute)); }
+  /// The same of a text that is none of its own; null for null.
+  Json shown(const char* text) const;
 };
 
 /// The parameters of "/cfg0/business_param.xml", looked up by their whole names, and by the

@@ -3,8 +3,10 @@
 #include <camcfg/params.h>
 #include <camcfg/store.h>
 
+#include <algorithm>
 #include <cctype>
 
+#include "device/nearest.h"
 #include "frame/decimal.h"
 #include "frame/status.h"
 
@@ -41,13 +43,18 @@ long long requireLimit(const Parameter& parameter, const char* attribute) {
   return limit;
 }
 
+// The library reports the step and does not enforce it, but a value between two is not meant.
+int stepOf(const Parameter& parameter) {
+  return parameter.element->IntAttribute("Step", 1);
+}
+
 int requireInRange(const Parameter& parameter, const std::string& text) {
   const long long min = requireLimit(parameter, "Min");
   const long long max = requireLimit(parameter, "Max");
   const std::optional<long long> number = decimal(text);
   if (!number) refuse(parameter, quoted(text) + " is no decimal integer");
   if (*number < min || *number > max)
-    refuse(parameter, text + " is outside " + std::to_string(min) + ".." + std::to_string(max));
+    refuse(parameter, outside(text, *number, min, max, stepOf(parameter)));
   return static_cast<int>(*number);
 }
 
@@ -73,10 +80,11 @@ void requirePermitted(const Parameter& parameter, const std::string& text, bool 
   if (found == nullptr)
     refuse(parameter, "it has neither Min, Max nor OptTxt, so the library permits no value");
   const std::string options = found;
+  const std::string nearest = nearestOf(text, textsIn(options));
   if (options.find(text) == std::string::npos)
-    refuse(parameter, quoted(text) + " is not among " + quoted(options));
+    refuse(parameter, quoted(text) + " is not among " + quoted(options) + nearest);
   if (!force && (text.empty() || !isWholeText(options, text)))
-    refuse(parameter, quoted(text) + " is only a part of one of " + quoted(options) +
+    refuse(parameter, quoted(text) + " is only a part of one of " + quoted(options) + nearest +
                           "; '--force' sets it all the same");
 }
 
@@ -111,6 +119,20 @@ Change textChange(const Parameter& parameter, const std::string& text, bool forc
   return change;
 }
 
+// The library's setters save each value by itself. Its documents, edited, are saved once.
+bool saveAll(const std::vector<ParameterValue>& values) {
+  const Document document(CFG_GetDocByFileName(argument(CFG_FILE_BUSINESS), BU_FALSE));
+  if (document == nullptr) return false;
+  for (const auto& [parameter, text] : values) {
+    tinyxml2::XMLElement* section =
+        CFG_GetBrotherElementByName(document->FirstChildElement(), parameter.section.c_str());
+    tinyxml2::XMLElement* element =
+        section == nullptr ? nullptr : section->FirstChildElement(parameter.name.c_str());
+    if (element != nullptr) element->SetAttribute("Cur", text.c_str());
+  }
+  return CFG_SaveFile(document.get(), argument(CFG_FILE_BUSINESS), BU_TRUE) == 0;
+}
+
 }  // namespace
 
 Change parameterChange(const Parameters& parameters, const Parameter& parameter,
@@ -118,6 +140,21 @@ Change parameterChange(const Parameters& parameters, const Parameter& parameter,
   requireReachable(parameters, parameter);
   return parameter.isInteger() ? integerChange(parameter, value)
                                : textChange(parameter, value, force);
+}
+
+Change parametersChange(const Parameters& parameters, const std::vector<ParameterValue>& values) {
+  Change whole{CFG_FILE_BUSINESS, "parameters", 0, nullptr, nullptr};
+  std::vector<Change> changes;
+  for (const auto& [parameter, text] : values) {
+    changes.push_back(parameterChange(parameters, parameter, text, false));
+    whole.growth += changes.back().growth;
+  }
+  whole.make = [values] { return saveAll(values); };
+  whole.arrived = [changes](tinyxml2::XMLDocument& document) {
+    return std::all_of(changes.begin(), changes.end(),
+                       [&](const Change& change) { return change.arrived(document); });
+  };
+  return whole;
 }
 
 Answer setParameter(const std::string& section, const std::string& name, const std::string& value,

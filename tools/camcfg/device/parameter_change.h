@@ -14,6 +14,16 @@ namespace camcfg::tool {
 Change parameterChange(const Parameters& parameters, const Parameter& parameter,
                        const std::string& value, bool force);
 
+/// A parameter and the value that it is to have.
+struct ParameterValue {
+  Parameter parameter;
+  std::string text;
+};
+
+/// The change that sets several parameters with one save; nothing is written yet.
+/// @throws Refusal  as above, over the first that cannot be set
+Change parametersChange(const Parameters& parameters, const std::vector<ParameterValue>& values);
+
 /// Sets the parameter of exactly this name: an integer within its "Min" and "Max", or a text of its
 /// "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless `force`.
 /// @return what was changed: section, name, type, before, value

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "device/change.h"
+#include "device/nearest.h"
 #include "frame/status.h"
 
 namespace camcfg::tool {
@@ -72,7 +73,7 @@ std::function<bool()> deletionOf(const Presets& presets, const Preset& preset) {
 std::string whyNotADescription(const std::string& text) {
   if (text.size() > kLongestDescription)
     return "the description has " + std::to_string(text.size()) + " bytes, the limit is " +
-           std::to_string(kLongestDescription);
+           std::to_string(kLongestDescription) + nearestOfLength(text, kLongestDescription);
   const auto steers = [](unsigned char c) { return c < 0x20 || c == 0x7f; };
   return std::any_of(text.begin(), text.end(), steers)
              ? "the description has a control character in it"

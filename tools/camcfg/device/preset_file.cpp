@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "device/nearest.h"
 #include "frame/csv.h"
 #include "frame/decimal.h"
 #include "frame/json_check.h"
@@ -40,7 +41,7 @@ void takeNumber(PresetRow& row, const std::string& name, const std::string& text
   if (!number)
     row.faults.push_back(name + " '" + text + "' is no decimal integer");
   else if (*number < Limits::min() || *number > Limits::max())
-    row.faults.push_back(name + " " + text + " does not fit into 32 bits");
+    row.faults.push_back(name + " " + outside(text, *number, Limits::min(), Limits::max()));
   else
     *numberOf(row.values, name) = static_cast<int>(*number);
 }

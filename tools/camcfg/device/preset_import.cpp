@@ -1,5 +1,6 @@
 #include "device/preset_import.h"
 
+#include "device/nearest.h"
 #include "device/preset_change.h"
 
 namespace camcfg::tool {
@@ -33,7 +34,7 @@ bool PresetImport::takeId(const PresetRow& row) {
     return false;
   }
   if (*id < 0 || *id > PRESET_ID_MAX) {
-    addFault(row, "id " + std::to_string(*id) + " is outside 0.." + std::to_string(PRESET_ID_MAX));
+    addFault(row, "id " + outside(std::to_string(*id), *id, 0, PRESET_ID_MAX));
     return false;
   }
   const auto [other, isNew] = places_.emplace(*id, row.place);

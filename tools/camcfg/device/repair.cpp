@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "frame/library_log.h"
+#include "frame/progress.h"
 
 namespace camcfg::tool {
 namespace {
@@ -68,6 +69,7 @@ std::string whyNotDone(const Repair& repair) {
 std::string carryOut(const Repair& repair) {
   std::string obstacle = obstacleTo(repair);
   if (!obstacle.empty()) return obstacle;
+  workingOn(repair.target());
   const std::string lock = pathOf(Place::Main, repair.name);
   if (cfgLockFile(lock.c_str()) != 0) return lastComplaint();
   // The library's save would empty the main copy, the only good one, before it rewrites the backup.

@@ -7,6 +7,7 @@
 
 #include "device/cache_losses.h"
 #include "device/change.h"
+#include "device/nearest.h"
 #include "device/stream_cache.h"
 #include "frame/decimal.h"
 #include "frame/library_console.h"
@@ -117,7 +118,7 @@ std::vector<int> requireSourceIds(const std::vector<std::string>& texts) {
   for (const std::string& text : texts) {
     const int id = requireId(text);
     if (id < 0 || id > kGreatestSourceId)
-      throw Refusal("source " + text + " is outside 0.." + std::to_string(kGreatestSourceId));
+      throw Refusal("source " + outside(text, id, 0, kGreatestSourceId));
     ids.push_back(id);
   }
   std::sort(ids.begin(), ids.end());

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "exchange/secrets.h"
+#include "frame/progress.h"
 
 namespace camcfg::tool {
 namespace {
@@ -61,7 +62,9 @@ std::vector<Transition> readDocument(const Json& document, Faults& faults) {
   checkVersion(whole);
   std::vector<Transition> transitions;
   Plan plan;
+  std::size_t number = 0;
   for (const Section& section : allSections()) {
+    const Stage stage(section.name, ++number, allSections().size());
     if (!document.is_object() || !document.contains(pointerTo(section))) continue;
     const Json before = section.load();
     const Json given = withKeptSecrets(document.at(pointerTo(section)), before);

@@ -8,6 +8,9 @@
 
 namespace camcfg::tool {
 
+/// What may be exported by itself: groups of sections, "live", and the sections, "live.srt".
+std::vector<std::string> exportNames();
+
 /// The settings of a device as one JSON document.
 /// @param names        sections, "live.srt", or groups of them, "live"; none: all
 /// @param withSecrets  whether passwords are in it

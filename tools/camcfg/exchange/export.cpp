@@ -4,29 +4,19 @@
 #include "exchange/exchange.h"
 #include "exchange/print.h"
 #include "exchange/secrets.h"
+#include "frame/progress.h"
 #include "frame/spelling.h"
 #include "frame/status.h"
 
 namespace camcfg::tool {
 namespace {
 
-// The groups of sections and the sections themselves.
-std::vector<std::string> knownNames() {
-  std::vector<std::string> names;
-  for (const Section& section : allSections()) {
-    const std::string group = section.name.substr(0, section.name.find('.'));
-    if (std::find(names.begin(), names.end(), group) == names.end()) names.push_back(group);
-    if (group != section.name) names.push_back(section.name);
-  }
-  return names;
-}
-
 bool isWithin(const Section& section, const std::string& name) {
   return section.name == name || section.name.find(name + ".") == 0;
 }
 
 void requireKnown(const std::vector<std::string>& names) {
-  const std::vector<std::string> known = knownNames();
+  const std::vector<std::string> known = exportNames();
   for (const std::string& name : names) {
     if (std::find(known.begin(), known.end(), name) != known.end()) continue;
     std::string list;
@@ -50,12 +40,24 @@ void tellFaults(const Section& section, const Json& value, Plan& plan, Answer& a
 
 }  // namespace
 
+std::vector<std::string> exportNames() {
+  std::vector<std::string> names;
+  for (const Section& section : allSections()) {
+    const std::string group = section.name.substr(0, section.name.find('.'));
+    if (std::find(names.begin(), names.end(), group) == names.end()) names.push_back(group);
+    if (group != section.name) names.push_back(section.name);
+  }
+  return names;
+}
+
 Answer exportSettings(const std::vector<std::string>& names, bool withSecrets) {
   requireKnown(names);
   Answer answer;
   answer.value = {{kVersionMember, kVersion}};
   Plan plan;
+  std::size_t number = 0;
   for (const Section& section : allSections()) {
+    const Stage stage(section.name, ++number, allSections().size());
     const bool wanted = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
       return isWithin(section, name);
     });

@@ -51,14 +51,16 @@ Change changeOf(const RecordSection<Record>& section, const Json& after) {
 
 template <typename Record>
 Section sectionOf(const RecordSection<Record>& section) {
-  return {section.name, [=] { return toJsonArray(section.load(), section.members); },
+  return {section.name,
+          [=] { return toJsonArray(section.load(), section.members); },
           [=](const Node& node, const Json&, Plan& plan) {
             return toJsonArray(readRecords(section, node, plan), section.members);
           },
           [=](const Json&, const Json& after) {
             return std::vector<Step>{stepOf(changeOf(section, after))};
           },
-          section.losses};
+          section.losses,
+          CFG_FILE_MPP};
 }
 
 /// Copies of the records that shared pointers lead to.

@@ -10,11 +10,13 @@ Json wordFor(const Words& words, std::int32_t value) {
 
 std::int32_t valueOf(const Words& words, const Node& node) {
   std::string list;
+  std::vector<std::string> texts;
   for (const Word& word : words) {
     if (word.json == node.value()) return word.value;
     list += (list.empty() ? "" : ", ") + word.json.dump();
+    if (word.json.is_string()) texts.push_back(word.json.get<std::string>());
   }
-  node.refuse("it must be one of " + list);
+  node.refuse("it must be one of " + list + node.nearestOf(texts));
   return words.front().value;
 }
 

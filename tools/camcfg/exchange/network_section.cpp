@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <cctype>
 
+#include "device/factory_values.h"
 #include "device/network.h"
 #include "device/network_check.h"
 #include "device/network_field.h"
+#include "exchange/factory.h"
 #include "exchange/section.h"
 #include "frame/decimal.h"
 #include "frame/status.h"
@@ -36,8 +38,7 @@ bool isIn(const std::vector<std::string>& words, const std::string& word) {
 }
 
 // A text of the file; one that is no value of its field stands as it is.
-Json valueOf(const NetworkField& field, const XMLElement& element) {
-  Json text = attributeOf(&element, "Cur");
+Json valueOf(const NetworkField& field, const Json& text) {
   if (text.is_null()) return text;
   const std::string word = text.get<std::string>();
   if (isSwitch(field) && isIn(field.words, word)) return word == field.words.back();
@@ -56,7 +57,7 @@ Json loadCard(XMLElement& card) {
   Json values = Json::object();
   for (const NetworkField& field : networkFields())
     if (const XMLElement* element = childOf(card, field.name))
-      values[memberOf(field)] = valueOf(field, *element);
+      values[memberOf(field)] = valueOf(field, attributeOf(element, "Cur"));
   return values;
 }
 
@@ -77,7 +78,7 @@ Json readWord(const NetworkField& field, const Node& node) {
     return node.value();
   std::string list;
   for (const std::string& word : field.words) list += (list.empty() ? "" : ", ") + word;
-  node.refuse("it must be one of " + list);
+  node.refuse("it must be one of " + list + node.nearestOf(field.words));
   return field.words.front();
 }
 
@@ -185,10 +186,48 @@ std::vector<Step> networkSteps(const Json& before, const Json& after) {
   return steps;
 }
 
+// Nothing of a document is at hand to which faults could be told.
+void checkSettable(const Json& before, const Json& after) {
+  Faults faults;
+  for (const auto& [name, card] : after.at(kCards).items()) {
+    if (card == before.at(kCards).at(name)) continue;
+    const Node node(card, memberPlace(memberPlace(kName, kCards), name), faults);
+    checkReachable(node, name);
+    recordOf(card, &node);
+  }
+  if (!faults.empty()) throw Refusal(faults.front().place + ": " + faults.front().reason);
+}
+
 }  // namespace
 
+Json resetNetwork(const Json& network, const FactoryValues& factory,
+                  std::vector<std::string>& without) {
+  const Network device;
+  Json after = network;
+  if (const auto hostname = factory.attributeOf(device.section(), "Hostname"))
+    after[kHostname] = *hostname;
+  for (XMLElement* card : device.cards())
+    for (const NetworkField& field : networkFields()) {
+      const XMLElement* element = childOf(*card, field.name);
+      if (element == nullptr) continue;
+      tagNETWORK_CFG_S record{};
+      const std::optional<std::string> value = factory.of(*element);
+      if (value && field.put(record, *value))
+        after[kCards][card->Value()][memberOf(field)] = valueOf(field, *value);
+      else
+        without.push_back(std::string("NetWork/") + card->Value() + "/" + field.name);
+    }
+  checkSettable(network, after);
+  return after;
+}
+
 Section networkSection() {
-  return {kName, loadNetwork, readNetwork, networkSteps, [] { return std::vector<std::string>(); }};
+  return {kName,
+          loadNetwork,
+          readNetwork,
+          networkSteps,
+          [] { return std::vector<std::string>(); },
+          CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool

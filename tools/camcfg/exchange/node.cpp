@@ -4,6 +4,7 @@
 #include <cctype>
 #include <limits>
 
+#include "device/nearest.h"
 #include "frame/spelling.h"
 
 namespace camcfg::tool {
@@ -80,8 +81,9 @@ std::int32_t Node::number(const Range& range) const {
   const bool fits =
       size >= static_cast<double>(range.least) && size <= static_cast<double>(range.most);
   if (!fits)
-    refuse(described(value_) + " is outside " + std::to_string(range.least) + ".." +
-           std::to_string(range.most));
+    refuse(outside(described(value_),
+                   size < static_cast<double>(range.least) ? INT64_MIN : INT64_MAX, range.least,
+                   range.most));
   else if (!value_.is_number_integer())
     refuse(described(value_) + " is no whole number");
   return fits ? value_.get<std::int32_t>() : 0;
@@ -97,6 +99,10 @@ bool Node::flag() const {
   return is(value_.is_boolean(), "true or false") && value_.get<bool>();
 }
 
+std::string Node::nearestOf(const std::vector<std::string>& texts) const {
+  return value_.is_string() ? tool::nearestOf(value_.get<std::string>(), texts) : "";
+}
+
 std::string Node::text(std::size_t most) const {
   if (!is(value_.is_string(), "a text")) return "";
   std::string text = value_.get<std::string>();
@@ -104,7 +110,7 @@ std::string Node::text(std::size_t most) const {
     refuse("it has a control character, which a file cannot hold");
   if (text.size() > most)
     refuse("it has " + std::to_string(text.size()) + " bytes; there is room for " +
-           std::to_string(most));
+           std::to_string(most) + nearestOfLength(text, most));
   return text;
 }
 

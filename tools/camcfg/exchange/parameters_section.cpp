@@ -1,6 +1,10 @@
+#include <camcfg/types.h>
+
 #include <cstdint>
 
+#include "device/factory_values.h"
 #include "device/parameter_change.h"
+#include "exchange/factory.h"
 #include "exchange/section.h"
 #include "frame/status.h"
 
@@ -10,12 +14,17 @@ namespace {
 constexpr char kName[] = "parameters";
 const Range kInteger{INT32_MIN, INT32_MAX};
 
-// Those that the library sets: none inside another one.
+// None inside another one.
+bool isSettable(const Parameter& parameter) {
+  return parameter.text("Cur") != nullptr && parameter.name.find('/') == std::string::npos;
+}
+
+// Those that the library sets.
 Json loadParameters() {
   const Parameters parameters;
   Json sections = Json::object();
   for (const Parameter& parameter : parameters.all()) {
-    if (parameter.text("Cur") == nullptr || parameter.name.find('/') != std::string::npos) continue;
+    if (!isSettable(parameter)) continue;
     Json& section = sections[parameter.section];
     if (!section.contains(parameter.name)) section[parameter.name] = parameter.value("Cur");
   }
@@ -32,10 +41,6 @@ std::string setText(const Json& value) {
   return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
-Change changeOf(const Parameters& parameters, const Parameter& parameter, const Json& value) {
-  return parameterChange(parameters, parameter, setText(value), false);
-}
-
 // A refusal without the place, which is told already, and without the option of another command.
 std::string reasonOf(const std::string& text, const std::string& path) {
   const std::size_t start = text.find(path + ": ") == 0 ? path.size() + 2 : 0;
@@ -47,7 +52,7 @@ Json readValue(const Node& node, const Parameters& parameters, const Parameter& 
   const std::size_t faults = node.faults();
   Json value = parameter.isInteger() ? Json(node.number(kInteger)) : Json(node.text());
   if (node.faults() == faults) try {
-      changeOf(parameters, parameter, value);
+      parameterChange(parameters, parameter, setText(value), false);
     } catch (const Refusal& refusal) {
       node.refuse(reasonOf(refusal.what(), parameter.path()));
     }
@@ -74,22 +79,37 @@ Json readParameters(const Node& node, const Json& before, Plan& /*plan*/) {
 
 std::vector<Step> parameterSteps(const Json& before, const Json& after) {
   const Parameters parameters;
-  std::vector<Step> steps;
+  std::vector<ParameterValue> changed;
   for (const auto& [section, values] : after.items())
-    for (const auto& [name, value] : values.items()) {
-      if (value == before.at(section).at(name)) continue;
-      Change change = changeOf(parameters, parameters.require(section, name), value);
-      change.what = memberPlace(memberPlace(kName, section), name);
-      steps.push_back(stepOf(change));
-    }
-  return steps;
+    for (const auto& [name, value] : values.items())
+      if (value != before.at(section).at(name))
+        changed.push_back({parameters.require(section, name), setText(value)});
+  if (changed.empty()) return {};
+  return {stepOf(parametersChange(parameters, changed))};
 }
 
 }  // namespace
 
+Json resetParameters(const Json& before, const FactoryValues& factory,
+                     const std::vector<Parameter>& wanted, std::vector<std::string>& without) {
+  Json after = before;
+  for (const Parameter& parameter : wanted) {
+    if (!isSettable(parameter)) continue;
+    if (const std::optional<std::string> value = factory.of(*parameter.element))
+      after[parameter.section][parameter.name] = parameter.shown(value->c_str());
+    else
+      without.push_back(parameter.path());
+  }
+  return after;
+}
+
 Section parametersSection() {
-  return {kName, loadParameters, readParameters, parameterSteps,
-          [] { return std::vector<std::string>(); }};
+  return {kName,
+          loadParameters,
+          readParameters,
+          parameterSteps,
+          [] { return std::vector<std::string>(); },
+          CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool

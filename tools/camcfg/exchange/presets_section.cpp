@@ -130,14 +130,16 @@ Json readPresets(const Node& node, const Json& before, Plan& /*plan*/) {
 
 Step deletion(int id) {
   const std::string what = elementPlace(kName, static_cast<std::size_t>(id));
-  return {what, [id] {
+  return {what, CFG_FILE_PRESET, 0, [id] {
             const Presets presets;
             if (const Preset* preset = presets.lookup(id)) deletePreset(presets, *preset);
           }};
 }
 
 Step storing(const std::vector<PresetValues>& changed) {
-  return {kName, [changed] {
+  std::size_t growth = 0;
+  for (const PresetValues& values : changed) growth += roomFor(values.json());
+  return {kName, CFG_FILE_PRESET, growth, [changed] {
             const Presets presets;
             std::vector<tagPRESET_CFG_S> records;
             records.reserve(changed.size());
@@ -164,7 +166,12 @@ std::vector<Step> presetSteps(const Json& before, const Json& after) {
 }  // namespace
 
 Section presetsSection() {
-  return {kName, loadPresets, readPresets, presetSteps, [] { return std::vector<std::string>(); }};
+  return {kName,
+          loadPresets,
+          readPresets,
+          presetSteps,
+          [] { return std::vector<std::string>(); },
+          CFG_FILE_PRESET};
 }
 
 }  // namespace camcfg::tool

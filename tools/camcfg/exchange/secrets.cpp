@@ -55,6 +55,14 @@ Json withMaskedSecrets(const Json& value, const std::string& place) {
   return withSecrets(value, masked);
 }
 
+Json withMaskedSides(Json differences) {
+  for (Json& difference : differences)
+    for (const char* side : {"before", "after"})
+      difference[side] =
+          withMaskedSecrets(difference[side], difference["place"].get<std::string>());
+  return differences;
+}
+
 Json withoutSecrets(const Json& value) {
   return withSecrets(value, [](const std::string&, const Json&) { return Json(); });
 }

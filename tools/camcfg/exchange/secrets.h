@@ -16,6 +16,9 @@ bool holdsSecrets(const Json& value);
 /// @param place  where the value stands; its last word is the name of a member
 Json withMaskedSecrets(const Json& value, const std::string& place = "");
 
+/// An array of differences, see differences.h, with the secrets on both sides replaced.
+Json withMaskedSides(Json differences);
+
 /// The value without the members that are secrets.
 Json withoutSecrets(const Json& value);
 

@@ -26,6 +26,8 @@ class Plan {
 /// One save of a file, or a few that belong together.
 struct Step {
   std::string what;                ///< what is written: "live.srt"
+  std::string path;                ///< main copy of the file
+  std::size_t growth;              ///< by how many bytes the file may grow at most
   std::function<void()> carryOut;  ///< throws a Refusal if it fails, see makeChange
 };
 
@@ -51,6 +53,8 @@ struct Section {
 
   /// What changing it will lose, a remark each.
   std::function<std::vector<std::string>()> losses;
+
+  const char* path;  ///< main copy of the file that it is in
 };
 
 /// All sections, in the order in which they are written.

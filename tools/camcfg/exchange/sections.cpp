@@ -16,7 +16,7 @@ std::vector<Section> collected() {
 }  // namespace
 
 Step stepOf(const Change& change) {
-  return {change.what, [change] { makeChange(change); }};
+  return {change.what, change.path, change.growth, [change] { makeChange(change); }};
 }
 
 const std::vector<Section>& allSections() {

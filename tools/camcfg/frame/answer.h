@@ -16,6 +16,8 @@ using Json = nlohmann::ordered_json;
 /// value at hand, "{found/main}" the member "main" of its member "found". "{channels:{id} {name}}"
 /// fills "{id} {name}" for each element of an array; "{default?, default}" is ", default" where
 /// the member is true and nothing where it is false.
+/// "{state!}" is the word for a state and coloured by what it means, "{before-}" a value that was
+/// and "{after+}" one that took its place; so are those in "{before} -> {after}" without a mark.
 using Template = std::string;
 
 /// A column of a table.

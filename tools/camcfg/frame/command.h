@@ -2,12 +2,23 @@
 #define CAMCFG_TOOL_FRAME_COMMAND_H
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "frame/answer.h"
 #include "frame/arguments.h"
 
 namespace camcfg::tool {
+
+/// A word that may stand in a place of a command line.
+struct Candidate {
+  std::string word;
+  std::string help{};  ///< what it stands for, in a few words; may be empty
+};
+
+/// Finds the words that may stand in a place. It throws a Refusal if the device cannot tell them.
+/// @param before  what is given on the command line in front of that place
+using Words = std::function<std::vector<Candidate>(const Arguments& before)>;
 
 /// Something that a command takes on its command line.
 struct Option {
@@ -21,10 +32,12 @@ struct Option {
     HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
     HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
     HostFiles,  ///< any number of those, to the end; one that cannot be read is told, not refused
+    OptionalHostFile,  ///< HostFile that may be left out
   };
   Kind kind;
   const char* name;
   const char* help;
+  Words words{};  ///< completes what stands there; none: the words that go by the option's name
 };
 
 /// One command of the tool. Help, parsing and dispatch are made from these records. A command below
@@ -35,6 +48,9 @@ struct Command {
   const char* help;  ///< one line
   std::vector<Option> options;
   std::function<Answer(const Arguments&)> run;  ///< none: only a heading for those below it
+  /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
+  Status whenRefused = Status::Refused;
+  bool hidden = false;  ///< for programs: neither in help nor completed
 };
 
 /// Commands that stand under one heading in the help text.

@@ -9,22 +9,20 @@
 #include <cerrno>
 #include <cstring>
 
+#include "frame/global_options.h"
 #include "frame/spelling.h"
 #include "frame/status.h"
 
 namespace camcfg::tool {
 namespace {
 
-constexpr char kRoot[] = "--root";
-constexpr char kJson[] = "--json";
-constexpr char kVerbose[] = "--verbose";
 constexpr char kVersion[] = "camcfg " CAMCFG_VERSION;
 
 constexpr char kCommandFooter[] = "'camcfg --help' lists the options that every command takes.";
 constexpr char kFooter[] =
     "Answers go to standard output, everything else to standard error.\n"
     "Exit status: 0 done, 1 refused or not found, 2 usage, 3 the device's files are unusable.\n"
-    "'camcfg COMMAND --help' tells what a command takes.";
+    "'camcfg help COMMAND' tells what a command takes, 'camcfg help' lists further topics.";
 
 HostFile read(const std::string& path) {
   const Descriptor file(path == "-" ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -56,12 +54,9 @@ class Parser {
   explicit Parser(const std::vector<CommandGroup>& groups) {
     app_.name("camcfg");
     app_.footer(kFooter);
-    app_.set_help_flag("-h,--help", "Show this help");
-    app_.set_version_flag("--version", kVersion, "Show the tool's version");
-    app_.add_option(kRoot, CLI::callback_t(), "Work on the device tree under DIR")
-        ->type_name("DIR");
-    addFlag(app_, kJson, "Answer in JSON");
-    addFlag(app_, "-v,--verbose", "Show what the library prints and logs");
+    app_.set_help_flag(kHelpOption.names(), kHelpOption.help);
+    app_.set_version_flag(kVersionOption.names(), kVersion, kVersionOption.help);
+    for (const GlobalOption& option : globalOptions()) add(option);
     app_.get_formatter()->column_width(30);
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app_.get_formatter()->label("Positionals", "Arguments");
@@ -71,12 +66,16 @@ class Parser {
       for (const Command& command : group.commands) add(command, group.title);
   }
 
+  std::string help(const std::string& command) const {
+    return command.empty() ? help(app_) : help(*apps_.at(command));
+  }
+
   Invocation parse(int argc, const char* const* argv) {
     Invocation invocation;
     try {
       app_.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-      invocation.text = app_.help();
+      invocation.text = help(selected());
       return invocation;
     } catch (const CLI::CallForVersion&) {
       invocation.text = std::string(kVersion) + "\n";
@@ -91,8 +90,15 @@ class Parser {
   }
 
  private:
-  static void addFlag(CLI::App& app, const char* name, const char* const help) {
+  static void addFlag(CLI::App& app, const std::string& name, const char* const help) {
     app.add_flag(name, help)->disable_flag_override();
+  }
+
+  void add(const GlobalOption& option) {
+    if (option.value == nullptr)
+      addFlag(app_, option.names(), option.help);
+    else
+      app_.add_option(option.names(), CLI::callback_t(), option.help)->type_name(option.value);
   }
 
   static void prepare(CLI::App& app) {
@@ -107,7 +113,7 @@ class Parser {
     const bool below = space != std::string::npos;
     CLI::App& parent = below ? *apps_.at(name.substr(0, space)) : app_;
     CLI::App* app = parent.add_subcommand(below ? name.substr(space + 1) : name, command.help);
-    app->group(below ? "Commands" : group);
+    app->group(command.hidden ? "" : below ? "Commands" : group);
     app->footer(kCommandFooter);
     prepare(*app);
     for (const Option& option : command.options) add(*app, option);
@@ -153,6 +159,23 @@ class Parser {
     return above.empty() ? app.get_name() : above + " " + app.get_name();
   }
 
+  // The same with what each of the commands takes, as it has to be typed.
+  static std::string usage(const CLI::App& app) {
+    if (app.get_parent() == nullptr) return app.get_name();
+    std::string words = usage(*app.get_parent()) + " " + app.get_name();
+    for (const CLI::Option* option : app.get_options())
+      if (option->get_positional()) words += " " + option->get_name(true);
+    return words;
+  }
+
+  static std::string help(const CLI::App& app) {
+    return app.get_formatter()->make_help(&app,
+                                          app.get_parent() == nullptr
+                                              ? app.get_name()
+                                              : usage(*app.get_parent()) + " " + app.get_name(),
+                                          CLI::AppFormatMode::Normal);
+  }
+
   [[noreturn]] void refuse(const std::string& text, const std::string& suggestion = "") const {
     const std::string command = path(selected());
     const std::string help = command.empty() ? "camcfg --help" : "camcfg " + command + " --help";
@@ -175,7 +198,7 @@ class Parser {
   static std::vector<std::string> commandsBelow(const CLI::App& app) {
     std::vector<std::string> names;
     for (const CLI::App* below : app.get_subcommands([](const CLI::App*) { return true; }))
-      names.push_back(below->get_name());
+      if (!below->get_group().empty()) names.push_back(below->get_name());
     return names;
   }
 
@@ -193,11 +216,24 @@ class Parser {
     if (found == commands_.end() || !found->second->run) refuse("a command is missing");
     invocation.command = found->second;
     if (app_.count(kRoot) != 0) invocation.root = textsOf(app_, kRoot).front();
+    if (app_.count(kColor) != 0) invocation.color = chosen(kColor);
     invocation.json = app_.count(kJson) != 0;
     invocation.verbose = app_.count(kVerbose) != 0;
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
       for (const Option& option : commands_.at(named)->options)
         if (named->count(option.name) != 0) give(invocation, option, textsOf(*named, option.name));
+  }
+
+  // What was chosen among the words that an option takes.
+  std::string chosen(const std::string& name) const {
+    const std::string& word = textsOf(app_, name.c_str()).back();
+    std::vector<std::string> words;
+    for (const GlobalOption& option : globalOptions())
+      if (option.name == name) words.assign(option.values.begin(), option.values.end());
+    if (std::find(words.begin(), words.end(), word) != words.end()) return word;
+    std::string all;
+    for (const std::string& each : words) all += (all.empty() ? "" : ", ") + each;
+    refuse(name + ": '" + word + "' is none of " + all, didYouMean(word, words));
   }
 
   static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {
@@ -210,15 +246,15 @@ class Parser {
     Arguments& arguments = invocation.arguments;
     if (option.kind == Option::HostDirectory)
       arguments.add(option.name, std::make_unique<HostDirectory>(texts.front()));
-    else if (option.kind == Option::HostFile)
+    else if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile)
       arguments.add(option.name, std::vector<std::string>{contentsOf(texts.front())});
     else if (option.kind == Option::HostFiles)
       arguments.add(option.name, readEach(texts));
     else
       arguments.add(option.name, texts);
   } catch (const Refusal& refusal) {
-    throw Refusal(std::string(invocation.command->name) + ": " + option.name + " " +
-                  refusal.what());
+    throw Refusal(invocation.command->whenRefused, std::string(invocation.command->name) + ": " +
+                                                       option.name + " " + refusal.what());
   }
 
   CLI::App app_{"Reads, changes and repairs the settings of a network video device."};
@@ -227,6 +263,10 @@ class Parser {
 };
 
 }  // namespace
+
+std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command) {
+  return Parser(groups).help(command);
+}
 
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv) {

@@ -17,6 +17,7 @@ struct Invocation {
   std::optional<std::string> root;  ///< directory of the device; none: this system is the device
   bool json = false;
   bool verbose = false;
+  std::string color = "auto";  ///< when answers are coloured: "auto", "always" or "never"
 };
 
 /// Reads a command line by the records of the commands.
@@ -24,6 +25,10 @@ struct Invocation {
 /// @throws Refusal with the status of a usage error
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv);
+
+/// What "--help" behind a command prints.
+/// @param command  the whole name of one of the commands; empty: the tool itself
+std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
 
 }  // namespace camcfg::tool
 

@@ -36,7 +36,7 @@ std::size_t distance(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-std::string didYouMean(const std::string& written, const std::vector<std::string>& words) {
+std::string nearestWord(const std::string& written, const std::vector<std::string>& words) {
   if (written.size() > kLongestWord) return "";
   const std::string sought = lowered(written);
   std::size_t least = 1 + std::max<std::size_t>(1, written.size() / 3);
@@ -48,7 +48,12 @@ std::string didYouMean(const std::string& written, const std::vector<std::string
     least = found;
     nearest = &word;
   }
-  return nearest == nullptr ? "" : "; did you mean '" + *nearest + "'?";
+  return nearest == nullptr ? "" : *nearest;
+}
+
+std::string didYouMean(const std::string& written, const std::vector<std::string>& words) {
+  const std::string nearest = nearestWord(written, words);
+  return nearest.empty() ? "" : "; did you mean '" + nearest + "'?";
 }
 
 }  // namespace camcfg::tool

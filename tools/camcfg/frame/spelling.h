@@ -6,6 +6,9 @@
 
 namespace camcfg::tool {
 
+/// The word that comes nearest to what was written; empty if none comes near.
+std::string nearestWord(const std::string& written, const std::vector<std::string>& words);
+
 /// "; did you mean 'WORD'?" with the word that comes nearest to what was written; empty if none
 /// comes near.
 std::string didYouMean(const std::string& written, const std::vector<std::string>& words);

@@ -14,6 +14,10 @@
 namespace camcfg::tool {
 namespace {
 
+constexpr char kName[] = "camcfg:";
+
+bool messagesAreColoured = false;
+
 // A configuration file must never be opened as descriptor 1 or 2 and be printed into.
 void occupyStandardDescriptors() {
   for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = open("/dev/null", O_RDWR)) {
@@ -51,8 +55,17 @@ void Streams::answer(const std::string& text) const {
     throw Refusal(std::string("standard output: ") + std::strerror(errno));
 }
 
-void Streams::message(const std::string& text) {
-  writeAll(STDERR_FILENO, "camcfg: " + printable(text) + "\n");
+bool Streams::answersToTerminal() const {
+  return isatty(answers_.get()) == 1;
+}
+
+void Streams::colourMessages(const std::string& when) {
+  messagesAreColoured = wantsColours(when, isatty(STDERR_FILENO) == 1);
+}
+
+void Streams::message(const std::string& text, Tone tone) {
+  const std::string name = messagesAreColoured ? coloured(kName, tone) : kName;
+  writeAll(STDERR_FILENO, name + " " + printable(withShortWords(text)) + "\n");
 }
 
 }  // namespace camcfg::tool

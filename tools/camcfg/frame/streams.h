@@ -4,6 +4,7 @@
 #include <string>
 
 #include "frame/descriptor.h"
+#include "frame/tone.h"
 
 namespace camcfg::tool {
 
@@ -21,8 +22,16 @@ class Streams {
   /// @throws Refusal if that is not possible
   void answer(const std::string& text) const;
 
+  /// Whether the tool's standard output is a terminal.
+  bool answersToTerminal() const;
+
+  /// Colours what is written to standard error from now on.
+  /// @param when  see wantsColours
+  static void colourMessages(const std::string& when);
+
   /// Writes "camcfg: TEXT" as one line to standard error.
-  static void message(const std::string& text);
+  /// @param tone  what it means, for the colour of its beginning
+  static void message(const std::string& text, Tone tone = Tone::Plain);
 
  private:
   Descriptor answers_;

@@ -1,5 +1,6 @@
 #include <iterator>
 
+#include "frame/progress.h"
 #include "lint/subject.h"
 
 namespace camcfg::tool::lint {
@@ -14,7 +15,9 @@ std::vector<Subject> allSubjects() {
 std::vector<Finding> lint(const std::vector<Source>& sources) {
   const std::vector<Subject> subjects = allSubjects();
   std::vector<Finding> all;
+  std::size_t number = 0;
   for (const Source& source : sources) {
+    const Stage stage(source.name, ++number, sources.size());
     Findings findings(source.name);
     for (const Subject& subject : subjects)
       if (subject.check != nullptr &&
