@@ -21,10 +21,6 @@ std::vector<std::string> knownNames() {
   return names;
 }
 
-bool isWithin(const Section& section, const std::string& name) {
-  return section.name == name || section.name.find(name + ".") == 0;
-}
-
 void requireKnown(const std::vector<std::string>& names) {
   const std::vector<std::string> known = knownNames();
   for (const std::string& name : names) {
