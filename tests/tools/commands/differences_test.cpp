@@ -1,3 +1,4 @@
+#include "tools/as_nobody.h"
 #include "tools/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -170,6 +171,17 @@ TEST_F(DiffTest, DocumentWithFaultsIsTroubleAndNotADifference) {
 TEST_F(DiffTest, OneOfBackupFactoryAndDocumentIsCompared) {
   EXPECT_EQ(diff({"--factory", "--backup"}),
             (ToolRun{2, "", "camcfg: diff: give one of '--backup', '--factory' and FILE\n"}));
+}
+
+TEST_F(DiffTest, UserWithoutPrivilegesMayCompare) {
+  change(kBusinessBackup, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
+  const Nobody nobody(device);
+  const std::string why = nobody.whyNotEnter();
+  if (!why.empty()) GTEST_SKIP() << why;
+  EXPECT_EQ(nobody.run({"diff"}), (ToolRun{1,
+                                           "PLACE                   MAIN  BACKUP\n"
+                                           "parameters.System.Rtsp  554   8554\n",
+                                           ""}));
 }
 
 TEST_F(DiffTest, NothingIsLeftAmongTheTemporaryFiles) {

@@ -355,13 +355,10 @@ TEST_F(VerifyTest, FileThatHoldsNoElementIsNamedSinceStartUpAcceptsIt) {
   write("<!-- nothing -->", nullptr, kGood);
   EXPECT_EQ(run({"verify", "--resync"}),
             (ToolRun{3,
-                     "FILE   MAIN        BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM
-"
-                     "x.xml  no-element  missing  good     yes       -          -
-",
+                     "FILE   MAIN        BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                     "x.xml  no-element  missing  good     yes       -          -\n",
                      "camcfg: verify: /cfg0/x.xml holds no element; move it away and run 'camcfg "
-                     "verify'
-"}));
+                     "verify'\n"}));
   EXPECT_FALSE(device.exists("/cfg1/x.xml"));
 }
 

@@ -16,7 +16,7 @@ constexpr char kKeepDamaged[] = "--keep-damaged";
 // A file that is not there has no copies.
 Json statesOf(const ConfigFile* file) {
   Json states;
-  for (const Place place : {Place::Main, Place::Backup, Place::Default})
+  for (const Place place : kPlaces)
     states[wordFor(place)] = wordFor(file == nullptr ? State::Missing : file->copy(place).state);
   return states;
 }

@@ -137,10 +137,6 @@ XMLElement& requireGroup(const ExplainedFile& file) {
   return *group;
 }
 
-bool isWordOfDigits(const std::string& word) {
-  return !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
-}
-
 Lookup lookupWord(XMLElement& group, const std::string& word) {
   if (!isWordOfDigits(word)) return lookupPreset(group, word);
   const long long id = *decimal(word);
@@ -209,10 +205,11 @@ Explanation explainPreset(const std::string& word) {
   };
   Explanation explanation{preset.label(), file.copies(find), {}, {file.told(lookup)}};
   const Json members = preset.json();
-  for (const auto& [member, ignored] : members.items()) {
-    explanation.values.push_back(file.value(
-        member, find, [&](XMLElement& element) { return presetOf(element).json().at(member); }));
-    explanation.values.back().permitted = permittedFor(member);
+  for (auto member = members.begin(); member != members.end(); ++member) {
+    const std::string name = member.key();
+    const auto take = [&](XMLElement& element) { return presetOf(element).json().at(name); };
+    explanation.values.push_back(file.value(name, find, take));
+    explanation.values.back().permitted = permittedFor(name);
   }
   return explanation;
 }

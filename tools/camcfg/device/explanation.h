@@ -11,8 +11,6 @@
 
 namespace camcfg::tool {
 
-constexpr std::array<Place, 3> kPlaces = {Place::Main, Place::Backup, Place::Default};
-
 /// A value in the three copies; null where a copy has none.
 struct ExplainedValue {
   std::string name;

@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_DEVICE_FILE_SET_H
 #define CAMCFG_TOOL_DEVICE_FILE_SET_H
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@ namespace camcfg::tool {
 
 /// Where the three copies of a file are.
 enum class Place { Main, Backup, Default };
+constexpr std::array<Place, 3> kPlaces = {Place::Main, Place::Backup, Place::Default};
 
 /// The word for a place in answers.
 const char* wordFor(Place place);

@@ -8,7 +8,6 @@
 namespace camcfg::tool {
 namespace {
 
-constexpr Place kPlaces[] = {Place::Main, Place::Backup, Place::Default};
 constexpr const char* kRequired[] = {CFG_FILE_BUSINESS, CFG_FILE_MPP, CFG_FILE_PRESET};
 
 bool isRequired(const std::string& name) {

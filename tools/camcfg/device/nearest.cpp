@@ -38,7 +38,7 @@ std::string nearestIs(const std::string& value) {
 std::string outside(const std::string& written, std::int64_t number, std::int64_t least,
                     std::int64_t most, std::int64_t step) {
   const std::string range = std::to_string(least) + ".." + std::to_string(most);
-  const std::string text = written + " is outside " + range;
+  std::string text = written + " is outside " + range;
   if (least > most) return text;
   return text +
          nearestIs(std::to_string(number < least ? least : greatestOnStep(least, most, step)));

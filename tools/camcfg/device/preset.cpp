@@ -27,10 +27,6 @@ std::optional<int> intOf(const XMLElement& element, const char* attribute) {
              : std::nullopt;
 }
 
-bool isWordOfDigits(const std::string& word) {
-  return !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
-}
-
 template <typename Value>
 Json valueOrNull(const std::optional<Value>& value) {
   return value ? Json(*value) : Json();
@@ -48,6 +44,10 @@ Json PresetValues::json() const {
 std::string Preset::label() const {
   const std::string name = id ? "preset " + std::to_string(*id) : "a preset without id";
   return description ? name + " '" + *description + "'" : name;
+}
+
+bool isWordOfDigits(const std::string& word) {
+  return !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
 }
 
 bool isPreset(const XMLElement& element) {

@@ -85,6 +85,9 @@ class Presets {
 /// The preset group of a document; null if it has none.
 tinyxml2::XMLElement* presetGroupOf(tinyxml2::XMLDocument& document);
 
+/// Whether a word that names a preset is an id.
+bool isWordOfDigits(const std::string& word);
+
 /// What a preset element holds.
 Preset presetOf(tinyxml2::XMLElement& element);
 

@@ -11,7 +11,7 @@ namespace {
 // The library opens whatever stands under a name that it checks, and would wait at a pipe for ever.
 void requireNoPipe(const FileSet& set) {
   for (const ConfigFile& file : set.files)
-    for (const Place place : {Place::Main, Place::Backup, Place::Default})
+    for (const Place place : kPlaces)
       if (file.copy(place).isPipe)
         throw Refusal(Status::Unusable, file.path(place) + " is a pipe; move it away");
 }

@@ -51,7 +51,7 @@ void tellTrouble(Answer& answer) {
     const auto reason = trouble["reason"].get<std::string>();
     std::string& list = places[reason];
     if (list.empty()) reasons.push_back(reason);
-    list += (list.empty() ? "" : ", ") + trouble["place"].get<std::string>();
+    list.append(list.empty() ? "" : ", ").append(trouble["place"].get<std::string>());
   }
   for (const std::string& reason : reasons)
     answer.notes.push_back("not compared: " + places[reason] + ": " + reason);

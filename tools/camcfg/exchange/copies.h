@@ -10,7 +10,7 @@
 namespace camcfg::tool {
 
 /// A section of some copy of its file, or why there is none.
-struct CopiedSection {
+struct CopiedSection {  // NOLINT(bugprone-exception-escape): moving a Json throws none
   Json value;
   std::string fault;  ///< "/cfg1/mpp_cfg.xml is missing"; empty if there is a value
 };

@@ -52,6 +52,10 @@ void checkVersion(const Node& document) {
 
 }  // namespace
 
+bool isWithin(const Section& section, const std::string& name) {
+  return section.name == name || section.name.find(name + ".") == 0;
+}
+
 Json::json_pointer pointerTo(const Section& section) {
   return Json::json_pointer(slashed(section.name));
 }

@@ -18,6 +18,9 @@ constexpr int kVersion = 1;
 /// Where a section stands in a document.
 Json::json_pointer pointerTo(const Section& section);
 
+/// Whether a section is of this name, or in the group of this name: "live.srt" in "live".
+bool isWithin(const Section& section, const std::string& name);
+
 /// A section before an import and after it.
 struct Transition {
   const Section* section;

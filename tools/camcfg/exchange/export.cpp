@@ -11,10 +11,6 @@
 namespace camcfg::tool {
 namespace {
 
-bool isWithin(const Section& section, const std::string& name) {
-  return section.name == name || section.name.find(name + ".") == 0;
-}
-
 void requireKnown(const std::vector<std::string>& names) {
   const std::vector<std::string> known = exportNames();
   for (const std::string& name : names) {

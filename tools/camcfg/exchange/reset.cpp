@@ -86,7 +86,7 @@ class Reset {
 std::vector<const Section*> exportedSections(const std::string& name) {
   std::vector<const Section*> found;
   for (const Section& section : allSections())
-    if (section.name == name || section.name.find(name + ".") == 0) found.push_back(&section);
+    if (isWithin(section, name)) found.push_back(&section);
   return found;
 }
 

@@ -93,8 +93,7 @@ class Sessions {
       if (indexes_[i].empty()) continue;
       const Json& stored = copies_[i].value[indexes_[i].front()];
       const Json record = showSecrets ? stored : withMaskedSecrets(stored);
-      for (const auto& [name, value] : record.items())
-        valueOf(values, name).in[i] = value;
+      for (const auto& [name, value] : record.items()) valueOf(values, name).in[i] = value;
     }
     return values;
   }
