@@ -67,9 +67,9 @@ void tellUnlikeFiles(Answer& answer, const std::set<std::string>& compared, Plac
   for (const std::string& path : compared) {
     const std::string copy = pathOf(other, nameOf(path));
     if (!sameContents(loadCopy(path), loadCopy(copy)))
-      answer.notes.push_back("note: " + path + " and " + copy +
-                             " have the same settings, but differ in what is none, such as limits "
-                             "or comments");
+      answer.notes.push_back(std::string("note: ").append(path).append(" and ").append(copy).append(
+          " have the same settings, but differ in what is none, "
+          "such as limits or comments"));
   }
 }
 
