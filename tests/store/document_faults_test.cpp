@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <cerrno>
 #include <memory>
 
@@ -6,6 +8,10 @@
 #include "support/expected_leaks.h"
 #include "support/interposed_calls.h"
 #include "support/quick_saves.h"
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
 
 namespace camcfg::tests {
 namespace {
@@ -79,6 +85,43 @@ TEST_F(DocumentFaultsTest, LockThatCannotBeHadIsReportedByItsWarningOnly) {
                               "Lock /cfg0/business_param.xml timeout, a deadlock may exist!")));
     EXPECT_TRUE(isUnlocked(kPath));
   }
+}
+
+// Bytes that the process has allocated and not freed.
+std::size_t bytesInUse() {
+#ifdef __SANITIZE_ADDRESS__
+  return __sanitizer_get_current_allocated_bytes();
+#else
+  return mallinfo2().uordblks;
+#endif
+}
+
+TEST_F(DocumentFaultsTest, LockThatCannotBeHadLeavesTheDocumentMadeForItUndeleted) {
+  constexpr std::size_t kAttempts = 100;
+  const ExpectedLeaks abandoned;
+  calls->timedLock = [](pthread_mutex_t*, const timespec*) { return ETIMEDOUT; };
+  captureOutput([&] {
+    open(BU_TRUE);  // takes what is taken once
+    const std::size_t before = bytesInUse();
+    for (std::size_t i = 0; i < kAttempts; ++i) {
+      log.clear();
+      EXPECT_EQ(open(i % 2 == 0 ? BU_TRUE : BU_FALSE), nullptr);
+    }
+    EXPECT_GE(bytesInUse(), before + kAttempts * sizeof(XMLDocument));
+  });
+}
+
+TEST_F(DocumentFaultsTest, FileThatDoesNotLoadLeavesNoDocumentBehind) {
+  constexpr std::size_t kAttempts = 100;
+  device.write(kPath, "<A>");
+  open(BU_TRUE);
+  log.clear();
+  const std::size_t before = bytesInUse();
+  for (std::size_t i = 0; i < kAttempts; ++i) {
+    log.clear();
+    EXPECT_EQ(open(i % 2 == 0 ? BU_TRUE : BU_FALSE), nullptr);
+  }
+  EXPECT_LT(bytesInUse(), before + kAttempts / 2 * sizeof(XMLDocument));
 }
 
 TEST_F(DocumentFaultsTest, DocumentThatCannotBeMadeIsReportedAndNoLockIsTaken) {
