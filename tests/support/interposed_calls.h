@@ -16,6 +16,7 @@ namespace camcfg::tests {
 struct InterposedCalls {
   std::function<std::optional<ssize_t>(std::size_t& size)> copyFileRange;
   std::function<std::optional<int>(pthread_mutex_t*, const timespec*)> timedLock;
+  std::function<void(pthread_mutex_t*)> beforeUnlock;
   std::function<bool(const char* directory)> refusesToOpen;
   std::function<void(dirent&)> entryRead;
 };
