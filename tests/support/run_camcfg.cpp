@@ -112,10 +112,9 @@ ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function
                   const std::string& program) {
   return runCommand(commandLine(program.empty() ? CAMCFG_TOOL : program, arguments), [&] {
     // The option may stand in a line that is to be completed.
-    const bool entersRoot =
-        std::any_of(arguments.begin(), arguments.end(), [](const std::string& argument) {
-          return argument.find("--root") != std::string::npos;
-        });
+    const bool entersRoot = std::any_of(
+        arguments.begin(), arguments.end(),
+        [](const std::string& argument) { return argument.find("--root") != std::string::npos; });
     if (entersRoot) leaveLeaksUnchecked();
     if (inChild) inChild();
   });
