@@ -19,7 +19,8 @@ class ShortMemoryTest : public LiveMediaTest {
                  "' username='" + text + "'>" + channels +
                  "</Target></RTMP><NDI><Instance Id='1' " + "GroupName='" + text + "'>" + channels +
                  "</Instance></NDI><SRT>" + "<Instance Id='1' Mode='Caller' Port='1' Hostname='" +
-                 text + "'><Stream Id='" + text + "'>" + channels + "</Stream></Instance></SRT>");
+                 text + "'><Stream Id='" + text + "'>" + channels + "</Stream></Instance></SRT>" +
+                 deeplyNested());  // saving needs memory as well
   }
 
   // `call` returns one of the family's results.

@@ -88,13 +88,14 @@ class ShortMemoryTest : private QuickSaves,
 };
 
 TEST_P(ShortMemoryTest, FailsWithTheDocumentDroppedAndTheFileUnlocked) {
-  // The first run makes the lists and the lock's record.
-  device.write(CFG_FILE_MPP, kFile);
+  // The first run makes the lists and the lock's record. Nested so deep, the document needs memory
+  // to be saved as well.
+  device.write(CFG_FILE_MPP, kFile + deeplyNested());
   EXPECT_EQ(GetParam().run(), 0);
   underEachShortage(GetParam().run, [this](bool failed, int result) {
     EXPECT_EQ(result, failed ? CFG_MPP_ERR : 0);
     ASSERT_EQ(state(), "closed, unlocked");
-    device.write(CFG_FILE_MPP, kFile);
+    device.write(CFG_FILE_MPP, kFile + deeplyNested());
   });
 }
 
