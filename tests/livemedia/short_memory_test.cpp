@@ -25,9 +25,9 @@ class ShortMemoryTest : public LiveMediaTest {
                  deeplyNested());  // saving needs memory as well
   }
 
-  // `call` returns one of the family's results.
+  // `call` returns one of the family's results. What was printed meanwhile.
   template <typename Call>
-  void expectEachShortageToFailAndLeaveNothingBehind(
+  std::string expectEachShortageToFailAndLeaveNothingBehind(
       Call call, const std::string& stateOnSuccess = "closed, unlocked") {
     const std::string printed = captureOutput([&] {
       underEachShortage(call, [&](bool struck, std::int32_t result) {
@@ -38,14 +38,16 @@ class ShortMemoryTest : public LiveMediaTest {
       });
     });
     EXPECT_FALSE(HasFailure()) << printed;
+    return printed;
   }
 
   template <typename List>
   void expectLoadToFail(std::int32_t (*loader)(List&)) {
-    expectEachShortageToFailAndLeaveNothingBehind([loader] {
+    const std::string printed = expectEachShortageToFailAndLeaveNothingBehind([loader] {
       List list;
       return loader(list);
     });
+    EXPECT_THAT(printed, testing::Not(testing::HasSubstr("has not been locked")));
   }
 };
 

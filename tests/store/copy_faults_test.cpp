@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -120,7 +121,7 @@ TEST_F(CopyFaultsTest, WithoutTheKernelsHelpWhatIsReadAndWrittenInPartIsComplete
     return std::nullopt;
   };
   calls->write = [](std::size_t& size) -> std::optional<ssize_t> {
-    size = std::min<std::size_t>(size, 777);
+    if (size > 1) --size;  // so that a single byte is left each time
     return std::nullopt;
   };
   const int result = cfgSyncCfgFile("/from", "/to");
@@ -141,7 +142,10 @@ TEST_F(CopyFaultsTest, WithoutTheKernelsHelpAReadOrWriteThatFailsFailsTheCopy) {
   calls->read = nullptr;
   calls->write = fails;
   const int unwritten = cfgSyncCfgFile("/from", "/to");
-  calls->write = [](std::size_t&) { return 0; };
+  calls->write = [](std::size_t&) {
+    errno = EINTR;  // means nothing where no error is reported
+    return 0;
+  };
   const int nothingWritten = cfgSyncCfgFile("/from", "/to");
   calls->write = nullptr;
   EXPECT_EQ(unread, 256);
@@ -165,6 +169,19 @@ TEST_F(CopyFaultsTest, DestinationThatCannotBeClosedFailsTheCopyAndIsNotClosedAg
   EXPECT_EQ(result, 256);
   ASSERT_EQ(closed.size(), 1u);
   EXPECT_EQ(close(closed[0]), 0);
+}
+
+TEST_F(CopyFaultsTest, AnEarlierErrorDoesNotKeepAFileInADirectoryFromBeingReplaced) {
+  device.write("/cfg0/from", "older");
+  errno = ENOENT;
+  EXPECT_EQ(cfgSyncCfgFile("/from", "/cfg0"), 0);
+  EXPECT_TRUE(device.read("/cfg0/from") == contents);
+}
+
+TEST_F(CopyFaultsTest, WithoutStandardInputItsDescriptorIsUsedAndClosedAgain) {
+  close(STDIN_FILENO);
+  EXPECT_EQ(cfgSyncCfgFile("/from", "/to"), 0);
+  EXPECT_EQ(::open("/", O_RDONLY), STDIN_FILENO);
 }
 
 TEST_F(CopyFaultsTest, SourceWhoseKindIsNotKnownIsNotCopied) {

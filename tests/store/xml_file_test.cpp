@@ -121,5 +121,16 @@ TEST_F(XmlFileTest, DescriptorThatNoStreamCanBeMadeOfIsClosedAndCountsAsAShortag
   EXPECT_FALSE(saved);
 }
 
+TEST_F(XmlFileTest, SoIsStandardInputsWhereThatIsClosed) {
+  device.write("/x", "<A/>");
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  calls->refusesAStream = [] { return true; };
+  EXPECT_EQ(loadXml(document, "/x"), Load::Shortage);
+  EXPECT_EQ(open("/", O_RDONLY), STDIN_FILENO);
+  dup2(input, STDIN_FILENO);
+  close(input);
+}
+
 }  // namespace
 }  // namespace camcfg::tests
