@@ -61,8 +61,9 @@ class NewPresetTest : public ShortMemoryTest {
     tagPRESET_CFG_S record = preset(2, "Door");
     log.clear();
     const ScarceMemory memory(allocation, Shortage::OneAllocation);
-    CFG_PRESET_SetParam(&record);
+    const int result = CFG_PRESET_SetParam(&record);
     struck = memory.struck();
+    EXPECT_EQ(result, struck ? -1 : 0);
     return log.records();
   }
 };

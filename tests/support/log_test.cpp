@@ -72,6 +72,12 @@ TEST(LogToStandardErrorTest, RecordIsALineWithItsLevelInFront) {
             "<6>[f:3] \n");
 }
 
+TEST(LogToStandardErrorTest, WhatStandsBeforeAnEmptyTextIsNotLookedAt) {
+  static constexpr char kLineBreak[] = "\n";
+  EXPECT_EQ(captureErrors([] { logToStandardError(Level::Info, "[f:3] ", kLineBreak + 1); }),
+            "<6>[f:3] \n");
+}
+
 TEST(LogToStandardErrorTest, StandardOutputStaysClean) {
   EXPECT_EQ(captureOutput([] {
               captureErrors([] { logToStandardError(Level::Error, "[f:1] ", "text\n"); });
