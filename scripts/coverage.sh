@@ -16,12 +16,12 @@ readonly build=build-coverage
 
 scripts/install-packages.sh build tool test cover
 cmake --preset coverage
-mapfile -t targets < <(printf 'tests/%s/all\n' "${tests[@]}")
+mapfile -t targets < <(printf 'tests/%s/all\n' "${tests[@]}" && echo without_logger_test)
 cmake --build --preset coverage --target "${targets[@]}"
 
 # Counts of an earlier build do not fit the programs of this one.
 find "$build" -name '*.gcda' -delete
-programs=$(IFS='|' && echo "${tests[*]}|footprint")
+programs=$(IFS='|' && echo "${tests[*]}|footprint|without_logger")
 ctest --preset coverage --tests-regex "^($programs)(_[a-z]+)?_test\\." \
   --parallel $((2 * $(nproc))) >"$build/ctest.log" || {
   tail -n 50 "$build/ctest.log"

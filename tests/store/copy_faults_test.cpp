@@ -75,6 +75,17 @@ TEST_F(CopyFaultsTest, KernelThatCopiesNothingOfAFileWithContentsIsHelpedOut) {
   expectCopied();
 }
 
+TEST_F(CopyFaultsTest, KernelThatCopiesNothingOfAFileThatCannotBeReadFailsTheCopy) {
+  calls->copyFileRange = [](std::size_t&) { return 0; };
+  calls->read = [](std::size_t&) {
+    errno = EIO;
+    return -1;
+  };
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->read = nullptr;
+  EXPECT_EQ(result, 256);
+}
+
 TEST_F(CopyFaultsTest, KernelThatCopiesPieceByPieceIsAskedUntilAllIsThere) {
   calls->copyFileRange = [&](std::size_t& size) {
     size = std::min<std::size_t>(size, 1000);
