@@ -30,6 +30,8 @@ DECLARING = {
     "friend", "if", "inline", "namespace", "private", "protected", "public", "static",
     "static_assert", "struct", "switch", "template", "try", "typedef", "using", "virtual", "while",
 }
+# From the one to the other, a change would not compile, or change nothing in the library.
+COMPILE_TIME = {"static_assert": ";", "__attribute__": ")"}
 LEAVING = {"break", "continue", "return"}
 DECLARATION = re.compile(r"(?!delete\b|throw\b|return\b)[\w:]+(?:<[^;=]*>)?(?:\s*[*&]+\s*|\s+)\w")
 # Such a result is the default anyway, or becomes it by another change.
@@ -90,17 +92,16 @@ class Source:
         ]
         return found + list(self._of_statements())
 
-    # Changes there would not compile, or change nothing in the library.
     def _compile_time_tokens(self) -> set[int]:
         passed_over = set()
         until = None
         for index, token in enumerate(self.tokens):
-            if token.text in ("static_assert", "extern", "__attribute__") and until is None:
-                until = ";" if token.text == "static_assert" else ")" if "_" in token.text else "\""
-            if until is not None:
+            until = until or COMPILE_TIME.get(token.text)
+            names_a_language = index > 0 and self.tokens[index - 1].text == "extern"
+            if until is not None or names_a_language:
                 passed_over.add(index)
-                if token.text.startswith(until):
-                    until = None
+            if token.text == until:
+                until = None
         return passed_over
 
     def _of_token(self, index: int, token: Token) -> Iterator[Change]:
@@ -117,7 +118,8 @@ class Source:
                 yield self._replace(token, "letter", changed + token.text[place + 1 :])
 
     def _of_operator(self, index: int, token: Token) -> Iterator[Change]:
-        spaced = self.text[token.start - 1].isspace() and self.text[token.end : token.end + 1].isspace()
+        before, behind = self.text[token.start - 1], self.text[token.end : token.end + 1]
+        spaced = before.isspace() and behind.isspace()
         if spaced and self.tokens[index - 1].text != "template":
             for new in BINARY.get(token.text, []):
                 kind = "logic" if token.text in ("&&", "||") else "operator"
@@ -159,7 +161,7 @@ class Source:
         for index, token in enumerate(self.tokens[:-1]):
             before = self.tokens[index - 1].text if index else ""
             if token.text == "(":
-                opened.append(before in ("if", "for", "while") or before == "constexpr")
+                opened.append(before in ("if", "constexpr", "for", "while"))
             elif token.text == ")":
                 if opened and opened.pop():
                     yield index + 1, True

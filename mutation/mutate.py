@@ -192,7 +192,8 @@ def run(project: Project, count: int, seed: int, again: bool = False,
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(description="Tells whether tests notice changes in the library.")
+    parser = argparse.ArgumentParser(
+        description="Tells whether the tests notice changes in the library.")
     parser.add_argument("--count", type=int, default=300, help="changes to make (300)")
     parser.add_argument("--seed", type=int, default=1, help="which of all possible ones (1)")
     parser.add_argument("--again", action="store_true",

@@ -24,7 +24,8 @@ class ChangesTest(unittest.TestCase):
         self.assertEqual(changed_lines("bool b = x == y;"), {"bool b = x != y;"})
 
     def test_conditions_signs_truths_and_constants_are_changed(self) -> None:
-        self.assertEqual(changed_lines("bool b = !x && y;"), {"bool b = x && y;", "bool b = !x || y;"})
+        self.assertEqual(changed_lines("bool b = !x && y;"),
+                         {"bool b = x && y;", "bool b = !x || y;"})
         self.assertEqual(changed_lines("int i = a + b;"), {"int i = a - b;"})
         self.assertEqual(changed_lines("bool b = true;"), {"bool b = false;"})
         self.assertEqual(changed_lines("int i = 8;"), {"int i = 9;", "int i = 7;"})
@@ -62,7 +63,8 @@ class SampleTest(unittest.TestCase):
                Source("store/short.cpp", "int a = 1 + 2;\n" * 10)]
 
     def test_files_share_by_their_lines(self) -> None:
-        self.assertEqual(mutate.shares(self.sources, 8), {"store/long.cpp": 6, "store/short.cpp": 2})
+        self.assertEqual(mutate.shares(self.sources, 8),
+                         {"store/long.cpp": 6, "store/short.cpp": 2})
         self.assertEqual(sum(mutate.shares(self.sources, 7).values()), 7)
 
     def test_the_seed_alone_decides(self) -> None:

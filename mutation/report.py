@@ -3,6 +3,7 @@ import collections
 import dataclasses
 import json
 import pathlib
+from typing import Callable
 
 from changes import Change
 from explained import Explanation, reason_for
@@ -31,9 +32,8 @@ def load(path: pathlib.Path) -> list[Outcome]:
 
 
 def survivor_line(change: Change) -> str:
-    if change.kind == "statement":
-        return f"{change.file}:{change.line}: removed a statement: {change.before} -> {change.after}"
-    return f"{change.file}:{change.line}: {change.before} -> {change.after}"
+    removed = "removed a statement: " if change.kind == "statement" else ""
+    return f"{change.file}:{change.line}: {removed}{change.before} -> {change.after}"
 
 
 def rate(caught: int, count: int) -> float:
@@ -49,9 +49,9 @@ def print_table(headings: list[str], rows: list[list[str]]) -> None:
     print()
 
 
-def print_by(heading: str, key, outcomes: list[Outcome],
+def print_by(heading: str, key: Callable[[Outcome], str], outcomes: list[Outcome],
              explanations: list[Explanation]) -> None:
-    groups = collections.defaultdict(list)
+    groups: dict[str, list[Outcome]] = collections.defaultdict(list)
     for outcome in outcomes:
         groups[key(outcome)].append(outcome)
     rows = [row_of(name, groups[name], explanations) for name in sorted(groups)]
