@@ -2,7 +2,7 @@
 # Measures what the library costs beside the same done by hand, and beside its peers.
 #
 #   scripts/bench.sh            prints the tables, draws the growth curves into build-bench/
-#   scripts/bench.sh --publish  draws them into docs/, which docs/performance.md shows
+#   scripts/bench.sh --publish  puts both into docs/performance.md and beside it
 #   scripts/bench.sh --check    counts the instructions of the calls that have a limit, and no more
 #
 # Fails when a call costs more instructions than it may, or grows faster than its file. Times are
@@ -87,16 +87,32 @@ if [[ ${1:-} == --check ]]; then
   exit
 fi
 
+measure() {
+  local curves=$1
+  scripts/describe-machine.sh scripts/bench.sh
+  python3 bench/report.py tables build-bench/timings.json build-bench/peers.json "$curves"
+  rm -rf build-bench/device
+  mkdir -p build-bench/device/{cfg0,cfg1,app/resource}
+  cp -r resource/. build-bench/device/app/resource
+  build-bench/camcfg --root build-bench/device verify >build-bench/verify.log
+  python3 bench/report.py start build-bench/camcfg build-bench/device
+  count_all "$limited"$'\n'"$growing"
+}
+
+# The figures take the place of all that follows their heading.
+publish() {
+  local document=docs/performance.md
+  measure docs | tee build-bench/figures.md
+  {
+    sed '/^## Figures$/q' $document
+    printf '\n'
+    cat build-bench/figures.md
+  } >build-bench/performance.md
+  cp build-bench/performance.md $document
+}
+
 cmake --build --preset bench \
   --target camcfg-tool camcfg-instructions camcfg-timings camcfg-peers
 build-bench/bench/camcfg-timings build-bench/timings.json --benchmark_min_time=0.02
 build-bench/bench/camcfg-peers >build-bench/peers.json
-target=build-bench
-if [[ ${1:-} == --publish ]]; then target=docs; fi
-python3 bench/report.py tables build-bench/timings.json build-bench/peers.json "$target"
-rm -rf build-bench/device
-mkdir -p build-bench/device/{cfg0,cfg1,app/resource}
-cp -r resource/. build-bench/device/app/resource
-build-bench/camcfg --root build-bench/device verify >build-bench/verify.log
-python3 bench/report.py start build-bench/camcfg build-bench/device
-count_all "$limited"$'\n'"$growing"
+if [[ ${1:-} == --publish ]]; then publish; else measure build-bench; fi

@@ -29,16 +29,6 @@ build() {
     cmake --build --preset "$preset" --target "$@"
 }
 
-
-describe_machine() {
-  local processor memory
-  processor=$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -n 1)
-  memory=$(awk '/^MemTotal/ { printf "%.0f", $2 / 1048576 }' /proc/meminfo)
-  printf '%s; %s, %s processors, %s GiB, Linux %s; scripts/torture.sh %s\n\n' \
-    "$(date -u +%Y-%m-%d)" "${processor:-$(uname -m)}" "$(nproc)" "$memory" "$(uname -r)" \
-    "${length[*]}"
-}
-
 failed=()
 
 run() {
@@ -58,7 +48,7 @@ fi
 build test "${chosen[@]}" || exit 1
 build tsan camcfg-threads || exit 1
 
-describe_machine
+scripts/describe-machine.sh "scripts/torture.sh" "${length[@]}"
 for program in "${chosen[@]}"; do run "build-test/torture/$program"; done
 run build-tsan/torture/camcfg-threads
 

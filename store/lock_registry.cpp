@@ -16,7 +16,6 @@ pthread_mutex_t g_lockMapFileLock = PTHREAD_MUTEX_INITIALIZER;
 
 namespace {
 
-using camcfg::Level;
 using camcfg::Place;
 
 constexpr int kTimeoutSeconds = 10;

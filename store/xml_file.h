@@ -18,8 +18,7 @@ enum class Load {
 Load loadXml(tinyxml2::XMLDocument& document, const char* path);
 
 /// Writes a document to a file, not compact; the outcome stands in the document's error state.
-/// @return false when memory ran out: the file is incomplete if that was while it was written, and
-///         untouched if before
+/// @return false when memory ran out; the file is incomplete or empty then, if it could be opened
 bool saveXml(tinyxml2::XMLDocument& document, const char* path);
 
 }  // namespace camcfg

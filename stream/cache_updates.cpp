@@ -58,8 +58,8 @@ int CFG_MPP_UpdateStreamCacheEnabledStreamSource(int s32CacheId, int s32SourceId
   return kStream.giveUp(BU_FALSE);
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): programs on the device pass it by value.
 int CFG_MPP_UpdateStreamCacheAllowedStreamSource(
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): programs on the device pass it by value.
     std::shared_ptr<tag_CFG_STREAM_CACHE_T> cache) try {
   if (cache == nullptr) return CFG_MPP_ERR;
   XMLElement* element = openCache(cache->s32Id);

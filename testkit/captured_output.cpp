@@ -1,5 +1,6 @@
 #include "camcfg/testkit/captured_output.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -16,7 +17,9 @@ class Redirection {
   explicit Redirection(std::FILE* stream)
       : stream_(stream), file_(memfd_create("output", 0)), before_(dup(fileno(stream))) {
     std::fflush(stream_);
-    if (file_ < 0 || before_ < 0 || dup2(file_, fileno(stream_)) < 0)
+    // Appending keeps what threads write at the same time apart; such a file does not by itself.
+    if (file_ < 0 || before_ < 0 || fcntl(file_, F_SETFL, O_APPEND) < 0 ||
+        dup2(file_, fileno(stream_)) < 0)
       throw std::runtime_error(std::string("captured output: ") + std::strerror(errno));
   }
   ~Redirection() {

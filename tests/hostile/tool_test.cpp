@@ -81,8 +81,10 @@ TEST_F(ToolHostileTest, ATextOfManyMegabytesIsTooLongForAPreset) {
   EXPECT_EQ(runOn({"preset", "import"}, preset),
             (ToolRun{1, "",
                      "camcfg: preset import: preset 1 of the array: the description has 16777216 "
-                     "bytes, the limit is 63\n"
-                     "camcfg: preset import: nothing was imported\n"}));
+                     "bytes, the limit is 63; the nearest permitted is '" +
+                         std::string(63, 'd') +
+                         "'\n"
+                         "camcfg: preset import: nothing was imported\n"}));
 }
 
 TEST_F(ToolHostileTest, OfATableWithAMillionFaultyRowsSomeFaultsAreTold) {
@@ -90,7 +92,8 @@ TEST_F(ToolHostileTest, OfATableWithAMillionFaultyRowsSomeFaultsAreTold) {
   for (int i = 0; i < kMany; ++i) table += std::to_string(1000 + i) + ",1\n";
   const ToolRun run = runOn({"preset", "import"}, table);
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.err, HasSubstr("line 2: id 1000 is outside 0..128\n"));
+  EXPECT_THAT(run.err,
+              HasSubstr("line 2: id 1000 is outside 0..128; the nearest permitted is 128\n"));
   EXPECT_THAT(run.err, HasSubstr("nothing was imported (999980 more faults)\n"));
 }
 

@@ -134,6 +134,12 @@ TEST_F(RtspTest, TheLoadedListIsTheOnlyOwnerOfItsSessions) {
   EXPECT_EQ(loaded.records.front().use_count(), 1);
 }
 
+TEST_F(RtspTest, ASessionIsOneAllocationWithItsCount) {
+  // The other one is the list's.
+  EXPECT_EQ(allocationsOfLoading("<MediaGroup Name='a'/>", CFG_LM_LoadRtspConfig),
+            allocationsOfLoading("<OtherGroup Name='a'/>", CFG_LM_LoadRtspConfig) + 2);
+}
+
 TEST_F(RtspTest, ASessionThatIsStillHeldOutlivesTheReload) {
   give("<MediaGroup Name='a'><Channel Id='1' Name='v'/></MediaGroup>");
   RtspList sessions = load().records;

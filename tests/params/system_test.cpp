@@ -154,6 +154,18 @@ TEST_F(HttpPortTest, ShorterNameHitsTheLongerElementWhereThatStandsFirst) {
   EXPECT_EQ(https, 443);
 }
 
+// Where both names hit one element, the second of the two stays.
+TEST_F(HttpPortTest, HttpComesBeforeHttps) {
+  writeSystem("<WebHttps Cur='443' Min='1' Max='9999'/>");
+  EXPECT_THAT(set(8080, 8443), returnsSilently(0));
+  expectSaved("<System>\n    <WebHttps Cur=\"8443\" Min=\"1\" Max=\"9999\"/>\n</System>\n");
+
+  writeSystem(ports);
+  int port = 0;
+  EXPECT_EQ(CFG_SYSTEM_GetHttpPort(&port, &port), 0);
+  EXPECT_EQ(port, 443);
+}
+
 TEST_F(HttpPortTest, NullOutputsAreRefusedOneByOne) {
   writeSystem(ports);
   EXPECT_EQ(CFG_SYSTEM_GetHttpPort(nullptr, &https), -1);

@@ -25,6 +25,16 @@ Document open(tagBU_BOOL readOnly) {
 
 class DocumentFaultsTest : private QuickSaves, public DeviceTest {
  protected:
+  /// Opens the file in vain in both modes.
+  long allocationsLeftByOpening() {
+    EXPECT_EQ(open(BU_TRUE), nullptr);  // makes the lock's record
+    log.clear();
+    const long before = allocationsAlive();
+    EXPECT_EQ(open(BU_TRUE), nullptr);
+    EXPECT_EQ(open(BU_FALSE), nullptr);
+    log.clear();
+    return allocationsAlive() - before;
+  }
   InterposedCallsScope calls;
 };
 
@@ -79,6 +89,28 @@ TEST_F(DocumentFaultsTest, LockThatCannotBeHadIsReportedByItsWarningOnly) {
                               "Lock /cfg0/business_param.xml timeout, a deadlock may exist!")));
     EXPECT_TRUE(isUnlocked(kPath));
   }
+}
+
+TEST_F(DocumentFaultsTest, LockThatCannotBeHadLeavesTheDocumentMadeForItUndeleted) {
+  const ExpectedLeaks abandoned;
+  calls->timedLock = [](pthread_mutex_t*, const timespec*) { return ETIMEDOUT; };
+  EXPECT_EQ(allocationsLeftByOpening(), 2);
+}
+
+TEST_F(DocumentFaultsTest, FileThatDoesNotLoadLeavesNoDocumentBehind) {
+  device.write(kPath, "<A>");
+  EXPECT_EQ(allocationsLeftByOpening(), 0);
+}
+
+TEST_F(DocumentFaultsTest, FileThatDoesNotLoadIsReportedBeforeItIsReleased) {
+  cfgUnlockFile(kPath);  // makes its record
+  log.clear();
+  std::vector<std::string> atRelease;
+  calls->beforeUnlock = [&, file = g_mapFileLock.at(kPath).pstMutex](pthread_mutex_t* mutex) {
+    if (mutex == file) atRelease = log.texts();
+  };
+  EXPECT_EQ(open(BU_TRUE), nullptr);
+  EXPECT_THAT(atRelease, ElementsAre("Load file /cfg0/business_param.xml fail\n"));
 }
 
 TEST_F(DocumentFaultsTest, DocumentThatCannotBeMadeIsReportedAndNoLockIsTaken) {

@@ -68,6 +68,18 @@ TEST_F(LockRegistryFaultsTest, WhileAFileIsWaitedForTheRegistryIsFreeAndTheFlagN
   cfgUnlockFile(kPath);
 }
 
+TEST_F(LockRegistryFaultsTest, FlagIsClearBeforeTheFileIsReleased) {
+  cfgLockFile(kPath);
+  bool released = false;
+  calls->beforeUnlock = [&](pthread_mutex_t* mutex) {
+    if (mutex != record->pstMutex) return;
+    released = true;
+    EXPECT_EQ(record->s32Locked, 0);
+  };
+  EXPECT_EQ(cfgUnlockFile(kPath), 0);
+  EXPECT_TRUE(released);
+}
+
 class AnyErrorOfTheMutex : public LockRegistryFaultsTest,
                            public testing::WithParamInterface<int> {};
 

@@ -120,6 +120,16 @@ TEST_F(CachesTest, EmptySectionLoadsAsAnEmptyList) {
   EXPECT_EQ(state(), "closed, unlocked");
 }
 
+TEST_F(CachesTest, EachRecordIsOneAllocationWithItsCount) {
+  const auto allocationsFor = [this](const std::string& name) {
+    return allocationsOfLoading("<" + name + R"( Id="1" Name="a" BufferSizeB="2">)" +
+                                    R"(<AllowedStreamSource Id="3"/></)" + name + ">",
+                                CFG_MPP_LoadStreamCacheConfig);
+  };
+  // The other one is the list's.
+  EXPECT_EQ(allocationsFor("Cache"), allocationsFor("Other") + 2);
+}
+
 TEST_F(CachesTest, FailedOpenLeavesTheListAsItWas) {
   device.write(CFG_FILE_MPP, "<Stream/>");
   caches = {make(9, "old", 1, 1, 1, 0)};

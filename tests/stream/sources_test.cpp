@@ -108,6 +108,17 @@ TEST_F(SourcesTest, LoadEmptiesTheListButRecordsStillHeldLiveOn) {
   EXPECT_EQ(described(held), "AI/2 9 \"old\" channel 8 enabled 1");
 }
 
+TEST_F(SourcesTest, EachRecordIsOneAllocationWithItsCount) {
+  const auto allocationsFor = [this](const std::string& name) {
+    return allocationsOfLoading("<" + name + R"( Id="1" Name="a" ChnId="2" AiId="2" AencId="2"/>)",
+                                CFG_MPP_LoadStreamSourceConfig);
+  };
+  // The other one is the list's.
+  EXPECT_EQ(allocationsFor("VENC"), allocationsFor("NONE") + 2);
+  EXPECT_EQ(allocationsFor("AENC"), allocationsFor("NONE") + 2);
+  EXPECT_EQ(allocationsFor("AI"), allocationsFor("NO") + 2);
+}
+
 TEST_F(SourcesTest, FailedOpenLeavesTheListAsItWas) {
   sources = {venc(9, "old", 9, 1)};
   EXPECT_EQ(load(), (Outcome{CFG_MPP_ERR, line("Error", "Config File open failed")}));

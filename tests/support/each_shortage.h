@@ -32,6 +32,17 @@ void underEachShortage(Call call, Check check) {
   }
 }
 
+/// How often `call` allocates, which must be as often whenever it is called. Programs that use it are
+/// linked with scarce_memory.cpp.
+template <typename Call>
+int allocationsOf(Call call) {
+  for (int allocations = 0;; ++allocations) {
+    const ScarceMemory memory(allocations + 1, Shortage::OneAllocation);
+    call();
+    if (!memory.struck()) return allocations;
+  }
+}
+
 /// Elements nested so deep that a document of them cannot be saved without allocating.
 inline std::string deeplyNested() {
   constexpr int kDepth = 60;

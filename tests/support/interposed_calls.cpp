@@ -94,6 +94,12 @@ int pthread_mutex_timedlock(pthread_mutex_t* mutex, const timespec* deadline) no
   return real(mutex, deadline);
 }
 
+int pthread_mutex_unlock(pthread_mutex_t* mutex) noexcept {
+  static auto* const real = next<int(pthread_mutex_t*)>("pthread_mutex_unlock");
+  if (interposedCalls().beforeUnlock) interposedCalls().beforeUnlock(mutex);
+  return real(mutex);
+}
+
 DIR* opendir(const char* directory) {
   static auto* const real = next<DIR*(const char*)>("opendir");
   if (interposedCalls().refusesToOpen && interposedCalls().refusesToOpen(directory)) {

@@ -23,6 +23,7 @@ struct InterposedCalls {
   std::function<std::optional<int>(int fd, struct stat&)> status;
   std::function<bool()> refusesAStream;
   std::function<std::optional<int>(pthread_mutex_t*, const timespec*)> timedLock;
+  std::function<void(pthread_mutex_t*)> beforeUnlock;
   std::function<bool(const char* directory)> refusesToOpen;
   std::function<void(dirent&)> entryRead;
 };

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/device_test.h"
+#include "support/each_shortage.h"
 #include "support/outcome.h"
 
 namespace camcfg::tests {
@@ -52,6 +53,23 @@ class MediaTest : public DeviceTest {
   void expectNotSaved(const std::string& entries) const {
     EXPECT_EQ(device.read(CFG_FILE_MPP), fileWith(entries));
     EXPECT_FALSE(device.exists(kBackup));
+  }
+
+  /// How often a loader allocates over a file with these entries. Programs that use it are linked
+  /// with scarce_memory.cpp.
+  template <typename List>
+  int allocationsOfLoading(const std::string& entries, int (*loader)(List&)) {
+    const auto load = [loader] {
+      List list;
+      loader(list);
+    };
+    give(entries);
+    int allocations = 0;
+    testkit::captureOutput([&] {
+      load();  // makes the lock's record
+      allocations = allocationsOf(load);
+    });
+    return allocations;
   }
 
   /// A console line of the family.

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <sstream>
@@ -110,7 +111,11 @@ ToolRun runCommand(const std::vector<std::string>& words, const std::function<vo
 ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function<void()>& inChild,
                   const std::string& program) {
   return runCommand(commandLine(program.empty() ? CAMCFG_TOOL : program, arguments), [&] {
-    if (!arguments.empty() && arguments.front() == "--root") leaveLeaksUnchecked();
+    // The option may stand in a line that is to be completed.
+    const bool entersRoot = std::any_of(
+        arguments.begin(), arguments.end(),
+        [](const std::string& argument) { return argument.find("--root") != std::string::npos; });
+    if (entersRoot) leaveLeaksUnchecked();
     if (inChild) inChild();
   });
 }

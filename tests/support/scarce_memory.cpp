@@ -12,6 +12,7 @@ constexpr int kPlenty = 0;
 std::atomic<int> allocationsUntilShort{kPlenty};
 std::atomic<bool> staysShort{false};
 std::atomic<bool> hasStruck{false};
+std::atomic<long> alive{0};
 
 bool fails() {
   if (staysShort && hasStruck) return true;
@@ -21,7 +22,14 @@ bool fails() {
 }
 
 void* allocate(std::size_t size) noexcept {
-  return fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  void* memory = fails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (memory != nullptr) ++alive;
+  return memory;
+}
+
+void release(void* memory) noexcept {
+  if (memory != nullptr) --alive;
+  std::free(memory);
 }
 
 void* allocateOrThrow(std::size_t size) {
@@ -47,10 +55,15 @@ bool ScarceMemory::struck() const {
   return hasStruck;
 }
 
+long allocationsAlive() {
+  return alive;
+}
+
 }  // namespace camcfg::tests
 
 using camcfg::tests::allocate;
 using camcfg::tests::allocateOrThrow;
+using camcfg::tests::release;
 
 void* operator new(std::size_t size) {
   return allocateOrThrow(size);
@@ -65,14 +78,14 @@ void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return allocate(size);
 }
 void operator delete(void* memory) noexcept {
-  std::free(memory);
+  release(memory);
 }
 void operator delete[](void* memory) noexcept {
-  std::free(memory);
+  release(memory);
 }
 void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
+  release(memory);
 }
 void operator delete[](void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
+  release(memory);
 }

@@ -25,6 +25,9 @@ class ScarceMemory {
   bool struck() const;
 };
 
+/// How many allocations with `new` are not freed yet, in the whole process.
+long allocationsAlive();
+
 }  // namespace camcfg::tests
 
 #endif

@@ -179,8 +179,8 @@ TEST_F(BadInputTest, CommandsForDamagedDevicesAnswerAndChangeNothing) {
   EXPECT_EQ(run({"explain", "card", "Lan0"}).status, 0);
   EXPECT_EQ(run({"explain", "preset", "0"}).status, 0);
   EXPECT_EQ(run({"explain", "session", "srt", "1"}).status, 0);
-  EXPECT_EQ(run({"diff"}).status, 2);
-  EXPECT_EQ(run({"diff", "--factory"}).status, 2);
+  EXPECT_EQ(run({"diff"}).status, 3);
+  EXPECT_EQ(run({"diff", "--factory"}).status, 3);
   EXPECT_TRUE(tree() == before);
 }
 

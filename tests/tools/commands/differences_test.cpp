@@ -120,7 +120,7 @@ TEST_F(DiffTest, CopyThatIsMissingOrBrokenIsToldAndTheOthersAreCompared) {
   device.remove(kPresetBackup);
   device.write(kMppBackup, "<Stream");
   change(kBusinessBackup, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
-  EXPECT_EQ(diff(), (ToolRun{2,
+  EXPECT_EQ(diff(), (ToolRun{3,
                              "PLACE                   MAIN  BACKUP\n"
                              "parameters.System.Rtsp  554   8554\n",
                              "camcfg: diff: not compared: stream.sources, stream.caches, "
@@ -132,7 +132,7 @@ TEST_F(DiffTest, CopyThatIsMissingOrBrokenIsToldAndTheOthersAreCompared) {
 
 TEST_F(DiffTest, FaultyEntryOfACopyIsToldByItsOwnPathAndLine) {
   change(kMppBackup, "<Channel Id=\"7\" Name=\"listen\"/>", "<Channel Id=\"7\"/>");
-  EXPECT_EQ(diff(), (ToolRun{2, "",
+  EXPECT_EQ(diff(), (ToolRun{3, "",
                              "camcfg: diff: not compared: live.websocket: /cfg1/mpp_cfg.xml:21: "
                              "Attr `Name` is required by <WEBSOCKET><Channel>\n"}));
 }
@@ -140,7 +140,7 @@ TEST_F(DiffTest, FaultyEntryOfACopyIsToldByItsOwnPathAndLine) {
 TEST_F(DiffTest, BrokenMainCopyIsToldWithWhatMendsIt) {
   device.remove(kPreset);
   const ToolRun result = diff();
-  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.status, 3);
   EXPECT_EQ(result.err,
             "camcfg: diff: not compared: presets: /cfg0/preset_cfg.xml is missing; run 'camcfg "
             "verify' to mend it\n");

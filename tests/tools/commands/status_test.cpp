@@ -201,8 +201,13 @@ INSTANTIATE_TEST_SUITE_P(
                finding(kMainAt,
                        "ends before 'B', which its backup has; 'camcfg verify --resync' restores "
                        "it from its backup")},
-        Damage{"<!-- x -->", kGood, kGood, 3, "no-element stays, good stays, good -",
-               finding(kMainAt, "holds no element; move it away and run 'camcfg verify'")}));
+        Damage{"<!-- x -->", kGood, kGood, 3, "cut-short stays, good stays, good -",
+               finding(kMainAt,
+                       "ends before 'A', which its backup has; 'camcfg verify --resync' restores "
+                       "it from its backup")},
+        Damage{"<!-- x -->", "<!-- x -->", kGood, 3, "no-element stays, no-element stays, good -",
+               finding(kMainAt, "holds no element; move it away and run 'camcfg verify'") +
+                   finding(kBackupAt, "holds no element")}));
 
 TEST_F(StatusTest, FileBesideTheFactorySetNeedsNoFactoryCopy) {
   write("/cfg0/own.xml", kGood);

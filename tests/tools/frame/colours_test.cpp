@@ -36,7 +36,8 @@ TEST_F(ColoursTest, ChangesStatesAndRefusalsAreColouredAtATerminal) {
   EXPECT_EQ(shown({"set", "System", "Rtsp", "8554"}),
             "System/Rtsp: \x1b[2m554\x1b[0m -> \x1b[1m8554\x1b[0m\r\n");
   EXPECT_EQ(shown({"set", "System", "Rtsp", "0"}),
-            "\x1b[31mcamcfg:\x1b[0m set: System/Rtsp: 0 is outside 1..65535\r\n");
+            "\x1b[31mcamcfg:\x1b[0m set: System/Rtsp: 0 is outside 1..65535; the nearest permitted "
+            "is 1\r\n");
   device.write(kBusiness, "<System");
   EXPECT_THAT(shown({"verify"}),
               HasSubstr("\x1b[31mdamaged\x1b[0m -> \x1b[32mgood\x1b[0m  \x1b[32mgood\x1b[0m"));
@@ -71,7 +72,9 @@ TEST_F(ColoursTest, NothingIsColouredWhereItIsNotWanted) {
 TEST_F(ColoursTest, PipesGetNoneUnlessTheyAreWanted) {
   EXPECT_EQ(run({"set", "System", "Rtsp", "8554"}), (ToolRun{0, "System/Rtsp: 554 -> 8554\n", ""}));
   EXPECT_EQ(run({"--color", "always", "set", "System", "Rtsp", "0"}),
-            (ToolRun{1, "", "\x1b[31mcamcfg:\x1b[0m set: System/Rtsp: 0 is outside 1..65535\n"}));
+            (ToolRun{1, "",
+                     "\x1b[31mcamcfg:\x1b[0m set: System/Rtsp: 0 is outside 1..65535; the nearest "
+                     "permitted is 1\n"}));
 }
 
 TEST_F(ColoursTest, JsonIsNeverColoured) {

@@ -29,7 +29,7 @@ struct Parameter {
   /// as it stands otherwise, null if it is missing.
   Json value(const char* attribute) const { return shown(text(attribute)); }
   /// The same of a text that is none of its own; null for null.
-  Json shown(const char* text) const;
+  Json shown(const char* found) const;
 };
 
 /// The parameters of "/cfg0/business_param.xml", looked up by their whole names, and by the

@@ -15,7 +15,7 @@ namespace camcfg::tool {
 namespace {
 
 constexpr Status kDiffers = Status::Refused;
-constexpr Status kTrouble = Status::Usage;
+constexpr Status kFaultyDocument = Status::Usage;
 
 using Sections = std::map<std::string, CopiedSection>;
 
@@ -38,8 +38,9 @@ Answer answerOf(const std::string& other, const Json& differences, bool showSecr
   return answer;
 }
 
-void addTrouble(Answer& answer, const std::string& place, const std::string& reason) {
-  answer.status = kTrouble;
+void addTrouble(Answer& answer, Status status, const std::string& place,
+                const std::string& reason) {
+  answer.status = status;
   answer.value["notCompared"].push_back({{"place", place}, {"reason", reason}});
 }
 
@@ -66,9 +67,9 @@ void tellUnlikeFiles(Answer& answer, const std::set<std::string>& compared, Plac
   for (const std::string& path : compared) {
     const std::string copy = pathOf(other, nameOf(path));
     if (!sameContents(loadCopy(path), loadCopy(copy)))
-      answer.notes.push_back("note: " + path + " and " + copy +
-                             " have the same settings, but differ in what is none, such as limits "
-                             "or comments");
+      answer.notes.push_back(std::string("note: ").append(path).append(" and ").append(copy).append(
+          " have the same settings, but differ in what is none, "
+          "such as limits or comments"));
   }
 }
 
@@ -90,7 +91,7 @@ Answer compareWithCopies(Place other, bool showSecrets) {
   Answer answer = answerOf(wordFor(other), differences, showSecrets);
   for (const Section& section : allSections()) {
     const std::string fault = faultOf(mains.at(section.name), others.at(section.name));
-    if (!fault.empty()) addTrouble(answer, section.name, fault);
+    if (!fault.empty()) addTrouble(answer, Status::Unusable, section.name, fault);
   }
   tellTrouble(answer);
   for (const std::string& path : unlike) alike.erase(path);
@@ -107,7 +108,7 @@ Answer compareWithDocument(const std::string& text, bool showSecrets) {
     addDifferences(section->name, before, after, differences);
   Answer answer = answerOf("document", differences, showSecrets);
   for (const auto& [place, reason] : faults)
-    addTrouble(answer, place.empty() ? "document" : place, reason);
+    addTrouble(answer, kFaultyDocument, place.empty() ? "document" : place, reason);
   tellTrouble(answer);
   if (answer.status == Status::Done) answer.layout = {Line{"nothing differs"}};
   return answer;

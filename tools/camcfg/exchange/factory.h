@@ -19,9 +19,9 @@ Json resetParameters(const Json& before, const FactoryValues& factory,
                      const std::vector<Parameter>& wanted, std::vector<std::string>& without);
 
 /// All cards, and the host name.
-/// @param before  the section "network" as the device has it
+/// @param network  the section "network" as the device has it
 /// @throws Refusal  the library's lookup would hit another card, or more than the card
-Json resetNetwork(const Json& before, const FactoryValues& factory,
+Json resetNetwork(const Json& network, const FactoryValues& factory,
                   std::vector<std::string>& without);
 
 }  // namespace camcfg::tool

@@ -159,12 +159,12 @@ class Parser {
     return above.empty() ? app.get_name() : above + " " + app.get_name();
   }
 
-  // The same with what each of the commands takes, as it has to be typed.
+  // The same with what each of the commands requires, as it has to be typed.
   static std::string usage(const CLI::App& app) {
     if (app.get_parent() == nullptr) return app.get_name();
     std::string words = usage(*app.get_parent()) + " " + app.get_name();
     for (const CLI::Option* option : app.get_options())
-      if (option->get_positional()) words += " " + option->get_name(true);
+      if (option->get_positional() && option->get_required()) words += " " + option->get_name(true);
     return words;
   }
 
