@@ -10,10 +10,7 @@ than 95 % of the changes are noticed.
 import argparse
 import concurrent.futures
 import dataclasses
-import datetime
-import os
 import pathlib
-import platform
 import queue
 import random
 import sys
@@ -204,9 +201,6 @@ def main() -> int:
     here = pathlib.Path(__file__).resolve().parent
     project = Project(here.parent, here.parent / "build-mutation", here / "explained.txt", FOLDERS,
                       TEST_FOLDERS)
-    what = "survivors" if options.again else f"count {options.count}, seed {options.seed}"
-    print(f"{datetime.date.today()}; {os.cpu_count()} processors, {platform.system()} "
-          f"{platform.release()}; {what}\n", flush=True)
     try:
         return run(project, options.count, options.seed, options.again, options.files)
     except tree.Failure as failure:

@@ -36,5 +36,6 @@ gcovr --root . "${folders[@]/#/--filter=}" --exclude='support/enter_root' \
   --json "$build/report/counts.json" --html-details "$build/report/index.html" \
   --print-summary --fail-under-line 98 --fail-under-branch 90 2>"$build/gcovr.log" || counted=$?
 if ((counted != 0)); then tail -n 5 "$build/gcovr.log"; fi
+scripts/describe-machine.sh "scripts/coverage.sh"
 scripts/coverage_table.py "$build/report/counts.json"
 exit "$counted"

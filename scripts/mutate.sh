@@ -13,4 +13,5 @@ scripts/install-packages.sh build tool test mutate
 if [[ ${1-} == --check ]]; then
   exec python3 -B mutation/mutate_test.py
 fi
+scripts/describe-machine.sh "scripts/mutate.sh" "$@"
 exec python3 -B mutation/mutate.py "$@"
