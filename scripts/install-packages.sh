@@ -3,9 +3,9 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench cover cross deb docs lint fuzz speed. On Debian, as root or
-# with sudo, what is missing is installed; anywhere else it is named, and the exit status is 1. Asks
-# no questions.
+# NEED is one of: build tool test bench cover cross deb docs lint fuzz mutate speed. On Debian, as
+# root or with sudo, what is missing is installed; anywhere else it is named, and the exit status is
+# 1. Asks no questions.
 set -euo pipefail
 
 # Need, Debian package, and how it shows that the package (or its like of another system) is there:
@@ -34,6 +34,7 @@ bench  pkg-config             command  pkg-config
 bench  python3                command  python3
 bench  valgrind               command  valgrind
 cover  gcovr                  command  gcovr
+cover  python3                command  python3
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so
@@ -48,6 +49,9 @@ lint   clang-tidy             command  run-clang-tidy
 lint   shellcheck             command  shellcheck
 fuzz   clang                  command  clang++
 fuzz   libclang-rt-14-dev     library  clang++ libclang_rt.fuzzer-x86_64.a
+mutate git                    command  git
+mutate python3                command  python3
+mutate util-linux             command  prlimit
 speed  ccache                 command  ccache'
 
 has_command() {

@@ -11,7 +11,9 @@ class ShortMemoryTest : public LiveMediaTest {
  protected:
   ShortMemoryTest() : LiveMediaTest("Any") {}
 
-  void SetUp() override {
+  void SetUp() override { giveAllSections(); }
+
+  void giveAllSections() {
     const std::string text = kLong;
     const std::string channels = "<Channel Id='1' Type='Audio' Name='" + text + "'/>";
     giveSections("<WEBSOCKET>" + channels + channels + "</WEBSOCKET><RTSP><MediaGroup Name='" +
@@ -19,29 +21,33 @@ class ShortMemoryTest : public LiveMediaTest {
                  "' username='" + text + "'>" + channels +
                  "</Target></RTMP><NDI><Instance Id='1' " + "GroupName='" + text + "'>" + channels +
                  "</Instance></NDI><SRT>" + "<Instance Id='1' Mode='Caller' Port='1' Hostname='" +
-                 text + "'><Stream Id='" + text + "'>" + channels + "</Stream></Instance></SRT>");
+                 text + "'><Stream Id='" + text + "'>" + channels + "</Stream></Instance></SRT>" +
+                 deeplyNested());  // saving needs memory as well
   }
 
-  // `call` returns one of the family's results.
+  // `call` returns one of the family's results. What was printed meanwhile.
   template <typename Call>
-  void expectEachShortageToFailAndLeaveNothingBehind(
+  std::string expectEachShortageToFailAndLeaveNothingBehind(
       Call call, const std::string& stateOnSuccess = "closed, unlocked") {
     const std::string printed = captureOutput([&] {
       underEachShortage(call, [&](bool struck, std::int32_t result) {
         EXPECT_EQ(result, struck ? CFG_LM_ERR : 0);
         ASSERT_EQ(state(), struck ? "closed, unlocked" : stateOnSuccess);
         if (stateOnSuccess == "closed, locked" && !struck) CFG_UnlockFile(text(CFG_FILE_MPP));
+        giveAllSections();  // a save that failed has left a part of them
       });
     });
     EXPECT_FALSE(HasFailure()) << printed;
+    return printed;
   }
 
   template <typename List>
   void expectLoadToFail(std::int32_t (*loader)(List&)) {
-    expectEachShortageToFailAndLeaveNothingBehind([loader] {
+    const std::string printed = expectEachShortageToFailAndLeaveNothingBehind([loader] {
       List list;
       return loader(list);
     });
+    EXPECT_THAT(printed, testing::Not(testing::HasSubstr("has not been locked")));
   }
 };
 

@@ -1,7 +1,7 @@
 #include <functional>
 
 #include "network/network_test.h"
-#include "support/scarce_memory.h"
+#include "support/each_shortage.h"
 
 namespace camcfg::tests {
 namespace {
@@ -143,7 +143,7 @@ class ShortMemoryTest : public NetworkTest, public WithParamInterface<Operation>
 
   // Runs the operation with the given allocation failing; false if it makes fewer.
   bool strikes(int allocation, Shortage shortage) {
-    store(kFactory);
+    store(kFactory + deeplyNested());  // so that saving needs memory as well
     device.remove(kBackup);
     log.clear();
     const ScarceMemory memory(allocation, shortage);

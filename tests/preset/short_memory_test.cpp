@@ -1,5 +1,5 @@
 #include "preset/preset_test.h"
-#include "support/scarce_memory.h"
+#include "support/each_shortage.h"
 
 namespace camcfg::tests {
 namespace {
@@ -19,7 +19,8 @@ class EveryOperationTest : public ShortMemoryTest, public testing::WithParamInte
  protected:
   // Runs an operation with the given allocation failing. False when it did not make that many.
   bool failsAt(int allocation, const Operation& operation) {
-    givenPresets("<preset Id='1' Description='Door'/><preset Id='2'/>");
+    // Nested so deep that saving needs memory as well.
+    givenPresets("<preset Id='1' Description='Door'/><preset Id='2'/>" + deeplyNested());
     tagPRESET_CFG_S record = preset(1, "Door");
     int number = 77;
     int result = 0;
@@ -60,8 +61,9 @@ class NewPresetTest : public ShortMemoryTest {
     tagPRESET_CFG_S record = preset(2, "Door");
     log.clear();
     const ScarceMemory memory(allocation, Shortage::OneAllocation);
-    CFG_PRESET_SetParam(&record);
+    const int result = CFG_PRESET_SetParam(&record);
     struck = memory.struck();
+    EXPECT_EQ(result, struck ? -1 : 0);
     return log.records();
   }
 };

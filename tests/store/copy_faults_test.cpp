@@ -1,3 +1,7 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -22,6 +26,15 @@ class CopyFaultsTest : public DeviceTest {
     EXPECT_EQ(cfgSyncCfgFile("/from", "/to"), 0);
     EXPECT_TRUE(device.read("/to") == contents);
     EXPECT_GT(asked, 0);
+  }
+
+  /// Leaves the copying to the library itself.
+  void withoutTheKernelsHelp() {
+    calls->copyFileRange = [this](std::size_t&) {
+      ++asked;
+      errno = ENOSYS;
+      return -1;
+    };
   }
 
   InterposedCallsScope calls;
@@ -62,6 +75,17 @@ TEST_F(CopyFaultsTest, KernelThatCopiesNothingOfAFileWithContentsIsHelpedOut) {
   expectCopied();
 }
 
+TEST_F(CopyFaultsTest, KernelThatCopiesNothingOfAFileThatCannotBeReadFailsTheCopy) {
+  calls->copyFileRange = [](std::size_t&) { return 0; };
+  calls->read = [](std::size_t&) {
+    errno = EIO;
+    return -1;
+  };
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->read = nullptr;
+  EXPECT_EQ(result, 256);
+}
+
 TEST_F(CopyFaultsTest, KernelThatCopiesPieceByPieceIsAskedUntilAllIsThere) {
   calls->copyFileRange = [&](std::size_t& size) {
     size = std::min<std::size_t>(size, 1000);
@@ -80,6 +104,125 @@ TEST_F(CopyFaultsTest, InterruptedCopyGoesOn) {
     return -1;
   };
   expectCopied();
+}
+
+TEST_F(CopyFaultsTest, WithoutTheKernelsHelpInterruptedReadsAndWritesAreRepeated) {
+  withoutTheKernelsHelp();
+  int interruptions = 0;
+  const auto everyOther = [&, turn = 0](std::size_t&) mutable -> std::optional<ssize_t> {
+    if (++turn % 2 == 0) return std::nullopt;
+    ++interruptions;
+    errno = EINTR;
+    return -1;
+  };
+  calls->read = everyOther;
+  calls->write = everyOther;
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->read = nullptr;
+  calls->write = nullptr;
+  EXPECT_EQ(result, 0);
+  EXPECT_TRUE(device.read("/to") == contents);
+  EXPECT_GE(interruptions, 2 * 7);
+}
+
+TEST_F(CopyFaultsTest, WithoutTheKernelsHelpWhatIsReadAndWrittenInPartIsCompleted) {
+  withoutTheKernelsHelp();
+  calls->read = [](std::size_t& size) -> std::optional<ssize_t> {
+    size = std::min<std::size_t>(size, 5000);
+    return std::nullopt;
+  };
+  calls->write = [](std::size_t& size) -> std::optional<ssize_t> {
+    if (size > 1) --size;  // so that a single byte is left each time
+    return std::nullopt;
+  };
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->read = nullptr;
+  calls->write = nullptr;
+  EXPECT_EQ(result, 0);
+  EXPECT_TRUE(device.read("/to") == contents);
+}
+
+TEST_F(CopyFaultsTest, WithoutTheKernelsHelpAReadOrWriteThatFailsFailsTheCopy) {
+  withoutTheKernelsHelp();
+  const auto fails = [](std::size_t&) {
+    errno = EIO;
+    return -1;
+  };
+  calls->read = fails;
+  const int unread = cfgSyncCfgFile("/from", "/to");
+  calls->read = nullptr;
+  calls->write = fails;
+  const int unwritten = cfgSyncCfgFile("/from", "/to");
+  calls->write = [](std::size_t&) {
+    errno = EINTR;  // means nothing where no error is reported
+    return 0;
+  };
+  const int nothingWritten = cfgSyncCfgFile("/from", "/to");
+  calls->write = nullptr;
+  EXPECT_EQ(unread, 256);
+  EXPECT_EQ(unwritten, 256);
+  EXPECT_EQ(nothingWritten, 256);
+}
+
+TEST_F(CopyFaultsTest, DestinationThatCannotBeClosedFailsTheCopyAndIsNotClosedAgain) {
+  std::vector<int> closed;
+  calls->close = [&](int fd) -> std::optional<int> {
+    struct stat status {};
+    struct stat destination {};
+    if (fstat(fd, &status) != 0 || stat("/to", &destination) != 0) return std::nullopt;
+    if (status.st_ino != destination.st_ino) return std::nullopt;
+    closed.push_back(fd);
+    errno = EIO;
+    return -1;
+  };
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->close = nullptr;
+  EXPECT_EQ(result, 256);
+  ASSERT_EQ(closed.size(), 1u);
+  EXPECT_EQ(close(closed[0]), 0);
+}
+
+TEST_F(CopyFaultsTest, AnEarlierErrorDoesNotKeepAFileInADirectoryFromBeingReplaced) {
+  device.write("/cfg0/from", "older");
+  errno = ENOENT;
+  EXPECT_EQ(cfgSyncCfgFile("/from", "/cfg0"), 0);
+  EXPECT_TRUE(device.read("/cfg0/from") == contents);
+}
+
+TEST_F(CopyFaultsTest, WithoutStandardInputItsDescriptorIsUsedAndClosedAgain) {
+  close(STDIN_FILENO);
+  EXPECT_EQ(cfgSyncCfgFile("/from", "/to"), 0);
+  EXPECT_EQ(::open("/", O_RDONLY), STDIN_FILENO);
+}
+
+TEST_F(CopyFaultsTest, SourceWhoseKindIsNotKnownIsNotCopied) {
+  calls->status = [](int, struct stat&) {
+    errno = EIO;
+    return -1;
+  };
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->status = nullptr;
+  EXPECT_EQ(result, 256);
+  EXPECT_EQ(device.read("/to"), "older");
+}
+
+TEST_F(CopyFaultsTest, SourceNamedWithoutADirectoryGoesIntoADirectoryUnderItsName) {
+  EXPECT_EQ(cfgSyncCfgFile("from", "/cfg0"), 0);
+  EXPECT_TRUE(device.read("/cfg0/from") == contents);
+}
+
+TEST_F(CopyFaultsTest, FileWithTheSameNumberOnAnotherDeviceIsAnotherFile) {
+  struct stat destination {};
+  ASSERT_EQ(stat("/to", &destination), 0);
+  calls->status = [&](int, struct stat& status) {
+    status = destination;
+    ++status.st_dev;
+    return 0;
+  };
+  const int result = cfgSyncCfgFile("/from", "/to");
+  calls->status = nullptr;
+  EXPECT_EQ(result, 0);
+  EXPECT_TRUE(device.read("/to") == contents);
 }
 
 TEST_F(CopyFaultsTest, BrokenDeviceFailsTheCopy) {

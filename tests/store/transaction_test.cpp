@@ -25,6 +25,13 @@ TEST_F(TransactionTest, ReadingLeavesTheFileUnlockedWhileTheDocumentLives) {
   EXPECT_TRUE(isUnlocked(kPath));
 }
 
+TEST_F(TransactionTest, ReadDocumentIsGoneOnceClosed) {
+  ReadDocument document(kPath);
+  document.close();
+  EXPECT_FALSE(document);
+  EXPECT_EQ(document.get(), nullptr);
+}
+
 TEST_F(TransactionTest, WritingHoldsTheLockAndGivesUpUnlessSaved) {
   {
     WriteDocument document(kPath);
@@ -37,6 +44,14 @@ TEST_F(TransactionTest, WritingHoldsTheLockAndGivesUpUnlessSaved) {
   EXPECT_EQ(device.read(kPath), contents);
   EXPECT_FALSE(device.exists(kBackup));
   EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_F(TransactionTest, WriteDocumentIsGoneAndTheFileUnlockedOnceClosed) {
+  WriteDocument document(kPath);
+  document.close();
+  EXPECT_FALSE(document);
+  EXPECT_EQ(document.get(), nullptr);
+  EXPECT_TRUE(isUnlocked(kPath));
 }
 
 TEST_F(TransactionTest, SaveWritesBothCopiesAndReleasesTheLockAtOnce) {

@@ -86,6 +86,16 @@ TEST_F(VerifyFaultsTest, FileSystemWithoutEntryTypesIsVerifiedLikeAnyOther) {
   EXPECT_EQ(device.read("/cfg0/x.xml"), good(kDefault));
 }
 
+TEST_F(VerifyFaultsTest, FileThatGoesWhileItsDirectoryIsReadIsPassedOver) {
+  calls->entryRead = [](dirent& entry) {
+    entry.d_type = DT_UNKNOWN;
+    if (std::string(entry.d_name) == "gone.xml") entry.d_name[0] = 'd';
+  };
+  writeGood(kMain);
+  device.write(path(kMain, "gone.xml"), broken(kMain));
+  expectVerified(0, "file /cfg0/x.xml \n", {counts(0, 1, 0)});
+}
+
 TEST_F(VerifyFaultsTest, NoDescriptorIsLeftOpen) {
   const auto nextDescriptor = [] {
     const int fd = ::open("/", O_RDONLY);

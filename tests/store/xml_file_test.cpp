@@ -3,8 +3,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include "support/device_test.h"
 #include "support/each_shortage.h"
+#include "support/interposed_calls.h"
 
 namespace camcfg::tests {
 namespace {
@@ -21,6 +25,7 @@ class XmlFileTest : public DeviceTest {
  protected:
   XMLDocument document;
   const int descriptor = nextDescriptor();
+  InterposedCallsScope calls;
   void TearDown() override { EXPECT_EQ(nextDescriptor(), descriptor) << "a file was left open"; }
 };
 
@@ -55,6 +60,76 @@ TEST_F(XmlFileTest, FilesAreClosedWhenMemoryRunsOut) {
       [&](bool struck, Load load) { EXPECT_EQ(load, struck ? Load::Shortage : Load::Done); });
   underEachShortage([&] { return saveXml(document, "/y"); },
                     [&](bool struck, bool saved) { EXPECT_EQ(saved, !struck); });
+}
+
+TEST_F(XmlFileTest, OnlyWantOfMemoryOrDescriptorsIsAShortage) {
+  device.write("/x", "<A/>");
+  const auto loadFailingWith = [&](int error) {
+    calls->open = [error](const char*) {
+      errno = error;
+      return -1;
+    };
+    const Load load = loadXml(document, "/x");
+    calls->open = nullptr;
+    return load;
+  };
+  for (const int error : {ENOMEM, EMFILE, ENFILE})
+    EXPECT_EQ(loadFailingWith(error), Load::Shortage) << strerrorname_np(error);
+  for (const int error : {ENOENT, EACCES, EIO, ENOTDIR, ELOOP})
+    EXPECT_EQ(loadFailingWith(error), Load::Failed) << strerrorname_np(error);
+}
+
+TEST_F(XmlFileTest, FileOfUnknownKindIsNotLoaded) {
+  device.write("/x", "<A/>");
+  calls->status = [](int, struct stat&) {
+    errno = EIO;
+    return -1;
+  };
+  const Load load = loadXml(document, "/x");
+  calls->status = nullptr;
+  EXPECT_EQ(load, Load::Failed);
+}
+
+TEST_F(XmlFileTest, SaveThatNoMemoryIsLeftForWhenOpeningFailsAndTriesNoOtherWay) {
+  device.write("/x", "older");
+  document.Parse("<A/>");
+  int opened = 0;
+  calls->open = [&](const char*) {
+    ++opened;
+    errno = ENOMEM;
+    return -1;
+  };
+  const bool saved = saveXml(document, "/x");
+  calls->open = nullptr;
+  EXPECT_FALSE(saved);
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(device.read("/x"), "older");
+  EXPECT_FALSE(document.Error());
+}
+
+TEST_F(XmlFileTest, DescriptorThatNoStreamCanBeMadeOfIsClosedAndCountsAsAShortage) {
+  device.write("/x", "<A/>");
+  calls->refusesAStream = [] { return true; };
+  calls->close = [](int) -> std::optional<int> {
+    errno = EIO;
+    return std::nullopt;
+  };
+  const Load load = loadXml(document, "/x");
+  const bool saved = saveXml(document, "/y");
+  calls->close = nullptr;
+  EXPECT_EQ(load, Load::Shortage);
+  EXPECT_FALSE(saved);
+}
+
+TEST_F(XmlFileTest, SoIsStandardInputsWhereThatIsClosed) {
+  device.write("/x", "<A/>");
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  calls->refusesAStream = [] { return true; };
+  EXPECT_EQ(loadXml(document, "/x"), Load::Shortage);
+  EXPECT_EQ(open("/", O_RDONLY), STDIN_FILENO);
+  dup2(input, STDIN_FILENO);
+  close(input);
 }
 
 }  // namespace

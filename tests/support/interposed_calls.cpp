@@ -1,7 +1,11 @@
 #include "support/interposed_calls.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
+
 #include <cerrno>
+#include <cstdarg>
+#include <cstdio>
 
 namespace camcfg::tests {
 
@@ -33,6 +37,53 @@ ssize_t copy_file_range(int from, off64_t* fromOffset, int to, off64_t* toOffset
   if (interposedCalls().copyFileRange)
     if (const auto answer = interposedCalls().copyFileRange(size)) return *answer;
   return real(from, fromOffset, to, toOffset, size, flags);
+}
+
+ssize_t read(int fd, void* data, std::size_t size) {
+  static auto* const real = next<ssize_t(int, void*, std::size_t)>("read");
+  if (interposedCalls().read)
+    if (const auto answer = interposedCalls().read(size)) return *answer;
+  return real(fd, data, size);
+}
+
+ssize_t write(int fd, const void* data, std::size_t size) {
+  static auto* const real = next<ssize_t(int, const void*, std::size_t)>("write");
+  if (interposedCalls().write)
+    if (const auto answer = interposedCalls().write(size)) return *answer;
+  return real(fd, data, size);
+}
+
+int open(const char* path, int flags, ...) {
+  static auto* const real = next<int(const char*, int, ...)>("open");
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  if (interposedCalls().open)
+    if (const auto answer = interposedCalls().open(path)) return *answer;
+  return real(path, flags, mode);
+}
+
+int close(int fd) {
+  static auto* const real = next<int(int)>("close");
+  if (interposedCalls().close)
+    if (const auto answer = interposedCalls().close(fd)) return *answer;
+  return real(fd);
+}
+
+int fstat(int fd, struct stat* status) noexcept {
+  static auto* const real = next<int(int, struct stat*)>("fstat");
+  if (interposedCalls().status)
+    if (const auto answer = interposedCalls().status(fd, *status)) return *answer;
+  return real(fd, status);
+}
+
+FILE* fdopen(int fd, const char* mode) noexcept {
+  static auto* const real = next<FILE*(int, const char*)>("fdopen");
+  if (!interposedCalls().refusesAStream || !interposedCalls().refusesAStream())
+    return real(fd, mode);
+  errno = ENOMEM;
+  return nullptr;
 }
 
 int pthread_mutex_timedlock(pthread_mutex_t* mutex, const timespec* deadline) noexcept {

@@ -3,6 +3,7 @@
 
 #include <dirent.h>
 #include <pthread.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <functional>
@@ -15,6 +16,12 @@ namespace camcfg::tests {
 /// Programs that use it are linked with interposed_calls.cpp; for sync() there is quick_saves.h.
 struct InterposedCalls {
   std::function<std::optional<ssize_t>(std::size_t& size)> copyFileRange;
+  std::function<std::optional<ssize_t>(std::size_t& size)> read;
+  std::function<std::optional<ssize_t>(std::size_t& size)> write;
+  std::function<std::optional<int>(const char* path)> open;
+  std::function<std::optional<int>(int fd)> close;
+  std::function<std::optional<int>(int fd, struct stat&)> status;
+  std::function<bool()> refusesAStream;
   std::function<std::optional<int>(pthread_mutex_t*, const timespec*)> timedLock;
   std::function<void(pthread_mutex_t*)> beforeUnlock;
   std::function<bool(const char* directory)> refusesToOpen;

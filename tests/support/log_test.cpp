@@ -1,5 +1,6 @@
 #include "support/log.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -48,6 +49,8 @@ TEST_F(LogTest, PlatformsLoggerIsTheOnlyPlaceARecordGoesTo) {
 std::string captureErrors(const std::function<void()>& run) {
   const int before = dup(STDERR_FILENO);
   const int file = memfd_create("errors", 0);
+  // Threads that write to such a file at once write to the same place, but for this.
+  fcntl(file, F_SETFL, O_APPEND);
   dup2(file, STDERR_FILENO);
   run();
   dup2(before, STDERR_FILENO);
@@ -66,6 +69,12 @@ TEST(LogToStandardErrorTest, RecordIsALineWithItsLevelInFront) {
             }),
             "<3>[f:1] Load file x.xml fail\n"
             "<4>[f:2] without a line break\n"
+            "<6>[f:3] \n");
+}
+
+TEST(LogToStandardErrorTest, WhatStandsBeforeAnEmptyTextIsNotLookedAt) {
+  static constexpr char kLineBreak[] = "\n";
+  EXPECT_EQ(captureErrors([] { logToStandardError(Level::Info, "[f:3] ", kLineBreak + 1); }),
             "<6>[f:3] \n");
 }
 
