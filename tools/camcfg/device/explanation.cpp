@@ -206,7 +206,7 @@ Explanation explainPreset(const std::string& word) {
   Explanation explanation{preset.label(), file.copies(find), {}, {file.told(lookup)}};
   const Json members = preset.json();
   for (auto member = members.begin(); member != members.end(); ++member) {
-    const std::string name = member.key();
+    const std::string& name = member.key();
     const auto take = [&](XMLElement& element) { return presetOf(element).json().at(name); };
     explanation.values.push_back(file.value(name, find, take));
     explanation.values.back().permitted = permittedFor(name);
