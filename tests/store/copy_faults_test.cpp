@@ -195,6 +195,21 @@ TEST_F(CopyFaultsTest, WithoutStandardInputItsDescriptorIsUsedAndClosedAgain) {
   EXPECT_EQ(::open("/", O_RDONLY), STDIN_FILENO);
 }
 
+TEST_F(CopyFaultsTest, StandardInputsDescriptorWillDoForTheDestinationAndItsDirectory) {
+  for (const auto& [destination, copied] : {std::pair{"/to", "/to"}, {"/cfg0", "/cfg0/from"}}) {
+    calls->status = [](int, struct stat&) -> std::optional<int> {
+      close(STDIN_FILENO);  // after the source was opened
+      return std::nullopt;
+    };
+    const int result = cfgSyncCfgFile("/from", destination);
+    calls->status = nullptr;
+    EXPECT_EQ(result, 0) << destination;
+    EXPECT_EQ(::open("/", O_RDONLY), STDIN_FILENO) << "was left open";
+    ASSERT_TRUE(device.exists(copied)) << copied;
+    EXPECT_TRUE(device.read(copied) == contents) << copied;
+  }
+}
+
 TEST_F(CopyFaultsTest, SourceWhoseKindIsNotKnownIsNotCopied) {
   calls->status = [](int, struct stat&) {
     errno = EIO;

@@ -1,6 +1,7 @@
 #include "store/xml_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -46,6 +47,16 @@ TEST_F(XmlFileTest, SavesWithIndentedLines) {
   EXPECT_TRUE(saveXml(document, "/x"));
   EXPECT_FALSE(document.Error());
   EXPECT_EQ(device.read("/x"), "<A>\n    <B/>\n</A>\n");
+}
+
+TEST_F(XmlFileTest, NewFileMayBeReadAndWrittenByAllWhomTheUmaskLets) {
+  const mode_t before = umask(0);
+  const bool saved = saveXml(document, "/x");
+  umask(before);
+  struct stat status {};
+  EXPECT_TRUE(saved);
+  ASSERT_EQ(stat("/x", &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0666u);
 }
 
 TEST_F(XmlFileTest, SaveThatFailsStandsInTheDocument) {
