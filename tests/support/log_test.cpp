@@ -78,6 +78,12 @@ TEST(LogToStandardErrorTest, WhatStandsBeforeAnEmptyTextIsNotLookedAt) {
             "<6>[f:3] \n");
 }
 
+TEST(LogToStandardErrorTest, RecordOfFiveHundredAndElevenBytesBeforeItsArgumentsIsWhole) {
+  const std::string format = std::string(501, 'x') + "\n";
+  EXPECT_EQ(captureErrors([&] { logToStandardError(Level::Error, "[f:1] ", format.c_str()); }),
+            "<3>[f:1] " + format);
+}
+
 TEST(LogToStandardErrorTest, StandardOutputStaysClean) {
   EXPECT_EQ(captureOutput([] {
               captureErrors([] { logToStandardError(Level::Error, "[f:1] ", "text\n"); });
