@@ -12,6 +12,11 @@ set -euo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+if (($# > 2)) || [[ ${1-} == -* ]]; then
+  echo "usage: $0 [DIRECTORY [BUILD]]" >&2
+  exit 2
+fi
+
 readonly record=packaging/interface
 readonly to=${1:-$record}
 readonly build=${2:-build-interface}
