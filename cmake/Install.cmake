@@ -45,9 +45,9 @@ if(TARGET camcfg-tool)
   configure_file(packaging/install-service.cmake.in install-service.cmake @ONLY)
   install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install-service.cmake COMPONENT tools)
 endif()
-install(FILES tools/camcfg/completion/camcfg.bash RENAME camcfg
+install(FILES tool/completion/camcfg.bash RENAME camcfg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
-install(FILES tools/camcfg/completion/_camcfg
+install(FILES tool/completion/_camcfg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tools)
 if(TARGET camcfg_manual)
   install(FILES ${CMAKE_BINARY_DIR}/camcfg.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1

@@ -59,7 +59,7 @@ srt_dump 1000'
 # The instructions of one call, as callgrind counts them.
 count() {
   valgrind --tool=callgrind --collect-atstart=no --callgrind-out-file=/dev/null \
-    build-bench/bench/camcfg-instructions "$@" 2>&1 |
+    build-bench/proof/bench/camcfg-instructions "$@" 2>&1 |
     awk '/Collected/ {count = $NF} END {if (count == "") exit 1; print count}'
 }
 
@@ -68,7 +68,7 @@ count_all() {
   while read -r name size; do
     echo "$name $size $(count "$name" "$size" library) $(count "$name" "$size" floor)"
   done <<<"$1" >build-bench/instructions
-  python3 bench/report.py instructions build-bench/instructions
+  python3 proof/bench/report.py instructions build-bench/instructions
 }
 
 case ${1:-} in
@@ -90,12 +90,12 @@ fi
 measure() {
   local curves=$1
   scripts/describe-machine.sh scripts/bench.sh
-  python3 bench/report.py tables build-bench/timings.json build-bench/peers.json "$curves"
+  python3 proof/bench/report.py tables build-bench/timings.json build-bench/peers.json "$curves"
   rm -rf build-bench/device
   mkdir -p build-bench/device/{cfg0,cfg1,app/resource}
   cp -r resource/. build-bench/device/app/resource
   build-bench/camcfg --root build-bench/device verify >build-bench/verify.log
-  python3 bench/report.py start build-bench/camcfg build-bench/device
+  python3 proof/bench/report.py start build-bench/camcfg build-bench/device
   count_all "$limited"$'\n'"$growing"
 }
 
@@ -113,6 +113,6 @@ publish() {
 
 cmake --build --preset bench \
   --target camcfg-tool camcfg-instructions camcfg-timings camcfg-peers
-build-bench/bench/camcfg-timings build-bench/timings.json --benchmark_min_time=0.02
-build-bench/bench/camcfg-peers >build-bench/peers.json
+build-bench/proof/bench/camcfg-timings build-bench/timings.json --benchmark_min_time=0.02
+build-bench/proof/bench/camcfg-peers >build-bench/peers.json
 if [[ ${1:-} == --publish ]]; then publish; else measure build-bench; fi

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly document=docs/oddities.md
-readonly folders=(include support store params stream livemedia preset network)
+readonly folders=(include src)
 
 complain() {
   echo "check-oddities.sh: $1" >&2

@@ -61,7 +61,7 @@ def main() -> None:
         for line in entry["lines"]:
             if line.get("gcovr/noncode"):
                 continue
-            for folder in (folders[entry["file"].split("/")[0]], folders["~all"]):
+            for folder in (folders[entry["file"].split("/")[1]], folders["~all"]):
                 folder.lines.add([line["count"]])
                 folder.branches.add(branch_counts(line))
             left.append(missed(entry["file"], line))

@@ -2,11 +2,11 @@
 # Looks for inputs that the library and the tool cannot stand.
 #
 #   scripts/fuzz.sh [SECONDS [TARGET...]]   runs each target for so long (60); one line for each
-#   scripts/fuzz.sh minimise [TARGET...]    takes what such runs found into fuzz/corpus, minimised
+#   scripts/fuzz.sh minimise [TARGET...]    takes what such runs found into proof/fuzz/corpus, minimised
 #
 # Installs what it needs. Inputs found are kept in build-fuzz/corpus and used again by the next run;
 # logs are in build-fuzz/logs. Fails on a crash, a broken promise, a leak, and an input that takes
-# too long or too much memory, and tells where that input lies. fuzz/README.md says how to go on.
+# too long or too much memory, and tells where that input lies. proof/fuzz/README.md says how to go on.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -52,9 +52,9 @@ verdict() {
 fuzz_target() {
   local target=$1 dictionary=$2 log=$logs/$1.log status=0
   mkdir -p "$found/$target" "$crashers/$target"
-  "build-fuzz/fuzz/fuzz_$target" "${options[@]}" -max_len=$longest -max_total_time="$seconds" \
-    -dict="fuzz/$dictionary" -artifact_prefix="$crashers/$target/" \
-    "$found/$target" "fuzz/corpus/$target" >"$log" 2>&1 || status=$?
+  "build-fuzz/proof/fuzz/fuzz_$target" "${options[@]}" -max_len=$longest -max_total_time="$seconds" \
+    -dict="proof/fuzz/$dictionary" -artifact_prefix="$crashers/$target/" \
+    "$found/$target" "proof/fuzz/corpus/$target" >"$log" 2>&1 || status=$?
   printf '%-16s %9s runs  %6s edges  %5s inputs  %s\n' "$target" \
     "$(number_behind 'stat::number_of_executed_units:' "$log")" "$(number_behind 'cov:' "$log")" \
     "$(number_behind 'corp:' "$log")" "$(verdict $status "$target" "$log")"
@@ -64,11 +64,11 @@ fuzz_target() {
 # Files with names of their own stay; those that libFuzzer named are chosen anew, by the code that
 # they reach.
 minimise_target() {
-  local target=$1 log=$logs/$1-minimised.log kept=fuzz/corpus/$1 chosen
+  local target=$1 log=$logs/$1-minimised.log kept=proof/fuzz/corpus/$1 chosen
   chosen=$(mktemp -d -p build-fuzz)
   mkdir -p "$found/$target"
   find "$kept" -type f ! -regex '.*/[0-9a-f]*' -exec cp -t "$chosen" {} +
-  "build-fuzz/fuzz/fuzz_$target" "${options[@]}" -merge=1 -set_cover_merge=1 -use_counters=0 \
+  "build-fuzz/proof/fuzz/fuzz_$target" "${options[@]}" -merge=1 -set_cover_merge=1 -use_counters=0 \
     -max_len=$longest_kept "$chosen" "$kept" "$found/$target" >"$log" 2>&1
   find "$kept" -type f -regex '.*/[0-9a-f]*' -delete
   cp -n -t "$kept" "$chosen"/*
@@ -85,7 +85,7 @@ each_target() {
     while (($(jobs -rp | wc -l) >= $(nproc))); do sleep 0.2; done
     "$run" "$target" "$dictionary" </dev/null &
     jobs+=($!)
-  done 3<build-fuzz/fuzz/targets.txt
+  done 3<build-fuzz/proof/fuzz/targets.txt
   for job in "${jobs[@]}"; do wait "$job" || failed=$((failed + 1)); done
   echo "targets: $((${#jobs[@]} - failed)) passed, $failed failed"
   ((${#jobs[@]} > 0 && failed == 0))

@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-packages.sh build tool test mutate
 if [[ ${1-} == --check ]]; then
-  exec python3 -B mutation/mutate_test.py
+  exec python3 -B proof/mutation/mutate_test.py
 fi
 scripts/describe-machine.sh "scripts/mutate.sh" "$@"
-exec python3 -B mutation/mutate.py "$@"
+exec python3 -B proof/mutation/mutate.py "$@"

@@ -49,8 +49,8 @@ build test "${chosen[@]}" || exit 1
 build tsan camcfg-threads || exit 1
 
 scripts/describe-machine.sh "scripts/torture.sh" "${length[@]}"
-for program in "${chosen[@]}"; do run "build-test/torture/$program"; done
-run build-tsan/torture/camcfg-threads
+for program in "${chosen[@]}"; do run "build-test/proof/torture/$program"; done
+run build-tsan/proof/torture/camcfg-threads
 
 if ((${#failed[@]} > 0)); then
   echo "torture.sh: something is wrong: ${failed[*]}"

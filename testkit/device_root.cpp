@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "support/enter_root.h"
+#include "testkit/enter_root.h"
 
 namespace camcfg::testkit {
 

@@ -1,4 +1,4 @@
-#include "tools/tool_test.h"
+#include "tool/tool_test.h"
 
 #include "support/cost.h"
 

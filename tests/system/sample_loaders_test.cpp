@@ -2,7 +2,7 @@
 
 #include "camcfg/livemedia.h"
 #include "camcfg/stream.h"
-#include "livemedia/records.h"
+#include "media/records.h"
 #include "system/sample_set.h"
 
 namespace camcfg::tests {

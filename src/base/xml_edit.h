@@ -1,0 +1,30 @@
+#ifndef CAMCFG_BASE_XML_EDIT_H
+#define CAMCFG_BASE_XML_EDIT_H
+
+#include <tinyxml2.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace camcfg {
+
+// The changes to a document that take memory. All else that is done with a document takes none, so
+// the families that use these need no other care for running out of it. A document over which
+// memory ran out is fit to be deleted and for nothing else.
+
+/// Sets an attribute, which is added if it is missing.
+/// @return false when memory ran out
+bool setAttribute(tinyxml2::XMLElement& element, const char* name, const char* value);
+bool setAttribute(tinyxml2::XMLElement& element, const char* name, std::int32_t value);
+
+/// Makes an empty document.
+/// @return null when memory ran out
+std::unique_ptr<tinyxml2::XMLDocument> newDocument();
+
+/// Makes an element that belongs to the document and stands nowhere in it yet.
+/// @return null when memory ran out
+tinyxml2::XMLElement* newElement(tinyxml2::XMLDocument& document, const char* name);
+
+}  // namespace camcfg
+
+#endif

@@ -1,0 +1,78 @@
+#ifndef CAMCFG_MEDIA_MEDIA_ENTRIES_H
+#define CAMCFG_MEDIA_MEDIA_ENTRIES_H
+
+#include <strings.h>
+#include <tinyxml2.h>
+
+#include <cstdint>
+#include <string>
+
+namespace camcfg {
+
+/// Whether a word of the file is this one, in upper or lower case.
+inline bool isWord(const char* text, const char* word) {
+  return strcasecmp(text, word) == 0;
+}
+
+/// The first element of one name (in upper or lower case) among an element and its followers; null
+/// when there is none. Elements of other names are passed over.
+inline const tinyxml2::XMLElement* entryFrom(const tinyxml2::XMLElement* element,
+                                             const char* name) {
+  while (element != nullptr && !isWord(element->Name(), name))
+    element = element->NextSiblingElement();
+  return element;
+}
+
+/// The first child element of one name, and the next one behind that.
+inline const tinyxml2::XMLElement* firstEntry(const tinyxml2::XMLElement& parent,
+                                              const char* name) {
+  return entryFrom(parent.FirstChildElement(), name);
+}
+inline const tinyxml2::XMLElement* nextEntry(const tinyxml2::XMLElement& entry, const char* name) {
+  return entryFrom(entry.NextSiblingElement(), name);
+}
+
+// Each reads an attribute; one that is absent, or holds no integer, leaves the value as it is.
+
+inline void readInt(const tinyxml2::XMLElement& element, const char* attribute,
+                    std::int32_t& value) {
+  static_cast<void>(element.QueryIntAttribute(attribute, &value));
+}
+
+inline void readText(const tinyxml2::XMLElement& element, const char* attribute,
+                     std::string& value) {
+  const char* text = element.Attribute(attribute);
+  if (text != nullptr) value = text;
+}
+
+/// 1 for the word "true", else 0.
+inline void readSwitch(const tinyxml2::XMLElement& element, const char* attribute,
+                       std::int32_t& value) {
+  const char* text = element.Attribute(attribute);
+  if (text != nullptr) value = isWord(text, "true") ? 1 : 0;
+}
+
+/// Appends an empty element of this name.
+inline tinyxml2::XMLElement& append(tinyxml2::XMLElement& parent, const char* name) {
+  tinyxml2::XMLElement* element = parent.GetDocument()->NewElement(name);
+  parent.InsertEndChild(element);
+  return *element;
+}
+
+// Each sets an attribute.
+
+inline void setInt(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value) {
+  element.SetAttribute(attribute, value);
+}
+
+inline void setText(tinyxml2::XMLElement& element, const char* attribute, const std::string& text) {
+  element.SetAttribute(attribute, text.c_str());
+}
+
+inline void setSwitch(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value) {
+  element.SetAttribute(attribute, value != 0 ? "true" : "false");
+}
+
+}  // namespace camcfg
+
+#endif

@@ -1,0 +1,45 @@
+#include "media/channels.h"
+#include "media/section.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Session = std::shared_ptr<tag_CFG_RTSP_SESSION_T>;
+
+constexpr char kGroup[] = "MediaGroup";
+
+bool readGroup(const XMLElement& element, Session& session) {
+  session = std::make_shared<tag_CFG_RTSP_SESSION_T>();
+  if (!kLiveMedia.requireText(element, "Name", "<RTSP><MediaGroup>", &session->strName))
+    return false;
+  for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
+       entry = nextEntry(*entry, kChannel)) {
+    session->lstSubSession.emplace_back();
+    tag_CFG_RTSP_SUBSESSION_T& channel = session->lstSubSession.back();
+    if (!readNamedChannel(*entry, "<RTSP><MediaGroup><Channel>", channel.s32Id, channel.strName))
+      return false;
+  }
+  return true;
+}
+
+void writeGroup(XMLElement& section, const Session& session) {
+  if (session == nullptr) return;
+  XMLElement& group = append(section, kGroup);
+  setText(group, "Name", session->strName);
+  for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
+    writeNamedChannel(group, channel.s32Id, channel.strName);
+}
+
+constexpr Section<Session> kRtsp = {"RTSP", kGroup, "<RTSP>", readGroup, writeGroup};
+
+}  // namespace
+
+int CFG_LM_LoadRtspConfig(std::list<Session>& sessions) {
+  return load(kRtsp, sessions);
+}
+
+int CFG_LM_DumpRtspConfig(const std::list<Session>& sessions) {
+  return dump(kRtsp, sessions);
+}

@@ -1,0 +1,33 @@
+#include "media/channels.h"
+#include "media/section.h"
+
+using namespace camcfg;
+using tinyxml2::XMLElement;
+
+namespace {
+
+using Session = tag_CFG_WEBSOCKET_SESSION_T;
+
+bool readSession(const XMLElement& element, Session& session) {
+  return readNamedChannel(element, "<WEBSOCKET><Channel>", session.s32Id, session.strName);
+}
+
+void writeSession(XMLElement& section, const Session& session) {
+  writeNamedChannel(section, session.s32Id, session.strName);
+}
+
+constexpr Section<Session> kWebsocket = {"WEBSOCKET", kChannel, "<WEBSOCKET>", readSession,
+                                         writeSession};
+
+}  // namespace
+
+int CFG_LM_LoadWebsocketConfig(std::list<Session>& sessions) {
+  // Deliberate: emptied even if the file cannot be opened, unlike the lists of the other loaders.
+  // [websocket-emptied-first]
+  sessions.clear();
+  return load(kWebsocket, sessions);
+}
+
+int CFG_LM_DumpWebsocketConfig(const std::list<Session>& sessions) {
+  return dump(kWebsocket, sessions);
+}

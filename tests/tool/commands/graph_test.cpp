@@ -1,0 +1,189 @@
+#include <cstdlib>
+#include <regex>
+
+#include "device/wiring_picture.h"
+#include "system/sample_set.h"
+#include "tool/as_nobody.h"
+#include "tool/media_tool_test.h"
+
+namespace camcfg::tests {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kPicture[] = R"dot(digraph wiring {
+  rankdir=LR; ranksep=2.2; nodesep=0.12; newrank=true; outputorder=edgesfirst;
+  fontname="Helvetica"; fontsize=13; labelloc=b;
+  label="solid: carried or sent    dashed: may be carried    grey: disabled    red: does not fit";
+  node [shape=box style=filled fillcolor="#ffffff" color="#606060" fontname="Helvetica" fontsize=11 height=0.3 margin="0.12,0.04"];
+  edge [tailport=e headport=w arrowsize=0.6 penwidth=1.2 fontname="Helvetica" fontsize=10];
+  subgraph "cluster sources" {
+    label="Stream sources"; labelloc=t; color="#d0d0d0"; style=rounded;
+    source0 [label="0  main"];
+    source1 [label="1  mic" color="#b0b0b0" fontcolor="#909090" fillcolor="#f2f2f2"];
+    source2 [label="2  line"];
+  }
+  subgraph "cluster caches" {
+    label="Stream caches"; labelloc=t; color="#d0d0d0"; style=rounded;
+    cache0 [label="0  program\n8 MiB" color="#1f6fb4" penwidth=1.6];
+    cache1 [label="7  audio\n187.5 KiB" color="#2c8a4b" penwidth=1.6];
+  }
+  subgraph "cluster WebSocket" {
+    label="WebSocket"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session0 [label="listen  (7)"];
+  }
+  subgraph "cluster RTSP" {
+    label="RTSP"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session1 [label="live  (video 0, audio 7)"];
+    session2 [label="empty"];
+  }
+  subgraph "cluster RTMP" {
+    label="RTMP"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session3 [label="target 0  (video 0)"];
+    session4 [label="target 1" color="#b0b0b0" fontcolor="#909090" fillcolor="#f2f2f2"];
+  }
+  subgraph "cluster NDI" {
+    label="NDI"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session5 [label="One  (main video 0)"];
+  }
+  subgraph "cluster SRT" {
+    label="SRT"; labelloc=t; color="#d0d0d0"; style=rounded;
+    session6 [label="listener 0: program  (0, 7)"];
+    session7 [label="listener 0: quiet"];
+  }
+  {rank=same; source0; source1; source2;}
+  {rank=same; cache0; cache1;}
+  {rank=same; session0; session1; session2; session3; session4; session5; session6; session7;}
+  source0 -> cache0 [color="#1f6fb4" style=bold];
+  source2 -> cache0 [color="#1f6fb4" style=dashed];
+  source2 -> cache1 [color="#2c8a4b" style=bold];
+  source1 -> cache1 [color="#b0b0b0" style=dashed];
+  cache1 -> session0 [color="#2c8a4b"];
+  cache0 -> session1 [color="#1f6fb4"];
+  cache1 -> session1 [color="#2c8a4b"];
+  cache0 -> session3 [color="#1f6fb4"];
+  cache0 -> session5 [color="#1f6fb4"];
+  cache0 -> session6 [color="#1f6fb4"];
+  cache1 -> session6 [color="#2c8a4b"];
+}
+)dot";
+
+class GraphTest : public MediaToolTest {
+ protected:
+  static bool hasGraphviz() { return std::system("command -v dot >/dev/null") == 0; }
+
+  void giveFindings() const {
+    giveWith("Id=\"0\" Default=\"1\"", "Id=\"9\" Default=\"1\"");
+    giveWith("Id=\"2\"/>", "Id=\"2\" Enable=\"1\"/>");
+    giveWith("Source Id=\"1\"/>", "Source Id=\"1\" Default=\"1\"/>");
+    giveWith("Channel Id=\"0\" Name=\"video\"", "Channel Id=\"4\" Name=\"video\"");
+  }
+};
+
+TEST_F(GraphTest, SourcesCachesAndSessionsAreDrawnInDot) {
+  EXPECT_EQ(run({"graph"}), (ToolRun{0, kPicture, ""}));
+  EXPECT_EQ(run({"graph", "--format", "dot"}), (ToolRun{0, kPicture, ""}));
+}
+
+TEST_F(GraphTest, FindingsAreTold) {
+  giveFindings();
+  EXPECT_EQ(
+      run({"graph"}).err,
+      "camcfg: graph: note: stream cache 0 carries source 9, which there is not\n"
+      "camcfg: graph: note: stream cache 0 is marked \"Default\" at source 9, but \"Enable\" at "
+      "source 2\n"
+      "camcfg: graph: note: stream cache 7 carries source 1, which is disabled\n"
+      "camcfg: graph: note: RTSP 'live' sends stream cache 4, which there is not\n");
+}
+
+TEST_F(GraphTest, FindingsAreDrawn) {
+  giveFindings();
+  const std::string picture = run({"graph"}).out;
+  for (const char* line :
+       {"    \"missing source 9\" [label=\"no source 9\" color=\"#c00000\" fontcolor=\"#c00000\" "
+        "fillcolor=\"#fff0f0\" style=\"filled,dashed\"];\n",
+        "    \"missing cache 4\" [label=\"no cache 4\" color=\"#c00000\" fontcolor=\"#c00000\" "
+        "fillcolor=\"#fff0f0\" style=\"filled,dashed\"];\n",
+        "  \"missing source 9\" -> cache0 [color=\"#c00000\" fontcolor=\"#c00000\" style=bold];\n",
+        "  \"missing cache 4\" -> session1 [color=\"#c00000\" fontcolor=\"#c00000\"];\n",
+        "  source2 -> cache0 [color=\"#c00000\" fontcolor=\"#c00000\" style=dotted "
+        "label=\"Enable\"];\n",
+        "  source1 -> cache1 [color=\"#b0b0b0\" style=bold];\n"})
+    EXPECT_THAT(picture, HasSubstr(line));
+}
+
+TEST_F(GraphTest, JsonHoldsTheWiringAndItsFindings) {
+  giveFindings();
+  const tool::Json wiring = tool::Json::parse(run({"graph", "--json"}).out);
+  EXPECT_EQ(wiring.at("sources").size(), 3u);
+  EXPECT_EQ(wiring.at("caches").size(), 2u);
+  EXPECT_EQ(wiring.at("sessions").at(1).dump(),
+            R"({"service":"RTSP","name":"live","enabled":true,)"
+            R"("channels":[{"cache":4,"role":"video"},{"cache":7,"role":"audio"}]})");
+  EXPECT_EQ(wiring.at("findings").size(), 4u);
+}
+
+TEST(WiringPictureTest, NamesCannotLeaveTheirQuotes) {
+  EXPECT_EQ(tool::dotText("a\"b\\c"), "a\\\"b\\\\c");
+  EXPECT_EQ(tool::dotText("a\nb\x1b"), "a\\\\nb\\\\x1b");
+  EXPECT_EQ(tool::dotText("&lt; \\N"), "&amp;lt; \\\\N");
+  EXPECT_EQ(tool::dotText("\xff\xc3\xbc"), "\xef\xbf\xbd\xc3\xbc");
+}
+
+TEST_F(GraphTest, HostileNamesStayNamesInSvg) {
+  if (!hasGraphviz()) GTEST_SKIP() << "Graphviz is not installed";
+  giveWith("Name=\"main\"", "Name=\"&quot;]; x [&amp;lt;\\N&#10;\xff\"");
+  const ToolRun picture = run({"graph", "--format", "svg"});
+  EXPECT_EQ(picture.status, 0);
+  EXPECT_EQ(picture.err, "");
+  EXPECT_THAT(picture.out, HasSubstr(">0 &#160;&quot;]; x [&amp;lt;\\N\\n\xef\xbf\xbd</text>"));
+}
+
+TEST_F(GraphTest, UnknownFormatIsRefused) {
+  expectRefused({"graph", "--format", "png"}, 2,
+                "graph: unknown format 'png'; there are dot and svg");
+}
+
+TEST_F(GraphTest, SvgWithoutGraphvizIsRefused) {
+  const ToolRun picture =
+      run({"graph", "--format", "svg"}, [] { setenv("PATH", "/no/such/directory", 1); });
+  EXPECT_EQ(picture, (ToolRun{1, "",
+                              "camcfg: graph: the program 'dot' is not installed; it comes with "
+                              "Graphviz\n"}));
+}
+
+TEST_F(GraphTest, FaultInAnySectionIsTold) {
+  giveWith("Port=\"9001\"", "");
+  expectRefused({"graph"}, 3,
+                "graph: /cfg0/mpp_cfg.xml:49: Attr `Port` is required by <SRT><Instance>");
+}
+
+TEST_F(GraphTest, UserWithoutPrivilegesGetsSvg) {
+  if (!hasGraphviz()) GTEST_SKIP() << "Graphviz is not installed";
+  const Nobody nobody(device);
+  const std::string fault = nobody.whyNotEnter();
+  if (!fault.empty()) GTEST_SKIP() << fault;
+  const ToolRun picture = nobody.run({"graph", "--format", "svg"});
+  EXPECT_EQ(picture.status, 0) << picture.err;
+  EXPECT_THAT(picture.out, HasSubstr("<title>session0</title>"));
+}
+
+// What a picture says, without where it puts it: that depends on Graphviz' version and on fonts.
+std::string withoutPlaces(const std::string& svg) {
+  static const std::regex places(
+      "<!--[^>]*-->|(width|height|viewBox|transform|points|d|x|y|cx|cy|rx|ry)=\"[^\"]*\"");
+  return std::regex_replace(svg, places, "");
+}
+
+TEST_F(GraphTest, SamplePictureIsUpToDate) {
+  if (!hasGraphviz()) GTEST_SKIP() << "Graphviz is not installed";
+  give(readSampleFiles().at("/app/resource/defcfg/mpp_cfg.xml"));
+  std::ifstream file(CAMCFG_SAMPLE_PICTURE, std::ios::binary);
+  const std::string saved{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_EQ(withoutPlaces(run({"graph", "--format", "svg"}).out), withoutPlaces(saved))
+      << "scripts/draw-sample.sh draws it anew";
+}
+
+}  // namespace
+}  // namespace camcfg::tests

@@ -1,0 +1,154 @@
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "commands/groups.h"
+#include "frame/command_line.h"
+#include "tool/tool_test.h"
+#include "topics/topics.h"
+
+namespace camcfg::tests {
+namespace {
+
+using namespace tool;
+
+std::vector<Command> allCommands() {
+  std::vector<Command> commands;
+  for (const CommandGroup& group : allGroups())
+    commands.insert(commands.end(), group.commands.begin(), group.commands.end());
+  return commands;
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+void expectHelpText(const std::string& what, const std::string& help) {
+  EXPECT_TRUE(std::regex_match(help, std::regex(".*[^. ]"))) << what << ": " << help;
+  EXPECT_EQ(help.find('\n'), std::string::npos) << what << ": " << help;
+}
+
+// Command lines within a text, without what the shell makes of their output.
+std::vector<std::vector<std::string>> commandLinesIn(const std::string& text) {
+  std::vector<std::vector<std::string>> found;
+  for (const std::string& line : linesOf(text)) {
+    std::smatch match;
+    const std::regex call("(?:^  |\\$\\(|ssh spare )camcfg ([^|>)]*?)(?: {2,}.*|[|>)].*|$)");
+    for (std::sregex_iterator at(line.begin(), line.end(), call), end; at != end; ++at) {
+      std::istringstream words((*at)[1].str());
+      found.push_back({std::istream_iterator<std::string>(words), {}});
+    }
+  }
+  return found;
+}
+
+TEST(HelpTest, EveryCommandAndWhatItTakesHasHelp) {
+  for (const Command& command : allCommands()) {
+    expectHelpText(command.name, command.help);
+    for (const Option& option : command.options)
+      expectHelpText(std::string(command.name) + " " + option.name, option.help);
+  }
+}
+
+TEST(HelpTest, EveryCommandIsExplainedAsByItsHelpOption) {
+  const auto groups = allGroups();
+  for (const Command& command : allCommands()) {
+    std::istringstream words(command.name);
+    std::vector<std::string> line{std::istream_iterator<std::string>(words), {}};
+    line.insert(line.begin(), "help");
+    EXPECT_EQ(runCamcfg(line), (ToolRun{0, helpText(groups, command.name), ""})) << command.name;
+  }
+}
+
+TEST(HelpTest, UsageNamesWhatTheCommandsAboveTake) {
+  EXPECT_EQ(linesOf(runCamcfg({"help", "stream", "cache", "select"}).out)[1],
+            "Usage: camcfg stream cache ID select [OPTIONS] SOURCE");
+}
+
+TEST(HelpTest, HelpAloneListsCommandsAndTopics) {
+  const std::string help = runCamcfg({"help"}).out;
+  EXPECT_EQ(help.find(runCamcfg({"--help"}).out), 0U);
+  for (const Topic& topic : allTopics())
+    EXPECT_THAT(help, testing::ContainsRegex("\n" + std::string(topic.name) + " +" + topic.title));
+}
+
+TEST(HelpTest, ProgramsOwnCommandsAreNotListed) {
+  const Json list = Json::parse(runCamcfg({"--json", "help"}).out)["commands"];
+  for (const Command& command : allCommands()) {
+    const Json entry = {{"name", command.name}, {"help", command.help}};
+    const bool listed = std::find(list.begin(), list.end(), entry) != list.end();
+    EXPECT_EQ(listed, !command.hidden) << command.name;
+  }
+}
+
+TEST(HelpTest, TopicIsPrintedAsItIsWritten) {
+  for (const Topic& topic : allTopics())
+    EXPECT_EQ(runCamcfg({"help", topic.name}),
+              (ToolRun{0, std::string(topic.title) + "\n\n" + topic.text, ""}));
+}
+
+TEST(HelpTest, TopicsFitATerminalAndHaveNamesOfTheirOwn) {
+  std::set<std::string> names;
+  for (const Command& command : allCommands()) names.insert(command.name);
+  EXPECT_GE(allTopics().size(), 8U);
+  for (const Topic& topic : allTopics()) {
+    EXPECT_TRUE(names.insert(topic.name).second) << topic.name;
+    expectHelpText(topic.name, topic.title);
+    EXPECT_THAT(topic.text, testing::EndsWith("\n"));
+    for (const std::string& line : linesOf(topic.text)) EXPECT_LE(line.size(), 79U) << line;
+  }
+}
+
+TEST(HelpTest, CommandLinesInTopicsMakeSense) {
+  const testkit::DeviceRoot device;
+  const auto groups = allGroups();
+  int checked = 0;
+  for (const Topic& topic : allTopics())
+    for (std::vector<std::string> words : commandLinesIn(topic.text)) {
+      words.insert(words.begin(), "camcfg");
+      std::vector<const char*> pointers;
+      pointers.reserve(words.size());
+      for (const std::string& word : words) pointers.push_back(word.c_str());
+      try {
+        readCommandLine(groups, static_cast<int>(pointers.size()), pointers.data());
+      } catch (const Refusal& refusal) {
+        EXPECT_NE(refusal.status(), Status::Usage) << topic.name << ": " << refusal.what();
+      }
+      ++checked;
+    }
+  EXPECT_GE(checked, 20);
+}
+
+TEST(HelpTest, UnknownTopicIsRefusedWithASuggestion) {
+  EXPECT_EQ(runCamcfg({"help", "lokup"}),
+            (ToolRun{2, "",
+                     "camcfg: help: there is neither a command nor a topic 'lokup'; did you mean "
+                     "'lookup'?\n"}));
+  EXPECT_EQ(runCamcfg({"help", "stream", "cahce"}),
+            (ToolRun{2, "",
+                     "camcfg: help: there is neither a command nor a topic 'stream cahce'; did you "
+                     "mean 'stream cache'?\n"}));
+  EXPECT_EQ(runCamcfg({"help", "xyzxyz"}),
+            (ToolRun{2, "",
+                     "camcfg: help: there is neither a command nor a topic 'xyzxyz'; 'camcfg help' "
+                     "lists them\n"}));
+}
+
+TEST(HelpTest, AnswersInJsonHaveTheirDocumentedShapes) {
+  const Json list = Json::parse(runCamcfg({"--json", "help"}).out);
+  EXPECT_EQ(list["topics"][0],
+            (Json{{"name", "completion"}, {"title", "Completing words in bash and zsh"}}));
+  EXPECT_EQ(Json::parse(runCamcfg({"--json", "help", "list"}).out),
+            (Json{{"command", "list"},
+                  {"help", "List the parameters and their current values"},
+                  {"text", helpText(allGroups(), "list")}}));
+  const Topic& first = allTopics().front();
+  EXPECT_EQ(Json::parse(runCamcfg({"--json", "help", first.name}).out),
+            (Json{{"topic", first.name}, {"title", first.title}, {"text", first.text}}));
+}
+
+}  // namespace
+}  // namespace camcfg::tests

@@ -1,0 +1,527 @@
+#include <fstream>
+
+#include "tool/tool_test.h"
+
+namespace camcfg::tests {
+namespace {
+
+constexpr char kFile[] = "/cfg0/preset_cfg.xml";
+constexpr char kBackup[] = "/cfg1/preset_cfg.xml";
+
+constexpr char kPresets[] =
+    "<PresetCfg>\n"
+    "    <preset Id=\"0\" Description=\"Home\" PanPos=\"0\" TiltPos=\"0\" ZoomPos=\"0\" "
+    "FocusPos=\"0\" FocusMode=\"0\"/>\n"
+    "    <preset Id=\"3\" Description=\"Dock west\" PanPos=\"-20\" TiltPos=\"5\" ZoomPos=\"100\" "
+    "FocusPos=\"7\" FocusMode=\"1\" private=\"x\"/>\n"
+    "    <preset Id=\"5\" Description=\"Dock\" PanPos=\"40\" TiltPos=\"6\" ZoomPos=\"200\" "
+    "FocusPos=\"8\" FocusMode=\"0\"/>\n"
+    "</PresetCfg>\n";
+
+constexpr char kDock[] =
+    "    <preset Id=\"5\" Description=\"Dock\" PanPos=\"40\" TiltPos=\"6\" ZoomPos=\"200\" "
+    "FocusPos=\"8\" FocusMode=\"0\"/>\n";
+
+constexpr char kShadowNote[] =
+    "note: applications that ask for 'Dock' get preset 3 'Dock west', since a description that "
+    "begins like this comes first\n";
+
+std::string added(const std::string& preset) {
+  return with(kPresets, "</PresetCfg>", "    " + preset + "\n</PresetCfg>");
+}
+
+ToolRun refused(const std::string& text) {
+  return {1, "", "camcfg: preset " + text + "\n"};
+}
+
+class PresetTest : public ToolTest {
+ protected:
+  PresetTest() { write(kPresets); }
+
+  void write(const std::string& presets) const {
+    device.write(kFile, presets);
+    device.write(kBackup, presets);
+  }
+
+  void expect(const std::string& presets) const {
+    EXPECT_EQ(device.read(kFile), presets);
+    EXPECT_EQ(device.read(kBackup), presets);
+  }
+
+  ToolRun preset(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "preset");
+    return run(arguments);
+  }
+
+  // The tool reads it outside the device's root.
+  ToolRun import(const std::string& contents, const std::vector<std::string>& options = {}) const {
+    const std::string path = device.hostPath() + "/import";
+    std::ofstream(path) << contents;
+    std::vector<std::string> arguments = {"import", path};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return preset(arguments);
+  }
+};
+
+TEST_F(PresetTest, ListAlignsThePresetsInTheOrderOfTheFile) {
+  EXPECT_EQ(preset({"list"}), (ToolRun{0,
+                                       "ID  PAN  TILT  ZOOM  FOCUS  FOCUS MODE  DESCRIPTION\n"
+                                       "0   0    0     0     0      0           Home\n"
+                                       "3   -20  5     100   7      1           Dock west\n"
+                                       "5   40   6     200   8      0           Dock\n",
+                                       ""}));
+}
+
+TEST_F(PresetTest, ListShowsNothingForWhatIsMissingOrNoInteger) {
+  write("<PresetCfg><presetX PanPos=\"far\" ZoomPos=\"3\"/><other Id=\"1\"/></PresetCfg>");
+  EXPECT_EQ(preset({"list"}), (ToolRun{0,
+                                       "ID  PAN  TILT  ZOOM  FOCUS  FOCUS MODE  DESCRIPTION\n"
+                                       "-   -    -     3     -      -           -\n",
+                                       ""}));
+}
+
+TEST_F(PresetTest, GroupBehindOtherElementsIsFound) {
+  write(std::string("<First/>\n") + kPresets);
+  EXPECT_EQ(preset({"get", "5"}).status, 0);
+}
+
+TEST_F(PresetTest, FileWithoutAGroupIsUnusable) {
+  write("<Presets/>");
+  EXPECT_EQ(
+      preset({"list"}),
+      (ToolRun{3, "", "camcfg: preset list: /cfg0/preset_cfg.xml has no element PresetCfg\n"}));
+}
+
+TEST_F(ToolTest, MissingPresetFileIsUnusable) {
+  EXPECT_EQ(run({"preset", "add"}),
+            (ToolRun{3, "",
+                     "camcfg: preset add: /cfg0/preset_cfg.xml is missing; run 'camcfg verify' to "
+                     "mend it\n"}));
+}
+
+TEST_F(PresetTest, GetShowsAPresetByItsId) {
+  EXPECT_EQ(preset({"get", "3"}), (ToolRun{0,
+                                           "id           3\n"
+                                           "description  Dock west\n"
+                                           "pan          -20\n"
+                                           "tilt         5\n"
+                                           "zoom         100\n"
+                                           "focus        7\n"
+                                           "focus mode   1\n",
+                                           ""}));
+}
+
+TEST_F(PresetTest, GetByDescriptionTakesTheWholeOneAndTellsThatApplicationsGetAnother) {
+  EXPECT_EQ(preset({"get", "Dock", "--json"}),
+            (ToolRun{0,
+                     "{\n"
+                     "  \"id\": 5,\n"
+                     "  \"description\": \"Dock\",\n"
+                     "  \"pan\": 40,\n"
+                     "  \"tilt\": 6,\n"
+                     "  \"zoom\": 200,\n"
+                     "  \"focus\": 8,\n"
+                     "  \"focusMode\": 0\n"
+                     "}\n",
+                     std::string("camcfg: preset get: ") + kShadowNote}));
+}
+
+TEST_F(PresetTest, GetShowsADescriptionThatAQueryByIdKeepsBack) {
+  const std::string longOne(63, 'x');
+  write(with(kPresets, "\"Dock\"", "\"" + longOne + "\""));
+  EXPECT_THAT(preset({"get", "5"}).out, testing::HasSubstr("description  " + longOne + "\n"));
+}
+
+TEST_F(PresetTest, UnknownPresetsAreNotFound) {
+  EXPECT_EQ(preset({"get", "4"}), refused("get: there is no preset 4"));
+  EXPECT_EQ(preset({"get", "99999999999999999999"}),
+            refused("get: there is no preset 99999999999999999999"));
+  EXPECT_EQ(preset({"get", "Hone"}),
+            refused("get: there is no preset called 'Hone'; did you mean 'Home'?"));
+  EXPECT_EQ(preset({"get", "Hom"}),
+            refused("get: there is no preset called 'Hom' (a lookup by the beginning finds preset "
+                    "0 'Home'); did you mean 'Home'?"));
+}
+
+TEST_F(PresetTest, DescriptionOfTwoPresetsIsRefused) {
+  write(with(kPresets, "\"Home\"", "\"Dock\""));
+  const char* const why =
+      "there are several presets called 'Dock': preset 0 'Dock' and preset 5 'Dock'; give an id";
+  EXPECT_EQ(preset({"get", "Dock"}), refused(std::string("get: ") + why));
+  EXPECT_EQ(preset({"delete", "Dock"}), refused(std::string("delete: ") + why));
+}
+
+TEST_F(PresetTest, SetChangesOnlyWhatIsGivenAndKeepsUnknownAttributes) {
+  EXPECT_EQ(preset({"set", "3", "--pan", "-21", "--tilt=-6"}),
+            (ToolRun{0, "preset 3: pan -20 -> -21\npreset 3: tilt 5 -> -6\n", ""}));
+  expect(with(kPresets, "PanPos=\"-20\" TiltPos=\"5\"", "PanPos=\"-21\" TiltPos=\"-6\""));
+}
+
+struct GivenOption {
+  const char* option;
+  const char* name;
+  const char* before;
+  const char* attribute;
+};
+
+void PrintTo(const GivenOption& given, std::ostream* out) {
+  *out << given.option;
+}
+
+class PresetOptionTest : public PresetTest, public testing::WithParamInterface<GivenOption> {};
+
+TEST_P(PresetOptionTest, ChangesItsAttributeAndNothingElse) {
+  const GivenOption& given = GetParam();
+  const std::string name = std::string(given.attribute) + "=\"";
+  EXPECT_EQ(
+      preset({"set", "5", given.option, "-77"}),
+      (ToolRun{0, std::string("preset 5: ") + given.name + " " + given.before + " -> -77\n", ""}));
+  expect(with(kPresets, kDock, with(kDock, name + given.before, name + "-77")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Options, PresetOptionTest,
+                         testing::Values(GivenOption{"--pan", "pan", "40", "PanPos"},
+                                         GivenOption{"--tilt", "tilt", "6", "TiltPos"},
+                                         GivenOption{"--zoom", "zoom", "200", "ZoomPos"},
+                                         GivenOption{"--focus", "focus", "8", "FocusPos"},
+                                         GivenOption{"--focus-mode", "focusMode", "0",
+                                                     "FocusMode"}));
+
+class LongDescriptionTest : public PresetTest, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(LongDescriptionTest, SurvivesAChangeOfThePosition) {
+  const std::string text(GetParam(), 'x');
+  const std::string presets = with(kPresets, "\"Dock\"", "\"" + text + "\"");
+  write(presets);
+  EXPECT_EQ(preset({"set", "5", "--pan", "41"}).status, 0);
+  expect(with(presets, "PanPos=\"40\"", "PanPos=\"41\""));
+}
+
+INSTANTIATE_TEST_SUITE_P(Lengths, LongDescriptionTest, testing::Values(31, 32, 62, 63));
+
+TEST_F(PresetTest, SetCreatesAPresetThatIsZeroWhereNothingIsGiven) {
+  EXPECT_EQ(preset({"set", "128", "--zoom", "9"}), (ToolRun{0, "preset 128: created\n", ""}));
+  expect(
+      added("<preset Id=\"128\" Description=\"\" PanPos=\"0\" TiltPos=\"0\" ZoomPos=\"9\" "
+            "FocusPos=\"0\" FocusMode=\"0\"/>"));
+}
+
+TEST_F(PresetTest, SetInJsonTellsThePresetBefore) {
+  const ToolRun set = preset({"set", "5", "--description", "Pier", "--json"});
+  EXPECT_EQ(set, (ToolRun{0,
+                          "{\n"
+                          "  \"id\": 5,\n"
+                          "  \"description\": \"Pier\",\n"
+                          "  \"pan\": 40,\n"
+                          "  \"tilt\": 6,\n"
+                          "  \"zoom\": 200,\n"
+                          "  \"focus\": 8,\n"
+                          "  \"focusMode\": 0,\n"
+                          "  \"before\": {\n"
+                          "    \"id\": 5,\n"
+                          "    \"description\": \"Dock\",\n"
+                          "    \"pan\": 40,\n"
+                          "    \"tilt\": 6,\n"
+                          "    \"zoom\": 200,\n"
+                          "    \"focus\": 8,\n"
+                          "    \"focusMode\": 0\n"
+                          "  }\n"
+                          "}\n",
+                          ""}));
+  EXPECT_THAT(preset({"set", "7", "--json"}).out, testing::HasSubstr("\"before\": null\n"));
+}
+
+TEST_F(PresetTest, SetTakesAnEmptyDescriptionAndOneThatLooksLikeAnOption) {
+  EXPECT_EQ(preset({"set", "0", "--description", ""}),
+            (ToolRun{0, "preset 0: description Home -> \n", ""}));
+  EXPECT_EQ(preset({"set", "0", "--description=--x"}),
+            (ToolRun{0, "preset 0: description  -> --x\n", ""}));
+  expect(with(kPresets, "\"Home\"", "\"--x\""));
+}
+
+TEST_F(PresetTest, SetToWhatItIsChangesNothing) {
+  EXPECT_EQ(preset({"set", "0", "--pan", "0"}), (ToolRun{0, "preset 0: unchanged\n", ""}));
+  expect(kPresets);
+}
+
+TEST_F(PresetTest, SetTellsWhatLookupsMakeOfADescription) {
+  EXPECT_EQ(preset({"set", "0", "--description", std::string(32, 'x')}).err,
+            "camcfg: preset set: note: applications that ask for preset 0 by its id get no "
+            "description of 32 bytes or more\n");
+  EXPECT_EQ(preset({"set", "5", "--description", "Dock"}).err,
+            std::string("camcfg: preset set: ") + kShadowNote);
+}
+
+TEST_F(PresetTest, SetRefusesToLoseWhatIsThere) {
+  const std::string tooLong = with(kPresets, "\"Dock\"", "\"" + std::string(64, 'x') + "\"");
+  const std::string presets = with(tooLong, "PanPos=\"0\"", "PanPos=\"far\"");
+  write(presets);
+  EXPECT_EQ(preset({"set", "5", "--pan", "1"}),
+            refused("set: preset 5: its present description would be cut to 63 bytes; give a "
+                    "description as well"));
+  EXPECT_EQ(preset({"set", "0", "--tilt", "1"}),
+            refused("set: preset 0: its PanPos 'far' is no integer and would become 0; give pan as "
+                    "well"));
+  expect(presets);
+  EXPECT_EQ(preset({"set", "0", "--pan", "1"}), (ToolRun{0, "preset 0: pan - -> 1\n", ""}));
+}
+
+struct RefusedPreset {
+  std::vector<std::string> arguments;
+  std::string why;
+};
+
+void PrintTo(const RefusedPreset& refused, std::ostream* out) {
+  *out << refused.why;
+}
+
+class RefusedPresetTest : public PresetTest, public testing::WithParamInterface<RefusedPreset> {};
+
+TEST_P(RefusedPresetTest, IsRefusedInOneLineAndChangesNothing) {
+  EXPECT_EQ(preset(GetParam().arguments), refused(GetParam().why));
+  expect(kPresets);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, RefusedPresetTest,
+    testing::Values(
+        RefusedPreset{{"set", "129"},
+                      "set: id 129 is outside 0..128; the nearest permitted is 128"},
+        RefusedPreset{{"set", "--", "-1"},
+                      "set: id -1 is outside 0..128; the nearest permitted is 0"},
+        RefusedPreset{{"set", "Dock"}, "set: 'Dock' is no id (0..128)"},
+        RefusedPreset{{"set", "3", "--pan", "4a"}, "set: --pan: '4a' is no decimal integer"},
+        RefusedPreset{{"set", "3", "--zoom", ""}, "set: --zoom: '' is no decimal integer"},
+        RefusedPreset{{"set", "3", "--tilt", "2147483648"},
+                      "set: --tilt: 2147483648 is outside -2147483648..2147483647; the nearest "
+                      "permitted is 2147483647"},
+        RefusedPreset{{"set", "3", "--description", std::string(64, 'x')},
+                      "set: preset 3: the description has 64 bytes, the limit is 63; the nearest "
+                      "permitted is '" +
+                          std::string(63, 'x') + "'"},
+        RefusedPreset{{"add", "--description", std::string(64, 'x')},
+                      "add: preset 1: the description has 64 bytes, the limit is 63; the nearest "
+                      "permitted is '" +
+                          std::string(63, 'x') + "'"},
+        RefusedPreset{{"set", "3", "--description", "a\nb"},
+                      "set: preset 3: the description has a control character in it"}));
+
+TEST_F(PresetTest, BothEndsOfTheNumbersAreStored) {
+  EXPECT_EQ(preset({"set", "0", "--pan", "-2147483648", "--tilt", "2147483647"}),
+            (ToolRun{0, "preset 0: pan 0 -> -2147483648\npreset 0: tilt 0 -> 2147483647\n", ""}));
+}
+
+TEST_F(PresetTest, AddTakesTheLowestFreeIdAndPrintsIt) {
+  EXPECT_EQ(preset({"add", "--pan", "-1", "--description", "Gate"}), (ToolRun{0, "1\n", ""}));
+  expect(
+      added("<preset Id=\"1\" Description=\"Gate\" PanPos=\"-1\" TiltPos=\"0\" ZoomPos=\"0\" "
+            "FocusPos=\"0\" FocusMode=\"0\"/>"));
+  EXPECT_EQ(preset({"add"}).out, "2\n");
+  EXPECT_EQ(preset({"add"}).out, "4\n");
+}
+
+std::string presetsUpTo(int last) {
+  std::string presets = "<PresetCfg>\n";
+  for (int id = 0; id <= last; ++id) presets += "    <preset Id=\"" + std::to_string(id) + "\"/>\n";
+  return presets + "</PresetCfg>\n";
+}
+
+TEST_F(PresetTest, AddTakesId127LastAndSaysThenThatNoneIsLeft) {
+  write(presetsUpTo(126));
+  EXPECT_EQ(preset({"add"}), (ToolRun{0, "127\n", ""}));
+  const std::string full = device.read(kFile);
+  EXPECT_EQ(preset({"add"}),
+            refused("add: no id is left: all from 0 to 127 are taken; delete a preset first"));
+  expect(full);
+}
+
+TEST_F(PresetTest, DeleteByIdTakesThatPresetAlone) {
+  EXPECT_EQ(preset({"delete", "3"}), (ToolRun{0, "preset 3 'Dock west': deleted\n", ""}));
+  EXPECT_EQ(preset({"get", "3"}).status, 1);
+  EXPECT_EQ(preset({"delete", "0"}).status, 0);
+  expect(std::string("<PresetCfg>\n") + kDock + "</PresetCfg>\n");
+}
+
+TEST_F(PresetTest, DeleteByDescriptionTakesTheWholeOneAlthoughAnotherBeginsLikeIt) {
+  EXPECT_EQ(preset({"delete", "Dock"}),
+            (ToolRun{0, "preset 5 'Dock': deleted\n",
+                     std::string("camcfg: preset delete: ") + kShadowNote}));
+  expect(with(kPresets, kDock, ""));
+}
+
+TEST_F(PresetTest, DeleteOfAnUnknownPresetIsRefusedAndLeavesTheFileFree) {
+  EXPECT_EQ(preset({"delete", "77"}), refused("delete: there is no preset 77"));
+  EXPECT_EQ(preset({"delete", "Doc"}),
+            refused("delete: there is no preset called 'Doc' (a lookup by the beginning finds "
+                    "preset 3 'Dock west'); did you mean 'Dock'?"));
+  expect(kPresets);
+  EXPECT_EQ(preset({"add"}).status, 0);
+}
+
+TEST_F(PresetTest, DeleteTakesAPresetWithoutIdByItsDescription) {
+  const std::string lone = "<preset Description=\"Dock w\"/>";
+  const std::string presets = added(lone);
+  write(presets);
+  EXPECT_EQ(preset({"delete", "Dock w"}),
+            refused("delete: a preset without id 'Dock w': the library would delete preset 3 'Dock "
+                    "west', since a description that begins like this comes first"));
+  expect(presets);
+  write(added("<preset Description=\"Lone\"/>"));
+  EXPECT_EQ(preset({"delete", "Lone"}), (ToolRun{0, "a preset without id 'Lone': deleted\n", ""}));
+  expect(kPresets);
+}
+
+constexpr char kCsv[] =
+    "id,description,pan,tilt,zoom,focus,focusMode\n"
+    "0,Home,0,0,0,0,0\n"
+    "3,Dock west,-20,5,100,7,1\n"
+    "5,Dock,40,6,200,8,0\n";
+
+TEST_F(PresetTest, ExportIsCsvUnlessJsonIsAskedFor) {
+  EXPECT_EQ(preset({"export"}), (ToolRun{0, kCsv, ""}));
+  EXPECT_EQ(preset({"export", "--format", "csv"}), (ToolRun{0, kCsv, ""}));
+  EXPECT_EQ(preset({"export", "--format", "json"}), preset({"list", "--json"}));
+  EXPECT_EQ(preset({"export", "--format", "xml"}),
+            (ToolRun{2, "", "camcfg: preset export: --format: 'xml' is neither csv nor json\n"}));
+}
+
+TEST_F(PresetTest, ImportOfAnExportWritesNothing) {
+  const std::string odd =
+      added("<preset Id=\"9\" Description=\"a &quot;b&quot;, c\"/>") + "<!-- mine -->";
+  write(odd);
+  for (const char* format : {"csv", "json"})
+    EXPECT_EQ(import(preset({"export", "--format", format}).out),
+              (ToolRun{0, "created    -\nupdated    -\nunchanged  0, 3, 5, 9\n", ""}))
+        << format;
+  expect(odd);
+}
+
+TEST_F(PresetTest, ImportRestoresAnExportOnAnEmptyDevice) {
+  const std::string unmarked = with(kPresets, " private=\"x\"", "");
+  for (const char* format : {"csv", "json"}) {
+    write(unmarked);
+    const std::string exported = preset({"export", "--format", format}).out;
+    write("<PresetCfg/>\n");
+    EXPECT_EQ(import(exported),
+              (ToolRun{0, "created    0, 3, 5\nupdated    -\nunchanged  -\n", ""}));
+    expect(unmarked);
+  }
+}
+
+TEST_F(PresetTest, ImportLeavesAloneWhatItDoesNotName) {
+  EXPECT_EQ(import("pan,id\r\n-9,5\r\n,3\r\n"),
+            (ToolRun{0, "created    -\nupdated    5\nunchanged  3\n", ""}));
+  expect(with(kPresets, "PanPos=\"40\"", "PanPos=\"-9\""));
+}
+
+TEST_F(PresetTest, ImportTakesJsonFromStandardInputAndAnswersInIt) {
+  const auto feed = [&] {
+    std::ofstream(device.hostPath() + "/in") << " [{\"id\": 5, \"pan\": -9, \"tilt\": null}]";
+    ASSERT_NE(std::freopen((device.hostPath() + "/in").c_str(), "r", stdin), nullptr);
+  };
+  EXPECT_EQ(run({"preset", "import", "-", "--json"}, feed), (ToolRun{0,
+                                                                     "{\n"
+                                                                     "  \"created\": [],\n"
+                                                                     "  \"updated\": [\n"
+                                                                     "    5\n"
+                                                                     "  ],\n"
+                                                                     "  \"unchanged\": [],\n"
+                                                                     "  \"faults\": []\n"
+                                                                     "}\n",
+                                                                     ""}));
+  expect(with(kPresets, "PanPos=\"40\"", "PanPos=\"-9\""));
+}
+
+TEST_F(PresetTest, DryRunTellsWhatAnImportWouldDoAndChangesNothing) {
+  EXPECT_EQ(import("id,pan\n5,-9\n6,1\n", {"--dry-run"}),
+            (ToolRun{0, "created    6\nupdated    5\nunchanged  -\n", ""}));
+  expect(kPresets);
+}
+
+TEST_F(PresetTest, EveryFaultOfAnImportIsToldWithItsLineAndNothingIsStored) {
+  EXPECT_EQ(
+      import("id,description,pan\n"
+             "7,good,1\n"
+             "8,x\n"
+             "3,\"two\nlines\",99999999999\n"
+             "129,y,\n"
+             "-1,y,\n"
+             ",z,1\n"
+             "7,again,1z\n"
+             "9," +
+             std::string(64, 'x') + ",\n"),
+      (ToolRun{
+          1, "",
+          "camcfg: preset import: line 3: it has 2 cells, not 3 as line 1\n"
+          "camcfg: preset import: line 4: pan 99999999999 is outside -2147483648..2147483647; the "
+          "nearest permitted is 2147483647\n"
+          "camcfg: preset import: line 4: the description has a control character in it\n"
+          "camcfg: preset import: line 6: id 129 is outside 0..128; the nearest permitted is 128\n"
+          "camcfg: preset import: line 7: id -1 is outside 0..128; the nearest permitted is 0\n"
+          "camcfg: preset import: line 8: it has no id\n"
+          "camcfg: preset import: line 9: pan '1z' is no decimal integer\n"
+          "camcfg: preset import: line 9: id 7 is in line 2 already\n"
+          "camcfg: preset import: line 10: the description has 64 bytes, the limit is "
+          "63; the nearest permitted is '" +
+              std::string(63, 'x') +
+              "'\n"
+              "camcfg: preset import: nothing was imported\n"}));
+  expect(kPresets);
+}
+
+TEST_F(PresetTest, FaultsInJsonAreToldByTheirPlaceInTheArray) {
+  EXPECT_EQ(
+      import("[{\"id\": 9, \"pan\": 1.5, \"tlit\": 3}, 7, {\"id\": \"1\"}, {\"pan\": 3}, "
+             "{\"id\": 9, \"description\": 4}]"),
+      (ToolRun{
+          1, "",
+          "camcfg: preset import: preset 1 of the array: pan '1.5' is no decimal integer\n"
+          "camcfg: preset import: preset 1 of the array: unknown member 'tlit'; did you mean "
+          "'tilt'?\n"
+          "camcfg: preset import: preset 2 of the array: it is no object\n"
+          "camcfg: preset import: preset 3 of the array: id '\"1\"' is no decimal integer\n"
+          "camcfg: preset import: preset 4 of the array: it has no id\n"
+          "camcfg: preset import: preset 5 of the array: description 4 is no text\n"
+          "camcfg: preset import: preset 5 of the array: id 9 is in preset 1 of the array already\n"
+          "camcfg: preset import: nothing was imported\n"}));
+  expect(kPresets);
+}
+
+TEST_F(PresetTest, ManyFaultsAreCounted) {
+  std::string table = "id\n";
+  for (int i = 0; i < 25; ++i) table += "no\n";
+  const ToolRun imported = import(table);
+  EXPECT_THAT(imported.err, testing::EndsWith("line 21: id 'no' is no decimal integer\n"
+                                              "camcfg: preset import: nothing was imported (5 "
+                                              "more faults)\n"));
+}
+
+TEST_F(PresetTest, ImportOfSomethingElseIsRefusedInOneLine) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", "there is nothing in the file"},
+      {"\n\n", "there is nothing in the file"},
+      {"id,pam\n", "line 1: unknown column 'pam'; did you mean 'pan'?"},
+      {"pan,tilt\n", "line 1: there is no column 'id'"},
+      {"id,pan,id\n", "line 1: there are two columns 'id'"},
+      {"id,description\n1,\"open\n2,x\n", "line 2: a quote is not closed"},
+      {"[\n{\"id\":\n]", "line 3: it is no JSON from here on"},
+      {"{\"id\": 3}", "it is no array of presets"},
+  };
+  for (const auto& [contents, why] : cases)
+    EXPECT_EQ(import(contents), refused(std::string("import: ") + why)) << contents;
+  EXPECT_EQ(preset({"import", "/no/such/file"}),
+            refused("import: FILE /no/such/file: No such file or directory"));
+  expect(kPresets);
+}
+
+TEST_F(PresetTest, ExportTellsWhatAnImportWillRefuse) {
+  write("<PresetCfg><preset Id=\"200\"/><preset Description=\"x\"/></PresetCfg>");
+  EXPECT_EQ(preset({"export"}).err,
+            "camcfg: preset export: note: an import will refuse preset 200: id 200 is outside "
+            "0..128; the nearest permitted is 128\n"
+            "camcfg: preset export: note: an import will refuse a preset without id 'x': it has no "
+            "id\n");
+}
+
+}  // namespace
+}  // namespace camcfg::tests

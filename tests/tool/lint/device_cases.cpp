@@ -1,0 +1,136 @@
+#include "tool/lint/device_cases.h"
+
+#include <sys/stat.h>
+
+#include "tool/lint/cases.h"
+
+namespace camcfg::tests {
+namespace {
+
+using testkit::DeviceRoot;
+
+constexpr char kMain[] = "/cfg0/mpp_cfg.xml";
+constexpr char kBackup[] = "/cfg1/mpp_cfg.xml";
+
+std::string with(std::string text, const std::string& part, const std::string& other) {
+  return text.replace(text.find(part), part.size(), other);
+}
+
+void writeAll(const DeviceRoot& device, const std::string& name, const std::string& contents) {
+  for (const char* directory : {"/cfg0/", "/cfg1/", "/app/resource/defcfg/"})
+    device.write(directory + name, contents);
+}
+
+}  // namespace
+
+std::vector<DeviceCase> deviceCases() {
+  return {
+      {"unreadable",
+       [](const DeviceRoot& device) {
+         device.remove(kMain);
+         device.makeDirectory(kMain);
+       },
+       [](const DeviceRoot& device) { device.makeDirectory("/cfg0/more"); },
+       "/cfg0/mpp_cfg.xml:1: error: is a directory [unreadable]\n"},
+      {"unreadable",
+       [](const DeviceRoot& device) {
+         device.remove(kMain);
+         mkfifo((device.hostPath() + kMain).c_str(), 0600);
+       },
+       [](const DeviceRoot& device) { mkfifo((device.hostPath() + "/cfg0/pipe").c_str(), 0600); },
+       "/cfg0/mpp_cfg.xml:1: error: is no regular file [unreadable]\n"},
+      {"not-well-formed",
+       [](const DeviceRoot& device) {
+         device.write(kMain, "<Stream>\n<StreamSource>\n</Stream>\n");
+       },
+       [](const DeviceRoot& device) { device.write("/cfg0/notes.txt", "<Stream>\n<"); },
+       "/cfg0/mpp_cfg.xml:2: error: an element is not closed by a tag of its name "
+       "[not-well-formed]\n"},
+      {"zero-byte",
+       [](const DeviceRoot& device) {
+         writeAll(device, "mpp_cfg.xml", std::string(kCleanMedia) + std::string(9, '\0'));
+       },
+       [](const DeviceRoot& device) {
+         writeAll(device, "mpp_cfg.xml", std::string(kCleanMedia) + "\n\n");
+       },
+       "/cfg0/mpp_cfg.xml:46: error: a zero byte ends the file here; 9 bytes are not read "
+       "[zero-byte]\n"},
+      {"section-missing",
+       [](const DeviceRoot& device) { writeAll(device, "preset_cfg.xml", kCleanTexts); },
+       [](const DeviceRoot& device) { writeAll(device, "preset_cfg.xml", "<PresetCfg/>"); },
+       "/cfg0/preset_cfg.xml:1: error: there is no <PresetCfg> [section-missing]\n"},
+      {"language-missing",
+       [](const DeviceRoot& device) { device.remove("/app/resource/language/English.xml"); },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/Dutch.xml", kCleanTexts);
+       },
+       "/cfg0/business_param.xml:2: error: System/Language: there is no "
+       "/app/resource/language/English.xml [language-missing]\n"},
+      {"text-missing",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/Dutch.xml", "<Texts><Menu/></Texts>");
+       },
+       [](const DeviceRoot& device) { device.write("/app/resource/language/README", "no XML"); },
+       "/app/resource/language/Dutch.xml:1: warning: Menu has no \"Val\" [text-missing]\n"},
+      {"main-missing", [](const DeviceRoot& device) { device.remove(kMain); },
+       [](const DeviceRoot& device) { device.remove("/app/resource/defcfg/mpp_cfg.xml.bak"); },
+       "/cfg0/mpp_cfg.xml:1: error: there is no such file, but another copy of it "
+       "[main-missing]\n"},
+      {"backup-missing", [](const DeviceRoot& device) { device.remove(kBackup); },
+       [](const DeviceRoot& device) { device.write("/cfg0/notes.txt", ""); },
+       "/cfg0/mpp_cfg.xml:1: warning: there is no backup /cfg1/mpp_cfg.xml [backup-missing]\n"},
+      {"backup-damaged", [](const DeviceRoot& device) { device.write(kBackup, "<Stream>"); },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/defcfg/mpp_cfg.xml", "<Stream/>");
+       },
+       "/cfg0/mpp_cfg.xml:1: warning: its backup /cfg1/mpp_cfg.xml is not well-formed XML "
+       "[backup-damaged]\n"},
+      {"copies-differ",
+       [](const DeviceRoot& device) {
+         device.write(kBackup, with(kCleanMedia, "Port=\"9000\"", "Port=\"9001\""));
+       },
+       [](const DeviceRoot& device) {
+         device.write(kBackup, with(kCleanMedia, "Port=\"9000\"", "Port='9000'"));
+       },
+       "/cfg0/mpp_cfg.xml:39: warning: its backup /cfg1/mpp_cfg.xml differs from here on "
+       "[copies-differ]\n"},
+      {"copies-differ",
+       [](const DeviceRoot& device) {
+         device.write(kBackup, with(kCleanMedia, "</RTSP>", "<MediaGroup Name=\"a\"/></RTSP>"));
+       },
+       [](const DeviceRoot& device) {
+         device.write(kBackup, with(kCleanMedia, "</RTSP>", "\n</RTSP>"));
+       },
+       "/cfg0/mpp_cfg.xml:21: warning: its backup /cfg1/mpp_cfg.xml differs from here on "
+       "[copies-differ]\n"},
+      {"cut-short",
+       [](const DeviceRoot& device) {
+         device.write("/cfg1/preset_cfg.xml", std::string(kCleanPresets) + "<More/>\n");
+       },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/defcfg/preset_cfg.xml",
+                      std::string(kCleanPresets) + "<More/>\n");
+       },
+       "/cfg0/preset_cfg.xml:1: error: it ends before 'More', which its backup has [cut-short]\n"},
+      {"not-checked-at-start",
+       [](const DeviceRoot& device) {
+         device.write("/cfg0/extra.xml", kCleanTexts);
+         device.write("/cfg1/extra.xml", kCleanTexts);
+       },
+       [](const DeviceRoot& device) { writeAll(device, "extra.xml", kCleanTexts); },
+       "/cfg0/extra.xml:1: warning: start-up verification does not check it: it is not in "
+       "/app/resource/defcfg [not-checked-at-start]\n"},
+      {"file-name-too-long",
+       [](const DeviceRoot& device) {
+         writeAll(device, std::string(52, 'n') + ".xml", kCleanTexts);
+       },
+       [](const DeviceRoot& device) {
+         writeAll(device, std::string(51, 'n') + ".xml", kCleanTexts);
+       },
+       "/cfg0/" + std::string(52, 'n') +
+           ".xml:1: error: its name has 56 bytes and is too long for the library to copy it "
+           "[file-name-too-long]\n"},
+  };
+}
+
+}  // namespace camcfg::tests

@@ -1,0 +1,98 @@
+#include <cstdlib>
+#include <exception>
+
+#include "commands/groups.h"
+#include "frame/completion.h"
+#include "frame/printable.h"
+#include "frame/shell_line.h"
+#include "frame/status.h"
+#include "testkit/enter_root.h"
+
+namespace camcfg::tool {
+namespace {
+
+constexpr char kHome[] = "~/";
+
+// What the shell is told to complete: words that follow, or names that it knows itself.
+const char* wordFor(Place::Kind kind) {
+  constexpr const char* kWords[] = {"words", "files", "directories"};
+  return kWords[kind];
+}
+
+// The shell has not yet put in the user's own directory.
+std::string expanded(const std::string& directory) {
+  const char* home = getenv("HOME");
+  const bool isAtHome = home != nullptr && directory.compare(0, 2, kHome) == 0;
+  return isAtHome ? home + directory.substr(1) : directory;
+}
+
+// A device that cannot be read offers no words, and whoever presses the key is not told why.
+std::vector<Candidate> candidatesAt(const Place& place) {
+  try {
+    if (place.words && place.root && !enterRoot(expanded(*place.root)).empty()) return {};
+    return place.candidates();
+  } catch (const Refusal&) {
+    return {};
+  }
+}
+
+Answer answerWith(Place::Kind kind, const std::vector<std::string>& words) {
+  Answer answer;
+  answer.value = {{"complete", wordFor(kind)}, {"words", words}};
+  std::string lines = std::string(wordFor(kind)) + "\n";
+  for (const std::string& word : words) lines += word + "\n";
+  answer.layout = {Verbatim{lines}};
+  return answer;
+}
+
+bool beginsWith(const std::string& text, const std::string& beginning) {
+  return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+// bash puts each word in as it is told it: quoted, and without what stays on the line.
+Answer forBash(const Arguments& arguments) {
+  ShellLine line = readShellLine(arguments.text("LINE"), arguments.text("BREAKS"));
+  const std::string begun = line.words.back();
+  line.words.erase(line.words.begin());
+  const Place place = placeIn(allGroups(), line.words);
+  std::vector<std::string> words;
+  for (const Candidate& candidate : candidatesAt(place))
+    if (beginsWith(candidate.word, begun))
+      words.push_back(shellQuoted(candidate.word.substr(line.kept.size()), line.quote));
+  return answerWith(place.kind, words);
+}
+
+// zsh chooses and quotes itself, and takes "WORD:WHAT IT IS" with its own colons escaped.
+Answer forZsh(const Arguments& arguments) {
+  const Place place = placeIn(allGroups(), arguments.texts("WORD"));
+  std::vector<std::string> words;
+  for (const Candidate& candidate : candidatesAt(place)) {
+    std::string word;
+    for (const char c : candidate.word)
+      word += c == ':' || c == '\\' ? std::string("\\") + c : std::string(1, c);
+    words.push_back(candidate.help.empty() ? word : word + ":" + printable(candidate.help));
+  }
+  return answerWith(place.kind, words);
+}
+
+}  // namespace
+
+CommandGroup completeGroup() {
+  return {"For shells",
+          {{"complete", "Tell a shell what may be typed next", {}, nullptr, Status::Refused, true},
+           {"complete bash",
+            "Tell bash what may be typed at the end of a line",
+            {{Option::Argument, "LINE", "The line up to the cursor"},
+             {Option::Argument, "BREAKS", "Characters that break words when they are completed"}},
+            forBash,
+            Status::Refused,
+            true},
+           {"complete zsh",
+            "Tell zsh what may stand in the place of the last word",
+            {{Option::Arguments, "WORD", "The line's words behind the tool's name"}},
+            forZsh,
+            Status::Refused,
+            true}}};
+}
+
+}  // namespace camcfg::tool
