@@ -27,7 +27,7 @@ set(made ${CMAKE_CURRENT_BINARY_DIR}/debian)
 set(library_package libcamcfg${PROJECT_VERSION_MAJOR})
 set(same_version "(= ${PROJECT_VERSION})")
 
-# What every package has to tell of itself.
+# What every package says about itself.
 file(MAKE_DIRECTORY ${made})
 execute_process(COMMAND gzip -9nc ${debian}/changelog
   OUTPUT_FILE ${made}/changelog.gz COMMAND_ERROR_IS_FATAL ANY)
@@ -41,7 +41,7 @@ install(FILES ${debian}/lintian-overrides
   COMPONENT runtime)
 
 # Which symbols a program needs this library for, and since when; a symbol that is added later
-# gets the version that brought it, behind its name in the list of exported symbols.
+# gets the version that brought it, after its name in the list of exported symbols.
 file(STRINGS packaging/libcamcfg.symbols lines REGEX "^[^#]")
 set(symbols "libcamcfg.so.${PROJECT_VERSION_MAJOR} ${library_package} #MINVER#\n")
 list(SORT lines)

@@ -1,4 +1,4 @@
-// The programs beside this file, called inside a scratch device with the sample factory set.
+// The programs in this folder, called inside a scratch device with the sample factory set.
 #include <camcfg/store.h>
 #include <camcfg/testkit/captured_output.h>
 #include <camcfg/testkit/device_root.h>

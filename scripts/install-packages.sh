@@ -8,7 +8,7 @@
 # 1. Asks no questions.
 set -euo pipefail
 
-# Need, Debian package, and how it shows that the package (or its like of another system) is there:
+# Need, Debian package, and how it shows that the package (or another system's equivalent) is there:
 # a command, a file, or a header or a library that a compiler finds.
 readonly packages='build  g++                    command  g++
 build  cmake                  command  cmake

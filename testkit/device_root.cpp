@@ -67,8 +67,8 @@ DeviceRoot::~DeviceRoot() {
   fs::remove_all(hostPath_, ignored);
 }
 
-// Entered, the device's own paths are the process's paths; outside, the temporary directory stands
-// in front of them.
+// Entered, the device's own paths are the process's paths; outside, they begin with the temporary
+// directory.
 std::string DeviceRoot::inside(const std::string& path) const {
   return entered_ ? path : hostPath_ + path;
 }

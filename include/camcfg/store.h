@@ -7,7 +7,7 @@
 /// and ends with CFG_SaveFile(document, path, BU_TRUE), or gives up with CFG_UnlockFile(path).
 /// In both modes the caller owns the document and deletes it.
 ///
-/// Threads: every call may come from any thread, but CFG_VerifyFileFormat, which must run alone.
+/// Threads: every call may come from any thread, except CFG_VerifyFileFormat, which must run alone.
 /// No exception leaves the library; running out of memory is reported as failure.
 #ifndef CAMCFG_STORE_H
 #define CAMCFG_STORE_H
@@ -34,13 +34,13 @@ CFG_API extern std::map<std::string, tag_CFG_FILE_LOCK> g_mapFileLock;
 CFG_API extern pthread_mutex_t g_lockMapFileLock;
 
 /// Finds the lock record of a path, creating it unlocked if the path was never named.
-/// @param path  file path, taken as it stands
+/// @param path  file path, taken as it is
 /// @return the record, valid until the process ends; null for a null path or when memory runs out
 /// Locks: the caller holds g_lockMapFileLock.
 CFG_API tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path);
 
 /// Takes the lock of a path, waiting at most 10 seconds (realtime clock).
-/// @param path  file path, taken as it stands
+/// @param path  file path, taken as it is
 /// @return 0 with the lock held; -1 when it could not be had
 /// On failure the flag of the record is cleared although another holder may still own the mutex:
 /// that holder's unlock then warns and leaves the mutex locked.
@@ -64,7 +64,7 @@ CFG_API int cfgUnlockFile(const char* path);
 CFG_API int CFG_UnlockFile(char* pcPath);
 
 /// Loads a file into a new document (entities processed, white space preserved).
-/// @param pcPath      file path, used as it stands for loading and as the lock's key
+/// @param pcPath      file path, used as it is for loading and as the lock's key
 /// @param enReadOnly  1: read mode, the lock is released before returning; any other value: write
 ///                    mode, the lock stays held on success
 /// @return the document, the caller's to delete; null on failure, with no lock held by this call
@@ -111,7 +111,7 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 /// that holds any regular file. Only well-formedness is checked; a restored copy is not read again.
 /// @return 0 after a completed scan, whatever was repaired; -1 when no directory holds a file
 ///         (level 3 "All File didn't exist\n"), the chosen one cannot be opened (level 3
-///         "File %s didn't exist\n"), or memory or descriptors run out, upon which nothing more is
+///         "File %s didn't exist\n"), or memory or descriptors run out; then nothing more is
 ///         replaced
 /// Prints: on standard output "file %s \n" per name; level 6 records of the counts, of each copy
 /// that does not load ("%s load failed \n") and of each copy made ("sync %s \n").
@@ -119,7 +119,7 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 CFG_API int CFG_VerifyFileFormat();
 
 /// Finds the first child element whose name begins with a text: "Rtsp" finds "RtspOverHttp" if that
-/// stands first. An empty text finds the first child element.
+/// comes first. An empty text finds the first child element.
 /// @param parent  element whose children are searched
 /// @param name    beginning of the name sought
 /// @return the element, owned by its document; null when nothing matches or an argument is null

@@ -64,7 +64,7 @@ def print_cases(times):
         for size in sizes:
             library, floor = both["library"][size], both["floor"][size]
             rows.append([name, size, f"{library:.1f}", f"{floor:.1f}", f"{library / floor:.2f}"])
-    print("Time of a call, in microseconds, beside the same done by hand with tinyxml2:\n")
+    print("Time of a call, in microseconds, compared with the same done by hand with tinyxml2:\n")
     table(["case", "size", "library", "by hand", "ratio"], rows)
 
 
@@ -147,7 +147,7 @@ def instructions(path):
             grown = exponent(sizes, [by_size[size][0] for size in sizes])
             if grown > LARGEST_EXPONENT:
                 missed.append(f"{name}: grows by the size to the power of {grown:.2f}")
-    print("Instructions of a call, beside the same done by hand with tinyxml2:\n")
+    print("Instructions of a call, compared with the same done by hand with tinyxml2:\n")
     table(["case", "size", "library", "by hand", "ratio"], rows)
     for line in missed:
         print("MISSED: " + line)

@@ -1,4 +1,4 @@
-// Times every case beside its floor, and concurrent reads:
+// Times every case and its floor, and concurrent reads:
 //   camcfg-timings OUTPUT.json [benchmark options]
 #include <benchmark/benchmark.h>
 #include <fcntl.h>

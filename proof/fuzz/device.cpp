@@ -30,7 +30,7 @@ class Device {
   Device() {
     tests::insteadOfSync = [] {};
     const int directory = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
-    // Once the way that also gets permission to do so; from then on by chroot() alone.
+    // Once the way that also gets permission to do so; from then on only by chroot().
     const std::string error = enterRoot(root_.hostPath());
     if (!error.empty()) throw std::runtime_error("scratch device: " + error);
     entered_ = true;

@@ -6,7 +6,7 @@
 
 namespace camcfg::fuzz {
 
-/// What stands between the parts of an input.
+/// What separates the parts of an input.
 inline constexpr char kSeparator[] = "\n%%\n";
 
 /// Takes an input apart at its separators. There is always at least one part.

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Changes the library in one small way at a time and tells whether its tests notice.
+"""Changes the library in one small way at a time and reports whether its tests notice.
 
     mutate.py [--count N] [--seed S] [--again] [FILE...]
 
@@ -191,7 +191,7 @@ def run(project: Project, count: int, seed: int, again: bool = False,
 
 def main() -> int:
     parser = argparse.ArgumentParser(
-        description="Tells whether the tests notice changes in the library.")
+        description="Reports whether the tests notice changes in the library.")
     parser.add_argument("--count", type=int, default=300, help="changes to make (300)")
     parser.add_argument("--seed", type=int, default=1, help="which of all possible ones (1)")
     parser.add_argument("--again", action="store_true",

@@ -163,7 +163,7 @@ def until_failure(processes: Processes, tests: list[Test], at_once: int) -> Caug
         if caught:
             return
         how = processes.run(test, test.limit())
-        # A failure counts when it comes again, lest a busy machine be taken for a good test.
+        # A failure counts when it comes again: a busy machine is no proof of a good test.
         if how and how != "time limit":
             how = processes.run(test, test.limit())
         if how:

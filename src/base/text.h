@@ -7,7 +7,7 @@
 
 namespace camcfg {
 
-/// Copies a text with its terminator, cut to the room there is. Bytes behind the terminator keep
+/// Copies a text with its terminator, cut to the field's size. Bytes after the terminator keep
 /// their contents.
 inline void copyText(char* destination, std::size_t room, const char* text) {
   const std::size_t length = std::min(std::strlen(text), room - 1);

@@ -21,7 +21,7 @@ bool setAttribute(tinyxml2::XMLElement& element, const char* name, std::int32_t 
 /// @return null when memory ran out
 std::unique_ptr<tinyxml2::XMLDocument> newDocument();
 
-/// Makes an element that belongs to the document and stands nowhere in it yet.
+/// Makes an element that belongs to the document but has no place in it yet.
 /// @return null when memory ran out
 tinyxml2::XMLElement* newElement(tinyxml2::XMLDocument& document, const char* name);
 

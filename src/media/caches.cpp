@@ -51,7 +51,7 @@ bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
 
 bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
-  // Deliberate: over this fault alone the document stays open. [cache-size-leaves-open]
+  // Deliberate: only over this fault does the document stay open. [cache-size-leaves-open]
   if (!readSize(element, cache)) return false;
   if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,

@@ -28,7 +28,7 @@ XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const 
   handle_ = CFG_GetDocByFileName(kFile, readOnly);
   XMLElement* element = find(section);
   // Deliberate: a file that could not be loaded holds no lock any more, so releasing it draws a
-  // warning in write mode. Callers have always seen that line behind the error.
+  // warning in write mode. Callers have always seen that line after the error.
   // [open-failure-warns]
   if (element == nullptr) static_cast<void>(giveUp(readOnly));
   return element;

@@ -23,7 +23,7 @@ inline const tinyxml2::XMLElement* entryFrom(const tinyxml2::XMLElement* element
   return element;
 }
 
-/// The first child element of one name, and the next one behind that.
+/// The first child element of one name, and the next one after that.
 inline const tinyxml2::XMLElement* firstEntry(const tinyxml2::XMLElement& parent,
                                               const char* name) {
   return entryFrom(parent.FirstChildElement(), name);

@@ -17,7 +17,7 @@ template <typename Record>
 struct Section {
   const char* name;
   const char* entry;          ///< name of the elements that hold a record
-  const char* unknownsPlace;  ///< where warnings say that other elements stand
+  const char* unknownsPlace;  ///< where warnings say that other elements are
   bool (*read)(const tinyxml2::XMLElement& entry, Record& record);
   void (*write)(tinyxml2::XMLElement& section, const Record& record);
   Ending ending = Ending::Save;
@@ -54,7 +54,7 @@ std::int32_t load(const Section<Record>& section, std::list<Record>& records) tr
   return kLiveMedia.giveUp(BU_TRUE);
 }
 
-/// Replaces the records of a section, and whatever else stands in it, by the list.
+/// Replaces the records of a section, and whatever else is in it, by the list.
 template <typename Record>
 std::int32_t dump(const Section<Record>& section, const std::list<Record>& records) try {
   tinyxml2::XMLElement* element = kLiveMedia.open(section.name, BU_FALSE);

@@ -70,7 +70,7 @@ int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) {
 
   const char* interface = interfaceOf(*element);
   if (interface[0] == '\0') return -1;
-  // Deliberate: the file is read anew, and what becomes of that is told by the log alone.
+  // Deliberate: the file is read again, and a failure of that shows only in the log.
   // [card-read-twice]
   char current[] = "Cur";
   cfgNetworkGetParam(current, pcCard, pstCfg);

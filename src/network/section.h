@@ -25,7 +25,7 @@ tinyxml2::XMLElement* findNode(tinyxml2::XMLElement* parent, const char* name,
 const char* textOrEmpty(const tinyxml2::XMLElement& element, const char* attribute);
 
 /// Saves a file and its backup, unless memory did not suffice to change it. The calls that save
-/// return nothing, so running out of memory is told by the log, under the function given.
+/// return nothing, so running out of memory is only logged, under the function given.
 void saveOrReport(WriteDocument& document, bool changed, const char* function);
 
 }  // namespace camcfg

@@ -68,7 +68,7 @@ class Verification {
  public:
   explicit Verification(const Counts& counts) : counts_(counts) {}
 
-  // False when memory or descriptors ran out: a copy that could not be loaded for want of them is
+  // False when memory or descriptors ran out: a copy that could not be loaded for lack of them is
   // not a broken copy.
   bool verify(const char* name) {
     Copies copies;

@@ -20,7 +20,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 
 constexpr mode_t kNewFileMode = 0666;
 
-// Does not wait for the other end of a pipe that stands in place of a file.
+// Does not wait for the other end of a pipe that is there instead of a file.
 int openWithoutWaiting(const char* path, int flags) {
   return open(path, flags | O_NONBLOCK | O_CLOEXEC, kNewFileMode);
 }
@@ -60,7 +60,7 @@ Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
 bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC), "w");
   if (file != nullptr) {
-    // No other thread has this stream, so none of its many small writes needs a lock.
+    // No other thread has this stream, so its many small writes need no lock.
     __fsetlocking(file.get(), FSETLOCKING_BYCALLER);
     document.SaveFile(file.get());
     return true;

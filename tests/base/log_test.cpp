@@ -49,7 +49,7 @@ TEST_F(LogTest, PlatformsLoggerIsTheOnlyPlaceARecordGoesTo) {
 std::string captureErrors(const std::function<void()>& run) {
   const int before = dup(STDERR_FILENO);
   const int file = memfd_create("errors", 0);
-  // Threads that write to such a file at once write to the same place, but for this.
+  // Without this, threads that write to such a file at once write to the same place.
   fcntl(file, F_SETFL, O_APPEND);
   dup2(file, STDERR_FILENO);
   run();

@@ -59,9 +59,9 @@ TEST(XmlEditFaultsTest, ShortageOfMemoryIsTold) {
     return setAttribute(element, "Text", kLong.c_str());
   };
   const auto setNumber = [](XMLElement& element) { return setAttribute(element, "Number", 1); };
-  const auto told = [](bool struck, bool done) { EXPECT_EQ(done, !struck); };
-  underEachShortage([&] { return change(setText); }, told);
-  underEachShortage([&] { return change(setNumber); }, told);
+  const auto checked = [](bool struck, bool done) { EXPECT_EQ(done, !struck); };
+  underEachShortage([&] { return change(setText); }, checked);
+  underEachShortage([&] { return change(setNumber); }, checked);
 }
 
 }  // namespace

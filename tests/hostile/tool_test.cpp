@@ -10,10 +10,10 @@ using testing::HasSubstr;
 constexpr int kMany = 1000000;
 
 // A list of so many objects with different numbers in one member.
-std::string numbered(const std::string& before, const std::string& behind) {
+std::string numbered(const std::string& before, const std::string& after) {
   std::string list = "[";
   for (int i = 0; i < kMany; ++i)
-    list += (i == 0 ? "{" : ",{") + before + std::to_string(1000 + i) + behind + "}";
+    list += (i == 0 ? "{" : ",{") + before + std::to_string(1000 + i) + after + "}";
   return list + "]";
 }
 

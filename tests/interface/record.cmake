@@ -8,7 +8,7 @@ function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# What abidiff tells of a file of the record and a library or another record; empty for no difference.
+# What abidiff reports of a file of the record and a library or another record; empty for no difference.
 function(differences_from name other result)
   execute_process(
     COMMAND abidiff --suppressions ${record}/not-ours.ini ${record}/${name} ${other}
@@ -26,7 +26,7 @@ function(expect_as_recorded name)
   if(report)
     message(NOTICE "${report}")
     message(FATAL_ERROR "The interface is not the one on record in packaging/interface. What may "
-      "change is told in docs/compatibility.md; scripts/record-interface.sh renews the record.")
+      "change is stated in docs/compatibility.md; scripts/record-interface.sh renews the record.")
   endif()
 endfunction()
 
@@ -42,7 +42,7 @@ function(RecordsAreAsRecorded)
   expect_as_recorded(records.abi)
 endfunction()
 
-# Alters one header or source of a copy, and expects the comparison to tell it in these words.
+# Alters one header or source of a copy, and expects the comparison to report it in these words.
 function(alter file old new)
   file(REMOVE_RECURSE ${SCRATCH}/altered)
   file(COPY ${SOURCE}/include ${SOURCE}/store ${SOURCE}/params ${SOURCE}/support
@@ -61,7 +61,7 @@ function(expect_told name words)
   string(FIND "${report}" "${words}" at)
   if(at EQUAL -1)
     message(NOTICE "${report}")
-    message(FATAL_ERROR "not told: ${words}")
+    message(FATAL_ERROR "not reported: ${words}")
   endif()
 endfunction()
 
@@ -103,7 +103,7 @@ function(NewVirtualFunctionIsNoticed)
     "'method virtual int tag_CFG_STREAM_SOURCE_T::kind() const'")
 endfunction()
 
-# A library of some of the sources has everything else removed, which is told as well; what counts
+# A library of some of the sources has everything else removed, which is reported as well; what counts
 # is the function that was altered.
 function(RemovedFunctionIsNoticed)
   alter(include/camcfg/params.h "CFG_API int CFG_SYSTEM_GetRtspPort();"

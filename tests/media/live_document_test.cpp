@@ -16,7 +16,7 @@ static_assert(std::is_same<decltype(CFG_LM_CloseRead()), std::int32_t>());
 static_assert(std::is_same<decltype(CFG_LM_CloseWrite()), std::int32_t>());
 static_assert(std::is_same<decltype(g_LM_xmlDoc), tinyxml2::XMLDocument*>());
 
-// Stands for a session that somebody left open; counts those destroyed.
+// Represents a session that somebody left open; counts those destroyed.
 class WatchedDocument : public tinyxml2::XMLDocument {
  public:
   explicit WatchedDocument(int& destroyed) : destroyed_(destroyed) { Parse("<Watched/>"); }

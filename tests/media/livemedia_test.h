@@ -50,7 +50,7 @@ class LiveMediaTest : private QuickSaves, public MediaTest {
     lockRecord();
   }
 
-  // Lets the tests of one process follow each other, whatever lock one of them left behind.
+  // Lets the tests of one process follow each other, whatever lock one of them did not release.
   ~LiveMediaTest() override {
     tag_CFG_FILE_LOCK* record = lockRecord();
     pthread_mutex_trylock(record->pstMutex);
@@ -58,7 +58,7 @@ class LiveMediaTest : private QuickSaves, public MediaTest {
     record->s32Locked = 0;
   }
 
-  /// Writes the main copy with these sections alone.
+  /// Writes the main copy with only these sections.
   void giveSections(const std::string& sections) {
     device.write(kMainCopy, "<LiveMediaService>" + sections + "</LiveMediaService>");
   }

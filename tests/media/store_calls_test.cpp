@@ -1,5 +1,5 @@
 // Watches the store from below: this program's own CFG_GetDocByFileName is called in place of the
-// library's, which it calls in turn. Documents handed out tell what they held when they go.
+// library's, which it calls in turn. Documents handed out report what they held when they are deleted.
 #include <dlfcn.h>
 
 #include <functional>

@@ -153,7 +153,7 @@ TEST_F(StreamDocumentTest, FailedSecondOpenHasDroppedTheFirstDocument) {
   EXPECT_EQ(open("StreamSource", 1), (Outcome{1, ""}));
 }
 
-// Waits for the lock that the first document leaves behind.
+// Waits for the lock that the first document still holds.
 TEST_F(StreamDocumentTest, SecondOpenDoesNotReleaseTheLockOfTheFirst) {
   give("");
   open("StreamSource", 0);

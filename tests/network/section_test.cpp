@@ -16,7 +16,7 @@ constexpr char kNotOpened[] = "XMLDocument haven't initialize\n";
 constexpr char kNoElement[] = "Load /cfg0/business_param.xml failed\n";
 constexpr char kNotStored[] = "Save /cfg0/business_param.xml failed\n";
 
-// An operation on the section, told to work on a card "Lan" if it takes one.
+// An operation on the section; it works on a card "Lan" if it takes one.
 struct Operation {
   const char* name;
   const char* loggedAs;

@@ -25,7 +25,7 @@ class AnySectionTest : public ParamsTest {
   }
 };
 
-// Expects all three fields as told, whole, and nothing written elsewhere. Null: not written.
+// Expects all three fields as given, whole, and nothing written elsewhere. Null: not written.
 void expectTexts(TextRecord& value, const char* options, const char* factory, const char* current) {
   const auto holds = [](const auto& field, const char* expected) {
     return expected == nullptr ? TextRecord::isPattern(field) : TextRecord::isText(field, expected);

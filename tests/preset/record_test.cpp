@@ -188,7 +188,7 @@ TEST_F(RecordTest, DescriptionThatFillsItsFieldIsStoredUpToTheFieldsEnd) {
   givenPresets("");
   struct {
     tagPRESET_CFG_S record = preset(1, std::string(64, 'd'));
-    char behind[8] = "BEHIND!";
+    char after[8] = "UNUSED!";
   } memory;
   EXPECT_EQ(CFG_PRESET_SetParam(&memory.record), 0);
   expectBothCopies(group("    <preset Id=\"1\" Description=\"" + std::string(64, 'd') +

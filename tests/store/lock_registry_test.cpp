@@ -61,7 +61,7 @@ void runThreads(int count, Body body) {
 
 class LockRegistryTest : public DeviceTest {
  protected:
-  /// Unlocks a path that is not locked, and expects to be told so.
+  /// Unlocks a path that is not locked, and expects the warning.
   void expectUnlockWarns(const char* path) {
     log.clear();
     int result = -1;

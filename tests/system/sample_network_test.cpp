@@ -102,7 +102,7 @@ Words wordsOf(tinyxml2::XMLElement* card, const char* attribute) {
   return words;
 }
 
-// The words that a record stands for.
+// The words that a record represents.
 Words wordsOf(const tagNETWORK_CFG_S& cfg) {
   const auto onOff = [](tagBU_BOOL flag) { return flag == BU_TRUE ? "On" : "Off"; };
   return {{"Enable", onOff(cfg.enEnable)},

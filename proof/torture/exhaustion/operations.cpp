@@ -239,7 +239,7 @@ std::string demangled(const std::string& symbol) {
 }
 
 std::set<std::string> namesKnown() {
-  // These work on locks, elements or words alone.
+  // These work only on locks, elements or words.
   std::set<std::string> names = {"cfgGetLockByFile",
                                  "cfgLockFile",
                                  "cfgUnlockFile",

@@ -54,7 +54,7 @@ int waitFor(pid_t child);
 int runInside(const std::string& hostRoot, const std::function<int()>& work);
 
 /// Runs a program with standard output and standard error silenced; sync() returns at once in it.
-/// @return its exit status as waitFor() tells it
+/// @return its exit status as waitFor() returns it
 int runProgram(const std::vector<std::string>& words);
 
 /// Replaces this process by a program; sync() returns at once in it.

@@ -3,7 +3,7 @@
 // of the device makes of them; then the same for two failures in a row, and for failures while the
 // start-up itself repairs. Whole saves of all files of the sample set.
 //   camcfg-power-cuts [--long] [--seed N]
-// Wrong is what verification alone does not mend though the copy that parses tells it how, and any
+// Wrong is what verification does not repair although a copy that parses is there, and any
 // setting that is lost where every start resyncs.
 #include <algorithm>
 #include <memory>
@@ -158,7 +158,7 @@ class PowerCuts {
   }
 
   void withinWrites() {
-    Table table({"file", "cuts", "main whole at once", "lost: verification alone",
+    Table table({"file", "cuts", "main whole at once", "lost: verification only",
                  "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
@@ -211,7 +211,7 @@ class PowerCuts {
   }
 
   void pairs() {
-    Table table({"file", "pairs", "lost: verification alone", "rate", "lost: verify --resync"});
+    Table table({"file", "pairs", "lost: verification only", "rate", "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
       const std::vector<Cut> cuts = cutsOf(stage.stepsOfSave());
@@ -241,7 +241,7 @@ class PowerCuts {
 
   void duringRepairs() {
     Table table(
-        {"file", "repairs", "steps cut", "lost: verification alone", "lost: verify --resync"});
+        {"file", "repairs", "steps cut", "lost: verification only", "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
       int repairs = 0;
