@@ -77,10 +77,10 @@ def print_concurrency(others):
                          f"{1e6 / run['real_time']:.0f}"])
     print("Documents of 128 parameters opened for reading, per millisecond:\n")
     table(["files", "threads", "opened"], rows)
-    alone = others["read_beside_waiter/0"]["real_time"]
-    beside = others["read_beside_waiter/1"]["real_time"]
-    print(f"A read while another thread waits for another file: {beside:.1f} us; while none does: "
-          f"{alone:.1f} us; ratio {beside / alone:.2f}\n")
+    undisturbed = others["read_beside_waiter/0"]["real_time"]
+    waited = others["read_beside_waiter/1"]["real_time"]
+    print(f"A read while another thread waits for another file: {waited:.1f} us; while none does: "
+          f"{undisturbed:.1f} us; ratio {waited / undisturbed:.2f}\n")
 
 
 def print_peers(path):

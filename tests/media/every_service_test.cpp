@@ -247,14 +247,14 @@ TEST_P(EveryLiveMediaServiceTest, AFaultLeavesTheDocumentOpenAndNoLockHeld) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_P(EveryLiveMediaServiceTest, AfterAFaultTheNextLoadReadsTheFileAnew) {
+TEST_P(EveryLiveMediaServiceTest, AfterAFaultTheNextLoadReadsTheFileAgain) {
   give(GetParam().faultyEntry);
   GetParam().loadOver(0);
   give(GetParam().entry);
   expectLoaded(1);
 }
 
-TEST_P(EveryLiveMediaServiceTest, AfterAFaultADumpReadsTheFileAnew) {
+TEST_P(EveryLiveMediaServiceTest, AfterAFaultADumpReadsTheFileAgain) {
   give(GetParam().faultyEntry);
   GetParam().loadOver(0);
   giveSections("<Later/>" + sectionOf(GetParam().faultyEntry));

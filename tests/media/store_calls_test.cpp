@@ -134,7 +134,7 @@ TEST_F(LiveMediaStoreTest, TheModeOfAnOpeningIsHandedOnUnchanged) {
   }
 }
 
-TEST_F(LiveMediaStoreTest, ADumpWhoseSaveFailsReportsSuccessAllTheSame) {
+TEST_F(LiveMediaStoreTest, ADumpWhoseSaveFailsReportsSuccessNevertheless) {
   afterOpening = [this] { device.remove("/cfg0"); };
   const std::pair<const char*, std::function<std::int32_t()>> kDumpers[] = {
       {"WEBSOCKET", dumping(CFG_LM_DumpWebsocketConfig)},

@@ -260,7 +260,7 @@ std::size_t offset(const Record& record, const Field& field) {
                                   reinterpret_cast<const char*>(&record));
 }
 
-TEST(StreamRecordTest, SourceFieldsStandInOrderBehindTheTable) {
+TEST(StreamRecordTest, SourceFieldsFollowTheTableInOrder) {
   const tag_CFG_STREAM_SOURCE_T source{};
   const std::size_t text = sizeof(void*) + 8;
   EXPECT_EQ(offset(source, source.s32Type), sizeof(void*));
@@ -285,7 +285,7 @@ TEST(StreamRecordTest, KindsAddNoFieldsAndAreDestroyedThroughTheirBase) {
   EXPECT_TRUE(isPlainKind<tag_CFG_STREAM_SOURCE_AENC_T>());
 }
 
-TEST(StreamRecordTest, CacheIsPlainAndItsFieldsStandInOrder) {
+TEST(StreamRecordTest, CacheIsPlainAndItsFieldsAreInOrder) {
   EXPECT_FALSE(std::is_polymorphic<tag_CFG_STREAM_CACHE_T>::value);
   const tag_CFG_STREAM_CACHE_T cache;
   const std::size_t behindName = sizeof(void*) + sizeof(std::string);

@@ -165,7 +165,7 @@ TEST_F(CardIntfTest, AnEarlierElementWhoseNameBeginsLikeTheInterfacesDecides) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_F(CardIntfTest, TheCardIsReadAnewAndAFailureOfThatIsNotLookedAt) {
+TEST_F(CardIntfTest, TheCardIsReadAgainAndAFailureOfThatIsNotLookedAt) {
   store(kFactory);
   makeLockRecord();
   int reread = 0;
@@ -197,7 +197,7 @@ TEST_F(CardIntfTest, ANullArgumentFailsWithoutOpeningTheFileOrTouchingTheRecord)
   EXPECT_EQ(g_mapFileLock.count(CFG_FILE_BUSINESS), 0U);
 }
 
-TEST_F(CardIntfTest, AnUnusableFileClearsTheInterfaceAlone) {
+TEST_F(CardIntfTest, AnUnusableFileClearsOnlyTheInterface) {
   expectFailure("Lan");
   for (const char* contents : kUnusable) {
     SCOPED_TRACE(contents);

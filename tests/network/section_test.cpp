@@ -127,7 +127,7 @@ TEST_P(SectionTest, AMissingCardIsReportedByItsNameAndTheFileLeftAlone) {
   }
 }
 
-TEST_P(SectionTest, TheSectionIsFoundBehindOthers) {
+TEST_P(SectionTest, TheSectionIsFoundAfterOthers) {
   store(kFactory);
   GetParam().run();
   EXPECT_THAT(log.records(), IsEmpty());
@@ -174,7 +174,7 @@ TEST_P(ShortMemoryTest, IsReportedWithTheFileUnlockedAndTheBackupLeftAlone) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_P(ShortMemoryTest, ForGoodLeavesTheFileUnlockedAndTheBackupAlone) {
+TEST_P(ShortMemoryTest, ForGoodLeavesTheFileUnlockedAndTheBackupUnchanged) {
   for (int allocation = 1; strikes(allocation, Shortage::FromThenOn); ++allocation) {
     SCOPED_TRACE(allocation);
     expectNothingStored();

@@ -69,7 +69,7 @@ TEST_P(AnySectionSetTest, MissingValueIsCreated) {
   expectSaved("<System>\n    <Rtsp Def=\"554\" Cur=\"7\"/>\n</System>\n");
 }
 
-TEST_P(AnySectionSetTest, FirstSectionThatHasTheParameterIsChangedAlone) {
+TEST_P(AnySectionSetTest, OnlyTheFirstSectionThatHasTheParameterIsChanged) {
   write(
       "<Rtsp/><Deep><In><Rtsp/></In></Deep><First><RtspOverHttp/><Rtsp/></First>"
       "<Second><Rtsp/></Second>");

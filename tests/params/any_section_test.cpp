@@ -36,7 +36,7 @@ void expectTexts(TextRecord& value, const char* options, const char* factory, co
   EXPECT_TRUE(value.guardsIntact());
 }
 
-TEST_F(AnySectionTest, RecordsAreLaidOutAsTold) {
+TEST_F(AnySectionTest, RecordsAreLaidOutAsDeclared) {
   EXPECT_EQ(offsetof(tagCFG_VALUE_TXT_S, acOptTxt), 0u);
   EXPECT_EQ(offsetof(tagCFG_VALUE_TXT_S, acDef), 256u);
   EXPECT_EQ(offsetof(tagCFG_VALUE_TXT_S, acCur), 272u);

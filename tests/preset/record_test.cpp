@@ -61,7 +61,7 @@ TEST_F(RecordTest, AnyIntegersComeBackAsTheyWere) {
   EXPECT_EQ(byDescription("Door"), overPattern(door, 4));
 }
 
-TEST_F(RecordTest, AttributesMayStandInAnyOrder) {
+TEST_F(RecordTest, AttributesMayComeInAnyOrder) {
   givenPresets(
       "<preset FocusMode='5' FocusPos='4' private='9' ZoomPos='3' TiltPos='2' PanPos='1' "
       "Description='Door' Id='6'/>");

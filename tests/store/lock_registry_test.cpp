@@ -108,7 +108,7 @@ TEST_F(LockRegistryTest, LaterNamingFindsTheRecordWhereItWas) {
   EXPECT_EQ(record->s32Locked, 0);
 }
 
-TEST_F(LockRegistryTest, KeyIsThePathAsItStands) {
+TEST_F(LockRegistryTest, KeyIsThePathAsItIs) {
   const std::vector<std::string> paths{"",
                                        "/cfg0//business_param.xml",
                                        "/cfg0/business_param.xml",

@@ -130,7 +130,7 @@ class SampleNetworkOnDevice : public SampleDeviceAfterStartUp {
   const std::vector<tinyxml2::XMLElement*> cards = childrenOf(network);
 };
 
-TEST_F(SampleNetworkOnDevice, TellsTheHostName) {
+TEST_F(SampleNetworkOnDevice, ReportsTheHostName) {
   char name[CFG_NETWORK_TEXT_SIZE];
   CFG_NETWORK_GetHostname(name, sizeof name);
   EXPECT_EQ(name, textOf(network, "Hostname"));

@@ -158,8 +158,8 @@ class PowerCuts {
   }
 
   void withinWrites() {
-    Table table({"file", "cuts", "main whole at once", "lost: verification only",
-                 "lost: verify --resync"});
+    Table table(
+        {"file", "cuts", "main whole at once", "lost: verification only", "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
       const std::vector<Step> steps = stage.stepsOfSave();
@@ -201,7 +201,7 @@ class PowerCuts {
     if (!isWhole(alone)) ++count.lost[0];
     if (!isWhole(alone) && !parses)
       faults_.add(std::string("verification leaves the main copy ") + wordFor(alone) +
-                  " beside a good backup");
+                  " although its backup is good");
     const Contents resynced = stage.startWith(copies, StartUp::Resync);
     if (isWhole(resynced)) return;
     ++count.lost[1];
