@@ -46,6 +46,7 @@ docs   doxygen                command  doxygen
 docs   graphviz               command  dot
 lint   clang-format           command  clang-format
 lint   clang-tidy             command  run-clang-tidy
+lint   python3                command  python3
 lint   shellcheck             command  shellcheck
 fuzz   clang                  command  clang++
 fuzz   libclang-rt-14-dev     library  clang++ libclang_rt.fuzzer-x86_64.a
