@@ -23,7 +23,7 @@ tool=$PWD/$tool
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
-# As scripts/demo.sh lays it out, after its first start. Files have one date, to be shown.
+# As scripts/demo.sh lays it out, after its first start. All files get the date that the document shows.
 new_device() {
   device=$scratch/device
   rm -rf "$device"

@@ -4,7 +4,7 @@
 #   scripts/install-packages.sh NEED...
 #
 # NEED is one of: build tool test bench cover cross deb docs lint fuzz mutate speed. On Debian, as
-# root or with sudo, what is missing is installed; anywhere else it is named, and the exit status is
+# root or with sudo, what is missing is installed; elsewhere it is listed, and the exit status is
 # 1. Asks no questions.
 set -euo pipefail
 

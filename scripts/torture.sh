@@ -53,7 +53,7 @@ for program in "${chosen[@]}"; do run "build-test/proof/torture/$program"; done
 run build-tsan/proof/torture/camcfg-threads
 
 if ((${#failed[@]} > 0)); then
-  echo "torture.sh: something is wrong: ${failed[*]}"
+  echo "torture.sh: wrong: ${failed[*]}"
   exit 1
 fi
 echo "torture.sh: nothing is wrong, $SECONDS s"

@@ -42,7 +42,7 @@ std::string makeTemporaryDirectory() {
 
 DeviceRoot::DeviceRoot(std::string hostPath) : hostPath_(std::move(hostPath)) {}
 
-// Delegates, so that the destructor clears up even when laying out or entering fails.
+// Delegates, so that the destructor removes the tree even when laying out or entering fails.
 DeviceRoot::DeviceRoot(Entry entry) : DeviceRoot(makeTemporaryDirectory()) {
   for (const char* directory : {"/cfg0", "/cfg1", "/app/resource/defcfg", "/app/resource/language"})
     makeDirectory(directory);

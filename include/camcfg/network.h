@@ -130,8 +130,8 @@ typedef struct tagNETWORK_CARDS_S NETWORK_CARDS_S;
 CFG_API void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg);
 
 /// Writes one parameter element of a card, and saves, even if nothing changed.
-/// @param pcParam  parameter, beginning of its name. What is written is decided by the name of the
-///                 element found: a name that is no parameter's leaves it as it is.
+/// @param pcParam  parameter, beginning of its name. The name of the element found decides what is
+///                 written; if that is no parameter's name, the element stays as it is.
 /// @param pcCard   card, beginning of its name
 /// @param stCfg    the value in the field that belongs to the element, as for
 ///                 cfgNetworkSetAllParam; the other fields are not looked at
@@ -141,7 +141,7 @@ CFG_API void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CF
 /// Reads every parameter of a card.
 /// @param pcAttr  attribute to read: "Cur" or "Def"
 /// @param pcCard  card, beginning of its name
-/// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, as does an
+/// @param pstCfg  receives the values. A word that the parameter does not have gives 0, as does an
 ///                MTU without a number; an MTU beyond 32 bits keeps its lower 32. Fields whose
 ///                element the card lacks are zero. Zeroed on failure, but untouched when an
 ///                argument is null.

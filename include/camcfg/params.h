@@ -10,8 +10,8 @@
 /// Every call is one locked transaction: it opens the file, works, saves or gives up, and keeps
 /// nothing. Each returns with the file unlocked. Threads: any, at any time.
 /// Common failures, in addition to those named below: the file cannot be opened (reported by
-/// CFG_GetDocByFileName); a null name or output; no memory. If memory runs out while a setter saves,
-/// the main copy may be left incomplete, as described at CFG_SaveFile.
+/// CFG_GetDocByFileName); a null name or output; no memory. If memory runs out while a setter
+/// saves, the main copy may be left incomplete, as described at CFG_SaveFile.
 /// "FUNCTION LINE" below stands for the call's own name and a source line number.
 #ifndef CAMCFG_PARAMS_H
 #define CAMCFG_PARAMS_H

@@ -11,9 +11,9 @@
 /// up, and keeps nothing. Each returns with the file unlocked, except for one case of
 /// CFG_PRESET_DeleteById. Threads: any, at any time.
 ///
-/// Common failures, in addition to those named below, all with result -1 and outputs untouched: a null
-/// argument, before the file is opened (level 3 "ARGUMENT is NULL\n" under the call's name); a file
-/// that gives no "PresetCfg" (what cfgGetPresetCfgNode logs, then level 3 "pstPresetGrp is NULL\n"
+/// Common failures, in addition to those named below, all with result -1 and outputs untouched: a
+/// null argument, before the file is opened (level 3 "ARGUMENT is NULL\n" under the call's name); a
+/// file that gives no "PresetCfg" (what cfgGetPresetCfgNode logs, then level 3 "pstPresetGrp is NULL\n"
 /// under the call's name); no memory (if it runs out while saving, the main copy may be left
 /// incomplete, as described at CFG_SaveFile). All records are level 3; nothing else is printed.
 #ifndef CAMCFG_PRESET_H

@@ -30,7 +30,7 @@ struct tag_CFG_FILE_LOCK {
 /// "/cfg0//x.xml" are three locks. Guarded by g_lockMapFileLock.
 CFG_API extern std::map<std::string, tag_CFG_FILE_LOCK> g_mapFileLock;
 
-/// Guards g_mapFileLock; held for a lookup only, never while a file's lock is waited for.
+/// Guards g_mapFileLock. It is held only for a lookup, never while waiting for a file's lock.
 CFG_API extern pthread_mutex_t g_lockMapFileLock;
 
 /// Finds the lock record of a path, creating it unlocked if the path was never named.
@@ -41,7 +41,7 @@ CFG_API tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path);
 
 /// Takes the lock of a path, waiting at most 10 seconds (realtime clock).
 /// @param path  file path, taken as it is
-/// @return 0 with the lock held; -1 when it could not be had
+/// @return 0 with the lock held; -1 when it was not free in time
 /// On failure the flag of the record is cleared although another holder may still own the mutex:
 /// that holder's unlock then warns and leaves the mutex locked.
 /// Prints on failure: a level 4 record and a "[Warn][Cfg]" line on standard output, both saying
@@ -68,8 +68,8 @@ CFG_API int CFG_UnlockFile(char* pcPath);
 /// @param enReadOnly  1: read mode, the lock is released before returning; any other value: write
 ///                    mode, the lock stays held on success
 /// @return the document, the caller's to delete; null on failure, with no lock held by this call
-/// Failures: no document could be made (level 3 "New XMLDocument fail\n"); the lock not had within
-/// 10 seconds (the warning of cfgLockFile only); the file missing, unreadable or not well-formed, a
+/// Failures: no document could be made (level 3 "New XMLDocument fail\n"); the lock was not free
+/// within 10 seconds (only the warning of cfgLockFile); the file missing, unreadable or not well-formed, a
 /// null path, or no memory to load it (level 3 "Load file %s fail\n").
 CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly);
 
@@ -80,10 +80,11 @@ CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enR
 /// @param pcPath    main path if it begins with "/", else a name below "/cfg0"; cut to 127
 ///                  characters
 /// @param enUnlock  1: release the lock of pcPath at the end; any other value: keep it
-/// @return 0 after saving, whatever became of the save and the copy; -1 for a null path, with
-///         nothing saved and no lock released; -1 with the lock released (if asked) for a null
-///         document, with nothing saved, and when memory ran out, in which case the main copy may be
-///         incomplete and the backup copy is left as it was
+/// @return 0 after saving, even if the save or the copy failed;
+///         -1 for a null path, with nothing saved and no lock released;
+///         -1 with the lock released (if asked) for a null document, with nothing saved;
+///         -1 with the lock released (if asked) when memory ran out: the main copy may be incomplete
+///         then, and the backup copy is left as it was
 /// Prints: nothing but what cfgUnlockFile does.
 CFG_API int CFG_SaveFile(tinyxml2::XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock);
 
@@ -109,7 +110,7 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 /// backup or else from its factory default (which then replaces the backup as well).
 /// The names checked are those of the first directory of "/app/resource/defcfg", "/cfg0", "/cfg1"
 /// that holds any regular file. Only well-formedness is checked; a restored copy is not read again.
-/// @return 0 after a completed scan, whatever was repaired; -1 when no directory holds a file
+/// @return 0 after a completed scan, whether or not anything was repaired; -1 when no directory holds a file
 ///         (level 3 "All File didn't exist\n"), the chosen one cannot be opened (level 3
 ///         "File %s didn't exist\n"), or memory or descriptors run out; then nothing more is
 ///         replaced

@@ -8,8 +8,8 @@
 /// CFG_MPP_Open and the two close operations serve programs that read or edit the elements on their
 /// own.
 ///
-/// Results: 0 or CFG_MPP_ERR, unless stated otherwise. A save that fails is not noticed. Running out
-/// of memory is CFG_MPP_ERR with the document dropped and no lock held.
+/// Results: 0 or CFG_MPP_ERR, unless stated otherwise. A save that fails is not noticed. Running
+/// out of memory is CFG_MPP_ERR with the document dropped and no lock held.
 /// Prints: on standard output only, each message in the frame "[LEVEL][CFG][MppStream]: MESSAGE".
 /// "Attr" below stands for the line "[Error][CFG][MppStream]: Attr `NAME` is required by PATH .\n"
 /// with an attribute's name and the path of the element it was sought in. An integer attribute

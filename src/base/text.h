@@ -20,7 +20,7 @@ void copyText(char (&destination)[Room], const char* text) {
   copyText(destination, Room, text);
 }
 
-/// Builds "DIRECTORY/NAME", cut to the room there is.
+/// Builds "DIRECTORY/NAME", cut to the size of `path`.
 template <std::size_t Room, std::size_t Length>
 void joinPath(char (&path)[Room], const char (&directory)[Length], const char* name) {
   static_assert(Length < Room, "the directory and its slash must fit");

@@ -8,9 +8,9 @@
 
 namespace camcfg {
 
-// The changes to a document that take memory. All else that is done with a document takes none, so
-// the families that use these need no other care for running out of it. A document over which
-// memory ran out is fit to be deleted and for nothing else.
+// The changes of a document that allocate memory. Nothing else that is done with a document does,
+// so the families that use these need not check for it elsewhere. When memory ran out during a
+// change, the document can only be deleted.
 
 /// Sets an attribute, which is added if it is missing.
 /// @return false when memory ran out

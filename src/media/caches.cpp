@@ -20,7 +20,7 @@ struct SizeUnit {
   unsigned shift;
 
   std::int32_t bytes() const { return 1 << shift; }
-  // Wraps at 2 GiB as signed 32-bit numbers do.
+  // Wraps at 2 GiB, like signed 32-bit numbers.
   std::int32_t inBytes(std::int32_t size) const {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(size) << shift);
   }
@@ -51,7 +51,7 @@ bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
 
 bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
-  // Deliberate: only over this fault does the document stay open. [cache-size-leaves-open]
+  // Deliberate: only on this fault does the document stay open. [cache-size-leaves-open]
   if (!readSize(element, cache)) return false;
   if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,

@@ -72,7 +72,7 @@ bool MediaDocument::requireInt(const XMLElement& element, const char* attribute,
                                std::int32_t* value) const {
   *value = -1;
   static_cast<void>(element.QueryIntAttribute(attribute, value));
-  // Deliberate: a number written as -1 is as good as none. [minus-one-missing]
+  // Deliberate: a number written as -1 counts as missing. [minus-one-missing]
   if (*value == -1) reportMissing(attribute, path);
   return *value != -1;
 }

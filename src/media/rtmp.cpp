@@ -48,7 +48,7 @@ void writeTarget(XMLElement& section, const Session& session) {
 }
 
 // Deliberate: the dumper ends as a reader does, so nothing is saved and the file's lock stays held
-// although the call reports success. Callers that know release it. [rtmp-not-saved]
+// although the call reports success. Callers that know this release it. [rtmp-not-saved]
 constexpr Section<Session> kRtmp = {"RTMP",     kTarget,     kUnknownsPlace,
                                     readTarget, writeTarget, Ending::DiscardAndStayLocked};
 

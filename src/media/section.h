@@ -9,7 +9,7 @@
 
 namespace camcfg {
 
-/// What becomes of a section once a dumper has rewritten it.
+/// Whether a section that a dumper has rewritten is saved.
 enum class Ending { Save, DiscardAndStayLocked };
 
 /// One section of the live media services, whose entries are read and written as records.
@@ -24,16 +24,16 @@ struct Section {
 };
 
 /// The first element of one name among an element and its followers; warns of those before it,
-/// which it passes over.
+/// which it skips.
 const tinyxml2::XMLElement* supportedFrom(const tinyxml2::XMLElement* element, const char* name,
                                           const char* unknownsPlace);
 
-/// Ends a load or a dump that succeeded, as far as its section is concerned.
+/// Ends a load or a dump whose section was processed without a fault.
 /// @return what the family's call returns
 std::int32_t finishLoad(const char* section);
 std::int32_t finishDump(const char* section, Ending ending);
 
-/// Replaces the list by the records of a section. Over a fault, which `read` has reported, the
+/// Replaces the list by the records of a section. On a fault, which `read` has reported, the
 /// records before it stay in the list.
 template <typename Record>
 std::int32_t load(const Section<Record>& section, std::list<Record>& records) try {
@@ -43,7 +43,7 @@ std::int32_t load(const Section<Record>& section, std::list<Record>& records) tr
   element = element->FirstChildElement();
   while ((element = supportedFrom(element, section.entry, section.unknownsPlace)) != nullptr) {
     std::list<Record> one(1);
-    // Deliberate: over a fault the document stays open, until the next open or close.
+    // Deliberate: on a fault the document stays open, until the next open or close.
     // [fault-leaves-open]
     if (!section.read(*element, one.front())) return CFG_LM_ERR;
     records.splice(records.end(), one);

@@ -8,7 +8,7 @@ namespace camcfg {
 
 inline constexpr MediaDocument kStream(g_STREAM_xmlDoc, "Stream", "MppStream", CFG_MPP_ERR);
 
-/// Ends a load over a fault that was reported.
+/// Ends a load because of a fault that was reported.
 /// @return always false
 inline bool reject() {
   kStream.closeRead();

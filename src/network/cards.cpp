@@ -28,7 +28,7 @@ void append(tagNETWORK_CARDS_S& cards, const XMLElement& card) {
   ++cards.s32Count;
 }
 
-// Deliberate: the element is found by the beginning of its name, unlike anywhere else that an
+// Deliberate: the element is found by the beginning of its name, unlike everywhere else where an
 // interface is read. [intf-by-beginning]
 const XMLElement* findInterface(XMLElement* card, const char* cardName, const char* function) {
   if (card == nullptr) return nullptr;

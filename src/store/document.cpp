@@ -42,7 +42,7 @@ bool saveBothCopies(XMLDocument& document, const char* path) {
   mainPathOf(mainPath, path);
   const bool written = camcfg::saveXml(document, mainPath);
   sync();
-  // A document that memory did not suffice to write must not reach the backup copy as well.
+  // If memory ran out while writing, the incomplete main copy must not replace the backup.
   if (!written) return false;
 
   char backupPath[CFG_PATH_SIZE];

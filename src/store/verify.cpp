@@ -44,8 +44,8 @@ struct Counts {
   int backup = 0;
 };
 
-// A directory that cannot be opened counts as empty, unless it is memory or descriptors that are
-// short: then its files may well be there, and the count fails.
+// A directory that cannot be opened counts as empty, unless memory or descriptors ran
+// out: then its files may well exist, and the count fails.
 bool countFiles(const char* directory, int& count) {
   return cfgQueryFileNum(const_cast<char*>(directory), &count) == 0 || !camcfg::isShortage(errno);
 }

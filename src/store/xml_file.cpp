@@ -49,7 +49,7 @@ Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
   const int fd = openWithoutWaiting(path, O_RDONLY);
   const File file = streamOf(fd, "rb");
   if (file == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
-  // Read whole, so a buffer would only be one more copy.
+  // The file is read in one call, so a buffer would only be one more copy.
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   return isRegular(fd) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS ? Load::Done
                                                                                  : Load::Failed;
@@ -66,7 +66,7 @@ bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
     return true;
   }
   if (errno == ENOMEM) return false;
-  // Opens the file once more to record in the document why it cannot be. ENXIO is a pipe that nobody
+  // Opens the file once more to record in the document why it fails. ENXIO is a pipe that nobody
   // reads, which would be waited for.
   if (errno != ENXIO) document.SaveFile(path);
   return true;
