@@ -69,8 +69,8 @@ CFG_API int CFG_UnlockFile(char* pcPath);
 ///                    mode, the lock stays held on success
 /// @return the document, the caller's to delete; null on failure, with no lock held by this call
 /// Failures: no document could be made (level 3 "New XMLDocument fail\n"); the lock was not free
-/// within 10 seconds (only the warning of cfgLockFile); the file missing, unreadable or not well-formed, a
-/// null path, or no memory to load it (level 3 "Load file %s fail\n").
+/// within 10 seconds (only the warning of cfgLockFile); the file missing, unreadable or not
+/// well-formed, a null path, or no memory to load it (level 3 "Load file %s fail\n").
 CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly);
 
 /// Saves a document to its main copy, copies that to the backup directory, syncing after each.
@@ -83,8 +83,8 @@ CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enR
 /// @return 0 after saving, even if the save or the copy failed;
 ///         -1 for a null path, with nothing saved and no lock released;
 ///         -1 with the lock released (if asked) for a null document, with nothing saved;
-///         -1 with the lock released (if asked) when memory ran out: the main copy may be incomplete
-///         then, and the backup copy is left as it was
+///         -1 with the lock released (if asked) when memory ran out: the main copy may then be
+///         incomplete, and the backup copy is left as it was
 /// Prints: nothing but what cfgUnlockFile does.
 CFG_API int CFG_SaveFile(tinyxml2::XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock);
 
@@ -110,10 +110,10 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 /// backup or else from its factory default (which then replaces the backup as well).
 /// The names checked are those of the first directory of "/app/resource/defcfg", "/cfg0", "/cfg1"
 /// that holds any regular file. Only well-formedness is checked; a restored copy is not read again.
-/// @return 0 after a completed scan, whether or not anything was repaired; -1 when no directory holds a file
-///         (level 3 "All File didn't exist\n"), the chosen one cannot be opened (level 3
-///         "File %s didn't exist\n"), or memory or descriptors run out; then nothing more is
-///         replaced
+/// @return 0 after a completed scan, whether or not anything was repaired;
+///         -1 when no directory holds a file (level 3 "All File didn't exist\n"), when the chosen
+///         one cannot be opened (level 3 "File %s didn't exist\n"), or when memory or descriptors
+///         run out, after which nothing more is replaced
 /// Prints: on standard output "file %s \n" per name; level 6 records of the counts, of each copy
 /// that does not load ("%s load failed \n") and of each copy made ("sync %s \n").
 /// Locks: none. Threads: call once, before any other use of the files.
