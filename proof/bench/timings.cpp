@@ -104,7 +104,7 @@ int main(int argc, char** argv) {
   reporter.SetOutputStream(&output);
 
   benchmark::CPUInfo::Get();  // while /proc is in sight
-  // What the library prints goes nowhere.
+  // What the library prints is discarded.
   dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
   const camcfg::testkit::DeviceRoot device;
   benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -166,7 +166,7 @@ def say(line: str) -> None:
 
 def run(project: Project, count: int, seed: int, again: bool = False,
         only: list[str] | None = None) -> int:
-    """Tries the changes and prints what became of them; the exit status."""
+    """Tries the changes and prints the results; returns the exit status."""
     project.scratch.mkdir(parents=True, exist_ok=True)
     files = tree.project_files(project.root)
     sources = project.sources(files)

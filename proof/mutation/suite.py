@@ -20,7 +20,7 @@ SLOW_AT_ONCE = 12
 LIMIT = 8.0
 LIMIT_FACTOR = 10
 
-# A changed library may also ask for all memory there is, or fill a disk.
+# A changed library may also ask for all memory, or fill a disk.
 CONFINED = ["prlimit", "--core=0", f"--as={8 << 30}", f"--fsize={1 << 30}"]
 
 

@@ -2,7 +2,7 @@
 // calls and allocations in turn, once for only that one and once from that one on. Native only: it
 // traces.
 //   camcfg-exhaustion [--long] [--seed N]
-// Wrong is a result that is not as stated, a failed call that changed a file, a lock, a block of
+// Wrong: a result that is not as stated, a failed call that changed a file, a lock, a block of
 // memory or a descriptor left behind, and a next call that does not do what it should. What becomes
 // of the copies when a save fails, which no result reports, is counted.
 #include <cstdio>

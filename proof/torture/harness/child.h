@@ -13,7 +13,7 @@
 
 namespace camcfg::torture {
 
-/// A value that a process and the children it starts later see alike.
+/// A value that a process shares with the children it starts later.
 template <typename Value>
 class Shared {
   static_assert(std::is_trivially_destructible_v<Value>);
@@ -38,7 +38,7 @@ class Shared {
   Value* value_;
 };
 
-/// Sends what this process prints on standard output nowhere.
+/// Discards what this process prints on standard output.
 void silenceOutput();
 
 /// Starts a child that runs `work` with a directory as its root and standard output silenced, and

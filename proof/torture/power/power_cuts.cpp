@@ -3,7 +3,7 @@
 // of the device makes of them; then the same for two failures in a row, and for failures while the
 // start-up itself repairs. Whole saves of all files of the sample set.
 //   camcfg-power-cuts [--long] [--seed N]
-// Wrong is what verification does not repair although a copy that parses is there, and any
+// Wrong: what verification does not repair although a copy that parses is there, and any
 // setting that is lost where every start resyncs.
 #include <algorithm>
 #include <memory>
@@ -101,7 +101,7 @@ class Stage {
   const ChangingFile& file_;
 };
 
-/// What came of failures of one kind.
+/// Results of failures of one kind.
 struct Count {
   int cuts = 0;
   int mainWhole = 0;
