@@ -63,9 +63,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
   ${debian}/triggers ${made}/symbols ${made}/shlibs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
   "configuration library of a network video device
-Reads and rewrites the device's XML settings, keeps a backup copy in step on
-every save, repairs broken files at start-up and serialises access between
-threads.")
+Reads and rewrites the device's XML settings, updates a backup copy with every
+save, repairs broken files at start-up and serialises access between threads.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libcamcfg-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)

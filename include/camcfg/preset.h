@@ -15,7 +15,8 @@
 /// null argument, before the file is opened (level 3 "ARGUMENT is NULL\n" under the call's name); a
 /// file that gives no "PresetCfg" (what cfgGetPresetCfgNode logs, then level 3 "pstPresetGrp is
 /// NULL\n" under the call's name); no memory (if it runs out while saving, the main copy may be
-/// left incomplete, as described at CFG_SaveFile). All records are level 3; nothing else is printed.
+/// left incomplete, as described at CFG_SaveFile). All records are level 3; nothing else is
+/// printed.
 #ifndef CAMCFG_PRESET_H
 #define CAMCFG_PRESET_H
 

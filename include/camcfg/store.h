@@ -1,6 +1,6 @@
 /// @file
-/// The file store: one lock per file path, documents loaded for reading or writing, saves that keep
-/// the backup copy in step, repair at start-up, searches over the element tree.
+/// The file store: one lock per file path, documents loaded for reading or writing, saves that
+/// also update the backup copy, repair at start-up, searches over the element tree.
 ///
 /// Read mode: take the file's lock, load, release the lock, hand out a private document.
 /// Write mode: take the lock, load, hand out the document with the lock held; the caller edits it

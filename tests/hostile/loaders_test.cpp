@@ -64,7 +64,7 @@ constexpr Crowd kCrowds[] = {
      "<Channel Id=\"1\"/>", "</Stream></Instance></SRT></LiveMediaService>", countOfSrtChannels},
 };
 
-// What the loaders print about a million elements is of no use to anybody.
+// Discards what the loaders print about a million elements.
 void withoutOutput(const std::function<void()>& run, int nowhere) {
   std::fflush(stdout);
   const int output = dup(STDOUT_FILENO);

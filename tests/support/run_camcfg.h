@@ -35,7 +35,7 @@ ToolRun runCommand(const std::vector<std::string>& words,
 /// Runs the tool that was built, under the emulator where there is one.
 /// @param arguments  those after the program's name
 /// @param inChild    done in the child process right before
-/// @param program    the tool to run in place of the one that was built
+/// @param program    the tool to run instead of the one that was built
 ToolRun runCamcfg(const std::vector<std::string>& arguments,
                   const std::function<void()>& inChild = {}, const std::string& program = "");
 
