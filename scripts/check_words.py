@@ -5,6 +5,7 @@
 Prints FILE:LINE, the word and the better one for each finding, and how many files were checked.
 Ends with 1 if there was a finding and with 2 if nothing was checked.
 """
+import os
 import re
 import sys
 
@@ -84,8 +85,11 @@ def text_of(path: str) -> str:
 def findings(text: str, rules) -> list[tuple[int, str, str]]:
     found = []
     for phrases, better, permitted in rules:
+        matches = [match for phrase in phrases for match in phrase.finditer(text)]
+        if not matches:
+            continue
         spans = [match.span() for phrase in permitted for match in phrase.finditer(text)]
-        for match in (match for phrase in phrases for match in phrase.finditer(text)):
+        for match in matches:
             if not any(start <= match.start() and match.end() <= end for start, end in spans):
                 line = text.count("\n", 0, match.start()) + 1
                 found.append((line, " ".join(match[0].split()), better))
@@ -97,6 +101,8 @@ def main() -> int:
     checked = 0
     status = 0
     for path in sys.stdin.read().splitlines():
+        if not os.path.isfile(path):  # removed, but not yet from the index
+            continue
         checked += 1
         for line, word, better in findings(text_of(path), rules):
             print(f"{path}:{line}: \"{word}\": say {better}", file=sys.stderr)
