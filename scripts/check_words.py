@@ -73,6 +73,8 @@ def text_of(path: str) -> str:
     if path.endswith((".h", ".cpp")):
         # What the library prints and logs is fixed.
         source = cpp_as_text(source, literals_count=not path.startswith("src/"))
+    elif path.endswith((".cmake", "CMakeLists.txt")):
+        source = words_of(source)  # names of tests
     elif path == RULES:
         # The list itself.
         before, heading, rest = source.partition(f"\n{HEADING}\n")

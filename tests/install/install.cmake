@@ -93,7 +93,7 @@ function(NoFileNamesADirectoryOfTheBuild)
   endforeach()
 endfunction()
 
-function(DestdirStandsInFrontOfThePrefix)
+function(DestdirComesBeforeThePrefix)
   set(stage ${SCRATCH}/stage)
   file(REMOVE_RECURSE ${stage})
   set(ENV{DESTDIR} ${stage})
