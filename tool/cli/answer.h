@@ -5,8 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "base/json.h"
-#include "base/refusal.h"
+#include "base/outcome.h"
 
 namespace camcfg::tool::cli {
 
@@ -69,14 +68,15 @@ struct HostProgram {
   std::string package;             ///< what it comes with
 };
 
-/// What a command has to say: a value, and how a person would want to see it. Commands fill this
+/// What a command has to say: an outcome, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.
-struct Answer {                    // NOLINT(bugprone-exception-escape): moving a Json throws none
-  Json value;                      ///< the whole answer, in its documented shape
-  std::vector<Block> layout;       ///< what is shown of it as text, block by block
-  std::vector<std::string> notes;  ///< remarks, one line each, that belong on standard error
-  Status status = Status::Done;
-  HostProgram through;  ///< turns the text into what is shown
+struct Answer : Outcome {  // NOLINT(bugprone-exception-escape): moving a Json throws none
+  Answer() = default;
+  explicit Answer(Outcome outcome, std::vector<Block> blocks = {})
+      : Outcome(std::move(outcome)), layout(std::move(blocks)) {}
+
+  std::vector<Block> layout;  ///< what is shown of the value as text, block by block
+  HostProgram through;        ///< turns the text into what is shown
 };
 
 }  // namespace camcfg::tool::cli
