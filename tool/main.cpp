@@ -1,6 +1,6 @@
+#include "cli/program.h"
 #include "commands/groups.h"
-#include "frame/program.h"
 
 int main(int argc, char** argv) {
-  return camcfg::tool::runProgram(camcfg::tool::allGroups(), argc, argv);
+  return camcfg::tool::cli::runProgram(camcfg::tool::commands::allGroups(), argc, argv);
 }

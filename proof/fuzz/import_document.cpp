@@ -1,16 +1,16 @@
 #include <camcfg/types.h>
 
-#include "exchange/exchange.h"
-#include "frame/render.h"
-#include "frame/status.h"
+#include "base/refusal.h"
+#include "cli/render.h"
+#include "document/exchange.h"
 #include "fuzz/device.h"
 #include "fuzz/targets.h"
 
 namespace camcfg::fuzz {
 namespace {
 
-using tool::Answer;
 using tool::Status;
+using tool::cli::Answer;
 
 struct DeviceFile {
   const char* path;
@@ -28,9 +28,9 @@ std::string allFiles() {
 }
 
 Answer import(const std::string& document, bool rehearse) {
-  Answer answer = tool::importSettings(document, {rehearse, false});
-  tool::renderText(answer);
-  tool::renderJson(answer);
+  Answer answer = tool::document::importSettings(document, {rehearse, false});
+  tool::cli::renderText(answer);
+  tool::cli::renderJson(answer);
   return answer;
 }
 
@@ -44,7 +44,7 @@ void importTwice(const std::string& document) {
     require(allFiles() == before, "a document with faults changes nothing");
     return;
   }
-  require(done.value["changes"] == rehearsed.value["changes"], "a dry run tells what will change");
+  require(done.value["changes"] == rehearsed.value["changes"], "a dry run lists what will change");
   if (done.status != Status::Done) return;
   require(import(document, false).value["changes"].empty(),
           "a document that was imported makes no difference any more");
@@ -60,7 +60,7 @@ void importDocument(const Input& input) {
     writeFile(file.path, given.empty() ? smallFile(file.name) : given);
   }
   try {
-    tool::exportSettings({}, true);
+    tool::document::exportSettings({}, true);
     importTwice(input.part(0));
   } catch (const tool::Refusal& refusal) {
     require(*refusal.what() != '\0', "a refusal says why");

@@ -1,20 +1,20 @@
-#include "device/preset_import.h"
-#include "frame/status.h"
+#include "base/refusal.h"
 #include "fuzz/device.h"
 #include "fuzz/targets.h"
+#include "presets/import.h"
 
 namespace camcfg::fuzz {
 namespace {
 
 void importTwice(const std::string& table) {
-  const std::vector<tool::PresetRow> rows = tool::readPresets(table);
-  const tool::Presets before;
-  const tool::PresetImport import(&before, rows);
+  const std::vector<tool::presets::PresetRow> rows = tool::presets::readPresets(table);
+  const tool::presets::Presets before;
+  const tool::presets::PresetImport import(&before, rows);
   import.json();
   if (!import.faults().empty()) return;
   import.carryOut();
-  const tool::Presets after;
-  const tool::PresetImport again(&after, rows);
+  const tool::presets::Presets after;
+  const tool::presets::PresetImport again(&after, rows);
   require(again.faults().empty() && again.json()["unchanged"].size() == rows.size(),
           "presets that were imported make no difference any more");
 }

@@ -16,7 +16,7 @@ struct SizeUnit {
   unsigned shift;
 
   std::int32_t bytes() const { return 1 << shift; }
-  // Wraps at 2 GiB as signed 32-bit numbers do.
+  // Wraps at 2 GiB, like signed 32-bit numbers.
   std::int32_t inBytes(std::int32_t size) const {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(size) << shift);
   }
@@ -45,7 +45,7 @@ bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   return anyGiven;
 }
 
-// Ends the load over a fault that was reported.
+// Ends the load because of a fault that was reported.
 bool reject() {
   kStream.closeRead();
   return false;
@@ -55,7 +55,7 @@ bool readCache(const XMLElement& element, Cache& record) {
   record = std::make_shared<tag_CFG_STREAM_CACHE_T>();
   tag_CFG_STREAM_CACHE_T& cache = *record;
   if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
-  // Deliberate: over this fault alone the document stays open. [cache-size-leaves-open]
+  // Deliberate: only on this fault does the document stay open. [cache-size-leaves-open]
   if (!readSize(element, cache)) return false;
   if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,

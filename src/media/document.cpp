@@ -30,7 +30,7 @@ XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const 
   handle_ = CFG_GetDocByFileName(kFile, readOnly);
   XMLElement* element = find(section);
   // Deliberate: a file that could not be loaded holds no lock any more, so releasing it draws a
-  // warning in write mode. Callers have always seen that line behind the error.
+  // warning in write mode. Callers have always seen that line after the error.
   // [open-failure-warns]
   if (element == nullptr) static_cast<void>(giveUp(readOnly));
   return element;
@@ -74,7 +74,7 @@ bool MediaDocument::requireInt(const XMLElement& element, const char* attribute,
                                std::int32_t* value) const {
   *value = -1;
   static_cast<void>(element.QueryIntAttribute(attribute, value));
-  // Deliberate: a number written as -1 is as good as none. [minus-one-missing]
+  // Deliberate: a number written as -1 counts as missing. [minus-one-missing]
   if (*value == -1) reportMissing(attribute, path);
   return *value != -1;
 }

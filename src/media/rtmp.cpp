@@ -14,7 +14,7 @@ constexpr char kTargetPath[] = "<RTSP><MediaGroup>";
 constexpr Entries kTargets = {{"Target"}, Others::Ignored, "<RTSP>"};
 
 // Deliberate: the dumper ends as a reader does, so nothing is saved and the file's lock stays held
-// although the call reports success. Callers that know release it. [rtmp-not-saved]
+// although the call reports success. Callers that know this release it. [rtmp-not-saved]
 constexpr Rules kRules = {"RTMP", kTargets, Success::Printed, AfterFault::StaysOpen,
                           Ending::DiscardAndStayLocked};
 

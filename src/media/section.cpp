@@ -27,8 +27,8 @@ std::int32_t succeed(const MediaDocument& document, const Rules& rules, const ch
   return 0;
 }
 
-std::int32_t failOver(const MediaDocument& document, AfterFault afterFault) {
-  // Deliberate: most services leave the document open over a fault, until the next open or close.
+std::int32_t failOn(const MediaDocument& document, AfterFault afterFault) {
+  // Deliberate: most services leave the document open on a fault, until the next open or close.
   // [fault-leaves-open]
   if (afterFault == AfterFault::Closed) document.closeRead();
   return document.failure();
@@ -53,7 +53,7 @@ std::int32_t loadList(const MediaDocument& document, const Rules& rules, void (*
   clear(list);
   element = element->FirstChildElement();
   while ((element = entryFrom(document, element, rules.entries)) != nullptr) {
-    if (!read(*element, list)) return failOver(document, rules.afterFault);
+    if (!read(*element, list)) return failOn(document, rules.afterFault);
     element = element->NextSiblingElement();
   }
   document.closeRead();

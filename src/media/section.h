@@ -18,7 +18,7 @@ enum class Others : char { Nothing, Skipped, Ignored };
 struct Entries {
   char names[3][11];  ///< in upper or lower case
   Others others = Others::Nothing;
-  char place[16] = "";  ///< where other elements stand, as their warning has it
+  char place[16] = "";  ///< where other elements are, as their warning says
 
   /// The name, where there is only one.
   constexpr const char* name() const { return names[0]; }
@@ -30,7 +30,7 @@ enum class Success : char { Printed, Silent };
 /// What becomes of the document once a reader has reported a fault. No lock is held.
 enum class AfterFault : char { StaysOpen, Closed, LeftToReader };
 
-/// What becomes of a section once a dumper has rewritten it.
+/// Whether a section that a dumper has rewritten is saved.
 enum class Ending : char { Save, DiscardAndStayLocked };
 
 /// When a loader empties the caller's list.
@@ -60,13 +60,13 @@ struct Section {
 };
 
 /// The first element that holds a record among an element and its followers; null when there is
-/// none. What is passed over is reported as `entries` has it.
+/// none. What is skipped is reported as `entries` says.
 const tinyxml2::XMLElement* entryFrom(const MediaDocument& document,
                                       const tinyxml2::XMLElement* element, const Entries& entries);
 
 /// load() and dump() for a list of any records.
 /// @param clear  empties the list
-/// @param read   reads an entry into a new record at the list's end; false over a fault
+/// @param read   reads an entry into a new record at the list's end; false on a fault
 /// @param write  appends an entry for each record of the list
 std::int32_t loadList(const MediaDocument& document, const Rules& rules, void (*clear)(void* list),
                       bool (*read)(const tinyxml2::XMLElement& entry, void* list), void* list);
@@ -84,7 +84,7 @@ bool readEach(const tinyxml2::XMLElement& entry, std::list<Record>& records) {
   return true;
 }
 
-/// Replaces the list by the records of a section. Over a fault the records before it stay in the
+/// Replaces the list by the records of a section. On a fault the records before it stay in the
 /// list.
 /// @return what the family's calls return
 template <const auto& kSection, typename Record>
@@ -98,7 +98,7 @@ std::int32_t load(std::list<Record>& records) {
       &records);
 }
 
-/// Replaces the records of a section, and whatever else stands in it, by the list.
+/// Replaces the records of a section, and whatever else is in it, by the list.
 /// @return what the family's calls return
 template <const auto& kSection, typename Record>
 std::int32_t dump(const std::list<Record>& records) {

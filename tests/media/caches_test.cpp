@@ -303,7 +303,7 @@ void PrintTo(const Whitelist& whitelist, std::ostream* out) {
 
 class WhitelistTest : public CachesTest, public testing::WithParamInterface<Whitelist> {};
 
-TEST_P(WhitelistTest, TellsTheSourcesAllowedAndTheOneCarried) {
+TEST_P(WhitelistTest, ReportsTheSourcesAllowedAndTheOneCarried) {
   give(std::string("<Cache Id=\"4\" Name=\"c\" BufferSizeB=\"1\">") + GetParam().entries +
        "</Cache>\n");
   EXPECT_EQ(load(), (Outcome{0, sizeLine(4, 1, 1) + GetParam().output}));
@@ -430,7 +430,7 @@ TEST_F(CachesTest, LoadAndDumpKeepTheSmallerOfTwoEqualUnits) {
 )");
 }
 
-TEST_F(CachesTest, DumpReplacesWhateverStoodInTheSection) {
+TEST_F(CachesTest, DumpReplacesWhateverWasInTheSection) {
   give("<!-- comment -->\ntext\n<Cache Id=\"1\"/>\n<Unknown/>\n");
   caches = {nullptr, make(1, "a", 1, 1, 1, 0), nullptr};
   EXPECT_EQ(dump(), (Outcome{0, ""}));

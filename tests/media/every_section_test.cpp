@@ -129,7 +129,7 @@ TEST_P(EverySectionTest, CommentsAndTextBetweenTheEntriesArePassedOverInSilence)
   expectLoaded(2, GetParam().loaded + GetParam().loaded);
 }
 
-TEST_P(EverySectionTest, UnknownElementIsSkippedAsItsSectionHasIt) {
+TEST_P(EverySectionTest, UnknownElementIsSkippedAsItsSectionSays) {
   const std::string entryName = GetParam().entry.substr(1, GetParam().entry.find(' ') - 1);
   const std::string longer = entryName + "s";
   const std::string shorter = entryName.substr(0, entryName.size() - 1);
@@ -167,7 +167,7 @@ TEST_P(EverySectionTest, AFaultStopsTheLoadAndKeepsTheRecordsBeforeIt) {
   EXPECT_EQ(state(), section.afterFault);
 }
 
-TEST_P(EverySectionTest, AFaultLeavesTheDocumentAsItsSectionHasItAndNoLockHeld) {
+TEST_P(EverySectionTest, AFaultLeavesTheDocumentAsItsSectionSaysAndNoLockHeld) {
   give(GetParam().faultyEntry);
   EXPECT_EQ(GetParam().loadOver(3).kept, 0u);
   ASSERT_EQ(state(), GetParam().afterFault);

@@ -58,7 +58,7 @@ class MediaTest : private QuickSaves, public DeviceTest {
   /// Writes the main copy with these entries.
   void give(const std::string& entries) { device.write(kMainCopy, fileWith(entries)); }
 
-  /// Writes the main copy with these sections of the family alone.
+  /// Writes the main copy with only these sections of the family.
   void giveSections(const std::string& sections) {
     device.write(kMainCopy,
                  std::string("<") + family_.top + ">" + sections + "</" + family_.top + ">");

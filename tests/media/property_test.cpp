@@ -269,7 +269,7 @@ class AnySectionTest : public MediaTest, public testing::WithParamInterface<Kind
   }
 };
 
-TEST_P(AnySectionTest, IsEitherLoadedAndClosedOrReportedAndLeftAsTheFaultHasIt) {
+TEST_P(AnySectionTest, IsEitherLoadedAndClosedOrReportedAndLeftAsTheFaultRequires) {
   RandomValues random;
   SCOPED_TRACE(random.trace());
   RandomSection sections(random);

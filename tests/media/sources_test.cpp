@@ -191,7 +191,7 @@ class SourceFaultTest : public SourcesTest, public testing::WithParamInterface<F
 
 TEST_P(SourceFaultTest, StopsTheLoadAndKeepsTheRecordsBeforeIt) {
   give(std::string("<VENC Id=\"1\" Name=\"\" ChnId=\"2\"/>\n") + GetParam().entry +
-       "\n<VENC Id=\"3\" Name=\"behind\" ChnId=\"4\"/>\n");
+       "\n<VENC Id=\"3\" Name=\"after\" ChnId=\"4\"/>\n");
   EXPECT_EQ(load(), (Outcome{CFG_MPP_ERR, missing(GetParam().attribute, GetParam().path)}));
   EXPECT_THAT(described(sources), ElementsAre("VENC/1 1 \"\" channel 2 enabled 1"));
   EXPECT_EQ(state(), "closed, unlocked");
@@ -315,7 +315,7 @@ TEST_F(SourcesTest, DisabledSourceStaysDisabledAndAnyOtherIsPlainlyEnabled) {
 )");
 }
 
-TEST_F(SourcesTest, DumpReplacesWhateverStoodInTheSection) {
+TEST_F(SourcesTest, DumpReplacesWhateverWasInTheSection) {
   give("<!-- comment -->\n<VENC Id=\"1\" Name=\"a\" ChnId=\"2\"/>\n<Unknown/>\n<AI/>\n");
   sources = {ai(3, "mic", 4, 1)};
   EXPECT_EQ(dump(), (Outcome{0, ""}));
@@ -349,7 +349,7 @@ TEST_F(SourcesTest, DumpThatCannotOpenTheSectionWritesNothing) {
   EXPECT_EQ(state(), "closed, unlocked");
 }
 
-TEST_F(SourcesTest, DumpWhoseSaveFailsSucceedsAllTheSame) {
+TEST_F(SourcesTest, DumpWhoseSaveFailsSucceedsNevertheless) {
   give("");
   device.remove("/cfg1");
   EXPECT_EQ(dump(), (Outcome{0, ""}));

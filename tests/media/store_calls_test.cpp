@@ -1,5 +1,6 @@
 // Watches the store from below: this program's own CFG_GetDocByFileName is called in place of the
-// library's, which it calls in turn. Documents handed out tell what they held when they go.
+// library's, which it calls in turn. Documents handed out report
+// what they held when they are deleted.
 #include <dlfcn.h>
 
 #include <functional>
@@ -146,7 +147,7 @@ TEST_F(MediaStoreTest, TheModeOfAnOpeningIsHandedOnUnchanged) {
     }
 }
 
-TEST_F(MediaStoreTest, ADumpWhoseSaveFailsReportsSuccessAllTheSame) {
+TEST_F(MediaStoreTest, ADumpWhoseSaveFailsReportsSuccessNevertheless) {
   afterOpening = [this] { device.remove("/cfg0"); };
   const auto success = [](const std::string& section) {
     return kServices.info("Update " + section + " Config success.");

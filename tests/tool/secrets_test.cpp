@@ -154,8 +154,8 @@ bool beginsWithWords(const Words& line, const std::string& command) {
 
 TEST_F(SecretsTest, EveryCommandIsAmongThoseTried) {
   const std::vector<Words> lines = commandLines();
-  for (const tool::CommandGroup& group : tool::allGroups())
-    for (const tool::Command& command : group.commands)
+  for (const tool::cli::CommandGroup& group : tool::commands::allGroups())
+    for (const tool::cli::Command& command : group.commands)
       EXPECT_TRUE(!command.run || std::any_of(lines.begin(), lines.end(), [&](const Words& line) {
         return beginsWithWords(line, command.name);
       })) << command.name;

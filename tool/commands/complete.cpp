@@ -1,20 +1,20 @@
 #include <cstdlib>
 #include <exception>
 
+#include "base/printable.h"
+#include "base/refusal.h"
+#include "cli/completion.h"
+#include "cli/shell_line.h"
 #include "commands/groups.h"
-#include "frame/completion.h"
-#include "frame/printable.h"
-#include "frame/shell_line.h"
-#include "frame/status.h"
 #include "testkit/enter_root.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kHome[] = "~/";
 
 // What the shell is told to complete: words that follow, or names that it knows itself.
-const char* wordFor(Place::Kind kind) {
+const char* wordFor(cli::CompletionPlace::Kind kind) {
   constexpr const char* kWords[] = {"words", "files", "directories"};
   return kWords[kind];
 }
@@ -27,7 +27,7 @@ std::string expanded(const std::string& directory) {
 }
 
 // A device that cannot be read offers no words, and whoever presses the key is not told why.
-std::vector<Candidate> candidatesAt(const Place& place) {
+std::vector<cli::Candidate> candidatesAt(const cli::CompletionPlace& place) {
   try {
     if (place.words && place.root && !enterRoot(expanded(*place.root)).empty()) return {};
     return place.candidates();
@@ -36,12 +36,12 @@ std::vector<Candidate> candidatesAt(const Place& place) {
   }
 }
 
-Answer answerWith(Place::Kind kind, const std::vector<std::string>& words) {
-  Answer answer;
+cli::Answer answerWith(cli::CompletionPlace::Kind kind, const std::vector<std::string>& words) {
+  cli::Answer answer;
   answer.value = {{"complete", wordFor(kind)}, {"words", words}};
   std::string lines = std::string(wordFor(kind)) + "\n";
   for (const std::string& word : words) lines += word + "\n";
-  answer.layout = {Verbatim{lines}};
+  answer.layout = {cli::Verbatim{lines}};
   return answer;
 }
 
@@ -50,23 +50,23 @@ bool beginsWith(const std::string& text, const std::string& beginning) {
 }
 
 // bash puts each word in as it is told it: quoted, and without what stays on the line.
-Answer forBash(const Arguments& arguments) {
-  ShellLine line = readShellLine(arguments.text("LINE"), arguments.text("BREAKS"));
+cli::Answer forBash(const cli::Arguments& arguments) {
+  cli::ShellLine line = cli::readShellLine(arguments.text("LINE"), arguments.text("BREAKS"));
   const std::string begun = line.words.back();
   line.words.erase(line.words.begin());
-  const Place place = placeIn(allGroups(), line.words);
+  const cli::CompletionPlace place = cli::placeIn(allGroups(), line.words);
   std::vector<std::string> words;
-  for (const Candidate& candidate : candidatesAt(place))
+  for (const cli::Candidate& candidate : candidatesAt(place))
     if (beginsWith(candidate.word, begun))
-      words.push_back(shellQuoted(candidate.word.substr(line.kept.size()), line.quote));
+      words.push_back(cli::shellQuoted(candidate.word.substr(line.kept.size()), line.quote));
   return answerWith(place.kind, words);
 }
 
 // zsh chooses and quotes itself, and takes "WORD:WHAT IT IS" with its own colons escaped.
-Answer forZsh(const Arguments& arguments) {
-  const Place place = placeIn(allGroups(), arguments.texts("WORD"));
+cli::Answer forZsh(const cli::Arguments& arguments) {
+  const cli::CompletionPlace place = cli::placeIn(allGroups(), arguments.texts("WORD"));
   std::vector<std::string> words;
-  for (const Candidate& candidate : candidatesAt(place)) {
+  for (const cli::Candidate& candidate : candidatesAt(place)) {
     std::string word;
     for (const char c : candidate.word)
       word += c == ':' || c == '\\' ? std::string("\\") + c : std::string(1, c);
@@ -77,22 +77,23 @@ Answer forZsh(const Arguments& arguments) {
 
 }  // namespace
 
-CommandGroup completeGroup() {
-  return {"For shells",
-          {{"complete", "Tell a shell what may be typed next", {}, nullptr, Status::Refused, true},
-           {"complete bash",
-            "Tell bash what may be typed at the end of a line",
-            {{Option::Argument, "LINE", "The line up to the cursor"},
-             {Option::Argument, "BREAKS", "Characters that break words when they are completed"}},
-            forBash,
-            Status::Refused,
-            true},
-           {"complete zsh",
-            "Tell zsh what may stand in the place of the last word",
-            {{Option::Arguments, "WORD", "The line's words behind the tool's name"}},
-            forZsh,
-            Status::Refused,
-            true}}};
+cli::CommandGroup completeGroup() {
+  return {
+      "For shells",
+      {{"complete", "Tell a shell what may be typed next", {}, nullptr, Status::Refused, true},
+       {"complete bash",
+        "Tell bash what may be typed at the end of a line",
+        {{cli::Option::Argument, "LINE", "The line up to the cursor"},
+         {cli::Option::Argument, "BREAKS", "Characters that break words when they are completed"}},
+        forBash,
+        Status::Refused,
+        true},
+       {"complete zsh",
+        "Tell zsh what may stand in the place of the last word",
+        {{cli::Option::Arguments, "WORD", "The line's words behind the tool's name"}},
+        forZsh,
+        Status::Refused,
+        true}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

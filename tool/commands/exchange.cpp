@@ -1,45 +1,45 @@
-#include "exchange/exchange.h"
+#include "document/exchange.h"
 
 #include "commands/groups.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kNoSecrets[] = "--no-secrets";
 constexpr char kShowSecrets[] = "--show-secrets";
 constexpr char kDryRun[] = "--dry-run";
 
-std::vector<Candidate> exportable(const Arguments& /*before*/) {
-  std::vector<Candidate> candidates;
-  for (const std::string& name : exportNames()) candidates.push_back({name});
+std::vector<cli::Candidate> exportable(const cli::Arguments& /*before*/) {
+  std::vector<cli::Candidate> candidates;
+  for (const std::string& name : document::exportNames()) candidates.push_back({name});
   return candidates;
 }
 
-Answer exportDocument(const Arguments& arguments) {
-  return exportSettings(arguments.texts("SECTION"), !arguments.given(kNoSecrets));
+cli::Answer exportDocument(const cli::Arguments& arguments) {
+  return document::exportSettings(arguments.texts("SECTION"), !arguments.given(kNoSecrets));
 }
 
-Answer importDocument(const Arguments& arguments) {
-  return importSettings(arguments.text("FILE"),
-                        {arguments.given(kDryRun), arguments.given(kShowSecrets)});
+cli::Answer importDocument(const cli::Arguments& arguments) {
+  return document::importSettings(arguments.text("FILE"),
+                                  {arguments.given(kDryRun), arguments.given(kShowSecrets)});
 }
 
 }  // namespace
 
-CommandGroup exchangeGroup() {
+cli::CommandGroup exchangeGroup() {
   return {"Export and import",
           {{"export",
             "Print settings as one JSON document",
-            {{Option::OptionalArguments, "SECTION", "Only these, such as stream or live.srt",
+            {{cli::Option::OptionalArguments, "SECTION", "Only these, such as stream or live.srt",
               exportable},
-             {Option::Flag, kNoSecrets, "Leave passwords out"}},
+             {cli::Option::Flag, kNoSecrets, "Leave passwords out"}},
             exportDocument},
            {"import",
             "Bring the device to what such a document holds",
-            {{Option::HostFile, "FILE", "The document; '-' is standard input"},
-             {Option::Flag, kDryRun, "Show what would change and write nothing"},
-             {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}},
+            {{cli::Option::HostFile, "FILE", "The document; '-' is standard input"},
+             {cli::Option::Flag, kDryRun, "Show what would change and write nothing"},
+             {cli::Option::Flag, kShowSecrets, "Show passwords in the list of changes"}},
             importDocument}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -1,39 +1,40 @@
+#include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/vocabulary.h"
-#include "device/wiring_picture.h"
-#include "frame/status.h"
+#include "media/wiring_picture.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kFormat[] = "--format";
 
 // DOT as it is, other formats through Graphviz.
-HostProgram programFor(const std::string& format) {
+cli::HostProgram programFor(const std::string& format) {
   if (format.empty() || format == "dot") return {};
   if (format == "svg") return {{"dot", "-Tsvg"}, "Graphviz"};
   throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
 }
 
-Answer graph(const Arguments& arguments) {
-  Answer answer;
+cli::Answer graph(const cli::Arguments& arguments) {
+  cli::Answer answer;
   answer.through = programFor(arguments.text(kFormat));
-  const Wiring wiring = readWiring();
-  answer.value = jsonOf(wiring);
-  answer.layout = {Verbatim{pictureOf(wiring)}};
-  for (const std::string& finding : findingsIn(wiring)) answer.notes.push_back("note: " + finding);
+  const media::Wiring wiring = media::readWiring();
+  answer.value = media::jsonOf(wiring);
+  answer.layout = {cli::Verbatim{media::pictureOf(wiring)}};
+  for (const std::string& finding : media::findingsIn(wiring))
+    answer.notes.push_back("note: " + finding);
   return answer;
 }
 
 }  // namespace
 
-CommandGroup graphGroup() {
+cli::CommandGroup graphGroup() {
   return {"Live media",
           {{"graph",
             "Draw which sources, caches and services feed which",
-            {{Option::Value, kFormat, "dot, the default, or svg, which needs Graphviz' 'dot'",
+            {{cli::Option::Value, kFormat, "dot, the default, or svg, which needs Graphviz' 'dot'",
               oneOf({"dot", "svg"})}},
             graph}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -2,10 +2,10 @@
 
 #include "commands/vocabulary.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 
-std::vector<CommandGroup> allGroups() {
-  std::vector<CommandGroup> groups = {
+std::vector<cli::CommandGroup> allGroups() {
+  std::vector<cli::CommandGroup> groups = {
       statusGroup(), filesGroup(),    lintGroup(),        parametersGroup(), explainGroup(),
       systemGroup(), networkGroup(),  presetGroup(),      streamGroup(),     liveGroup(),
       graphGroup(),  exchangeGroup(), differencesGroup(), resetGroup(),      languageGroup(),
@@ -14,4 +14,4 @@ std::vector<CommandGroup> allGroups() {
   return groups;
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

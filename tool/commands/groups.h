@@ -3,32 +3,32 @@
 
 #include <vector>
 
-#include "frame/command.h"
+#include "cli/command.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 
 // One function for each group, in the file of its name.
-CommandGroup completeGroup();
-CommandGroup differencesGroup();
-CommandGroup exchangeGroup();
-CommandGroup explainGroup();
-CommandGroup filesGroup();
-CommandGroup graphGroup();
-CommandGroup helpGroup();
-CommandGroup languageGroup();
-CommandGroup lintGroup();
-CommandGroup liveGroup();
-CommandGroup networkGroup();
-CommandGroup parametersGroup();
-CommandGroup presetGroup();
-CommandGroup resetGroup();
-CommandGroup statusGroup();
-CommandGroup streamGroup();
-CommandGroup systemGroup();
+cli::CommandGroup completeGroup();
+cli::CommandGroup differencesGroup();
+cli::CommandGroup exchangeGroup();
+cli::CommandGroup explainGroup();
+cli::CommandGroup filesGroup();
+cli::CommandGroup graphGroup();
+cli::CommandGroup helpGroup();
+cli::CommandGroup languageGroup();
+cli::CommandGroup lintGroup();
+cli::CommandGroup liveGroup();
+cli::CommandGroup networkGroup();
+cli::CommandGroup parametersGroup();
+cli::CommandGroup presetGroup();
+cli::CommandGroup resetGroup();
+cli::CommandGroup statusGroup();
+cli::CommandGroup streamGroup();
+cli::CommandGroup systemGroup();
 
 /// All commands, in the order of the help text.
-std::vector<CommandGroup> allGroups();
+std::vector<cli::CommandGroup> allGroups();
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands
 
 #endif

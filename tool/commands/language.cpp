@@ -2,47 +2,49 @@
 
 #include <algorithm>
 
+#include "base/refusal.h"
+#include "base/spelling.h"
 #include "commands/groups.h"
 #include "device/language.h"
-#include "frame/spelling.h"
-#include "frame/status.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 // The library leaves the buffer alone when there is no such key, and otherwise writes a text with
 // its terminator into it: one without any terminator was left alone.
 bool findText(const std::string& language, const std::string& key, std::string& text) {
   std::vector<char> buffer(CFG_LANG_TEXT_SIZE, '?');
-  if (CFG_LANG_GetString(argument(language), argument(key), buffer.data()) != 0) return false;
+  if (CFG_LANG_GetString(device::argument(language), device::argument(key), buffer.data()) != 0)
+    return false;
   const auto end = std::find(buffer.begin(), buffer.end(), '\0');
   text.assign(buffer.begin(), end);
   return end != buffer.end();
 }
 
-Answer lang(const Arguments& arguments) {
+cli::Answer lang(const cli::Arguments& arguments) {
   const std::string language = arguments.text("LANGUAGE");
   const std::string key = arguments.text("KEY");
-  const Document texts = requireTexts(language);
+  const device::Document texts = device::requireTexts(language);
   std::string text;
   if (!findText(language, key, text))
-    throw Refusal(language + " has no text '" + key + "'" + didYouMean(key, keysOf(*texts)));
+    throw Refusal(language + " has no text '" + key + "'" +
+                  didYouMean(key, device::keysOf(*texts)));
 
-  Answer answer;
+  cli::Answer answer;
   answer.value = {{"language", language}, {"key", key}, {"text", text}};
-  answer.layout = {Line{"{text}"}};
+  answer.layout = {cli::Line{"{text}"}};
   return answer;
 }
 
 }  // namespace
 
-CommandGroup languageGroup() {
+cli::CommandGroup languageGroup() {
   return {"Texts",
           {{"lang",
             "Print a translated text",
-            {{Option::Argument, "LANGUAGE", "Name of a language file, without .xml"},
-             {Option::Argument, "KEY", "Key of the text"}},
+            {{cli::Option::Argument, "LANGUAGE", "Name of a language file, without .xml"},
+             {cli::Option::Argument, "KEY", "Key of the text"}},
             lang}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

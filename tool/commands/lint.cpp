@@ -1,11 +1,11 @@
 #include <algorithm>
 
+#include "base/refusal.h"
 #include "commands/groups.h"
 #include "device/file_set.h"
-#include "frame/status.h"
 #include "lint/subject.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kRules[] = "--rules";
@@ -19,8 +19,8 @@ Json jsonOf(const lint::Finding& finding) {
           {"text", finding.text}};
 }
 
-Answer rules() {
-  Answer answer;
+cli::Answer rules() {
+  cli::Answer answer;
   answer.value = Json::array();
   for (const lint::Subject& subject : lint::allSubjects())
     for (const lint::Rule* rule : subject.rules)
@@ -30,12 +30,12 @@ Answer rules() {
                               {"explanation", rule->explanation},
                               {"example", rule->example}});
   answer.layout = {
-      Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}};
+      cli::Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}};
   return answer;
 }
 
-Answer answerOf(const std::vector<lint::Source>& sources) {
-  Answer answer;
+cli::Answer answerOf(const std::vector<lint::Source>& sources) {
+  cli::Answer answer;
   int errors = 0;
   Json findings = Json::array();
   for (const lint::Finding& finding : lint::lint(sources)) {
@@ -46,7 +46,7 @@ Answer answerOf(const std::vector<lint::Source>& sources) {
   answer.value = {{"errors", errors}, {"warnings", warnings}, {"files", Json::array()}};
   for (const lint::Source& source : sources) answer.value["files"].push_back(source.name);
   answer.value["findings"] = std::move(findings);
-  answer.layout = {Lines{"findings", "{file}:{line}: {severity!}: {text} [{rule}]"}};
+  answer.layout = {cli::Lines{"findings", "{file}:{line}: {severity!}: {text} [{rule}]"}};
   if (errors != 0) answer.status = Status::Refused;
   if (std::none_of(sources.begin(), sources.end(),
                    [](const lint::Source& source) { return source.isRead; }))
@@ -54,29 +54,29 @@ Answer answerOf(const std::vector<lint::Source>& sources) {
   return answer;
 }
 
-Answer run(const Arguments& arguments) {
+cli::Answer run(const cli::Arguments& arguments) {
   const std::vector<HostFile> files = arguments.files(kFile);
   if (arguments.given(kRules)) {
     if (!files.empty()) throw Refusal(Status::Usage, std::string(kRules) + " takes no " + kFile);
     return rules();
   }
   if (!files.empty()) return answerOf(lint::sourcesOf(files));
-  const FileSet set = surveyFiles();
-  requireAnyFile(set);
+  const device::FileSet set = device::surveyFiles();
+  device::requireAnyFile(set);
   return answerOf(lint::sourcesOf(set));
 }
 
 }  // namespace
 
-CommandGroup lintGroup() {
+cli::CommandGroup lintGroup() {
   return {"Files",
           {{"lint",
             "Report hazards in configuration files, each with its file and line",
-            {{Option::HostFiles, kFile,
+            {{cli::Option::HostFiles, kFile,
               "Files of any kind instead of the device's; - is standard "
               "input"},
-             {Option::Flag, kRules, "List what is looked for, with an example each"}},
+             {cli::Option::Flag, kRules, "List what is looked for, with an example each"}},
             run}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -1,59 +1,62 @@
 #include "commands/groups.h"
-#include "device/media.h"
-#include "device/media_json.h"
+#include "media/json.h"
+#include "media/media.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kShowSecrets[] = "--show-secrets";
 
-Answer answerWith(Json sessions, std::vector<Column> columns) {
-  Answer answer;
+cli::Answer answerWith(Json sessions, std::vector<cli::Column> columns) {
+  cli::Answer answer;
   answer.value = std::move(sessions);
-  answer.layout = {Table{"", std::move(columns)}};
+  answer.layout = {cli::Table{"", std::move(columns)}};
   return answer;
 }
 
-Secrets secretsFor(const Arguments& arguments) {
-  return arguments.given(kShowSecrets) ? Secrets::Shown : Secrets::Masked;
+media::Secrets secretsFor(const cli::Arguments& arguments) {
+  return arguments.given(kShowSecrets) ? media::Secrets::Shown : media::Secrets::Masked;
 }
 
-Answer websocket(const Arguments& /*arguments*/) {
-  return answerWith(jsonOf(loadWebsocketSessions()), {{"ID", "{id}"}, {"NAME", "{name}"}});
+cli::Answer websocket(const cli::Arguments& /*arguments*/) {
+  return answerWith(media::jsonOf(media::loadWebsocketSessions()),
+                    {{"ID", "{id}"}, {"NAME", "{name}"}});
 }
 
-Answer rtsp(const Arguments& /*arguments*/) {
-  return answerWith(jsonOf(loadRtspSessions()),
+cli::Answer rtsp(const cli::Arguments& /*arguments*/) {
+  return answerWith(media::jsonOf(media::loadRtspSessions()),
                     {{"NAME", "{name}"}, {"CHANNELS", "{channels:{id} {name}}"}});
 }
 
-Answer rtmp(const Arguments& arguments) {
-  return answerWith(jsonOf(loadRtmpTargets(), secretsFor(arguments)), {{"ID", "{id}"},
-                                                                       {"ENABLED", "{enabled}"},
-                                                                       {"URL", "{url}"},
-                                                                       {"USER", "{username}"},
-                                                                       {"PASSWORD", "{password}"},
-                                                                       {"VIDEO", "{video}"},
-                                                                       {"AUDIO", "{audio}"}});
+cli::Answer rtmp(const cli::Arguments& arguments) {
+  return answerWith(media::jsonOf(media::loadRtmpTargets(), secretsFor(arguments)),
+                    {{"ID", "{id}"},
+                     {"ENABLED", "{enabled}"},
+                     {"URL", "{url}"},
+                     {"USER", "{username}"},
+                     {"PASSWORD", "{password}"},
+                     {"VIDEO", "{video}"},
+                     {"AUDIO", "{audio}"}});
 }
 
-Answer ndi(const Arguments& /*arguments*/) {
-  return answerWith(jsonOf(loadNdiInstances()), {{"ID", "{id}"},
-                                                 {"ENABLED", "{enabled}"},
-                                                 {"NAME", "{mainStreamName}"},
-                                                 {"GROUP", "{groupName}"},
-                                                 {"MAIN", "{mainVideo}"},
-                                                 {"SUB", "{subVideo}"},
-                                                 {"AUDIO", "{audio}"},
-                                                 {"DISCOVERY", "{discoveryServerEnabled}"},
-                                                 {"SERVER", "{discoveryServer}"},
-                                                 {"MULTICAST", "{multicastEnabled}"},
-                                                 {"ADDRESS", "{multicastIp}/{multicastNetmask}"},
-                                                 {"TTL", "{multicastTtl}"}});
+cli::Answer ndi(const cli::Arguments& /*arguments*/) {
+  return answerWith(media::jsonOf(media::loadNdiInstances()),
+                    {{"ID", "{id}"},
+                     {"ENABLED", "{enabled}"},
+                     {"NAME", "{mainStreamName}"},
+                     {"GROUP", "{groupName}"},
+                     {"MAIN", "{mainVideo}"},
+                     {"SUB", "{subVideo}"},
+                     {"AUDIO", "{audio}"},
+                     {"DISCOVERY", "{discoveryServerEnabled}"},
+                     {"SERVER", "{discoveryServer}"},
+                     {"MULTICAST", "{multicastEnabled}"},
+                     {"ADDRESS", "{multicastIp}/{multicastNetmask}"},
+                     {"TTL", "{multicastTtl}"}});
 }
 
-Answer srt(const Arguments& arguments) {
-  return answerWith(jsonOf(loadSrtInstances(), secretsFor(arguments)),
+cli::Answer srt(const cli::Arguments& arguments) {
+  return answerWith(media::jsonOf(media::loadSrtInstances(), secretsFor(arguments)),
                     {{"ID", "{id}"},
                      {"MODE", "{mode}"},
                      {"HOST", "{hostname}"},
@@ -64,11 +67,11 @@ Answer srt(const Arguments& arguments) {
                      {"STREAMS", "{streams:{id} ({channels}{default?; default})}"}});
 }
 
-const Option kSecrets{Option::Flag, kShowSecrets, "Show passwords as they are stored"};
+const cli::Option kSecrets{cli::Option::Flag, kShowSecrets, "Show passwords as they are stored"};
 
 }  // namespace
 
-CommandGroup liveGroup() {
+cli::CommandGroup liveGroup() {
   return {"Live media",
           {{"live", "Show what the live media services send", {}, nullptr},
            {"live websocket", "List the WebSocket sessions", {}, websocket},
@@ -78,4 +81,4 @@ CommandGroup liveGroup() {
            {"live srt", "List the SRT instances and their streams", {kSecrets}, srt}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -1,14 +1,14 @@
-#include "device/network.h"
+#include "network/network.h"
 
 #include <camcfg/network.h>
 
+#include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/vocabulary.h"
-#include "device/network_change.h"
-#include "device/network_field.h"
-#include "frame/status.h"
+#include "network/change.h"
+#include "network/field.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 using tinyxml2::XMLElement;
@@ -17,7 +17,7 @@ constexpr char kFactory[] = "--factory";
 constexpr char kForce[] = "--force";
 
 Json currentOf(XMLElement& card, const char* field) {
-  return attributeOf(childOf(card, field), "Cur");
+  return network::attributeOf(network::childOf(card, field), "Cur");
 }
 
 Json interfaceOf(XMLElement& card) {
@@ -37,7 +37,7 @@ Json recordOf(XMLElement& card, bool listed) {
 }
 
 // What the library's list lacks.
-void tellUnlisted(Answer& answer, const tagNETWORK_CARDS_S& cards) {
+void tellUnlisted(cli::Answer& answer, const tagNETWORK_CARDS_S& cards) {
   std::string unlisted;
   std::size_t index = 0;
   for (const Json& record : answer.value) {
@@ -54,31 +54,32 @@ void tellUnlisted(Answer& answer, const tagNETWORK_CARDS_S& cards) {
                            unlisted);
 }
 
-Answer cards(const Arguments& /*arguments*/) {
-  const Network network;
+cli::Answer cards(const cli::Arguments& /*arguments*/) {
+  const network::Network network;
   tagNETWORK_CARDS_S listed{};
   if (CFG_NETWORK_GetCards(&listed) != 0) throw Refusal("the library cannot list the cards");
-  Answer answer;
+  cli::Answer answer;
   answer.value = Json::array();
   for (XMLElement* card : network.cards())
     answer.value.push_back(
         recordOf(*card, static_cast<int>(answer.value.size()) < listed.s32Count));
-  answer.layout = {Table{"",
-                         {{"CARD", "{card}"},
-                          {"INTERFACE", "{interface}"},
-                          {"ENABLE", "{enable}"},
-                          {"IPMODE", "{ipMode}"},
-                          {"IPADDR", "{ipAddr}"}}}};
+  answer.layout = {cli::Table{"",
+                              {{"CARD", "{card}"},
+                               {"INTERFACE", "{interface}"},
+                               {"ENABLE", "{enable}"},
+                               {"IPMODE", "{ipMode}"},
+                               {"IPADDR", "{ipAddr}"}}}};
   tellUnlisted(answer, listed);
   return answer;
 }
 
 // Values that applications read otherwise than they stand in the file.
-void tellMisread(Answer& answer, const XMLElement& card, bool factory) {
+void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
   tagNETWORK_CFG_S record{};
   const std::string name = card.Value();
-  (factory ? CFG_NETWORK_GetAllParamDef : CFG_NETWORK_GetAllParamCur)(argument(name), &record);
-  for (const NetworkField& field : networkFields()) {
+  (factory ? CFG_NETWORK_GetAllParamDef : CFG_NETWORK_GetAllParamCur)(device::argument(name),
+                                                                      &record);
+  for (const network::NetworkField& field : network::networkFields()) {
     const Json& text = answer.value["fields"][field.name];
     const std::string read = field.take(record);
     if (text.is_null() || text == read) continue;
@@ -87,16 +88,16 @@ void tellMisread(Answer& answer, const XMLElement& card, bool factory) {
   }
 }
 
-Answer show(const Arguments& arguments) {
+cli::Answer show(const cli::Arguments& arguments) {
   const bool factory = arguments.given(kFactory);
-  const Network network;
+  const network::Network network;
   XMLElement& card = network.require(arguments.text("CARD"));
-  Answer answer;
+  cli::Answer answer;
   answer.value = {{"card", card.Value()}, {"factory", factory}};
-  Fields fields;
-  for (const NetworkField& field : networkFields()) {
+  cli::Fields fields;
+  for (const network::NetworkField& field : network::networkFields()) {
     answer.value["fields"][field.name] =
-        attributeOf(childOf(card, field.name), factory ? "Def" : "Cur");
+        network::attributeOf(network::childOf(card, field.name), factory ? "Def" : "Cur");
     fields.fields.push_back({field.name, std::string("{fields/") + field.name + "}"});
   }
   answer.layout = {fields};
@@ -110,51 +111,52 @@ Answer show(const Arguments& arguments) {
   return answer;
 }
 
-Answer set(const Arguments& arguments) {
-  return setNetworkField(arguments.text("CARD"), arguments.text("FIELD"), arguments.text("VALUE"),
-                         arguments.given(kForce));
+cli::Answer set(const cli::Arguments& arguments) {
+  return network::setNetworkField(arguments.text("CARD"), arguments.text("FIELD"),
+                                  arguments.text("VALUE"), arguments.given(kForce));
 }
 
-Answer reset(const Arguments& arguments) {
-  return resetCard(arguments.text("CARD"));
+cli::Answer reset(const cli::Arguments& arguments) {
+  return network::resetCard(arguments.text("CARD"));
 }
 
-Answer hostname(const Arguments& arguments) {
-  if (arguments.given("NAME")) return setHostname(arguments.text("NAME"), arguments.given(kForce));
-  const Network network;
-  Answer answer;
-  answer.value["hostname"] = attributeOf(&network.section(), "Hostname");
+cli::Answer hostname(const cli::Arguments& arguments) {
+  if (arguments.given("NAME"))
+    return network::setHostname(arguments.text("NAME"), arguments.given(kForce));
+  const network::Network network;
+  cli::Answer answer;
+  answer.value["hostname"] = network::attributeOf(&network.section(), "Hostname");
   if (answer.value["hostname"].is_null()) throw Refusal("no host name is set");
-  answer.layout = {Line{"{hostname}"}};
+  answer.layout = {cli::Line{"{hostname}"}};
   return answer;
 }
 
-const Option kCard{Option::Argument, "CARD", "Whole name of a card"};
+const cli::Option kCard{cli::Option::Argument, "CARD", "Whole name of a card"};
 
 }  // namespace
 
-CommandGroup networkGroup() {
-  return {
-      "Network",
-      {{"network", "Show and change the network cards and the host name", {}, nullptr},
-       {"network cards", "List the cards", {}, cards},
-       {"network show",
-        "Show the settings of a card",
-        {kCard, {Option::Flag, kFactory, "Show the factory values"}},
-        show},
-       {"network set",
-        "Set one field of a card",
-        {kCard,
-         {Option::Argument, "FIELD", "A field as 'network show' names it"},
-         {Option::Argument, "VALUE", "A word, a number, an address or a text"},
-         {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
-        set},
-       {"network reset", "Put the factory values of a card back", {kCard}, reset},
-       {"network hostname",
-        "Show or set the host name",
-        {{Option::OptionalArgument, "NAME", "The new name; without it the name is shown", anyWord},
-         {Option::Flag, kForce, "Store a text that is no host name"}},
-        hostname}}};
+cli::CommandGroup networkGroup() {
+  return {"Network",
+          {{"network", "Show and change the network cards and the host name", {}, nullptr},
+           {"network cards", "List the cards", {}, cards},
+           {"network show",
+            "Show the settings of a card",
+            {kCard, {cli::Option::Flag, kFactory, "Show the factory values"}},
+            show},
+           {"network set",
+            "Set one field of a card",
+            {kCard,
+             {cli::Option::Argument, "FIELD", "A field as 'network show' names it"},
+             {cli::Option::Argument, "VALUE", "A word, a number, an address or a text"},
+             {cli::Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
+            set},
+           {"network reset", "Put the factory values of a card back", {kCard}, reset},
+           {"network hostname",
+            "Show or set the host name",
+            {{cli::Option::OptionalArgument, "NAME", "The new name; without it the name is shown",
+              anyWord},
+             {cli::Option::Flag, kForce, "Store a text that is no host name"}},
+            hostname}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -1,48 +1,51 @@
-#include "device/parameter.h"
+#include "parameters/parameter.h"
 
+#include "base/refusal.h"
+#include "base/spelling.h"
 #include "commands/groups.h"
-#include "device/parameter_change.h"
-#include "frame/spelling.h"
-#include "frame/status.h"
+#include "parameters/change.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
-Json recordOf(const Parameter& parameter) {
+Json recordOf(const parameters::Parameter& parameter) {
   return {{"section", parameter.section},
           {"name", parameter.name},
           {"type", parameter.type()},
           {"value", parameter.value("Cur")}};
 }
 
-Json pathOrNull(const std::optional<Parameter>& found) {
+Json pathOrNull(const std::optional<parameters::Parameter>& found) {
   return found ? Json(found->path()) : Json();
 }
 
-bool isSame(const std::optional<Parameter>& found, const Parameter& parameter) {
+bool isSame(const std::optional<parameters::Parameter>& found,
+            const parameters::Parameter& parameter) {
   return found && found->element == parameter.element;
 }
 
-Answer list(const Arguments& arguments) {
-  const Parameters parameters;
-  Answer answer;
+cli::Answer list(const cli::Arguments& arguments) {
+  const parameters::Parameters parameters;
+  cli::Answer answer;
   answer.value = Json::array();
-  for (const Parameter& parameter :
+  for (const parameters::Parameter& parameter :
        arguments.given("SECTION") ? parameters.in(arguments.text("SECTION")) : parameters.all())
     answer.value.push_back(recordOf(parameter));
-  answer.layout = {Table{"", {{"SECTION", "{section}"}, {"NAME", "{name}"}, {"VALUE", "{value}"}}}};
+  answer.layout = {
+      cli::Table{"", {{"SECTION", "{section}"}, {"NAME", "{name}"}, {"VALUE", "{value}"}}}};
   return answer;
 }
 
-Answer get(const Arguments& arguments) {
-  const Parameters parameters;
-  const Parameter parameter = parameters.require(arguments.text("SECTION"), arguments.text("NAME"));
+cli::Answer get(const cli::Arguments& arguments) {
+  const parameters::Parameters parameters;
+  const parameters::Parameter parameter =
+      parameters.require(arguments.text("SECTION"), arguments.text("NAME"));
   if (parameter.text("Cur") == nullptr)
     throw Refusal(parameter.path() + ": it has no current value");
 
-  Answer answer;
+  cli::Answer answer;
   answer.value = recordOf(parameter);
-  answer.layout = {Line{"{value}"}};
+  answer.layout = {cli::Line{"{value}"}};
   const auto found = parameters.lookup(parameter.section, parameter.name);
   answer.value["answeredBy"] = pathOrNull(found);
   if (!isSame(found, parameter))
@@ -52,17 +55,18 @@ Answer get(const Arguments& arguments) {
   return answer;
 }
 
-Answer set(const Arguments& arguments) {
-  return setParameter(arguments.text("SECTION"), arguments.text("NAME"), arguments.text("VALUE"),
-                      arguments.given("--force"));
+cli::Answer set(const cli::Arguments& arguments) {
+  return parameters::setParameter(arguments.text("SECTION"), arguments.text("NAME"),
+                                  arguments.text("VALUE"), arguments.given("--force"));
 }
 
 // All parameters of exactly this name, the one that the library finds by name alone in front.
-std::vector<Parameter> requireNamed(const Parameters& parameters, const std::string& name,
-                                    const std::optional<Parameter>& found) {
-  std::vector<Parameter> named;
+std::vector<parameters::Parameter> requireNamed(const parameters::Parameters& parameters,
+                                                const std::string& name,
+                                                const std::optional<parameters::Parameter>& found) {
+  std::vector<parameters::Parameter> named;
   std::vector<std::string> names;
-  for (const Parameter& parameter : parameters.all()) {
+  for (const parameters::Parameter& parameter : parameters.all()) {
     names.push_back(parameter.name);
     if (parameter.name == name)
       named.insert(isSame(found, parameter) ? named.begin() : named.end(), parameter);
@@ -72,8 +76,9 @@ std::vector<Parameter> requireNamed(const Parameters& parameters, const std::str
   throw Refusal("there is no parameter '" + name + "'" + lookup + didYouMean(name, names));
 }
 
-std::vector<Block> descriptionOf(const Parameter& parameter) {
-  std::vector<Field> fields = {{"name", "{name}"}, {"section", "{section}"}, {"type", "{type}"}};
+std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
+  std::vector<cli::Field> fields = {
+      {"name", "{name}"}, {"section", "{section}"}, {"type", "{type}"}};
   if (parameter.isInteger())
     fields.insert(fields.end(), {{"range", "{min}..{max}"}, {"step", "{step}"}});
   else
@@ -82,17 +87,17 @@ std::vector<Block> descriptionOf(const Parameter& parameter) {
                                {"current", "{value}"},
                                {"answered by", "{answeredBy}"},
                                {"also in", "{alsoIn}"}});
-  return {Fields{fields}};
+  return {cli::Fields{fields}};
 }
 
-Answer describe(const Arguments& arguments) {
+cli::Answer describe(const cli::Arguments& arguments) {
   const std::string name = arguments.text("NAME");
-  const Parameters parameters;
+  const parameters::Parameters parameters;
   const auto found = parameters.lookup(name);
-  const std::vector<Parameter> named = requireNamed(parameters, name, found);
-  const Parameter& parameter = named.front();
+  const std::vector<parameters::Parameter> named = requireNamed(parameters, name, found);
+  const parameters::Parameter& parameter = named.front();
 
-  Answer answer;
+  cli::Answer answer;
   answer.value = recordOf(parameter);
   answer.value["default"] = parameter.value("Def");
   answer.value["min"] = parameter.value("Min");
@@ -106,26 +111,27 @@ Answer describe(const Arguments& arguments) {
   return answer;
 }
 
-const Option kSection{Option::Argument, "SECTION", "Section of the parameter"};
-const Option kName{Option::Argument, "NAME", "Whole name; PARENT/NAME for one inside another"};
+const cli::Option kSection{cli::Option::Argument, "SECTION", "Section of the parameter"};
+const cli::Option kName{cli::Option::Argument, "NAME",
+                        "Whole name; PARENT/NAME for one inside another"};
 
 }  // namespace
 
-CommandGroup parametersGroup() {
+cli::CommandGroup parametersGroup() {
   return {"Parameters",
           {{"list",
             "List the parameters and their current values",
-            {{Option::OptionalArgument, "SECTION", "Only this section"}},
+            {{cli::Option::OptionalArgument, "SECTION", "Only this section"}},
             list},
            {"get", "Print the current value of a parameter", {kSection, kName}, get},
            {"set",
             "Set a parameter and save it with its backup",
             {kSection,
              kName,
-             {Option::Argument, "VALUE", "An integer within the range, or an allowed text"},
-             {Option::Flag, "--force", "Set a text that is only a part of an allowed one"}},
+             {cli::Option::Argument, "VALUE", "An integer within the range, or an allowed text"},
+             {cli::Option::Flag, "--force", "Set a text that is only a part of an allowed one"}},
             set},
            {"describe", "Tell a parameter's type, limits, default and value", {kName}, describe}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

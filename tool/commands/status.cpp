@@ -1,8 +1,8 @@
-#include "frame/status.h"
+#include "base/refusal.h"
 #include "commands/groups.h"
 #include "device/health.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 // "2026-11-21T11:15:13Z"
@@ -13,79 +13,79 @@ Json timeOrNull(const std::optional<std::time_t>& time) {
   return std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) == 0 ? Json() : Json(text);
 }
 
-Json wordOrNull(AtStart done) {
+Json wordOrNull(device::AtStart done) {
   switch (done) {
-    case AtStart::Stays:
+    case device::AtStart::Stays:
       return "stays";
-    case AtStart::FromBackup:
+    case device::AtStart::FromBackup:
       return "from-backup";
-    case AtStart::FromDefault:
+    case device::AtStart::FromDefault:
       return "from-default";
-    case AtStart::WaitsForEver:
+    case device::AtStart::WaitsForEver:
       return "waits-for-ever";
-    case AtStart::NotLookedAt:
+    case device::AtStart::NotLookedAt:
       break;
   }
   return nullptr;
 }
 
-Json recordOf(const FileHealth& file) {
+Json recordOf(const device::FileHealth& file) {
   return {{"name", file.name},
-          {"health", wordFor(file.health)},
+          {"health", device::wordFor(file.health)},
           {"required", file.required},
           {"checkedAtStart", file.checkedAtStart}};
 }
 
-Json recordOf(const FileHealth& file, const CopyHealth& copy) {
+Json recordOf(const device::FileHealth& file, const device::CopyHealth& copy) {
   return {{"file", file.name},
-          {"copy", wordFor(copy.place)},
-          {"path", pathOf(copy.place, file.name)},
-          {"state", wordFor(copy.state)},
+          {"copy", device::wordFor(copy.place)},
+          {"path", device::pathOf(copy.place, file.name)},
+          {"state", device::wordFor(copy.state)},
           {"bytes", copy.bytes ? Json(*copy.bytes) : Json()},
           {"changed", timeOrNull(copy.changed)},
           {"atStart", wordOrNull(copy.atStart)}};
 }
 
-Status statusOf(Health health) {
-  if (health == Health::Well) return Status::Done;
-  return health == Health::Degraded ? Status::Degraded : Status::Unusable;
+Status statusOf(device::Health health) {
+  if (health == device::Health::Well) return Status::Done;
+  return health == device::Health::Degraded ? Status::Degraded : Status::Unusable;
 }
 
-Answer status(const Arguments& /*arguments*/) {
-  Answer answer;
+cli::Answer status(const cli::Arguments& /*arguments*/) {
+  cli::Answer answer;
   answer.value = {{"health", ""},
                   {"files", Json::array()},
                   {"copies", Json::array()},
                   {"findings", Json::array()}};
-  Health worst = Health::Well;
-  for (const FileHealth& file : checkHealth()) {
+  device::Health worst = device::Health::Well;
+  for (const device::FileHealth& file : device::checkHealth()) {
     worst = std::max(worst, file.health);
     answer.value["files"].push_back(recordOf(file));
-    for (const CopyHealth& copy : file.copies)
+    for (const device::CopyHealth& copy : file.copies)
       answer.value["copies"].push_back(recordOf(file, copy));
     for (const std::string& finding : file.findings) {
       answer.value["findings"].push_back(finding);
       answer.notes.push_back(finding);
     }
   }
-  answer.value["health"] = wordFor(worst);
+  answer.value["health"] = device::wordFor(worst);
   answer.status = statusOf(worst);
-  answer.layout = {Table{"copies",
-                         {{"FILE", "{file}"},
-                          {"COPY", "{copy}"},
-                          {"STATE", "{state!}"},
-                          {"BYTES", "{bytes}"},
-                          {"CHANGED", "{changed}"},
-                          {"AT START", "{atStart}"}}},
-                   Line{"health: {health!}"}};
+  answer.layout = {cli::Table{"copies",
+                              {{"FILE", "{file}"},
+                               {"COPY", "{copy}"},
+                               {"STATE", "{state!}"},
+                               {"BYTES", "{bytes}"},
+                               {"CHANGED", "{changed}"},
+                               {"AT START", "{atStart}"}}},
+                   cli::Line{"health: {health!}"}};
   return answer;
 }
 
 }  // namespace
 
-CommandGroup statusGroup() {
+cli::CommandGroup statusGroup() {
   return {"Files",
           {{"status", "Tell how every copy is and what the next start does to it", {}, status}}};
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -3,12 +3,12 @@
 #include <limits>
 #include <utility>
 
+#include "base/refusal.h"
 #include "commands/groups.h"
 #include "device/copy.h"
-#include "device/parameter_change.h"
-#include "frame/status.h"
+#include "parameters/change.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 constexpr int kUnset = std::numeric_limits<int>::min();
@@ -67,56 +67,56 @@ Json languageOrNull() {
   return CFG_SYSTEM_GetLanguage(language) == 0 ? Json(language) : Json();
 }
 
-Answer system(const Arguments& /*arguments*/) {
-  requireDocument(CFG_FILE_BUSINESS);
+cli::Answer system(const cli::Arguments& /*arguments*/) {
+  device::requireDocument(CFG_FILE_BUSINESS);
   char name[CFG_TXT_CUR_SIZE] = {};
   char model[CFG_TXT_CUR_SIZE] = {};
   const bool named = CFG_SYSTEM_GetDeviceName(name, model) == 0;
 
-  Answer answer;
+  cli::Answer answer;
   answer.value["name"] = named ? Json(name) : Json();
   answer.value["model"] = named ? Json(model) : Json();
   answer.value["language"] = languageOrNull();
   for (const Port& port : kPorts) answer.value["ports"][port.name] = portOrNull(port);
-  answer.layout = {Fields{{{"name", "{name}"},
-                           {"model", "{model}"},
-                           {"language", "{language}"},
-                           {"HTTP port", "{ports/http}"},
-                           {"HTTPS port", "{ports/https}"},
-                           {"RTSP port", "{ports/rtsp}"},
-                           {"RTSP over HTTP port", "{ports/rtspOverHttp}"}}}};
+  answer.layout = {cli::Fields{{{"name", "{name}"},
+                                {"model", "{model}"},
+                                {"language", "{language}"},
+                                {"HTTP port", "{ports/http}"},
+                                {"HTTPS port", "{ports/https}"},
+                                {"RTSP port", "{ports/rtsp}"},
+                                {"RTSP over HTTP port", "{ports/rtspOverHttp}"}}}};
   return answer;
 }
 
-Answer showPort(const Port& port) {
-  requireDocument(CFG_FILE_BUSINESS);
+cli::Answer showPort(const Port& port) {
+  device::requireDocument(CFG_FILE_BUSINESS);
   const Json number = portOrNull(port);
   const std::string path = std::string(kSection) + "/" + port.parameter;
   if (number.is_null()) throw Refusal(path + ": no port is set there");
-  Answer answer;
+  cli::Answer answer;
   answer.value = {{"port", port.name}, {"parameter", path}, {"value", number}};
-  answer.layout = {Line{"{value}"}};
+  answer.layout = {cli::Line{"{value}"}};
   return answer;
 }
 
-Command commandFor(const Port& port) {
+cli::Command commandFor(const Port& port) {
   return {port.command,
           port.help,
-          {{Option::OptionalArgument, "PORT", "The new port; without it the port is shown"}},
-          [&port](const Arguments& arguments) {
-            return arguments.given("PORT")
-                       ? setParameter(kSection, port.parameter, arguments.text("PORT"), false)
-                       : showPort(port);
+          {{cli::Option::OptionalArgument, "PORT", "The new port; without it the port is shown"}},
+          [&port](const cli::Arguments& arguments) {
+            return arguments.given("PORT") ? parameters::setParameter(kSection, port.parameter,
+                                                                      arguments.text("PORT"), false)
+                                           : showPort(port);
           }};
 }
 
 }  // namespace
 
-CommandGroup systemGroup() {
-  CommandGroup group{"System", {}};
+cli::CommandGroup systemGroup() {
+  cli::CommandGroup group{"System", {}};
   group.commands.push_back({"system", "Show the device's name, language and ports", {}, system});
   for (const Port& port : kPorts) group.commands.push_back(commandFor(port));
   return group;
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

@@ -2,22 +2,22 @@
 
 #include <cstring>
 
-#include "device/words.h"
-#include "exchange/exchange.h"
+#include "commands/words.h"
+#include "document/exchange.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::commands {
 namespace {
 
 // Sections of parameters, and what is exported by itself.
-Candidates wholeSectionWords(const Arguments& before) {
+Candidates wholeSectionWords(const cli::Arguments& before) {
   Candidates candidates = sectionWords(before);
-  for (const std::string& name : exportNames()) candidates.push_back({name});
+  for (const std::string& name : document::exportNames()) candidates.push_back({name});
   return candidates;
 }
 
 struct Meaning {
   const char* name;  ///< of an argument
-  Candidates (*words)(const Arguments& before);
+  Candidates (*words)(const cli::Arguments& before);
 };
 
 constexpr Meaning kMeanings[] = {
@@ -28,26 +28,26 @@ constexpr Meaning kMeanings[] = {
 
 }  // namespace
 
-void addWords(std::vector<CommandGroup>& groups) {
-  for (CommandGroup& group : groups)
-    for (Command& command : group.commands)
-      for (Option& option : command.options)
+void addWords(std::vector<cli::CommandGroup>& groups) {
+  for (cli::CommandGroup& group : groups)
+    for (cli::Command& command : group.commands)
+      for (cli::Option& option : command.options)
         for (const Meaning& meaning : kMeanings)
-          if (!option.words && option.kind != Option::Flag &&
+          if (!option.words && option.kind != cli::Option::Flag &&
               std::strcmp(option.name, meaning.name) == 0)
             option.words = meaning.words;
 }
 
-std::vector<Candidate> anyWord(const Arguments& /*before*/) {
+std::vector<cli::Candidate> anyWord(const cli::Arguments& /*before*/) {
   return {};
 }
 
-Words oneOf(std::vector<const char*> words) {
-  return [words = std::move(words)](const Arguments& /*before*/) {
+cli::WordFinder oneOf(std::vector<const char*> words) {
+  return [words = std::move(words)](const cli::Arguments& /*before*/) {
     Candidates candidates;
     for (const char* word : words) candidates.push_back({word});
     return candidates;
   };
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::commands

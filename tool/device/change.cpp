@@ -2,12 +2,12 @@
 
 #include <camcfg/store.h>
 
+#include "base/library_log.h"
+#include "base/refusal.h"
 #include "device/copy.h"
 #include "device/room.h"
-#include "frame/library_log.h"
-#include "frame/status.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 // Both copies are written while the space of the former ones may not be free yet.
@@ -54,4 +54,4 @@ void makeChange(const Change& change) {
   throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former).text);
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

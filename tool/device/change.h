@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// One change of a configuration file, made by the library.
 struct Change {
@@ -34,6 +34,6 @@ struct Left {
 /// Writes former contents back into both copies of a file, if its main copy has others.
 Left putBack(const std::string& path, tinyxml2::XMLDocument& former);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

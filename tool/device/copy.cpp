@@ -8,11 +8,11 @@
 #include <cerrno>
 #include <cstring>
 
-#include "frame/library_log.h"
-#include "frame/progress.h"
-#include "frame/status.h"
+#include "base/library_log.h"
+#include "base/progress.h"
+#include "base/refusal.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 constexpr char kMend[] = "run 'camcfg verify' to mend it";
@@ -114,4 +114,4 @@ std::string nameOf(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 using Document = std::unique_ptr<tinyxml2::XMLDocument>;
 
@@ -60,6 +60,6 @@ inline char* argument(const std::string& text) {
   return const_cast<char*>(text.c_str());
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

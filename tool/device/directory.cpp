@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -36,4 +36,4 @@ bool isXmlName(const std::string& name) {
   return fs::path(name).extension() == ".xml";
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// The names of the regular files in a directory, sorted; none if it cannot be opened.
 std::vector<std::string> filesIn(const std::string& directory);
@@ -15,6 +15,6 @@ std::vector<std::string> namesIn(const std::string& directory);
 /// Whether a name ends with ".xml".
 bool isXmlName(const std::string& name);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

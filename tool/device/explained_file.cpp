@@ -1,8 +1,8 @@
 #include "device/explained_file.h"
 
-#include "frame/status.h"
+#include "base/refusal.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 ExplainedLookup::Found found(const Hit& hit) {
@@ -33,4 +33,4 @@ ExplainedLookup ExplainedFile::told(const Lookup& lookup) const {
   return told;
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

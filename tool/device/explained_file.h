@@ -4,7 +4,7 @@
 #include "device/explanation.h"
 #include "device/lookup.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// The three copies of a file, for an explanation of something in it.
 class ExplainedFile {
@@ -51,6 +51,6 @@ class ExplainedFile {
   std::size_t tried_ = 0;
 };
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "base/json.h"
 #include "device/file_set.h"
-#include "frame/answer.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// A value in the three copies; null where a copy has none.
 struct ExplainedValue {
@@ -48,18 +48,6 @@ struct Explanation {
   std::vector<ExplainedLookup> lookups;
 };
 
-// Lookups are tried in the main copy, and where that is missing or broken in the next good one.
-// They throw a Refusal: no copy is good, or nothing is found by what is asked for.
-
-/// @param name  whole, or the beginning of the name that a lookup finds
-Explanation explainParameter(const std::string& section, const std::string& name);
-
-/// @param field  one field alone; empty: all
-Explanation explainCard(const std::string& card, const std::string& field);
-
-/// @param word  a word of digits is an id, any other a description
-Explanation explainPreset(const std::string& word);
-
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

@@ -4,7 +4,7 @@
 
 #include "device/file_set.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 using tinyxml2::XMLElement;
@@ -45,4 +45,4 @@ std::optional<std::string> FactoryValues::attributeOf(const XMLElement& element,
   return textOf(counterpart(element, *document_), attribute);
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -8,7 +8,7 @@
 
 #include "device/copy.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// What a new device has for the parameters and cards of "/cfg0/business_param.xml": what its factory
 /// copy holds. Where that is missing or broken, or lacks the element, its "Def" stands in.
@@ -30,6 +30,6 @@ class FactoryValues {
   std::string fault_;
 };
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

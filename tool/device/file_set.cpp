@@ -6,11 +6,11 @@
 #include <cstring>
 #include <set>
 
+#include "base/progress.h"
+#include "base/refusal.h"
 #include "device/directory.h"
-#include "frame/progress.h"
-#include "frame/status.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 const char* directoryOf(Place place) {
@@ -118,4 +118,4 @@ void requireAnyFile(const FileSet& set) {
                   "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -7,7 +7,7 @@
 
 #include "device/copy.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// Where the three copies of a file are.
 enum class Place { Main, Backup, Default };
@@ -47,6 +47,6 @@ FileSet surveyFiles();
 /// @throws Refusal if a device has not a single file
 void requireAnyFile(const FileSet& set);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

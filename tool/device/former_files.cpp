@@ -1,10 +1,10 @@
 #include "device/former_files.h"
 
+#include "base/refusal.h"
 #include "device/change.h"
 #include "device/room.h"
-#include "frame/status.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 FormerFiles::FormerFiles(const std::map<std::string, std::size_t>& growth) {
   std::vector<Writing> writings;
@@ -22,10 +22,10 @@ FormerFiles::FormerFiles(const std::map<std::string, std::size_t>& growth) {
 std::vector<std::string> FormerFiles::putBack() {
   std::vector<std::string> faults;
   for (const auto& [path, document] : documents_) {
-    const Left left = tool::putBack(path, *document);
+    const Left left = device::putBack(path, *document);
     if (!left.asItWas) faults.push_back(path + ": " + left.text);
   }
   return faults;
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -7,7 +7,7 @@
 
 #include "device/copy.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// The main copies that a change of several steps touches, as they were before the first.
 class FormerFiles {
@@ -25,6 +25,6 @@ class FormerFiles {
   std::map<std::string, Document> documents_;
 };
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 constexpr const char* kRequired[] = {CFG_FILE_BUSINESS, CFG_FILE_MPP, CFG_FILE_PRESET};
@@ -177,4 +177,4 @@ std::string outlookFor(const ConfigFile& file) {
   return file.factory.loads() ? "" : " and no other copy of it is good";
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

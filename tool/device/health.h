@@ -9,7 +9,7 @@
 
 #include "device/repair.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// How well a device is off with its files, from best to worst.
 enum class Health {
@@ -50,6 +50,6 @@ std::vector<FileHealth> checkHealth();
 /// What follows behind the fault of a main copy that start-up verification does not bring back.
 std::string outlookFor(const ConfigFile& file);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

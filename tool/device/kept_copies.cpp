@@ -5,9 +5,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "frame/status.h"
+#include "base/refusal.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 std::string bytesOf(const std::string& path) {
@@ -36,4 +36,4 @@ void KeptCopies::keep(const Repair& repair, const FileSet& set) {
   kept_.push_back({{"copy", path}, {"as", directory_->save(keptName(path), bytesOf(path))}});
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -1,11 +1,11 @@
 #ifndef CAMCFG_TOOL_DEVICE_KEPT_COPIES_H
 #define CAMCFG_TOOL_DEVICE_KEPT_COPIES_H
 
+#include "base/host_directory.h"
+#include "base/json.h"
 #include "device/repair.h"
-#include "frame/answer.h"
-#include "frame/host_directory.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// Keeps the bytes of damaged copies that are going to be replaced.
 class KeptCopies {
@@ -26,6 +26,6 @@ class KeptCopies {
   Json kept_ = Json::array();
 };
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/refusal.h"
+#include "base/spelling.h"
 #include "device/directory.h"
-#include "frame/spelling.h"
-#include "frame/status.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 constexpr char kSuffix[] = ".xml";
@@ -45,4 +45,4 @@ Document requireTexts(const std::string& language) {
   return std::move(texts.document);
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

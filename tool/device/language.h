@@ -6,7 +6,7 @@
 
 #include "device/copy.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// The names of all language files, without ".xml".
 std::vector<std::string> languages();
@@ -18,6 +18,6 @@ Document requireTexts(const std::string& language);
 /// The keys of all texts.
 std::vector<std::string> keysOf(const tinyxml2::XMLDocument& texts);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

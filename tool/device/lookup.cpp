@@ -4,9 +4,7 @@
 
 #include <algorithm>
 
-#include "device/preset.h"
-
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 using tinyxml2::XMLElement;
@@ -14,6 +12,8 @@ using tinyxml2::XMLElement;
 bool beginsWith(const std::string& text, const std::string& beginning) {
   return text.compare(0, beginning.size(), beginning) == 0;
 }
+
+}  // namespace
 
 std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
                      const std::string& sought) {
@@ -27,19 +27,9 @@ std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
 }
 
 // The library's answer comes first.
-void require(std::vector<Hit>& hits, const XMLElement* answer) {
+void startWith(std::vector<Hit>& hits, const XMLElement* answer) {
   while (!hits.empty() && hits.front().element != answer) hits.erase(hits.begin());
 }
-
-std::vector<XMLElement*> presetsIn(XMLElement& group) {
-  std::vector<XMLElement*> presets;
-  for (XMLElement* element = group.FirstChildElement(); element != nullptr;
-       element = element->NextSiblingElement())
-    if (isPreset(*element)) presets.push_back(element);
-  return presets;
-}
-
-}  // namespace
 
 Lookup lookupByName(XMLElement& parent, const std::string& name, const std::string& asked) {
   Lookup lookup{asked, {}, ""};
@@ -47,7 +37,7 @@ Lookup lookupByName(XMLElement& parent, const std::string& name, const std::stri
        element = element->NextSiblingElement())
     if (beginsWith(element->Value(), name))
       lookup.hits.push_back({element, element->Value(), element->Value() == name});
-  require(lookup.hits, CFG_GetElementByName(&parent, name.c_str()));
+  startWith(lookup.hits, CFG_GetElementByName(&parent, name.c_str()));
   lookup.why = whyFirst(lookup.hits, "name", name);
   return lookup;
 }
@@ -64,32 +54,4 @@ Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name
   return lookup;
 }
 
-Lookup lookupPreset(XMLElement& group, int id) {
-  const std::string text = std::to_string(id);
-  Lookup lookup{"id " + text, {}, "no preset has the Id " + text};
-  XMLElement* answer = CFG_GetElementByNameId(&group, "preset", id);
-  for (XMLElement* element : presetsIn(group)) {
-    const Preset preset = presetOf(*element);
-    if (element == answer || preset.id == id)
-      lookup.hits.push_back({element, preset.label(), preset.id == id});
-  }
-  require(lookup.hits, answer);
-  if (lookup.hits.empty()) return lookup;
-  lookup.why = lookup.hits.front().exact
-                   ? "the first with the Id " + text
-                   : "it has no readable Id and counts by that of the one before it";
-  return lookup;
-}
-
-Lookup lookupPreset(XMLElement& group, const std::string& description) {
-  Lookup lookup{"description '" + description + "'", {}, ""};
-  for (XMLElement* element : presetsIn(group)) {
-    const Preset preset = presetOf(*element);
-    if (preset.description && beginsWith(*preset.description, description))
-      lookup.hits.push_back({element, preset.label(), preset.description == description});
-  }
-  lookup.why = whyFirst(lookup.hits, "description", description);
-  return lookup;
-}
-
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

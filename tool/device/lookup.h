@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// An element that a lookup comes upon.
 struct Hit {
@@ -29,12 +29,16 @@ Lookup lookupByName(tinyxml2::XMLElement& parent, const std::string& name,
 /// What a lookup without a section finds in the sections of a document.
 Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name);
 
-/// What a lookup of a preset finds by id.
-Lookup lookupPreset(tinyxml2::XMLElement& group, int id);
+// For lookups of other things.
 
-/// What a lookup of a preset finds by the beginning of a description.
-Lookup lookupPreset(tinyxml2::XMLElement& group, const std::string& description);
+/// Why the first hit answers.
+/// @param what  what is compared: "name"
+std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
+                     const std::string& sought);
 
-}  // namespace camcfg::tool
+/// Drops the hits before the library's answer.
+void startWith(std::vector<Hit>& hits, const tinyxml2::XMLElement* answer);
+
+}  // namespace camcfg::tool::device
 
 #endif

@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "frame/library_log.h"
-#include "frame/progress.h"
+#include "base/library_log.h"
+#include "base/progress.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 constexpr std::size_t kBlock = 512;  // of st_blocks
@@ -79,4 +79,4 @@ std::string carryOut(const Repair& repair) {
   return whyNotDone(repair);
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -7,7 +7,7 @@
 #include "device/file_set.h"
 #include "device/room.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// One copy of a file that is replaced by another one.
 struct Repair {
@@ -39,6 +39,6 @@ std::string whyNotDone(const Repair& repair);
 /// @return why it was not done; empty if it was
 std::string carryOut(const Repair& repair);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

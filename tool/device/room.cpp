@@ -9,7 +9,7 @@
 #include <cstring>
 #include <map>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 std::string directoryOf(const std::string& path) {
@@ -73,4 +73,4 @@ std::string whyNotWritable(const std::vector<Writing>& writings) {
   return "";
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

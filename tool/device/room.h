@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// A file that is to be written.
 struct Writing {
@@ -18,6 +18,6 @@ struct Writing {
 /// figures). Empty if nothing stands against it.
 std::string whyNotWritable(const std::vector<Writing>& writings);
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

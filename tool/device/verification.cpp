@@ -2,10 +2,10 @@
 
 #include <camcfg/store.h>
 
-#include "frame/library_log.h"
-#include "frame/status.h"
+#include "base/library_log.h"
+#include "base/refusal.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 namespace {
 
 // The library opens whatever stands under a name that it checks, and would wait at a pipe for ever.
@@ -72,4 +72,4 @@ const Repair* Verification::restored(const std::string& name, Place place) const
   return last;
 }
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device

@@ -7,7 +7,7 @@
 #include "device/kept_copies.h"
 #include "device/repair.h"
 
-namespace camcfg::tool {
+namespace camcfg::tool::device {
 
 /// A repair and why it was not done; done if there is no fault.
 struct Outcome {
@@ -44,6 +44,6 @@ class Verification {
   bool levelled_ = false;
 };
 
-}  // namespace camcfg::tool
+}  // namespace camcfg::tool::device
 
 #endif

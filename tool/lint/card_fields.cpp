@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <string_view>
 
-#include "device/network_check.h"
-#include "device/network_field.h"
 #include "lint/elements.h"
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"
+#include "network/check.h"
+#include "network/field.h"
 
 namespace camcfg::tool::lint {
 
@@ -56,8 +56,8 @@ bool isAmong(const std::string_view (&names)[Count], std::string_view name) {
   return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-const NetworkField* fieldOf(std::string_view name) {
-  for (const NetworkField& field : networkFields())
+const network::NetworkField* fieldOf(std::string_view name) {
+  for (const network::NetworkField& field : network::networkFields())
     if (name == field.name) return &field;
   return nullptr;
 }
@@ -79,16 +79,17 @@ bool isLeftOut(const XMLElement& card, std::string_view field, const char* attri
 void checkMtu(const XMLElement& element, const char* attribute, const std::string& path,
               Findings& findings) {
   const std::optional<int> mtu = checkInteger(element, attribute, path, findings);
-  const int min = element.IntAttribute("Min", kSmallestMtu);
-  const int max = element.IntAttribute("Max", kLargestMtu);
+  const int min = element.IntAttribute("Min", network::kSmallestMtu);
+  const int max = element.IntAttribute("Max", network::kLargestMtu);
   if (mtu && (*mtu < min || *mtu > max))
     findings.add(kMtuRange, element, attribute,
                  path + ": \"" + attribute + "\" " + std::to_string(*mtu) + " is outside " +
                      std::to_string(min) + ".." + std::to_string(max));
 }
 
-void checkText(const XMLElement& card, const NetworkField& field, const XMLElement& element,
-               const char* attribute, const std::string& path, Findings& findings) {
+void checkText(const XMLElement& card, const network::NetworkField& field,
+               const XMLElement& element, const char* attribute, const std::string& path,
+               Findings& findings) {
   const std::string text = textOf(element, attribute);
   const std::string what = path + ": \"" + attribute + "\" ";
   if (!field.words.empty()) {
@@ -104,8 +105,8 @@ void checkText(const XMLElement& card, const NetworkField& field, const XMLEleme
     findings.add(kAddress, element, attribute, path + ": \"" + attribute + "\": " + clipped(fault));
 }
 
-void checkField(const XMLElement& card, const NetworkField& field, const XMLElement& element,
-                const std::string& path, Findings& findings) {
+void checkField(const XMLElement& card, const network::NetworkField& field,
+                const XMLElement& element, const std::string& path, Findings& findings) {
   checkAttributeCase(element, {"Cur", "Def"}, path, findings);
   for (const auto& [attribute, reader] : kSides) {
     requireAttribute(element, attribute, path, reader, findings);
@@ -118,14 +119,14 @@ void checkField(const XMLElement& card, const NetworkField& field, const XMLElem
 }
 
 // As the setters of whole cards take a name.
-const NetworkField* writtenAs(std::string_view name) {
-  for (const NetworkField& field : networkFields())
+const network::NetworkField* writtenAs(std::string_view name) {
+  for (const network::NetworkField& field : network::networkFields())
     if (beginsWith(name, field.name) && !isAmong(kWrittenByWholeName, field.name)) return &field;
   return nullptr;
 }
 
 void tellUnknown(const XMLElement& element, const std::string& path, Findings& findings) {
-  const NetworkField* other = writtenAs(element.Name());
+  const network::NetworkField* other = writtenAs(element.Name());
   if (other != nullptr)
     findings.add(kWrittenAsAnother, element,
                  path + ": setters write " + other->name + " into it, and no reader knows it");
@@ -147,7 +148,7 @@ void checkCardFields(const XMLElement& card, const std::string& name, Findings& 
   for (std::size_t i = 0; i < elements.size(); ++i) {
     const XMLElement& element = *elements[i];
     const std::string path = name + "/" + clipped(element.Name());
-    const NetworkField* field = fieldOf(element.Name());
+    const network::NetworkField* field = fieldOf(element.Name());
     if (field == nullptr) {
       tellUnknown(element, path, findings);
       continue;

@@ -77,21 +77,22 @@ const XMLNode* firstDifference(const XMLNode& a, const XMLNode& b) {
   return right == nullptr || a.ToDocument() != nullptr ? nullptr : &a;
 }
 
-void tellDifference(const ConfigFile& file, Findings& findings) {
+void tellDifference(const device::ConfigFile& file, Findings& findings) {
   const XMLNode* place = firstDifference(*file.main.document, *file.backup.document);
-  const std::string what = "its backup " + file.path(Place::Backup) + " differs from here on";
+  const std::string what =
+      "its backup " + file.path(device::Place::Backup) + " differs from here on";
   findings.add(kCopiesDiffer, place == nullptr ? 1 : place->GetLineNum(), what);
 }
 
-void checkBackup(const ConfigFile& file, Findings& findings) {
-  const std::string path = file.path(Place::Backup);
+void checkBackup(const device::ConfigFile& file, Findings& findings) {
+  const std::string path = file.path(device::Place::Backup);
   switch (file.backup.state) {
-    case State::Good:
+    case device::State::Good:
       break;
-    case State::OutOfStep:
+    case device::State::OutOfStep:
       tellDifference(file, findings);
       break;
-    case State::Missing:
+    case device::State::Missing:
       findings.add(kBackupMissing, 1, "there is no backup " + path);
       break;
     default:
@@ -102,17 +103,18 @@ void checkBackup(const ConfigFile& file, Findings& findings) {
 
 void check(const Source& source, Findings& findings) {
   if (source.copies == nullptr) return;
-  const ConfigFile& file = *source.copies;
-  if (file.main.state == State::Missing)
+  const device::ConfigFile& file = *source.copies;
+  if (file.main.state == device::State::Missing)
     findings.add(kMainMissing, 1, "there is no such file, but another copy of it");
   else
     checkBackup(file, findings);
-  if (file.main.state == State::CutShort) findings.add(kCutShort, 1, "it " + file.main.fault);
+  if (file.main.state == device::State::CutShort)
+    findings.add(kCutShort, 1, "it " + file.main.fault);
   if (!file.checkedAtStart)
     findings.add(
         kNotChecked, 1,
         std::string("start-up verification does not check it: it is not in ") + CFG_DIR_DEFAULT);
-  if (!Repair{file.name, Place::Backup, Place::Main}.fitsTheCopy())
+  if (!device::Repair{file.name, device::Place::Backup, device::Place::Main}.fitsTheCopy())
     findings.add(kNameTooLong, 1,
                  "its name has " + std::to_string(file.name.size()) +
                      " bytes and is too long for the library to copy it");

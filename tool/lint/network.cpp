@@ -3,12 +3,12 @@
 #include <map>
 #include <string_view>
 
-#include "device/network_check.h"
 #include "lint/card_fields.h"
 #include "lint/elements.h"
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"
+#include "network/check.h"
 
 namespace camcfg::tool::lint {
 
@@ -91,7 +91,7 @@ void checkHostname(const XMLElement& network, Findings& findings) {
     findings.add(kHostname, network, "NetWork has no \"Hostname\"");
     return;
   }
-  const std::string fault = whyNotAHostname(name);
+  const std::string fault = network::whyNotAHostname(name);
   if (!fault.empty())
     findings.add(kHostname, network, "Hostname", "NetWork: \"Hostname\": " + clipped(fault));
 }

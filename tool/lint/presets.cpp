@@ -1,4 +1,4 @@
-#include "device/preset.h"
+#include "presets/preset.h"
 
 #include <set>
 #include <string_view>
@@ -92,7 +92,7 @@ void checkValues(const XMLElement& preset, const std::string& label, Findings& f
   checkAttributeCase(preset,
                      {"Id", "Description", "PanPos", "TiltPos", "ZoomPos", "FocusPos", "FocusMode"},
                      label, findings);
-  for (const PresetNumber& number : kPresetNumbers) {
+  for (const presets::PresetNumber& number : presets::kPresetNumbers) {
     checkInteger(preset, number.attribute, label, findings);
     if (!has(preset, number.attribute))
       findings.add(kPositionMissing, preset, label + " has no \"" + number.attribute + "\"");

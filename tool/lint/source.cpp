@@ -3,6 +3,7 @@
 #include <camcfg/types.h>
 #include <fcntl.h>
 
+#include "base/descriptor.h"
 #include "device/directory.h"
 
 namespace camcfg::tool::lint {
@@ -21,7 +22,7 @@ constexpr KnownFile kKnownFiles[] = {{CFG_FILE_BUSINESS, Kind::Parameters},
                                      {CFG_FILE_MPP, Kind::Media}};
 
 // With the library's options.
-Document parse(const std::string& bytes) {
+device::Document parse(const std::string& bytes) {
   auto document = std::make_unique<XMLDocument>(true, tinyxml2::PRESERVE_WHITESPACE);
   document->Parse(bytes.data(), bytes.size());
   return document;
@@ -34,12 +35,12 @@ Kind kindOfDeviceFile(const Source& source) {
 }
 
 // The library tells neither the line nor the reason why it does not load a file.
-Source deviceSource(const std::string& path, const Copy& copy) {
+Source deviceSource(const std::string& path, const device::Copy& copy) {
   Source source;
   source.name = path;
   source.fault = copy.fault;
   source.document = copy.document.get();
-  if (copy.loads() || copy.state == State::Damaged) {
+  if (copy.loads() || copy.state == device::State::Damaged) {
     const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     source.isRead = file && readAll(file.get(), source.bytes);
   }
@@ -65,18 +66,18 @@ std::vector<Source> sourcesOf(const std::vector<HostFile>& files) {
   return sources;
 }
 
-std::vector<Source> sourcesOf(const FileSet& set) {
+std::vector<Source> sourcesOf(const device::FileSet& set) {
   std::vector<Source> sources;
-  for (const ConfigFile& file : set.files) {
-    Source source = deviceSource(file.path(Place::Main), file.main);
+  for (const device::ConfigFile& file : set.files) {
+    Source source = deviceSource(file.path(device::Place::Main), file.main);
     source.kind = kindOfDeviceFile(source);
     source.copies = &file;
     sources.push_back(std::move(source));
   }
-  for (const std::string& name : filesIn(CFG_DIR_LANGUAGE)) {
-    if (!isXmlName(name)) continue;
+  for (const std::string& name : device::filesIn(CFG_DIR_LANGUAGE)) {
+    if (!device::isXmlName(name)) continue;
     const std::string path = CFG_DIR_LANGUAGE + name;
-    Copy copy = loadCopy(path);
+    device::Copy copy = device::loadCopy(path);
     Source source = deviceSource(path, copy);
     source.kind = Kind::Language;
     if (copy.loads()) source.parsed = std::move(copy.document);

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "base/host_file.h"
 #include "device/file_set.h"
-#include "frame/arguments.h"
 
 namespace camcfg::tool::lint {
 
@@ -16,12 +16,12 @@ enum class Kind { Unknown, Parameters, Presets, Media, Language };
 struct Source {
   std::string name;  ///< as findings call it
   Kind kind = Kind::Unknown;
-  bool isRead = false;  ///< its bytes could be read
-  std::string fault;    ///< why not, or why the library does not load it though it is sound
-  std::string bytes;    ///< as its author wrote it
-  Document parsed;      ///< what they are, sound or not, unless the library loaded the file
+  bool isRead = false;      ///< its bytes could be read
+  std::string fault;        ///< why not, or why the library does not load it though it is sound
+  std::string bytes;        ///< as its author wrote it
+  device::Document parsed;  ///< what they are, sound or not, unless the library loaded the file
   const tinyxml2::XMLDocument* document = nullptr;  ///< what readers get; null if nothing
-  const ConfigFile* copies = nullptr;               ///< of a file of the device that has copies
+  const device::ConfigFile* copies = nullptr;       ///< of a file of the device that has copies
 
   /// Whether it is well-formed and holds an element.
   bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
@@ -35,7 +35,7 @@ std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
 
 /// The files of a device, loaded through the library: the main copies and the language files.
 /// @param set  its configuration files; must outlive what is returned
-std::vector<Source> sourcesOf(const FileSet& set);
+std::vector<Source> sourcesOf(const device::FileSet& set);
 
 }  // namespace camcfg::tool::lint
 

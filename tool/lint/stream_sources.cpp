@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "device/stream_cache.h"
 #include "lint/entry_ids.h"
 #include "lint/media_form.h"
 #include "lint/stream.h"
 #include "lint/subject.h"
+#include "media/stream_cache.h"
 
 namespace camcfg::tool::lint {
 
@@ -95,10 +95,10 @@ Elements sourcesIn(const tinyxml2::XMLDocument& document) {
 void checkSourceId(const XMLElement& element, Findings& findings) {
   int id = 0;
   if (element.QueryIntAttribute("Id", &id) != tinyxml2::XML_SUCCESS || id == -1) return;
-  if (id < 0 || id > kGreatestSourceId)
+  if (id < 0 || id > media::kGreatestSourceId)
     findings.add(kIdRange, element, "Id",
                  tag(element.Name()) + ": the source id " + std::to_string(id) + " is outside 0.." +
-                     std::to_string(kGreatestSourceId));
+                     std::to_string(media::kGreatestSourceId));
 }
 
 Subject streamSources() {

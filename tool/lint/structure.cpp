@@ -135,7 +135,8 @@ void checkNotLoaded(const Source& source, Findings& findings) {
 void check(const Source& source, Findings& findings) {
   checkZeroBytes(source, findings);
   if (source.document == nullptr) {
-    if (source.isRead || source.copies == nullptr || source.copies->main.state != State::Missing)
+    if (source.isRead || source.copies == nullptr ||
+        source.copies->main.state != device::State::Missing)
       checkNotLoaded(source, findings);
     return;
   }

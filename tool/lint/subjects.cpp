@@ -1,6 +1,6 @@
 #include <iterator>
 
-#include "frame/progress.h"
+#include "base/progress.h"
 #include "lint/subject.h"
 
 namespace camcfg::tool::lint {

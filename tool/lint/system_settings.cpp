@@ -61,7 +61,7 @@ void checkLanguage(const XMLElement& element, const std::string& path, const Sou
   const std::string language = textOf(element, "Cur");
   requireFits(element, "Cur", kLongestLanguage, path, findings);
   if (source.copies == nullptr || language.empty()) return;
-  const std::vector<std::string> files = filesIn(CFG_DIR_LANGUAGE);
+  const std::vector<std::string> files = device::filesIn(CFG_DIR_LANGUAGE);
   if (std::find(files.begin(), files.end(), language + kSuffix) == files.end())
     findings.add(kLanguageMissing, element, "Cur",
                  path + ": there is no " + CFG_DIR_LANGUAGE + clipped(language) + kSuffix);

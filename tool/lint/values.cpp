@@ -5,7 +5,7 @@
 #include <cstring>
 #include <limits>
 
-#include "frame/decimal.h"
+#include "base/decimal.h"
 #include "lint/elements.h"
 #include "lint/subject.h"
 

@@ -3,13 +3,13 @@
 
 #include <vector>
 
-#include "frame/topic.h"
+#include "cli/topic.h"
 
 namespace camcfg::tool {
 
 /// All topics, by name: the text files of this folder, which the build puts into the tool. The first
 /// line of a file is the topic's title, an empty line follows.
-const std::vector<Topic>& allTopics();
+const std::vector<cli::Topic>& allTopics();
 
 }  // namespace camcfg::tool
 

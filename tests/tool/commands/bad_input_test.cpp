@@ -5,8 +5,8 @@
 #include <map>
 #include <sstream>
 
-#include "device/parameter_change.h"
-#include "frame/status.h"
+#include "base/refusal.h"
+#include "parameters/change.h"
 #include "tool/others_file.h"
 #include "tool/small_disk.h"
 #include "tool/tool_test.h"
@@ -306,7 +306,7 @@ TEST(LockedFileTest, FileWhoseLockIsHeldIsToldAfterTheTimeOut) {
   device.write(kBusinessBackup, kParameters);
   ASSERT_EQ(cfgLockFile(kBusiness), 0);
   try {
-    tool::setParameter("System", "Rtsp", "8554", false);
+    tool::parameters::setParameter("System", "Rtsp", "8554", false);
     FAIL() << "it was set";
   } catch (const tool::Refusal& refusal) {
     EXPECT_EQ(refusal.status(), tool::Status::Unusable);

@@ -1,9 +1,10 @@
 #include <cstdlib>
 #include <regex>
 
-#include "device/wiring_picture.h"
+#include "media/wiring_picture.h"
 #include "system/sample_set.h"
 #include "tool/as_nobody.h"
+#include "tool/json_in.h"
 #include "tool/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -115,7 +116,7 @@ TEST_F(GraphTest, FindingsAreDrawn) {
 
 TEST_F(GraphTest, JsonHoldsTheWiringAndItsFindings) {
   giveFindings();
-  const tool::Json wiring = tool::Json::parse(run({"graph", "--json"}).out);
+  const tool::Json wiring = jsonIn(run({"graph", "--json"}).out);
   EXPECT_EQ(wiring.at("sources").size(), 3u);
   EXPECT_EQ(wiring.at("caches").size(), 2u);
   EXPECT_EQ(wiring.at("sessions").at(1).dump(),
@@ -125,10 +126,10 @@ TEST_F(GraphTest, JsonHoldsTheWiringAndItsFindings) {
 }
 
 TEST(WiringPictureTest, NamesCannotLeaveTheirQuotes) {
-  EXPECT_EQ(tool::dotText("a\"b\\c"), "a\\\"b\\\\c");
-  EXPECT_EQ(tool::dotText("a\nb\x1b"), "a\\\\nb\\\\x1b");
-  EXPECT_EQ(tool::dotText("&lt; \\N"), "&amp;lt; \\\\N");
-  EXPECT_EQ(tool::dotText("\xff\xc3\xbc"), "\xef\xbf\xbd\xc3\xbc");
+  EXPECT_EQ(tool::media::dotText("a\"b\\c"), "a\\\"b\\\\c");
+  EXPECT_EQ(tool::media::dotText("a\nb\x1b"), "a\\\\nb\\\\x1b");
+  EXPECT_EQ(tool::media::dotText("&lt; \\N"), "&amp;lt; \\\\N");
+  EXPECT_EQ(tool::media::dotText("\xff\xc3\xbc"), "\xef\xbf\xbd\xc3\xbc");
 }
 
 TEST_F(GraphTest, HostileNamesStayNamesInSvg) {

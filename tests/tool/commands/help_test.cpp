@@ -2,8 +2,9 @@
 #include <set>
 #include <sstream>
 
+#include "cli/command_line.h"
 #include "commands/groups.h"
-#include "frame/command_line.h"
+#include "tool/json_in.h"
 #include "tool/tool_test.h"
 #include "topics/topics.h"
 
@@ -11,6 +12,8 @@ namespace camcfg::tests {
 namespace {
 
 using namespace tool;
+using namespace tool::cli;
+using namespace tool::commands;
 
 std::vector<Command> allCommands() {
   std::vector<Command> commands;
@@ -76,7 +79,7 @@ TEST(HelpTest, HelpAloneListsCommandsAndTopics) {
 }
 
 TEST(HelpTest, ProgramsOwnCommandsAreNotListed) {
-  const Json list = Json::parse(runCamcfg({"--json", "help"}).out)["commands"];
+  const Json list = jsonIn(runCamcfg({"--json", "help"}).out)["commands"];
   for (const Command& command : allCommands()) {
     const Json entry = {{"name", command.name}, {"help", command.help}};
     const bool listed = std::find(list.begin(), list.end(), entry) != list.end();
@@ -138,15 +141,15 @@ TEST(HelpTest, UnknownTopicIsRefusedWithASuggestion) {
 }
 
 TEST(HelpTest, AnswersInJsonHaveTheirDocumentedShapes) {
-  const Json list = Json::parse(runCamcfg({"--json", "help"}).out);
+  const Json list = jsonIn(runCamcfg({"--json", "help"}).out);
   EXPECT_EQ(list["topics"][0],
             (Json{{"name", "completion"}, {"title", "Completing words in bash and zsh"}}));
-  EXPECT_EQ(Json::parse(runCamcfg({"--json", "help", "list"}).out),
+  EXPECT_EQ(jsonIn(runCamcfg({"--json", "help", "list"}).out),
             (Json{{"command", "list"},
                   {"help", "List the parameters and their current values"},
                   {"text", helpText(allGroups(), "list")}}));
   const Topic& first = allTopics().front();
-  EXPECT_EQ(Json::parse(runCamcfg({"--json", "help", first.name}).out),
+  EXPECT_EQ(jsonIn(runCamcfg({"--json", "help", first.name}).out),
             (Json{{"topic", first.name}, {"title", first.title}, {"text", first.text}}));
 }
 

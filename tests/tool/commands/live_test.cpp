@@ -1,9 +1,10 @@
 #include <camcfg/livemedia.h>
 
-#include "device/media.h"
-#include "frame/answer.h"
-#include "frame/status.h"
+#include "base/refusal.h"
+#include "cli/answer.h"
+#include "media/media.h"
 #include "support/device_test.h"
+#include "tool/json_in.h"
 #include "tool/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -86,7 +87,7 @@ class LiveJsonTest : public MediaToolTest, public testing::WithParamInterface<Re
 
 TEST_P(LiveJsonTest, HoldsTheWholeRecord) {
   const Record& record = GetParam();
-  const auto sessions = tool::Json::parse(run({"live", record.service, "--json"}).out);
+  const auto sessions = jsonIn(run({"live", record.service, "--json"}).out);
   EXPECT_EQ(sessions.at(record.index).dump(), record.json);
 }
 
@@ -153,7 +154,7 @@ TEST_F(LiveTest, MissingSectionIsUnusable) {
 TEST(LiveInProcessTest, FailedLoadLeavesNoDocumentOpen) {
   const testkit::DeviceRoot device;
   device.write(kMpp, with(kMedia, "url=\"rtmp://192.0.2.2/b\"", ""));
-  EXPECT_THROW(tool::loadRtmpTargets(), tool::Refusal);
+  EXPECT_THROW(tool::media::loadRtmpTargets(), tool::Refusal);
   EXPECT_EQ(g_LM_xmlDoc, nullptr);
   EXPECT_TRUE(isUnlocked(kMpp));
 }

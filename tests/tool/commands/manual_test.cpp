@@ -2,8 +2,8 @@
 #include <regex>
 #include <set>
 
+#include "cli/roff.h"
 #include "commands/groups.h"
-#include "frame/roff.h"
 #include "tool/tool_test.h"
 #include "topics/topics.h"
 
@@ -11,6 +11,8 @@ namespace camcfg::tests {
 namespace {
 
 using namespace tool;
+using namespace tool::cli;
+using namespace tool::commands;
 using testing::HasSubstr;
 
 /// The page that the tool prints, in a file that programs of this system can read.

@@ -1,11 +1,12 @@
-#include "device/stream_change.h"
+#include "media/stream_change.h"
 
 #include <camcfg/stream.h>
 #include <sys/resource.h>
 
-#include "device/media.h"
-#include "frame/status.h"
+#include "base/refusal.h"
+#include "media/media.h"
 #include "support/device_test.h"
+#include "tool/json_in.h"
 #include "tool/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -26,7 +27,7 @@ TEST_F(StreamTest, SourcesAreListedWithTheirKindAndChannel) {
 }
 
 TEST_F(StreamTest, SourcesInJsonAreRecords) {
-  const tool::Json sources = tool::Json::parse(run({"stream", "sources", "--json"}).out);
+  const tool::Json sources = jsonIn(run({"stream", "sources", "--json"}).out);
   ASSERT_EQ(sources.size(), 3u);
   EXPECT_EQ(sources[1].dump(),
             R"({"id":1,"kind":"AENC","name":"mic","channel":3,"enabled":false})");
@@ -41,7 +42,7 @@ TEST_F(StreamTest, CachesShowSizeAllowedSourcesAndBothMarks) {
 }
 
 TEST_F(StreamTest, CachesInJsonHaveTheirSizeInBytes) {
-  const tool::Json caches = tool::Json::parse(run({"stream", "caches", "--json"}).out);
+  const tool::Json caches = jsonIn(run({"stream", "caches", "--json"}).out);
   ASSERT_EQ(caches.size(), 2u);
   EXPECT_EQ(caches[1].dump(),
             R"({"id":7,"name":"audio","bytes":192000,"size":"187.5 KiB","allowed":[1,2],)"
@@ -80,7 +81,7 @@ class CacheSizeTest : public MediaToolTest, public testing::WithParamInterface<S
 
 TEST_P(CacheSizeTest, IsShownInTheGreatestUnitThatItReaches) {
   giveWith("BufferSizeMB=\"8\"", GetParam().attribute);
-  const tool::Json caches = tool::Json::parse(run({"stream", "caches", "--json"}).out);
+  const tool::Json caches = jsonIn(run({"stream", "caches", "--json"}).out);
   EXPECT_EQ(caches.at(0).at("size"), GetParam().shown);
 }
 
@@ -104,7 +105,7 @@ TEST_F(StreamTest, SelectMarksWithEnableInPlaceAndLeavesDefault) {
 }
 
 TEST_F(StreamTest, SelectInJsonTellsTheMark) {
-  EXPECT_EQ(tool::Json::parse(run({"stream", "cache", "7", "select", "2", "--json"}).out).dump(),
+  EXPECT_EQ(jsonIn(run({"stream", "cache", "7", "select", "2", "--json"}).out).dump(),
             R"({"cache":7,"mark":"Enable","before":null,"value":2})");
 }
 
@@ -172,7 +173,7 @@ TEST_F(StreamTest, AllowReplacesTheSourcesAndKeepsTheCarriedOneEnabled) {
 }
 
 TEST_F(StreamTest, AllowInJsonTellsTheEnabledSource) {
-  EXPECT_EQ(tool::Json::parse(run({"stream", "cache", "0", "allow", "2", "--json"}).out).dump(),
+  EXPECT_EQ(jsonIn(run({"stream", "cache", "0", "allow", "2", "--json"}).out).dump(),
             R"({"cache":0,"before":[0,2],"allowed":[2],"enable":null})");
 }
 
@@ -263,10 +264,10 @@ TEST_F(StreamTest, VerboseShowsWhatTheLibraryPrints) {
 TEST(StreamInProcessTest, RefusalLeavesNoDocumentAndNoLockBehind) {
   const testkit::DeviceRoot device;
   device.write(kMpp, kMedia);
-  EXPECT_THROW(tool::selectSource("0", "1"), tool::Refusal);
-  EXPECT_THROW(tool::selectSource("3", "1"), tool::Refusal);
-  EXPECT_THROW(tool::makeDefaultSource("0", "1", false), tool::Refusal);
-  EXPECT_THROW(tool::allowSources("3", {"1"}), tool::Refusal);
+  EXPECT_THROW(tool::media::selectSource("0", "1"), tool::Refusal);
+  EXPECT_THROW(tool::media::selectSource("3", "1"), tool::Refusal);
+  EXPECT_THROW(tool::media::makeDefaultSource("0", "1", false), tool::Refusal);
+  EXPECT_THROW(tool::media::allowSources("3", {"1"}), tool::Refusal);
   EXPECT_EQ(g_STREAM_xmlDoc, nullptr);
   EXPECT_TRUE(isUnlocked(kMpp));
 }
@@ -274,7 +275,7 @@ TEST(StreamInProcessTest, RefusalLeavesNoDocumentAndNoLockBehind) {
 TEST(StreamInProcessTest, FailedLoadLeavesNoDocumentOpen) {
   const testkit::DeviceRoot device;
   device.write(kMpp, with(kMedia, " BufferSizeB=\"192000\"", ""));
-  EXPECT_THROW(tool::loadStreamCaches(), tool::Refusal);
+  EXPECT_THROW(tool::media::loadStreamCaches(), tool::Refusal);
   EXPECT_EQ(g_STREAM_xmlDoc, nullptr);
   EXPECT_TRUE(isUnlocked(kMpp));
 }

@@ -1,13 +1,15 @@
 #include "commands/vocabulary.h"
 
+#include "cli/completion.h"
 #include "commands/groups.h"
-#include "frame/completion.h"
 #include "tool/tool_test.h"
 
 namespace camcfg::tests {
 namespace {
 
 using namespace tool;
+using namespace tool::cli;
+using namespace tool::commands;
 using testing::ElementsAre;
 
 Answer nothing(const Arguments& /*arguments*/) {

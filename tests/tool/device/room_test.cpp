@@ -11,7 +11,7 @@
 namespace camcfg::tests {
 namespace {
 
-using tool::whyNotWritable;
+using tool::device::whyNotWritable;
 
 class RoomTest : public testing::Test {
  protected:

@@ -10,6 +10,7 @@ namespace camcfg::tests {
 namespace {
 
 using namespace tool;
+using namespace tool::lint;
 
 using Lines = std::set<int>;
 

@@ -11,6 +11,7 @@ namespace camcfg::tests {
 namespace {
 
 using namespace tool;
+using namespace tool::lint;
 
 std::string lineOf(const lint::Finding& finding) {
   return finding.file + ":" + std::to_string(finding.line) + ": " +

@@ -1,0 +1,81 @@
+#include "base/host_temporary.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "camcfg/testkit/device_root.h"
+#include "base/refusal.h"
+
+namespace camcfg::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The temporary files are in a directory of this test's own.
+class HostTemporaryTest : public testing::Test {
+ protected:
+  HostTemporaryTest() {
+    host_.makeDirectory("/tmp");
+    setenv("TMPDIR", (host_.hostPath() + "/tmp").c_str(), 1);
+    rememberTemporaries();
+  }
+  ~HostTemporaryTest() override {
+    unsetenv("TMPDIR");
+    rememberTemporaries();
+  }
+
+  testkit::DeviceRoot host_{testkit::DeviceRoot::StayOut};
+};
+
+TEST_F(HostTemporaryTest, GoesWithAllThatWasWrittenIntoIt) {
+  {
+    const HostTemporary temporary;
+    temporary.write("cfg0", "a.xml", "<A/>");
+    temporary.write("cfg0", "b.xml", "<B/>");
+    ASSERT_EQ(host_.list("/tmp").size(), 1U);
+    EXPECT_EQ(host_.read("/tmp/" + host_.list("/tmp").front() + "/cfg0/b.xml"), "<B/>");
+  }
+  EXPECT_TRUE(host_.list("/tmp").empty());
+}
+
+TEST_F(HostTemporaryTest, IsForThisUserAlone) {
+  const HostTemporary temporary;
+  temporary.write("cfg0", "a.xml", "<A/>");
+  const fs::path path = host_.hostPath() + "/tmp/" + host_.list("/tmp").front();
+  EXPECT_EQ(fs::status(path).permissions(), fs::perms(0700));
+  EXPECT_EQ(fs::status(path / "cfg0" / "a.xml").permissions(), fs::perms(0600));
+}
+
+TEST_F(HostTemporaryTest, TwoAtATimeAreApart) {
+  const HostTemporary one;
+  const HostTemporary two;
+  EXPECT_EQ(host_.list("/tmp").size(), 2U);
+}
+
+TEST_F(HostTemporaryTest, FileThatIsThereIsNotOverwritten) {
+  const HostTemporary temporary;
+  temporary.write("cfg0", "a.xml", "<A/>");
+  EXPECT_THROW(temporary.write("cfg0", "a.xml", "<B/>"), Refusal);
+}
+
+TEST_F(HostTemporaryTest, BecomesTheRootOfAChildProcess) {
+  const HostTemporary temporary;
+  temporary.write("cfg0", "a.xml", "<A/>");
+  const pid_t child = fork();
+  if (child == 0) _exit(temporary.enter().empty() && fs::exists("/cfg0/a.xml") ? 0 : 1);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(HostTemporaryTest, OtherDirectoryIsTakenWhereTheChosenOneIsMissing) {
+  setenv("TMPDIR", (host_.hostPath() + "/none").c_str(), 1);
+  rememberTemporaries();
+  EXPECT_NO_THROW(HostTemporary());
+}
+
+}  // namespace
+}  // namespace camcfg::tool

@@ -1,0 +1,121 @@
+#include <unistd.h>
+
+#include <chrono>
+#include <regex>
+#include <thread>
+
+#include "base/progress.h"
+#include "cli/program.h"
+#include "tool/terminal.h"
+#include "tool/tool_test.h"
+
+namespace camcfg::tests {
+namespace {
+
+using namespace tool;
+using namespace tool::cli;
+
+/// Works for a while on what it is given, and then on something with a shorter name.
+Answer work(const Arguments& arguments) {
+  constexpr std::chrono::milliseconds kMoreThanASecond(2000);
+  const Stage stage("a.xml", 1, 2);
+  workingOn(arguments.text("WHAT"));
+  if (arguments.given("--slowly")) std::this_thread::sleep_for(kMoreThanASecond);
+  workingOn("b");
+  if (arguments.given("--slowly")) std::this_thread::sleep_for(kMoreThanASecond / 2);
+  if (arguments.given("--fail")) throw Refusal("it failed");
+  Answer answer;
+  answer.layout = {Line{"done"}};
+  return answer;
+}
+
+const std::vector<CommandGroup> kGroups = {{"First",
+                                            {{"work",
+                                              "Works",
+                                              {{Option::Argument, "WHAT", "A word"},
+                                               {Option::Flag, "--slowly", "Take time"},
+                                               {Option::Flag, "--fail", "Fail"}},
+                                              work}}}};
+
+void run(std::vector<const char*> words) {
+  words.insert(words.begin(), "camcfg");
+  _exit(runProgram(kGroups, static_cast<int>(words.size()), words.data()));
+}
+
+/// What a command shows at a terminal.
+std::string shown(const std::vector<const char*>& words) {
+  Terminal terminal([&] {
+    setenv("NO_COLOR", "1", 1);
+    run(words);
+  });
+  return terminal.readToEnd();
+}
+
+constexpr char kLine[] = "\rcamcfg: work: a.xml (1 of 2): /cfg0/a.xml, 1 s";
+
+TEST(ProgressLineTest, SlowWorkIsToldOnALineThatGoesAwayAtTheEnd) {
+  const std::string text = shown({"work", "/cfg0/a.xml", "--slowly"});
+  EXPECT_EQ(text.find(kLine), 0U) << text;
+  EXPECT_TRUE(
+      std::regex_search(text, std::regex("\rcamcfg: work: a.xml \\(1 of 2\\): b, [0-9]+ s {10}")))
+      << text;
+  const std::string end = "\r" + std::string(sizeof kLine - 2, ' ') + "\rdone\r\n";
+  EXPECT_THAT(text, testing::EndsWith(end));
+  EXPECT_EQ(text.find('\n'), text.size() - 1) << text;
+}
+
+TEST(ProgressLineTest, LineIsGoneBeforeARefusal) {
+  EXPECT_THAT(shown({"work", "/cfg0/a.xml", "--slowly", "--fail"}),
+              testing::EndsWith(" \rcamcfg: work: it failed\r\n"));
+}
+
+TEST(ProgressLineTest, QuickWorkIsNotTold) {
+  EXPECT_EQ(shown({"work", "/cfg0/a.xml"}), "done\r\n");
+}
+
+TEST(ProgressLineTest, NothingIsToldWhereTheLibrarysOutputIsShown) {
+  EXPECT_EQ(shown({"-v", "work", "/cfg0/a.xml", "--slowly"}), "done\r\n");
+}
+
+TEST(ProgressLineTest, LineFitsTheTerminalAndCannotSteerIt) {
+  const std::string endless = std::string(40, 'x') + "\x1b[2J" + std::string(200, 'y');
+  const std::string text = shown({"work", endless.c_str(), "--slowly"});
+  EXPECT_EQ(text.find('\x1b'), std::string::npos);
+  const std::size_t next = text.find('\r', 1);
+  EXPECT_EQ(next, 80U) << text;
+}
+
+TEST(ProgressLineTest, NothingIsToldWhereThereIsNoTerminal) {
+  Terminal terminal([] {
+    int ends[2];
+    if (pipe(ends) != 0) _exit(1);
+    dup2(ends[1], STDERR_FILENO);
+    const pid_t child = fork();
+    if (child == 0) {
+      close(ends[0]);
+      run({"work", "/cfg0/a.xml", "--slowly"});
+    }
+    close(ends[1]);
+    close(STDERR_FILENO);
+    char byte = 0;
+    const bool isQuiet = read(ends[0], &byte, 1) == 0;
+    _exit(isQuiet ? 0 : 1);
+  });
+  EXPECT_EQ(terminal.readToEnd(), "done\r\n");
+  EXPECT_EQ(terminal.status(), 0);
+}
+
+TEST(ProgressLineTest, AnswersInPipesDoNotHideIt) {
+  Terminal terminal([] {
+    int ends[2];
+    if (pipe(ends) != 0) _exit(1);
+    dup2(ends[1], STDOUT_FILENO);
+    run({"work", "/cfg0/a.xml", "--slowly"});
+  });
+  const std::string text = terminal.readToEnd();
+  EXPECT_EQ(text.find(kLine), 0U) << text;
+  EXPECT_THAT(text, testing::EndsWith(" \r"));
+}
+
+}  // namespace
+}  // namespace camcfg::tests

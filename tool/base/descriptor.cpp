@@ -1,0 +1,28 @@
+#include "base/descriptor.h"
+
+#include <cerrno>
+
+namespace camcfg::tool {
+
+bool writeAll(int fd, const std::string& text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t written = write(fd, text.data() + done, text.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    done += static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+bool readAll(int fd, std::string& text) {
+  char buffer[16384];
+  for (;;) {
+    const ssize_t got = read(fd, buffer, sizeof buffer);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    text.append(buffer, static_cast<std::size_t>(got));
+  }
+}
+
+}  // namespace camcfg::tool

@@ -1,0 +1,220 @@
+#include "base/json.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <stdexcept>
+
+namespace camcfg::tool {
+namespace {
+
+[[noreturn]] void failOver(const std::string& what) {
+  throw std::logic_error("JSON: " + what);
+}
+
+bool isMember(const Json& element) {
+  return element.is_array() && element.size() == 2 && element.front().is_string();
+}
+
+// The number that a path's word is, or one beyond every array.
+std::size_t indexOf(std::string_view word) {
+  std::size_t index = 0;
+  const auto [stopped, error] = std::from_chars(word.data(), word.data() + word.size(), index);
+  const bool whole = error == std::errc() && stopped == word.data() + word.size();
+  return whole ? index : std::numeric_limits<std::size_t>::max();
+}
+
+std::string_view firstWord(std::string_view path) {
+  return path.substr(0, path.find('/'));
+}
+
+std::string_view withoutFirstWord(std::string_view path) {
+  const std::size_t end = path.find('/');
+  return end == std::string_view::npos ? std::string_view() : path.substr(end + 1);
+}
+
+}  // namespace
+
+Json::Json() = default;
+Json::Json(const Json& other) = default;
+Json::Json(Json&& other) noexcept = default;
+Json& Json::operator=(const Json& other) = default;
+Json& Json::operator=(Json&& other) noexcept = default;
+Json::~Json() = default;
+
+Json::Json(std::nullptr_t) {}
+Json::Json(bool value) : value_(value) {}
+Json::Json(double value) : value_(value) {}
+Json::Json(const char* text) : value_(std::string(text)) {}
+Json::Json(std::string text) : value_(std::move(text)) {}
+Json::Json(std::string_view text) : value_(std::string(text)) {}
+Json::Json(IntegerTag /*tag*/, std::int64_t value) : value_(value) {}
+
+Json::Json(IntegerTag /*tag*/, std::uint64_t value) : value_(value) {
+  if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
+    value_ = static_cast<std::int64_t>(value);
+}
+
+Json::Json(std::initializer_list<Json> list) {
+  if (!std::all_of(list.begin(), list.end(), isMember)) {
+    value_ = Values(list);
+    return;
+  }
+  Object& object = makeObject();
+  for (const Json& member : list) {
+    object.names.push_back(member.front().text());
+    object.values.push_back(member.back());
+  }
+}
+
+Json Json::array() {
+  Json value;
+  value.value_ = Values();
+  return value;
+}
+
+Json Json::object() {
+  Json value;
+  value.makeObject();
+  return value;
+}
+
+Json::Object& Json::makeObject() {
+  value_ = Object();
+  return std::get<Object>(value_);
+}
+
+bool Json::boolean() const {
+  const bool* value = std::get_if<bool>(&value_);
+  if (value == nullptr) failOver("no boolean");
+  return *value;
+}
+
+const std::string& Json::text() const {
+  const std::string* value = std::get_if<std::string>(&value_);
+  if (value == nullptr) failOver("no text");
+  return *value;
+}
+
+double Json::real() const {
+  if (const auto* value = std::get_if<double>(&value_)) return *value;
+  if (const auto* value = std::get_if<std::uint64_t>(&value_)) return static_cast<double>(*value);
+  return static_cast<double>(integer());
+}
+
+std::int64_t Json::integer() const {
+  if (const auto* value = std::get_if<std::int64_t>(&value_)) return *value;
+  if (const auto* value = std::get_if<double>(&value_)) return static_cast<std::int64_t>(*value);
+  failOver("no number of 64 bits");
+}
+
+const Json::Values& Json::values() const {
+  static const Values none;
+  if (const auto* values = std::get_if<Values>(&value_)) return *values;
+  const auto* object = std::get_if<Object>(&value_);
+  return object == nullptr ? none : object->values;
+}
+
+Json::Values& Json::mutableValues() {
+  if (auto* values = std::get_if<Values>(&value_)) return *values;
+  auto* object = std::get_if<Object>(&value_);
+  if (object != nullptr) return object->values;
+  static thread_local Values none;
+  return none;
+}
+
+const std::vector<std::string>& Json::names() const {
+  static const std::vector<std::string> none;
+  const auto* object = std::get_if<Object>(&value_);
+  return object == nullptr ? none : object->names;
+}
+
+const Json& Json::at(std::size_t index) const {
+  if (index >= values().size()) failOver("no element " + std::to_string(index));
+  return values()[index];
+}
+
+Json& Json::at(std::size_t index) {
+  if (index >= values().size()) failOver("no element " + std::to_string(index));
+  return mutableValues()[index];
+}
+
+void Json::push_back(Json element) {
+  if (is_null()) value_ = Values();
+  auto* values = std::get_if<Values>(&value_);
+  if (values == nullptr) failOver("no array");
+  values->push_back(std::move(element));
+}
+
+Json::const_iterator Json::find(std::string_view name) const {
+  const std::vector<std::string>& all = names();
+  const auto found = std::find(all.begin(), all.end(), name);
+  return found == all.end() ? end() : begin() + (found - all.begin());
+}
+
+Json::iterator Json::find(std::string_view name) {
+  const auto found = std::as_const(*this).find(name);
+  return begin() + (found - std::as_const(*this).begin());
+}
+
+const Json& Json::at(std::string_view name) const {
+  const const_iterator found = find(name);
+  if (found == end()) failOver("no member " + std::string(name));
+  return *found;
+}
+
+Json& Json::at(std::string_view name) {
+  return const_cast<Json&>(std::as_const(*this).at(name));
+}
+
+Json& Json::operator[](std::string_view name) {
+  if (is_null()) makeObject();
+  auto* object = std::get_if<Object>(&value_);
+  if (object == nullptr) failOver("no object");
+  const iterator found = find(name);
+  if (found != end()) return *found;
+  object->names.emplace_back(name);
+  return object->values.emplace_back();
+}
+
+const Json* Json::find_path(std::string_view path) const {
+  if (path.empty()) return this;
+  const std::string_view word = firstWord(path);
+  const Json* next = nullptr;
+  if (is_array()) {
+    const std::size_t index = indexOf(word);
+    if (index < size()) next = &at(index);
+  } else if (const const_iterator found = find(word); found != end()) {
+    next = &*found;
+  }
+  return next == nullptr ? nullptr : next->find_path(withoutFirstWord(path));
+}
+
+Json& Json::at_path(std::string_view path) {
+  if (path.empty()) return *this;
+  return (*this)[firstWord(path)].at_path(withoutFirstWord(path));
+}
+
+bool operator==(const Json& a, const Json& b) {
+  if (a.is_number() && b.is_number() && a.value_.index() != b.value_.index())
+    return a.real() == b.real();
+  if (a.value_.index() != b.value_.index() || a.names() != b.names()) return false;
+  if (a.is_structured()) return a.values() == b.values();
+  return !(a < b) && !(b < a);
+}
+
+bool operator<(const Json& a, const Json& b) {
+  if (a.is_number() && b.is_number() && a.value_.index() != b.value_.index())
+    return a.real() < b.real();
+  if (a.value_.index() != b.value_.index()) return a.value_.index() < b.value_.index();
+  if (a.names() != b.names()) return a.names() < b.names();
+  if (a.is_structured()) return a.values() < b.values();
+  if (a.is_string()) return a.text() < b.text();
+  if (a.is_boolean()) return a.boolean() < b.boolean();
+  if (const auto* number = std::get_if<std::uint64_t>(&a.value_))
+    return *number < std::get<std::uint64_t>(b.value_);
+  if (a.is_number_integer()) return a.integer() < b.integer();
+  return a.is_number() && a.real() < b.real();
+}
+
+}  // namespace camcfg::tool

@@ -1,0 +1,35 @@
+#ifndef CAMCFG_TOOL_BASE_PROGRESS_H
+#define CAMCFG_TOOL_BASE_PROGRESS_H
+
+#include <functional>
+#include <string>
+
+namespace camcfg::tool {
+
+/// Tells what is being worked on right now: "/cfg0/mpp_cfg.xml". Whether and how that is shown is no
+/// business of the caller's. It costs next to nothing.
+void workingOn(const std::string& what);
+
+/// A part of the work, while this object lives: what is worked on is told behind its name. One at a
+/// time.
+class Stage {
+ public:
+  /// @param name    "live.srt"
+  /// @param number  which of them it is, from 1
+  /// @param total   how many there are
+  Stage(const std::string& name, std::size_t number, std::size_t total);
+  ~Stage();
+  Stage(const Stage&) = delete;
+  Stage& operator=(const Stage&) = delete;
+};
+
+/// Hears what is worked on from now on: "live.srt (3 of 7): /cfg0/mpp_cfg.xml". It is called by the
+/// thread that works.
+using Watcher = std::function<void(const std::string& work)>;
+
+/// @param watcher  takes the place of the former one; empty: nobody hears of it
+void watchWork(Watcher watcher);
+
+}  // namespace camcfg::tool
+
+#endif

@@ -1,0 +1,65 @@
+#ifndef CAMCFG_TOOL_CLI_COMMAND_H
+#define CAMCFG_TOOL_CLI_COMMAND_H
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/answer.h"
+#include "cli/arguments.h"
+
+namespace camcfg::tool::cli {
+
+/// A word that may stand in a place of a command line.
+struct Candidate {
+  std::string word;
+  std::string help{};  ///< what it stands for, in a few words; may be empty
+};
+
+/// Finds the words that may stand in a place. It throws a Refusal if the device cannot tell them.
+/// @param before  what is given on the command line in front of that place
+using WordFinder = std::function<std::vector<Candidate>(const Arguments& before)>;
+
+/// Something that a command takes on its command line.
+struct Option {
+  enum Kind {
+    Argument,           ///< a word in its place
+    OptionalArgument,   ///< the same, may be left out
+    Arguments,          ///< one word or more, to the end
+    OptionalArguments,  ///< any number of words, to the end
+    Flag,               ///< "--name"
+    Value,              ///< "--name VALUE"
+    HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
+    HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
+    HostFiles,  ///< any number of those, to the end; one that cannot be read is told, not refused
+    OptionalHostFile,  ///< HostFile that may be left out
+  };
+  Kind kind;
+  const char* name;
+  const char* help;
+  WordFinder
+      words{};  ///< completes what stands there; none: the words that go by the option's name
+};
+
+/// One command of the tool. Help, parsing and dispatch are made from these records. A command below
+/// another is named behind what that one takes ("stream cache ID select SOURCE") and gets that,
+/// too.
+struct Command {
+  const char* name;  ///< "set"; "system http-port" is the command "http-port" below "system"
+  const char* help;  ///< one line
+  std::vector<Option> options;
+  std::function<Answer(const Arguments&)> run;  ///< none: only a heading for those below it
+  /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
+  Status whenRefused = Status::Refused;
+  bool hidden = false;  ///< for programs: neither in help nor completed
+};
+
+/// Commands that stand under one heading in the help text.
+struct CommandGroup {
+  const char* title;
+  std::vector<Command> commands;
+};
+
+}  // namespace camcfg::tool::cli
+
+#endif

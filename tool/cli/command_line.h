@@ -1,0 +1,35 @@
+#ifndef CAMCFG_TOOL_CLI_COMMAND_LINE_H
+#define CAMCFG_TOOL_CLI_COMMAND_LINE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/command.h"
+
+namespace camcfg::tool::cli {
+
+/// What a command line asks for.
+struct Invocation {
+  const Command* command = nullptr;  ///< null: only `text` is asked for
+  std::string text;                  ///< help, or the tool's version
+  Arguments arguments;
+  std::optional<std::string> root;  ///< directory of the device; none: this system is the device
+  bool json = false;
+  bool verbose = false;
+  std::string color = "auto";  ///< when answers are coloured: "auto", "always" or "never"
+};
+
+/// Reads a command line by the records of the commands.
+/// @param groups  the commands; must outlive what is returned
+/// @throws Refusal with the status of a usage error
+Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
+                           const char* const* argv);
+
+/// What "--help" behind a command prints.
+/// @param command  the whole name of one of the commands; empty: the tool itself
+std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
+
+}  // namespace camcfg::tool::cli
+
+#endif

@@ -1,0 +1,204 @@
+#include "cli/completion.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "base/decimal.h"
+#include "base/printable.h"
+#include "cli/global_options.h"
+
+namespace camcfg::tool::cli {
+namespace {
+
+constexpr char kFile[] = "FILE";
+
+bool isNamed(const Option& option) {
+  return option.name[0] == '-';
+}
+
+bool takesMany(const Option& option) {
+  return option.kind == Option::Arguments || option.kind == Option::OptionalArguments ||
+         option.kind == Option::HostFiles;
+}
+
+bool isRequired(const Option& option) {
+  return option.kind == Option::Argument || option.kind == Option::Arguments ||
+         option.kind == Option::HostFile;
+}
+
+// Reads a command line word by word, as far as it goes.
+class Reading {
+ public:
+  explicit Reading(const std::vector<CommandGroup>& groups) : groups_(groups) {}
+
+  void take(const std::string& word) {
+    if (!awaited_.empty())
+      give(std::exchange(awaited_, ""), word);
+    else if (word == "--" && !onlyArguments_)
+      onlyArguments_ = true;
+    else if (isOption(word))
+      takeOption(word);
+    else if (const Command* below = find(below_ + word))
+      enter(*below);
+    else
+      takeArgument(word);
+  }
+
+  CompletionPlace placeOf(const std::string& word) && {
+    CompletionPlace place;
+    place.root = root_;
+    place.before = std::move(before_);
+    const std::size_t equals = word.find('=');
+    if (!awaited_.empty()) {
+      addValuesOf(awaited_, place);
+    } else if (isOption(word) && equals != std::string::npos) {
+      place.prefix = word.substr(0, equals + 1);
+      addValuesOf(word.substr(0, equals), place);
+    } else if (word[0] == '-' && !onlyArguments_) {
+      addOptions(place);
+    } else {
+      addArguments(place);
+    }
+    return place;
+  }
+
+ private:
+  // A number is an argument, negative or not.
+  bool isOption(const std::string& word) const {
+    return !onlyArguments_ && word.size() > 1 && word[0] == '-' && !decimal(word);
+  }
+
+  const Command* find(const std::string& name) const {
+    for (const CommandGroup& group : groups_)
+      for (const Command& command : group.commands)
+        if (name == command.name) return &command;
+    return nullptr;
+  }
+
+  void enter(const Command& command) {
+    below_ = std::string(command.name) + " ";
+    arguments_.clear();
+    for (const Option& option : command.options)
+      (isNamed(option) ? options_ : arguments_).push_back(&option);
+  }
+
+  void takeArgument(const std::string& word) {
+    if (arguments_.empty()) return;
+    const Option& argument = *arguments_.front();
+    give(argument.name, word);
+    if (!takesMany(argument)) arguments_.erase(arguments_.begin());
+  }
+
+  void takeOption(const std::string& word) {
+    const std::size_t equals = word.find('=');
+    const std::string name = word.substr(0, equals);
+    if (equals != std::string::npos)
+      give(name, word.substr(equals + 1));
+    else if (takesValue(name))
+      awaited_ = name;
+    else
+      give(name, "");
+  }
+
+  void give(const std::string& name, const std::string& word) {
+    std::vector<std::string> texts = before_.texts(name);
+    texts.push_back(word);
+    before_.add(name, texts);
+    if (name == kRoot) root_ = word;
+  }
+
+  const Option* option(const std::string& name) const {
+    for (const Option* option : options_)
+      if (name == option->name) return option;
+    return nullptr;
+  }
+
+  static const GlobalOption* globalOption(const std::string& name) {
+    for (const GlobalOption& option : globalOptions())
+      if (name == option.name) return &option;
+    return nullptr;
+  }
+
+  bool takesValue(const std::string& name) const {
+    if (const Option* found = option(name)) return found->kind != Option::Flag;
+    const GlobalOption* found = globalOption(name);
+    return found != nullptr && found->value != nullptr;
+  }
+
+  static void addWordsOf(const Option& option, CompletionPlace& place) {
+    place.words = option.words;
+    if (option.kind == Option::HostDirectory) place.kind = CompletionPlace::OfDirectories;
+    if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile ||
+        option.kind == Option::HostFiles || (!option.words && std::strcmp(option.name, kFile) == 0))
+      place.kind = CompletionPlace::OfFiles;
+  }
+
+  void addValuesOf(const std::string& name, CompletionPlace& place) const {
+    if (const Option* found = option(name)) addWordsOf(*found, place);
+    const GlobalOption* found = globalOption(name);
+    if (found == nullptr) return;
+    if (found->values.empty()) place.kind = CompletionPlace::OfDirectories;
+    for (const char* value : found->values) place.fixed.push_back({value});
+  }
+
+  void addOptions(CompletionPlace& place) const {
+    const auto offer = [&](const char* name, const char* help) {
+      if (!place.before.given(name)) place.fixed.push_back({name, help});
+    };
+    for (const Option* option : options_) offer(option->name, option->help);
+    for (const GlobalOption& option : globalOptions()) offer(option.name, option.help);
+    for (const GlobalOption* option : {&kHelpOption, &kVersionOption})
+      offer(option->name, option->help);
+  }
+
+  void addArguments(CompletionPlace& place) const {
+    if (!arguments_.empty()) addWordsOf(*arguments_.front(), place);
+    if (arguments_.empty() || !isRequired(*arguments_.front())) addCommands(place);
+  }
+
+  // Those that stand directly below the one that was named.
+  void addCommands(CompletionPlace& place) const {
+    for (const CommandGroup& group : groups_)
+      for (const Command& command : group.commands) {
+        const std::string name = command.name;
+        if (!command.hidden && name.compare(0, below_.size(), below_) == 0 &&
+            name.find(' ', below_.size()) == std::string::npos)
+          place.fixed.push_back({name.substr(below_.size()), command.help});
+      }
+  }
+
+  const std::vector<CommandGroup>& groups_;
+  std::string below_;                     // the command that was named, with a space behind it
+  std::vector<const Option*> options_;    // of that command and those above it
+  std::vector<const Option*> arguments_;  // of that command, those that are still to come
+  std::string awaited_;                   // option whose value comes next
+  bool onlyArguments_ = false;
+  Arguments before_;
+  std::optional<std::string> root_;
+};
+
+}  // namespace
+
+std::vector<Candidate> CompletionPlace::candidates() const {
+  std::vector<Candidate> all = fixed;
+  if (words) {
+    const std::vector<Candidate> found = words(before);
+    all.insert(all.end(), found.begin(), found.end());
+  }
+  const auto cannotBeTyped = [](const Candidate& candidate) {
+    return candidate.word.empty() || printable(candidate.word) != candidate.word;
+  };
+  all.erase(std::remove_if(all.begin(), all.end(), cannotBeTyped), all.end());
+  for (Candidate& candidate : all) candidate.word.insert(0, prefix);
+  return all;
+}
+
+CompletionPlace placeIn(const std::vector<CommandGroup>& groups,
+                        const std::vector<std::string>& words) {
+  Reading reading(groups);
+  for (std::size_t i = 0; i + 1 < words.size(); ++i) reading.take(words[i]);
+  return std::move(reading).placeOf(words.empty() ? "" : words.back());
+}
+
+}  // namespace camcfg::tool::cli

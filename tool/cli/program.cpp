@@ -1,0 +1,104 @@
+#include "cli/program.h"
+
+#include <unistd.h>
+
+#include <new>
+
+#include "base/host_temporary.h"
+#include "base/refusal.h"
+#include "cli/command_line.h"
+#include "cli/global_options.h"
+#include "cli/host_programs.h"
+#include "cli/progress_line.h"
+#include "cli/render.h"
+#include "cli/streams.h"
+#include "testkit/enter_root.h"
+
+namespace camcfg::tool::cli {
+namespace {
+
+void enter(const std::string& root) {
+  const std::string error = enterRoot(root);
+  if (!error.empty()) throw Refusal("--root " + root + ": " + error);
+}
+
+std::string rendered(const Answer& answer, const Look& look, const HostPrograms& programs) {
+  return answer.through.words.empty() ? renderText(answer, look)
+                                      : programs.passThrough(answer.through, renderText(answer));
+}
+
+Look lookFor(const Invocation& invocation, const Streams& streams) {
+  const bool isTerminal = streams.answersToTerminal();
+  return {isTerminal, wantsColours(invocation.color, isTerminal)};
+}
+
+Answer answerOf(const Invocation& invocation) {
+  if (invocation.verbose || invocation.command->hidden)
+    return invocation.command->run(invocation.arguments);
+  const ProgressLine progress(invocation.command->name, STDERR_FILENO);
+  return invocation.command->run(invocation.arguments);
+}
+
+Status carryOut(const Invocation& invocation, const Streams& streams,
+                const HostPrograms& programs) {
+  const std::string name = std::string(invocation.command->name) + ": ";
+  try {
+    const Answer answer = answerOf(invocation);
+    streams.answer(invocation.json ? renderJson(answer)
+                                   : rendered(answer, lookFor(invocation, streams), programs));
+    for (const std::string& note : answer.notes)
+      Streams::message(name + note, answer.status == Status::Done ? Tone::Warning : Tone::Bad);
+    return answer.status;
+  } catch (const Refusal& refusal) {
+    const bool ordinary = refusal.status() == Status::Refused;
+    throw Refusal(ordinary ? invocation.command->whenRefused : refusal.status(),
+                  name + refusal.what());
+  }
+}
+
+// When to colour, as far as that can be told of a command line that may make no sense.
+std::string colorIn(int argc, const char* const* argv) {
+  const std::string given = std::string(kColor) + "=";
+  std::string when = "auto";
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (word == kColor && i + 1 < argc) when = argv[i + 1];
+    if (word.compare(0, given.size(), given) == 0) when = word.substr(given.size());
+  }
+  return when;
+}
+
+Status run(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
+  Streams streams;
+  Streams::colourMessages(colorIn(argc, argv));
+  const Invocation invocation = readCommandLine(groups, argc, argv);
+  Streams::colourMessages(invocation.json ? "never" : invocation.color);
+  if (invocation.command == nullptr) {
+    streams.answer(invocation.text);
+    return Status::Done;
+  }
+  if (invocation.verbose) streams.showLibraryOutput();
+  const HostPrograms programs;
+  rememberTemporaries();
+  if (invocation.root) enter(*invocation.root);
+  return carryOut(invocation, streams, programs);
+}
+
+}  // namespace
+
+int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
+  Status status = Status::Refused;
+  try {
+    status = run(groups, argc, argv);
+  } catch (const Refusal& refusal) {
+    status = refusal.status();
+    Streams::message(refusal.what(), Tone::Bad);
+  } catch (const std::bad_alloc&) {
+    Streams::message("out of memory", Tone::Bad);
+  } catch (const std::exception& error) {
+    Streams::message(error.what(), Tone::Bad);
+  }
+  return static_cast<int>(status);
+}
+
+}  // namespace camcfg::tool::cli

@@ -1,0 +1,196 @@
+#include "commands/words.h"
+
+#include <algorithm>
+
+#include "base/decimal.h"
+#include "device/language.h"
+#include "media/stream_cache.h"
+#include "network/field.h"
+#include "network/network.h"
+#include "parameters/parameter.h"
+#include "presets/preset.h"
+
+namespace camcfg::tool::commands {
+namespace {
+
+Candidates plain(const std::vector<std::string>& words) {
+  Candidates candidates;
+  for (const std::string& word : words) candidates.push_back({word});
+  return candidates;
+}
+
+Candidates fieldValues(const std::string& name) {
+  return plain(network::requireNetworkField(name).words);
+}
+
+// The texts of "OptTxt", which stand there with commas between them.
+Candidates parameterValues(const parameters::Parameter& parameter) {
+  Candidates candidates;
+  const char* found = parameter.text("OptTxt");
+  const std::string options = found == nullptr ? "" : found;
+  for (std::size_t start = 0; start < options.size();) {
+    const std::size_t end = std::min(options.find(',', start), options.size());
+    candidates.push_back({options.substr(start, end - start)});
+    start = end + 1;
+  }
+  return candidates;
+}
+
+cli::Candidate named(std::int32_t id, const std::string& name) {
+  return {std::to_string(id), name};
+}
+
+Candidates websocketIds(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& session : media::loadWebsocketSessions())
+    candidates.push_back(named(session.s32Id, session.strName));
+  return candidates;
+}
+
+Candidates rtspNames(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const media::RtspSession& session : media::loadRtspSessions())
+    candidates.push_back({session->strName});
+  return candidates;
+}
+
+// Without its address, which may hold a password.
+Candidates rtmpIds(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& target : media::loadRtmpTargets())
+    candidates.push_back({std::to_string(target.s32Id)});
+  return candidates;
+}
+
+Candidates ndiIds(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& instance : media::loadNdiInstances())
+    candidates.push_back(named(instance.s32Id, instance.strMainStreamName));
+  return candidates;
+}
+
+Candidates srtIds(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const auto& instance : media::loadSrtInstances())
+    candidates.push_back(named(instance.s32Id, instance.strHostname));
+  return candidates;
+}
+
+struct MediaKind {
+  const char* name;
+  Candidates (*ids)(const cli::Arguments& before);
+};
+constexpr MediaKind kMediaKinds[] = {{"source", sourceIdWords},
+                                     {"cache", cacheIdWords},
+                                     {"websocket", websocketIds},
+                                     {"rtsp", rtspNames},
+                                     {"rtmp", rtmpIds},
+                                     {"ndi", ndiIds},
+                                     {"srt", srtIds}};
+
+}  // namespace
+
+Candidates sectionWords(const cli::Arguments& /*before*/) {
+  return plain(parameters::Parameters().sections());
+}
+
+Candidates parameterWords(const cli::Arguments& before) {
+  const parameters::Parameters parameters;
+  Candidates candidates;
+  for (const parameters::Parameter& parameter :
+       before.given("SECTION") ? parameters.in(before.text("SECTION")) : parameters.all()) {
+    const char* current = parameter.text("Cur");
+    candidates.push_back({parameter.name, current == nullptr ? "" : current});
+  }
+  return candidates;
+}
+
+Candidates valueWords(const cli::Arguments& before) {
+  if (before.given("FIELD")) return fieldValues(before.text("FIELD"));
+  if (!before.given("SECTION") || !before.given("NAME")) return {};
+  return parameterValues(
+      parameters::Parameters().require(before.text("SECTION"), before.text("NAME")));
+}
+
+Candidates cardWords(const cli::Arguments& /*before*/) {
+  const network::Network network;
+  Candidates candidates;
+  for (tinyxml2::XMLElement* card : network.cards()) {
+    const Json address = network::attributeOf(network::childOf(*card, "IpAddr"), "Cur");
+    candidates.push_back({card->Value(), address.is_null() ? "" : address.get<std::string>()});
+  }
+  return candidates;
+}
+
+Candidates cardFieldWords(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const network::NetworkField& field : network::networkFields())
+    candidates.push_back({field.name});
+  return candidates;
+}
+
+Candidates presetWords(const cli::Arguments& before) {
+  Candidates candidates = presetIdWords(before);
+  const Candidates ids = candidates;
+  for (const cli::Candidate& preset : ids) candidates.push_back({preset.help});
+  return candidates;
+}
+
+Candidates presetIdWords(const cli::Arguments& /*before*/) {
+  const presets::Presets presets;
+  Candidates candidates;
+  for (const presets::Preset& preset : presets.all())
+    if (preset.id)
+      candidates.push_back({std::to_string(*preset.id), preset.description.value_or("")});
+  return candidates;
+}
+
+Candidates sourceIdWords(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const media::StreamSource& source : media::loadStreamSources())
+    candidates.push_back(named(source->s32Id, source->strName));
+  return candidates;
+}
+
+Candidates cacheIdWords(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const media::CacheEntry& cache : media::readCaches())
+    candidates.push_back(named(cache.id(), cache.record->strName));
+  return candidates;
+}
+
+Candidates allowedSourceWords(const cli::Arguments& before) {
+  Candidates candidates = sourceIdWords(before);
+  const auto id = decimal(before.text("ID"));
+  for (const media::CacheEntry& cache : media::readCaches()) {
+    if (cache.id() != id) continue;
+    const auto isForbidden = [&](const cli::Candidate& source) {
+      return !cache.allows(static_cast<int>(*decimal(source.word)));
+    };
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), isForbidden),
+                     candidates.end());
+  }
+  return candidates;
+}
+
+Candidates mediaKindWords(const cli::Arguments& /*before*/) {
+  Candidates candidates;
+  for (const MediaKind& kind : kMediaKinds) candidates.push_back({kind.name});
+  return candidates;
+}
+
+Candidates mediaIdWords(const cli::Arguments& before) {
+  for (const MediaKind& kind : kMediaKinds)
+    if (before.text("KIND") == kind.name) return kind.ids(before);
+  return {};
+}
+
+Candidates languageWords(const cli::Arguments& /*before*/) {
+  return plain(device::languages());
+}
+
+Candidates textKeyWords(const cli::Arguments& before) {
+  return plain(device::keysOf(*device::requireTexts(before.text("LANGUAGE"))));
+}
+
+}  // namespace camcfg::tool::commands

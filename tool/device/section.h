@@ -1,0 +1,71 @@
+#ifndef CAMCFG_TOOL_DEVICE_SECTION_H
+#define CAMCFG_TOOL_DEVICE_SECTION_H
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "device/change.h"
+#include "settings/node.h"
+
+namespace camcfg::tool::device {
+
+struct Section;
+
+/// What sections will hold after an import, by name: those of the document that were read already,
+/// the device's own otherwise.
+class Plan {
+ public:
+  /// @param sections  all there are; must outlive this object
+  explicit Plan(const std::vector<Section>& sections) : sections_(sections) {}
+
+  void set(const std::string& section, Json value) { values_[section] = std::move(value); }
+  /// @throws Refusal if the section is unusable on the device
+  const Json& of(const std::string& name);
+
+ private:
+  const std::vector<Section>& sections_;
+  std::map<std::string, Json> values_;
+};
+
+/// One save of a file, or a few that belong together.
+struct Step {
+  std::string what;                ///< what is written: "live.srt"
+  std::string path;                ///< main copy of the file
+  std::size_t growth;              ///< by how many bytes the file may grow at most
+  std::function<void()> carryOut;  ///< throws a Refusal if it fails, see makeChange
+};
+
+/// A change as a step.
+Step stepOf(const Change& change);
+
+/// A part of the device's settings that is exported and imported by itself. Its JSON has one form
+/// for one state of the device: two states are the same if their JSON is.
+struct Section {
+  std::string name;  ///< "live.srt", which is also its place in a document
+
+  /// The section as the device has it.
+  /// @throws Refusal if the files are unusable
+  std::function<Json()> load;
+
+  /// Reads the section from a document and checks it; faults go to the node.
+  /// @param before  the section as the device has it
+  /// @return the section as it will be on the device
+  std::function<Json(const settings::Node&, const Json& before, Plan&)> read;
+
+  /// The steps, in their order, that bring the section from one state to another.
+  std::function<std::vector<Step>(const Json& before, const Json& after)> steps;
+
+  /// What changing it will lose, a remark each.
+  std::function<std::vector<std::string>()> losses;
+
+  const char* path;  ///< main copy of the file that it is in
+};
+
+/// At least by how many bytes a file may grow when it takes up a value.
+std::size_t roomFor(const Json& value);
+
+}  // namespace camcfg::tool::device
+
+#endif

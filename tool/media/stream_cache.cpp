@@ -1,0 +1,117 @@
+#include "media/stream_cache.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <set>
+
+namespace camcfg::tool::media {
+namespace {
+
+using tinyxml2::XMLElement;
+
+constexpr char kAllowedSource[] = "AllowedStreamSource";
+
+std::vector<AllowedSource> allowedBy(XMLElement* cache, int cacheId) {
+  std::vector<AllowedSource> allowed;
+  int id = cacheId;
+  for (XMLElement* entry = cache->FirstChildElement(); entry != nullptr;
+       entry = entry->NextSiblingElement()) {
+    if (strcasecmp(entry->Name(), kAllowedSource) != 0) continue;
+    const bool hasId = entry->QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS;
+    allowed.push_back(
+        {id, hasId, entry->IntAttribute("Default", 0) != 0, entry->IntAttribute("Enable", 0) != 0});
+  }
+  return allowed;
+}
+
+// "8 MiB", "187.5 KiB"
+std::string humanSize(long long bytes) {
+  constexpr std::array kUnits = {" B", " KiB", " MiB", " GiB", " TiB", " PiB"};
+  constexpr double kStep = 1024;
+  std::size_t unit = 0;
+  auto amount = static_cast<double>(bytes);
+  for (; amount >= kStep && unit + 1 < kUnits.size(); ++unit) amount /= kStep;
+  char number[32];
+  std::snprintf(number, sizeof number, "%.1f", amount);
+  std::string text = number;
+  if (text.substr(text.size() - 2) == ".0") text.resize(text.size() - 2);
+  return text + kUnits[unit];
+}
+
+Json jsonOf(const CacheEntry& cache) {
+  const long long bytes =
+      static_cast<long long>(cache.record->s32BufSize) * cache.record->s32BufUnit;
+  return {{"id", cache.id()},
+          {"name", cache.record->strName},
+          {"bytes", bytes},
+          {"size", humanSize(bytes)},
+          {"allowed", Json(cache.allowedIds())},
+          {"carries", cache.record->s32EnabledSrc},
+          {"default", idOrNull(cache.marked(&AllowedSource::isDefault))},
+          {"enable", idOrNull(cache.marked(&AllowedSource::isEnabled))}};
+}
+
+}  // namespace
+
+bool CacheEntry::allows(int sourceId) const {
+  return std::any_of(allowed.begin(), allowed.end(),
+                     [=](const AllowedSource& source) { return source.id == sourceId; });
+}
+
+std::vector<int> CacheEntry::allowedIds() const {
+  std::set<int> ids;
+  for (const AllowedSource& source : allowed) ids.insert(source.id);
+  return {ids.begin(), ids.end()};
+}
+
+std::optional<int> CacheEntry::marked(Mark mark) const {
+  for (const AllowedSource& source : allowed)
+    if (source.*mark) return source.id;
+  return std::nullopt;
+}
+
+bool CacheEntry::markedOnly(Mark mark, int sourceId) const {
+  return marked(mark) == sourceId &&
+         std::all_of(allowed.begin(), allowed.end(), [=](const AllowedSource& source) {
+           return !(source.*mark) || source.id == sourceId;
+         });
+}
+
+bool CacheEntry::marksDiffer() const {
+  const auto byDefault = marked(&AllowedSource::isDefault);
+  const auto enabled = marked(&AllowedSource::isEnabled);
+  return byDefault && enabled && *byDefault != *enabled;
+}
+
+std::vector<CacheEntry> cachesOf(XMLElement* section, const std::list<StreamCache>& records) {
+  std::vector<CacheEntry> caches;
+  const std::vector<XMLElement*> elements = entriesOf(section, kStreamCaches);
+  auto element = elements.begin();
+  for (const StreamCache& record : records) {
+    if (element == elements.end()) break;
+    caches.push_back({record, allowedBy(*element, record->s32Id), (*element)->GetLineNum()});
+    ++element;
+  }
+  return caches;
+}
+
+std::vector<CacheEntry> readCaches() {
+  const std::list<StreamCache> records = loadStreamCaches();
+  const device::Document document = device::requireDocument(CFG_FILE_MPP);
+  return cachesOf(requireSection(*document, kStreamCaches), records);
+}
+
+Json idOrNull(const std::optional<int>& id) {
+  return id ? Json(*id) : Json();
+}
+
+Json jsonOf(const std::vector<CacheEntry>& caches) {
+  Json array = Json::array();
+  for (const CacheEntry& cache : caches) array.push_back(jsonOf(cache));
+  return array;
+}
+
+}  // namespace camcfg::tool::media

@@ -1,0 +1,65 @@
+#ifndef CAMCFG_TOOL_PARAMETERS_PARAMETER_H
+#define CAMCFG_TOOL_PARAMETERS_PARAMETER_H
+
+#include <tinyxml2.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/json.h"
+#include "device/copy.h"
+
+namespace camcfg::tool::parameters {
+
+/// A parameter element. One inside another has both names: "EthCard0/IpAddr".
+struct Parameter {
+  std::string section;
+  std::string name;
+  tinyxml2::XMLElement* element;
+
+  /// "SECTION/NAME"
+  std::string path() const { return section + "/" + name; }
+  /// One with "Min" or "Max" is an integer, any other a text.
+  bool isInteger() const;
+  const char* type() const { return isInteger() ? "integer" : "text"; }
+  /// An attribute's text; null if it is missing.
+  const char* text(const char* attribute) const { return element->Attribute(attribute); }
+  /// An attribute as an answer shows it: a number if an integer parameter has one there, the text
+  /// as it stands otherwise, null if it is missing.
+  Json value(const char* attribute) const { return shown(text(attribute)); }
+  /// The same of a text that is none of its own; null for null.
+  Json shown(const char* found) const;
+};
+
+/// The parameters of "/cfg0/business_param.xml", looked up by their whole names, and by the
+/// beginning of them as the library does.
+class Parameters {
+ public:
+  /// @throws Refusal if the file is unusable
+  Parameters();
+
+  /// The names of all sections.
+  std::vector<std::string> sections() const;
+  /// All parameters, or those of one section, in their order in the file.
+  std::vector<Parameter> all() const;
+  std::vector<Parameter> in(const std::string& section) const;
+
+  /// The parameter of exactly this name.
+  /// @throws Refusal if there is no such section or parameter
+  Parameter require(const std::string& section, const std::string& name) const;
+
+  /// What the library finds by section and name.
+  std::optional<Parameter> lookup(const std::string& section, const std::string& name) const;
+  /// What the library finds by name alone.
+  std::optional<Parameter> lookup(const std::string& name) const;
+
+ private:
+  tinyxml2::XMLElement* requireSection(const std::string& name) const;
+
+  device::Document document_;
+};
+
+}  // namespace camcfg::tool::parameters
+
+#endif

@@ -1,0 +1,63 @@
+#ifndef CAMCFG_TOOL_SETTINGS_NODE_H
+#define CAMCFG_TOOL_SETTINGS_NODE_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/json.h"
+#include "base/json_place.h"
+#include "settings/faults.h"
+
+namespace camcfg::tool::settings {
+
+/// Whole numbers from `least` to `most`.
+struct Range {
+  std::int64_t least;
+  std::int64_t most;
+};
+
+/// A value in a document that is checked while it is read. What does not fit is a fault, and reading
+/// goes on with the value that a new record would have.
+class Node {
+ public:
+  Node(const Json& value, std::string place, Faults& faults)
+      : value_(value), place_(std::move(place)), faults_(faults) {}
+
+  const Json& value() const { return value_; }
+  const std::string& place() const { return place_; }
+  void refuse(const std::string& reason) const { faults_.push_back({place_, reason}); }
+
+  /// How many faults there are so far, here or anywhere.
+  std::size_t faults() const { return faults_.size(); }
+
+  Node member(const std::string& name) const;
+  Node element(std::size_t index) const;
+  /// A fault at a member that is not there.
+  void refuseMissing(const std::string& name) const;
+
+  /// Whether this is an object, with no members but these.
+  bool isObjectOf(const std::vector<std::string>& names) const;
+  bool isObject() const { return is(value_.is_object(), "an object"); }
+  bool isArray() const { return is(value_.is_array(), "an array"); }
+
+  std::int32_t number(const Range& range) const;
+  /// Any number of 32 bits but -1, which stands for none.
+  std::int32_t id() const;
+  bool flag() const;
+  /// A text of at most so many bytes that XML can hold.
+  std::string text(std::size_t most = std::string::npos) const;
+  /// What a refusal adds of the permitted text that comes nearest; empty if this is no text.
+  std::string nearestOf(const std::vector<std::string>& texts) const;
+
+ private:
+  bool is(bool fits, const char* expected) const;
+
+  const Json& value_;
+  std::string place_;
+  Faults& faults_;
+};
+
+}  // namespace camcfg::tool::settings
+
+#endif
