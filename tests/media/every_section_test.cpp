@@ -1,6 +1,6 @@
 #include <cctype>
 
-#include "media/sections.h"
+#include "media/every_section.h"
 
 namespace camcfg::tests {
 namespace {

@@ -1,5 +1,5 @@
-#ifndef CAMCFG_TESTS_MEDIA_SECTIONS_H
-#define CAMCFG_TESTS_MEDIA_SECTIONS_H
+#ifndef CAMCFG_TESTS_MEDIA_EVERY_SECTION_H
+#define CAMCFG_TESTS_MEDIA_EVERY_SECTION_H
 
 #include <functional>
 #include <string>
