@@ -1,7 +1,8 @@
 #include <new>
 
-#include "media/media_entries.h"
-#include "media/stream_document.h"
+#include "camcfg/store.h"
+#include "media/document.h"
+#include "media/entries.h"
 #include "media/whitelist.h"
 
 using namespace camcfg;

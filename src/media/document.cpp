@@ -1,7 +1,9 @@
-#include "media/media_document.h"
+#include "media/document.h"
 
 #include <cstdarg>
 #include <cstdio>
+
+#include "camcfg/store.h"
 
 namespace camcfg {
 
@@ -96,3 +98,37 @@ void MediaDocument::reportMissing(const char* attribute, const char* path) const
 }
 
 }  // namespace camcfg
+
+using camcfg::kLiveMedia;
+using camcfg::kStream;
+
+tinyxml2::XMLDocument* g_STREAM_xmlDoc = nullptr;
+tinyxml2::XMLDocument* g_LM_xmlDoc = nullptr;
+
+tinyxml2::XMLElement* CFG_MPP_Open(const char* pcSection, tagBU_BOOL enReadOnly) {
+  return kStream.open(pcSection, enReadOnly);
+}
+
+int CFG_MPP_CloseRead() {
+  kStream.closeRead();
+  return 0;
+}
+
+int CFG_MPP_CloseWrite() {
+  static_cast<void>(kStream.closeWrite());
+  return 0;
+}
+
+tinyxml2::XMLElement* CFG_LM_Open(const char* pcSection, tagBU_BOOL enReadOnly) {
+  return kLiveMedia.open(pcSection, enReadOnly);
+}
+
+int CFG_LM_CloseRead() {
+  kLiveMedia.closeRead();
+  return 0;
+}
+
+int CFG_LM_CloseWrite() {
+  static_cast<void>(kLiveMedia.closeWrite());
+  return 0;
+}

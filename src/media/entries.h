@@ -1,5 +1,5 @@
-#ifndef CAMCFG_MEDIA_MEDIA_ENTRIES_H
-#define CAMCFG_MEDIA_MEDIA_ENTRIES_H
+#ifndef CAMCFG_MEDIA_ENTRIES_H
+#define CAMCFG_MEDIA_ENTRIES_H
 
 #include <strings.h>
 #include <tinyxml2.h>
