@@ -47,7 +47,7 @@ namespace {
 
 constexpr std::size_t kKilobyte = 1024;
 
-// Runs a call and tells how much memory it held at most beyond what was held before.
+// Runs a call and returns how much memory it held at most beyond what was held before.
 template <typename Call>
 std::size_t peakOf(Call call) {
   const std::size_t before = held;
