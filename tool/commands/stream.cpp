@@ -8,6 +8,7 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kDryRun[] = "--dry-run";
+constexpr char kMarked[] = "stream cache {cache}, {mark}: {before} -> {value}";
 
 cli::Answer sources(const cli::Arguments& /*arguments*/) {
   return listingOf(settings::streamSources(), false);
@@ -36,16 +37,20 @@ cli::Answer caches(const cli::Arguments& /*arguments*/) {
 }
 
 cli::Answer select(const cli::Arguments& arguments) {
-  return media::selectSource(arguments.text("ID"), arguments.text("SOURCE"));
+  return cli::Answer(media::selectSource(arguments.text("ID"), arguments.text("SOURCE")),
+                     {cli::Line{kMarked}});
 }
 
 cli::Answer makeDefault(const cli::Arguments& arguments) {
-  return media::makeDefaultSource(arguments.text("ID"), arguments.text("SOURCE"),
-                                  arguments.given(kDryRun));
+  const bool rehearse = arguments.given(kDryRun);
+  return cli::Answer(
+      media::makeDefaultSource(arguments.text("ID"), arguments.text("SOURCE"), rehearse),
+      {cli::Line{rehearse ? kMarked + std::string(" (not saved)") : kMarked}});
 }
 
 cli::Answer allow(const cli::Arguments& arguments) {
-  return media::allowSources(arguments.text("ID"), arguments.texts("SOURCE"));
+  return cli::Answer(media::allowSources(arguments.text("ID"), arguments.texts("SOURCE")),
+                     {cli::Line{"stream cache {cache} allows {allowed}; before: {before}"}});
 }
 
 const cli::Option kSource{cli::Option::Argument, "SOURCE", "Id of a source that the cache allows",

@@ -98,20 +98,19 @@ CacheEntry cacheIn(XMLDocument& document, const StreamCache& record, std::size_t
   return caches.size() > index ? caches[index] : CacheEntry{record, {}};
 }
 
-cli::Answer markAnswer(const CacheEntry& cache, Mark mark, int sourceId) {
-  cli::Answer answer;
+Outcome markAnswer(const CacheEntry& cache, Mark mark, int sourceId) {
+  Outcome outcome;
   const bool isDefault = mark == &AllowedSource::isDefault;
-  answer.value = {{"cache", cache.id()}, {"mark", isDefault ? "Default" : "Enable"}};
-  answer.value["before"] = idOrNull(cache.marked(mark));
-  answer.value["value"] = sourceId;
-  answer.layout = {cli::Line{"stream cache {cache}, {mark}: {before} -> {value}"}};
-  return answer;
+  outcome.value = {{"cache", cache.id()}, {"mark", isDefault ? "Default" : "Enable"}};
+  outcome.value["before"] = idOrNull(cache.marked(mark));
+  outcome.value["value"] = sourceId;
+  return outcome;
 }
 
-void tellDisagreement(cli::Answer& answer, int enabled, int carried) {
+void tellDisagreement(Outcome& outcome, int enabled, int carried) {
   if (enabled == carried) return;
-  answer.notes.push_back("note: the loader goes by \"Default\" and still takes source " +
-                         std::to_string(carried));
+  outcome.notes.push_back("note: the loader goes by \"Default\" and still takes source " +
+                          std::to_string(carried));
 }
 
 std::vector<int> requireSourceIds(const std::vector<std::string>& texts) {
@@ -134,19 +133,19 @@ std::vector<int> unknownOf(std::vector<int> ids) {
 }
 
 // The loader goes by "Default", which a replaced whitelist has not; without it the last one counts.
-void tellLostDefault(cli::Answer& answer, const CacheEntry& cache, const std::vector<int>& ids) {
+void tellLostDefault(Outcome& outcome, const CacheEntry& cache, const std::vector<int>& ids) {
   const std::optional<int> before = cache.marked(&AllowedSource::isDefault);
   if (!before) return;
   const std::string id = std::to_string(cache.id());
-  answer.notes.push_back("note: the mark \"Default\" at source " + std::to_string(*before) +
-                         " is gone; the loader takes source " + std::to_string(ids.back()) +
-                         ", the last one, until 'camcfg stream cache " + id +
-                         " default SOURCE' marks one");
+  outcome.notes.push_back("note: the mark \"Default\" at source " + std::to_string(*before) +
+                          " is gone; the loader takes source " + std::to_string(ids.back()) +
+                          ", the last one, until 'camcfg stream cache " + id +
+                          " default SOURCE' marks one");
 }
 
 }  // namespace
 
-cli::Answer selectSource(const std::string& cacheId, const std::string& sourceId) {
+Outcome selectSource(const std::string& cacheId, const std::string& sourceId) {
   const std::vector<CacheEntry> caches = readCaches();
   const std::size_t index = requireCache(caches, cacheId);
   const CacheEntry& cache = caches[index];
@@ -162,25 +161,21 @@ cli::Answer selectSource(const std::string& cacheId, const std::string& sourceId
   device::makeChange(
       {CFG_FILE_MPP, nameOf(cache), cache.allowed.size() * kEntryBytes, make, arrived});
 
-  cli::Answer answer = markAnswer(cache, &AllowedSource::isEnabled, source);
-  tellDisagreement(answer, source, cache.record->s32EnabledSrc);
-  return answer;
+  Outcome outcome = markAnswer(cache, &AllowedSource::isEnabled, source);
+  tellDisagreement(outcome, source, cache.record->s32EnabledSrc);
+  return outcome;
 }
 
-cli::Answer makeDefaultSource(const std::string& cacheId, const std::string& sourceId,
-                              bool rehearse) {
+Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceId, bool rehearse) {
   const std::vector<CacheEntry> caches = readCaches();
   const std::size_t index = requireCache(caches, cacheId);
   const CacheEntry& cache = caches[index];
   const int source = requireAllowed(cache, sourceId);
   requireDumpable(caches);
 
-  cli::Answer answer = markAnswer(cache, &AllowedSource::isDefault, source);
-  answer.notes = dumpNotes(caches, cache.id());
-  if (rehearse) {
-    answer.layout = {cli::Line{"stream cache {cache}, {mark}: {before} -> {value} (not saved)"}};
-    return answer;
-  }
+  Outcome outcome = markAnswer(cache, &AllowedSource::isDefault, source);
+  outcome.notes = dumpNotes(caches, cache.id());
+  if (rehearse) return outcome;
   std::list<StreamCache> records;
   std::size_t entries = 0;
   for (const CacheEntry& entry : caches) {
@@ -193,10 +188,10 @@ cli::Answer makeDefaultSource(const std::string& cacheId, const std::string& sou
     return cacheIn(document, cache.record, index).markedOnly(&AllowedSource::isDefault, source);
   };
   device::makeChange({CFG_FILE_MPP, nameOf(cache), entries * kEntryBytes, make, arrived});
-  return answer;
+  return outcome;
 }
 
-cli::Answer allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds) {
+Outcome allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds) {
   const std::vector<CacheEntry> caches = readCaches();
   const std::size_t index = requireCache(caches, cacheId);
   const CacheEntry& cache = caches[index];
@@ -217,17 +212,16 @@ cli::Answer allowSources(const std::string& cacheId, const std::vector<std::stri
   };
   device::makeChange({CFG_FILE_MPP, nameOf(cache), (1 + ids.size()) * kEntryBytes, make, arrived});
 
-  cli::Answer answer;
+  Outcome outcome;
   const bool kept = std::binary_search(ids.begin(), ids.end(), record->s32EnabledSrc);
-  answer.value = {{"cache", cache.id()}};
-  answer.value["before"] = Json(cache.allowedIds());
-  answer.value["allowed"] = Json(ids);
-  answer.value["enable"] = kept ? Json(record->s32EnabledSrc) : Json();
-  answer.layout = {cli::Line{"stream cache {cache} allows {allowed}; before: {before}"}};
+  outcome.value = {{"cache", cache.id()}};
+  outcome.value["before"] = Json(cache.allowedIds());
+  outcome.value["allowed"] = Json(ids);
+  outcome.value["enable"] = kept ? Json(record->s32EnabledSrc) : Json();
   if (!unknown.empty())
-    answer.notes.push_back("note: not among the stream sources: " + joined(unknown));
-  tellLostDefault(answer, cache, ids);
-  return answer;
+    outcome.notes.push_back("note: not among the stream sources: " + joined(unknown));
+  tellLostDefault(outcome, cache, ids);
+  return outcome;
 }
 
 }  // namespace camcfg::tool::media

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/answer.h"
+#include "base/outcome.h"
 
 namespace camcfg::tool::media {
 
@@ -13,17 +13,16 @@ namespace camcfg::tool::media {
 // library would change another one, or the source is not permitted. No lock is left held.
 
 /// Marks an allowed source with "Enable" and no other one, in place.
-cli::Answer selectSource(const std::string& cacheId, const std::string& sourceId);
+Outcome selectSource(const std::string& cacheId, const std::string& sourceId);
 
 /// Marks an allowed source with "Default" and no other one. The library saves all caches whole for
 /// this; what is lost by it is told in the answer's notes.
 /// @param rehearse  tell what would be changed and lost, and change nothing
-cli::Answer makeDefaultSource(const std::string& cacheId, const std::string& sourceId,
-                              bool rehearse);
+Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceId, bool rehearse);
 
 /// Replaces the sources that a cache allows. The one that was marked "Enable", or else the one that
 /// the loader took, is marked "Enable" if it is still allowed; no one is marked "Default" any more.
-cli::Answer allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds);
+Outcome allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds);
 
 }  // namespace camcfg::tool::media
 
