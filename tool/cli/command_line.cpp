@@ -220,8 +220,10 @@ class Parser {
     invocation.json = app_.count(kJson) != 0;
     invocation.verbose = app_.count(kVerbose) != 0;
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
-      for (const Option& option : commands_.at(named)->options)
+      for (const Option& option : commands_.at(named)->options) {
+        invocation.arguments.declare(option.name);
         if (named->count(option.name) != 0) give(invocation, option, textsOf(*named, option.name));
+      }
   }
 
   // What was chosen among the words that an option takes.

@@ -30,7 +30,12 @@ bool isRequired(const Option& option) {
 // Reads a command line word by word, as far as it goes.
 class Reading {
  public:
-  explicit Reading(const std::vector<CommandGroup>& groups) : groups_(groups) {}
+  // Words are found alike for several commands: a finder may ask for what any of them takes.
+  explicit Reading(const std::vector<CommandGroup>& groups) : groups_(groups) {
+    for (const CommandGroup& group : groups)
+      for (const Command& command : group.commands)
+        for (const Option& option : command.options) before_.declare(option.name);
+  }
 
   void take(const std::string& word) {
     if (!awaited_.empty())
@@ -102,6 +107,7 @@ class Reading {
   }
 
   void give(const std::string& name, const std::string& word) {
+    before_.declare(name);
     std::vector<std::string> texts = before_.texts(name);
     texts.push_back(word);
     before_.add(name, texts);
@@ -144,6 +150,7 @@ class Reading {
 
   void addOptions(CompletionPlace& place) const {
     const auto offer = [&](const char* name, const char* help) {
+      place.before.declare(name);
       if (!place.before.given(name)) place.fixed.push_back({name, help});
     };
     for (const Option* option : options_) offer(option->name, option->help);

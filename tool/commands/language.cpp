@@ -5,6 +5,7 @@
 #include "base/refusal.h"
 #include "base/spelling.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "device/language.h"
 
 namespace camcfg::tool::commands {
@@ -22,8 +23,8 @@ bool findText(const std::string& language, const std::string& key, std::string& 
 }
 
 cli::Answer lang(const cli::Arguments& arguments) {
-  const std::string language = arguments.text("LANGUAGE");
-  const std::string key = arguments.text("KEY");
+  const std::string language = arguments.text(kLanguage);
+  const std::string key = arguments.text(kKey);
   const device::Document texts = device::requireTexts(language);
   std::string text;
   if (!findText(language, key, text))
@@ -42,8 +43,8 @@ cli::CommandGroup languageGroup() {
   return {"Texts",
           {{"lang",
             "Print a translated text",
-            {{cli::Option::Argument, "LANGUAGE", "Name of a language file, without .xml"},
-             {cli::Option::Argument, "KEY", "Key of the text"}},
+            {{cli::Option::Argument, kLanguage, "Name of a language file, without .xml"},
+             {cli::Option::Argument, kKey, "Key of the text"}},
             lang}}};
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/refusal.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "device/file_set.h"
 #include "lint/subject.h"
 
@@ -9,7 +10,6 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kRules[] = "--rules";
-constexpr char kFile[] = "FILE";
 
 Json jsonOf(const lint::Finding& finding) {
   return {{"file", finding.file},

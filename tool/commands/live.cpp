@@ -1,11 +1,10 @@
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "media/json.h"
 #include "media/media.h"
 
 namespace camcfg::tool::commands {
 namespace {
-
-constexpr char kShowSecrets[] = "--show-secrets";
 
 cli::Answer answerWith(Json sessions, std::vector<cli::Column> columns) {
   cli::Answer answer;

@@ -1,4 +1,5 @@
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "commands/words.h"
 #include "media/json.h"
 #include "media/stream_cache.h"
@@ -6,8 +7,6 @@
 
 namespace camcfg::tool::commands {
 namespace {
-
-constexpr char kDryRun[] = "--dry-run";
 
 cli::Answer sources(const cli::Arguments& /*arguments*/) {
   cli::Answer answer;
@@ -44,41 +43,42 @@ cli::Answer caches(const cli::Arguments& /*arguments*/) {
 }
 
 cli::Answer select(const cli::Arguments& arguments) {
-  return media::selectSource(arguments.text("ID"), arguments.text("SOURCE"));
+  return media::selectSource(arguments.text(kId), arguments.text(kSource));
 }
 
 cli::Answer makeDefault(const cli::Arguments& arguments) {
-  return media::makeDefaultSource(arguments.text("ID"), arguments.text("SOURCE"),
+  return media::makeDefaultSource(arguments.text(kId), arguments.text(kSource),
                                   arguments.given(kDryRun));
 }
 
 cli::Answer allow(const cli::Arguments& arguments) {
-  return media::allowSources(arguments.text("ID"), arguments.texts("SOURCE"));
+  return media::allowSources(arguments.text(kId), arguments.texts(kSource));
 }
 
-const cli::Option kSource{cli::Option::Argument, "SOURCE", "Id of a source that the cache allows",
-                          allowedSourceWords};
+const cli::Option kAllowedSource{cli::Option::Argument, kSource,
+                                 "Id of a source that the cache allows", allowedSourceWords};
 
 }  // namespace
 
 cli::CommandGroup streamGroup() {
-  return {"Streams",
-          {{"stream", "Show stream sources and caches, and change caches", {}, nullptr},
-           {"stream sources", "List the stream sources", {}, sources},
-           {"stream caches", "List the stream caches and the sources they carry", {}, caches},
-           {"stream cache",
-            "Change the sources of a stream cache",
-            {{cli::Option::Argument, "ID", "Id of the cache", cacheIdWords}},
-            nullptr},
-           {"stream cache select", "Mark a source with \"Enable\", in place", {kSource}, select},
-           {"stream cache default",
-            "Mark the source that is loaded, \"Default\"; saves all caches anew",
-            {kSource, {cli::Option::Flag, kDryRun, "Tell what would change and change nothing"}},
-            makeDefault},
-           {"stream cache allow",
-            "Replace the sources that the cache allows",
-            {{cli::Option::Arguments, "SOURCE", "Ids from 0 to 29"}},
-            allow}}};
+  return {
+      "Streams",
+      {{"stream", "Show stream sources and caches, and change caches", {}, nullptr},
+       {"stream sources", "List the stream sources", {}, sources},
+       {"stream caches", "List the stream caches and the sources they carry", {}, caches},
+       {"stream cache",
+        "Change the sources of a stream cache",
+        {{cli::Option::Argument, kId, "Id of the cache", cacheIdWords}},
+        nullptr},
+       {"stream cache select", "Mark a source with \"Enable\", in place", {kAllowedSource}, select},
+       {"stream cache default",
+        "Mark the source that is loaded, \"Default\"; saves all caches anew",
+        {kAllowedSource, {cli::Option::Flag, kDryRun, "Tell what would change and change nothing"}},
+        makeDefault},
+       {"stream cache allow",
+        "Replace the sources that the cache allows",
+        {{cli::Option::Arguments, kSource, "Ids from 0 to 29"}},
+        allow}}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -12,7 +12,8 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr int kUnset = std::numeric_limits<int>::min();
-constexpr char kSection[] = "System";
+constexpr char kPort[] = "PORT";
+constexpr char kSystem[] = "System";
 
 struct Port {
   const char* command;
@@ -91,7 +92,7 @@ cli::Answer system(const cli::Arguments& /*arguments*/) {
 cli::Answer showPort(const Port& port) {
   device::requireDocument(CFG_FILE_BUSINESS);
   const Json number = portOrNull(port);
-  const std::string path = std::string(kSection) + "/" + port.parameter;
+  const std::string path = std::string(kSystem) + "/" + port.parameter;
   if (number.is_null()) throw Refusal(path + ": no port is set there");
   cli::Answer answer;
   answer.value = {{"port", port.name}, {"parameter", path}, {"value", number}};
@@ -102,11 +103,11 @@ cli::Answer showPort(const Port& port) {
 cli::Command commandFor(const Port& port) {
   return {port.command,
           port.help,
-          {{cli::Option::OptionalArgument, "PORT", "The new port; without it the port is shown"}},
+          {{cli::Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
           [&port](const cli::Arguments& arguments) {
-            return arguments.given("PORT") ? parameters::setParameter(kSection, port.parameter,
-                                                                      arguments.text("PORT"), false)
-                                           : showPort(port);
+            return arguments.given(kPort) ? parameters::setParameter(kSystem, port.parameter,
+                                                                     arguments.text(kPort), false)
+                                          : showPort(port);
           }};
 }
 

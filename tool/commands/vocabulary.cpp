@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "commands/options.h"
 #include "commands/words.h"
 #include "document/exchange.h"
 
@@ -21,10 +22,10 @@ struct Meaning {
 };
 
 constexpr Meaning kMeanings[] = {
-    {"SECTION", sectionWords},   {"NAME", parameterWords},  {"VALUE", valueWords},
-    {"CARD", cardWords},         {"FIELD", cardFieldWords}, {"PRESET", presetWords},
-    {"KIND", mediaKindWords},    {"ID", mediaIdWords},      {"SOURCE", sourceIdWords},
-    {"LANGUAGE", languageWords}, {"KEY", textKeyWords},     {"--section", wholeSectionWords}};
+    {kSection, sectionWords},   {kName, parameterWords},  {kValue, valueWords},
+    {kCard, cardWords},         {kField, cardFieldWords}, {kPreset, presetWords},
+    {kKind, mediaKindWords},    {kId, mediaIdWords},      {kSource, sourceIdWords},
+    {kLanguage, languageWords}, {kKey, textKeyWords},     {kSectionOption, wholeSectionWords}};
 
 }  // namespace
 

@@ -1,4 +1,5 @@
 #include "commands/words.h"
+#include "commands/options.h"
 
 #include <algorithm>
 
@@ -98,7 +99,7 @@ Candidates parameterWords(const cli::Arguments& before) {
   const parameters::Parameters parameters;
   Candidates candidates;
   for (const parameters::Parameter& parameter :
-       before.given("SECTION") ? parameters.in(before.text("SECTION")) : parameters.all()) {
+       before.given(kSection) ? parameters.in(before.text(kSection)) : parameters.all()) {
     const char* current = parameter.text("Cur");
     candidates.push_back({parameter.name, current == nullptr ? "" : current});
   }
@@ -106,10 +107,10 @@ Candidates parameterWords(const cli::Arguments& before) {
 }
 
 Candidates valueWords(const cli::Arguments& before) {
-  if (before.given("FIELD")) return fieldValues(before.text("FIELD"));
-  if (!before.given("SECTION") || !before.given("NAME")) return {};
+  if (before.given(kField)) return fieldValues(before.text(kField));
+  if (!before.given(kSection) || !before.given(kName)) return {};
   return parameterValues(
-      parameters::Parameters().require(before.text("SECTION"), before.text("NAME")));
+      parameters::Parameters().require(before.text(kSection), before.text(kName)));
 }
 
 Candidates cardWords(const cli::Arguments& /*before*/) {
@@ -161,7 +162,7 @@ Candidates cacheIdWords(const cli::Arguments& /*before*/) {
 
 Candidates allowedSourceWords(const cli::Arguments& before) {
   Candidates candidates = sourceIdWords(before);
-  const auto id = decimal(before.text("ID"));
+  const auto id = decimal(before.text(kId));
   for (const media::CacheEntry& cache : media::readCaches()) {
     if (cache.id() != id) continue;
     const auto isForbidden = [&](const cli::Candidate& source) {
@@ -181,7 +182,7 @@ Candidates mediaKindWords(const cli::Arguments& /*before*/) {
 
 Candidates mediaIdWords(const cli::Arguments& before) {
   for (const MediaKind& kind : kMediaKinds)
-    if (before.text("KIND") == kind.name) return kind.ids(before);
+    if (before.text(kKind) == kind.name) return kind.ids(before);
   return {};
 }
 
@@ -190,7 +191,7 @@ Candidates languageWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates textKeyWords(const cli::Arguments& before) {
-  return plain(device::keysOf(*device::requireTexts(before.text("LANGUAGE"))));
+  return plain(device::keysOf(*device::requireTexts(before.text(kLanguage))));
 }
 
 }  // namespace camcfg::tool::commands
