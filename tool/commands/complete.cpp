@@ -1,8 +1,8 @@
 #include <cstdlib>
-#include <exception>
 
 #include "base/printable.h"
 #include "base/refusal.h"
+#include "base/text.h"
 #include "cli/completion.h"
 #include "cli/shell_line.h"
 #include "commands/groups.h"
@@ -25,7 +25,7 @@ const char* wordFor(cli::CompletionPlace::Kind kind) {
 // The shell has not yet put in the user's own directory.
 std::string expanded(const std::string& directory) {
   const char* home = getenv("HOME");
-  const bool isAtHome = home != nullptr && directory.compare(0, 2, kHome) == 0;
+  const bool isAtHome = home != nullptr && beginsWith(directory, kHome);
   return isAtHome ? home + directory.substr(1) : directory;
 }
 
@@ -40,16 +40,9 @@ std::vector<cli::Candidate> candidatesAt(const cli::CompletionPlace& place) {
 }
 
 cli::Answer answerWith(cli::CompletionPlace::Kind kind, const std::vector<std::string>& words) {
-  cli::Answer answer;
-  answer.value = {{"complete", wordFor(kind)}, {"words", words}};
   std::string lines = std::string(wordFor(kind)) + "\n";
   for (const std::string& word : words) lines += word + "\n";
-  answer.layout = {cli::Verbatim{lines}};
-  return answer;
-}
-
-bool beginsWith(const std::string& text, const std::string& beginning) {
-  return text.compare(0, beginning.size(), beginning) == 0;
+  return {Json{{"complete", wordFor(kind)}, {"words", words}}, {cli::Verbatim{lines}}};
 }
 
 // bash puts each word in as it is told it: quoted, and without what stays on the line.

@@ -1,7 +1,7 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "commands/vocabulary.h"
+#include "commands/words.h"
 #include "media/wiring_picture.h"
 
 namespace camcfg::tool::commands {

@@ -30,11 +30,7 @@ cli::Answer lang(const cli::Arguments& arguments) {
   if (!findText(language, key, text))
     throw Refusal(language + " has no text '" + key + "'" +
                   didYouMean(key, device::keysOf(*texts)));
-
-  cli::Answer answer;
-  answer.value = {{"language", language}, {"key", key}, {"text", text}};
-  answer.layout = {cli::Line{"{text}"}};
-  return answer;
+  return {Json{{"language", language}, {"key", key}, {"text", text}}, {cli::Line{"{text}"}}};
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "commands/vocabulary.h"
+#include "commands/words.h"
 #include "network/change.h"
 #include "network/field.h"
 

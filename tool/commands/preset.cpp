@@ -8,7 +8,6 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "commands/vocabulary.h"
 #include "commands/words.h"
 #include "presets/change.h"
 #include "presets/import.h"

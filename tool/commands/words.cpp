@@ -2,9 +2,12 @@
 #include "commands/options.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 #include "base/decimal.h"
 #include "device/language.h"
+#include "document/exchange.h"
 #include "media/stream_cache.h"
 #include "network/field.h"
 #include "network/network.h"
@@ -14,14 +17,20 @@
 namespace camcfg::tool::commands {
 namespace {
 
-Candidates plain(const std::vector<std::string>& words) {
+template <typename Range, typename Make>
+Candidates forEach(const Range& range, Make make) {
   Candidates candidates;
-  for (const std::string& word : words) candidates.push_back({word});
+  for (const auto& element : range) candidates.push_back(make(element));
   return candidates;
 }
 
-Candidates fieldValues(const std::string& name) {
-  return plain(network::requireNetworkField(name).words);
+template <typename Range>
+Candidates plain(const Range& words) {
+  return forEach(words, [](const auto& word) { return cli::Candidate{word}; });
+}
+
+cli::Candidate named(std::int32_t id, const std::string& name) {
+  return {std::to_string(id), name};
 }
 
 // The texts of "OptTxt", which stand there with commas between them.
@@ -37,59 +46,77 @@ Candidates parameterValues(const parameters::Parameter& parameter) {
   return candidates;
 }
 
-cli::Candidate named(std::int32_t id, const std::string& name) {
-  return {std::to_string(id), name};
-}
-
-Candidates websocketIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& session : media::loadWebsocketSessions())
-    candidates.push_back(named(session.s32Id, session.strName));
-  return candidates;
-}
-
-Candidates rtspNames(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const media::RtspSession& session : media::loadRtspSessions())
-    candidates.push_back({session->strName});
-  return candidates;
-}
-
-// Without its address, which may hold a password.
-Candidates rtmpIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& target : media::loadRtmpTargets())
-    candidates.push_back({std::to_string(target.s32Id)});
-  return candidates;
-}
-
-Candidates ndiIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& instance : media::loadNdiInstances())
-    candidates.push_back(named(instance.s32Id, instance.strMainStreamName));
-  return candidates;
-}
-
-Candidates srtIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& instance : media::loadSrtInstances())
-    candidates.push_back(named(instance.s32Id, instance.strHostname));
-  return candidates;
-}
-
 struct MediaKind {
   const char* name;
   Candidates (*ids)(const cli::Arguments& before);
 };
-constexpr MediaKind kMediaKinds[] = {{"source", sourceIdWords},
-                                     {"cache", cacheIdWords},
-                                     {"websocket", websocketIds},
-                                     {"rtsp", rtspNames},
-                                     {"rtmp", rtmpIds},
-                                     {"ndi", ndiIds},
-                                     {"srt", srtIds}};
+constexpr MediaKind kMediaKinds[] = {
+    {"source", sourceIdWords},
+    {"cache", cacheIdWords},
+    {"websocket",
+     [](const cli::Arguments&) {
+       return forEach(media::loadWebsocketSessions(),
+                      [](const auto& session) { return named(session.s32Id, session.strName); });
+     }},
+    {"rtsp",
+     [](const cli::Arguments&) {
+       return forEach(media::loadRtspSessions(),
+                      [](const auto& session) { return cli::Candidate{session->strName}; });
+     }},
+    // Without its address, which may hold a password.
+    {"rtmp",
+     [](const cli::Arguments&) {
+       return forEach(media::loadRtmpTargets(),
+                      [](const auto& target) { return named(target.s32Id, ""); });
+     }},
+    {"ndi",
+     [](const cli::Arguments&) {
+       return forEach(media::loadNdiInstances(), [](const auto& instance) {
+         return named(instance.s32Id, instance.strMainStreamName);
+       });
+     }},
+    {"srt", [](const cli::Arguments&) {
+       return forEach(media::loadSrtInstances(), [](const auto& instance) {
+         return named(instance.s32Id, instance.strHostname);
+       });
+     }}};
+
+// Sections of parameters, and what is exported by itself.
+Candidates wholeSectionWords(const cli::Arguments& before) {
+  Candidates candidates = sectionWords(before);
+  for (const std::string& name : document::exportNames()) candidates.push_back({name});
+  return candidates;
+}
+
+struct Meaning {
+  const char* name;  ///< of an argument
+  Candidates (*words)(const cli::Arguments& before);
+};
+constexpr Meaning kMeanings[] = {
+    {kSection, sectionWords},   {kName, parameterWords},  {kValue, valueWords},
+    {kCard, cardWords},         {kField, cardFieldWords}, {kPreset, presetWords},
+    {kKind, mediaKindWords},    {kId, mediaIdWords},      {kSource, sourceIdWords},
+    {kLanguage, languageWords}, {kKey, textKeyWords},     {kSectionOption, wholeSectionWords}};
 
 }  // namespace
+
+void addWords(std::vector<cli::CommandGroup>& groups) {
+  for (cli::CommandGroup& group : groups)
+    for (cli::Command& command : group.commands)
+      for (cli::Option& option : command.options)
+        for (const Meaning& meaning : kMeanings)
+          if (!option.words && option.kind != cli::Option::Flag &&
+              std::strcmp(option.name, meaning.name) == 0)
+            option.words = meaning.words;
+}
+
+Candidates anyWord(const cli::Arguments& /*before*/) {
+  return {};
+}
+
+cli::WordFinder oneOf(std::vector<const char*> words) {
+  return [words = std::move(words)](const cli::Arguments& /*before*/) { return plain(words); };
+}
 
 Candidates sectionWords(const cli::Arguments& /*before*/) {
   return plain(parameters::Parameters().sections());
@@ -107,7 +134,7 @@ Candidates parameterWords(const cli::Arguments& before) {
 }
 
 Candidates valueWords(const cli::Arguments& before) {
-  if (before.given(kField)) return fieldValues(before.text(kField));
+  if (before.given(kField)) return plain(network::requireNetworkField(before.text(kField)).words);
   if (!before.given(kSection) || !before.given(kName)) return {};
   return parameterValues(
       parameters::Parameters().require(before.text(kSection), before.text(kName)));
@@ -124,10 +151,8 @@ Candidates cardWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates cardFieldWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const network::NetworkField& field : network::networkFields())
-    candidates.push_back({field.name});
-  return candidates;
+  return forEach(network::networkFields(),
+                 [](const auto& field) { return cli::Candidate{field.name}; });
 }
 
 Candidates presetWords(const cli::Arguments& before) {
@@ -147,17 +172,13 @@ Candidates presetIdWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates sourceIdWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const media::StreamSource& source : media::loadStreamSources())
-    candidates.push_back(named(source->s32Id, source->strName));
-  return candidates;
+  return forEach(media::loadStreamSources(),
+                 [](const auto& source) { return named(source->s32Id, source->strName); });
 }
 
 Candidates cacheIdWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const media::CacheEntry& cache : media::readCaches())
-    candidates.push_back(named(cache.id(), cache.record->strName));
-  return candidates;
+  return forEach(media::readCaches(),
+                 [](const auto& cache) { return named(cache.id(), cache.record->strName); });
 }
 
 Candidates allowedSourceWords(const cli::Arguments& before) {
@@ -175,9 +196,7 @@ Candidates allowedSourceWords(const cli::Arguments& before) {
 }
 
 Candidates mediaKindWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const MediaKind& kind : kMediaKinds) candidates.push_back({kind.name});
-  return candidates;
+  return forEach(kMediaKinds, [](const MediaKind& kind) { return cli::Candidate{kind.name}; });
 }
 
 Candidates mediaIdWords(const cli::Arguments& before) {
