@@ -29,10 +29,6 @@ Candidates plain(const Range& words) {
   return forEach(words, [](const auto& word) { return cli::Candidate{word}; });
 }
 
-cli::Candidate named(std::int32_t id, const std::string& name) {
-  return {std::to_string(id), name};
-}
-
 // The texts of "OptTxt", which stand there with commas between them.
 Candidates parameterValues(const parameters::Parameter& parameter) {
   Candidates candidates;
@@ -46,40 +42,15 @@ Candidates parameterValues(const parameters::Parameter& parameter) {
   return candidates;
 }
 
-struct MediaKind {
-  const char* name;
-  Candidates (*ids)(const cli::Arguments& before);
-};
-constexpr MediaKind kMediaKinds[] = {
-    {"source", sourceIdWords},
-    {"cache", cacheIdWords},
-    {"websocket",
-     [](const cli::Arguments&) {
-       return forEach(media::loadWebsocketSessions(),
-                      [](const auto& session) { return named(session.s32Id, session.strName); });
-     }},
-    {"rtsp",
-     [](const cli::Arguments&) {
-       return forEach(media::loadRtspSessions(),
-                      [](const auto& session) { return cli::Candidate{session->strName}; });
-     }},
-    // Without its address, which may hold a password.
-    {"rtmp",
-     [](const cli::Arguments&) {
-       return forEach(media::loadRtmpTargets(),
-                      [](const auto& target) { return named(target.s32Id, ""); });
-     }},
-    {"ndi",
-     [](const cli::Arguments&) {
-       return forEach(media::loadNdiInstances(), [](const auto& instance) {
-         return named(instance.s32Id, instance.strMainStreamName);
-       });
-     }},
-    {"srt", [](const cli::Arguments&) {
-       return forEach(media::loadSrtInstances(), [](const auto& instance) {
-         return named(instance.s32Id, instance.strHostname);
-       });
-     }}};
+// The keys of a section's entries, each with what says which one it is.
+Candidates entryWords(const settings::Table& table) {
+  return forEach(media::loadEntries(table), [&](const Json& entry) {
+    const Json& key = entry.at(table.key);
+    const Json label = table.label == nullptr ? Json() : entry.at(table.label);
+    return cli::Candidate{key.is_string() ? key.text() : key.dump(),
+                          label.is_string() ? label.text() : std::string()};
+  });
+}
 
 // Sections of parameters, and what is exported by itself.
 Candidates wholeSectionWords(const cli::Arguments& before) {
@@ -172,13 +143,11 @@ Candidates presetIdWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates sourceIdWords(const cli::Arguments& /*before*/) {
-  return forEach(media::loadStreamSources(),
-                 [](const auto& source) { return named(source->s32Id, source->strName); });
+  return entryWords(settings::streamSources());
 }
 
 Candidates cacheIdWords(const cli::Arguments& /*before*/) {
-  return forEach(media::readCaches(),
-                 [](const auto& cache) { return named(cache.id(), cache.record->strName); });
+  return entryWords(settings::streamCaches());
 }
 
 Candidates allowedSourceWords(const cli::Arguments& before) {
@@ -196,12 +165,13 @@ Candidates allowedSourceWords(const cli::Arguments& before) {
 }
 
 Candidates mediaKindWords(const cli::Arguments& /*before*/) {
-  return forEach(kMediaKinds, [](const MediaKind& kind) { return cli::Candidate{kind.name}; });
+  return forEach(settings::mediaTables(),
+                 [](const settings::Table* table) { return cli::Candidate{table->word}; });
 }
 
 Candidates mediaIdWords(const cli::Arguments& before) {
-  for (const MediaKind& kind : kMediaKinds)
-    if (before.text(kKind) == kind.name) return kind.ids(before);
+  for (const settings::Table* table : settings::mediaTables())
+    if (before.text(kKind) == table->word) return entryWords(*table);
   return {};
 }
 

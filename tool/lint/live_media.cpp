@@ -5,11 +5,12 @@
 #include <set>
 
 #include "lint/entry_ids.h"
-#include "lint/live_forms.h"
+#include "lint/media_form.h"
 #include "lint/stream.h"
 #include "lint/subject.h"
 #include "lint/values.h"
 #include "network/check.h"
+#include "settings/elements.h"
 
 namespace camcfg::tool::lint {
 
@@ -116,19 +117,19 @@ void checkRtsp(const XMLElement& section, const Ids& caches, Findings& findings)
 }
 
 // Entries with one channel of each type.
-void checkTyped(const Elements& entries, const std::vector<const char*>& types, const Ids& caches,
+void checkTyped(const Elements& entries, const settings::Table& table, const Ids& caches,
                 Findings& findings) {
   checkEqualIds(entries, "this entry", findings);
   for (const XMLElement* entry : entries) {
     const Elements channels = entriesOf(*entry, "Channel");
     const std::string label = labelOf(*entry, "Id");
-    checkTypes(channels, label, types, findings);
+    checkTypes(channels, label, channelTypesOf(table), findings);
     checkChannels(channels, label, caches, findings);
   }
 }
 
 void checkRtmp(const XMLElement& section, const Ids& caches, Findings& findings) {
-  checkTyped(entriesOf(section, "Target"), {"Video", "Audio"}, caches, findings);
+  checkTyped(entriesOf(section, "Target"), settings::rtmp(), caches, findings);
 }
 
 bool isMulticast(const std::string& text) {
@@ -157,7 +158,7 @@ void checkMulticast(const XMLElement& instance, Findings& findings) {
 
 void checkNdi(const XMLElement& section, const Ids& caches, Findings& findings) {
   const Elements instances = entriesOf(section, "Instance");
-  checkTyped(instances, {"MainVideo", "SubVideo", "Audio"}, caches, findings);
+  checkTyped(instances, settings::ndi(), caches, findings);
   for (const XMLElement* instance : instances)
     if (isWord(textOf(*instance, "MulticastEnable"), "true")) checkMulticast(*instance, findings);
 }
@@ -199,24 +200,24 @@ void checkSrt(const XMLElement& section, const Ids& caches, Findings& findings) 
 }
 
 struct Service {
-  const SectionForm& (*form)();
+  const settings::Table& table;
   void (*check)(const XMLElement& section, const Ids& caches, Findings& findings);
 };
 
-constexpr Service kServices[] = {{websocketForm, checkWebsocket},
-                                 {rtspForm, checkRtsp},
-                                 {rtmpForm, checkRtmp},
-                                 {ndiForm, checkNdi},
-                                 {srtForm, checkSrt}};
+const Service kServices[] = {{settings::websocket(), checkWebsocket},
+                             {settings::rtsp(), checkRtsp},
+                             {settings::rtmp(), checkRtmp},
+                             {settings::ndi(), checkNdi},
+                             {settings::srt(), checkSrt}};
 
 void check(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
   Ids caches;
   for (const XMLElement* cache : cachesIn(document)) caches.insert(cache->IntAttribute("Id", -1));
   for (const Service& service : kServices) {
-    const XMLElement* section = sectionOf(document, service.form());
+    const XMLElement* section = sectionOf(document, service.table);
     if (section == nullptr) continue;
-    checkSection(*section, service.form(), findings);
+    checkSection(*section, service.table, findings);
     service.check(*section, caches, findings);
   }
 }
