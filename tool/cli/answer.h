@@ -74,6 +74,9 @@ struct Answer : Outcome {  // NOLINT(bugprone-exception-escape): moving a Json t
   Answer() = default;
   explicit Answer(Outcome outcome, std::vector<Block> blocks = {})
       : Outcome(std::move(outcome)), layout(std::move(blocks)) {}
+  Answer(Json answer, std::vector<Block> blocks) : layout(std::move(blocks)) {
+    value = std::move(answer);
+  }
 
   std::vector<Block> layout;  ///< what is shown of the value as text, block by block
   HostProgram through;        ///< turns the text into what is shown

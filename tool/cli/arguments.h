@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -11,42 +12,47 @@
 
 namespace camcfg::tool::cli {
 
-/// What was given to a command, by the names in its options.
+/// What was given to a command, by the names in its options and in those of the commands above it.
+/// Asking for a name that is in none of them throws std::logic_error: it can only be a mistake.
 class Arguments {
  public:
+  /// Makes a name known; nothing is given for it yet.
+  void declare(const std::string& name) { known_[name]; }
+
   void add(const std::string& name, std::vector<std::string> texts) {
-    texts_[name] = std::move(texts);
+    known_[name].texts = std::move(texts);
   }
   void add(const std::string& name, std::unique_ptr<HostDirectory> directory) {
-    directories_[name] = std::move(directory);
+    known_[name].directory = std::move(directory);
   }
   void add(const std::string& name, std::vector<HostFile> files) {
-    files_[name] = std::move(files);
+    known_[name].files = std::move(files);
   }
 
-  bool given(const std::string& name) const { return texts_.count(name) != 0; }
+  bool given(const std::string& name) const { return !texts(name).empty(); }
   /// The text given, or what was in the file given; empty if none was.
   std::string text(const std::string& name) const { return given(name) ? texts(name).front() : ""; }
   /// All texts given.
-  std::vector<std::string> texts(const std::string& name) const {
-    const auto found = texts_.find(name);
-    return found == texts_.end() ? std::vector<std::string>() : found->second;
-  }
+  const std::vector<std::string>& texts(const std::string& name) const { return at(name).texts; }
   /// The directory given, opened before the device's root was entered; null if none was.
-  HostDirectory* directory(const std::string& name) const {
-    const auto found = directories_.find(name);
-    return found == directories_.end() ? nullptr : found->second.get();
-  }
+  HostDirectory* directory(const std::string& name) const { return at(name).directory.get(); }
   /// All files given that are read whole.
-  std::vector<HostFile> files(const std::string& name) const {
-    const auto found = files_.find(name);
-    return found == files_.end() ? std::vector<HostFile>() : found->second;
-  }
+  const std::vector<HostFile>& files(const std::string& name) const { return at(name).files; }
 
  private:
-  std::map<std::string, std::vector<std::string>> texts_;
-  std::map<std::string, std::unique_ptr<HostDirectory>> directories_;
-  std::map<std::string, std::vector<HostFile>> files_;
+  struct Given {
+    std::vector<std::string> texts;
+    std::unique_ptr<HostDirectory> directory;
+    std::vector<HostFile> files;
+  };
+
+  const Given& at(const std::string& name) const {
+    const auto found = known_.find(name);
+    if (found == known_.end()) throw std::logic_error("no argument is named " + name);
+    return found->second;
+  }
+
+  std::map<std::string, Given> known_;
 };
 
 }  // namespace camcfg::tool::cli

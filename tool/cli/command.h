@@ -39,6 +39,16 @@ struct Option {
   const char* help;
   WordFinder
       words{};  ///< completes what stands there; none: the words that go by the option's name
+
+  bool isNamed() const { return name[0] == '-'; }
+  bool isRequired() const { return kind == Argument || kind == Arguments || kind == HostFile; }
+  bool takesMany() const {
+    return kind == Arguments || kind == OptionalArguments || kind == HostFiles;
+  }
+  /// What help texts call the value of a named option; null if it takes none.
+  const char* value() const {
+    return kind == Value ? "VALUE" : kind == HostDirectory ? "DIR" : nullptr;
+  }
 };
 
 /// One command of the tool. Help, parsing and dispatch are made from these records. A command below
@@ -52,6 +62,14 @@ struct Command {
   /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
   Status whenRefused = Status::Refused;
   bool hidden = false;  ///< for programs: neither in help nor completed
+
+  /// The last word of the name: "select" of "stream cache select".
+  std::string word() const { return name + (above().empty() ? 0 : above().size() + 1); }
+  /// The name of the command that this one is below: "stream cache"; empty if it is below none.
+  std::string above() const {
+    const std::size_t space = std::string(name).rfind(' ');
+    return space == std::string::npos ? "" : std::string(name, space);
+  }
 };
 
 /// Commands that stand under one heading in the help text.
@@ -59,6 +77,22 @@ struct CommandGroup {
   const char* title;
   std::vector<Command> commands;
 };
+
+/// The commands of all groups, in their order.
+inline std::vector<const Command*> commandsIn(const std::vector<CommandGroup>& groups) {
+  std::vector<const Command*> all;
+  for (const CommandGroup& group : groups)
+    for (const Command& command : group.commands) all.push_back(&command);
+  return all;
+}
+
+/// The command of this whole name; null if there is none.
+inline const Command* findCommand(const std::vector<CommandGroup>& groups,
+                                  const std::string& name) {
+  for (const Command* command : commandsIn(groups))
+    if (name == command->name) return command;
+  return nullptr;
+}
 
 }  // namespace camcfg::tool::cli
 

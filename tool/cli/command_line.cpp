@@ -11,18 +11,27 @@
 
 #include "base/refusal.h"
 #include "base/spelling.h"
+#include "base/text.h"
 #include "cli/global_options.h"
+#include "cli/topic.h"
 
 namespace camcfg::tool::cli {
 namespace {
 
-constexpr char kVersion[] = "camcfg " CAMCFG_VERSION;
-
+constexpr char kVersionText[] = "camcfg " CAMCFG_VERSION;
 constexpr char kCommandFooter[] = "'camcfg --help' lists the options that every command takes.";
-constexpr char kFooter[] =
-    "Answers go to standard output, everything else to standard error.\n"
-    "Exit status: 0 done, 1 refused or not found, 2 usage, 3 the device's files are unusable.\n"
+constexpr char kFooterBegin[] =
+    "Answers go to standard output, everything else to standard error.\nExit status:\n";
+constexpr char kFooterEnd[] =
     "'camcfg help COMMAND' tells what a command takes, 'camcfg help' lists further topics.";
+
+// The list at the beginning of the topic.
+std::string exitStatuses() {
+  for (const Topic& topic : allTopics())
+    if (std::strcmp(topic.name, "exit-status") == 0)
+      return std::string(topic.text, std::strstr(topic.text, "\n\n") + 1);
+  return "";
+}
 
 HostFile read(const std::string& path) {
   const Descriptor file(path == "-" ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -37,25 +46,12 @@ std::string contentsOf(const std::string& path) {
   return std::move(file.contents);
 }
 
-bool takesMany(Option::Kind kind) {
-  return kind == Option::Arguments || kind == Option::OptionalArguments ||
-         kind == Option::HostFiles;
-}
-
-std::vector<HostFile> readEach(const std::vector<std::string>& paths) {
-  std::vector<HostFile> files(paths.size());
-  std::transform(paths.begin(), paths.end(), files.begin(), read);
-  return files;
-}
-
 // The parser's tree of commands, made from the records.
 class Parser {
  public:
   explicit Parser(const std::vector<CommandGroup>& groups) {
     app_.name("camcfg");
-    app_.footer(kFooter);
-    app_.set_help_flag(kHelpOption.names(), kHelpOption.help);
-    app_.set_version_flag(kVersionOption.names(), kVersion, kVersionOption.help);
+    app_.footer(kFooterBegin + exitStatuses() + kFooterEnd);
     for (const GlobalOption& option : globalOptions()) add(option);
     app_.get_formatter()->column_width(30);
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
@@ -67,7 +63,7 @@ class Parser {
   }
 
   std::string help(const std::string& command) const {
-    return command.empty() ? help(app_) : help(*apps_.at(command));
+    return help(command.empty() ? app_ : *apps_.at(command));
   }
 
   Invocation parse(int argc, const char* const* argv) {
@@ -78,7 +74,7 @@ class Parser {
       invocation.text = help(selected());
       return invocation;
     } catch (const CLI::CallForVersion&) {
-      invocation.text = std::string(kVersion) + "\n";
+      invocation.text = std::string(kVersionText) + "\n";
       return invocation;
     } catch (const CLI::ParseError& error) {
       refuseUnknownWords();
@@ -90,60 +86,47 @@ class Parser {
   }
 
  private:
-  static void addFlag(CLI::App& app, const std::string& name, const char* const help) {
-    app.add_flag(name, help)->disable_flag_override();
-  }
-
-  void add(const GlobalOption& option) {
-    if (option.value == nullptr)
-      addFlag(app_, option.names(), option.help);
-    else
-      app_.add_option(option.names(), CLI::callback_t(), option.help)->type_name(option.value);
-  }
-
   static void prepare(CLI::App& app) {
     app.require_subcommand(0, 1);
     app.allow_extras();
     app.fallthrough();
   }
 
+  void add(const GlobalOption& option) {
+    if (option.name == kHelp)
+      app_.set_help_flag(option.names(), option.help);
+    else if (option.name == kVersion)
+      app_.set_version_flag(option.names(), kVersionText, option.help);
+    else
+      add(app_, option.names(), option.help, option.value);
+  }
+
   void add(const Command& command, const char* group) {
-    const std::string name = command.name;
-    const std::size_t space = name.rfind(' ');
-    const bool below = space != std::string::npos;
-    CLI::App& parent = below ? *apps_.at(name.substr(0, space)) : app_;
-    CLI::App* app = parent.add_subcommand(below ? name.substr(space + 1) : name, command.help);
-    app->group(command.hidden ? "" : below ? "Commands" : group);
+    CLI::App& parent = command.above().empty() ? app_ : *apps_.at(command.above());
+    CLI::App* app = parent.add_subcommand(command.word(), command.help);
+    app->group(command.hidden ? "" : &parent == &app_ ? group : "Commands");
     app->footer(kCommandFooter);
     prepare(*app);
     for (const Option& option : command.options) add(*app, option);
-    apps_[name] = app;
+    apps_[command.name] = app;
     commands_[app] = &command;
   }
 
   static void add(CLI::App& app, const Option& option) {
-    if (option.kind == Option::Flag) {
-      addFlag(app, option.name, option.help);
-      return;
-    }
+    if (option.isNamed()) return add(app, option.name, option.help, option.value());
     CLI::Option* added = app.add_option(option.name, CLI::callback_t(), option.help);
-    if (takesMany(option.kind))
+    if (option.takesMany())
       added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
-    switch (option.kind) {
-      case Option::Arguments:
-      case Option::Argument:
-      case Option::HostFile:
-        added->required();
-        break;
-      case Option::Value:
-        added->type_name("VALUE");
-        break;
-      case Option::HostDirectory:
-        added->type_name("DIR");
-        break;
-      default:
-        break;
-    }
+    added->required(option.isRequired());
+  }
+
+  // An option with its value, or a flag if it takes none.
+  static void add(CLI::App& app, const std::string& names, const std::string& help,
+                  const char* value) {
+    if (value == nullptr)
+      app.add_flag(names, help)->disable_flag_override();
+    else
+      app.add_option(names, CLI::callback_t(), help)->type_name(value);
   }
 
   // The command that was named, or the tool itself.
@@ -153,34 +136,25 @@ class Parser {
     return *app;
   }
 
-  static std::string path(const CLI::App& app) {
-    if (app.get_parent() == nullptr) return "";
-    const std::string above = path(*app.get_parent());
-    return above.empty() ? app.get_name() : above + " " + app.get_name();
-  }
-
-  // The same with what each of the commands requires, as it has to be typed.
+  // A command with what those above it require, as it has to be typed.
   static std::string usage(const CLI::App& app) {
     if (app.get_parent() == nullptr) return app.get_name();
-    std::string words = usage(*app.get_parent()) + " " + app.get_name();
-    for (const CLI::Option* option : app.get_options())
+    std::string words = usage(*app.get_parent());
+    for (const CLI::Option* option : app.get_parent()->get_options())
       if (option->get_positional() && option->get_required()) words += " " + option->get_name(true);
-    return words;
+    return words + " " + app.get_name();
   }
 
   static std::string help(const CLI::App& app) {
-    return app.get_formatter()->make_help(&app,
-                                          app.get_parent() == nullptr
-                                              ? app.get_name()
-                                              : usage(*app.get_parent()) + " " + app.get_name(),
-                                          CLI::AppFormatMode::Normal);
+    return app.get_formatter()->make_help(&app, usage(app), CLI::AppFormatMode::Normal);
   }
 
   [[noreturn]] void refuse(const std::string& text, const std::string& suggestion = "") const {
-    const std::string command = path(selected());
-    const std::string help = command.empty() ? "camcfg --help" : "camcfg " + command + " --help";
+    const auto found = commands_.find(&selected());
+    const std::string command = found == commands_.end() ? "" : found->second->name;
+    const std::string help = "; see 'camcfg " + command + (command.empty() ? "" : " ") + "--help'";
     throw Refusal(Status::Usage, (command.empty() ? "" : command + ": ") + text +
-                                     (suggestion.empty() ? "; see '" + help + "'" : suggestion));
+                                     (suggestion.empty() ? help : suggestion));
   }
 
   void refuseUnknownWords() const {
@@ -216,24 +190,22 @@ class Parser {
     if (found == commands_.end() || !found->second->run) refuse("a command is missing");
     invocation.command = found->second;
     if (app_.count(kRoot) != 0) invocation.root = textsOf(app_, kRoot).front();
-    if (app_.count(kColor) != 0) invocation.color = chosen(kColor);
+    if (app_.count(kColor) != 0) invocation.color = chosenColor();
     invocation.json = app_.count(kJson) != 0;
     invocation.verbose = app_.count(kVerbose) != 0;
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
-      for (const Option& option : commands_.at(named)->options)
+      for (const Option& option : commands_.at(named)->options) {
+        invocation.arguments.declare(option.name);
         if (named->count(option.name) != 0) give(invocation, option, textsOf(*named, option.name));
+      }
   }
 
-  // What was chosen among the words that an option takes.
-  std::string chosen(const std::string& name) const {
-    const std::string& word = textsOf(app_, name.c_str()).back();
-    std::vector<std::string> words;
-    for (const GlobalOption& option : globalOptions())
-      if (option.name == name) words.assign(option.values.begin(), option.values.end());
-    if (std::find(words.begin(), words.end(), word) != words.end()) return word;
-    std::string all;
-    for (const std::string& each : words) all += (all.empty() ? "" : ", ") + each;
-    refuse(name + ": '" + word + "' is none of " + all, didYouMean(word, words));
+  std::string chosenColor() const {
+    const std::string& word = textsOf(app_, kColor).back();
+    const std::vector<std::string>& words = findGlobalOption(kColor)->values;
+    if (isAmong(words, word)) return word;
+    refuse(std::string(kColor) + ": '" + word + "' is none of " + joined(words),
+           didYouMean(word, words));
   }
 
   static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {
@@ -244,14 +216,17 @@ class Parser {
   static void give(Invocation& invocation, const Option& option,
                    const std::vector<std::string>& texts) try {
     Arguments& arguments = invocation.arguments;
-    if (option.kind == Option::HostDirectory)
+    if (option.kind == Option::HostDirectory) {
       arguments.add(option.name, std::make_unique<HostDirectory>(texts.front()));
-    else if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile)
+    } else if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile) {
       arguments.add(option.name, std::vector<std::string>{contentsOf(texts.front())});
-    else if (option.kind == Option::HostFiles)
-      arguments.add(option.name, readEach(texts));
-    else
+    } else if (option.kind == Option::HostFiles) {
+      std::vector<HostFile> files(texts.size());
+      std::transform(texts.begin(), texts.end(), files.begin(), read);
+      arguments.add(option.name, std::move(files));
+    } else {
       arguments.add(option.name, texts);
+    }
   } catch (const Refusal& refusal) {
     throw Refusal(invocation.command->whenRefused, std::string(invocation.command->name) + ": " +
                                                        option.name + " " + refusal.what());

@@ -1,7 +1,6 @@
 #include "cli/completion.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "base/decimal.h"
@@ -11,26 +10,15 @@
 namespace camcfg::tool::cli {
 namespace {
 
-constexpr char kFile[] = "FILE";
-
-bool isNamed(const Option& option) {
-  return option.name[0] == '-';
-}
-
-bool takesMany(const Option& option) {
-  return option.kind == Option::Arguments || option.kind == Option::OptionalArguments ||
-         option.kind == Option::HostFiles;
-}
-
-bool isRequired(const Option& option) {
-  return option.kind == Option::Argument || option.kind == Option::Arguments ||
-         option.kind == Option::HostFile;
-}
-
 // Reads a command line word by word, as far as it goes.
 class Reading {
  public:
-  explicit Reading(const std::vector<CommandGroup>& groups) : groups_(groups) {}
+  // Words are found alike for several commands: a finder may ask for what any of them takes.
+  explicit Reading(const std::vector<CommandGroup>& groups) : groups_(groups) {
+    for (const Command* command : commandsIn(groups))
+      for (const Option& option : command->options) before_.declare(option.name);
+    for (const GlobalOption& option : globalOptions()) before_.declare(option.name);
+  }
 
   void take(const std::string& word) {
     if (!awaited_.empty())
@@ -39,7 +27,8 @@ class Reading {
       onlyArguments_ = true;
     else if (isOption(word))
       takeOption(word);
-    else if (const Command* below = find(below_ + word))
+    else if (const Command* below =
+                 findCommand(groups_, above_.empty() ? word : above_ + " " + word))
       enter(*below);
     else
       takeArgument(word);
@@ -69,25 +58,18 @@ class Reading {
     return !onlyArguments_ && word.size() > 1 && word[0] == '-' && !decimal(word);
   }
 
-  const Command* find(const std::string& name) const {
-    for (const CommandGroup& group : groups_)
-      for (const Command& command : group.commands)
-        if (name == command.name) return &command;
-    return nullptr;
-  }
-
   void enter(const Command& command) {
-    below_ = std::string(command.name) + " ";
+    above_ = command.name;
     arguments_.clear();
     for (const Option& option : command.options)
-      (isNamed(option) ? options_ : arguments_).push_back(&option);
+      (option.isNamed() ? options_ : arguments_).push_back(&option);
   }
 
   void takeArgument(const std::string& word) {
     if (arguments_.empty()) return;
     const Option& argument = *arguments_.front();
     give(argument.name, word);
-    if (!takesMany(argument)) arguments_.erase(arguments_.begin());
+    if (!argument.takesMany()) arguments_.erase(arguments_.begin());
   }
 
   void takeOption(const std::string& word) {
@@ -102,6 +84,7 @@ class Reading {
   }
 
   void give(const std::string& name, const std::string& word) {
+    before_.declare(name);
     std::vector<std::string> texts = before_.texts(name);
     texts.push_back(word);
     before_.add(name, texts);
@@ -114,15 +97,9 @@ class Reading {
     return nullptr;
   }
 
-  static const GlobalOption* globalOption(const std::string& name) {
-    for (const GlobalOption& option : globalOptions())
-      if (name == option.name) return &option;
-    return nullptr;
-  }
-
   bool takesValue(const std::string& name) const {
-    if (const Option* found = option(name)) return found->kind != Option::Flag;
-    const GlobalOption* found = globalOption(name);
+    if (const Option* found = option(name)) return found->value() != nullptr;
+    const GlobalOption* found = findGlobalOption(name);
     return found != nullptr && found->value != nullptr;
   }
 
@@ -130,46 +107,42 @@ class Reading {
     place.words = option.words;
     if (option.kind == Option::HostDirectory) place.kind = CompletionPlace::OfDirectories;
     if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile ||
-        option.kind == Option::HostFiles || (!option.words && std::strcmp(option.name, kFile) == 0))
+        option.kind == Option::HostFiles)
       place.kind = CompletionPlace::OfFiles;
   }
 
   void addValuesOf(const std::string& name, CompletionPlace& place) const {
     if (const Option* found = option(name)) addWordsOf(*found, place);
-    const GlobalOption* found = globalOption(name);
+    const GlobalOption* found = findGlobalOption(name);
     if (found == nullptr) return;
     if (found->values.empty()) place.kind = CompletionPlace::OfDirectories;
-    for (const char* value : found->values) place.fixed.push_back({value});
+    for (const std::string& value : found->values) place.fixed.push_back({value});
   }
 
   void addOptions(CompletionPlace& place) const {
-    const auto offer = [&](const char* name, const char* help) {
+    const auto offer = [&](const std::string& name, const char* help) {
       if (!place.before.given(name)) place.fixed.push_back({name, help});
     };
     for (const Option* option : options_) offer(option->name, option->help);
-    for (const GlobalOption& option : globalOptions()) offer(option.name, option.help);
-    for (const GlobalOption* option : {&kHelpOption, &kVersionOption})
-      offer(option->name, option->help);
+    for (const bool asksForText : {false, true})
+      for (const GlobalOption& option : globalOptions())
+        if (option.asksForText() == asksForText) offer(option.name, option.help);
   }
 
   void addArguments(CompletionPlace& place) const {
     if (!arguments_.empty()) addWordsOf(*arguments_.front(), place);
-    if (arguments_.empty() || !isRequired(*arguments_.front())) addCommands(place);
+    if (arguments_.empty() || !arguments_.front()->isRequired()) addCommands(place);
   }
 
   // Those that stand directly below the one that was named.
   void addCommands(CompletionPlace& place) const {
-    for (const CommandGroup& group : groups_)
-      for (const Command& command : group.commands) {
-        const std::string name = command.name;
-        if (!command.hidden && name.compare(0, below_.size(), below_) == 0 &&
-            name.find(' ', below_.size()) == std::string::npos)
-          place.fixed.push_back({name.substr(below_.size()), command.help});
-      }
+    for (const Command* command : commandsIn(groups_))
+      if (!command->hidden && command->above() == above_)
+        place.fixed.push_back({command->word(), command->help});
   }
 
   const std::vector<CommandGroup>& groups_;
-  std::string below_;                     // the command that was named, with a space behind it
+  std::string above_;                     // the command that was named
   std::vector<const Option*> options_;    // of that command and those above it
   std::vector<const Option*> arguments_;  // of that command, those that are still to come
   std::string awaited_;                   // option whose value comes next

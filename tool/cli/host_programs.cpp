@@ -16,44 +16,18 @@ namespace {
 
 constexpr int kNotStarted = 127;
 
-// Tells over a pipe that closes by itself when the program starts why it did not.
-class StartReport {
- public:
-  StartReport() {
-    if (pipe2(ends_, O_CLOEXEC) != 0) throw Refusal(std::strerror(errno));
-  }
-  ~StartReport() {
-    close(ends_[0]);
-    close(ends_[1]);
-  }
-  StartReport(const StartReport&) = delete;
-  StartReport& operator=(const StartReport&) = delete;
-
-  void failed() const {
-    const int error = errno;
-    if (write(ends_[1], &error, sizeof error) < 0) _exit(kNotStarted);
-  }
-  // 0 once the program runs.
-  int error() {
-    close(ends_[1]);
-    ends_[1] = -1;
-    int error = 0;
-    return read(ends_[0], &error, sizeof error) == sizeof error ? error : 0;
-  }
-
- private:
-  int ends_[2] = {-1, -1};
-};
-
 std::string firstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
-void requireStarted(const HostProgram& program, int error) {
+// `error` is what the child process wrote of its errno; nothing if the program was started.
+void requireStarted(const HostProgram& program, const std::string& error) {
+  if (error.empty()) return;
+  const int number = std::stoi(error);
   const std::string name = "'" + program.words.front() + "'";
-  if (error == ENOENT)
+  if (number == ENOENT)
     throw Refusal("the program " + name + " is not installed; it comes with " + program.package);
-  if (error != 0) throw Refusal("cannot start " + name + ": " + std::strerror(error));
+  throw Refusal("cannot start " + name + ": " + std::strerror(number));
 }
 
 }  // namespace
@@ -78,22 +52,21 @@ std::string HostPrograms::passThrough(const HostProgram& program, const std::str
   const MemoryFile in;
   const MemoryFile out;
   const MemoryFile err;
-  if (!in.fill(text)) throw Refusal(std::strerror(errno));
-  StartReport report;
+  const MemoryFile error;
+  if (!in.fill(text) || !error.fill("")) throw Refusal(std::strerror(errno));
   const pid_t child = fork();
   if (child == 0) {
     dup2(in.get(), STDIN_FILENO);
     dup2(out.get(), STDOUT_FILENO);
     dup2(err.get(), STDERR_FILENO);
     become(program.words);
-    report.failed();
+    writeAll(error.get(), std::to_string(errno));
     _exit(kNotStarted);
   }
   if (child < 0) throw Refusal(std::strerror(errno));
-  const int error = report.error();
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
-  requireStarted(program, error);
+  requireStarted(program, error.contents());
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
     throw Refusal("'" + program.words.front() + "' failed: " + firstLine(err.contents()));
   return out.contents();

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/text.h"
 #include "cli/global_options.h"
 #include "cli/roff.h"
 
@@ -39,75 +40,39 @@ std::string entry(const std::string& term, const std::string& text) {
   return ".TP\n" + term + "\n" + roffParagraphs(text + ".");
 }
 
-const char* valueOf(const Option& option) {
-  return option.kind == Option::HostDirectory ? "DIR" : "VALUE";
-}
-
 // What is typed for an option, or an argument in its place.
 std::string typed(const Option& option) {
-  switch (option.kind) {
-    case Option::Flag:
-      return roffBold(option.name);
-    case Option::Value:
-    case Option::HostDirectory:
-      return roffBold(option.name) + " " + roffItalic(valueOf(option));
-    case Option::Arguments:
-    case Option::OptionalArguments:
-    case Option::HostFiles:
-      return roffItalic(option.name) + "...";
-    default:
-      return roffItalic(option.name);
-  }
+  if (!option.isNamed()) return roffItalic(option.name) + (option.takesMany() ? "..." : "");
+  const std::string name = roffBold(option.name);
+  return option.value() == nullptr ? name : name + " " + roffItalic(option.value());
 }
 
-// An argument within a command; nothing for an option.
-std::string place(const Option& option) {
-  const bool isOptional =
-      option.kind == Option::OptionalArgument || option.kind == Option::OptionalArguments ||
-      option.kind == Option::HostFiles || option.kind == Option::OptionalHostFile;
-  if (option.name[0] == '-') return "";
-  return isOptional ? " [" + typed(option) + "]" : " " + typed(option);
+// A command with what it and those above it take in their places.
+std::string typed(const std::vector<CommandGroup>& groups, const Command& command) {
+  const Command* above = findCommand(groups, command.above());
+  std::string text =
+      (above == nullptr ? "" : typed(groups, *above) + " ") + roffBold(command.word());
+  for (const Option& option : command.options)
+    if (!option.isNamed())
+      text += option.isRequired() ? " " + typed(option) : " [" + typed(option) + "]";
+  return text;
 }
 
-class CommandEntries {
- public:
-  explicit CommandEntries(const std::vector<CommandGroup>& groups) : groups_(groups) {}
-
-  std::string text() const {
-    std::string text;
-    std::string title;
-    for (const CommandGroup& group : groups_)
-      for (const Command& command : group.commands) {
-        if (!command.run || command.hidden) continue;
-        if (title != group.title) text += ".SS " + roffText(group.title) + "\n";
-        title = group.title;
-        text += of(command);
-      }
-    return text;
-  }
-
- private:
-  // The command with what it and those above it take in their places.
-  std::string words(const std::string& name) const {
-    const std::size_t space = name.rfind(' ');
-    std::string text = space == std::string::npos ? "" : words(name.substr(0, space)) + " ";
-    text += roffBold(space == std::string::npos ? name : name.substr(space + 1));
-    for (const CommandGroup& group : groups_)
-      for (const Command& command : group.commands)
-        for (const Option& option : command.options)
-          if (name == command.name) text += place(option);
-    return text;
-  }
-
-  std::string of(const Command& command) const {
-    std::string options;
-    for (const Option& option : command.options) options += entry(typed(option), option.help);
-    return entry(words(command.name), command.help) +
-           (options.empty() ? "" : ".RS\n" + options + ".RE\n");
-  }
-
-  const std::vector<CommandGroup>& groups_;
-};
+std::string commandEntries(const std::vector<CommandGroup>& groups) {
+  std::string text;
+  std::string title;
+  for (const CommandGroup& group : groups)
+    for (const Command& command : group.commands) {
+      if (!command.run || command.hidden) continue;
+      if (title != group.title) text += ".SS " + roffText(group.title) + "\n";
+      title = group.title;
+      std::string options;
+      for (const Option& option : command.options) options += entry(typed(option), option.help);
+      text += entry(typed(groups, command), command.help);
+      if (!options.empty()) text += ".RS\n" + options + ".RE\n";
+    }
+  return text;
+}
 
 std::string typed(const GlobalOption& option) {
   std::string text = option.shortName == nullptr ? "" : roffBold(option.shortName) + ", ";
@@ -117,31 +82,25 @@ std::string typed(const GlobalOption& option) {
 
 std::string globalEntries() {
   std::string text;
-  for (const GlobalOption* option : {&kHelpOption, &kVersionOption})
-    text += entry(typed(*option), option->help);
   for (const GlobalOption& option : globalOptions()) text += entry(typed(option), option.help);
   return text;
 }
 
+// The topics that have a chapter of their own, and one with the others.
 std::string chapters(const std::vector<Topic>& topics) {
   std::string text;
+  std::vector<std::string> done;
   for (const Chapter& chapter : kChapters)
     for (const Topic& topic : topics)
-      if (std::strcmp(topic.name, chapter.topic) == 0)
+      if (std::strcmp(topic.name, chapter.topic) == 0) {
         text += section(chapter.heading, roffParagraphs(topic.text));
-  return text;
-}
-
-std::string notes(const std::vector<Topic>& topics) {
-  std::string text;
-  for (const Topic& topic : topics) {
-    bool isChapter = false;
-    for (const Chapter& chapter : kChapters)
-      isChapter = isChapter || std::strcmp(topic.name, chapter.topic) == 0;
-    if (!isChapter)
-      text += std::string(".SS ") + roffText(topic.title) + "\n" + roffParagraphs(topic.text);
-  }
-  return text.empty() ? "" : section("NOTES", text);
+        done.emplace_back(topic.name);
+      }
+  std::string notes;
+  for (const Topic& topic : topics)
+    if (!isAmong(done, topic.name))
+      notes += std::string(".SS ") + roffText(topic.title) + "\n" + roffParagraphs(topic.text);
+  return notes.empty() ? text : text + section("NOTES", notes);
 }
 
 }  // namespace
@@ -154,8 +113,8 @@ std::string manPage(const std::vector<CommandGroup>& groups, const std::vector<T
                                  ".br\n" + roffBold("camcfg help") + " [" + roffItalic("TOPIC") +
                                  "...]\n") +
          section("DESCRIPTION", roffParagraphs(kDescription)) +
-         section("OPTIONS", globalEntries()) + section("COMMANDS", CommandEntries(groups).text()) +
-         chapters(topics) + notes(topics) + section("SEE ALSO", ".BR dot (1),\n.BR jq (1)\n");
+         section("OPTIONS", globalEntries()) + section("COMMANDS", commandEntries(groups)) +
+         chapters(topics) + section("SEE ALSO", ".BR dot (1),\n.BR jq (1)\n");
 }
 
 }  // namespace camcfg::tool::cli

@@ -1,30 +1,21 @@
 #include "cli/roff.h"
 
 #include <sstream>
-#include <vector>
 
 namespace camcfg::tool::cli {
 namespace {
 
+struct Escape {
+  char character;
+  const char* written;
+};
+constexpr Escape kEscapes[] = {{'\\', "\\e"},  {'-', "\\-"},   {'\'', "\\(aq"}, {'"', "\\(dq"},
+                               {'`', "\\(ga"}, {'^', "\\(ha"}, {'~', "\\(ti"}};
+
 std::string escaped(char c) {
-  switch (c) {
-    case '\\':
-      return "\\e";
-    case '-':
-      return "\\-";
-    case '\'':
-      return "\\(aq";
-    case '"':
-      return "\\(dq";
-    case '`':
-      return "\\(ga";
-    case '^':
-      return "\\(ha";
-    case '~':
-      return "\\(ti";
-    default:
-      return {c};
-  }
+  for (const Escape& escape : kEscapes)
+    if (c == escape.character) return escape.written;
+  return {c};
 }
 
 // Text that roff fills, or lines that it leaves alone, under the macros that belong to them.

@@ -1,8 +1,8 @@
 #include <cstdlib>
-#include <exception>
 
 #include "base/printable.h"
 #include "base/refusal.h"
+#include "base/text.h"
 #include "cli/completion.h"
 #include "cli/shell_line.h"
 #include "commands/groups.h"
@@ -11,6 +11,9 @@
 namespace camcfg::tool::commands {
 namespace {
 
+constexpr char kLine[] = "LINE";
+constexpr char kBreaks[] = "BREAKS";
+constexpr char kWord[] = "WORD";
 constexpr char kHome[] = "~/";
 
 // What the shell is told to complete: words that follow, or names that it knows itself.
@@ -22,7 +25,7 @@ const char* wordFor(cli::CompletionPlace::Kind kind) {
 // The shell has not yet put in the user's own directory.
 std::string expanded(const std::string& directory) {
   const char* home = getenv("HOME");
-  const bool isAtHome = home != nullptr && directory.compare(0, 2, kHome) == 0;
+  const bool isAtHome = home != nullptr && beginsWith(directory, kHome);
   return isAtHome ? home + directory.substr(1) : directory;
 }
 
@@ -37,21 +40,14 @@ std::vector<cli::Candidate> candidatesAt(const cli::CompletionPlace& place) {
 }
 
 cli::Answer answerWith(cli::CompletionPlace::Kind kind, const std::vector<std::string>& words) {
-  cli::Answer answer;
-  answer.value = {{"complete", wordFor(kind)}, {"words", words}};
   std::string lines = std::string(wordFor(kind)) + "\n";
   for (const std::string& word : words) lines += word + "\n";
-  answer.layout = {cli::Verbatim{lines}};
-  return answer;
-}
-
-bool beginsWith(const std::string& text, const std::string& beginning) {
-  return text.compare(0, beginning.size(), beginning) == 0;
+  return {Json{{"complete", wordFor(kind)}, {"words", words}}, {cli::Verbatim{lines}}};
 }
 
 // bash puts each word in as it is told it: quoted, and without what stays on the line.
 cli::Answer forBash(const cli::Arguments& arguments) {
-  cli::ShellLine line = cli::readShellLine(arguments.text("LINE"), arguments.text("BREAKS"));
+  cli::ShellLine line = cli::readShellLine(arguments.text(kLine), arguments.text(kBreaks));
   const std::string begun = line.words.back();
   line.words.erase(line.words.begin());
   const cli::CompletionPlace place = cli::placeIn(allGroups(), line.words);
@@ -64,7 +60,7 @@ cli::Answer forBash(const cli::Arguments& arguments) {
 
 // zsh chooses and quotes itself, and takes "WORD:WHAT IT IS" with its own colons escaped.
 cli::Answer forZsh(const cli::Arguments& arguments) {
-  const cli::CompletionPlace place = cli::placeIn(allGroups(), arguments.texts("WORD"));
+  const cli::CompletionPlace place = cli::placeIn(allGroups(), arguments.texts(kWord));
   std::vector<std::string> words;
   for (const cli::Candidate& candidate : candidatesAt(place)) {
     std::string word;
@@ -83,14 +79,14 @@ cli::CommandGroup completeGroup() {
       {{"complete", "Tell a shell what may be typed next", {}, nullptr, Status::Refused, true},
        {"complete bash",
         "Tell bash what may be typed at the end of a line",
-        {{cli::Option::Argument, "LINE", "The line up to the cursor"},
-         {cli::Option::Argument, "BREAKS", "Characters that break words when they are completed"}},
+        {{cli::Option::Argument, kLine, "The line up to the cursor"},
+         {cli::Option::Argument, kBreaks, "Characters that break words when they are completed"}},
         forBash,
         Status::Refused,
         true},
        {"complete zsh",
         "Tell zsh what may stand in the place of the last word",
-        {{cli::Option::Arguments, "WORD", "The line's words behind the tool's name"}},
+        {{cli::Option::Arguments, kWord, "The line's words behind the tool's name"}},
         forZsh,
         Status::Refused,
         true}}};

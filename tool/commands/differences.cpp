@@ -1,14 +1,12 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "document/comparison.h"
 
 namespace camcfg::tool::commands {
 namespace {
 
-constexpr char kFactory[] = "--factory";
 constexpr char kBackup[] = "--backup";
-constexpr char kShowSecrets[] = "--show-secrets";
-constexpr char kFile[] = "FILE";
 
 cli::Answer diff(const cli::Arguments& arguments) {
   const bool showSecrets = arguments.given(kShowSecrets);

@@ -1,13 +1,12 @@
 #include "document/exchange.h"
 
 #include "commands/groups.h"
+#include "commands/options.h"
 
 namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kNoSecrets[] = "--no-secrets";
-constexpr char kShowSecrets[] = "--show-secrets";
-constexpr char kDryRun[] = "--dry-run";
 
 std::vector<cli::Candidate> exportable(const cli::Arguments& /*before*/) {
   std::vector<cli::Candidate> candidates;
@@ -16,11 +15,11 @@ std::vector<cli::Candidate> exportable(const cli::Arguments& /*before*/) {
 }
 
 cli::Answer exportDocument(const cli::Arguments& arguments) {
-  return document::exportSettings(arguments.texts("SECTION"), !arguments.given(kNoSecrets));
+  return document::exportSettings(arguments.texts(kSection), !arguments.given(kNoSecrets));
 }
 
 cli::Answer importDocument(const cli::Arguments& arguments) {
-  return document::importSettings(arguments.text("FILE"),
+  return document::importSettings(arguments.text(kFile),
                                   {arguments.given(kDryRun), arguments.given(kShowSecrets)});
 }
 
@@ -30,13 +29,13 @@ cli::CommandGroup exchangeGroup() {
   return {"Export and import",
           {{"export",
             "Print settings as one JSON document",
-            {{cli::Option::OptionalArguments, "SECTION", "Only these, such as stream or live.srt",
+            {{cli::Option::OptionalArguments, kSection, "Only these, such as stream or live.srt",
               exportable},
              {cli::Option::Flag, kNoSecrets, "Leave passwords out"}},
             exportDocument},
            {"import",
             "Bring the device to what such a document holds",
-            {{cli::Option::HostFile, "FILE", "The document; '-' is standard input"},
+            {{cli::Option::HostFile, kFile, "The document; '-' is standard input"},
              {cli::Option::Flag, kDryRun, "Show what would change and write nothing"},
              {cli::Option::Flag, kShowSecrets, "Show passwords in the list of changes"}},
             importDocument}}};

@@ -1,14 +1,13 @@
 #include "network/explain.h"
 #include "base/refusal.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "document/session.h"
 #include "parameters/explain.h"
 #include "presets/explain.h"
 
 namespace camcfg::tool::commands {
 namespace {
-
-constexpr char kShowSecrets[] = "--show-secrets";
 
 Json jsonOf(const device::ExplainedValue& value) {
   Json record = {{"name", value.name}};
@@ -88,22 +87,22 @@ cli::Answer answerOf(const device::Explanation& explanation) {
 }
 
 cli::Answer parameter(const cli::Arguments& arguments) {
-  if (!arguments.given("SECTION") || !arguments.given("NAME"))
+  if (!arguments.given(kSection) || !arguments.given(kName))
     throw Refusal(Status::Usage,
                   "give SECTION NAME of a parameter, or 'card', 'preset' or 'session' and which");
-  return answerOf(parameters::explainParameter(arguments.text("SECTION"), arguments.text("NAME")));
+  return answerOf(parameters::explainParameter(arguments.text(kSection), arguments.text(kName)));
 }
 
 cli::Answer card(const cli::Arguments& arguments) {
-  return answerOf(network::explainCard(arguments.text("CARD"), arguments.text("FIELD")));
+  return answerOf(network::explainCard(arguments.text(kCard), arguments.text(kField)));
 }
 
 cli::Answer preset(const cli::Arguments& arguments) {
-  return answerOf(presets::explainPreset(arguments.text("PRESET")));
+  return answerOf(presets::explainPreset(arguments.text(kPreset)));
 }
 
 cli::Answer session(const cli::Arguments& arguments) {
-  return answerOf(document::explainSession(arguments.text("KIND"), arguments.text("ID"),
+  return answerOf(document::explainSession(arguments.text(kKind), arguments.text(kId),
                                            arguments.given(kShowSecrets)));
 }
 
@@ -113,27 +112,27 @@ cli::CommandGroup explainGroup() {
   return {"Parameters",
           {{"explain",
             "Tell a setting's value in every copy, its limits, and which element answers for it",
-            {{cli::Option::OptionalArgument, "SECTION", "Section of a parameter"},
-             {cli::Option::OptionalArgument, "NAME", "Its name, or the beginning of it"}},
+            {{cli::Option::OptionalArgument, kSection, "Section of a parameter"},
+             {cli::Option::OptionalArgument, kName, "Its name, or the beginning of it"}},
             parameter},
            {"explain parameter",
             "The same, for a section that is called like one of these commands",
-            {{cli::Option::Argument, "SECTION", "Section of the parameter"},
-             {cli::Option::Argument, "NAME", "Its name, or the beginning of it"}},
+            {{cli::Option::Argument, kSection, "Section of the parameter"},
+             {cli::Option::Argument, kName, "Its name, or the beginning of it"}},
             parameter},
            {"explain card",
             "Explain a network card, or one field of it",
-            {{cli::Option::Argument, "CARD", "Name of the card"},
-             {cli::Option::OptionalArgument, "FIELD", "Name of the field"}},
+            {{cli::Option::Argument, kCard, "Name of the card"},
+             {cli::Option::OptionalArgument, kField, "Name of the field"}},
             card},
            {"explain preset",
             "Explain a camera position",
-            {{cli::Option::Argument, "PRESET", "An id, or a description"}},
+            {{cli::Option::Argument, kPreset, "An id, or a description"}},
             preset},
            {"explain session",
             "Explain a stream source or cache, or a session of a live media service",
-            {{cli::Option::Argument, "KIND", "source, cache, websocket, rtsp, rtmp, ndi or srt"},
-             {cli::Option::Argument, "ID", "Its id; an RTSP session's name"},
+            {{cli::Option::Argument, kKind, "source, cache, websocket, rtsp, rtmp, ndi or srt"},
+             {cli::Option::Argument, kId, "Its id; an RTSP session's name"},
              {cli::Option::Flag, kShowSecrets, "Show passwords"}},
             session}}};
 }

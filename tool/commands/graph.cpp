@@ -1,12 +1,11 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
-#include "commands/vocabulary.h"
+#include "commands/options.h"
+#include "commands/words.h"
 #include "media/wiring_picture.h"
 
 namespace camcfg::tool::commands {
 namespace {
-
-constexpr char kFormat[] = "--format";
 
 // DOT as it is, other formats through Graphviz.
 cli::HostProgram programFor(const std::string& format) {

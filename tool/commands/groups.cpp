@@ -1,6 +1,6 @@
 #include "commands/groups.h"
 
-#include "commands/vocabulary.h"
+#include "commands/words.h"
 
 namespace camcfg::tool::commands {
 

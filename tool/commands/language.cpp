@@ -5,6 +5,7 @@
 #include "base/refusal.h"
 #include "base/spelling.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "device/language.h"
 
 namespace camcfg::tool::commands {
@@ -22,18 +23,14 @@ bool findText(const std::string& language, const std::string& key, std::string& 
 }
 
 cli::Answer lang(const cli::Arguments& arguments) {
-  const std::string language = arguments.text("LANGUAGE");
-  const std::string key = arguments.text("KEY");
+  const std::string language = arguments.text(kLanguage);
+  const std::string key = arguments.text(kKey);
   const device::Document texts = device::requireTexts(language);
   std::string text;
   if (!findText(language, key, text))
     throw Refusal(language + " has no text '" + key + "'" +
                   didYouMean(key, device::keysOf(*texts)));
-
-  cli::Answer answer;
-  answer.value = {{"language", language}, {"key", key}, {"text", text}};
-  answer.layout = {cli::Line{"{text}"}};
-  return answer;
+  return {Json{{"language", language}, {"key", key}, {"text", text}}, {cli::Line{"{text}"}}};
 }
 
 }  // namespace
@@ -42,8 +39,8 @@ cli::CommandGroup languageGroup() {
   return {"Texts",
           {{"lang",
             "Print a translated text",
-            {{cli::Option::Argument, "LANGUAGE", "Name of a language file, without .xml"},
-             {cli::Option::Argument, "KEY", "Key of the text"}},
+            {{cli::Option::Argument, kLanguage, "Name of a language file, without .xml"},
+             {cli::Option::Argument, kKey, "Key of the text"}},
             lang}}};
 }
 

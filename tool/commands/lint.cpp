@@ -2,6 +2,7 @@
 
 #include "base/refusal.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "device/file_set.h"
 #include "lint/subject.h"
 
@@ -9,7 +10,6 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kRules[] = "--rules";
-constexpr char kFile[] = "FILE";
 
 Json jsonOf(const lint::Finding& finding) {
   return {{"file", finding.file},
@@ -20,18 +20,16 @@ Json jsonOf(const lint::Finding& finding) {
 }
 
 cli::Answer rules() {
-  cli::Answer answer;
-  answer.value = Json::array();
+  Json rules = Json::array();
   for (const lint::Subject& subject : lint::allSubjects())
     for (const lint::Rule* rule : subject.rules)
-      answer.value.push_back({{"id", rule->id},
-                              {"severity", wordFor(rule->severity)},
-                              {"subject", subject.title},
-                              {"explanation", rule->explanation},
-                              {"example", rule->example}});
-  answer.layout = {
-      cli::Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}};
-  return answer;
+      rules.push_back({{"id", rule->id},
+                       {"severity", wordFor(rule->severity)},
+                       {"subject", subject.title},
+                       {"explanation", rule->explanation},
+                       {"example", rule->example}});
+  return {std::move(rules),
+          {cli::Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}}};
 }
 
 cli::Answer answerOf(const std::vector<lint::Source>& sources) {
@@ -55,7 +53,7 @@ cli::Answer answerOf(const std::vector<lint::Source>& sources) {
 }
 
 cli::Answer run(const cli::Arguments& arguments) {
-  const std::vector<HostFile> files = arguments.files(kFile);
+  const std::vector<HostFile>& files = arguments.files(kFile);
   if (arguments.given(kRules)) {
     if (!files.empty()) throw Refusal(Status::Usage, std::string(kRules) + " takes no " + kFile);
     return rules();

@@ -4,6 +4,7 @@
 
 #include "commands/groups.h"
 #include "commands/listing.h"
+#include "commands/options.h"
 #include "media/media.h"
 
 namespace camcfg::tool::commands {
@@ -11,8 +12,6 @@ namespace {
 
 using settings::Setting;
 using settings::Table;
-
-constexpr char kShowSecrets[] = "--show-secrets";
 
 bool hasSecrets(const Table& table) {
   return std::any_of(table.settings.begin(), table.settings.end(),

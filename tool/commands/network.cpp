@@ -4,7 +4,8 @@
 
 #include "base/refusal.h"
 #include "commands/groups.h"
-#include "commands/vocabulary.h"
+#include "commands/options.h"
+#include "commands/words.h"
 #include "network/change.h"
 #include "network/field.h"
 
@@ -12,9 +13,6 @@ namespace camcfg::tool::commands {
 namespace {
 
 using tinyxml2::XMLElement;
-
-constexpr char kFactory[] = "--factory";
-constexpr char kForce[] = "--force";
 
 Json currentOf(XMLElement& card, const char* field) {
   return network::attributeOf(network::childOf(card, field), "Cur");
@@ -91,7 +89,7 @@ void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
 cli::Answer show(const cli::Arguments& arguments) {
   const bool factory = arguments.given(kFactory);
   const network::Network network;
-  XMLElement& card = network.require(arguments.text("CARD"));
+  XMLElement& card = network.require(arguments.text(kCard));
   cli::Answer answer;
   answer.value = {{"card", card.Value()}, {"factory", factory}};
   cli::Fields fields;
@@ -112,17 +110,17 @@ cli::Answer show(const cli::Arguments& arguments) {
 }
 
 cli::Answer set(const cli::Arguments& arguments) {
-  return network::setNetworkField(arguments.text("CARD"), arguments.text("FIELD"),
-                                  arguments.text("VALUE"), arguments.given(kForce));
+  return network::setNetworkField(arguments.text(kCard), arguments.text(kField),
+                                  arguments.text(kValue), arguments.given(kForce));
 }
 
 cli::Answer reset(const cli::Arguments& arguments) {
-  return network::resetCard(arguments.text("CARD"));
+  return network::resetCard(arguments.text(kCard));
 }
 
 cli::Answer hostname(const cli::Arguments& arguments) {
-  if (arguments.given("NAME"))
-    return network::setHostname(arguments.text("NAME"), arguments.given(kForce));
+  if (arguments.given(kName))
+    return network::setHostname(arguments.text(kName), arguments.given(kForce));
   const network::Network network;
   cli::Answer answer;
   answer.value["hostname"] = network::attributeOf(&network.section(), "Hostname");
@@ -131,7 +129,7 @@ cli::Answer hostname(const cli::Arguments& arguments) {
   return answer;
 }
 
-const cli::Option kCard{cli::Option::Argument, "CARD", "Whole name of a card"};
+const cli::Option kWholeCard{cli::Option::Argument, kCard, "Whole name of a card"};
 
 }  // namespace
 
@@ -141,19 +139,19 @@ cli::CommandGroup networkGroup() {
            {"network cards", "List the cards", {}, cards},
            {"network show",
             "Show the settings of a card",
-            {kCard, {cli::Option::Flag, kFactory, "Show the factory values"}},
+            {kWholeCard, {cli::Option::Flag, kFactory, "Show the factory values"}},
             show},
            {"network set",
             "Set one field of a card",
-            {kCard,
-             {cli::Option::Argument, "FIELD", "A field as 'network show' names it"},
-             {cli::Option::Argument, "VALUE", "A word, a number, an address or a text"},
+            {kWholeCard,
+             {cli::Option::Argument, kField, "A field as 'network show' names it"},
+             {cli::Option::Argument, kValue, "A word, a number, an address or a text"},
              {cli::Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
             set},
-           {"network reset", "Put the factory values of a card back", {kCard}, reset},
+           {"network reset", "Put the factory values of a card back", {kWholeCard}, reset},
            {"network hostname",
             "Show or set the host name",
-            {{cli::Option::OptionalArgument, "NAME", "The new name; without it the name is shown",
+            {{cli::Option::OptionalArgument, kName, "The new name; without it the name is shown",
               anyWord},
              {cli::Option::Flag, kForce, "Store a text that is no host name"}},
             hostname}}};

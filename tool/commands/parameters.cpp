@@ -3,6 +3,7 @@
 #include "base/refusal.h"
 #include "base/spelling.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "parameters/change.h"
 
 namespace camcfg::tool::commands {
@@ -29,7 +30,7 @@ cli::Answer list(const cli::Arguments& arguments) {
   cli::Answer answer;
   answer.value = Json::array();
   for (const parameters::Parameter& parameter :
-       arguments.given("SECTION") ? parameters.in(arguments.text("SECTION")) : parameters.all())
+       arguments.given(kSection) ? parameters.in(arguments.text(kSection)) : parameters.all())
     answer.value.push_back(recordOf(parameter));
   answer.layout = {
       cli::Table{"", {{"SECTION", "{section}"}, {"NAME", "{name}"}, {"VALUE", "{value}"}}}};
@@ -39,7 +40,7 @@ cli::Answer list(const cli::Arguments& arguments) {
 cli::Answer get(const cli::Arguments& arguments) {
   const parameters::Parameters parameters;
   const parameters::Parameter parameter =
-      parameters.require(arguments.text("SECTION"), arguments.text("NAME"));
+      parameters.require(arguments.text(kSection), arguments.text(kName));
   if (parameter.text("Cur") == nullptr)
     throw Refusal(parameter.path() + ": it has no current value");
 
@@ -56,8 +57,8 @@ cli::Answer get(const cli::Arguments& arguments) {
 }
 
 cli::Answer set(const cli::Arguments& arguments) {
-  return parameters::setParameter(arguments.text("SECTION"), arguments.text("NAME"),
-                                  arguments.text("VALUE"), arguments.given("--force"));
+  return parameters::setParameter(arguments.text(kSection), arguments.text(kName),
+                                  arguments.text(kValue), arguments.given(kForce));
 }
 
 // All parameters of exactly this name, the one that the library finds by name alone in front.
@@ -91,7 +92,7 @@ std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
 }
 
 cli::Answer describe(const cli::Arguments& arguments) {
-  const std::string name = arguments.text("NAME");
+  const std::string name = arguments.text(kName);
   const parameters::Parameters parameters;
   const auto found = parameters.lookup(name);
   const std::vector<parameters::Parameter> named = requireNamed(parameters, name, found);
@@ -111,27 +112,28 @@ cli::Answer describe(const cli::Arguments& arguments) {
   return answer;
 }
 
-const cli::Option kSection{cli::Option::Argument, "SECTION", "Section of the parameter"};
-const cli::Option kName{cli::Option::Argument, "NAME",
-                        "Whole name; PARENT/NAME for one inside another"};
+const cli::Option kOfSection{cli::Option::Argument, kSection, "Section of the parameter"};
+const cli::Option kWholeName{cli::Option::Argument, kName,
+                             "Whole name; PARENT/NAME for one inside another"};
 
 }  // namespace
 
 cli::CommandGroup parametersGroup() {
-  return {"Parameters",
-          {{"list",
-            "List the parameters and their current values",
-            {{cli::Option::OptionalArgument, "SECTION", "Only this section"}},
-            list},
-           {"get", "Print the current value of a parameter", {kSection, kName}, get},
-           {"set",
-            "Set a parameter and save it with its backup",
-            {kSection,
-             kName,
-             {cli::Option::Argument, "VALUE", "An integer within the range, or an allowed text"},
-             {cli::Option::Flag, "--force", "Set a text that is only a part of an allowed one"}},
-            set},
-           {"describe", "Tell a parameter's type, limits, default and value", {kName}, describe}}};
+  return {
+      "Parameters",
+      {{"list",
+        "List the parameters and their current values",
+        {{cli::Option::OptionalArgument, kSection, "Only this section"}},
+        list},
+       {"get", "Print the current value of a parameter", {kOfSection, kWholeName}, get},
+       {"set",
+        "Set a parameter and save it with its backup",
+        {kOfSection,
+         kWholeName,
+         {cli::Option::Argument, kValue, "An integer within the range, or an allowed text"},
+         {cli::Option::Flag, kForce, "Set a text that is only a part of an allowed one"}},
+        set},
+       {"describe", "Tell a parameter's type, limits, default and value", {kWholeName}, describe}}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -7,7 +7,7 @@
 #include "base/library_log.h"
 #include "base/refusal.h"
 #include "commands/groups.h"
-#include "commands/vocabulary.h"
+#include "commands/options.h"
 #include "commands/words.h"
 #include "presets/change.h"
 #include "presets/import.h"
@@ -16,8 +16,6 @@
 namespace camcfg::tool::commands {
 namespace {
 
-constexpr char kFormat[] = "--format";
-constexpr char kDryRun[] = "--dry-run";
 constexpr std::size_t kFaultsTold = 20;
 constexpr char kDescription[] = "--description";
 constexpr std::size_t kSeenById = 32;  // bytes from which a query by id keeps a description back
@@ -48,7 +46,7 @@ cli::Answer list(const cli::Arguments& /*arguments*/) {
 
 cli::Answer get(const cli::Arguments& arguments) {
   const presets::Presets presets;
-  const presets::Preset& preset = presets.require(arguments.text("PRESET"));
+  const presets::Preset& preset = presets.require(arguments.text(kPreset));
   cli::Answer answer;
   answer.value = preset.json();
   answer.layout = {cli::Fields{{{"id", "{id}"},
@@ -138,7 +136,7 @@ cli::Answer store(const presets::PresetValues& values) {
 }
 
 cli::Answer set(const cli::Arguments& arguments) {
-  return store(given(arguments, requireId(arguments.text("ID"))));
+  return store(given(arguments, requireId(arguments.text(kId))));
 }
 
 // With every id taken, the library's search succeeds all the same and leaves the number alone.
@@ -163,7 +161,7 @@ cli::Answer add(const cli::Arguments& arguments) {
 
 cli::Answer remove(const cli::Arguments& arguments) {
   const presets::Presets presets;
-  const presets::Preset& preset = presets.require(arguments.text("PRESET"));
+  const presets::Preset& preset = presets.require(arguments.text(kPreset));
   cli::Answer answer;
   addNote(answer, presets.shadowOf(preset));
   presets::deletePreset(presets, preset);
@@ -210,7 +208,7 @@ void tellFaults(cli::Answer& answer, const std::vector<std::string>& faults) {
 
 cli::Answer importAll(const cli::Arguments& arguments) {
   const presets::Presets presets;
-  const presets::PresetImport import(&presets, presets::readPresets(arguments.text("FILE")));
+  const presets::PresetImport import(&presets, presets::readPresets(arguments.text(kFile)));
   cli::Answer answer;
   answer.value = import.json();
   if (!import.faults().empty()) {
@@ -232,8 +230,8 @@ std::vector<cli::Option> withValues(std::vector<cli::Option> options) {
   return options;
 }
 
-const cli::Option kPreset{cli::Option::Argument, "PRESET", "An id, or a whole description"};
-const cli::Option kId{cli::Option::Argument, "ID", "Id from 0 to 128", presetIdWords};
+const cli::Option kOnePreset{cli::Option::Argument, kPreset, "An id, or a whole description"};
+const cli::Option kAnyId{cli::Option::Argument, kId, "Id from 0 to 128", presetIdWords};
 
 }  // namespace
 
@@ -242,18 +240,18 @@ cli::CommandGroup presetGroup() {
       "Camera positions",
       {{"preset", "List, change, import and export camera positions", {}, nullptr},
        {"preset list", "List the presets", {}, list},
-       {"preset get", "Show a preset", {kPreset}, get},
-       {"preset set", "Change what is given of a preset, or create it", withValues({kId}), set},
+       {"preset get", "Show a preset", {kOnePreset}, get},
+       {"preset set", "Change what is given of a preset, or create it", withValues({kAnyId}), set},
        {"preset add", "Create a preset under the next free id and print the id", withValues({}),
         add},
-       {"preset delete", "Delete a preset", {kPreset}, remove},
+       {"preset delete", "Delete a preset", {kOnePreset}, remove},
        {"preset export",
         "Print all presets for an import",
         {{cli::Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}},
         exportAll},
        {"preset import",
         "Create and change presets from a CSV or JSON file, all or none",
-        {{cli::Option::HostFile, "FILE", "File as 'preset export' prints it; - is standard input"},
+        {{cli::Option::HostFile, kFile, "File as 'preset export' prints it; - is standard input"},
          {cli::Option::Flag, kDryRun, "Only tell what would be done"}},
         importAll}}};
 }

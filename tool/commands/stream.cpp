@@ -1,5 +1,6 @@
 #include "commands/groups.h"
 #include "commands/listing.h"
+#include "commands/options.h"
 #include "commands/words.h"
 #include "media/stream_cache.h"
 #include "media/stream_change.h"
@@ -7,7 +8,6 @@
 namespace camcfg::tool::commands {
 namespace {
 
-constexpr char kDryRun[] = "--dry-run";
 constexpr char kMarked[] = "stream cache {cache}, {mark}: {before} -> {value}";
 
 cli::Answer sources(const cli::Arguments& /*arguments*/) {
@@ -19,7 +19,7 @@ cli::Answer caches(const cli::Arguments& /*arguments*/) {
   cli::Answer answer;
   answer.value = media::jsonOf(entries);
   answer.layout = {cli::Table{"",
-                              {{"ID", "{id}"},
+                              {{kId, "{id}"},
                                {"NAME", "{name}"},
                                {"SIZE", "{size}"},
                                {"ALLOWED", "{allowed}"},
@@ -37,45 +37,46 @@ cli::Answer caches(const cli::Arguments& /*arguments*/) {
 }
 
 cli::Answer select(const cli::Arguments& arguments) {
-  return cli::Answer(media::selectSource(arguments.text("ID"), arguments.text("SOURCE")),
+  return cli::Answer(media::selectSource(arguments.text(kId), arguments.text(kSource)),
                      {cli::Line{kMarked}});
 }
 
 cli::Answer makeDefault(const cli::Arguments& arguments) {
   const bool rehearse = arguments.given(kDryRun);
   return cli::Answer(
-      media::makeDefaultSource(arguments.text("ID"), arguments.text("SOURCE"), rehearse),
+      media::makeDefaultSource(arguments.text(kId), arguments.text(kSource), rehearse),
       {cli::Line{rehearse ? kMarked + std::string(" (not saved)") : kMarked}});
 }
 
 cli::Answer allow(const cli::Arguments& arguments) {
-  return cli::Answer(media::allowSources(arguments.text("ID"), arguments.texts("SOURCE")),
+  return cli::Answer(media::allowSources(arguments.text(kId), arguments.texts(kSource)),
                      {cli::Line{"stream cache {cache} allows {allowed}; before: {before}"}});
 }
 
-const cli::Option kSource{cli::Option::Argument, "SOURCE", "Id of a source that the cache allows",
-                          allowedSourceWords};
+const cli::Option kAllowedSource{cli::Option::Argument, kSource,
+                                 "Id of a source that the cache allows", allowedSourceWords};
 
 }  // namespace
 
 cli::CommandGroup streamGroup() {
-  return {"Streams",
-          {{"stream", "Show stream sources and caches, and change caches", {}, nullptr},
-           {"stream sources", "List the stream sources", {}, sources},
-           {"stream caches", "List the stream caches and the sources they carry", {}, caches},
-           {"stream cache",
-            "Change the sources of a stream cache",
-            {{cli::Option::Argument, "ID", "Id of the cache", cacheIdWords}},
-            nullptr},
-           {"stream cache select", "Mark a source with \"Enable\", in place", {kSource}, select},
-           {"stream cache default",
-            "Mark the source that is loaded, \"Default\"; saves all caches anew",
-            {kSource, {cli::Option::Flag, kDryRun, "Tell what would change and change nothing"}},
-            makeDefault},
-           {"stream cache allow",
-            "Replace the sources that the cache allows",
-            {{cli::Option::Arguments, "SOURCE", "Ids from 0 to 29"}},
-            allow}}};
+  return {
+      "Streams",
+      {{"stream", "Show stream sources and caches, and change caches", {}, nullptr},
+       {"stream sources", "List the stream sources", {}, sources},
+       {"stream caches", "List the stream caches and the sources they carry", {}, caches},
+       {"stream cache",
+        "Change the sources of a stream cache",
+        {{cli::Option::Argument, kId, "Id of the cache", cacheIdWords}},
+        nullptr},
+       {"stream cache select", "Mark a source with \"Enable\", in place", {kAllowedSource}, select},
+       {"stream cache default",
+        "Mark the source that is loaded, \"Default\"; saves all caches anew",
+        {kAllowedSource, {cli::Option::Flag, kDryRun, "Tell what would change and change nothing"}},
+        makeDefault},
+       {"stream cache allow",
+        "Replace the sources that the cache allows",
+        {{cli::Option::Arguments, kSource, "Ids from 0 to 29"}},
+        allow}}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -1,7 +1,6 @@
 #include <camcfg/params.h>
 
 #include <limits>
-#include <utility>
 
 #include "base/refusal.h"
 #include "commands/groups.h"
@@ -12,7 +11,8 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr int kUnset = std::numeric_limits<int>::min();
-constexpr char kSection[] = "System";
+constexpr char kPort[] = "PORT";
+constexpr char kSystem[] = "System";
 
 struct Port {
   const char* command;
@@ -22,38 +22,25 @@ struct Port {
   int (*read)();
 };
 
-std::pair<int, int> webPorts() {
-  std::pair<int, int> ports(kUnset, kUnset);
-  CFG_SYSTEM_GetHttpPort(&ports.first, &ports.second);
-  return ports;
-}
-
-int httpPort() {
-  return webPorts().first;
-}
-
-int httpsPort() {
-  return webPorts().second;
+int webPort(std::size_t which) {
+  int ports[] = {kUnset, kUnset};
+  CFG_SYSTEM_GetHttpPort(&ports[0], &ports[1]);
+  return ports[which];
 }
 
 int orUnset(int port) {
   return port == 0 ? kUnset : port;
 }
 
-int rtspPort() {
-  return orUnset(CFG_SYSTEM_GetRtspPort());
-}
-
-int rtspOverHttpPort() {
-  return orUnset(CFG_SYSTEM_GetRtspOverHttpPort());
-}
-
 constexpr Port kPorts[] = {
-    {"system http-port", "http", "WebHttp", "Show or set the HTTP port", httpPort},
-    {"system https-port", "https", "WebHttps", "Show or set the HTTPS port", httpsPort},
-    {"system rtsp-port", "rtsp", "Rtsp", "Show or set the RTSP port", rtspPort},
+    {"system http-port", "http", "WebHttp", "Show or set the HTTP port", [] { return webPort(0); }},
+    {"system https-port", "https", "WebHttps", "Show or set the HTTPS port",
+     [] { return webPort(1); }},
+    {"system rtsp-port", "rtsp", "Rtsp", "Show or set the RTSP port",
+     [] { return orUnset(CFG_SYSTEM_GetRtspPort()); }},
     {"system rtsp-over-http-port", "rtspOverHttp", "RtspOverHttp",
-     "Show or set the port of RTSP over HTTP", rtspOverHttpPort},
+     "Show or set the port of RTSP over HTTP",
+     [] { return orUnset(CFG_SYSTEM_GetRtspOverHttpPort()); }},
 };
 
 Json portOrNull(const Port& port) {
@@ -91,22 +78,20 @@ cli::Answer system(const cli::Arguments& /*arguments*/) {
 cli::Answer showPort(const Port& port) {
   device::requireDocument(CFG_FILE_BUSINESS);
   const Json number = portOrNull(port);
-  const std::string path = std::string(kSection) + "/" + port.parameter;
+  const std::string path = std::string(kSystem) + "/" + port.parameter;
   if (number.is_null()) throw Refusal(path + ": no port is set there");
-  cli::Answer answer;
-  answer.value = {{"port", port.name}, {"parameter", path}, {"value", number}};
-  answer.layout = {cli::Line{"{value}"}};
-  return answer;
+  return {Json{{"port", port.name}, {"parameter", path}, {"value", number}},
+          {cli::Line{"{value}"}}};
 }
 
 cli::Command commandFor(const Port& port) {
   return {port.command,
           port.help,
-          {{cli::Option::OptionalArgument, "PORT", "The new port; without it the port is shown"}},
+          {{cli::Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
           [&port](const cli::Arguments& arguments) {
-            return arguments.given("PORT") ? parameters::setParameter(kSection, port.parameter,
-                                                                      arguments.text("PORT"), false)
-                                           : showPort(port);
+            return arguments.given(kPort) ? parameters::setParameter(kSystem, port.parameter,
+                                                                     arguments.text(kPort), false)
+                                          : showPort(port);
           }};
 }
 

@@ -1,9 +1,13 @@
 #include "commands/words.h"
+#include "commands/options.h"
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 #include "base/decimal.h"
 #include "device/language.h"
+#include "document/exchange.h"
 #include "media/stream_cache.h"
 #include "network/field.h"
 #include "network/network.h"
@@ -13,14 +17,16 @@
 namespace camcfg::tool::commands {
 namespace {
 
-Candidates plain(const std::vector<std::string>& words) {
+template <typename Range, typename Make>
+Candidates forEach(const Range& range, Make make) {
   Candidates candidates;
-  for (const std::string& word : words) candidates.push_back({word});
+  for (const auto& element : range) candidates.push_back(make(element));
   return candidates;
 }
 
-Candidates fieldValues(const std::string& name) {
-  return plain(network::requireNetworkField(name).words);
+template <typename Range>
+Candidates plain(const Range& words) {
+  return forEach(words, [](const auto& word) { return cli::Candidate{word}; });
 }
 
 // The texts of "OptTxt", which stand there with commas between them.
@@ -38,17 +44,50 @@ Candidates parameterValues(const parameters::Parameter& parameter) {
 
 // The keys of a section's entries, each with what says which one it is.
 Candidates entryWords(const settings::Table& table) {
-  Candidates candidates;
-  for (const Json& entry : media::loadEntries(table)) {
+  return forEach(media::loadEntries(table), [&](const Json& entry) {
     const Json& key = entry.at(table.key);
     const Json label = table.label == nullptr ? Json() : entry.at(table.label);
-    candidates.push_back({key.is_string() ? key.text() : key.dump(),
-                          label.is_string() ? label.text() : std::string()});
-  }
+    return cli::Candidate{key.is_string() ? key.text() : key.dump(),
+                          label.is_string() ? label.text() : std::string()};
+  });
+}
+
+// Sections of parameters, and what is exported by itself.
+Candidates wholeSectionWords(const cli::Arguments& before) {
+  Candidates candidates = sectionWords(before);
+  for (const std::string& name : document::exportNames()) candidates.push_back({name});
   return candidates;
 }
 
+struct Meaning {
+  const char* name;  ///< of an argument
+  Candidates (*words)(const cli::Arguments& before);
+};
+constexpr Meaning kMeanings[] = {
+    {kSection, sectionWords},   {kName, parameterWords},  {kValue, valueWords},
+    {kCard, cardWords},         {kField, cardFieldWords}, {kPreset, presetWords},
+    {kKind, mediaKindWords},    {kId, mediaIdWords},      {kSource, sourceIdWords},
+    {kLanguage, languageWords}, {kKey, textKeyWords},     {kSectionOption, wholeSectionWords}};
+
 }  // namespace
+
+void addWords(std::vector<cli::CommandGroup>& groups) {
+  for (cli::CommandGroup& group : groups)
+    for (cli::Command& command : group.commands)
+      for (cli::Option& option : command.options)
+        for (const Meaning& meaning : kMeanings)
+          if (!option.words && option.kind != cli::Option::Flag &&
+              std::strcmp(option.name, meaning.name) == 0)
+            option.words = meaning.words;
+}
+
+Candidates anyWord(const cli::Arguments& /*before*/) {
+  return {};
+}
+
+cli::WordFinder oneOf(std::vector<const char*> words) {
+  return [words = std::move(words)](const cli::Arguments& /*before*/) { return plain(words); };
+}
 
 Candidates sectionWords(const cli::Arguments& /*before*/) {
   return plain(parameters::Parameters().sections());
@@ -58,7 +97,7 @@ Candidates parameterWords(const cli::Arguments& before) {
   const parameters::Parameters parameters;
   Candidates candidates;
   for (const parameters::Parameter& parameter :
-       before.given("SECTION") ? parameters.in(before.text("SECTION")) : parameters.all()) {
+       before.given(kSection) ? parameters.in(before.text(kSection)) : parameters.all()) {
     const char* current = parameter.text("Cur");
     candidates.push_back({parameter.name, current == nullptr ? "" : current});
   }
@@ -66,10 +105,10 @@ Candidates parameterWords(const cli::Arguments& before) {
 }
 
 Candidates valueWords(const cli::Arguments& before) {
-  if (before.given("FIELD")) return fieldValues(before.text("FIELD"));
-  if (!before.given("SECTION") || !before.given("NAME")) return {};
+  if (before.given(kField)) return plain(network::requireNetworkField(before.text(kField)).words);
+  if (!before.given(kSection) || !before.given(kName)) return {};
   return parameterValues(
-      parameters::Parameters().require(before.text("SECTION"), before.text("NAME")));
+      parameters::Parameters().require(before.text(kSection), before.text(kName)));
 }
 
 Candidates cardWords(const cli::Arguments& /*before*/) {
@@ -83,10 +122,8 @@ Candidates cardWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates cardFieldWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const network::NetworkField& field : network::networkFields())
-    candidates.push_back({field.name});
-  return candidates;
+  return forEach(network::networkFields(),
+                 [](const auto& field) { return cli::Candidate{field.name}; });
 }
 
 Candidates presetWords(const cli::Arguments& before) {
@@ -115,7 +152,7 @@ Candidates cacheIdWords(const cli::Arguments& /*before*/) {
 
 Candidates allowedSourceWords(const cli::Arguments& before) {
   Candidates candidates = sourceIdWords(before);
-  const auto id = decimal(before.text("ID"));
+  const auto id = decimal(before.text(kId));
   for (const media::CacheEntry& cache : media::readCaches()) {
     if (cache.id() != id) continue;
     const auto isForbidden = [&](const cli::Candidate& source) {
@@ -128,14 +165,13 @@ Candidates allowedSourceWords(const cli::Arguments& before) {
 }
 
 Candidates mediaKindWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const settings::Table* table : settings::mediaTables()) candidates.push_back({table->word});
-  return candidates;
+  return forEach(settings::mediaTables(),
+                 [](const settings::Table* table) { return cli::Candidate{table->word}; });
 }
 
 Candidates mediaIdWords(const cli::Arguments& before) {
   for (const settings::Table* table : settings::mediaTables())
-    if (before.text("KIND") == table->word) return entryWords(*table);
+    if (before.text(kKind) == table->word) return entryWords(*table);
   return {};
 }
 
@@ -144,7 +180,7 @@ Candidates languageWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates textKeyWords(const cli::Arguments& before) {
-  return plain(device::keysOf(*device::requireTexts(before.text("LANGUAGE"))));
+  return plain(device::keysOf(*device::requireTexts(before.text(kLanguage))));
 }
 
 }  // namespace camcfg::tool::commands

@@ -13,6 +13,16 @@ namespace camcfg::tool::commands {
 
 using Candidates = std::vector<cli::Candidate>;
 
+/// Gives the arguments and options that say nothing of the words that may stand there those that go
+/// by their names: what is called SECTION takes the name of a section.
+void addWords(std::vector<cli::CommandGroup>& groups);
+
+/// For an argument that is named like another one, but whose words nobody knows.
+Candidates anyWord(const cli::Arguments& before);
+
+/// A choice of these words.
+cli::WordFinder oneOf(std::vector<const char*> words);
+
 Candidates sectionWords(const cli::Arguments& before);
 /// Parameters of the SECTION given, or of all; what each is set to helps to choose.
 Candidates parameterWords(const cli::Arguments& before);

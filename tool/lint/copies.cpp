@@ -1,23 +1,19 @@
 #include <camcfg/types.h>
 
-#include <cstring>
-
 #include "device/repair.h"
 #include "lint/elements.h"
 #include "lint/subject.h"
 
 namespace camcfg::tool::lint {
 
-using tinyxml2::XMLAttribute;
-using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
 
 namespace {
 
-constexpr Rule kMainMissing{"main-missing", Severity::Error,
-                            "A file has no main copy, so every call on it fails until start-up "
-                            "verification restores it.",
-                            "/cfg1/mpp_cfg.xml without /cfg0/mpp_cfg.xml"};
+constexpr Rule kMainMissing{
+    "main-missing", Severity::Error,
+    "A file has no main copy, so every call on it fails until start-up verification restores it.",
+    "/cfg1/mpp_cfg.xml without /cfg0/mpp_cfg.xml"};
 constexpr Rule kBackupMissing{"backup-missing", Severity::Warning,
                               "A file has no backup: when its main copy is damaged, start-up "
                               "verification falls back on the factory defaults, or on nothing.",
@@ -25,15 +21,15 @@ constexpr Rule kBackupMissing{"backup-missing", Severity::Warning,
 constexpr Rule kBackupDamaged{"backup-damaged", Severity::Warning,
                               "The backup of a file cannot be loaded, and so restores nothing.",
                               "/cfg1/mpp_cfg.xml is empty"};
-constexpr Rule kCopiesDiffer{"copies-differ", Severity::Warning,
-                             "Main copy and backup differ: when the main copy is damaged, other "
-                             "settings come back.",
-                             "<Rtsp Cur=\"554\"/> in /cfg0, <Rtsp Cur=\"8554\"/> in /cfg1"};
-constexpr Rule kCutShort{"cut-short", Severity::Error,
-                         "The main copy ends before an element that its backup has, as a save "
-                         "leaves it that is cut off there. It loads, so start-up verification does "
-                         "not restore it.",
-                         "/cfg0/mpp_cfg.xml without <LiveMediaService>, which its backup has"};
+constexpr Rule kCopiesDiffer{
+    "copies-differ", Severity::Warning,
+    "Main copy and backup differ: when the main copy is damaged, other settings come back.",
+    R"(<Rtsp Cur="554"/> in /cfg0, <Rtsp Cur="8554"/> in /cfg1)"};
+constexpr Rule kCutShort{
+    "cut-short", Severity::Error,
+    "The main copy ends before an element that its backup has, as a save leaves it that is cut off "
+    "there. It loads, so start-up verification does not restore it.",
+    "/cfg0/mpp_cfg.xml without <LiveMediaService>, which its backup has"};
 constexpr Rule kNotChecked{"not-checked-at-start", Severity::Warning,
                            "Start-up verification checks the names of the factory defaults only: "
                            "this file is never checked or restored.",
@@ -43,24 +39,10 @@ constexpr Rule kNameTooLong{"file-name-too-long", Severity::Error,
                             "never refreshed, nor is the file restored.",
                             "/cfg0/ and a name of 56 bytes"};
 
-bool isSameText(const char* a, const char* b) {
-  return std::strcmp(a, b) == 0;
-}
-
-bool haveSameAttributes(const XMLElement& a, const XMLElement& b) {
-  const XMLAttribute* left = a.FirstAttribute();
-  const XMLAttribute* right = b.FirstAttribute();
-  for (; left != nullptr && right != nullptr; left = left->Next(), right = right->Next())
-    if (!isSameText(left->Name(), right->Name()) || !isSameText(left->Value(), right->Value()))
-      return false;
-  return left == right;
-}
-
+// Apart from what is inside them. XMLNode::ShallowEqual passes over the names of attributes.
 bool areAlike(const XMLNode& a, const XMLNode& b) {
-  const XMLElement* left = a.ToElement();
-  const XMLElement* right = b.ToElement();
-  if ((left == nullptr) != (right == nullptr) || !isSameText(a.Value(), b.Value())) return false;
-  return left == nullptr || haveSameAttributes(*left, *right);
+  tinyxml2::XMLDocument copies;
+  return written(*a.ShallowClone(&copies)) == written(*b.ShallowClone(&copies));
 }
 
 // The first place of a document where another one differs; null if they are the same up to its end.

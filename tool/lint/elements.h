@@ -7,41 +7,58 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
+
 namespace camcfg::tool::lint {
 
 using Elements = std::vector<const tinyxml2::XMLElement*>;
 
 /// The child elements of a node, in document order.
-Elements childrenOf(const tinyxml2::XMLNode& parent);
+inline Elements childrenOf(const tinyxml2::XMLNode& parent) {
+  Elements children;
+  for (const tinyxml2::XMLElement* child = parent.FirstChildElement(); child != nullptr;
+       child = child->NextSiblingElement())
+    children.push_back(child);
+  return children;
+}
 
 /// Their names.
-std::vector<std::string_view> namesOf(const Elements& elements);
+inline std::vector<std::string_view> namesOf(const Elements& elements) {
+  std::vector<std::string_view> names;
+  names.reserve(elements.size());
+  for (const tinyxml2::XMLElement* element : elements) names.emplace_back(element->Name());
+  return names;
+}
 
 /// The first child element of exactly this name; null if there is none.
-const tinyxml2::XMLElement* childNamed(const tinyxml2::XMLNode& parent, const char* name);
-
-/// An attribute's text; empty if it is missing.
-std::string textOf(const tinyxml2::XMLElement& element, const char* attribute);
+inline const tinyxml2::XMLElement* childNamed(const tinyxml2::XMLNode& parent, const char* name) {
+  return parent.FirstChildElement(name);
+}
 
 inline bool has(const tinyxml2::XMLElement& element, const char* attribute) {
   return element.FindAttribute(attribute) != nullptr;
 }
 
-inline bool beginsWith(std::string_view text, std::string_view beginning) {
-  return text.substr(0, beginning.size()) == beginning;
+/// A text cut to what a line of findings has room for: names and values have no limit.
+inline std::string clipped(std::string_view text) {
+  constexpr std::size_t kRoom = 80;
+  return std::string(firstBytes(text, kRoom)) + (text.size() <= kRoom ? "" : "...");
 }
 
-/// A text cut to what a line of findings has room for: names and values have no limit.
-std::string clipped(std::string_view text);
-
 /// The same between single quotes, for a value.
-std::string quoted(std::string_view text);
+inline std::string quoted(std::string_view text) {
+  return tool::quoted(clipped(text));
+}
 
 /// The same between angle brackets, for an element's name.
-std::string tag(std::string_view name);
+inline std::string tag(std::string_view name) {
+  return "<" + clipped(name) + ">";
+}
 
 /// " at line 7"
-std::string atLine(const tinyxml2::XMLNode& node);
+inline std::string atLine(const tinyxml2::XMLNode& node) {
+  return " at line " + std::to_string(node.GetLineNum());
+}
 
 }  // namespace camcfg::tool::lint
 

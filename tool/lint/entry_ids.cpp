@@ -11,16 +11,16 @@ using tinyxml2::XMLElement;
 
 namespace {
 
-constexpr Rule kCarriedId{"carried-id", Severity::Error,
-                          "Searches by id do not forget the id of the entry before: an entry "
-                          "without a readable \"Id\" is taken for that one.",
-                          "<preset Id=\"3\" Description=\"Dock\"/> and behind it <preset "
-                          "Description=\"Gate\"/>"};
-constexpr Rule kEqualId{"equal-id", Severity::Error,
-                        "Two entries have the same id: searches find the first, and users of the "
-                        "list cannot tell them apart.",
-                        "<preset Id=\"3\" Description=\"Dock\"/> and behind it <preset Id=\"3\" "
-                        "Description=\"Gate\"/>"};
+constexpr Rule kCarriedId{
+    "carried-id", Severity::Error,
+    "Searches by id do not forget the id of the entry before: an entry without a readable \"Id\" "
+    "is taken for that one.",
+    R"(<preset Id="3" Description="Dock"/> and behind it <preset Description="Gate"/>)"};
+constexpr Rule kEqualId{
+    "equal-id", Severity::Error,
+    "Two entries have the same id: searches find the first, and users of the list cannot tell them "
+    "apart.",
+    R"(<preset Id="3" Description="Dock"/> and behind it <preset Id="3" Description="Gate"/>)"};
 
 bool readId(const XMLElement& entry, int& id) {
   return entry.QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS;

@@ -13,14 +13,14 @@ namespace {
 
 constexpr Rule kTextMissing{"text-missing", Severity::Warning,
                             "A text has no \"Val\" and is found as the empty text.",
-                            "<MenuLive Value=\"Live view\"/>"};
+                            R"(<MenuLive Value="Live view"/>)"};
 constexpr Rule kTextTwice{"text-twice", Severity::Error,
                           "A key stands twice in a language file: the first is found.",
-                          "<MenuLive Val=\"Live\"/> and behind it <MenuLive Val=\"Live view\"/>"};
-constexpr Rule kTextNotFound{"text-not-found", Severity::Error,
-                             "Texts are looked up right inside the first element of the file: this "
-                             "one is elsewhere.",
-                             "<Texts><Menu><MenuLive Val=\"Live view\"/></Menu></Texts>"};
+                          R"(<MenuLive Val="Live"/> and behind it <MenuLive Val="Live view"/>)"};
+constexpr Rule kTextNotFound{
+    "text-not-found", Severity::Error,
+    "Texts are looked up right inside the first element of the file: this one is elsewhere.",
+    R"(<Texts><Menu><MenuLive Val="Live view"/></Menu></Texts>)"};
 
 void checkElsewhere(const XMLElement& parent, Findings& findings) {
   for (const XMLElement* element : childrenOf(parent)) {

@@ -15,26 +15,25 @@ namespace {
 constexpr Rule kShadowed{"parameter-shadowed", Severity::Error,
                          "Parameters are found by the beginning of their names, the first in the "
                          "section is taken: a lookup of this one finds the longer name before it.",
-                         "<RtspOverHttp Cur=\"8080\"/> and behind it <Rtsp Cur=\"554\"/>"};
+                         R"(<RtspOverHttp Cur="8080"/> and behind it <Rtsp Cur="554"/>)"};
 constexpr Rule kTwice{"parameter-twice", Severity::Error,
                       "A section has a parameter twice: lookups find the first.",
-                      "<Rtsp Cur=\"554\"/> and behind it <Rtsp Cur=\"8554\"/>"};
+                      R"(<Rtsp Cur="554"/> and behind it <Rtsp Cur="8554"/>)"};
 constexpr Rule kInTwoSections{"name-in-two-sections", Severity::Warning,
                               "Calls that take no section search all of them from the top: they "
                               "find the parameter of this name in an earlier section.",
                               "<Mode/> in <Video> and <Mode/> in <Audio> behind it"};
-constexpr Rule kShadowedElsewhere{
-    "name-begins-earlier", Severity::Warning,
-    "Calls that take no section search all of them from the top, and find a longer name that this "
-    "one begins in an earlier section.",
-    "<ModeAuto/> in <Video> and <Mode/> in <Audio> behind it"};
+constexpr Rule kShadowedElsewhere{"name-begins-earlier", Severity::Warning,
+                                  "Calls that take no section search all of them from the top, and "
+                                  "find a longer name that this one begins in an earlier section.",
+                                  "<ModeAuto/> in <Video> and <Mode/> in <Audio> behind it"};
 constexpr Rule kTooDeep{"nested-too-deep", Severity::Warning,
                         "No call reads a parameter inside a parameter that is inside another.",
-                        "<Osd><Clock><Format><Hours Cur=\"24\"/></Format></Clock></Osd>"};
+                        R"(<Osd><Clock><Format><Hours Cur="24"/></Format></Clock></Osd>)"};
 constexpr Rule kUsageShadowed{"usage-shadowed", Severity::Error,
                               "CFG_GetElementByUsage compares the beginning of \"Usage\": a lookup "
                               "of this one finds the element before it.",
-                              "<Port Usage=\"abc\"/> and behind it <Port Usage=\"ab\"/>"};
+                              R"(<Port Usage="abc"/> and behind it <Port Usage="ab"/>)"};
 constexpr int kDeepest = 2;  // inside a section, and inside a parameter
 
 // Elements of one name that are told apart by another attribute are no parameters written twice.

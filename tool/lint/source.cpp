@@ -3,13 +3,72 @@
 #include <camcfg/types.h>
 #include <fcntl.h>
 
+#include <algorithm>
+
 #include "base/descriptor.h"
 #include "device/directory.h"
+#include "lint/elements.h"
 
 namespace camcfg::tool::lint {
 namespace {
 
 using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+template <typename Matches>
+bool anyChild(const XMLElement& parent, Matches matches) {
+  const Elements children = childrenOf(parent);
+  return std::any_of(children.begin(), children.end(),
+                     [&](const XMLElement* child) { return matches(*child); });
+}
+
+bool isNamed(const XMLElement& element, std::string_view name) {
+  return element.Name() == name;
+}
+
+// "Stream" may be a section of parameters, too.
+bool isMedia(const XMLElement& top) {
+  return isNamed(top, "LiveMediaService") ||
+         (isNamed(top, "Stream") && !anyChild(top, [](const XMLElement& child) {
+            return has(child, "Cur") || has(child, "Def");
+          }));
+}
+
+bool isPresets(const XMLElement& top) {
+  return isNamed(top, "PresetCfg") || anyChild(top, [](const XMLElement& child) {
+           return beginsWith(child.Name(), "preset") &&
+                  (has(child, "Id") || has(child, "Description"));
+         });
+}
+
+bool isParameters(const XMLElement& top) {
+  return isNamed(top, "System") || isNamed(top, "NetWork") ||
+         anyChild(top, [](const XMLElement& child) { return has(child, "Cur"); });
+}
+
+bool isLanguage(const XMLElement& top) {
+  return anyChild(top, [](const XMLElement& child) { return has(child, "Val"); });
+}
+
+struct Recognised {
+  Kind kind;
+  bool (*isIt)(const XMLElement& top);
+};
+
+constexpr Recognised kKinds[] = {{Kind::Media, isMedia},
+                                 {Kind::Presets, isPresets},
+                                 {Kind::Parameters, isParameters},
+                                 {Kind::Language, isLanguage}};
+
+// What a document configures, by what is in it.
+Kind kindOf(const XMLDocument& document) {
+  const Elements tops = childrenOf(document);
+  for (const Recognised& known : kKinds)
+    if (std::any_of(tops.begin(), tops.end(),
+                    [&](const XMLElement* top) { return known.isIt(*top); }))
+      return known.kind;
+  return Kind::Unknown;
+}
 
 struct KnownFile {
   const char* path;

@@ -27,9 +27,6 @@ struct Source {
   bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
 };
 
-/// What a document configures, by what is in it.
-Kind kindOf(const tinyxml2::XMLDocument& document);
-
 /// Files of the host: whatever their names, their contents tell what they are.
 std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
 

@@ -15,11 +15,10 @@ namespace {
 constexpr Rule kUnreadable{"unreadable", Severity::Error,
                            "The file cannot be read, so every call that needs it fails.",
                            "/cfg0/mpp_cfg.xml is a directory"};
-constexpr Rule kNotWellFormed{
-    "not-well-formed", Severity::Error,
-    "The file is no XML that the library loads: every call on it fails until start-up "
-    "verification restores it.",
-    "<System><Rtsp Cur=\"554\"></System>"};
+constexpr Rule kNotWellFormed{"not-well-formed", Severity::Error,
+                              "The file is no XML that the library loads: every call on it fails "
+                              "until start-up verification restores it.",
+                              R"(<System><Rtsp Cur="554"></System>)"};
 constexpr Rule kNoElement{"no-element", Severity::Error,
                           "The file holds no element: it loads, so start-up verification passes it "
                           "by, and every call on it fails.",
@@ -28,10 +27,10 @@ constexpr Rule kZeroByte{"zero-byte", Severity::Error,
                          "Reading ends at the first zero byte: what stands behind it is not there, "
                          "and the next save drops it.",
                          "<System/> and behind it a block of zero bytes"};
-constexpr Rule kUnknownKind{"unknown-kind", Severity::Warning,
-                            "The file has none of the elements that any of the library's readers "
-                            "looks for.",
-                            "<Settings><Port>554</Port></Settings>"};
+constexpr Rule kUnknownKind{
+    "unknown-kind", Severity::Warning,
+    "The file has none of the elements that any of the library's readers looks for.",
+    "<Settings><Port>554</Port></Settings>"};
 constexpr Rule kSectionMissing{"section-missing", Severity::Error,
                                "A section is missing, so every call that reads it fails.",
                                "<LiveMediaService> without <SRT>"};

@@ -13,18 +13,17 @@ using tinyxml2::XMLElement;
 
 namespace {
 
-constexpr Rule kMissing{"system-missing", Severity::Warning,
-                        "A setting is missing that has calls of its own, which then fail or tell "
-                        "the port 0.",
-                        "<System> without <Rtsp>"};
+constexpr Rule kMissing{
+    "system-missing", Severity::Warning,
+    "A setting is missing that has calls of its own, which then fail or tell the port 0.",
+    "<System> without <Rtsp>"};
 constexpr Rule kShadowed{"system-shadowed", Severity::Error,
                          "A setting is missing that has calls of its own, and they read and write "
                          "another one, since they look for the beginning of a name.",
                          "<System> with <WebHttps> but without <WebHttp>"};
-constexpr Rule kLanguageMissing{"language-missing", Severity::Error,
-                                "There is no file of texts in the device's language.",
-                                "<Language Cur=\"Dutch\" ...> without "
-                                "/app/resource/language/Dutch.xml"};
+constexpr Rule kLanguageMissing{
+    "language-missing", Severity::Error, "There is no file of texts in the device's language.",
+    R"(<Language Cur="Dutch" ...> without /app/resource/language/Dutch.xml)"};
 
 constexpr char kSuffix[] = ".xml";
 constexpr std::size_t kLongestLanguage =

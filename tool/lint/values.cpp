@@ -16,34 +16,33 @@ using tinyxml2::XMLElement;
 
 namespace {
 
-constexpr Rule kNotAnInteger{"not-an-integer", Severity::Error,
-                             "The value is no integer to its reader, which fails or takes a value "
-                             "of its own.",
-                             "<VENC Id=\"0\" Name=\"main\" ChnId=\"0\" Enabled=\"false\"/>"};
+constexpr Rule kNotAnInteger{
+    "not-an-integer", Severity::Error,
+    "The value is no integer to its reader, which fails or takes a value of its own.",
+    R"(<VENC Id="0" Name="main" ChnId="0" Enabled="false"/>)"};
 constexpr Rule kIntegerTooLarge{"integer-too-large", Severity::Error,
                                 "The value does not fit into 32 bits and is read as another one.",
-                                "<Rtsp Cur=\"554\" Def=\"554\" Min=\"1\" Max=\"4294967296\" "
-                                "Step=\"1\"/>"};
-constexpr Rule kOddInteger{"odd-integer", Severity::Warning,
-                           "The value is no plain decimal number; what is read of it is the number "
-                           "in front.",
-                           "<Cache Id=\"0\" Name=\"main\" BufferSizeKB=\"512KB\">"};
-constexpr Rule kMissingAttribute{"missing-attribute", Severity::Error,
-                                 "An attribute is missing that a reader or a setter of the element "
-                                 "needs.",
-                                 "<Rtsp Cur=\"554\" Def=\"554\" Min=\"1\" Max=\"65535\"/>"};
-constexpr Rule kValueTooLong{"value-too-long", Severity::Error,
-                             "The value is longer than the field that it is read into and is cut "
-                             "off there.",
-                             "<Title Cur=\"a\" Def=\"sixteen or more bytes\" OptTxt=\"a,b\"/>"};
+                                R"(<Rtsp Cur="554" Def="554" Min="1" Max="4294967296" Step="1"/>)"};
+constexpr Rule kOddInteger{
+    "odd-integer", Severity::Warning,
+    "The value is no plain decimal number; what is read of it is the number in front.",
+    R"(<Cache Id="0" Name="main" BufferSizeKB="512KB">)"};
+constexpr Rule kMissingAttribute{
+    "missing-attribute", Severity::Error,
+    "An attribute is missing that a reader or a setter of the element needs.",
+    R"(<Rtsp Cur="554" Def="554" Min="1" Max="65535"/>)"};
+constexpr Rule kValueTooLong{
+    "value-too-long", Severity::Error,
+    "The value is longer than the field that it is read into and is cut off there.",
+    R"(<Title Cur="a" Def="sixteen or more bytes" OptTxt="a,b"/>)"};
 constexpr Rule kPortRange{"port-range", Severity::Error,
                           "There is no such port; the library stores whatever it is given.",
-                          "<Instance Id=\"0\" Mode=\"Listener\" Port=\"90000\">"};
+                          R"(<Instance Id="0" Mode="Listener" Port="90000">)"};
 
 constexpr Rule kAttributeCase{"attribute-case", Severity::Error,
                               "Names of attributes are compared with upper and lower case apart: "
                               "readers do not find this one.",
-                              "<Rtsp cur=\"554\" Def=\"554\" Min=\"1\" Max=\"65535\" Step=\"1\"/>"};
+                              R"(<Rtsp cur="554" Def="554" Min="1" Max="65535" Step="1"/>)"};
 
 constexpr int kGreatestPort = 65535;
 

@@ -39,7 +39,7 @@ const std::vector<CommandGroup> kGroups = {
         {Option::HostDirectory, "--into", "A directory"}},
        nothing},
       {"read", "Reads", {{Option::HostFile, "IN", "A file"}}, nothing},
-      {"look", "Looks", {{Option::OptionalArguments, "FILE", "Files"}}, nothing},
+      {"look", "Looks", {{Option::HostFiles, "FILE", "Files"}}, nothing},
       {"secret",
        "For programs",
        {{Option::Argument, "ONE", "A word", fixedWords}},

@@ -3,10 +3,10 @@
 #include <sstream>
 
 #include "cli/command_line.h"
+#include "cli/topic.h"
 #include "commands/groups.h"
 #include "tool/json_in.h"
 #include "tool/tool_test.h"
-#include "topics/topics.h"
 
 namespace camcfg::tests {
 namespace {

@@ -3,9 +3,9 @@
 #include <set>
 
 #include "cli/roff.h"
+#include "cli/topic.h"
 #include "commands/groups.h"
 #include "tool/tool_test.h"
-#include "topics/topics.h"
 
 namespace camcfg::tests {
 namespace {

@@ -1,4 +1,4 @@
-#include "commands/vocabulary.h"
+#include "commands/words.h"
 
 #include "cli/completion.h"
 #include "commands/groups.h"

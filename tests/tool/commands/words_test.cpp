@@ -1,6 +1,8 @@
 #include "commands/words.h"
 
 #include "base/refusal.h"
+#include "cli/completion.h"
+#include "commands/groups.h"
 #include "tool/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -27,8 +29,9 @@ class WordsTest : public testing::Test {
     device.write(kMpp, kMedia);
   }
 
+  static Arguments nothing() { return placeIn(allGroups(), {""}).before; }
   static Arguments given(const std::string& name, const std::string& text) {
-    Arguments arguments;
+    Arguments arguments = nothing();
     arguments.add(name, std::vector<std::string>{text});
     return arguments;
   }
@@ -45,7 +48,7 @@ TEST_F(WordsTest, ParametersAreToldWithWhatTheyAreSetTo) {
 }
 
 TEST_F(WordsTest, CardsAreToldWithTheirAddresses) {
-  EXPECT_THAT(shown(cardWords({})), ElementsAre("Eth0 (192.0.2.7)"));
+  EXPECT_THAT(shown(cardWords(nothing())), ElementsAre("Eth0 (192.0.2.7)"));
 }
 
 TEST_F(WordsTest, MediaIdsAreThoseOfTheirKind) {
@@ -56,7 +59,7 @@ TEST_F(WordsTest, MediaIdsAreThoseOfTheirKind) {
   EXPECT_THAT(idsOf("ndi"), ElementsAre("0 (One)"));
   EXPECT_THAT(idsOf("srt"), ElementsAre("0", "1 (example.com)"));
   EXPECT_THAT(idsOf("fax"), IsEmpty());
-  EXPECT_THAT(shown(mediaIdWords({})), IsEmpty());
+  EXPECT_THAT(shown(mediaIdWords(nothing())), IsEmpty());
 }
 
 TEST_F(WordsTest, AddressesThatMayHoldPasswordsAreNotTold) {
@@ -64,12 +67,13 @@ TEST_F(WordsTest, AddressesThatMayHoldPasswordsAreNotTold) {
 }
 
 TEST_F(WordsTest, EveryKindHasIds) {
-  for (const Candidate& kind : mediaKindWords({})) EXPECT_THAT(idsOf(kind.word), Not(IsEmpty()));
+  for (const Candidate& kind : mediaKindWords(nothing()))
+    EXPECT_THAT(idsOf(kind.word), Not(IsEmpty()));
 }
 
 TEST_F(WordsTest, UnusableFilesAreRefused) {
   device.write(kBusiness, "<");
-  EXPECT_THROW(sectionWords({}), Refusal);
+  EXPECT_THROW(sectionWords(nothing()), Refusal);
   EXPECT_THROW(textKeyWords(given("LANGUAGE", "None")), Refusal);
 }
 
