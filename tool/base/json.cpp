@@ -158,7 +158,7 @@ Json::iterator Json::find(std::string_view name) {
 }
 
 const Json& Json::at(std::string_view name) const {
-  const const_iterator found = find(name);
+  const auto found = find(name);
   if (found == end()) failOver("no member " + std::string(name));
   return *found;
 }
@@ -171,7 +171,7 @@ Json& Json::operator[](std::string_view name) {
   if (is_null()) makeObject();
   auto* object = std::get_if<Object>(&value_);
   if (object == nullptr) failOver("no object");
-  const iterator found = find(name);
+  const auto found = find(name);
   if (found != end()) return *found;
   object->names.emplace_back(name);
   return object->values.emplace_back();
@@ -184,7 +184,7 @@ const Json* Json::find_path(std::string_view path) const {
   if (is_array()) {
     const std::size_t index = indexOf(word);
     if (index < size()) next = &at(index);
-  } else if (const const_iterator found = find(word); found != end()) {
+  } else if (const auto found = find(word); found != end()) {
     next = &*found;
   }
   return next == nullptr ? nullptr : next->find_path(withoutFirstWord(path));
@@ -210,7 +210,7 @@ bool operator<(const Json& a, const Json& b) {
   if (a.names() != b.names()) return a.names() < b.names();
   if (a.is_structured()) return a.values() < b.values();
   if (a.is_string()) return a.text() < b.text();
-  if (a.is_boolean()) return a.boolean() < b.boolean();
+  if (a.is_boolean()) return !a.boolean() && b.boolean();
   if (const auto* number = std::get_if<std::uint64_t>(&a.value_))
     return *number < std::get<std::uint64_t>(b.value_);
   if (a.is_number_integer()) return a.integer() < b.integer();

@@ -42,7 +42,7 @@ std::string realText(double value) {
   constexpr int kLongestPlain = 15;
   constexpr int kSmallestPlain = -4;
   std::array<char, 32> buffer{};
-  const auto end =
+  const auto* const end =
       std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific)
           .ptr;
   const std::string scientific(buffer.begin(), end);
@@ -87,7 +87,7 @@ class Writer {
   void breakLine(int depth) {
     if (indent_ < 0) return;
     text_ += '\n';
-    text_.append(static_cast<std::size_t>(indent_ * depth), ' ');
+    text_.append(static_cast<std::size_t>(indent_) * static_cast<std::size_t>(depth), ' ');
   }
 
   void addStructured(const Json& value, int depth) {

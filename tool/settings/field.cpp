@@ -1,5 +1,6 @@
 #include "settings/field.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace camcfg::tool::settings {
@@ -17,8 +18,7 @@ bool Field::setText(void* record, const std::string& text) const {
   }
   if (text.size() >= room || text.find('\0') != std::string::npos) return false;
   auto* characters = static_cast<char*>(at(record));
-  std::memset(characters, 0, room);
-  std::memcpy(characters, text.data(), text.size());
+  std::fill_n(std::copy(text.begin(), text.end(), characters), room - text.size(), '\0');
   return true;
 }
 

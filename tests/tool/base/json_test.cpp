@@ -73,14 +73,14 @@ TEST(JsonTest, SetsTellAllValuesApart) {
                                  "a",
                                  true,
                                  true,
-                                 Json({1}),
-                                 Json({2}),
-                                 Json({{"a", 1}}),
+                                 Json::array(),
+                                 Json{2, 2},
+                                 Json{{"a", 1}},
                                  0.5,
                                  0.5,
                                  nullptr,
                                  nullptr,
-                                 Json({{"b", 1}})};
+                                 Json{{"b", 1}}};
   EXPECT_EQ(values.size(), 11U);
 }
 
