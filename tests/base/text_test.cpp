@@ -1,4 +1,4 @@
-#include "base/text.h"
+#include "base/plain_text.h"
 
 #include <gtest/gtest.h>
 

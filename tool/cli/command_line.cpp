@@ -11,7 +11,7 @@
 
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/text.h"
+#include "base/plain_text.h"
 #include "cli/global_options.h"
 #include "cli/topic.h"
 

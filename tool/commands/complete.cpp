@@ -2,7 +2,7 @@
 
 #include "base/printable.h"
 #include "base/refusal.h"
-#include "base/text.h"
+#include "base/plain_text.h"
 #include "cli/completion.h"
 #include "cli/shell_line.h"
 #include "commands/groups.h"
