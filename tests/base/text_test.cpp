@@ -1,4 +1,4 @@
-#include "base/plain_text.h"
+#include "base/text.h"
 
 #include <gtest/gtest.h>
 
