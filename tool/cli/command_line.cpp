@@ -9,9 +9,9 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/text.h"
 #include "cli/global_options.h"
 #include "cli/topic.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "base/text.h"
+#include "base/plain_text.h"
 #include "cli/global_options.h"
 #include "cli/roff.h"
 

@@ -1,8 +1,8 @@
 #include <cstdlib>
 
+#include "base/plain_text.h"
 #include "base/printable.h"
 #include "base/refusal.h"
-#include "base/text.h"
 #include "cli/completion.h"
 #include "cli/shell_line.h"
 #include "commands/groups.h"

@@ -1,6 +1,6 @@
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/text.h"
 #include "cli/command_line.h"
 #include "cli/man_page.h"
 #include "commands/groups.h"

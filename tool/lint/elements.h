@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/text.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::lint {
 

@@ -4,7 +4,6 @@
 #include <map>
 #include <set>
 
-#include "lint/entry_ids.h"
 #include "lint/media_form.h"
 #include "lint/stream.h"
 #include "lint/subject.h"

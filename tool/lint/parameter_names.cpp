@@ -2,9 +2,9 @@
 #include <map>
 
 #include "lint/elements.h"
-#include "lint/entry_ids.h"
 #include "lint/name_matches.h"
 #include "lint/subject.h"
+#include "lint/values.h"
 
 namespace camcfg::tool::lint {
 

@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "lint/elements.h"
-#include "lint/entry_ids.h"
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"

@@ -3,10 +3,10 @@
 #include <limits>
 #include <map>
 
-#include "lint/entry_ids.h"
 #include "lint/media_form.h"
 #include "lint/stream.h"
 #include "lint/subject.h"
+#include "lint/values.h"
 
 namespace camcfg::tool::lint {
 

@@ -1,7 +1,7 @@
-#include "lint/entry_ids.h"
 #include "lint/media_form.h"
 #include "lint/stream.h"
 #include "lint/subject.h"
+#include "lint/values.h"
 
 namespace camcfg::tool::lint {
 

@@ -4,6 +4,7 @@
 #include "lint/elements.h"
 #include "lint/name_matches.h"
 #include "lint/subject.h"
+#include "settings/media.h"
 
 namespace camcfg::tool::lint {
 
@@ -89,34 +90,24 @@ void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
                        atLine(*sections[matches[i].same]) + " comes first");
 }
 
-struct Expected {
-  Kind kind;
-  const char* parent;  // null: the top of the file
-  const char* name;
-};
-
-constexpr Expected kExpected[] = {
-    {Kind::Parameters, nullptr, "System"},      {Kind::Parameters, nullptr, "NetWork"},
-    {Kind::Presets, nullptr, "PresetCfg"},      {Kind::Media, nullptr, "Stream"},
-    {Kind::Media, "Stream", "StreamSource"},    {Kind::Media, "Stream", "StreamCache"},
-    {Kind::Media, nullptr, "LiveMediaService"}, {Kind::Media, "LiveMediaService", "WEBSOCKET"},
-    {Kind::Media, "LiveMediaService", "RTSP"},  {Kind::Media, "LiveMediaService", "RTMP"},
-    {Kind::Media, "LiveMediaService", "NDI"},   {Kind::Media, "LiveMediaService", "SRT"},
-};
+std::vector<std::string> topsOf(Kind kind) {
+  if (kind == Kind::Parameters) return {"System", "NetWork"};
+  if (kind == Kind::Presets) return {"PresetCfg"};
+  std::vector<std::string> tops;
+  for (const settings::Table* table : settings::mediaTables())
+    if (!isAmong(tops, table->parent)) tops.emplace_back(table->parent);
+  return tops;
+}
 
 void checkSections(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
-  for (const Expected& expected : kExpected) {
-    if (expected.kind != source.kind) continue;
-    if (expected.parent == nullptr) {
-      if (childNamed(document, expected.name) == nullptr)
-        findings.add(kSectionMissing, 1, "there is no " + tag(expected.name));
-      continue;
-    }
-    const XMLElement* parent = childNamed(document, expected.parent);
-    if (parent != nullptr && childNamed(*parent, expected.name) == nullptr)
-      findings.add(kSectionMissing, *parent,
-                   tag(expected.parent) + " has no " + tag(expected.name));
+  for (const std::string& name : topsOf(source.kind)) {
+    const XMLElement* top = childNamed(document, name.c_str());
+    if (top == nullptr) findings.add(kSectionMissing, 1, "there is no " + tag(name));
+    if (top == nullptr || source.kind != Kind::Media) continue;
+    for (const settings::Table* table : settings::mediaTables())
+      if (name == table->parent && childNamed(*top, table->section) == nullptr)
+        findings.add(kSectionMissing, *top, tag(name) + " has no " + tag(table->section));
   }
   checkTwice(document, findings);
   if (source.kind == Kind::Media)

@@ -17,7 +17,7 @@ struct Subject {
   void (*check)(const Source& source, Findings& findings);  ///< null: other subjects' checks do it
 };
 
-// One for each subject, in the file of its name.
+// One for each subject, in the file of its name; that of ids is with the values.
 Subject structure();
 Subject values();
 Subject entryIds();

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "lint/elements.h"
 #include "lint/findings.h"
 
 namespace camcfg::tool::lint {
@@ -31,6 +32,14 @@ void requirePort(const tinyxml2::XMLElement& element, const char* attribute,
 /// Finds attributes whose names differ from ones that readers know only in upper and lower case.
 void checkAttributeCase(const tinyxml2::XMLElement& element, const std::vector<const char*>& known,
                         const std::string& owner, Findings& findings);
+
+/// Looks at entries that are told apart by their "Id", in document order: one without takes the id
+/// of the one before it in searches by id, and of equal ids only the first is found.
+/// @param owner  how findings call an entry: "preset"
+void checkEntryIds(const Elements& entries, const std::string& owner, Findings& findings);
+
+/// Finds ids that an earlier one of the entries has. Entries without a readable "Id" are passed by.
+void checkEqualIds(const Elements& entries, const std::string& owner, Findings& findings);
 
 }  // namespace camcfg::tool::lint
 
