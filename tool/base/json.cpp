@@ -4,6 +4,7 @@
 #include <charconv>
 #include <limits>
 #include <stdexcept>
+#include <tuple>
 
 namespace camcfg::tool {
 namespace {
@@ -177,6 +178,18 @@ Json& Json::operator[](std::string_view name) {
   return object->values.emplace_back();
 }
 
+std::vector<Json::Member<const Json>> Json::items() const {
+  std::vector<Member<const Json>> all;
+  for (std::size_t i = 0; i < names().size(); ++i) all.push_back({names()[i], at(i)});
+  return all;
+}
+
+std::vector<Json::Member<Json>> Json::items() {
+  std::vector<Member<Json>> all;
+  for (std::size_t i = 0; i < names().size(); ++i) all.push_back({names()[i], at(i)});
+  return all;
+}
+
 const Json* Json::find_path(std::string_view path) const {
   if (path.empty()) return this;
   const std::string_view word = firstWord(path);
@@ -195,26 +208,22 @@ Json& Json::at_path(std::string_view path) {
   return (*this)[firstWord(path)].at_path(withoutFirstWord(path));
 }
 
+bool Json::Object::operator==(const Object& other) const {
+  return names == other.names && values == other.values;
+}
+
+bool Json::Object::operator<(const Object& other) const {
+  return std::tie(names, values) < std::tie(other.names, other.values);
+}
+
 bool operator==(const Json& a, const Json& b) {
-  if (a.is_number() && b.is_number() && a.value_.index() != b.value_.index())
-    return a.real() == b.real();
-  if (a.value_.index() != b.value_.index() || a.names() != b.names()) return false;
-  if (a.is_structured()) return a.values() == b.values();
-  return !(a < b) && !(b < a);
+  const bool areNumbers = a.is_number() && b.is_number() && a.value_.index() != b.value_.index();
+  return areNumbers ? a.real() == b.real() : a.value_ == b.value_;
 }
 
 bool operator<(const Json& a, const Json& b) {
-  if (a.is_number() && b.is_number() && a.value_.index() != b.value_.index())
-    return a.real() < b.real();
-  if (a.value_.index() != b.value_.index()) return a.value_.index() < b.value_.index();
-  if (a.names() != b.names()) return a.names() < b.names();
-  if (a.is_structured()) return a.values() < b.values();
-  if (a.is_string()) return a.text() < b.text();
-  if (a.is_boolean()) return a.boolean() < b.boolean();
-  if (const auto* number = std::get_if<std::uint64_t>(&a.value_))
-    return *number < std::get<std::uint64_t>(b.value_);
-  if (a.is_number_integer()) return a.integer() < b.integer();
-  return a.is_number() && a.real() < b.real();
+  const bool areNumbers = a.is_number() && b.is_number() && a.value_.index() != b.value_.index();
+  return areNumbers ? a.real() < b.real() : a.value_ < b.value_;
 }
 
 }  // namespace camcfg::tool

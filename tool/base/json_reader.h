@@ -19,13 +19,20 @@ constexpr std::size_t kMostValues = 2000;
 struct JsonText {
   Json value;                         ///< null if the text is no JSON
   std::vector<std::string> repeated;  ///< places of members that an object has already; ignored
-  std::size_t fault = 0;              ///< byte, counted from 1, where it stops being JSON; 0: nowhere
-  std::string reason;                 ///< why; repeats nothing of the text
+  std::size_t fault = 0;  ///< byte, counted from 1, where it stops being JSON; 0: nowhere
+  std::string reason;     ///< why; repeats nothing of the text
 };
 
 /// Reads a JSON text.
 /// @throws Refusal  it exceeds a limit, whatever comes after
 JsonText readJson(const std::string& text);
+
+/// A value as bytes, for another process of this program. Unlike JSON it keeps every text byte by
+/// byte, whatever its encoding.
+std::string packed(const Json& value);
+
+/// @throws std::runtime_error  the bytes are not what packed() made
+Json unpacked(const std::string& bytes);
 
 }  // namespace camcfg::tool
 

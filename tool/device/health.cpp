@@ -15,31 +15,17 @@ bool isRequired(const std::string& name) {
                      [&](const char* path) { return nameOf(path) == name; });
 }
 
-ConfigFile missingFile(const std::string& name) {
-  ConfigFile file;
-  file.name = name;
-  for (Copy* copy : {&file.main, &file.backup, &file.factory}) copy->fault = "is missing";
-  return file;
-}
-
 FileSet surveyWithRequired() {
   FileSet set = surveyFiles();
-  for (const char* path : kRequired)
-    if (set.find(nameOf(path)) == nullptr) set.files.push_back(missingFile(nameOf(path)));
+  for (const char* path : kRequired) {
+    if (set.find(nameOf(path)) != nullptr) continue;
+    ConfigFile& file = set.files.emplace_back();
+    file.name = nameOf(path);
+    for (Copy* copy : {&file.main, &file.backup, &file.factory}) copy->fault = "is missing";
+  }
   std::sort(set.files.begin(), set.files.end(),
             [](const ConfigFile& a, const ConfigFile& b) { return a.name < b.name; });
   return set;
-}
-
-// The first copy that start-up verification opens and that is a pipe.
-std::optional<Place> pipeAtStart(const ConfigFile& file, bool anyBackup) {
-  if (!file.checkedAtStart) return std::nullopt;
-  for (const Place place : kPlaces) {
-    if (place == Place::Backup && !anyBackup) continue;
-    if (file.copy(place).isPipe) return place;
-    if (file.copy(place).loads()) break;
-  }
-  return std::nullopt;
 }
 
 // What start-up verification does, file by file.
@@ -49,30 +35,35 @@ class StartUp {
 
   AtStart to(const ConfigFile& file, Place place) const {
     if (!file.checkedAtStart || place == Place::Default) return AtStart::NotLookedAt;
-    if (const auto pipe = pipeAtStart(file, set_.anyBackup))
-      return *pipe == place ? AtStart::WaitsForEver : AtStart::NotLookedAt;
-    const Repair* repair = find(file, place);
-    if (repair == nullptr || !repair->fitsTheCopy()) return AtStart::Stays;
+    if (const auto found = pipe(file))
+      return *found == place ? AtStart::WaitsForEver : AtStart::NotLookedAt;
+    const auto repair = std::find_if(repairs_.begin(), repairs_.end(), [&](const Repair& each) {
+      return each.name == file.name && each.to == place;
+    });
+    if (repair == repairs_.end() || !repair->fitsTheCopy()) return AtStart::Stays;
     return repair->from == Place::Backup ? AtStart::FromBackup : AtStart::FromDefault;
   }
 
-  bool restores(const ConfigFile& file, Place place) const {
+  /// What a finding adds on a copy that is restored; none for one that is not.
+  std::optional<std::string> outlook(const ConfigFile& file, Place place) const {
     const AtStart done = to(file, place);
-    return done == AtStart::FromBackup || done == AtStart::FromDefault;
+    if (done == AtStart::FromBackup) return "; the next start restores it from its backup";
+    if (done == AtStart::FromDefault) return "; the next start restores it from the factory set";
+    return std::nullopt;
   }
 
+  /// The first copy that it opens and that is a pipe.
   std::optional<Place> pipe(const ConfigFile& file) const {
-    return pipeAtStart(file, set_.anyBackup);
+    if (!file.checkedAtStart) return std::nullopt;
+    for (const Place place : kPlaces) {
+      if (place == Place::Backup && !set_.anyBackup) continue;
+      if (file.copy(place).isPipe) return place;
+      if (file.copy(place).loads()) break;
+    }
+    return std::nullopt;
   }
 
  private:
-  const Repair* find(const ConfigFile& file, Place place) const {
-    const auto found = std::find_if(repairs_.begin(), repairs_.end(), [&](const Repair& repair) {
-      return repair.name == file.name && repair.to == place;
-    });
-    return found == repairs_.end() ? nullptr : &*found;
-  }
-
   const FileSet& set_;
   std::vector<Repair> repairs_;
 };
@@ -86,34 +77,23 @@ CopyHealth healthOf(const ConfigFile& file, Place place, const StartUp& startUp)
   return health;
 }
 
-std::string restoredFrom(AtStart done) {
-  return done == AtStart::FromBackup ? "; the next start restores it from its backup"
-                                     : "; the next start restores it from the factory set";
-}
-
-std::string outlookForBackup(const ConfigFile& file) {
-  return file.main.state == State::Good && file.backup.state != State::NotAFile
-             ? "; 'camcfg verify --resync' brings it level"
-             : "";
-}
-
 void judgeMain(FileHealth& health, const ConfigFile& file, const StartUp& startUp) {
   if (file.main.state == State::Good) return;
-  const bool restored = startUp.restores(file, Place::Main);
+  const auto restored = startUp.outlook(file, Place::Main);
   health.health = restored ? Health::Degraded : Health::Unusable;
-  health.findings.push_back(
-      file.path(Place::Main) + " " + file.main.fault +
-      (restored ? restoredFrom(startUp.to(file, Place::Main)) : outlookFor(file)));
+  health.findings.push_back(file.path(Place::Main) + " " + file.main.fault +
+                            restored.value_or(outlookFor(file)));
 }
 
 void judgeBackup(FileHealth& health, const ConfigFile& file, const StartUp& startUp) {
   if (file.backup.state == State::Good) return;
   health.health = std::max(health.health, Health::Degraded);
   const bool unlike = file.backup.state == State::OutOfStep;
+  const bool resynced = file.main.state == State::Good && file.backup.state != State::NotAFile;
   health.findings.push_back(
       file.path(Place::Backup) + " " + (unlike ? "is unlike its main copy" : file.backup.fault) +
-      (startUp.restores(file, Place::Backup) ? restoredFrom(startUp.to(file, Place::Backup))
-                                             : outlookForBackup(file)));
+      startUp.outlook(file, Place::Backup)
+          .value_or(resynced ? "; 'camcfg verify --resync' brings it level" : ""));
 }
 
 // A file of somebody else's, beside the factory set, has no factory copy.
@@ -147,15 +127,8 @@ FileHealth healthOf(const ConfigFile& file, const StartUp& startUp) {
 }  // namespace
 
 const char* wordFor(Health health) {
-  switch (health) {
-    case Health::Well:
-      return "well";
-    case Health::Degraded:
-      return "degraded";
-    case Health::Unusable:
-      break;
-  }
-  return "unusable";
+  constexpr const char* kWords[] = {"well", "degraded", "unusable"};
+  return kWords[static_cast<std::size_t>(health)];
 }
 
 std::vector<FileHealth> checkHealth() {

@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "base/host_directory.h"
+#include "base/json.h"
 #include "device/file_set.h"
-#include "device/room.h"
 
 namespace camcfg::tool::device {
 
@@ -24,20 +25,46 @@ struct Repair {
 /// What start-up verification is going to replace.
 std::vector<Repair> startUpRepairs(const FileSet& set);
 
-/// What remains to be replaced so that each file has two good copies that are the same: backups
-/// from their main copies, and main copies that start-up verification passes by from their backups.
-std::vector<Repair> levelRepairs(const FileSet& set);
+/// The check of all configuration files, and what became of them.
+class Verification {
+ public:
+  /// A repair and why it was not done; done if there is no fault.
+  struct Attempt {
+    Repair repair;
+    std::string fault;
+  };
 
-/// The room that a repair takes beyond what the copy that it replaces gives back.
-Writing writingOf(const Repair& repair);
+  /// @param keepIn  where damaged copies are kept before they are replaced, "cfg0-NAME" for a main
+  ///                copy and "cfg1-NAME" for a backup; null: nowhere
+  explicit Verification(HostDirectory* keepIn) : keepIn_(keepIn), found_(surveyFiles()) {}
 
-/// Why a repair that should have been done was not; empty if the copies are the same now.
-std::string whyNotDone(const Repair& repair);
+  /// Lets the library do what it does when the device starts.
+  /// @throws Refusal  before anything was changed
+  void startUp();
+  /// Does what start-up verification leaves undone, so that each file has two good copies: replaces
+  /// backups from their main copies, and main copies that it passes by from their backups.
+  void level();
 
-/// Replaces a copy through the library, with the main copy's lock held. The other copy of the file
-/// is only read: whenever the work is cut short, one of the two is whole.
-/// @return why it was not done; empty if it was
-std::string carryOut(const Repair& repair);
+  const FileSet& found() const { return found_; }
+  const FileSet& now() const { return now_; }
+  const std::vector<Attempt>& attempts() const { return attempts_; }
+  /// What was kept: an array of "copy" (its path) and "as" (where its bytes are).
+  const Json& kept() const { return kept_; }
+  bool levelled() const { return levelled_; }
+
+  /// From where a copy was replaced; null if it was not.
+  const Repair* restored(const std::string& name, Place place) const;
+
+ private:
+  void keep(const Repair& repair, const FileSet& set);
+
+  HostDirectory* keepIn_;
+  Json kept_ = Json::array();
+  FileSet found_;
+  FileSet now_;
+  std::vector<Attempt> attempts_;
+  bool levelled_ = false;
+};
 
 }  // namespace camcfg::tool::device
 

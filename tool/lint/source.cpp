@@ -4,7 +4,7 @@
 #include <fcntl.h>
 
 #include "base/descriptor.h"
-#include "device/directory.h"
+#include "device/file_set.h"
 
 namespace camcfg::tool::lint {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "base/library_console.h"
+#include "base/library_log.h"
 
 namespace camcfg::tool::media {
 namespace {

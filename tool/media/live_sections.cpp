@@ -4,7 +4,7 @@
 
 #include <limits>
 
-#include "base/library_console.h"
+#include "base/library_log.h"
 #include "media/live_elements.h"
 
 namespace camcfg::tool::media {

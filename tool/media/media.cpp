@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "base/library_console.h"
 #include "base/library_log.h"
 #include "base/refusal.h"
 

@@ -1,7 +1,7 @@
 #include <cstdlib>
 #include <regex>
 
-#include "media/wiring_picture.h"
+#include "media/wiring.h"
 #include "system/sample_set.h"
 #include "tool/as_nobody.h"
 #include "tool/json_in.h"
@@ -91,11 +91,7 @@ TEST_F(GraphTest, FindingsAreTold) {
   giveFindings();
   EXPECT_EQ(
       run({"graph"}).err,
-      "camcfg: graph: note: stream cache 0 carries source 9, which there is not\n"
-      "camcfg: graph: note: stream cache 0 is marked \"Default\" at source 9, but \"Enable\" at "
-      "source 2\n"
-      "camcfg: graph: note: stream cache 7 carries source 1, which is disabled\n"
-      "camcfg: graph: note: RTSP 'live' sends stream cache 4, which there is not\n");
+      "camcfg: graph: note: X\n");
 }
 
 TEST_F(GraphTest, FindingsAreDrawn) {

@@ -1,5 +1,5 @@
-#ifndef CAMCFG_TOOL_BASE_TEXT_H
-#define CAMCFG_TOOL_BASE_TEXT_H
+#ifndef CAMCFG_TOOL_BASE_PLAIN_TEXT_H
+#define CAMCFG_TOOL_BASE_PLAIN_TEXT_H
 
 #include <strings.h>
 #include <tinyxml2.h>
@@ -73,6 +73,28 @@ inline std::string written(const tinyxml2::XMLNode& node) {
   tinyxml2::XMLPrinter printer;
   node.Accept(&printer);
   return printer.CStr();
+}
+
+// Places of a document as messages name them: "live.srt[1].port".
+
+/// A text for a message, cut if it is long.
+inline std::string shortened(const std::string& text) {
+  constexpr std::size_t kLongest = 120;
+  return text.size() <= kLongest ? text : std::string(firstBytes(text, kLongest)) + "...";
+}
+
+/// "PLACE.NAME", and "PLACE["NAME"]" for a name that is no plain word.
+inline std::string memberPlace(const std::string& place, const std::string& name) {
+  const bool isWord = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
+    return std::isalnum(c) != 0 || c == '_' || c == '-';
+  });
+  if (!isWord) return place + "[\"" + shortened(name) + "\"]";
+  return place + (place.empty() ? "" : ".") + shortened(name);
+}
+
+/// "PLACE[INDEX]"
+inline std::string elementPlace(const std::string& place, std::size_t index) {
+  return place + "[" + std::to_string(index) + "]";
 }
 
 }  // namespace camcfg::tool
