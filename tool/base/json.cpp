@@ -1,10 +1,11 @@
 #include "base/json.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <stdexcept>
 #include <tuple>
+
+#include "base/decimal.h"
 
 namespace camcfg::tool {
 namespace {
@@ -15,14 +16,6 @@ namespace {
 
 bool isMember(const Json& element) {
   return element.is_array() && element.size() == 2 && element.front().is_string();
-}
-
-// The number that a path's word is, or one beyond every array.
-std::size_t indexOf(std::string_view word) {
-  std::size_t index = 0;
-  const auto [stopped, error] = std::from_chars(word.data(), word.data() + word.size(), index);
-  const bool whole = error == std::errc() && stopped == word.data() + word.size();
-  return whole ? index : std::numeric_limits<std::size_t>::max();
 }
 
 std::string_view firstWord(std::string_view path) {
@@ -195,8 +188,9 @@ const Json* Json::find_path(std::string_view path) const {
   const std::string_view word = firstWord(path);
   const Json* next = nullptr;
   if (is_array()) {
-    const std::size_t index = indexOf(word);
-    if (index < size()) next = &at(index);
+    const auto index = decimal(word);
+    if (index && *index >= 0 && static_cast<std::size_t>(*index) < size())
+      next = &at(static_cast<std::size_t>(*index));
   } else if (const const_iterator found = find(word); found != end()) {
     next = &*found;
   }

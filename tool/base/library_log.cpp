@@ -60,8 +60,8 @@ class Ear {
  private:
   static void passOn(const std::string& printed) {
     writeAll(STDOUT_FILENO, printed);
-    const std::string complaint = complaintIn(printed);
-    if (!complaint.empty()) recordComplaint(complaint);
+    const std::string heard = complaintIn(printed);
+    if (!heard.empty()) recordComplaint(heard);
   }
 
   MemoryFile printed_;

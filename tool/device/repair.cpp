@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -12,6 +13,7 @@
 #include "base/progress.h"
 #include "base/refusal.h"
 #include "device/change.h"
+#include "device/health.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -116,6 +118,119 @@ std::string keptName(std::string path) {
   return path;
 }
 
+// A repair and why it was not done; done if there is no fault.
+struct Attempt {
+  Repair repair;
+  std::string fault;
+};
+
+// The check of all configuration files, and what became of them.
+class Verification {
+ public:
+  explicit Verification(HostDirectory* keepIn) : keepIn_(keepIn), found_(surveyFiles()) {}
+
+  void startUp();
+  void resync();
+  Outcome outcome(bool resynced) const;
+
+ private:
+  void keep(const Repair& repair, const FileSet& set);
+  Json recordOf(const ConfigFile& file) const;
+  void noteMain(const ConfigFile& file, Outcome& outcome) const;
+
+  HostDirectory* keepIn_;
+  Json kept_ = Json::array();
+  FileSet found_;
+  FileSet now_;
+  std::vector<Attempt> attempts_;
+};
+
+void Verification::startUp() {
+  requireNoPipe(found_);
+  const std::vector<Repair> repairs = startUpRepairs(found_);
+  requireWritable(repairs, found_);
+  for (const Repair& repair : repairs) keep(repair, found_);
+  verifyAsAtStart(found_);
+  now_ = surveyFiles();
+  for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
+}
+
+void Verification::resync() {
+  for (const Repair& repair : levelRepairs(now_)) {
+    std::string fault;
+    try {
+      keep(repair, now_);
+      fault = carryOut(repair);
+    } catch (const Refusal& refusal) {
+      fault = refusal.what();
+    }
+    attempts_.push_back({repair, fault});
+  }
+  now_ = surveyFiles();
+}
+
+void Verification::keep(const Repair& repair, const FileSet& set) {
+  const ConfigFile* file = set.find(repair.name);
+  if (keepIn_ == nullptr || file == nullptr) return;
+  const State state = file->copy(repair.to).state;
+  if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
+  const std::string path = repair.target();
+  kept_.push_back({{"copy", path}, {"as", keepIn_->save(keptName(path), bytesOf(path))}});
+}
+
+// A file that is not there has no copies.
+Json statesOf(const ConfigFile* file) {
+  Json states;
+  for (const Place place : kPlaces)
+    states[wordFor(place)] = wordFor(file == nullptr ? State::Missing : file->copy(place).state);
+  return states;
+}
+
+Json Verification::recordOf(const ConfigFile& file) const {
+  Json record = {{"name", file.name}, {"checkedAtStart", file.checkedAtStart}};
+  record["found"] = statesOf(found_.find(file.name));
+  record["now"] = statesOf(&file);
+  record["restored"] = {{wordFor(Place::Main), nullptr}, {wordFor(Place::Backup), nullptr}};
+  for (const auto& [repair, fault] : attempts_)
+    if (fault.empty() && repair.name == file.name)
+      record["restored"][wordFor(repair.to)] = wordFor(repair.from);
+  return record;
+}
+
+void worsen(Outcome& outcome, Status status, const std::string& note) {
+  outcome.status = std::max(outcome.status, status);
+  outcome.notes.push_back(note);
+}
+
+// A main copy that is not good, unless a note on its repair says so already.
+void Verification::noteMain(const ConfigFile& file, Outcome& outcome) const {
+  const bool isNoted = std::any_of(attempts_.begin(), attempts_.end(), [&](const Attempt& attempt) {
+    return attempt.repair.name == file.name && attempt.repair.to == Place::Main;
+  });
+  if (file.main.state != State::Good && !isNoted)
+    worsen(outcome, Status::Unusable,
+           file.path(Place::Main) + " " + file.main.fault + outlookFor(file));
+}
+
+Outcome Verification::outcome(bool resynced) const {
+  Outcome outcome;
+  outcome.value = {{"files", Json::array()}, {"kept", kept_}};
+  for (const auto& [repair, fault] : attempts_)
+    if (!fault.empty())
+      worsen(outcome, repair.to == Place::Main ? Status::Unusable : Status::Refused,
+             repair.target() + " was not replaced from " + repair.source() + ": " + fault);
+  int unlevel = 0;
+  for (const ConfigFile& file : now_.files) {
+    outcome.value["files"].push_back(recordOf(file));
+    noteMain(file, outcome);
+    unlevel += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
+  }
+  if (!resynced && unlevel != 0)
+    outcome.notes.push_back("note: without a backup that is level with the main copy: " +
+                            std::to_string(unlevel) + "; '--resync' brings them level");
+  return outcome;
+}
+
 }  // namespace
 
 bool Repair::fitsTheCopy() const {
@@ -136,46 +251,11 @@ std::vector<Repair> startUpRepairs(const FileSet& set) {
   return repairs;
 }
 
-void Verification::startUp() {
-  requireNoPipe(found_);
-  const std::vector<Repair> repairs = startUpRepairs(found_);
-  requireWritable(repairs, found_);
-  for (const Repair& repair : repairs) keep(repair, found_);
-  verifyAsAtStart(found_);
-  now_ = surveyFiles();
-  for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
-}
-
-void Verification::level() {
-  levelled_ = true;
-  for (const Repair& repair : levelRepairs(now_)) {
-    std::string fault;
-    try {
-      keep(repair, now_);
-      fault = carryOut(repair);
-    } catch (const Refusal& refusal) {
-      fault = refusal.what();
-    }
-    attempts_.push_back({repair, fault});
-  }
-  now_ = surveyFiles();
-}
-
-const Repair* Verification::restored(const std::string& name, Place place) const {
-  const Repair* last = nullptr;
-  for (const Attempt& attempt : attempts_)
-    if (attempt.fault.empty() && attempt.repair.name == name && attempt.repair.to == place)
-      last = &attempt.repair;
-  return last;
-}
-
-void Verification::keep(const Repair& repair, const FileSet& set) {
-  const ConfigFile* file = set.find(repair.name);
-  if (keepIn_ == nullptr || file == nullptr) return;
-  const State state = file->copy(repair.to).state;
-  if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
-  const std::string path = repair.target();
-  kept_.push_back({{"copy", path}, {"as", keepIn_->save(keptName(path), bytesOf(path))}});
+Outcome verify(HostDirectory* keepIn, bool resync) {
+  Verification verification(keepIn);
+  verification.startUp();
+  if (resync) verification.resync();
+  return verification.outcome(resync);
 }
 
 }  // namespace camcfg::tool::device

@@ -62,13 +62,13 @@ class Reset {
   }
 
  private:
-  template <typename Reset>
-  void addWithDefs(const char* name, Reset reset) {
+  template <typename Values>
+  void addWithDefs(const char* name, Values factoryValues) {
     hasDef_ = true;
     for (const device::Section& section : allSections())
       if (section.name == name) {
         const Json before = section.load();
-        add(section, before, reset(before));
+        add(section, before, factoryValues(before));
       }
   }
 
