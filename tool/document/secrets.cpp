@@ -12,32 +12,31 @@ constexpr const char* kUrl = "url";
 std::string maskedUrl(const std::string& url) {
   tag_CFG_RTMP_SESSION_T target;
   target.strUrl = url;
-  return media::jsonOf({target}, media::Secrets::Masked).front().at(kUrl).get<std::string>();
+  return media::jsonOf({target}, media::Secrets::Masked).front().at(kUrl).text();
 }
 
 // What a member becomes for the eyes of others.
 Json masked(const std::string& name, const Json& member) {
   if (!member.is_string() || member.text().empty()) return member;
   if (name == kPassword) return media::kMaskedPassword;
-  return name == kUrl ? Json(maskedUrl(member.get<std::string>())) : member;
+  return name == kUrl ? Json(maskedUrl(member.text())) : member;
 }
 
-bool isSecret(const std::string& name, const Json& member) {
-  return masked(name, member) != member;
-}
+enum class Secrets { Masked, LeftOut };
 
-// The value with each secret replaced; null leaves it out.
-Json withSecrets(const Json& value, Json (*replaced)(const std::string&, const Json&)) {
-  if (!value.is_structured()) return value;
-  Json result = value.is_array() ? Json::array() : Json::object();
-  if (value.is_array()) {
-    for (const Json& element : value) result.push_back(withSecrets(element, replaced));
+Json withSecrets(const Json& value, Secrets secrets) {
+  if (!value.is_object()) {
+    Json result = value;
+    for (Json& element : result) element = withSecrets(element, secrets);
     return result;
   }
+  Json result = Json::object();
   for (const auto& [name, member] : value.items()) {
-    const bool secret = isSecret(name, member);
-    const Json kept = secret ? replaced(name, member) : withSecrets(member, replaced);
-    if (!secret || !kept.is_null()) result[name] = kept;
+    const Json shown = masked(name, member);
+    if (shown == member)
+      result[name] = withSecrets(member, secrets);
+    else if (secrets == Secrets::Masked)
+      result[name] = shown;
   }
   return result;
 }
@@ -52,19 +51,19 @@ const Json* elementWithId(const Json& array, const Json& id) {
 
 Json withMaskedSecrets(const Json& value, const std::string& place) {
   if (value.is_string()) return masked(place.substr(place.rfind('.') + 1), value);
-  return withSecrets(value, masked);
+  return withSecrets(value, Secrets::Masked);
 }
 
 Json withMaskedSides(Json differences) {
   for (Json& difference : differences)
     for (const char* side : {"before", "after"})
       difference[side] =
-          withMaskedSecrets(difference[side], difference["place"].get<std::string>());
+          withMaskedSecrets(difference[side], difference["place"].text());
   return differences;
 }
 
 Json withoutSecrets(const Json& value) {
-  return withSecrets(value, [](const std::string&, const Json&) { return Json(); });
+  return withSecrets(value, Secrets::LeftOut);
 }
 
 bool holdsSecrets(const Json& value) {
