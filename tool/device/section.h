@@ -8,6 +8,7 @@
 
 #include "device/change.h"
 #include "settings/node.h"
+#include "settings/setting.h"
 
 namespace camcfg::tool::device {
 
@@ -62,7 +63,8 @@ struct Section {
   /// What changing it will lose, a remark each.
   std::function<std::vector<std::string>()> losses;
 
-  const char* path;  ///< main copy of the file that it is in
+  const char* path;                        ///< main copy of the file that it is in
+  const settings::Table* table = nullptr;  ///< of its entries, where it has any
 };
 
 inline const Json& Plan::of(const std::string& name) {

@@ -6,8 +6,8 @@
 #include "base/descriptor.h"
 #include "base/host_directory.h"
 #include "base/json_reader.h"
-#include "base/refusal.h"
 #include "base/plain_text.h"
+#include "base/refusal.h"
 #include "document/document.h"
 
 namespace camcfg::tool::document {

@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "base/json_reader.h"
+#include "base/plain_text.h"
 #include "base/printable.h"
 #include "base/progress.h"
 #include "base/refusal.h"
-#include "base/plain_text.h"
 #include "document/secrets.h"
 #include "media/sections.h"
 #include "network/section.h"
@@ -17,9 +17,7 @@ namespace camcfg::tool::document {
 namespace {
 
 std::vector<device::Section> collected() {
-  std::vector<device::Section> all;
-  for (const auto& sections : {media::streamSections(), media::liveSections()})
-    all.insert(all.end(), sections.begin(), sections.end());
+  std::vector<device::Section> all = media::sections();
   all.insert(all.end(), {parameters::parametersSection(), network::networkSection(),
                          presets::presetsSection()});
   return all;
@@ -152,7 +150,7 @@ std::vector<Transition> readDocument(const std::string& text, settings::Faults& 
     const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
     if (stated == nullptr) continue;
     const Json before = section.load();
-    const Json given = withKeptSecrets(*stated, before);
+    const Json given = withKeptSecrets(section, *stated, before);
     // What the device holds already is not for this document to repair.
     const Json after =
         given == before ? before

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <map>
 
+#include "base/plain_text.h"
 #include "base/progress.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/plain_text.h"
 #include "device/change.h"
 #include "document/differences.h"
 #include "document/secrets.h"
@@ -120,8 +120,8 @@ Outcome exportSettings(const std::vector<std::string>& names, bool withSecrets) 
     if (!wanted && !names.empty()) continue;
     const Json value = section.load();
     noteFaults(section, value, plan, outcome);
-    outcome.value.at_path(pathTo(section)) = withSecrets ? value : withoutSecrets(value);
-    if (withSecrets && holdsSecrets(value))
+    outcome.value.at_path(pathTo(section)) = withSecrets ? value : withoutSecrets(section, value);
+    if (withSecrets && holdsSecrets(section, value))
       outcome.notes.push_back("note: " + section.name +
                               " holds passwords in clear; '--no-secrets' leaves them out");
   }

@@ -1,6 +1,6 @@
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/plain_text.h"
 #include "document/copies.h"
 #include "document/exchange.h"
 #include "network/section.h"

@@ -99,6 +99,9 @@ TEST_F(GraphTest, FindingsAreTold) {
             "camcfg: graph: note: <MediaGroup> 'live' sends channel 4, which is the id of no "
             "stream cache "
             "[channel-missing]\n");
+}
+
+TEST_F(GraphTest, AllowedSourceThatDoesNotExistIsTold) {
   giveWith("Id=\"2\"/>", "Id=\"11\"/>");
   EXPECT_EQ(run({"graph"}).err,
             "camcfg: graph: note: cache 0 allows source 11, which there is none of "

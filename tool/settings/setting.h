@@ -1,0 +1,126 @@
+#ifndef CAMCFG_TOOL_SETTINGS_SETTING_H
+#define CAMCFG_TOOL_SETTINGS_SETTING_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "settings/field.h"
+#include "settings/node.h"
+
+namespace camcfg::tool::settings {
+
+/// What the value of a setting is.
+enum class Kind {
+  Integer,  ///< a whole number within limits
+  Id,       ///< any number of 32 bits but -1, which stands for none
+  Text,
+  Word,    ///< one of a few words
+  Switch,  ///< true or false, in files by these words: only "true" is on
+  Flag,    ///< true or false, in files as a number: only 0 is off
+  Ids,     ///< a list of different ids
+  List     ///< a list of records
+};
+
+/// What happens when the setting is missing in a file.
+enum class Need {
+  Required,  ///< nothing of its section loads
+  Carried,   ///< an entry takes that of the one before it
+  Expected,  ///< it is an empty text, or a value that stands for none
+  Optional   ///< it is what a new record has
+};
+
+/// A word of a setting.
+struct Word {
+  const char* text;      ///< in documents and on the command line
+  std::int32_t value;    ///< in the library's record
+  const char* inFile{};  ///< null: as in documents
+};
+
+/// An attribute of a file that a setting is read from.
+struct Attribute {
+  const char* name;
+  const char* element{};  ///< only in elements of this name; null: in all of the table's
+};
+
+/// A column of a listing: heading, and places for members as in "{id} {name}".
+struct Column {
+  const char* heading;
+  const char* cell;
+  int rank = 0;  ///< columns of a higher rank come later
+};
+
+struct Table;
+
+/// One setting: all that the tool knows of it. Readers, writers, listings, checks, masks and help
+/// go by these rows; what a row cannot say is a function that it names.
+struct Setting {
+  const char* member;                 ///< in documents and answers: "port"
+  std::vector<Attribute> attributes;  ///< in the file: "Port"; none: it is read from elsewhere
+  Kind kind;
+  Need need;
+  const char* help;  ///< one line
+  Field field{};     ///< in the library's record
+  Range limits{};    ///< of an Integer, unless the file has its own
+  std::vector<Word> words{};
+  const char* unit{};
+  const char* channelType{};  ///< it is the "Id" of the <Channel> of this "Type"
+  const Table* inner{};       ///< of a List: its records; of other kinds: elements inside the entry
+  Column column{};            ///< in listings; without a heading: not listed by itself
+  bool isChannel = false;     ///< it is the id of a stream cache
+  bool isSaved = true;        ///< the library writes it when it saves the section
+  const Table* refersTo{};    ///< it is the key of an entry of this table
+  bool isOptional = false;    ///< may be left out of a document, or null
+  bool isNullWhenNone = false;  ///< -1, or the empty text, is null in documents
+
+  /// What an answer shows in place of a secret; null for what is no secret.
+  std::string (*masked)(const std::string& secret) = nullptr;
+  /// Why a text will not do beyond its form; empty if it will. Null: every text will do.
+  std::string (*whyNotUsable)(const std::string& text) = nullptr;
+  /// For a value that is made of several fields, in place of `field`.
+  Json (*write)(const void* record) = nullptr;
+  void (*read)(const Node& node, void* record) = nullptr;
+};
+
+using Settings = std::vector<Setting>;
+
+/// How the library loads and saves the entries of a section, as JSON by the rows of its table.
+struct Calls {
+  /// Loads the entries; over a fault, those before the faulty one.
+  /// @return the library's result
+  int (*load)(const Table& table, Json& entries) = nullptr;
+  int (*store)(const Table& table, const Json& entries) = nullptr;
+  /// Reads the entries of a document, with what is left out filled in.
+  Json (*read)(const Table& table, const Node& entries) = nullptr;
+  int (*closeRead)() = nullptr;  ///< drops the document that a failed load leaves open
+};
+
+/// The entries of one section, and the section itself.
+struct Table {
+  const char* place;   ///< in documents: "live.srt"; of an inner table: the member
+  const char* word;    ///< on the command line: "srt"
+  const char* entry;   ///< what an entry is called: "SRT instance"
+  const char* key;     ///< member by which entries are told apart; null: by none
+  const char* label;   ///< member that says which one an entry is; null: the key does
+  const char* parent;  ///< element at the top of the file
+  const char* section;
+  std::vector<const char*> elements;  ///< of entries, in upper or lower case; the first is written
+  Settings settings;
+  Calls calls{};
+  /// What must be true of an entry beyond each of its settings; asked when those are fine.
+  void (*check)(const Node& entry) = nullptr;
+  bool isSaved = true;  ///< the library saves the section whole, and drops what it does not know
+
+  /// The setting of a member; null if there is none.
+  const Setting* find(std::string_view member) const;
+};
+
+/// What values a setting takes, for people: "1..65535"; empty if any text will do.
+std::string permittedFor(const Setting& setting);
+
+/// What stands in an answer for a secret that is set.
+inline constexpr char kMasked[] = "********";
+
+}  // namespace camcfg::tool::settings
+
+#endif
