@@ -88,7 +88,7 @@ class Reader {
   char separator_ = ',';
 };
 
-std::string quoted(const std::string& cell) {
+std::string quotedCell(const std::string& cell) {
   std::string text = "\"";
   for (const char c : cell) text += c == '"' ? "\"\"" : std::string(1, c);
   return text + "\"";
@@ -104,7 +104,7 @@ std::string csvLine(const std::vector<std::string>& cells) {
   std::string line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     const bool plain = cells[i].find_first_of(",;\"\r\n") == std::string::npos;
-    line += (i == 0 ? "" : ",") + (plain ? cells[i] : quoted(cells[i]));
+    line += (i == 0 ? "" : ",") + (plain ? cells[i] : quotedCell(cells[i]));
   }
   return line + "\n";
 }

@@ -1,5 +1,7 @@
 #include "base/descriptor.h"
 
+#include <sys/mman.h>
+
 #include <cerrno>
 
 namespace camcfg::tool {
@@ -23,6 +25,18 @@ bool readAll(int fd, std::string& text) {
     if (got <= 0) return got == 0;
     text.append(buffer, static_cast<std::size_t>(got));
   }
+}
+
+MemoryFile::MemoryFile() : descriptor_(memfd_create("camcfg", MFD_CLOEXEC)) {}
+
+bool MemoryFile::fill(const std::string& text) const {
+  return writeAll(get(), text) && lseek(get(), 0, SEEK_SET) == 0;
+}
+
+std::string MemoryFile::contents() const {
+  std::string text;
+  if (lseek(get(), 0, SEEK_SET) == 0) readAll(get(), text);
+  return text;
 }
 
 }  // namespace camcfg::tool

@@ -33,6 +33,22 @@ bool writeAll(int fd, const std::string& text);
 /// Reads all that is left. False, with errno set, when that failed.
 bool readAll(int fd, std::string& text);
 
+/// A file without a name, in memory: it needs no directory and no room on the device.
+class MemoryFile {
+ public:
+  MemoryFile();
+
+  /// Its descriptor; below 0 if the system has none left.
+  int get() const { return descriptor_.get(); }
+  /// Writes a text and goes back to its beginning. False, with errno set, when that failed.
+  bool fill(const std::string& text) const;
+  /// All that was written to it.
+  std::string contents() const;
+
+ private:
+  Descriptor descriptor_;
+};
+
 }  // namespace camcfg::tool
 
 #endif

@@ -1,9 +1,11 @@
 #include "base/json.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <stdexcept>
+#include <tuple>
+
+#include "base/decimal.h"
 
 namespace camcfg::tool {
 namespace {
@@ -14,14 +16,6 @@ namespace {
 
 bool isMember(const Json& element) {
   return element.is_array() && element.size() == 2 && element.front().is_string();
-}
-
-// The number that a path's word is, or one beyond every array.
-std::size_t indexOf(std::string_view word) {
-  std::size_t index = 0;
-  const auto [stopped, error] = std::from_chars(word.data(), word.data() + word.size(), index);
-  const bool whole = error == std::errc() && stopped == word.data() + word.size();
-  return whole ? index : std::numeric_limits<std::size_t>::max();
 }
 
 std::string_view firstWord(std::string_view path) {
@@ -177,13 +171,26 @@ Json& Json::operator[](std::string_view name) {
   return object->values.emplace_back();
 }
 
+std::vector<Json::Member<const Json>> Json::items() const {
+  std::vector<Member<const Json>> all;
+  for (std::size_t i = 0; i < names().size(); ++i) all.push_back({names()[i], at(i)});
+  return all;
+}
+
+std::vector<Json::Member<Json>> Json::items() {
+  std::vector<Member<Json>> all;
+  for (std::size_t i = 0; i < names().size(); ++i) all.push_back({names()[i], at(i)});
+  return all;
+}
+
 const Json* Json::find_path(std::string_view path) const {
   if (path.empty()) return this;
   const std::string_view word = firstWord(path);
   const Json* next = nullptr;
   if (is_array()) {
-    const std::size_t index = indexOf(word);
-    if (index < size()) next = &at(index);
+    const auto index = decimal(word);
+    if (index && *index >= 0 && static_cast<std::size_t>(*index) < size())
+      next = &at(static_cast<std::size_t>(*index));
   } else if (const auto found = find(word); found != end()) {
     next = &*found;
   }
@@ -195,26 +202,22 @@ Json& Json::at_path(std::string_view path) {
   return (*this)[firstWord(path)].at_path(withoutFirstWord(path));
 }
 
+bool Json::Object::operator==(const Object& other) const {
+  return names == other.names && values == other.values;
+}
+
+bool Json::Object::operator<(const Object& other) const {
+  return std::tie(names, values) < std::tie(other.names, other.values);
+}
+
 bool operator==(const Json& a, const Json& b) {
-  if (a.is_number() && b.is_number() && a.value_.index() != b.value_.index())
-    return a.real() == b.real();
-  if (a.value_.index() != b.value_.index() || a.names() != b.names()) return false;
-  if (a.is_structured()) return a.values() == b.values();
-  return !(a < b) && !(b < a);
+  const bool areNumbers = a.is_number() && b.is_number() && a.value_.index() != b.value_.index();
+  return areNumbers ? a.real() == b.real() : a.value_ == b.value_;
 }
 
 bool operator<(const Json& a, const Json& b) {
-  if (a.is_number() && b.is_number() && a.value_.index() != b.value_.index())
-    return a.real() < b.real();
-  if (a.value_.index() != b.value_.index()) return a.value_.index() < b.value_.index();
-  if (a.names() != b.names()) return a.names() < b.names();
-  if (a.is_structured()) return a.values() < b.values();
-  if (a.is_string()) return a.text() < b.text();
-  if (a.is_boolean()) return !a.boolean() && b.boolean();
-  if (const auto* number = std::get_if<std::uint64_t>(&a.value_))
-    return *number < std::get<std::uint64_t>(b.value_);
-  if (a.is_number_integer()) return a.integer() < b.integer();
-  return a.is_number() && a.real() < b.real();
+  const bool areNumbers = a.is_number() && b.is_number() && a.value_.index() != b.value_.index();
+  return areNumbers ? a.real() < b.real() : a.value_ < b.value_;
 }
 
 }  // namespace camcfg::tool

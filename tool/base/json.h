@@ -91,10 +91,8 @@ class Json {
   const Json& back() const { return values().back(); }
   const Json& at(std::size_t index) const;
   Json& at(std::size_t index);
-  // For literals, too: 0 would also be a null pointer to a name.
-  const Json& at(int index) const { return at(static_cast<std::size_t>(index)); }
   const Json& operator[](std::size_t index) const { return at(index); }
-  const Json& operator[](int index) const { return at(index); }
+  Json& operator[](std::size_t index) { return at(index); }
   /// Adds an element; null becomes an array.
   void push_back(Json element);
 
@@ -103,15 +101,10 @@ class Json {
   iterator find(std::string_view name);
   bool contains(std::string_view name) const { return find(name) != end(); }
   const Json& at(std::string_view name) const;
-  const Json& at(const char* name) const { return at(std::string_view(name)); }
   Json& at(std::string_view name);
-  Json& at(const char* name) { return at(std::string_view(name)); }
   /// The member of a name, added as null if it is missing; null becomes an object.
   Json& operator[](std::string_view name);
-  Json& operator[](const char* name) { return (*this)[std::string_view(name)]; }
-  Json& operator[](const std::string& name) { return (*this)[std::string_view(name)]; }
-  const Json& operator[](const char* name) const { return at(name); }
-  const Json& operator[](const std::string& name) const { return at(std::string_view(name)); }
+  const Json& operator[](std::string_view name) const { return at(name); }
   const std::vector<std::string>& names() const;
   /// Names and values, for a range-based loop.
   template <typename Value>
@@ -119,10 +112,8 @@ class Json {
     const std::string& name;
     Value& value;
   };
-  template <typename Owner, typename Value>
-  class Items;
-  Items<const Json, const Json> items() const;
-  Items<Json, Json> items();
+  std::vector<Member<const Json>> items() const;
+  std::vector<Member<Json>> items();
 
   /// What is found member by member, or by an element's index: "live/srt/0"; the value itself for an
   /// empty path.
@@ -144,6 +135,8 @@ class Json {
   struct Object {
     std::vector<std::string> names;
     Values values;
+    bool operator==(const Object& other) const;
+    bool operator<(const Object& other) const;
   };
 
   struct IntegerTag {};
@@ -168,40 +161,6 @@ class Json {
                Object>
       value_;
 };
-
-template <typename Owner, typename Value>
-class Json::Items {
- public:
-  explicit Items(Owner& owner) : owner_(owner) {}
-
-  class Iterator {
-   public:
-    Iterator(Owner& owner, std::size_t index) : owner_(&owner), index_(index) {}
-    Member<Value> operator*() const { return {owner_->names()[index_], owner_->at(index_)}; }
-    Iterator& operator++() {
-      ++index_;
-      return *this;
-    }
-    bool operator!=(const Iterator& other) const { return index_ != other.index_; }
-
-   private:
-    Owner* owner_;
-    std::size_t index_;
-  };
-
-  Iterator begin() const { return {owner_, 0}; }
-  Iterator end() const { return {owner_, owner_.names().size()}; }
-
- private:
-  Owner& owner_;
-};
-
-inline Json::Items<const Json, const Json> Json::items() const {
-  return Items<const Json, const Json>(*this);
-}
-inline Json::Items<Json, Json> Json::items() {
-  return Items<Json, Json>(*this);
-}
 
 }  // namespace camcfg::tool
 

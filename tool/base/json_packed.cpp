@@ -1,131 +1,74 @@
-#include "base/json_packed.h"
-
-#include <cstring>
+#include <algorithm>
 #include <stdexcept>
+
+#include "base/decimal.h"
+#include "base/json_reader.h"
 
 namespace camcfg::tool {
 namespace {
 
-enum class Tag : char { Null, False, True, Integer, Unsigned, Real, Text, Array, Object };
+// Each value is a letter for its kind, the number of its bytes, and these.
+enum Kind : char { kText = 't', kScalar = 's', kArray = 'a', kObject = 'o' };
 
-template <typename Number>
-void addNumber(Number number, std::string& bytes) {
-  char raw[sizeof number];
-  std::memcpy(raw, &number, sizeof number);
-  bytes.append(raw, sizeof number);
+std::string framed(Kind kind, const std::string& bytes) {
+  return std::string(1, kind) + std::to_string(bytes.size()) + ":" + bytes;
 }
 
-void addText(const std::string& text, std::string& bytes) {
-  addNumber(text.size(), bytes);
-  bytes += text;
-}
-
-template <typename Number>
-void add(Tag tag, Number number, std::string& bytes) {
-  bytes += static_cast<char>(tag);
-  addNumber(number, bytes);
-}
-
-void add(const Json& value, std::string& bytes) {
-  if (value.is_null()) {
-    bytes += static_cast<char>(Tag::Null);
-  } else if (value.is_boolean()) {
-    bytes += static_cast<char>(value.get<bool>() ? Tag::True : Tag::False);
-  } else if (value.is_unsigned()) {
-    add(Tag::Unsigned, value.get<std::uint64_t>(), bytes);
-  } else if (value.is_number_integer()) {
-    add(Tag::Integer, value.get<std::int64_t>(), bytes);
-  } else if (value.is_number()) {
-    add(Tag::Real, value.get<double>(), bytes);
-  } else if (value.is_string()) {
-    bytes += static_cast<char>(Tag::Text);
-    addText(value.text(), bytes);
-  } else {
-    add(value.is_array() ? Tag::Array : Tag::Object, value.size(), bytes);
-    for (std::size_t i = 0; i < value.size(); ++i) {
-      if (value.is_object()) addText(value.names()[i], bytes);
-      add(value.at(i), bytes);
-    }
-  }
-}
-
+// What stands in a frame, frame by frame.
 class Reader {
  public:
-  explicit Reader(const std::string& bytes) : bytes_(bytes) {}
+  explicit Reader(std::string_view bytes) : bytes_(bytes) {}
 
-  Json value() {
-    switch (static_cast<Tag>(*take(1))) {
-      case Tag::Null:
-        return {};
-      case Tag::False:
-        return false;
-      case Tag::True:
-        return true;
-      case Tag::Integer:
-        return number<std::int64_t>();
-      case Tag::Unsigned:
-        return number<std::uint64_t>();
-      case Tag::Real:
-        return number<double>();
-      case Tag::Text:
-        return text();
-      case Tag::Array:
-        return array();
-      case Tag::Object:
-        return object();
-    }
-    throw std::runtime_error("packed value of an unknown kind");
+  bool isAtEnd() const { return bytes_.empty(); }
+
+  std::pair<char, std::string_view> next() {
+    const std::size_t colon = std::min(bytes_.find(':'), bytes_.size());
+    const auto size = decimal(bytes_.substr(std::min<std::size_t>(1, colon), colon - 1));
+    if (colon == 0 || !size || bytes_.size() - colon <= static_cast<std::size_t>(*size))
+      throw std::runtime_error("packed value cut short");
+    const std::pair<char, std::string_view> frame = {
+        bytes_.front(), bytes_.substr(colon + 1, static_cast<std::size_t>(*size))};
+    bytes_.remove_prefix(colon + 1 + frame.second.size());
+    return frame;
   }
 
  private:
-  const char* take(std::size_t count) {
-    if (bytes_.size() - at_ < count) throw std::runtime_error("packed value cut short");
-    const char* taken = bytes_.data() + at_;
-    at_ += count;
-    return taken;
-  }
-
-  template <typename Number>
-  Number number() {
-    Number number{};
-    std::memcpy(&number, take(sizeof number), sizeof number);
-    return number;
-  }
-
-  std::string text() {
-    const auto size = number<std::size_t>();
-    return {take(size), size};
-  }
-
-  Json array() {
-    Json result = Json::array();
-    for (auto count = number<std::size_t>(); count > 0; --count) result.push_back(value());
-    return result;
-  }
-
-  Json object() {
-    Json result = Json::object();
-    for (auto count = number<std::size_t>(); count > 0; --count) {
-      const std::string name = text();
-      result[name] = value();
-    }
-    return result;
-  }
-
-  const std::string& bytes_;
-  std::size_t at_ = 0;
+  std::string_view bytes_;
 };
+
+Json unpackedFrom(Reader& frames) {
+  const auto [kind, bytes] = frames.next();
+  if (kind == kText) return std::string(bytes);
+  if (kind == kScalar) return readJson(std::string(bytes)).value;
+  Json value = kind == kArray ? Json::array() : Json::object();
+  for (Reader inner(bytes); !inner.isAtEnd();)
+    if (kind == kArray) {
+      value.push_back(unpackedFrom(inner));
+    } else if (kind == kObject) {
+      const std::string_view name = inner.next().second;
+      value[name] = unpackedFrom(inner);
+    } else {
+      throw std::runtime_error("packed value of an unknown kind");
+    }
+  return value;
+}
 
 }  // namespace
 
 std::string packed(const Json& value) {
+  if (value.is_string()) return framed(kText, value.text());
+  if (!value.is_structured()) return framed(kScalar, value.dump());
   std::string bytes;
-  add(value, bytes);
-  return bytes;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value.is_object()) bytes += framed(kText, value.names()[i]);
+    bytes += packed(value.at(i));
+  }
+  return framed(value.is_array() ? kArray : kObject, bytes);
 }
 
 Json unpacked(const std::string& bytes) {
-  return Reader(bytes).value();
+  Reader frames(bytes);
+  return unpackedFrom(frames);
 }
 
 }  // namespace camcfg::tool

@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "base/json_place.h"
 #include "base/refusal.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool {
 namespace {

@@ -27,6 +27,13 @@ struct JsonText {
 /// @throws Refusal  it exceeds a limit, whatever comes after
 JsonText readJson(const std::string& text);
 
+/// A value as bytes, for another process of this program. Unlike JSON it keeps every text byte by
+/// byte, whatever its encoding.
+std::string packed(const Json& value);
+
+/// @throws std::runtime_error  the bytes are not what packed() made
+Json unpacked(const std::string& bytes);
+
 }  // namespace camcfg::tool
 
 #endif

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <exception>
 
+#include "base/descriptor.h"
+
 namespace camcfg::tool {
 namespace {
 
@@ -34,6 +36,49 @@ void record(int level, const char* prefix, const std::string& text) {
   if (shown != nullptr) shown(levelWord(level) + std::string(": ") + prefix + text);
 }
 
+// Stands in for descriptor 1 while the library prints.
+class Ear {
+ public:
+  Ear() : former_(dup(STDOUT_FILENO)) {
+    std::fflush(stdout);
+    listening_ = former_ && dup2(printed_.get(), STDOUT_FILENO) == STDOUT_FILENO;
+  }
+  ~Ear() {
+    if (!listening_) return;
+    std::fflush(stdout);
+    std::clearerr(stdout);
+    dup2(former_.get(), STDOUT_FILENO);
+    try {
+      passOn(printed_.contents());
+    } catch (const std::exception&) {
+      // Without memory the lines are lost; what the library was doing goes on.
+    }
+  }
+  Ear(const Ear&) = delete;
+  Ear& operator=(const Ear&) = delete;
+
+ private:
+  static void passOn(const std::string& printed) {
+    writeAll(STDOUT_FILENO, printed);
+    const std::string heard = complaintIn(printed);
+    if (!heard.empty()) recordComplaint(heard);
+  }
+
+  MemoryFile printed_;
+  Descriptor former_;
+  bool listening_ = false;
+};
+
+std::string lastOf(const std::string& level, const std::string& printed) {
+  const std::size_t line = printed.rfind("[" + level + "][CFG][");
+  if (line == std::string::npos) return "";
+  const std::size_t frame = printed.find("]: ", line);
+  if (frame == std::string::npos) return "";
+  std::string text = printed.substr(frame + 3, printed.find('\n', frame) - frame - 3);
+  text.erase(text.find_last_not_of(" .") + 1);
+  return text;
+}
+
 }  // namespace
 
 void showLibraryLog(void (*print)(const std::string& line)) {
@@ -50,6 +95,16 @@ void recordComplaint(const std::string& text) {
 
 void forgetComplaint() {
   complaint.clear();
+}
+
+std::string complaintIn(const std::string& printed) {
+  const std::string error = lastOf("Error", printed);
+  return error.empty() ? lastOf("Warning", printed) : error;
+}
+
+int heard(const std::function<int()>& call) {
+  const Ear ear;
+  return call();
 }
 
 }  // namespace camcfg::tool

@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_BASE_LIBRARY_LOG_H
 #define CAMCFG_TOOL_BASE_LIBRARY_LOG_H
 
+#include <functional>
 #include <string>
 
 namespace camcfg::tool {
@@ -9,8 +10,7 @@ namespace camcfg::tool {
 /// @param print  prints a line on standard error
 void showLibraryLog(void (*print)(const std::string& line));
 
-/// The text of the last error or warning that the library logged, or was heard to print (see
-/// library_console.h); empty if there was none.
+/// The text of the last error or warning that the library logged, or was heard to print; empty if there was none.
 std::string lastComplaint();
 
 /// Keeps a text as the last complaint.
@@ -18,6 +18,16 @@ void recordComplaint(const std::string& text);
 
 /// Forgets the last complaint, so that the next one is about what follows.
 void forgetComplaint();
+
+/// Makes a call of a family that reports on standard output instead of in the log. The last error
+/// that it prints, or else the last warning, becomes the last complaint; all that it prints is
+/// passed on when it has returned.
+/// @return the call's result
+int heard(const std::function<int()>& call);
+
+/// What is wrong by the lines that the library printed, "[LEVEL][CFG][FAMILY]: TEXT" each: the text
+/// of the last error, else of the last warning, without the full stop; empty if there is neither.
+std::string complaintIn(const std::string& printed);
 
 }  // namespace camcfg::tool
 

@@ -1,18 +1,14 @@
 #include "base/spelling.h"
 
 #include <algorithm>
-#include <cctype>
 #include <numeric>
+
+#include "base/plain_text.h"
 
 namespace camcfg::tool {
 namespace {
 
 constexpr std::size_t kLongestWord = 64;
-
-std::string lowered(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
 
 // Letters to insert, drop, change or swap with their neighbour to get from one word to the other.
 std::size_t distance(const std::string& a, const std::string& b) {

@@ -8,7 +8,7 @@
 #include <csignal>
 #include <cstring>
 
-#include "base/memory_file.h"
+#include "base/descriptor.h"
 #include "base/refusal.h"
 
 namespace camcfg::tool::cli {

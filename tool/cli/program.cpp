@@ -4,7 +4,7 @@
 
 #include <new>
 
-#include "base/host_temporary.h"
+#include "base/host_directory.h"
 #include "base/refusal.h"
 #include "cli/command_line.h"
 #include "cli/global_options.h"

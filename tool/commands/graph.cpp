@@ -1,8 +1,12 @@
+#include <camcfg/types.h>
+
 #include "base/refusal.h"
+#include "base/plain_text.h"
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "commands/words.h"
-#include "media/wiring_picture.h"
+#include "lint/subject.h"
+#include "media/wiring.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -14,14 +18,35 @@ cli::HostProgram programFor(const std::string& format) {
   throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
 }
 
+// The rules about what is connected. The picture shows what they complain of.
+constexpr const char* kRules[] = {"allowed-source-missing", "channel-missing", "enable-differs",
+                                  "enabled-source-disabled", "enabled-source-missing"};
+
+std::vector<std::string> findings() {
+  std::vector<lint::Source> sources(1);
+  lint::Source& source = sources.front();
+  source.name = CFG_FILE_MPP;
+  source.kind = lint::Kind::Media;
+  source.parsed = device::requireDocument(CFG_FILE_MPP);
+  source.document = source.parsed.get();
+  std::vector<std::string> texts;
+  for (const lint::Finding& finding : lint::lint(sources))
+    if (isAmong(kRules, std::string(finding.rule->id)))
+      texts.push_back(finding.text + " [" + finding.rule->id + "]");
+  return texts;
+}
+
 cli::Answer graph(const cli::Arguments& arguments) {
   cli::Answer answer;
   answer.through = programFor(arguments.text(kFormat));
   const media::Wiring wiring = media::readWiring();
   answer.value = media::jsonOf(wiring);
   answer.layout = {cli::Verbatim{media::pictureOf(wiring)}};
-  for (const std::string& finding : media::findingsIn(wiring))
+  answer.value["findings"] = Json::array();
+  for (const std::string& finding : findings()) {
+    answer.value["findings"].push_back(finding);
     answer.notes.push_back("note: " + finding);
+  }
   return answer;
 }
 

@@ -6,10 +6,9 @@ namespace camcfg::tool::commands {
 
 std::vector<cli::CommandGroup> allGroups() {
   std::vector<cli::CommandGroup> groups = {
-      statusGroup(), filesGroup(),    lintGroup(),        parametersGroup(), explainGroup(),
-      systemGroup(), networkGroup(),  presetGroup(),      streamGroup(),     liveGroup(),
-      graphGroup(),  exchangeGroup(), differencesGroup(), resetGroup(),      languageGroup(),
-      helpGroup(),   completeGroup()};
+      filesGroup(),    lintGroup(),     parametersGroup(), explainGroup(), systemGroup(),
+      networkGroup(),  presetGroup(),   streamGroup(),     liveGroup(),    graphGroup(),
+      exchangeGroup(), languageGroup(), helpGroup(),       completeGroup()};
   addWords(groups);
   return groups;
 }

@@ -9,7 +9,6 @@ namespace camcfg::tool::commands {
 
 // One function for each group, in the file of its name.
 cli::CommandGroup completeGroup();
-cli::CommandGroup differencesGroup();
 cli::CommandGroup exchangeGroup();
 cli::CommandGroup explainGroup();
 cli::CommandGroup filesGroup();
@@ -21,8 +20,6 @@ cli::CommandGroup liveGroup();
 cli::CommandGroup networkGroup();
 cli::CommandGroup parametersGroup();
 cli::CommandGroup presetGroup();
-cli::CommandGroup resetGroup();
-cli::CommandGroup statusGroup();
 cli::CommandGroup streamGroup();
 cli::CommandGroup systemGroup();
 

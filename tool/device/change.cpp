@@ -1,27 +1,76 @@
 #include "device/change.h"
 
 #include <camcfg/store.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 
 #include "base/library_log.h"
 #include "base/refusal.h"
-#include "device/copy.h"
-#include "device/room.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::device {
 namespace {
 
+std::string directoryOf(const std::string& path) {
+  return path.substr(0, path.rfind('/'));
+}
+
+bool maybeWritten(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+std::string cannotWrite(const std::string& path) {
+  return "cannot write " + path + ": " + std::strerror(errno);
+}
+
+// An existing file is rewritten in its place; only a new one needs its directory's permission.
+std::string whyNotPermitted(const std::string& path) {
+  const std::string directory = directoryOf(path);
+  struct stat status {};
+  if (stat(directory.c_str(), &status) != 0) return cannotWrite(path);
+  if (stat(path.c_str(), &status) != 0)
+    return errno == ENOENT && maybeWritten(directory) ? "" : cannotWrite(path);
+  if (!S_ISREG(status.st_mode))
+    return "cannot write " + path + ": it is no regular file; move it away";
+  return maybeWritten(path) ? "" : cannotWrite(path);
+}
+
+// What is to be written onto one file system, in whole blocks.
+struct Load {
+  std::string paths;
+  std::uintmax_t needed = 0;
+  std::uintmax_t free = 0;
+  bool known = false;
+
+  void add(const Writing& writing, const struct statvfs& space) {
+    const std::uintmax_t block = space.f_frsize == 0 ? 1 : space.f_frsize;
+    paths += (paths.empty() ? "" : " and ") + writing.path;
+    needed += (writing.bytes + block - 1) / block * block;
+    free = space.f_bavail * block;
+    known = space.f_blocks != 0;
+  }
+};
+
 // Both copies are written while the space of the former ones may not be free yet.
-void requireWritable(const Change& change, const std::string& former) {
-  const std::uintmax_t bytes = former.size() + change.growth;
-  const std::string fault = whyNotWritable({{change.path, bytes}, {backupOf(change.path), bytes}});
-  if (!fault.empty()) throw Refusal(change.what + ": " + fault);
+void addWritings(const std::string& path, std::size_t bytes, std::vector<Writing>& writings) {
+  writings.push_back({path, bytes});
+  writings.push_back({backupOf(path), bytes});
 }
 
 bool holds(const Copy& copy, const std::string& contents) {
   return copy.loads() && written(*copy.document) == contents;
 }
 
-}  // namespace
+// How a file is left that was to be put back.
+struct Left {
+  bool asItWas;
+  std::string text;
+};
 
 Left putBack(const std::string& path, tinyxml2::XMLDocument& former) {
   const std::string contents = written(former);
@@ -34,9 +83,33 @@ Left putBack(const std::string& path, tinyxml2::XMLDocument& former) {
   return {true, "its former contents are back"};
 }
 
+}  // namespace
+
+std::string whyNotWritable(const std::vector<Writing>& writings) {
+  std::map<dev_t, Load> loads;
+  for (const Writing& writing : writings) {
+    std::string fault = whyNotPermitted(writing.path);
+    if (!fault.empty()) return fault;
+
+    const std::string directory = directoryOf(writing.path);
+    struct stat status {};
+    struct statvfs space {};
+    if (stat(directory.c_str(), &status) == 0 && statvfs(directory.c_str(), &space) == 0)
+      loads[status.st_dev].add(writing, space);
+  }
+  for (const auto& [device, load] : loads)
+    if (load.known && load.needed > load.free)
+      return "no room for " + load.paths + ": " + std::to_string(load.needed) +
+             " bytes are needed and " + std::to_string(load.free) + " are free";
+  return "";
+}
+
 void makeChange(const Change& change) {
   const Document former = requireDocument(change.path);
-  requireWritable(change, written(*former));
+  std::vector<Writing> writings;
+  addWritings(change.path, written(*former).size() + change.growth, writings);
+  const std::string obstacle = whyNotWritable(writings);
+  if (!obstacle.empty()) throw Refusal(change.what + ": " + obstacle);
 
   forgetComplaint();
   const bool accepted = change.make();
@@ -52,6 +125,26 @@ void makeChange(const Change& change) {
   std::string fault = accepted ? "it did not arrive in " + change.path : "the library refused it";
   if (!complaint.empty()) fault += " (" + complaint + ")";
   throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former).text);
+}
+
+FormerFiles::FormerFiles(const std::map<std::string, std::size_t>& growth) {
+  std::vector<Writing> writings;
+  for (const auto& [path, bytes] : growth) {
+    Document& document = documents_[path];
+    document = requireDocument(path);
+    addWritings(path, written(*document).size() + bytes, writings);
+  }
+  const std::string fault = whyNotWritable(writings);
+  if (!fault.empty()) throw Refusal(fault);
+}
+
+std::vector<std::string> FormerFiles::putBack() {
+  std::vector<std::string> faults;
+  for (const auto& [path, document] : documents_) {
+    const Left left = device::putBack(path, *document);
+    if (!left.asItWas) faults.push_back(path + ": " + left.text);
+  }
+  return faults;
 }
 
 }  // namespace camcfg::tool::device

@@ -1,10 +1,13 @@
 #ifndef CAMCFG_TOOL_DEVICE_CHANGE_H
 #define CAMCFG_TOOL_DEVICE_CHANGE_H
 
-#include <tinyxml2.h>
-
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
+#include <vector>
+
+#include "device/copy.h"
 
 namespace camcfg::tool::device {
 
@@ -25,14 +28,32 @@ struct Change {
 /// @throws Refusal  in every case but that both copies hold the change
 void makeChange(const Change& change);
 
-/// How a file is left that was to be put back.
-struct Left {
-  bool asItWas;
-  std::string text;  ///< "its former contents are back"
+/// The main copies that a change of several steps touches, as they were before the first.
+class FormerFiles {
+ public:
+  /// Makes sure that all steps can be carried out as far as room and permissions go.
+  /// @param growth  main copies, each with the bytes by which it may grow at most
+  /// @throws Refusal  a main copy is unusable; a copy cannot be written or has no room
+  explicit FormerFiles(const std::map<std::string, std::size_t>& growth);
+
+  /// Writes the former contents back into both copies of each file that differs from them.
+  /// @return how files are left that are not as they were, a line each
+  std::vector<std::string> putBack();
+
+ private:
+  std::map<std::string, Document> documents_;
 };
 
-/// Writes former contents back into both copies of a file, if its main copy has others.
-Left putBack(const std::string& path, tinyxml2::XMLDocument& former);
+/// A file that is to be written.
+struct Writing {
+  std::string path;
+  std::uintmax_t bytes;  ///< free space that it needs
+};
+
+/// Why files cannot be written: a directory is missing, a file or directory may not be written to,
+/// or a file system has not room enough for all that goes onto it ("no room for ..., with the
+/// figures). Empty if nothing stands against it.
+std::string whyNotWritable(const std::vector<Writing>& writings);
 
 }  // namespace camcfg::tool::device
 

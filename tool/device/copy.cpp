@@ -11,30 +11,33 @@
 #include "base/library_log.h"
 #include "base/progress.h"
 #include "base/refusal.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::device {
 namespace {
 
-constexpr char kMend[] = "run 'camcfg verify' to mend it";
+constexpr char kRepair[] = "run 'camcfg verify' to mend it";
 
 // What the file system says of a path, before the library opens it: opening a pipe would wait for
 // somebody to write into it.
 Copy examine(const std::string& path) {
+  const auto unreadable = [] {
+    return Copy{State::Unreadable, std::string("cannot be read: ") + std::strerror(errno), nullptr};
+  };
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
     if (errno == ENOENT || errno == ENOTDIR) return {State::Missing, "is missing", nullptr};
-    return {State::Unreadable, std::string("cannot be read: ") + std::strerror(errno), nullptr};
+    return unreadable();
   }
   if (S_ISDIR(status.st_mode)) return {State::NotAFile, "is a directory", nullptr};
   if (!S_ISREG(status.st_mode))
     return {State::NotAFile, "is no regular file", nullptr, S_ISFIFO(status.st_mode)};
-  if (faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
-    return {State::Unreadable, std::string("cannot be read: ") + std::strerror(errno), nullptr};
+  if (faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) return unreadable();
   return {State::Good, "", nullptr};
 }
 
 // The library gives one reason for all that it cannot load; any other complaint, such as a lock
-// that cannot be had, is told as it is.
+// that cannot be had, is passed on as it is.
 std::string loadFault(const std::string& path) {
   const std::string complaint = lastComplaint();
   const bool ordinary = complaint.empty() || complaint == "Load file " + path + " fail";
@@ -42,40 +45,17 @@ std::string loadFault(const std::string& path) {
 }
 
 std::string remedyFor(State state) {
-  switch (state) {
-    case State::Missing:
-    case State::Damaged:
-      return std::string("; ") + kMend;
-    case State::NoElement:
-    case State::NotAFile:
-      return std::string("; move it away and ") + kMend;
-    default:
-      return "";
-  }
+  if (state == State::Missing || state == State::Damaged) return std::string("; ") + kRepair;
+  if (state == State::Unreadable) return "";
+  return std::string("; move it away and ") + kRepair;
 }
 
 }  // namespace
 
 const char* wordFor(State state) {
-  switch (state) {
-    case State::Good:
-      return "good";
-    case State::Missing:
-      return "missing";
-    case State::Damaged:
-      return "damaged";
-    case State::NoElement:
-      return "no-element";
-    case State::Unreadable:
-      return "unreadable";
-    case State::NotAFile:
-      return "not-a-file";
-    case State::OutOfStep:
-      return "out-of-step";
-    case State::CutShort:
-      return "cut-short";
-  }
-  return "";
+  constexpr const char* kWords[] = {"good",       "missing",    "damaged",     "no-element",
+                                    "unreadable", "not-a-file", "out-of-step", "cut-short"};
+  return kWords[static_cast<std::size_t>(state)];
 }
 
 Copy loadCopy(const std::string& path) {
@@ -94,12 +74,6 @@ Document requireDocument(const std::string& path) {
   if (copy.state != State::Good)
     throw Refusal(Status::Unusable, path + " " + copy.fault + remedyFor(copy.state));
   return std::move(copy.document);
-}
-
-std::string written(const tinyxml2::XMLDocument& document) {
-  tinyxml2::XMLPrinter printer;
-  document.Print(&printer);
-  return printer.CStr();
 }
 
 bool sameContents(const Copy& a, const Copy& b) {

@@ -40,11 +40,8 @@ struct Copy {
 Copy loadCopy(const std::string& path);
 
 /// Loads a main copy for a command that cannot do without it.
-/// @throws Refusal that names the file, its fault and what mends it
+/// @throws Refusal that names the file, its fault and what repairs it
 Document requireDocument(const std::string& path);
-
-/// The document as the library writes it.
-std::string written(const tinyxml2::XMLDocument& document);
 
 /// Whether two documents are the same to the library.
 bool sameContents(const Copy& a, const Copy& b);

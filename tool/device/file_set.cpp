@@ -4,25 +4,31 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <set>
 
 #include "base/progress.h"
 #include "base/refusal.h"
-#include "device/directory.h"
 
 namespace camcfg::tool::device {
 namespace {
 
+namespace fs = std::filesystem;
+
 const char* directoryOf(Place place) {
-  switch (place) {
-    case Place::Main:
-      return CFG_DIR_MAIN;
-    case Place::Backup:
-      return CFG_DIR_BACKUP;
-    case Place::Default:
-      break;
-  }
-  return CFG_DIR_DEFAULT;
+  constexpr const char* kDirectories[] = {CFG_DIR_MAIN, CFG_DIR_BACKUP, CFG_DIR_DEFAULT};
+  return kDirectories[static_cast<std::size_t>(place)];
+}
+
+template <typename Wanted>
+std::vector<std::string> entriesOf(const std::string& directory, Wanted wanted) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+       entry.increment(error))
+    if (wanted(*entry)) names.push_back(entry->path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 // Start-up verification looks at the names of the first directory that holds any file.
@@ -69,19 +75,27 @@ ConfigFile survey(const std::string& name, bool checkedAtStart) {
 }  // namespace
 
 const char* wordFor(Place place) {
-  switch (place) {
-    case Place::Main:
-      return "main";
-    case Place::Backup:
-      return "backup";
-    case Place::Default:
-      break;
-  }
-  return "default";
+  constexpr const char* kWords[] = {"main", "backup", "default"};
+  return kWords[static_cast<std::size_t>(place)];
 }
 
 std::string pathOf(Place place, const std::string& name) {
   return std::string(directoryOf(place)) + "/" + name;
+}
+
+std::vector<std::string> filesIn(const std::string& directory) {
+  return entriesOf(directory, [](const fs::directory_entry& entry) {
+    std::error_code ignored;
+    return entry.symlink_status(ignored).type() == fs::file_type::regular;
+  });
+}
+
+std::vector<std::string> namesIn(const std::string& directory) {
+  return entriesOf(directory, [](const fs::directory_entry&) { return true; });
+}
+
+bool isXmlName(const std::string& name) {
+  return fs::path(name).extension() == ".xml";
 }
 
 const Copy& ConfigFile::copy(Place place) const {

@@ -19,6 +19,15 @@ const char* wordFor(Place place);
 /// The path of a file's copy.
 std::string pathOf(Place place, const std::string& name);
 
+/// The names of the regular files in a directory, sorted; none if it cannot be opened.
+std::vector<std::string> filesIn(const std::string& directory);
+
+/// The names of everything in a directory, sorted; none if it cannot be opened.
+std::vector<std::string> namesIn(const std::string& directory);
+
+/// Whether a name ends with ".xml".
+bool isXmlName(const std::string& name);
+
 /// One configuration file with its copies.
 struct ConfigFile {
   std::string name;

@@ -4,6 +4,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <ctime>
+#include <optional>
+
+#include "device/repair.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -15,31 +19,33 @@ bool isRequired(const std::string& name) {
                      [&](const char* path) { return nameOf(path) == name; });
 }
 
-ConfigFile missingFile(const std::string& name) {
-  ConfigFile file;
-  file.name = name;
-  for (Copy* copy : {&file.main, &file.backup, &file.factory}) copy->fault = "is missing";
-  return file;
-}
-
 FileSet surveyWithRequired() {
   FileSet set = surveyFiles();
-  for (const char* path : kRequired)
-    if (set.find(nameOf(path)) == nullptr) set.files.push_back(missingFile(nameOf(path)));
+  for (const char* path : kRequired) {
+    if (set.find(nameOf(path)) != nullptr) continue;
+    ConfigFile& file = set.files.emplace_back();
+    file.name = nameOf(path);
+    for (Copy* copy : {&file.main, &file.backup, &file.factory}) copy->fault = "is missing";
+  }
   std::sort(set.files.begin(), set.files.end(),
             [](const ConfigFile& a, const ConfigFile& b) { return a.name < b.name; });
   return set;
 }
 
-// The first copy that start-up verification opens and that is a pipe.
-std::optional<Place> pipeAtStart(const ConfigFile& file, bool anyBackup) {
-  if (!file.checkedAtStart) return std::nullopt;
-  for (const Place place : kPlaces) {
-    if (place == Place::Backup && !anyBackup) continue;
-    if (file.copy(place).isPipe) return place;
-    if (file.copy(place).loads()) break;
-  }
-  return std::nullopt;
+// How well a device is off with its files, from best to worst.
+enum class Health { Well, Degraded, Unusable };
+
+const char* wordFor(Health health) {
+  constexpr const char* kWords[] = {"well", "degraded", "unusable"};
+  return kWords[static_cast<std::size_t>(health)];
+}
+
+// What start-up verification does to a copy.
+enum class AtStart { NotLookedAt, Stays, FromBackup, FromDefault, WaitsForEver };
+
+Json jsonOf(AtStart done) {
+  static const Json kWords[] = {nullptr, "stays", "from-backup", "from-default", "waits-for-ever"};
+  return kWords[static_cast<std::size_t>(done)];
 }
 
 // What start-up verification does, file by file.
@@ -49,121 +55,146 @@ class StartUp {
 
   AtStart to(const ConfigFile& file, Place place) const {
     if (!file.checkedAtStart || place == Place::Default) return AtStart::NotLookedAt;
-    if (const auto pipe = pipeAtStart(file, set_.anyBackup))
-      return *pipe == place ? AtStart::WaitsForEver : AtStart::NotLookedAt;
-    const Repair* repair = find(file, place);
-    if (repair == nullptr || !repair->fitsTheCopy()) return AtStart::Stays;
+    if (const auto found = pipe(file))
+      return *found == place ? AtStart::WaitsForEver : AtStart::NotLookedAt;
+    const auto repair = std::find_if(repairs_.begin(), repairs_.end(), [&](const Repair& each) {
+      return each.name == file.name && each.to == place;
+    });
+    if (repair == repairs_.end() || !repair->fitsTheCopy()) return AtStart::Stays;
     return repair->from == Place::Backup ? AtStart::FromBackup : AtStart::FromDefault;
   }
 
-  bool restores(const ConfigFile& file, Place place) const {
+  /// What a finding adds on a copy that is restored; none for one that is not.
+  std::optional<std::string> outlook(const ConfigFile& file, Place place) const {
     const AtStart done = to(file, place);
-    return done == AtStart::FromBackup || done == AtStart::FromDefault;
+    if (done == AtStart::FromBackup) return "; the next start restores it from its backup";
+    if (done == AtStart::FromDefault) return "; the next start restores it from the factory set";
+    return std::nullopt;
   }
 
+  /// The first copy that it opens and that is a pipe.
   std::optional<Place> pipe(const ConfigFile& file) const {
-    return pipeAtStart(file, set_.anyBackup);
+    if (!file.checkedAtStart) return std::nullopt;
+    for (const Place place : kPlaces) {
+      if (place == Place::Backup && !set_.anyBackup) continue;
+      if (file.copy(place).isPipe) return place;
+      if (file.copy(place).loads()) break;
+    }
+    return std::nullopt;
   }
 
  private:
-  const Repair* find(const ConfigFile& file, Place place) const {
-    const auto found = std::find_if(repairs_.begin(), repairs_.end(), [&](const Repair& repair) {
-      return repair.name == file.name && repair.to == place;
-    });
-    return found == repairs_.end() ? nullptr : &*found;
-  }
-
   const FileSet& set_;
   std::vector<Repair> repairs_;
 };
 
-CopyHealth healthOf(const ConfigFile& file, Place place, const StartUp& startUp) {
-  CopyHealth health{place, file.copy(place).state, {}, {}, startUp.to(file, place)};
+// "2026-11-21T11:15:13Z"
+Json timeOf(std::time_t time) {
+  std::tm parts{};
+  char text[sizeof "2026-11-21T11:15:13Z" + 8] = {};
+  if (gmtime_r(&time, &parts) == nullptr) return nullptr;
+  return std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) == 0 ? Json() : Json(text);
+}
+
+Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
+  Json record = {{"file", file.name},
+                 {"copy", wordFor(place)},
+                 {"path", file.path(place)},
+                 {"state", wordFor(file.copy(place).state)},
+                 {"bytes", nullptr},
+                 {"changed", nullptr},
+                 {"atStart", jsonOf(startUp.to(file, place))}};
   struct stat status {};
-  if (stat(file.path(place).c_str(), &status) != 0) return health;
-  if (S_ISREG(status.st_mode)) health.bytes = static_cast<std::uintmax_t>(status.st_size);
-  health.changed = status.st_mtime;
-  return health;
+  if (stat(file.path(place).c_str(), &status) != 0) return record;
+  if (S_ISREG(status.st_mode)) record["bytes"] = status.st_size;
+  record["changed"] = timeOf(status.st_mtime);
+  return record;
 }
 
-std::string restoredFrom(AtStart done) {
-  return done == AtStart::FromBackup ? "; the next start restores it from its backup"
-                                     : "; the next start restores it from the factory set";
-}
+// What is amiss with the copies of a file.
+class Judgement {
+ public:
+  Judgement(const ConfigFile& file, const StartUp& startUp) : file_(file), startUp_(startUp) {
+    judgePipe();
+    judgeMain();
+    judgeBackup();
+    judgeDefault();
+  }
 
-std::string outlookForBackup(const ConfigFile& file) {
-  return file.main.state == State::Good && file.backup.state != State::NotAFile
-             ? "; 'camcfg verify --resync' brings it level"
-             : "";
-}
+  Health health() const { return health_; }
+  const std::vector<std::string>& findings() const { return findings_; }
 
-void judgeMain(FileHealth& health, const ConfigFile& file, const StartUp& startUp) {
-  if (file.main.state == State::Good) return;
-  const bool restored = startUp.restores(file, Place::Main);
-  health.health = restored ? Health::Degraded : Health::Unusable;
-  health.findings.push_back(
-      file.path(Place::Main) + " " + file.main.fault +
-      (restored ? restoredFrom(startUp.to(file, Place::Main)) : outlookFor(file)));
-}
+ private:
+  void add(Health least, Place place, const std::string& fault) {
+    health_ = std::max(health_, least);
+    findings_.push_back(file_.path(place) + " " + fault);
+  }
 
-void judgeBackup(FileHealth& health, const ConfigFile& file, const StartUp& startUp) {
-  if (file.backup.state == State::Good) return;
-  health.health = std::max(health.health, Health::Degraded);
-  const bool unlike = file.backup.state == State::OutOfStep;
-  health.findings.push_back(
-      file.path(Place::Backup) + " " + (unlike ? "is unlike its main copy" : file.backup.fault) +
-      (startUp.restores(file, Place::Backup) ? restoredFrom(startUp.to(file, Place::Backup))
-                                             : outlookForBackup(file)));
-}
+  void judgePipe() {
+    if (const std::optional<Place> pipe = startUp_.pipe(file_))
+      add(Health::Unusable, *pipe, "is a pipe, at which every start waits for ever; move it away");
+  }
 
-// A file of somebody else's, beside the factory set, has no factory copy.
-void judgeDefault(FileHealth& health, const ConfigFile& file) {
-  const bool expected = health.required || file.checkedAtStart;
-  if (file.factory.state == State::Good || (!expected && file.factory.state == State::Missing))
-    return;
-  health.health = std::max(health.health, Health::Degraded);
-  health.findings.push_back(file.path(Place::Default) + " " + file.factory.fault +
-                            ", so no start can restore from it");
-}
+  void judgeMain() {
+    if (file_.main.state == State::Good) return;
+    const auto restored = startUp_.outlook(file_, Place::Main);
+    add(restored ? Health::Degraded : Health::Unusable, Place::Main,
+        file_.main.fault + restored.value_or(outlookFor(file_)));
+  }
 
-void judgePipe(FileHealth& health, const ConfigFile& file, const StartUp& startUp) {
-  const std::optional<Place> pipe = startUp.pipe(file);
-  if (!pipe) return;
-  health.health = Health::Unusable;
-  health.findings.push_back(file.path(*pipe) +
-                            " is a pipe, at which every start waits for ever; move it away");
-}
+  void judgeBackup() {
+    const State state = file_.backup.state;
+    if (state == State::Good) return;
+    const bool resynced = file_.main.state == State::Good && state != State::NotAFile;
+    add(Health::Degraded, Place::Backup,
+        (state == State::OutOfStep ? "is unlike its main copy" : file_.backup.fault) +
+            startUp_.outlook(file_, Place::Backup)
+                .value_or(resynced ? "; 'camcfg verify --resync' brings it level" : ""));
+  }
 
-FileHealth healthOf(const ConfigFile& file, const StartUp& startUp) {
-  FileHealth health{file.name, isRequired(file.name), file.checkedAtStart, Health::Well, {}, {}};
-  for (const Place place : kPlaces) health.copies.push_back(healthOf(file, place, startUp));
-  judgePipe(health, file, startUp);
-  judgeMain(health, file, startUp);
-  judgeBackup(health, file, startUp);
-  judgeDefault(health, file);
-  return health;
+  // A file of somebody else's, beside the factory set, has no factory copy.
+  void judgeDefault() {
+    const State state = file_.factory.state;
+    const bool expected = isRequired(file_.name) || file_.checkedAtStart;
+    if (state == State::Good || (!expected && state == State::Missing)) return;
+    add(Health::Degraded, Place::Default,
+        file_.factory.fault + ", so no start can restore from it");
+  }
+
+  const ConfigFile& file_;
+  const StartUp& startUp_;
+  Health health_ = Health::Well;
+  std::vector<std::string> findings_;
+};
+
+Status statusOf(Health health) {
+  if (health == Health::Well) return Status::Done;
+  return health == Health::Degraded ? Status::Degraded : Status::Unusable;
 }
 
 }  // namespace
 
-const char* wordFor(Health health) {
-  switch (health) {
-    case Health::Well:
-      return "well";
-    case Health::Degraded:
-      return "degraded";
-    case Health::Unusable:
-      break;
-  }
-  return "unusable";
-}
-
-std::vector<FileHealth> checkHealth() {
+Outcome checkHealth() {
   const FileSet set = surveyWithRequired();
   const StartUp startUp(set);
-  std::vector<FileHealth> all;
-  for (const ConfigFile& file : set.files) all.push_back(healthOf(file, startUp));
-  return all;
+  Health worst = Health::Well;
+  Outcome outcome;
+  outcome.value = {{"health", ""}, {"files", Json::array()}, {"copies", Json::array()}};
+  for (const ConfigFile& file : set.files) {
+    const Judgement judgement(file, startUp);
+    worst = std::max(worst, judgement.health());
+    outcome.value["files"].push_back({{"name", file.name},
+                                      {"health", wordFor(judgement.health())},
+                                      {"required", isRequired(file.name)},
+                                      {"checkedAtStart", file.checkedAtStart}});
+    for (const Place place : kPlaces)
+      outcome.value["copies"].push_back(recordOf(file, place, startUp));
+    for (const std::string& finding : judgement.findings()) outcome.notes.push_back(finding);
+  }
+  outcome.value["health"] = wordFor(worst);
+  outcome.value["findings"] = outcome.notes;
+  outcome.status = statusOf(worst);
+  return outcome;
 }
 
 std::string outlookFor(const ConfigFile& file) {

@@ -2,19 +2,16 @@
 
 #include <camcfg/types.h>
 
-#include <algorithm>
 #include <cstring>
 
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "device/directory.h"
+#include "base/plain_text.h"
+#include "device/file_set.h"
 
 namespace camcfg::tool::device {
-namespace {
 
 constexpr char kSuffix[] = ".xml";
-
-}  // namespace
 
 std::vector<std::string> languages() {
   std::vector<std::string> names;
@@ -33,12 +30,10 @@ std::vector<std::string> keysOf(const tinyxml2::XMLDocument& texts) {
 
 Document requireTexts(const std::string& language) {
   const std::vector<std::string> known = languages();
-  if (std::find(known.begin(), known.end(), language) == known.end()) {
-    std::string all;
-    for (const std::string& name : known) all += (all.empty() ? " (there are " : ", ") + name;
-    throw Refusal("there is no language '" + language + "'" + (all.empty() ? "" : all + ")") +
+  if (!isAmong(known, language))
+    throw Refusal("there is no language '" + language + "'" +
+                  (known.empty() ? "" : " (there are " + joined(known) + ")") +
                   didYouMean(language, known));
-  }
   const std::string path = CFG_DIR_LANGUAGE + language + kSuffix;
   Copy texts = loadCopy(path);
   if (texts.state != State::Good) throw Refusal(Status::Unusable, path + " " + texts.fault);

@@ -1,21 +1,234 @@
 #include "device/repair.h"
 
 #include <camcfg/store.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
 #include "base/library_log.h"
 #include "base/progress.h"
+#include "base/refusal.h"
+#include "device/change.h"
+#include "device/health.h"
 
 namespace camcfg::tool::device {
 namespace {
 
 constexpr std::size_t kBlock = 512;  // of st_blocks
 
+// What remains to be replaced after start-up verification so that each file has two good copies that
+// are the same.
+std::vector<Repair> levelRepairs(const FileSet& set) {
+  std::vector<Repair> repairs;
+  for (const ConfigFile& file : set.files) {
+    if (file.main.state == State::Good && file.backup.state != State::Good)
+      repairs.push_back({file.name, Place::Backup, Place::Main});
+    else if ((!file.main.loads() || file.main.state == State::CutShort) &&
+             file.backup.state == State::Good)
+      repairs.push_back({file.name, Place::Main, Place::Backup});
+  }
+  return repairs;
+}
+
+// The room that a repair takes beyond what the copy that it replaces gives back.
+Writing writingOf(const Repair& repair) {
+  struct stat source {};
+  struct stat target {};
+  stat(repair.source().c_str(), &source);
+  stat(repair.target().c_str(), &target);
+  const auto bytes = static_cast<std::uintmax_t>(source.st_size);
+  const std::uintmax_t given = static_cast<std::uintmax_t>(target.st_blocks) * kBlock;
+  return {repair.target(), bytes > given ? bytes - given : 0};
+}
+
 // What stands against a repair.
 std::string obstacleTo(const Repair& repair) {
   if (!repair.fitsTheCopy()) return "its name is too long for the library to copy it";
   return whyNotWritable({writingOf(repair)});
+}
+
+// Why a repair that should have been done was not; empty if the copies are the same now.
+std::string whyNotDone(const Repair& repair) {
+  if (sameContents(loadCopy(repair.source()), loadCopy(repair.target()))) return "";
+  const std::string obstacle = obstacleTo(repair);
+  return obstacle.empty() ? "the copy did not arrive whole" : obstacle;
+}
+
+// Replaces a copy through the library, with the main copy's lock held. The other copy of the file is
+// only read: whenever the work is cut short, one of the two is whole. What is returned is why it was
+// not done; empty if it was.
+std::string carryOut(const Repair& repair) {
+  std::string obstacle = obstacleTo(repair);
+  if (!obstacle.empty()) return obstacle;
+  workingOn(repair.target());
+  const std::string lock = pathOf(Place::Main, repair.name);
+  if (cfgLockFile(lock.c_str()) != 0) return lastComplaint();
+  // The library's save would empty the main copy, the only good one, before it rewrites the backup.
+  cfgSyncCfgFile(repair.source().c_str(), repair.target().c_str());
+  sync();
+  CFG_UnlockFile(argument(lock));
+  return whyNotDone(repair);
+}
+
+// The library opens whatever stands under a name that it checks, and would wait at a pipe for ever.
+void requireNoPipe(const FileSet& set) {
+  for (const ConfigFile& file : set.files)
+    for (const Place place : kPlaces)
+      if (file.copy(place).isPipe)
+        throw Refusal(Status::Unusable, file.path(place) + " is a pipe; move it away");
+}
+
+// A main copy that is no file, or has too long a name, must not keep the others from being
+// restored.
+void requireWritable(const std::vector<Repair>& repairs, const FileSet& set) {
+  std::vector<Writing> mains;
+  for (const Repair& repair : repairs) {
+    const bool isFile = set.find(repair.name)->main.state != State::NotAFile;
+    if (repair.to == Place::Main && isFile && repair.fitsTheCopy())
+      mains.push_back(writingOf(repair));
+  }
+  const std::string fault = whyNotWritable(mains);
+  if (!fault.empty()) throw Refusal(Status::Unusable, "cannot restore main copies: " + fault);
+}
+
+void verifyAsAtStart(const FileSet& set) {
+  requireAnyFile(set);
+  forgetComplaint();
+  if (CFG_VerifyFileFormat() == 0) return;
+  const std::string complaint = lastComplaint();
+  throw Refusal(Status::Unusable, complaint.empty() ? "out of memory" : complaint);
+}
+
+std::string bytesOf(const std::string& path) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  std::string bytes;
+  if (!file || !readAll(file.get(), bytes))
+    throw Refusal("cannot keep " + path + ": " + std::strerror(errno));
+  return bytes;
+}
+
+// "/cfg0/x.xml" is kept as "cfg0-x.xml".
+std::string keptName(std::string path) {
+  path.erase(0, 1);
+  path[path.find('/')] = '-';
+  return path;
+}
+
+// A repair and why it was not done; done if there is no fault.
+struct Attempt {
+  Repair repair;
+  std::string fault;
+};
+
+// The check of all configuration files, and what became of them.
+class Verification {
+ public:
+  explicit Verification(HostDirectory* keepIn) : keepIn_(keepIn), found_(surveyFiles()) {}
+
+  void startUp();
+  void resync();
+  Outcome outcome(bool resynced) const;
+
+ private:
+  void keep(const Repair& repair, const FileSet& set);
+  Json recordOf(const ConfigFile& file) const;
+  void noteMain(const ConfigFile& file, Outcome& outcome) const;
+
+  HostDirectory* keepIn_;
+  Json kept_ = Json::array();
+  FileSet found_;
+  FileSet now_;
+  std::vector<Attempt> attempts_;
+};
+
+void Verification::startUp() {
+  requireNoPipe(found_);
+  const std::vector<Repair> repairs = startUpRepairs(found_);
+  requireWritable(repairs, found_);
+  for (const Repair& repair : repairs) keep(repair, found_);
+  verifyAsAtStart(found_);
+  now_ = surveyFiles();
+  for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
+}
+
+void Verification::resync() {
+  for (const Repair& repair : levelRepairs(now_)) {
+    std::string fault;
+    try {
+      keep(repair, now_);
+      fault = carryOut(repair);
+    } catch (const Refusal& refusal) {
+      fault = refusal.what();
+    }
+    attempts_.push_back({repair, fault});
+  }
+  now_ = surveyFiles();
+}
+
+void Verification::keep(const Repair& repair, const FileSet& set) {
+  const ConfigFile* file = set.find(repair.name);
+  if (keepIn_ == nullptr || file == nullptr) return;
+  const State state = file->copy(repair.to).state;
+  if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
+  const std::string path = repair.target();
+  kept_.push_back({{"copy", path}, {"as", keepIn_->save(keptName(path), bytesOf(path))}});
+}
+
+// A file that is not there has no copies.
+Json statesOf(const ConfigFile* file) {
+  Json states;
+  for (const Place place : kPlaces)
+    states[wordFor(place)] = wordFor(file == nullptr ? State::Missing : file->copy(place).state);
+  return states;
+}
+
+Json Verification::recordOf(const ConfigFile& file) const {
+  Json record = {{"name", file.name}, {"checkedAtStart", file.checkedAtStart}};
+  record["found"] = statesOf(found_.find(file.name));
+  record["now"] = statesOf(&file);
+  record["restored"] = {{wordFor(Place::Main), nullptr}, {wordFor(Place::Backup), nullptr}};
+  for (const auto& [repair, fault] : attempts_)
+    if (fault.empty() && repair.name == file.name)
+      record["restored"][wordFor(repair.to)] = wordFor(repair.from);
+  return record;
+}
+
+void worsen(Outcome& outcome, Status status, const std::string& note) {
+  outcome.status = std::max(outcome.status, status);
+  outcome.notes.push_back(note);
+}
+
+// A main copy that is not good, unless a note on its repair says so already.
+void Verification::noteMain(const ConfigFile& file, Outcome& outcome) const {
+  const bool isNoted = std::any_of(attempts_.begin(), attempts_.end(), [&](const Attempt& attempt) {
+    return attempt.repair.name == file.name && attempt.repair.to == Place::Main;
+  });
+  if (file.main.state != State::Good && !isNoted)
+    worsen(outcome, Status::Unusable,
+           file.path(Place::Main) + " " + file.main.fault + outlookFor(file));
+}
+
+Outcome Verification::outcome(bool resynced) const {
+  Outcome outcome;
+  outcome.value = {{"files", Json::array()}, {"kept", kept_}};
+  for (const auto& [repair, fault] : attempts_)
+    if (!fault.empty())
+      worsen(outcome, repair.to == Place::Main ? Status::Unusable : Status::Refused,
+             repair.target() + " was not replaced from " + repair.source() + ": " + fault);
+  int unlevel = 0;
+  for (const ConfigFile& file : now_.files) {
+    outcome.value["files"].push_back(recordOf(file));
+    noteMain(file, outcome);
+    unlevel += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
+  }
+  if (!resynced && unlevel != 0)
+    outcome.notes.push_back("note: without a backup that is level with the main copy: " +
+                            std::to_string(unlevel) + "; '--resync' brings them level");
+  return outcome;
 }
 
 }  // namespace
@@ -38,45 +251,11 @@ std::vector<Repair> startUpRepairs(const FileSet& set) {
   return repairs;
 }
 
-std::vector<Repair> levelRepairs(const FileSet& set) {
-  std::vector<Repair> repairs;
-  for (const ConfigFile& file : set.files) {
-    if (file.main.state == State::Good && file.backup.state != State::Good)
-      repairs.push_back({file.name, Place::Backup, Place::Main});
-    else if ((!file.main.loads() || file.main.state == State::CutShort) &&
-             file.backup.state == State::Good)
-      repairs.push_back({file.name, Place::Main, Place::Backup});
-  }
-  return repairs;
-}
-
-Writing writingOf(const Repair& repair) {
-  struct stat source {};
-  struct stat target {};
-  stat(repair.source().c_str(), &source);
-  stat(repair.target().c_str(), &target);
-  const auto bytes = static_cast<std::uintmax_t>(source.st_size);
-  const std::uintmax_t given = static_cast<std::uintmax_t>(target.st_blocks) * kBlock;
-  return {repair.target(), bytes > given ? bytes - given : 0};
-}
-
-std::string whyNotDone(const Repair& repair) {
-  if (sameContents(loadCopy(repair.source()), loadCopy(repair.target()))) return "";
-  const std::string obstacle = obstacleTo(repair);
-  return obstacle.empty() ? "the copy did not arrive whole" : obstacle;
-}
-
-std::string carryOut(const Repair& repair) {
-  std::string obstacle = obstacleTo(repair);
-  if (!obstacle.empty()) return obstacle;
-  workingOn(repair.target());
-  const std::string lock = pathOf(Place::Main, repair.name);
-  if (cfgLockFile(lock.c_str()) != 0) return lastComplaint();
-  // The library's save would empty the main copy, the only good one, before it rewrites the backup.
-  cfgSyncCfgFile(repair.source().c_str(), repair.target().c_str());
-  sync();
-  CFG_UnlockFile(argument(lock));
-  return whyNotDone(repair);
+Outcome verify(HostDirectory* keepIn, bool resync) {
+  Verification verification(keepIn);
+  verification.startUp();
+  if (resync) verification.resync();
+  return verification.outcome(resync);
 }
 
 }  // namespace camcfg::tool::device

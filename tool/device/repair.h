@@ -4,8 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "base/host_directory.h"
+#include "base/outcome.h"
 #include "device/file_set.h"
-#include "device/room.h"
 
 namespace camcfg::tool::device {
 
@@ -24,20 +25,16 @@ struct Repair {
 /// What start-up verification is going to replace.
 std::vector<Repair> startUpRepairs(const FileSet& set);
 
-/// What remains to be replaced so that each file has two good copies that are the same: backups
-/// from their main copies, and main copies that start-up verification passes by from their backups.
-std::vector<Repair> levelRepairs(const FileSet& set);
-
-/// The room that a repair takes beyond what the copy that it replaces gives back.
-Writing writingOf(const Repair& repair);
-
-/// Why a repair that should have been done was not; empty if the copies are the same now.
-std::string whyNotDone(const Repair& repair);
-
-/// Replaces a copy through the library, with the main copy's lock held. The other copy of the file
-/// is only read: whenever the work is cut short, one of the two is whole.
-/// @return why it was not done; empty if it was
-std::string carryOut(const Repair& repair);
+/// Lets the library do what it does when the device starts, and reports what became of the files.
+/// @param keepIn  where damaged copies are kept before they are replaced, "cfg0-NAME" for a main copy
+///                and "cfg1-NAME" for a backup; null: nowhere
+/// @param resync  whether to do what start-up verification leaves undone, so that each file has two
+///                good copies: replace backups from their main copies, and main copies that it passes
+///                by from their backups
+/// @return "files": states found and now, and from where copies were replaced; "kept". The status is
+///         done, refused where a backup was not replaced, or unusable where a main copy is.
+/// @throws Refusal  before anything was changed
+Outcome verify(HostDirectory* keepIn, bool resync);
 
 }  // namespace camcfg::tool::device
 

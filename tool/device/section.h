@@ -39,7 +39,9 @@ struct Step {
 };
 
 /// A change as a step.
-Step stepOf(const Change& change);
+inline Step stepOf(const Change& change) {
+  return {change.what, change.path, change.growth, [change] { makeChange(change); }};
+}
 
 /// A part of the device's settings that is exported and imported by itself. Its JSON has one form
 /// for one state of the device: two states are the same if their JSON is.
@@ -65,8 +67,20 @@ struct Section {
   const settings::Table* table = nullptr;  ///< of its entries, where it has any
 };
 
-/// At least by how many bytes a file may grow when it takes up a value.
-std::size_t roomFor(const Json& value);
+inline const Json& Plan::of(const std::string& name) {
+  const auto found = values_.find(name);
+  if (found != values_.end()) return found->second;
+  for (const Section& section : sections_)
+    if (section.name == name) set(name, section.load());
+  return values_[name];
+}
+
+/// At least by how many bytes a file may grow when it takes up a value: an element takes about twice
+/// what its members take in JSON.
+inline std::size_t roomFor(const Json& value) {
+  constexpr std::size_t kFrame = 1024;
+  return kFrame + 2 * value.dump().size();
+}
 
 }  // namespace camcfg::tool::device
 

@@ -1,15 +1,14 @@
 #include "document/copies.h"
-#include "document/sections.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <set>
-
-#include "base/host_temporary.h"
-#include "base/json_packed.h"
-#include "base/memory_file.h"
+#include "base/descriptor.h"
+#include "base/host_directory.h"
+#include "base/json_reader.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
+#include "document/document.h"
 
 namespace camcfg::tool::document {
 namespace {
@@ -41,8 +40,7 @@ std::map<std::string, std::string> fill(const HostTemporary& device, device::Pla
     const device::Copy copy = device::loadCopy(device::pathOf(place, name));
     faults[section.path] =
         copy.state == device::State::Good ? "" : device::pathOf(place, name) + " " + copy.fault;
-    if (copy.state == device::State::Good)
-      device.write("cfg0", name, device::written(*copy.document));
+    if (copy.state == device::State::Good) device.write("cfg0", name, written(*copy.document));
   }
   return faults;
 }

@@ -1,13 +1,45 @@
 #include "document/document.h"
-#include "document/sections.h"
 
 #include <algorithm>
 
+#include "base/json_reader.h"
+#include "base/plain_text.h"
+#include "base/printable.h"
 #include "base/progress.h"
+#include "base/refusal.h"
 #include "document/secrets.h"
+#include "media/sections.h"
+#include "network/section.h"
+#include "parameters/section.h"
+#include "presets/section.h"
 
 namespace camcfg::tool::document {
 namespace {
+
+std::vector<device::Section> collected() {
+  std::vector<device::Section> all = media::sections();
+  all.insert(all.end(), {parameters::parametersSection(), network::networkSection(),
+                         presets::presetsSection()});
+  return all;
+}
+
+// "line 3, column 5: " of a byte that is counted from 1.
+std::string placeOf(std::size_t position, const std::string& text) {
+  const std::size_t byte = std::min(position == 0 ? 0 : position - 1, text.size());
+  const std::string before = text.substr(0, byte);
+  const std::size_t line = before.rfind('\n');
+  const std::string start = line == std::string::npos ? before : before.substr(line + 1);
+  return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n')) +
+         ", column " + std::to_string(1 + characters(start)) + ": ";
+}
+
+// Of two members of one name the first counts and the second is a fault.
+Json parseJson(const std::string& text, settings::Faults& faults) {
+  JsonText read = readJson(text);
+  if (read.fault != 0) throw Refusal(placeOf(read.fault, text) + shortened(read.reason));
+  for (const std::string& place : read.repeated) faults.push_back({place, "it stands here twice"});
+  return std::move(read.value);
+}
 
 // The members that may stand below a place: the next words of the names of the sections there.
 std::vector<std::string> membersBelow(const std::string& place) {
@@ -15,10 +47,10 @@ std::vector<std::string> membersBelow(const std::string& place) {
   const std::string prefix = place.empty() ? "" : place + ".";
   if (place.empty()) members.emplace_back(kVersionMember);
   for (const device::Section& section : allSections()) {
-    if (section.name.find(prefix) != 0) continue;
+    if (!beginsWith(section.name, prefix)) continue;
     const std::string rest = section.name.substr(prefix.size());
     const std::string word = rest.substr(0, rest.find('.'));
-    if (std::find(members.begin(), members.end(), word) == members.end()) members.push_back(word);
+    if (!isAmong(members, word)) members.push_back(word);
   }
   return members;
 }
@@ -46,10 +78,57 @@ void checkVersion(const settings::Node& document) {
     version.refuse("this tool reads version " + std::to_string(kVersion) + " alone");
 }
 
+constexpr std::size_t kWidth = 120;
+constexpr std::size_t kIndent = 2;
+constexpr std::size_t kRecordIndent = 3 * kIndent;  // {"live": {"srt": [RECORD
+
+// What stands before a value: the name of an object's member.
+std::string nameAt(const Json& value, std::size_t index) {
+  return value.is_object() ? Json(value.names()[index]).dump() + ": " : "";
+}
+
+std::string onOneLine(const Json& value) {
+  if (!value.is_structured() || value.empty()) return value.dump();
+  std::string text;
+  for (std::size_t i = 0; i < value.size(); ++i)
+    text += (text.empty() ? "" : ", ") + nameAt(value, i) + onOneLine(value.at(i));
+  return value.is_object() ? "{" + text + "}" : "[" + text + "]";
+}
+
+bool holdsScalarsOnly(const Json& value) {
+  return std::none_of(value.begin(), value.end(),
+                      [](const Json& member) { return member.is_structured(); });
+}
+
+// Down to the records of a list, every one has a line of its own.
+bool maybeOnOneLine(const Json& value, std::size_t indent) {
+  return indent >= kRecordIndent || (indent > 0 && holdsScalarsOnly(value));
+}
+
+std::string block(const Json& value, std::size_t indent, std::size_t taken) {
+  std::string line = onOneLine(value);
+  const bool nested = value.is_structured() && !value.empty();
+  if (!nested || (maybeOnOneLine(value, indent) && taken + line.size() < kWidth)) return line;
+  const std::string margin(indent + kIndent, ' ');
+  std::string text;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    const std::string name = nameAt(value, i);
+    text.append(text.empty() ? "\n" : ",\n").append(margin).append(name);
+    text += block(value.at(i), margin.size(), margin.size() + name.size());
+  }
+  const std::string end = "\n" + std::string(indent, ' ');
+  return value.is_object() ? "{" + text + end + "}" : "[" + text + end + "]";
+}
+
 }  // namespace
 
+const std::vector<device::Section>& allSections() {
+  static const std::vector<device::Section> all = collected();
+  return all;
+}
+
 bool isWithin(const device::Section& section, const std::string& name) {
-  return section.name == name || section.name.find(name + ".") == 0;
+  return section.name == name || beginsWith(section.name, name + ".");
 }
 
 std::string pathTo(const device::Section& section) {
@@ -58,7 +137,8 @@ std::string pathTo(const device::Section& section) {
   return path;
 }
 
-std::vector<Transition> readDocument(const Json& document, settings::Faults& faults) {
+std::vector<Transition> readDocument(const std::string& text, settings::Faults& faults) {
+  const Json document = parseJson(text, faults);
   const settings::Node whole(document, "", faults);
   checkFrame(whole);
   checkVersion(whole);
@@ -71,7 +151,7 @@ std::vector<Transition> readDocument(const Json& document, settings::Faults& fau
     if (stated == nullptr) continue;
     const Json before = section.load();
     const Json given = withKeptSecrets(section, *stated, before);
-    // What the device holds already is not for this document to mend.
+    // What the device holds already is not for this document to repair.
     const Json after =
         given == before ? before
                         : section.read(settings::Node(given, section.name, faults), before, plan);
@@ -79,6 +159,10 @@ std::vector<Transition> readDocument(const Json& document, settings::Faults& fau
     if (after != before) transitions.push_back({&section, before, after});
   }
   return transitions;
+}
+
+std::string printJson(const Json& value) {
+  return block(value, 0, 0) + "\n";
 }
 
 }  // namespace camcfg::tool::document

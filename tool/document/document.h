@@ -15,6 +15,9 @@ namespace camcfg::tool::document {
 constexpr char kVersionMember[] = "version";
 constexpr int kVersion = 1;
 
+/// All sections, in the order in which they are written.
+const std::vector<device::Section>& allSections();
+
 /// Where a section stands in a document: "live/srt".
 std::string pathTo(const device::Section& section);
 
@@ -30,8 +33,12 @@ struct Transition {
 
 /// Reads a document and checks it against the device; all that is wrong with it goes to `faults`.
 /// @return the sections that it holds and that differ from the device
-/// @throws Refusal if the device's files are unusable
-std::vector<Transition> readDocument(const Json& document, settings::Faults& faults);
+/// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable
+std::vector<Transition> readDocument(const std::string& text, settings::Faults& faults);
+
+/// JSON as a person would write it: what fits on a line stands on one. Ends with a line feed. Bytes
+/// that are not UTF-8 become U+FFFD.
+std::string printJson(const Json& value);
 
 }  // namespace camcfg::tool::document
 

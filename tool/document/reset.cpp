@@ -1,12 +1,8 @@
-#include "document/reset.h"
-
-#include <algorithm>
-
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
 #include "document/copies.h"
-#include "document/sections.h"
-#include "document/transitions.h"
+#include "document/exchange.h"
 #include "network/section.h"
 #include "parameters/section.h"
 
@@ -16,21 +12,20 @@ namespace {
 constexpr char kParameters[] = "parameters";
 constexpr char kNetwork[] = "network";
 constexpr char kNetworkSection[] = "NetWork";
-constexpr char kUnchanged[] = "it has its factory values already";
 
 // What is reset, gathered section by section, and what stands against it.
 class Reset {
  public:
   void addParameters(const std::vector<parameters::Parameter>& wanted) {
-    const device::Section& section = sectionNamed(kParameters);
-    const Json before = section.load();
-    add(section, before, parameters::resetParameters(before, factory_, wanted, without_));
+    addWithDefs(kParameters, [&](const Json& before) {
+      return parameters::resetParameters(before, factory_, wanted, without_);
+    });
   }
 
   void addNetwork() {
-    const device::Section& section = sectionNamed(kNetwork);
-    const Json before = section.load();
-    add(section, before, network::resetNetwork(before, factory_, without_));
+    addWithDefs(kNetwork, [&](const Json& before) {
+      return network::resetNetwork(before, factory_, without_);
+    });
   }
 
   // Presets and media have factory values in the factory set alone.
@@ -56,24 +51,28 @@ class Reset {
 
   const std::vector<std::string>& without() const { return without_; }
 
-  cli::Answer carryOut(const ImportOptions& options) const {
+  Outcome carryOut(const ImportOptions& options) const {
     if (!faults_.empty()) return refusedFor(faults_);
-    cli::Answer answer = carriedOut(transitions_, options, kUnchanged);
+    Outcome outcome = carriedOut(transitions_, options);
     if (!factory_.fault().empty() && hasDef_)
-      answer.notes.push_back("note: " + factory_.fault() + "; \"Def\" of the main copy stands in");
+      outcome.notes.push_back("note: " + factory_.fault() + "; \"Def\" of the main copy stands in");
     for (const std::string& path : without_)
-      answer.notes.push_back("note: " + path + " has no usable factory value and stays as it is");
-    return answer;
+      outcome.notes.push_back("note: " + path + " has no usable factory value and stays as it is");
+    return outcome;
   }
 
  private:
-  static const device::Section& sectionNamed(const std::string& name) {
-    return *std::find_if(allSections().begin(), allSections().end(),
-                         [&](const device::Section& section) { return section.name == name; });
+  template <typename Values>
+  void addWithDefs(const char* name, Values factoryValues) {
+    hasDef_ = true;
+    for (const device::Section& section : allSections())
+      if (section.name == name) {
+        const Json before = section.load();
+        add(section, before, factoryValues(before));
+      }
   }
 
   void add(const device::Section& section, const Json& before, const Json& after) {
-    hasDef_ = hasDef_ || section.name == kParameters || section.name == kNetwork;
     if (after != before) transitions_.push_back({&section, before, after});
   }
 
@@ -86,13 +85,6 @@ class Reset {
   std::vector<Transition> transitions_;
 };
 
-std::vector<const device::Section*> exportedSections(const std::string& name) {
-  std::vector<const device::Section*> found;
-  for (const device::Section& section : allSections())
-    if (isWithin(section, name)) found.push_back(&section);
-  return found;
-}
-
 [[noreturn]] void refuseUnknown(const std::string& name, std::vector<std::string> known) {
   for (const device::Section& section : allSections()) known.push_back(section.name);
   throw Refusal("there is no section '" + name + "'" + didYouMean(name, known));
@@ -100,8 +92,8 @@ std::vector<const device::Section*> exportedSections(const std::string& name) {
 
 }  // namespace
 
-cli::Answer resetParameter(const std::string& section, const std::string& name,
-                           const ImportOptions& options) {
+Outcome resetParameter(const std::string& section, const std::string& name,
+                       const ImportOptions& options) {
   const parameters::Parameters parameters;
   const parameters::Parameter parameter = parameters.require(section, name);
   if (name.find('/') != std::string::npos)
@@ -117,15 +109,19 @@ cli::Answer resetParameter(const std::string& section, const std::string& name,
   return reset.carryOut(options);
 }
 
-cli::Answer resetSection(const std::string& name, const ImportOptions& options) {
+Outcome resetSection(const std::string& name, const ImportOptions& options) {
   Reset reset;
-  const std::vector<const device::Section*> sections = exportedSections(name);
-  for (const device::Section* section : sections) reset.add(*section);
-  if (!sections.empty()) return reset.carryOut(options);
+  bool isExported = false;
+  for (const device::Section& section : allSections())
+    if (isWithin(section, name)) {
+      reset.add(section);
+      isExported = true;
+    }
+  if (isExported) return reset.carryOut(options);
 
   const parameters::Parameters parameters;
   const std::vector<std::string> known = parameters.sections();
-  if (std::find(known.begin(), known.end(), name) == known.end()) refuseUnknown(name, known);
+  if (!isAmong(known, name)) refuseUnknown(name, known);
   if (name == kNetworkSection)
     reset.addNetwork();
   else
@@ -133,7 +129,7 @@ cli::Answer resetSection(const std::string& name, const ImportOptions& options) 
   return reset.carryOut(options);
 }
 
-cli::Answer resetAll(const ImportOptions& options) {
+Outcome resetAll(const ImportOptions& options) {
   Reset reset;
   for (const device::Section& section : allSections()) reset.add(section);
   return reset.carryOut(options);

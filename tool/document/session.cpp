@@ -1,10 +1,8 @@
 #include "document/session.h"
 
-#include <algorithm>
-
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "device/explained_file.h"
 #include "document/copies.h"
 #include "media/media.h"
 #include "settings/media.h"
@@ -14,135 +12,90 @@ namespace camcfg::tool::document {
 namespace {
 
 using settings::Table;
-using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 const Table& requireKind(const std::string& word) {
   std::vector<std::string> words;
-  std::string list;
   for (const Table* table : settings::mediaTables()) {
     if (word == table->word) return *table;
     words.emplace_back(table->word);
-    list += (list.empty() ? "" : ", ") + words.back();
   }
-  throw Refusal(Status::Usage,
-                "there is no kind '" + word + "'; there are " + list + didYouMean(word, words));
+  throw Refusal(Status::Usage, "there is no kind '" + word + "'; there are " + joined(words) +
+                                   didYouMean(word, words));
 }
 
-std::string keyOf(const Table& table, const Json& record) {
-  const Json& key = record.at(table.key);
-  return key.is_string() ? key.get<std::string>() : key.dump();
-}
-
-// Where in a list the records with a key are, in their order, which is that of the entries.
-std::vector<std::size_t> indexesOf(const Table& table, const Json& list, const std::string& id) {
-  std::vector<std::size_t> indexes;
-  for (std::size_t i = 0; i < list.size(); ++i)
-    if (keyOf(table, list[i]) == id) indexes.push_back(i);
-  return indexes;
-}
-
-std::vector<XMLElement*> entriesIn(XMLDocument& document, const Table& section) {
-  XMLElement* top = document.FirstChildElement(section.parent);
-  XMLElement* element = top == nullptr ? nullptr : top->FirstChildElement(section.section);
-  return element == nullptr ? std::vector<XMLElement*>() : media::entriesOf(element, section);
-}
-
-// One kind of session in the three copies.
-class Sessions {
- public:
-  Sessions(const Table& table, const std::string& id) : table_(table), id_(id) {
-    const auto main = loadFromMain();
-    for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
-      const auto other = i == 0 ? main : loadFromCopies(device::kPlaces[i]);
-      copies_[i] = other.at(table.place);
-      if (copies_[i].fault.empty()) indexes_[i] = indexesOf(table, copies_[i].value, id);
-    }
-  }
-
-  bool found() const {
-    return std::any_of(indexes_.begin(), indexes_.end(),
-                       [](const auto& indexes) { return !indexes.empty(); });
-  }
-
-  device::ExplainedCopy copy(std::size_t place) const {
-    const std::string path = device::pathOf(device::kPlaces[place], device::nameOf(CFG_FILE_MPP));
-    const device::Copy copy = device::loadCopy(path);
-    device::ExplainedCopy told{path, copy.state, copies_[place].fault, std::nullopt};
-    if (!indexes_[place].empty()) told.line = lineOf(*copy.document, indexes_[place].front());
-    return told;
-  }
-
-  // The members of the record, each as all copies have it.
-  std::vector<device::ExplainedValue> values(bool showSecrets) const {
-    std::vector<device::ExplainedValue> values;
-    for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
-      if (indexes_[i].empty()) continue;
-      const Json& stored = copies_[i].value[indexes_[i].front()];
-      const Json record =
-          showSecrets ? stored : settings::withMaskedSecrets(stored, table_.settings);
-      for (const auto& [name, value] : record.items()) {
-        device::ExplainedValue& explained = valueOf(values, name);
-        explained.in[i] = value;
-        explained.permitted = permittedFor(*table_.find(name));
-      }
-    }
-    return values;
-  }
-
-  device::ExplainedLookup lookup() const {
-    std::size_t place = 0;
-    while (place + 1 < device::kPlaces.size() && !copies_[place].fault.empty()) ++place;
-    const std::string path = device::pathOf(device::kPlaces[place], device::nameOf(CFG_FILE_MPP));
-    const std::string what = std::string(table_.key) + " " + id_;
-    device::ExplainedLookup lookup{
-        std::string(table_.word) + " " + id_,
-        path,
-        std::nullopt,
-        "the first entry with the " + what + "; loading hands out every entry",
-        {}};
-    if (indexes_[place].empty()) lookup.why = "no entry has the " + what;
-    const device::Copy copy = device::loadCopy(path);
-    for (const std::size_t index : indexes_[place]) {
-      const device::ExplainedLookup::Found found{id_, lineOf(*copy.document, index), true};
-      if (lookup.answeredBy)
-        lookup.shadows.push_back(found);
-      else
-        lookup.answeredBy = found;
-    }
-    return lookup;
-  }
-
- private:
-  static device::ExplainedValue& valueOf(std::vector<device::ExplainedValue>& values,
-                                         const std::string& name) {
-    for (device::ExplainedValue& value : values)
-      if (value.name == name) return value;
-    return values.emplace_back(device::ExplainedValue{name, {}, ""});
-  }
-
-  int lineOf(XMLDocument& document, std::size_t index) const {
-    const std::vector<XMLElement*> entries = entriesIn(document, table_);
-    return index < entries.size() ? entries[index]->GetLineNum() : 0;
-  }
-
-  const Table& table_;
-  std::string id_;
-  std::array<CopiedSection, 3> copies_;
-  std::array<std::vector<std::size_t>, 3> indexes_;
+// A section in one copy of the media file, and where in its list the sessions of the id are, in the
+// order of their entries.
+struct MediaCopy {
+  std::string path;
+  device::Copy file;
+  CopiedSection section;
+  std::vector<std::size_t> found;
 };
+
+MediaCopy loadFrom(device::Place place, const Table& table, const std::string& id) {
+  MediaCopy copy{device::pathOf(place, device::nameOf(CFG_FILE_MPP)), {}, {}, {}};
+  copy.file = device::loadCopy(copy.path);
+  const auto sections = place == device::Place::Main ? loadFromMain() : loadFromCopies(place);
+  copy.section = sections.at(table.place);
+  for (std::size_t i = 0; copy.section.fault.empty() && i < copy.section.value.size(); ++i) {
+    const Json& key = copy.section.value[i].at(table.key);
+    if ((key.is_string() ? key.text() : key.dump()) == id) copy.found.push_back(i);
+  }
+  return copy;
+}
+
+int lineOf(const MediaCopy& copy, const Table& table, std::size_t index) {
+  XMLElement* top = copy.file.document->FirstChildElement(table.parent);
+  XMLElement* element = top == nullptr ? nullptr : top->FirstChildElement(table.section);
+  if (element == nullptr) return 0;
+  const std::vector<XMLElement*> entries = media::entriesOf(element, table);
+  return index < entries.size() ? entries[index]->GetLineNum() : 0;
+}
+
+// The members of a record, each among what the other copies have of it.
+void addValues(std::vector<device::ExplainedValue>& values, std::size_t place, const Json& record,
+               const Table& table) {
+  for (const auto& [name, member] : record.items()) {
+    device::ExplainedValue* value = nullptr;
+    for (device::ExplainedValue& known : values)
+      if (known.name == name) value = &known;
+    if (value == nullptr)
+      value =
+          &values.emplace_back(device::ExplainedValue{name, {}, permittedFor(*table.find(name))});
+    value->in[place] = member;
+  }
+}
+
+device::ExplainedLookup lookupIn(const MediaCopy& copy, const Table& table, const std::string& id) {
+  const std::string what = std::string(table.key) + " " + id;
+  device::ExplainedLookup lookup{
+      std::string(table.word) + " " + id, copy.path, std::nullopt, "no entry has the " + what, {}};
+  for (const std::size_t index : copy.found) lookup.add({id, lineOf(copy, table, index), true});
+  if (lookup.answeredBy)
+    lookup.why = "the first entry with the " + what + "; loading hands out every entry";
+  return lookup;
+}
 
 }  // namespace
 
 device::Explanation explainSession(const std::string& kindWord, const std::string& id,
                                    bool showSecrets) {
   const Table& table = requireKind(kindWord);
-  const Sessions sessions(table, id);
-  device::Explanation explanation{kindWord + " " + id, {}, sessions.values(showSecrets), {}};
-  for (std::size_t i = 0; i < device::kPlaces.size(); ++i) explanation.copies[i] = sessions.copy(i);
-  if (!sessions.found())
+  device::Explanation explanation{kindWord + " " + id, {}, {}, {}};
+  for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
+    const MediaCopy copy = loadFrom(device::kPlaces[i], table, id);
+    explanation.copies[i] = {copy.path, copy.file.state, copy.section.fault, std::nullopt};
+    if (explanation.lookups.empty() && copy.section.fault.empty())
+      explanation.lookups.push_back(lookupIn(copy, table, id));
+    if (copy.found.empty()) continue;
+    explanation.copies[i].line = lineOf(copy, table, copy.found.front());
+    const Json& record = copy.section.value[copy.found.front()];
+    addValues(explanation.values, i,
+              showSecrets ? record : settings::withMaskedSecrets(record, table.settings), table);
+  }
+  if (explanation.values.empty())
     throw Refusal("no copy has a " + kindWord + " with the " + table.key + " " + id);
-  explanation.lookups.push_back(sessions.lookup());
   return explanation;
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "device/directory.h"
+#include "device/file_set.h"
 #include "lint/elements.h"
 #include "lint/subject.h"
 #include "lint/values.h"

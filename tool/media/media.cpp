@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <functional>
 
-#include "base/library_console.h"
 #include "base/library_log.h"
 #include "base/refusal.h"
 #include "settings/secrets.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/library_console.h"
+#include "base/library_log.h"
 #include "media/cache_losses.h"
 #include "media/losses.h"
 #include "media/media.h"

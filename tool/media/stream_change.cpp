@@ -6,7 +6,7 @@
 #include <climits>
 
 #include "base/decimal.h"
-#include "base/library_console.h"
+#include "base/library_log.h"
 #include "base/refusal.h"
 #include "device/change.h"
 #include "media/cache_losses.h"

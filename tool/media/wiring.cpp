@@ -1,7 +1,5 @@
 #include "media/wiring.h"
 
-#include <algorithm>
-
 namespace camcfg::tool::media {
 namespace {
 
@@ -58,28 +56,6 @@ void addSrt(std::vector<WiredSession>& sessions) {
   }
 }
 
-std::string sourceText(int id) {
-  return "source " + std::to_string(id);
-}
-
-void addFindings(const CacheEntry& cache, const Wiring& wiring,
-                 std::vector<std::string>& findings) {
-  const std::string name = "stream cache " + std::to_string(cache.id());
-  const int carried = cache.record->s32EnabledSrc;
-  const tag_CFG_STREAM_SOURCE_T* source = wiring.source(carried);
-  if (source == nullptr)
-    findings.push_back(name + " carries " + sourceText(carried) + ", which there is not");
-  else if (source->s32Enabled == 0)
-    findings.push_back(name + " carries " + sourceText(carried) + ", which is disabled");
-  if (cache.marksDiffer())
-    findings.push_back(name + " is marked \"Default\" at " + sourceText(carried) +
-                       ", but \"Enable\" at " +
-                       sourceText(*cache.marked(&AllowedSource::isEnabled)));
-  for (const int id : cache.allowedIds())
-    if (id != carried && wiring.source(id) == nullptr)
-      findings.push_back(name + " allows " + sourceText(id) + ", which there is not");
-}
-
 Json jsonOf(const WiredSession& session) {
   Json channels = Json::array();
   for (const WiredChannel& channel : session.channels)
@@ -92,15 +68,16 @@ Json jsonOf(const WiredSession& session) {
 
 }  // namespace
 
-const tag_CFG_STREAM_SOURCE_T* Wiring::source(int id) const {
-  const auto found = std::find_if(sources.begin(), sources.end(),
-                                  [=](const StreamSource& one) { return one->s32Id == id; });
-  return found == sources.end() ? nullptr : found->get();
+std::optional<std::size_t> Wiring::source(int id) const {
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    if (sources[i]->s32Id == id) return i;
+  return std::nullopt;
 }
 
-bool Wiring::hasCache(int id) const {
-  return std::any_of(caches.begin(), caches.end(),
-                     [=](const CacheEntry& cache) { return cache.id() == id; });
+std::optional<std::size_t> Wiring::cache(int id) const {
+  for (std::size_t i = 0; i < caches.size(); ++i)
+    if (caches[i].id() == id) return i;
+  return std::nullopt;
 }
 
 Wiring readWiring() {
@@ -110,24 +87,12 @@ Wiring readWiring() {
   return wiring;
 }
 
-std::vector<std::string> findingsIn(const Wiring& wiring) {
-  std::vector<std::string> findings;
-  for (const CacheEntry& cache : wiring.caches) addFindings(cache, wiring, findings);
-  for (const WiredSession& session : wiring.sessions)
-    for (const WiredChannel& channel : session.channels)
-      if (!wiring.hasCache(channel.cacheId))
-        findings.push_back(session.service + " '" + session.name + "' sends stream cache " +
-                           std::to_string(channel.cacheId) + ", which there is not");
-  return findings;
-}
-
 Json jsonOf(const Wiring& wiring) {
   Json value;
   value["sources"] = loadEntries(settings::streamSources());
   value["caches"] = jsonOf(wiring.caches);
   value["sessions"] = Json::array();
   for (const WiredSession& session : wiring.sessions) value["sessions"].push_back(jsonOf(session));
-  value["findings"] = findingsIn(wiring);
   return value;
 }
 

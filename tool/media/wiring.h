@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_MEDIA_WIRING_H
 #define CAMCFG_TOOL_MEDIA_WIRING_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,19 +30,25 @@ struct Wiring {
   std::vector<CacheEntry> caches;
   std::vector<WiredSession> sessions;  ///< those of one service side by side
 
-  const tag_CFG_STREAM_SOURCE_T* source(int id) const;
-  bool hasCache(int id) const;
+  /// Where the first one of an id is; none if there is none.
+  std::optional<std::size_t> source(int id) const;
+  std::optional<std::size_t> cache(int id) const;
 };
 
 /// @throws Refusal if any of the sections is unusable
 Wiring readWiring();
 
-/// What does not fit together, a line each: a cache that carries a source that there is none of or
-/// that is disabled, marks that differ, a session's channel that is no cache.
-std::vector<std::string> findingsIn(const Wiring& wiring);
-
 /// The wiring as an answer shows it.
 Json jsonOf(const Wiring& wiring);
+
+/// The wiring as a graph in the DOT language: sources, caches and sessions from left to right. An
+/// edge is solid where a source is carried or a cache sent, dashed where a source may be carried.
+/// Whatever is disabled is grey; what does not exist, or is marked "Enable" without being carried, red.
+std::string pictureOf(const Wiring& wiring);
+
+/// A text within the quotes of the DOT language, shown as it is: control characters as "\n" or
+/// "\x1b", bytes that are not UTF-8 as U+FFFD.
+std::string dotText(const std::string& text);
 
 }  // namespace camcfg::tool::media
 

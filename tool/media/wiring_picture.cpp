@@ -1,10 +1,9 @@
-#include "media/wiring_picture.h"
-
 #include <algorithm>
 #include <set>
 
 #include "base/printable.h"
 #include "base/utf8.h"
+#include "media/wiring.h"
 
 namespace camcfg::tool::media {
 namespace {
@@ -35,22 +34,21 @@ std::string colourOf(std::size_t cache) {
   return " color=\"" + std::string(kColours[cache % std::size(kColours)]) + "\"";
 }
 
-std::string quoted(const std::string& text) {
+std::string inQuotes(const std::string& text) {
   return "\"" + text + "\"";
 }
 
+constexpr char kSource[] = "source";
+constexpr char kCache[] = "cache";
+constexpr char kSession[] = "session";
+
 // Names of nodes; records count, since their ids may be equal.
-std::string sourceNode(std::size_t index) {
-  return "source" + std::to_string(index);
+std::string nodeOf(const char* kind, std::size_t index) {
+  return kind + std::to_string(index);
 }
-std::string cacheNode(std::size_t index) {
-  return "cache" + std::to_string(index);
-}
-std::string sessionNode(std::size_t index) {
-  return "session" + std::to_string(index);
-}
-std::string missingNode(const char* what, int id) {
-  return quoted("missing " + std::string(what) + " " + std::to_string(id));
+
+std::string missingNode(const char* kind, int id) {
+  return inQuotes("missing " + std::string(kind) + " " + std::to_string(id));
 }
 
 class Picture {
@@ -62,9 +60,9 @@ class Picture {
     drawSources();
     drawCaches();
     drawSessions();
-    align(sourceNode, wiring_.sources.size());
-    align(cacheNode, wiring_.caches.size());
-    align(sessionNode, wiring_.sessions.size());
+    align(kSource, wiring_.sources.size());
+    align(kCache, wiring_.caches.size());
+    align(kSession, wiring_.sessions.size());
     for (std::size_t i = 0; i < wiring_.caches.size(); ++i) connectSources(i);
     for (std::size_t i = 0; i < wiring_.sessions.size(); ++i) connectCaches(i);
     return text_ + "}\n";
@@ -72,39 +70,44 @@ class Picture {
 
  private:
   void open(const std::string& cluster, const std::string& title) {
-    text_ += "  subgraph " + quoted("cluster " + cluster) + " {\n    label=" + quoted(title) +
+    text_ += "  subgraph " + inQuotes("cluster " + cluster) + " {\n    label=" + inQuotes(title) +
              "; labelloc=t; color=\"#d0d0d0\"; style=rounded;\n";
   }
   void close() { text_ += "  }\n"; }
   void node(const std::string& name, const std::string& label, const std::string& look) {
-    text_ += "    " + name + " [label=" + quoted(label) + look + "];\n";
+    text_ += "    " + name + " [label=" + inQuotes(label) + look + "];\n";
   }
   void edge(const std::string& from, const std::string& to, const std::string& look) {
     text_ += "  " + from + " -> " + to + (look.empty() ? "" : " [" + look.substr(1) + "]") + ";\n";
   }
 
   // One below the other, whether anything is connected to them or not.
-  void align(std::string (*name)(std::size_t), std::size_t count) {
+  void align(const char* kind, std::size_t count) {
     text_ += "  {rank=same;";
-    for (std::size_t i = 0; i < count; ++i) text_ += " " + name(i) + ";";
+    for (std::size_t i = 0; i < count; ++i) text_ += " " + nodeOf(kind, i) + ";";
     text_ += "}\n";
+  }
+
+  void drawMissing(const char* kind, const std::set<int>& ids) {
+    for (const int id : ids)
+      node(missingNode(kind, id), "no " + std::string(kind) + " " + std::to_string(id), kMissing);
   }
 
   void drawSources() {
     open("sources", "Stream sources");
     for (std::size_t i = 0; i < wiring_.sources.size(); ++i) {
       const tag_CFG_STREAM_SOURCE_T& source = *wiring_.sources[i];
-      node(sourceNode(i), std::to_string(source.s32Id) + "  " + dotText(source.strName),
+      node(nodeOf(kSource, i), std::to_string(source.s32Id) + "  " + dotText(source.strName),
            source.s32Enabled == 0 ? kDisabled : "");
     }
     std::set<int> missing;
     for (const CacheEntry& cache : wiring_.caches) {
-      missing.insert(cache.record->s32EnabledSrc);
-      for (const int id : cache.allowedIds()) missing.insert(id);
+      std::vector<int> ids = cache.allowedIds();
+      ids.push_back(cache.record->s32EnabledSrc);
+      for (const int id : ids)
+        if (!wiring_.source(id)) missing.insert(id);
     }
-    for (const int id : missing)
-      if (wiring_.source(id) == nullptr)
-        node(missingNode("source", id), "no source " + std::to_string(id), kMissing);
+    drawMissing(kSource, missing);
     close();
   }
 
@@ -112,7 +115,7 @@ class Picture {
     open("caches", "Stream caches");
     const Json caches = jsonOf(wiring_.caches);
     for (std::size_t i = 0; i < caches.size(); ++i)
-      node(cacheNode(i),
+      node(nodeOf(kCache, i),
            std::to_string(wiring_.caches[i].id()) + "  " +
                dotText(wiring_.caches[i].record->strName) + "\\n" +
                caches[i]["size"].get<std::string>(),
@@ -120,9 +123,8 @@ class Picture {
     std::set<int> missing;
     for (const WiredSession& session : wiring_.sessions)
       for (const WiredChannel& channel : session.channels)
-        if (!wiring_.hasCache(channel.cacheId)) missing.insert(channel.cacheId);
-    for (const int id : missing)
-      node(missingNode("cache", id), "no cache " + std::to_string(id), kMissing);
+        if (!wiring_.cache(channel.cacheId)) missing.insert(channel.cacheId);
+    drawMissing(kCache, missing);
     close();
   }
 
@@ -135,7 +137,7 @@ class Picture {
         open(session.service, session.service);
         service = session.service;
       }
-      node(sessionNode(i), labelOf(session), session.enabled ? "" : kDisabled);
+      node(nodeOf(kSession, i), labelOf(session), session.enabled ? "" : kDisabled);
     }
     if (!service.empty()) close();
   }
@@ -149,43 +151,42 @@ class Picture {
     return dotText(session.name) + (channels.empty() ? "" : "  (" + channels + ")");
   }
 
-  void connectSource(int id, std::size_t cache, const std::string& style, bool fits = true) {
-    const auto source = std::find_if(wiring_.sources.begin(), wiring_.sources.end(),
-                                     [=](const StreamSource& one) { return one->s32Id == id; });
-    if (source == wiring_.sources.end()) {
-      edge(missingNode("source", id), cacheNode(cache), kRed + style);
-      return;
-    }
-    const std::string colour = (*source)->s32Enabled == 0 ? kGrey : colourOf(cache);
-    edge(sourceNode(static_cast<std::size_t>(source - wiring_.sources.begin())), cacheNode(cache),
-         (fits ? colour : kRed) + style);
+  std::string colourFrom(std::size_t source, std::size_t cache) const {
+    return wiring_.sources[source]->s32Enabled == 0 ? kGrey : colourOf(cache);
   }
 
   void connectSources(std::size_t index) {
     const CacheEntry& cache = wiring_.caches[index];
+    const auto connect = [&](int id, const std::string& style, const char* colour = nullptr) {
+      const std::optional<std::size_t> source = wiring_.source(id);
+      const std::string look = !source             ? kRed
+                               : colour != nullptr ? colour
+                                                   : colourFrom(*source, index);
+      edge(source ? nodeOf(kSource, *source) : missingNode(kSource, id), nodeOf(kCache, index),
+           look + style);
+    };
     const int carried = cache.record->s32EnabledSrc;
-    const auto enabled =
-        cache.marksDiffer() ? cache.marked(&AllowedSource::isEnabled) : std::nullopt;
-    connectSource(carried, index, " style=bold");
+    connect(carried, " style=bold");
     for (const int id : cache.allowedIds()) {
-      if (id == enabled)
-        connectSource(id, index, " style=dotted label=\"Enable\"", false);
-      else if (id != carried)
-        connectSource(id, index, " style=dashed");
+      if (id == carried) continue;
+      const auto isEnabledSource = [=](const AllowedSource& source) {
+        return source.id == id && source.isEnabled;
+      };
+      if (std::any_of(cache.allowed.begin(), cache.allowed.end(), isEnabledSource))
+        connect(id, " style=dotted label=\"Enable\"", kRed);
+      else
+        connect(id, " style=dashed");
     }
   }
 
   void connectCaches(std::size_t index) {
     const WiredSession& session = wiring_.sessions[index];
-    for (const WiredChannel& channel : session.channels) {
-      if (!wiring_.hasCache(channel.cacheId)) {
-        edge(missingNode("cache", channel.cacheId), sessionNode(index), kRed);
-        continue;
-      }
-      std::size_t cache = 0;
-      while (wiring_.caches[cache].id() != channel.cacheId) ++cache;
-      edge(cacheNode(cache), sessionNode(index), session.enabled ? colourOf(cache) : kGrey);
-    }
+    for (const WiredChannel& channel : session.channels)
+      if (const auto cache = wiring_.cache(channel.cacheId))
+        edge(nodeOf(kCache, *cache), nodeOf(kSession, index),
+             session.enabled ? colourOf(*cache) : kGrey);
+      else
+        edge(missingNode(kCache, channel.cacheId), nodeOf(kSession, index), kRed);
   }
 
   const Wiring& wiring_;

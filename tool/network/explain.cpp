@@ -2,7 +2,8 @@
 
 #include <camcfg/store.h>
 
-#include "device/named_lookups.h"
+#include "base/plain_text.h"
+#include "device/explanation.h"
 #include "network/field.h"
 #include "network/network.h"
 
@@ -45,7 +46,7 @@ device::Explanation explainCard(const std::string& card, const std::string& fiel
   if (only != nullptr) names.emplace_back(only->name);
   device::Explanation explanation;
   device::ElementPath path = device::addLookups(explanation, file, "NetWork", names);
-  explanation.what = device::joined(path);
+  explanation.what = joined(path, "/");
   explanation.copies = file.copies(device::finderOf(path));
   if (only != nullptr) path.pop_back();
   for (const NetworkField& each : networkFields())

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 
-#include "device/named_lookups.h"
+#include "base/plain_text.h"
+#include "device/explanation.h"
 #include "parameters/parameter.h"
 
 namespace camcfg::tool::parameters {
@@ -60,7 +61,7 @@ device::Explanation explainParameter(const std::string& section, const std::stri
   if (names.size() == 1)
     explanation.lookups.push_back(file.told(device::lookupInSections(file.document(), name)));
 
-  explanation.what = device::joined(path);
+  explanation.what = joined(path, "/");
   explanation.copies = file.copies(device::finderOf(path));
   for (const Attribute& attribute : kAttributes) {
     device::ExplainedValue value =

@@ -7,7 +7,7 @@
 
 #include "base/decimal.h"
 #include "base/refusal.h"
-#include "device/explained_file.h"
+#include "device/explanation.h"
 #include "presets/lookup.h"
 #include "presets/preset.h"
 

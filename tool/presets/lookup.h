@@ -1,7 +1,7 @@
 #ifndef CAMCFG_TOOL_PRESETS_LOOKUP_H
 #define CAMCFG_TOOL_PRESETS_LOOKUP_H
 
-#include "device/lookup.h"
+#include "device/explanation.h"
 
 namespace camcfg::tool::presets {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/json.h"
-#include "base/json_place.h"
+#include "base/plain_text.h"
 #include "settings/faults.h"
 
 namespace camcfg::tool::settings {

@@ -1,4 +1,4 @@
-#include "base/host_temporary.h"
+#include "base/host_directory.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

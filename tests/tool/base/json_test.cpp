@@ -6,7 +6,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "base/json_packed.h"
+#include "base/json_reader.h"
 
 namespace camcfg::tool {
 namespace {

@@ -1,4 +1,3 @@
-#include "base/library_console.h"
 
 #include <gmock/gmock.h>
 

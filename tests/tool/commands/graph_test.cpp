@@ -1,7 +1,7 @@
 #include <cstdlib>
 #include <regex>
 
-#include "media/wiring_picture.h"
+#include "media/wiring.h"
 #include "system/sample_set.h"
 #include "tool/as_nobody.h"
 #include "tool/json_in.h"
@@ -89,13 +89,31 @@ TEST_F(GraphTest, SourcesCachesAndSessionsAreDrawnInDot) {
 
 TEST_F(GraphTest, FindingsAreTold) {
   giveFindings();
-  EXPECT_EQ(
-      run({"graph"}).err,
-      "camcfg: graph: note: stream cache 0 carries source 9, which there is not\n"
-      "camcfg: graph: note: stream cache 0 is marked \"Default\" at source 9, but \"Enable\" at "
-      "source 2\n"
-      "camcfg: graph: note: stream cache 7 carries source 1, which is disabled\n"
-      "camcfg: graph: note: RTSP 'live' sends stream cache 4, which there is not\n");
+  EXPECT_EQ(run({"graph"}).err,
+            "camcfg: graph: note: cache 0 carries source 9, which there is none of "
+            "[enabled-source-missing]\n"
+            "camcfg: graph: note: cache 0: source 2 is marked \"Enable\", but source 9 is carried "
+            "[enable-differs]\n"
+            "camcfg: graph: note: cache 7 carries source 1, which is disabled "
+            "[enabled-source-disabled]\n"
+            "camcfg: graph: note: <MediaGroup> 'live' sends channel 4, which is the id of no "
+            "stream cache "
+            "[channel-missing]\n");
+}
+
+TEST_F(GraphTest, AllowedSourceThatDoesNotExistIsTold) {
+  giveWith("Id=\"2\"/>", "Id=\"11\"/>");
+  EXPECT_EQ(run({"graph"}).err,
+            "camcfg: graph: note: cache 0 allows source 11, which there is none of "
+            "[allowed-source-missing]\n");
+}
+
+// Other findings of lint are not about what is connected.
+TEST_F(GraphTest, NotesAreWhatLintSaysOfTheWiring) {
+  giveFindings();
+  const std::string lint = run({"lint"}).out;
+  const tool::Json notes = jsonIn(run({"graph", "--json"}).out).at("findings");
+  for (const tool::Json& note : notes) EXPECT_THAT(lint, HasSubstr(note.text()));
 }
 
 TEST_F(GraphTest, FindingsAreDrawn) {

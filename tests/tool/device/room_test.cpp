@@ -1,4 +1,4 @@
-#include "device/room.h"
+#include "device/change.h"
 
 #include <gmock/gmock.h>
 #include <sys/statvfs.h>

@@ -1,0 +1,122 @@
+#include "device/explanation.h"
+
+#include <camcfg/store.h>
+
+#include <algorithm>
+
+#include "base/refusal.h"
+#include "base/spelling.h"
+#include "base/plain_text.h"
+
+namespace camcfg::tool::device {
+
+using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+namespace {
+
+std::vector<std::string> namesFrom(const XMLElement* first) {
+  std::vector<std::string> names;
+  for (; first != nullptr; first = first->NextSiblingElement()) names.emplace_back(first->Value());
+  return names;
+}
+
+XMLElement& requireTop(XMLDocument& document, const std::string& name) {
+  XMLElement* section = CFG_GetBrotherElementByName(document.FirstChildElement(), name.c_str());
+  if (section != nullptr) return *section;
+  throw Refusal("there is no section '" + name + "'" +
+                didYouMean(name, namesFrom(document.FirstChildElement())));
+}
+
+}  // namespace
+
+std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
+                     const std::string& sought) {
+  if (hits.empty()) return "no " + what + " begins with '" + sought + "'";
+  const std::string why = "the first whose " + what + " begins with '" + sought + "'";
+  if (hits.front().exact) return why + ", and it is just that";
+  const bool hidden =
+      std::any_of(hits.begin(), hits.end(), [](const Hit& hit) { return hit.exact; });
+  return why + (hidden ? "; the one of just that " + what + " stands behind it"
+                       : "; none has just that " + what);
+}
+
+void startWith(std::vector<Hit>& hits, const XMLElement* answer) {
+  while (!hits.empty() && hits.front().element != answer) hits.erase(hits.begin());
+}
+
+Lookup lookupByName(XMLElement& parent, const std::string& name, const std::string& asked) {
+  Lookup lookup{asked, {}, ""};
+  for (XMLElement* element = parent.FirstChildElement(); element != nullptr;
+       element = element->NextSiblingElement())
+    if (beginsWith(element->Value(), name))
+      lookup.hits.push_back({element, element->Value(), element->Value() == name});
+  startWith(lookup.hits, CFG_GetElementByName(&parent, name.c_str()));
+  lookup.why = whyFirst(lookup.hits, "name", name);
+  return lookup;
+}
+
+Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name) {
+  Lookup lookup{name + " (no section)", {}, ""};
+  for (XMLElement* section = document.FirstChildElement(); section != nullptr;
+       section = section->NextSiblingElement())
+    if (XMLElement* element = CFG_GetElementByName(section, name.c_str()))
+      lookup.hits.push_back({element, std::string(section->Value()) + "/" + element->Value(),
+                             element->Value() == name});
+  lookup.why = lookup.hits.empty() ? "no section has a name that begins with '" + name + "'"
+                                   : "the first section in which a name begins with '" + name + "'";
+  return lookup;
+}
+
+XMLElement* elementAt(XMLDocument& document, const ElementPath& path) {
+  XMLElement* element =
+      CFG_GetBrotherElementByName(document.FirstChildElement(), path.front().c_str());
+  for (std::size_t i = 1; element != nullptr && i < path.size(); ++i)
+    element = element->FirstChildElement(path[i].c_str());
+  return element;
+}
+
+void ExplainedLookup::add(const Found& found) {
+  if (answeredBy)
+    shadows.push_back(found);
+  else
+    answeredBy = found;
+}
+
+ExplainedFile::ExplainedFile(const char* mainPath) {
+  for (std::size_t i = 0; i < kPlaces.size(); ++i) {
+    paths_[i] = pathOf(kPlaces[i], nameOf(mainPath));
+    copies_[i] = loadCopy(paths_[i]);
+  }
+  while (tried_ < copies_.size() && copies_[tried_].state != State::Good) ++tried_;
+  if (tried_ == copies_.size())
+    throw Refusal(Status::Unusable, std::string(mainPath) + " " + copies_[0].fault +
+                                        " and no other copy of it is good");
+}
+
+ExplainedLookup ExplainedFile::told(const Lookup& lookup) const {
+  ExplainedLookup told{lookup.asked, paths_[tried_], std::nullopt, lookup.why, {}};
+  for (const Hit& hit : lookup.hits) told.add({hit.name, hit.element->GetLineNum(), hit.exact});
+  return told;
+}
+
+ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
+                       const std::string& section, const std::vector<std::string>& names) {
+  XMLElement* element = &requireTop(file.document(), section);
+  std::vector<std::string> asked = {section};
+  ElementPath path = {section};
+  for (const std::string& name : names) {
+    asked.push_back(name);
+    const Lookup lookup = lookupByName(*element, name, joined(asked, "/"));
+    if (lookup.hits.empty())
+      throw Refusal(joined(path, "/") + " has nothing whose name begins with '" + name + "'" +
+                    didYouMean(name, namesFrom(element->FirstChildElement())));
+    explanation.lookups.push_back(file.told(lookup));
+    XMLElement* exact = element->FirstChildElement(name.c_str());
+    element = exact == nullptr ? lookup.hits.front().element : exact;
+    path.emplace_back(element->Value());
+  }
+  return path;
+}
+
+}  // namespace camcfg::tool::device
