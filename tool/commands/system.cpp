@@ -104,9 +104,10 @@ cli::Command commandFor(const Port& port) {
           port.help,
           {{cli::Option::OptionalArgument, "PORT", "The new port; without it the port is shown"}},
           [&port](const cli::Arguments& arguments) {
-            return arguments.given("PORT") ? parameters::setParameter(kSection, port.parameter,
-                                                                      arguments.text("PORT"), false)
-                                           : showPort(port);
+            if (!arguments.given("PORT")) return showPort(port);
+            return cli::Answer(
+                parameters::setParameter(kSection, port.parameter, arguments.text("PORT"), false),
+                {cli::Line{"{section}/{name}: {before} -> {value}"}});
           }};
 }
 

@@ -5,10 +5,11 @@
 #include "base/decimal.h"
 #include "device/language.h"
 #include "media/stream_cache.h"
-#include "network/field.h"
 #include "network/network.h"
 #include "parameters/parameter.h"
 #include "presets/preset.h"
+#include "settings/network.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -16,23 +17,6 @@ namespace {
 Candidates plain(const std::vector<std::string>& words) {
   Candidates candidates;
   for (const std::string& word : words) candidates.push_back({word});
-  return candidates;
-}
-
-Candidates fieldValues(const std::string& name) {
-  return plain(network::requireNetworkField(name).words);
-}
-
-// The texts of "OptTxt", which stand there with commas between them.
-Candidates parameterValues(const parameters::Parameter& parameter) {
-  Candidates candidates;
-  const char* found = parameter.text("OptTxt");
-  const std::string options = found == nullptr ? "" : found;
-  for (std::size_t start = 0; start < options.size();) {
-    const std::size_t end = std::min(options.find(',', start), options.size());
-    candidates.push_back({options.substr(start, end - start)});
-    start = end + 1;
-  }
   return candidates;
 }
 
@@ -106,10 +90,11 @@ Candidates parameterWords(const cli::Arguments& before) {
 }
 
 Candidates valueWords(const cli::Arguments& before) {
-  if (before.given("FIELD")) return fieldValues(before.text("FIELD"));
+  if (before.given("FIELD"))
+    return plain(settings::wordsOf(settings::requireCardSetting(before.text("FIELD"))));
   if (!before.given("SECTION") || !before.given("NAME")) return {};
-  return parameterValues(
-      parameters::Parameters().require(before.text("SECTION"), before.text("NAME")));
+  const parameters::Parameters parameters;
+  return plain(parameters.require(before.text("SECTION"), before.text("NAME")).form().options());
 }
 
 Candidates cardWords(const cli::Arguments& /*before*/) {
@@ -124,8 +109,8 @@ Candidates cardWords(const cli::Arguments& /*before*/) {
 
 Candidates cardFieldWords(const cli::Arguments& /*before*/) {
   Candidates candidates;
-  for (const network::NetworkField& field : network::networkFields())
-    candidates.push_back({field.name});
+  for (const settings::Setting& setting : settings::cardSettings())
+    candidates.push_back({settings::elementOf(setting), setting.help});
   return candidates;
 }
 
@@ -140,8 +125,8 @@ Candidates presetIdWords(const cli::Arguments& /*before*/) {
   const presets::Presets presets;
   Candidates candidates;
   for (const presets::Preset& preset : presets.all())
-    if (preset.id)
-      candidates.push_back({std::to_string(*preset.id), preset.description.value_or("")});
+    if (preset.id())
+      candidates.push_back({std::to_string(*preset.id()), preset.description().value_or("")});
   return candidates;
 }
 

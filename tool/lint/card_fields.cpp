@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <string_view>
 
+#include "base/text.h"
 #include "lint/elements.h"
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "network/check.h"
-#include "network/field.h"
+#include "settings/network.h"
+#include "settings/parameter_form.h"
 
 namespace camcfg::tool::lint {
 
+using settings::Setting;
 using tinyxml2::XMLElement;
 
 namespace {
@@ -48,88 +50,61 @@ struct Side {
 };
 constexpr Side kSides[] = {{"Cur", "CFG_NETWORK_GetAllParamCur reads"},
                            {"Def", "CFG_NETWORK_GetAllParamDef reads"}};
-constexpr std::string_view kWrittenByWholeName[] = {"MTU", "DnsSearch", "DhcpDns1", "DhcpDns2"};
-constexpr std::string_view kOfStaticCards[] = {"IpAddr", "NetMask"};
-
-template <std::size_t Count>
-bool isAmong(const std::string_view (&names)[Count], std::string_view name) {
-  return std::find(std::begin(names), std::end(names), name) != std::end(names);
-}
-
-const network::NetworkField* fieldOf(std::string_view name) {
-  for (const network::NetworkField& field : network::networkFields())
-    if (name == field.name) return &field;
-  return nullptr;
-}
-
-std::string listed(const std::vector<std::string>& words) {
-  std::string list;
-  for (const std::string& word : words) list += (list.empty() ? "" : ", ") + word;
-  return list;
-}
-
 // A card that gets its address from the network needs none here.
-bool isLeftOut(const XMLElement& card, std::string_view field, const char* attribute,
+bool isLeftOut(const XMLElement& card, const Setting& setting, const char* attribute,
                const std::string& text) {
-  if (!text.empty() || !isAmong(kOfStaticCards, field)) return false;
-  const XMLElement* mode = childNamed(card, "IpMode");
-  return mode == nullptr || textOf(*mode, attribute) != "StaticIp";
+  const auto& [element, word] = setting.neededIf;
+  if (!text.empty() || element == nullptr) return false;
+  const XMLElement* other = childNamed(card, element);
+  return other == nullptr || textOf(*other, attribute) != word;
 }
 
-void checkMtu(const XMLElement& element, const char* attribute, const std::string& path,
-              Findings& findings) {
+void checkMtu(const Setting& setting, const XMLElement& element, const char* attribute,
+              const std::string& path, Findings& findings) {
   const std::optional<int> mtu = checkInteger(element, attribute, path, findings);
-  const int min = element.IntAttribute("Min", network::kSmallestMtu);
-  const int max = element.IntAttribute("Max", network::kLargestMtu);
+  const auto [min, max] = settings::limitsIn(element, setting.limits);
   if (mtu && (*mtu < min || *mtu > max))
     findings.add(kMtuRange, element, attribute,
                  path + ": \"" + attribute + "\" " + std::to_string(*mtu) + " is outside " +
                      std::to_string(min) + ".." + std::to_string(max));
 }
 
-void checkText(const XMLElement& card, const network::NetworkField& field,
-               const XMLElement& element, const char* attribute, const std::string& path,
-               Findings& findings) {
+void checkText(const XMLElement& card, const Setting& setting, const XMLElement& element,
+               const char* attribute, const std::string& path, Findings& findings) {
   const std::string text = textOf(element, attribute);
-  const std::string what = path + ": \"" + attribute + "\" ";
-  if (!field.words.empty()) {
-    if (std::find(field.words.begin(), field.words.end(), text) == field.words.end())
+  const std::string what = path + ": \"" + attribute + "\"";
+  if (setting.kind != settings::Kind::Text) {
+    const std::vector<std::string> words = settings::wordsOf(setting);
+    if (!isAmong(words, text))
       findings.add(kWord, element, attribute,
-                   what + quoted(text) + " is none of " + listed(field.words));
+                   what + " " + quoted(text) + " is none of " + joined(words));
     return;
   }
-  requireFits(element, attribute, CFG_NETWORK_TEXT_SIZE - 1, path, findings);
-  if (isLeftOut(card, field.name, attribute, text)) return;
-  const std::string fault = field.whyNotUsable(text);
-  if (!fault.empty())
-    findings.add(kAddress, element, attribute, path + ": \"" + attribute + "\": " + clipped(fault));
+  requireFits(element, attribute, setting.field.room - 1, path, findings);
+  if (isLeftOut(card, setting, attribute, text)) return;
+  const std::string fault = setting.whyNotUsable(text);
+  if (!fault.empty()) findings.add(kAddress, element, attribute, what + ": " + clipped(fault));
 }
 
-void checkField(const XMLElement& card, const network::NetworkField& field,
-                const XMLElement& element, const std::string& path, Findings& findings) {
+void checkField(const XMLElement& card, const Setting& setting, const XMLElement& element,
+                const std::string& path, Findings& findings) {
   checkAttributeCase(element, {"Cur", "Def"}, path, findings);
   for (const auto& [attribute, reader] : kSides) {
     requireAttribute(element, attribute, path, reader, findings);
     if (!has(element, attribute)) continue;
-    if (field.isNumber())
-      checkMtu(element, attribute, path, findings);
+    if (setting.kind == settings::Kind::Integer)
+      checkMtu(setting, element, attribute, path, findings);
     else
-      checkText(card, field, element, attribute, path, findings);
+      checkText(card, setting, element, attribute, path, findings);
   }
 }
 
-// As the setters of whole cards take a name.
-const network::NetworkField* writtenAs(std::string_view name) {
-  for (const network::NetworkField& field : network::networkFields())
-    if (beginsWith(name, field.name) && !isAmong(kWrittenByWholeName, field.name)) return &field;
-  return nullptr;
-}
-
 void tellUnknown(const XMLElement& element, const std::string& path, Findings& findings) {
-  const network::NetworkField* other = writtenAs(element.Name());
+  const Setting* other = settings::cardSettingWrittenInto(element.Name());
   if (other != nullptr)
     findings.add(kWrittenAsAnother, element,
-                 path + ": setters write " + other->name + " into it, and no reader knows it");
+                 path + ": setters write " + settings::elementOf(*other) +
+                     " into it, and no reader knows it");
   else
     findings.add(kFieldUnread, element, path + ": no reader knows this element");
 }
@@ -138,8 +113,9 @@ void tellUnknown(const XMLElement& element, const std::string& path, Findings& f
 
 bool isCard(const XMLElement& element) {
   const Elements fields = childrenOf(element);
-  return std::any_of(fields.begin(), fields.end(),
-                     [](const XMLElement* field) { return fieldOf(field->Name()) != nullptr; });
+  return std::any_of(fields.begin(), fields.end(), [](const XMLElement* field) {
+    return settings::cardSettingOf(field->Name()) != nullptr;
+  });
 }
 
 void checkCardFields(const XMLElement& card, const std::string& name, Findings& findings) {
@@ -148,7 +124,7 @@ void checkCardFields(const XMLElement& card, const std::string& name, Findings& 
   for (std::size_t i = 0; i < elements.size(); ++i) {
     const XMLElement& element = *elements[i];
     const std::string path = name + "/" + clipped(element.Name());
-    const network::NetworkField* field = fieldOf(element.Name());
+    const Setting* field = settings::cardSettingOf(element.Name());
     if (field == nullptr) {
       tellUnknown(element, path, findings);
       continue;

@@ -8,7 +8,7 @@
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "network/check.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::lint {
 
@@ -91,7 +91,7 @@ void checkHostname(const XMLElement& network, Findings& findings) {
     findings.add(kHostname, network, "NetWork has no \"Hostname\"");
     return;
   }
-  const std::string fault = network::whyNotAHostname(name);
+  const std::string fault = settings::hostnameSetting().whyNotUsable(name);
   if (!fault.empty())
     findings.add(kHostname, network, "Hostname", "NetWork: \"Hostname\": " + clipped(fault));
 }

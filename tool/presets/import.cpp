@@ -1,20 +1,24 @@
 #include "presets/import.h"
 
-#include "presets/change.h"
-#include "settings/nearest.h"
+#include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::presets {
 namespace {
 
-bool isGivenOtherwise(const std::optional<int>& given, const std::optional<int>& present) {
-  return given && given != present;
+// A table cannot tell an empty description from none.
+bool isChange(const Preset& present, const Values& given) {
+  for (const settings::Setting& setting : settings::presetSettings()) {
+    const Json& wanted = given.at(setting.member);
+    const Json& now = present.values.at(setting.member);
+    const bool isNone = now.is_null() && wanted == "";
+    if (!wanted.is_null() && wanted != now && !isNone) return true;
+  }
+  return false;
 }
 
-// A table cannot tell an empty description from none.
-bool isChange(const Preset& present, const PresetValues& given) {
-  for (std::size_t i = 0; i < given.numbers.size(); ++i)
-    if (isGivenOtherwise(given.numbers[i], present.numbers[i])) return true;
-  return given.description && *given.description != present.description.value_or("");
+const settings::Setting& idSetting() {
+  return settings::presetSettings().front();
 }
 
 }  // namespace
@@ -28,31 +32,32 @@ void PresetImport::addFault(const PresetRow& row, const std::string& why) {
 }
 
 bool PresetImport::takeId(const PresetRow& row) {
-  const std::optional<int>& id = row.values.id;
-  if (!id) {
+  const Json& id = row.values.at(settings::kPresetId);
+  if (id.is_null()) {
     if (row.faults.empty()) addFault(row, "it has no id");
     return false;
   }
-  if (*id < 0 || *id > PRESET_ID_MAX) {
-    addFault(row, "id " + settings::outside(std::to_string(*id), *id, 0, PRESET_ID_MAX));
+  const std::string fault = settings::objectionTo(idSetting(), id.dump()).why;
+  if (!fault.empty()) {
+    addFault(row, "id " + fault);
     return false;
   }
-  const auto [other, isNew] = places_.emplace(*id, row.place);
-  if (!isNew) addFault(row, "id " + std::to_string(*id) + " is in " + other->second + " already");
+  const auto [other, isNew] = places_.emplace(id.get<int>(), row.place);
+  if (!isNew) addFault(row, "id " + id.dump() + " is in " + other->second + " already");
   return isNew;
 }
 
 void PresetImport::plan(const Presets* presets, const PresetRow& row) {
   for (const std::string& fault : row.faults) addFault(row, fault);
   if (!takeId(row)) return;
-  const Preset* present = presets == nullptr ? nullptr : presets->lookup(*row.values.id);
-  const bool changes = present == nullptr || isChange(*present, row.values);
-  if (!changes) return unchanged_.push_back(*row.values.id);
+  const int id = row.values.at(settings::kPresetId).get<int>();
+  const Preset* present = presets == nullptr ? nullptr : presets->lookup(id);
+  if (present != nullptr && !isChange(*present, row.values)) return unchanged_.push_back(id);
 
   const PresetUpdate update = updateOf(present, row.values);
   if (!update.fault.empty()) addFault(row, update.fault);
   records_.push_back(update.record);
-  (present == nullptr ? created_ : updated_).push_back(*row.values.id);
+  (present == nullptr ? created_ : updated_).push_back(id);
 }
 
 void PresetImport::carryOut() const {

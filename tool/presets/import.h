@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "presets/file.h"
+#include "presets/change.h"
+#include "presets/preset_row.h"
 
 namespace camcfg::tool::presets {
 

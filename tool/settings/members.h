@@ -135,6 +135,9 @@ Member<Record> text(const char* name, char (Record::*field)[Size]) {
           }};
 }
 
+// Not the word of setting.h, until these tables are gone.
+inline namespace members {
+
 /// A word, or a number, that stands for a value of the record.
 struct Word {
   Json json;
@@ -142,6 +145,8 @@ struct Word {
 };
 
 using Words = std::vector<Word>;
+
+}  // namespace members
 
 /// Null where the record has a value without a word.
 Json wordFor(const Words& words, std::int32_t value);
