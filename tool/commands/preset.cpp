@@ -161,8 +161,8 @@ cli::Answer exportAll(const cli::Arguments& arguments) {
   const presets::Presets presets;
   cli::Answer answer({presets.json(), {}}, {exportedAs(format, presets)});
   // What a device without presets would refuse.
-  for (const std::string& fault :
-       presets::PresetImport(nullptr, presets::rowsOf(presets.all())).faults())
+  const presets::PresetImport import(nullptr, presets::rowsOf(presets.all()));
+  for (const std::string& fault : import.faults())
     answer.notes.push_back("note: an import will refuse " + fault);
   return answer;
 }

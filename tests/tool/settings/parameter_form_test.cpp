@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/text.h"
+#include "device/copy.h"
 #include "commands/words.h"
 #include "lint/subject.h"
 #include "tool/tool_test.h"
@@ -75,7 +75,7 @@ class OptTxtTest : public ToolTest, public testing::WithParamInterface<Asked> {
     element.SetAttribute("Def", "");
     element.SetAttribute("OptTxt", GetParam().optTxt.c_str());
     document.LastChildElement()->SetAttribute("Hostname", "gate");
-    contents_ = written(document);
+    contents_ = device::written(document);
   }
 
   std::string contents_;
