@@ -1,4 +1,4 @@
-# Exports from a library exactly the symbols that a file lists, one a line; text behind a "#" is
+# Exports from a library exactly the symbols that a file lists, one a line; text after a "#" is
 # ignored.
 function(export_exactly target symbols)
   file(STRINGS ${symbols} lines REGEX "^[^#]")

@@ -4,7 +4,7 @@
 #   tools    the tool, its manual and completions, the start-up service
 #
 # No file names where the tree was installed, or finds it by its own place, so that it may be moved;
-# but for the service, which must name the tool's whole path and is made while installing.
+# except for the service, which must name the tool's whole path and is made while installing.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/camcfg)
@@ -35,7 +35,7 @@ foreach(module camcfg camcfg-testkit)
 endforeach()
 
 if(TARGET camcfg-tool)
-  # Below /usr the library is found by itself; anywhere else beside the tool.
+  # Below /usr the library is found by itself; anywhere else relative to the tool.
   if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
     string(REGEX REPLACE "[^/]+" ".." from_bin_to_prefix ${CMAKE_INSTALL_BINDIR})
     set_target_properties(camcfg-tool PROPERTIES

@@ -27,7 +27,7 @@ set(made ${CMAKE_CURRENT_BINARY_DIR}/debian)
 set(library_package libcamcfg${PROJECT_VERSION_MAJOR})
 set(same_version "(= ${PROJECT_VERSION})")
 
-# What every package has to tell of itself.
+# What every package says about itself.
 file(MAKE_DIRECTORY ${made})
 execute_process(COMMAND gzip -9nc ${debian}/changelog
   OUTPUT_FILE ${made}/changelog.gz COMMAND_ERROR_IS_FATAL ANY)
@@ -41,7 +41,7 @@ install(FILES ${debian}/lintian-overrides
   COMPONENT runtime)
 
 # Which symbols a program needs this library for, and since when; a symbol that is added later
-# gets the version that brought it, behind its name in the list of exported symbols.
+# gets the version that brought it, after its name in the list of exported symbols.
 file(STRINGS packaging/libcamcfg.symbols lines REGEX "^[^#]")
 set(symbols "libcamcfg.so.${PROJECT_VERSION_MAJOR} ${library_package} #MINVER#\n")
 list(SORT lines)
@@ -63,9 +63,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
   ${debian}/triggers ${made}/symbols ${made}/shlibs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
   "configuration library of a network video device
-Reads and rewrites the device's XML settings, keeps a backup copy in step on
-every save, repairs broken files at start-up and serialises access between
-threads.")
+Reads and rewrites the device's XML settings, updates a backup copy with every
+save, repairs broken files at start-up and serialises access between threads.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME libcamcfg-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)

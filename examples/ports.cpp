@@ -25,7 +25,7 @@ int show() {
   return 0;
 }
 
-// The library refuses a value outside the parameter's range; which range that is, is asked here.
+// The library refuses a value outside the parameter's range. The range is asked for here.
 void explain(const char* parameter) {
   tagCFG_VALUE_INT_S value = {};
   if (CFG_COM_GetIntParams(const_cast<char*>(parameter), &value) == 0)

@@ -1,4 +1,4 @@
-// The programs beside this file, called inside a scratch device with the sample factory set.
+// The programs in this folder, called inside a scratch device with the sample factory set.
 #include <camcfg/store.h>
 #include <camcfg/testkit/captured_output.h>
 #include <camcfg/testkit/device_root.h>
@@ -104,7 +104,7 @@ TEST_F(ProgramsTest, SrtCallerIsAddedAndRemoved) {
   expect(run(srtMain, {}), 0, std::string(kLoaded) + kSampleInstances);
 }
 
-TEST_F(ProgramsTest, SrtInstanceThatThereIsNotIsNotRemoved) {
+TEST_F(ProgramsTest, MissingSrtInstanceIsNotRemoved) {
   const std::string before = device.read(CFG_FILE_MPP);
   expect(run(srtMain, {"remove", "9"}), 1, kLoaded, "srt: there is no instance 9\n");
   EXPECT_EQ(device.read(CFG_FILE_MPP), before);
@@ -137,13 +137,13 @@ TEST_F(ProgramsTest, PresetIsAddedUnderTheNextFreeId) {
          "0: , pan 0, tilt 0\n2: , pan 0, tilt 0\n1: Door, pan 10, tilt -5\n");
 }
 
-TEST_F(ProgramsTest, StartUpOfASoundDeviceTellsNothing) {
+TEST_F(ProgramsTest, StartUpOfASoundDevicePrintsNothing) {
   const Run result = run(startUp, {});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(ProgramsTest, StartUpTellsARepairedFile) {
+TEST_F(ProgramsTest, StartUpReportsARepairedFile) {
   device.write(CFG_FILE_MPP, device.read(CFG_FILE_MPP).substr(0, 1000));
   const Run result = run(startUp, {});
   EXPECT_EQ(result.status, 1);
@@ -151,7 +151,7 @@ TEST_F(ProgramsTest, StartUpTellsARepairedFile) {
   EXPECT_EQ(device.read(CFG_FILE_MPP), device.read("/cfg1/mpp_cfg.xml"));
 }
 
-TEST_F(ProgramsTest, StartUpTellsAFileThatNothingRepairs) {
+TEST_F(ProgramsTest, StartUpReportsAFileThatNothingRepairs) {
   for (const char* directory : {"/cfg0/", "/cfg1/", "/app/resource/defcfg/"})
     device.write(std::string(directory) + "preset_cfg.xml", "<PresetCfg");
   const Run result = run(startUp, {});

@@ -16,7 +16,7 @@ namespace {
 
 typedef std::list<tag_CFG_SRT_INSTANCE_T> Instances;
 
-// A fault in the file ends the loading: what stands behind it is not in the list. A list that was
+// A fault in the file ends the loading: what comes after it is not in the list. A list that was
 // not loaded whole must not be written back.
 bool load(Instances& instances) {
   const bool loaded = CFG_LM_LoadSrtConfig(instances) == 0;

@@ -12,7 +12,7 @@ namespace {
 const char* const kFiles[] = {CFG_FILE_BUSINESS, CFG_FILE_MPP, CFG_FILE_PRESET};
 const int kCount = sizeof kFiles / sizeof *kFiles;
 
-// Looked at without the library, whose verification does not tell what it repaired.
+// Looked at without the library, whose verification does not report what it repaired.
 bool parses(const char* path) {
   tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
   return document.LoadFile(path) == tinyxml2::XML_SUCCESS;
@@ -36,7 +36,7 @@ int main() {
   int status = 0;
   for (int i = 0; i < kCount; ++i) {
     if (!opens(kFiles[i])) {
-      // The application goes on without what this file configures, and tells the operator.
+      // The application goes on without what this file configures, and informs the operator.
       std::fprintf(stderr, "startup: %s is unusable\n", kFiles[i]);
       status = 2;
     } else if (!soundBefore[i]) {

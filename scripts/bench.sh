@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Measures what the library costs beside the same done by hand, and beside its peers.
+# Measures what the library costs compared with the same done by hand, and with its peers.
 #
 #   scripts/bench.sh            prints the tables, draws the growth curves into build-bench/
-#   scripts/bench.sh --publish  puts both into docs/performance.md and beside it
+#   scripts/bench.sh --publish  puts both into docs/performance.md and its folder
 #   scripts/bench.sh --check    counts the instructions of the calls that have a limit, and no more
 #
 # Fails when a call costs more instructions than it may, or grows faster than its file. Times are

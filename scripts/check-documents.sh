@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Holds that what the documents name is there: relative links and their headings, and paths of this
+# Checks that what the documents name exists: relative links and their headings, and paths of this
 # tree in `code`.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Paths that stand for something to be written, or that a build makes.
-readonly not_there='^(record/|tests/record/|include/camcfg/record\.h|src/media/rtp\.cpp|tests/media/rtp_test\.cpp|build)'
+# Paths that are examples of something to be written, or that a build makes.
+readonly not_there='^(src/record/|tests/record/|include/camcfg/record\.h|src/media/rtp\.cpp|tests/media/rtp_test\.cpp|build)'
 
 status=0
 checked=0
@@ -40,7 +40,7 @@ check_path() {
   [[ $path == */* && -d ${path%%/*} || $path == *.sh || $path == *.md ]] || return 0
   checked=$((checked + 1))
   if [[ ! -e $path && ! -e $(dirname "$document")/$path ]]; then
-    complain "$document: there is no $path"
+    complain "$document: $path does not exist"
   fi
 }
 
@@ -59,7 +59,7 @@ for drawn in docs/*.dot; do
   while read -r name; do
     checked=$((checked + 1))
     if ! grep -qF -- "$name<" "${drawn%.dot}.svg"; then
-      complain "${drawn%.dot}.svg lacks \"$name\": scripts/draw-architecture.sh draws it anew"
+      complain "${drawn%.dot}.svg lacks \"$name\": run scripts/draw-architecture.sh"
     fi
   done < <(grep -oP '[[ ]label="\K[^"\\]+' "$drawn")
 done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the direction of includes: a folder may use what lies below it and nothing else. Public
 # headers use public headers only, the library's families do not use one another, and the tool works
-# through the exported interface alone.
+# only through the exported interface.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

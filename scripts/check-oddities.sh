@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Holds docs/oddities.md and the sources together: every comment "Deliberate:" ends with an id that
-# the document tells of, once, and every row of the document names a test that exists.
+# Keeps docs/oddities.md and the sources in sync: every comment "Deliberate:" ends with an id that
+# the document lists, once, and every row of the document names a test that exists.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -36,15 +36,15 @@ has_test() {
 }
 
 status=0
-declare -A told
+declare -A listed
 while read -r id test; do
-  if [[ -n ${told[$id]:-} ]]; then complain "$document tells of $id twice"; fi
-  told[$id]=yes
+  if [[ -n ${listed[$id]:-} ]]; then complain "$document lists $id twice"; fi
+  listed[$id]=yes
   test=${test//\`/}
   if [[ $test != *.* ]]; then
     complain "$id names no test"
   elif ! has_test "$test"; then
-    complain "$id: there is no test $test"
+    complain "$id: the test $test does not exist"
   fi
 done < <(rows)
 
@@ -53,14 +53,14 @@ while IFS= read -r comment; do
   count=$((count + 1))
   if [[ ! $comment =~ \[([a-z0-9-]+)\]$ ]]; then
     complain "no id at the end of: $comment"
-  elif [[ -z ${told[${BASH_REMATCH[1]}]:-} ]]; then
-    complain "$document does not tell of ${BASH_REMATCH[1]}: $comment"
+  elif [[ -z ${listed[${BASH_REMATCH[1]}]:-} ]]; then
+    complain "$document does not list ${BASH_REMATCH[1]}: $comment"
   fi
 done < <(comments)
 
-if ((count == 0 || ${#told[@]} == 0)); then
+if ((count == 0 || ${#listed[@]} == 0)); then
   echo "check-oddities.sh: no comment or no row was found" >&2
   exit 2
 fi
-echo "${#told[@]} oddities told, $count comments checked"
+echo "${#listed[@]} oddities listed, $count comments checked"
 exit $status

@@ -78,7 +78,7 @@ expect() {
   local expected=$1 got
   shift
   got=$("$@") || fail "$*: exit status $?"
-  [[ $got == "$expected" ]] || fail "$*: '$got' in place of '$expected'"
+  [[ $got == "$expected" ]] || fail "$*: '$got' instead of '$expected'"
 }
 
 use_tool() {
@@ -121,7 +121,7 @@ check() {
   dpkg_there --purge camcfg-tools:"$architecture" libcamcfg-dev:"$architecture" \
     libcamcfg1:"$architecture" >"$root/output" || fail "$(cat "$root/output")"
   expect_gone
-  echo "$architecture: lintian has nothing to say; installed, used and removed"
+  echo "$architecture: lintian found nothing; installed, used and removed"
 }
 
 for architecture in "${@:-amd64}"; do

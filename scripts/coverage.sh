@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tells how much of the library its tests reach, and fails below 98 % of its lines or 90 % of its
+# Measures how much of the library its tests reach, and fails below 98 % of its lines or 90 % of its
 # branches. What is not reached is listed; docs/reliability.md says why. Branches that only an
 # exception takes are left out.
 #
@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 mapfile -t folders < <(grep '^[a-z]' src/folders.txt)
 readonly folders
-# Only these tests count: what the tool's reach alone is not covered.
+# Only these tests count: what only the tool's tests reach is not covered.
 readonly tests=("${folders[@]}" system)
 readonly build=build-coverage
 

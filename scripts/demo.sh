@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the tool camcfg in build/, lays out a new device under build/device from the sample factory
-# set, and shows what the tool does with it. May be run again: the device is then laid out anew.
+# set, and shows what the tool does with it. May be run again: the device is then laid out again.
 #
 # On Debian, as root or with sudo, what is missing is installed first.
 set -euo pipefail
@@ -22,7 +22,7 @@ lay_out_device() {
   cp -R resource/defcfg resource/language "$device/app/resource/"
 }
 
-tell() {
+explain() {
   printf '\n'
   printf '# %s\n' "$@"
 }
@@ -42,21 +42,21 @@ show() {
 
 # shellcheck disable=SC2086  # the command is words
 tour() {
-  tell "A new device: factory settings and nothing else. The check made at every start fills" \
-       "/cfg0, where the settings live; --resync also brings their backups in /cfg1 level."
+  explain "A new device: factory settings and nothing else. The check made at every start fills" \
+       "/cfg0, where the settings live; --resync also brings their backups in /cfg1 up to date."
   show 0 $camcfg verify
   show 0 $camcfg verify --resync
 
-  tell "What is set, and what may be set."
+  explain "What is set, and what may be set."
   show 0 $camcfg list System
   show 0 $camcfg describe Rtsp
 
-  tell "A change goes to both copies. A value that will not do is refused, and changes nothing."
+  explain "A change goes to both copies. A value that is not permitted is refused, and changes nothing."
   show 0 $camcfg set System Rtsp 8554
   show 1 $camcfg set System Rtsp 70000
   show 1 $camcfg set System Language Latin
 
-  tell "A power cut leaves half a file. The next start takes it from the backup, port included."
+  explain "A power cut leaves half a file. The next start takes it from the backup, port included."
   show 0 truncate --size=1000 $device/cfg0/business_param.xml
   show 3 $camcfg get System Rtsp
   show 0 $camcfg verify

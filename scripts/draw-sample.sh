@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Draws the media wiring of the sample factory set into docs/sample-wiring.svg, by the tool in
-# build/ (or the one given). Needs Graphviz. The tool's tests tell when the picture is out of date.
+# build/ (or the one given). Needs Graphviz. The tool's tests fail when the picture is out of date.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

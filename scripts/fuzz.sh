@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Looks for inputs that the library and the tool cannot stand.
+# Looks for inputs that the library and the tool do not withstand.
 #
 #   scripts/fuzz.sh [SECONDS [TARGET...]]   runs each target for so long (60); one line for each
 #   scripts/fuzz.sh minimise [TARGET...]    takes what such runs found into proof/fuzz/corpus, minimised
 #
 # Installs what it needs. Inputs found are kept in build-fuzz/corpus and used again by the next run;
 # logs are in build-fuzz/logs. Fails on a crash, a broken promise, a leak, and an input that takes
-# too long or too much memory, and tells where that input lies. proof/fuzz/README.md says how to go on.
+# too long or too much memory, and prints where that input is. proof/fuzz/README.md says how to go on.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -34,7 +34,7 @@ build() {
   mkdir -p "$logs"
 }
 
-# The number behind a word in the last line of a log that has it.
+# The number after a word in the last line of a log that has it.
 number_behind() {
   sed -n "s/.*$1 *\([0-9]*\).*/\1/p" "$2" | tail -n 1
 }
@@ -46,7 +46,7 @@ verdict() {
     return
   fi
   crasher=$(sed -n 's/.*Test unit written to //p' "$log" | tail -n 1)
-  echo "FAULT: ${crasher:-none kept}, told in $log"
+  echo "FAULT: ${crasher:-none kept}, see $log"
 }
 
 fuzz_target() {
@@ -61,7 +61,7 @@ fuzz_target() {
   return $status
 }
 
-# Files with names of their own stay; those that libFuzzer named are chosen anew, by the code that
+# Files with names of their own stay; those that libFuzzer named are chosen again, by the code that
 # they reach.
 minimise_target() {
   local target=$1 log=$logs/$1-minimised.log kept=proof/fuzz/corpus/$1 chosen
@@ -96,7 +96,7 @@ readonly wanted=("${@:2}")
 [[ $what =~ ^([0-9]+|minimise)$ ]] || usage
 
 build
-# A device of a target that is stopped stays behind.
+# A device of a target that is stopped is left over.
 TMPDIR=$(mktemp -d -p "$([[ -w /dev/shm ]] && echo /dev/shm || echo /tmp)")
 export TMPDIR
 trap 'rm -rf "$TMPDIR"' EXIT

@@ -4,11 +4,11 @@
 #   scripts/install-packages.sh NEED...
 #
 # NEED is one of: build tool test bench cover cross deb docs lint fuzz mutate speed. On Debian, as
-# root or with sudo, what is missing is installed; anywhere else it is named, and the exit status is
+# root or with sudo, what is missing is installed; elsewhere it is listed, and the exit status is
 # 1. Asks no questions.
 set -euo pipefail
 
-# Need, Debian package, and how it shows that the package (or its like of another system) is there:
+# Need, Debian package, and how it shows that the package (or another system's equivalent) is there:
 # a command, a file, or a header or a library that a compiler finds.
 readonly packages='build  g++                    command  g++
 build  cmake                  command  cmake
@@ -46,6 +46,7 @@ docs   doxygen                command  doxygen
 docs   graphviz               command  dot
 lint   clang-format           command  clang-format
 lint   clang-tidy             command  run-clang-tidy
+lint   python3                command  python3
 lint   shellcheck             command  shellcheck
 fuzz   clang                  command  clang++
 fuzz   libclang-rt-14-dev     library  clang++ libclang_rt.fuzzer-x86_64.a

@@ -11,7 +11,7 @@ check_version() {
   packaged=$(dpkg-parsechangelog --file packaging/debian/changelog --show-field Version)
   built=$(sed -n 's/^project(camcfg VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
   if [[ $packaged != "$built" ]]; then
-    echo "make-packages.sh: packaging/debian/changelog is of $packaged, not of $built" >&2
+    echo "make-packages.sh: packaging/debian/changelog is for $packaged, not for $built" >&2
     exit 1
   fi
 }

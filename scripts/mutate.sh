@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Changes the library in one small way at a time, in copies of the project under build-mutation/,
-# and tells whether its tests notice. Fails when they notice less than 95 % of the changes.
+# and reports whether its tests notice. Fails when they notice less than 95 % of the changes.
 #
 #   scripts/mutate.sh [--count N] [--seed S] [FILE...]   300 changes take a quarter of an hour
 #   scripts/mutate.sh --again                            only what survived the last time

@@ -6,7 +6,7 @@
 #   scripts/record-interface.sh DIRECTORY [BUILD]   writes the two files there; builds in BUILD
 #                                                   (build-interface/ if not given)
 #
-# Renew it with a release, or when something was added on purpose; what may change is told in
+# Renew it with a release, or when something was added on purpose; what may change is listed in
 # docs/compatibility.md. Needs abidw (abigail-tools).
 set -euo pipefail
 exec </dev/null

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Tortures the library: damages its files, cuts its power, starves its system calls, sets threads
-# upon it. Prints what was found as tables; docs/reliability.md has those of one run each.
+# Tortures the library: damages its files, cuts its power, makes its system calls fail, uses it from
+# many threads. Prints what was found as tables; docs/reliability.md has those of one run each.
 #
 #   scripts/torture.sh          two or three minutes
 #   scripts/torture.sh --long   twenty minutes to half an hour: the published figures
 #
-# Fails if any program found something wrong. The programs that trace system calls run on x86-64
-# alone; elsewhere they are left out and named.
+# Fails if any program found something wrong. The programs that trace system calls run only on
+# x86-64; elsewhere they are left out and named.
 set -uo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
@@ -53,7 +53,7 @@ for program in "${chosen[@]}"; do run "build-test/proof/torture/$program"; done
 run build-tsan/proof/torture/camcfg-threads
 
 if ((${#failed[@]} > 0)); then
-  echo "torture.sh: something is wrong: ${failed[*]}"
+  echo "torture.sh: wrong: ${failed[*]}"
   exit 1
 fi
 echo "torture.sh: nothing is wrong, $SECONDS s"

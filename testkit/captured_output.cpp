@@ -17,7 +17,7 @@ class Redirection {
   explicit Redirection(std::FILE* stream)
       : stream_(stream), file_(memfd_create("output", 0)), before_(dup(fileno(stream))) {
     std::fflush(stream_);
-    // Appending keeps what threads write at the same time apart; such a file does not by itself.
+    // With O_APPEND, threads that write at the same time do not overwrite each other's output.
     if (file_ < 0 || before_ < 0 || fcntl(file_, F_SETFL, O_APPEND) < 0 ||
         dup2(file_, fileno(stream_)) < 0)
       throw std::runtime_error(std::string("captured output: ") + std::strerror(errno));

@@ -42,7 +42,7 @@ std::string makeTemporaryDirectory() {
 
 DeviceRoot::DeviceRoot(std::string hostPath) : hostPath_(std::move(hostPath)) {}
 
-// Delegates, so that the destructor clears up even when laying out or entering fails.
+// Delegates, so that the destructor removes the tree even when laying out or entering fails.
 DeviceRoot::DeviceRoot(Entry entry) : DeviceRoot(makeTemporaryDirectory()) {
   for (const char* directory : {"/cfg0", "/cfg1", "/app/resource/defcfg", "/app/resource/language"})
     makeDirectory(directory);
@@ -67,8 +67,8 @@ DeviceRoot::~DeviceRoot() {
   fs::remove_all(hostPath_, ignored);
 }
 
-// Entered, the device's own paths are the process's paths; outside, the temporary directory stands
-// in front of them.
+// Entered, the device's own paths are the process's paths; outside, they begin with the temporary
+// directory.
 std::string DeviceRoot::inside(const std::string& path) const {
   return entered_ ? path : hostPath_ + path;
 }

@@ -5,8 +5,8 @@
 
 namespace camcfg {
 
-/// Makes a directory the root of this process, through a user namespace of its own where the
-/// process may not do so directly. Call while the process has one thread.
+/// Makes a directory the root of this process, through a user namespace of its own if the
+/// process may not do that directly. Call while the process has one thread.
 /// @return an empty text, or what went wrong
 std::string enterRoot(const std::string& directory);
 

@@ -34,7 +34,7 @@ class AddressesTest : public testing::Test {
     device.write(CFG_FILE_MPP, kTwoGroups);
   }
 
-  // The live media family tells what it did on standard output.
+  // The live media family prints what it did on standard output.
   static std::vector<std::string> addresses(const std::string& card = "") {
     std::vector<std::string> found;
     captureOutput([&] { found = rtspAddresses(card); });

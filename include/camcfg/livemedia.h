@@ -22,8 +22,9 @@
 /// success.\n" or "Update SECTION Config success.\n".
 /// Element names inside a section, and words such as "true", "Video" and "Caller", match in upper
 /// and lower case alike, attribute names exactly.
-/// Threads: one at a time for the whole family, because it has one document, and none beside it in
-/// the stream family, which works on the same file. Families of other files may run beside it.
+/// Threads: one at a time for the whole family, because it has one document, and none at the
+/// same time in the stream family, which works on the same file. Families of other files may run at
+/// the same time.
 #ifndef CAMCFG_LIVEMEDIA_H
 #define CAMCFG_LIVEMEDIA_H
 
@@ -182,7 +183,7 @@ CFG_API int CFG_LM_DumpRtspConfig(
 /// "Audio ..." likewise.
 CFG_API int CFG_LM_LoadRtmpConfig(std::list<tag_CFG_RTMP_SESSION_T>& sessions);
 
-/// Goes through the motions of replacing all RTMP targets, but saves nothing: the file stays as it
+/// Acts as if it replaced all RTMP targets, but saves nothing: the file stays as it
 /// was and its lock stays held, so that every later opening of the file waits and fails until
 /// CFG_UnlockFile(CFG_FILE_MPP). To store targets, open the section with CFG_LM_Open, edit it and
 /// end with CFG_LM_CloseWrite.
@@ -215,7 +216,7 @@ CFG_API int CFG_LM_DumpNdiConfig(const std::list<tag_CFG_NDI_SESSION_T>& session
 /// new record then. "Hostname" is required of a caller and not read of a listener.
 /// Prints: Attr with "Id", then "Mode", then "Port", then "Hostname", and "<SRT><Instance>"; with
 /// "Id" and "<SRT><Instance><Stream>" or "<SRT><Instance><Stream><Channel>"; Warning "Bad srt mode
-/// = MODE, only allow {Listener, Caller}, skip instance.\n", which is a fault all the same; Unknown
+/// = MODE, only allow {Listener, Caller}, skip instance.\n", which is a fault nevertheless; Unknown
 /// at "<SRT>" and at "<SRT><Instance>".
 CFG_API int CFG_LM_LoadSrtConfig(std::list<tag_CFG_SRT_INSTANCE_T>& instances);
 

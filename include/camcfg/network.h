@@ -1,9 +1,9 @@
 /// @file
 /// The network cards' settings, the host name, the list of cards, and the names of interfaces.
 ///
-/// All of it lives in the section "NetWork" of "/cfg0/business_param.xml", a top-level element
+/// All of it is in the section "NetWork" of "/cfg0/business_param.xml", a top-level element
 /// found by its whole name. The host name is the section's attribute "Hostname". Every child
-/// element of the section is a card and its name is the card's name. Under a card stands one
+/// element of the section is a card and its name is the card's name. A card has one
 /// element per parameter, its current value in the attribute "Cur" and its factory value in "Def";
 /// a card may lack any of them. Only "Cur" is ever written, and no element is ever made or removed:
 ///
@@ -32,8 +32,8 @@
 /// Locks: a call that writes holds the file's lock from loading to saving; one that reads holds it
 /// while it loads. Each returns with the file unlocked. Threads: any, at any time.
 ///
-/// Most calls return nothing: that they failed is told by the log alone, in level 3 records that
-/// name the call which does the work (told below where that is another one). Common failures:
+/// Most calls return nothing: a failure shows only in the log, in level 3 records that
+/// name the call which does the work (named below where that is another one). Common failures:
 /// - "pcCard is NULL\n": a null card, parameter, attribute or record; nothing is opened.
 /// - "XMLDocument haven't initialize\n": the file cannot be opened (CFG_GetDocByFileName has
 ///   reported why).
@@ -42,7 +42,7 @@
 /// - "Network %s node doesn't exist\n": no such card, or no such parameter of the card, whichever
 ///   name is given.
 /// - "Save %s failed\n" with the path: memory ran out before the change was stored.
-/// A failed write leaves the file as it was, but for the last of these.
+/// A failed write leaves the file as it was, except for the last of these.
 #ifndef CAMCFG_NETWORK_H
 #define CAMCFG_NETWORK_H
 
@@ -130,8 +130,8 @@ typedef struct tagNETWORK_CARDS_S NETWORK_CARDS_S;
 CFG_API void cfgNetworkSetAllParam(char* pcCard, tagNETWORK_CFG_S stCfg);
 
 /// Writes one parameter element of a card, and saves, even if nothing changed.
-/// @param pcParam  parameter, beginning of its name. What is written is decided by the name of the
-///                 element found: a name that is no parameter's leaves it as it is.
+/// @param pcParam  parameter, beginning of its name. The name of the element found decides what is
+///                 written; if that is no parameter's name, the element stays as it is.
 /// @param pcCard   card, beginning of its name
 /// @param stCfg    the value in the field that belongs to the element, as for
 ///                 cfgNetworkSetAllParam; the other fields are not looked at
@@ -141,7 +141,7 @@ CFG_API void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CF
 /// Reads every parameter of a card.
 /// @param pcAttr  attribute to read: "Cur" or "Def"
 /// @param pcCard  card, beginning of its name
-/// @param pstCfg  receives the values. A word that is none of the parameter's gives 0, as does an
+/// @param pstCfg  receives the values. A word that the parameter does not have gives 0, as does an
 ///                MTU without a number; an MTU beyond 32 bits keeps its lower 32. Fields whose
 ///                element the card lacks are zero. Zeroed on failure, but untouched when an
 ///                argument is null.
@@ -157,7 +157,7 @@ extern "C" {
 
 /// Reads the current values ("Cur") of a card.
 /// @param pcCard  card, beginning of its name
-/// @param pstCfg  receives the values as told for cfgNetworkGetParam; zeroed on any failure
+/// @param pstCfg  receives the values as described for cfgNetworkGetParam; zeroed on any failure
 /// Prints: the common failures, under the name of cfgNetworkGetParam.
 CFG_API void CFG_NETWORK_GetAllParamCur(char* pcCard, tagNETWORK_CFG_S* pstCfg);
 
@@ -165,7 +165,7 @@ CFG_API void CFG_NETWORK_GetAllParamCur(char* pcCard, tagNETWORK_CFG_S* pstCfg);
 
 /// Reads the factory values ("Def") of a card.
 /// @param pcCard  card, beginning of its name
-/// @param pstCfg  receives the values as told for cfgNetworkGetParam; zeroed on any failure
+/// @param pstCfg  receives the values as described for cfgNetworkGetParam; zeroed on any failure
 /// Prints: the common failures, under the name of cfgNetworkGetParam.
 CFG_API void CFG_NETWORK_GetAllParamDef(char* pcCard, tagNETWORK_CFG_S* pstCfg);
 
@@ -256,19 +256,19 @@ CFG_API void CFG_NETWORK_SetHostname(char* pcName);
 /// Lists the cards, the first CFG_NETWORK_CARDS_MAX of them.
 /// @param pstCards  receives the list; zeroed on failure
 /// @return 0 or -1; a section without cards is an empty list and 0
-/// Prints: the common failures, but "Load %s failed\n" with the path also when the file cannot be
-/// opened.
+/// Prints: the common failures, with one difference: a file that cannot be opened is also reported
+/// as "Load %s failed\n" with the path.
 CFG_API int CFG_NETWORK_GetCards(tagNETWORK_CARDS_S* pstCards);
 
 /// Reads the current values of a card that names a known interface.
 /// @param pcCard  card, beginning of its name
 /// @param pstCfg  receives the values as CFG_NETWORK_GetAllParamCur does. On failure acIntf is
 ///                cleared and the rest untouched; all of it is untouched when an argument is null.
-/// @return 0; -1 on failure, among them, without any message, a card with an unknown interface
+/// @return 0; -1 on failure, one of them, without a message: a card with an unknown interface
 ///
 /// The interface is looked for in the first element of the card whose name begins with "Intf"; if
-/// it is a known one, the file is read anew as by cfgNetworkGetParam, which takes acIntf from the
-/// element named so. Should that second reading fail, its log record alone tells.
+/// it is a known one, the file is read again as by cfgNetworkGetParam, which takes acIntf from the
+/// element of exactly this name. If that second reading fails, only its log record shows it.
 ///
 /// Prints: as CFG_NETWORK_GetCards; no such card, "Network %s node doesn't exist\n"; no "Intf",
 /// "Network %s intf node doesn't exist\n", both with pcCard.

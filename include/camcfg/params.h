@@ -9,9 +9,9 @@
 ///
 /// Every call is one locked transaction: it opens the file, works, saves or gives up, and keeps
 /// nothing. Each returns with the file unlocked. Threads: any, at any time.
-/// Common failures, beside those told below: the file cannot be opened (reported by
-/// CFG_GetDocByFileName); a null name or output; no memory. If memory runs out while a setter saves,
-/// the main copy may be left incomplete, as told at CFG_SaveFile.
+/// Common failures, in addition to those named below: the file cannot be opened (reported by
+/// CFG_GetDocByFileName); a null name or output; no memory. If memory runs out while a setter
+/// saves, the main copy may be left incomplete, as described at CFG_SaveFile.
 /// "FUNCTION LINE" below stands for the call's own name and a source line number.
 #ifndef CAMCFG_PARAMS_H
 #define CAMCFG_PARAMS_H
@@ -23,7 +23,7 @@
 /// Bytes of tagCFG_VALUE_TXT_S::acDef.
 #define CFG_TXT_DEF_SIZE 16
 /// Bytes of tagCFG_VALUE_TXT_S::acCur, and of every text buffer that a caller of this header hands
-/// in as a plain `char*` unless told otherwise.
+/// in as a plain `char*` unless stated otherwise.
 #define CFG_TXT_CUR_SIZE 256
 /// Bytes of the buffer that CFG_LANG_GetString fills.
 #define CFG_LANG_TEXT_SIZE 1024
@@ -72,13 +72,13 @@ CFG_API int CFG_COM_GetIntParam(char* pcSection, char* pcName, int* ps32Out);
 /// Sets the text of a parameter and saves.
 /// @param pcSection  section, whole name
 /// @param pcName     parameter, beginning of its name
-/// @param pcText     new "Cur"; must occur somewhere in "OptTxt" (a fragment will do, and the
+/// @param pcText     new "Cur"; must occur somewhere in "OptTxt" (a fragment is enough, and the
 ///                   empty text always does)
 /// @return 0 with the file and its backup saved; -1 with the file untouched
 /// Prints: no top-level element, level 3 "Acquire %s root failed\n"; nothing else.
 CFG_API int CFG_COM_SetTxtParam(char* pcSection, char* pcName, char* pcText);
 
-/// Reads a text parameter whole, by name alone: the first section that has such a parameter
+/// Reads a text parameter whole, by its name only: the first section that has such a parameter
 /// decides.
 /// @param pcName    parameter, beginning of its name
 /// @param pstValue  receives "OptTxt", "Def", "Cur" in this order; on a missing attribute the
@@ -89,7 +89,7 @@ CFG_API int CFG_COM_SetTxtParam(char* pcSection, char* pcName, char* pcText);
 /// found\n"; no "OptTxt", "FUNCTION LINE failed, pcParamNameIndex = NAME\n".
 CFG_API int CFG_COM_GetTxtParams(char* pcName, tagCFG_VALUE_TXT_S* pstValue);
 
-/// Reads an integer parameter whole, by name alone: the first section that has such a parameter
+/// Reads an integer parameter whole, by its name only: the first section that has such a parameter
 /// decides.
 /// @param pcName    parameter, beginning of its name
 /// @param pstValue  receives "Min", "Max", "Step", "Def", "Cur" in this order; on an attribute that
@@ -110,8 +110,8 @@ CFG_API int CFG_COM_GetIntParams(char* pcName, tagCFG_VALUE_INT_S* pstValue);
 /// Prints: no top-level element, level 3 "Acquire %s root failed\n"; nothing else.
 CFG_API int CFG_COM_SetIntParam(char* pcSection, char* pcName, int s32Value);
 
-/// Reads a text parameter that is a child of another parameter, found by the parent's name alone in
-/// the first section that has it.
+/// Reads a text parameter that is a child of another parameter. The parent is found by its name
+/// only, in the first section that has it.
 /// @param pcParentName  parent parameter, beginning of its name
 /// @param pcChildName   child parameter, beginning of its name
 /// @param pstValue      as for CFG_COM_GetTxtParams

@@ -8,14 +8,15 @@
 /// meaning of the positions and of the focus mode are the PTZ driver's: any integer is stored.
 ///
 /// Every call but cfgGetPresetCfgNode is one transaction: it opens the file, works, saves or gives
-/// up, and keeps nothing. Each returns with the file unlocked, but for one case of
+/// up, and keeps nothing. Each returns with the file unlocked, except for one case of
 /// CFG_PRESET_DeleteById. Threads: any, at any time.
 ///
-/// Common failures, beside those told below, all with result -1 and outputs untouched: a null
-/// argument, before the file is opened (level 3 "ARGUMENT is NULL\n" under the call's name); a file
-/// that gives no "PresetCfg" (what cfgGetPresetCfgNode logs, then level 3 "pstPresetGrp is NULL\n"
-/// under the call's name); no memory (if it runs out while saving, the main copy may be left
-/// incomplete, as told at CFG_SaveFile). All records are level 3; nothing else is printed.
+/// Common failures, in addition to those named below, all with result -1 and outputs untouched: a
+/// null argument, before the file is opened (level 3 "ARGUMENT is NULL\n" under the call's name); a
+/// file that gives no "PresetCfg" (what cfgGetPresetCfgNode logs, then level 3 "pstPresetGrp is
+/// NULL\n" under the call's name); no memory (if it runs out while saving, the main copy may be
+/// left incomplete, as described at CFG_SaveFile). All records are level 3; nothing else is
+/// printed.
 #ifndef CAMCFG_PRESET_H
 #define CAMCFG_PRESET_H
 
@@ -98,7 +99,7 @@ CFG_API int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_
 CFG_API int CFG_PRESET_GetCountNum(int* ps32PresetCount);
 
 /// Finds the lowest id, from 0 to PRESET_ID_MAX - 1, that no preset has. Presets without a readable
-/// "Id" that stand before all others take up the id 0.
+/// "Id" that come before all others take up the id 0.
 /// @param ps32UnusedId  receives the id; untouched when all are taken, which still returns 0: hand
 ///                      in -1
 /// @return 0 or -1

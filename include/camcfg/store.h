@@ -1,13 +1,13 @@
 /// @file
-/// The file store: one lock per file path, documents loaded for reading or writing, saves that keep
-/// the backup copy in step, repair at start-up, searches over the element tree.
+/// The file store: one lock per file path, documents loaded for reading or writing, saves that
+/// also update the backup copy, repair at start-up, searches over the element tree.
 ///
 /// Read mode: take the file's lock, load, release the lock, hand out a private document.
 /// Write mode: take the lock, load, hand out the document with the lock held; the caller edits it
 /// and ends with CFG_SaveFile(document, path, BU_TRUE), or gives up with CFG_UnlockFile(path).
 /// In both modes the caller owns the document and deletes it.
 ///
-/// Threads: every call may come from any thread, but CFG_VerifyFileFormat, which must run alone.
+/// Threads: every call may come from any thread, except CFG_VerifyFileFormat, which must run alone.
 /// No exception leaves the library; running out of memory is reported as failure.
 #ifndef CAMCFG_STORE_H
 #define CAMCFG_STORE_H
@@ -30,18 +30,18 @@ struct tag_CFG_FILE_LOCK {
 /// "/cfg0//x.xml" are three locks. Guarded by g_lockMapFileLock.
 CFG_API extern std::map<std::string, tag_CFG_FILE_LOCK> g_mapFileLock;
 
-/// Guards g_mapFileLock; held for a lookup only, never while a file's lock is waited for.
+/// Guards g_mapFileLock. It is held only for a lookup, never while waiting for a file's lock.
 CFG_API extern pthread_mutex_t g_lockMapFileLock;
 
 /// Finds the lock record of a path, creating it unlocked if the path was never named.
-/// @param path  file path, taken as it stands
+/// @param path  file path, taken as it is
 /// @return the record, valid until the process ends; null for a null path or when memory runs out
 /// Locks: the caller holds g_lockMapFileLock.
 CFG_API tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path);
 
 /// Takes the lock of a path, waiting at most 10 seconds (realtime clock).
-/// @param path  file path, taken as it stands
-/// @return 0 with the lock held; -1 when it could not be had
+/// @param path  file path, taken as it is
+/// @return 0 with the lock held; -1 when it was not free in time
 /// On failure the flag of the record is cleared although another holder may still own the mutex:
 /// that holder's unlock then warns and leaves the mutex locked.
 /// Prints on failure: a level 4 record and a "[Warn][Cfg]" line on standard output, both saying
@@ -64,13 +64,13 @@ CFG_API int cfgUnlockFile(const char* path);
 CFG_API int CFG_UnlockFile(char* pcPath);
 
 /// Loads a file into a new document (entities processed, white space preserved).
-/// @param pcPath      file path, used as it stands for loading and as the lock's key
+/// @param pcPath      file path, used as it is for loading and as the lock's key
 /// @param enReadOnly  1: read mode, the lock is released before returning; any other value: write
 ///                    mode, the lock stays held on success
 /// @return the document, the caller's to delete; null on failure, with no lock held by this call
-/// Failures: no document could be made (level 3 "New XMLDocument fail\n"); the lock not had within
-/// 10 seconds (the warning of cfgLockFile only); the file missing, unreadable or not well-formed, a
-/// null path, or no memory to load it (level 3 "Load file %s fail\n").
+/// Failures: no document could be made (level 3 "New XMLDocument fail\n"); the lock was not free
+/// within 10 seconds (only the warning of cfgLockFile); the file missing, unreadable or not
+/// well-formed, a null path, or no memory to load it (level 3 "Load file %s fail\n").
 CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly);
 
 /// Saves a document to its main copy, copies that to the backup directory, syncing after each.
@@ -80,10 +80,11 @@ CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enR
 /// @param pcPath    main path if it begins with "/", else a name below "/cfg0"; cut to 127
 ///                  characters
 /// @param enUnlock  1: release the lock of pcPath at the end; any other value: keep it
-/// @return 0 after saving, whatever became of the save and the copy; -1 for a null path, with
-///         nothing saved and no lock released; -1 with the lock released (if asked) for a null
-///         document, with nothing saved, and when memory ran out, in which case the main copy may be
-///         incomplete and the backup copy is left as it was
+/// @return 0 after saving, even if the save or the copy failed;
+///         -1 for a null path, with nothing saved and no lock released;
+///         -1 with the lock released (if asked) for a null document, with nothing saved;
+///         -1 with the lock released (if asked) when memory ran out: the main copy may then be
+///         incomplete, and the backup copy is left as it was
 /// Prints: nothing but what cfgUnlockFile does.
 CFG_API int CFG_SaveFile(tinyxml2::XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock);
 
@@ -109,17 +110,17 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 /// backup or else from its factory default (which then replaces the backup as well).
 /// The names checked are those of the first directory of "/app/resource/defcfg", "/cfg0", "/cfg1"
 /// that holds any regular file. Only well-formedness is checked; a restored copy is not read again.
-/// @return 0 after a completed scan, whatever was repaired; -1 when no directory holds a file
-///         (level 3 "All File didn't exist\n"), the chosen one cannot be opened (level 3
-///         "File %s didn't exist\n"), or memory or descriptors run out, upon which nothing more is
-///         replaced
+/// @return 0 after a completed scan, whether or not anything was repaired;
+///         -1 when no directory holds a file (level 3 "All File didn't exist\n"), when the chosen
+///         one cannot be opened (level 3 "File %s didn't exist\n"), or when memory or descriptors
+///         run out, after which nothing more is replaced
 /// Prints: on standard output "file %s \n" per name; level 6 records of the counts, of each copy
 /// that does not load ("%s load failed \n") and of each copy made ("sync %s \n").
 /// Locks: none. Threads: call once, before any other use of the files.
 CFG_API int CFG_VerifyFileFormat();
 
 /// Finds the first child element whose name begins with a text: "Rtsp" finds "RtspOverHttp" if that
-/// stands first. An empty text finds the first child element.
+/// comes first. An empty text finds the first child element.
 /// @param parent  element whose children are searched
 /// @param name    beginning of the name sought
 /// @return the element, owned by its document; null when nothing matches or an argument is null

@@ -8,15 +8,16 @@
 /// CFG_MPP_Open and the two close operations serve programs that read or edit the elements on their
 /// own.
 ///
-/// Results: 0 or CFG_MPP_ERR, unless told otherwise. A save that fails is not noticed. Running out
-/// of memory is CFG_MPP_ERR with the document dropped and no lock held.
+/// Results: 0 or CFG_MPP_ERR, unless stated otherwise. A save that fails is not noticed. Running
+/// out of memory is CFG_MPP_ERR with the document dropped and no lock held.
 /// Prints: on standard output only, each message in the frame "[LEVEL][CFG][MppStream]: MESSAGE".
 /// "Attr" below stands for the line "[Error][CFG][MppStream]: Attr `NAME` is required by PATH .\n"
 /// with an attribute's name and the path of the element it was sought in. An integer attribute
 /// counts as missing when it is absent, no integer or -1; a text attribute when it is absent.
 /// Element names inside a section match in upper and lower case alike, attribute names exactly.
-/// Threads: one at a time for the whole family, because it has one document, and none beside it in
-/// the live media family, which works on the same file. Families of other files may run beside it.
+/// Threads: one at a time for the whole family, because it has one document, and none at the
+/// same time in the live media family, which works on the same file. Families of other files may
+/// run at the same time.
 #ifndef CAMCFG_STREAM_H
 #define CAMCFG_STREAM_H
 
@@ -128,7 +129,7 @@ CFG_API int CFG_MPP_CloseWrite();
 CFG_API int CFG_MPP_LoadStreamSourceConfig(
     std::list<std::shared_ptr<tag_CFG_STREAM_SOURCE_T>>& sources);
 
-/// Replaces all stream sources and saves. Whatever else stood in the section is lost.
+/// Replaces all stream sources and saves. Whatever else was in the section is lost.
 /// @param sources  records to write, in order; null pointers and records of an unknown kind are
 ///                 left out. "Enabled" is written as 0 for a disabled source and not at all
 ///                 otherwise.
@@ -150,15 +151,15 @@ CFG_API int CFG_MPP_DumpStreamSourceConfig(
 /// not read.
 /// Prints: as CFG_MPP_Open; Attr with "Id" or "Name" and "<Stream><StreamCache><Cache>", or with
 /// "Id" and "<Stream><StreamCache><Cache><AllowedStreamSource>"; Error "Missing any of
-/// {BufferSizeB, BufferSizeKB, BufferSizeMB} for setup chanel buffer size.\n", after which alone
-/// the document stays open; Error "StreamCache[ID] no allowed StreamSource!\n"; Warning
+/// {BufferSizeB, BufferSizeKB, BufferSizeMB} for setup chanel buffer size.\n" (only after this one
+/// does the document stay open); Error "StreamCache[ID] no allowed StreamSource!\n"; Warning
 /// "StreamCache[ID] already enabled StreamSource[SOURCE], ignore enable SOURCE.\n"; for each cache
 /// Info "StreamCache[ID] size SIZE x UNIT\n" and, if none is marked, Info "StreamCache[ID] no
 /// enabled StreamSource, default select SOURCE.\n".
 CFG_API int CFG_MPP_LoadStreamCacheConfig(
     std::list<std::shared_ptr<tag_CFG_STREAM_CACHE_T>>& caches);
 
-/// Replaces all stream caches and saves. Whatever else stood in the section is lost.
+/// Replaces all stream caches and saves. Whatever else was in the section is lost.
 /// @param caches  records to write, in order; null pointers are left out. A unit other than 1, 1024
 ///                and 1048576 writes no size; a mask below 1 writes no sources. The source carried
 ///                is marked "Default" if it is allowed.
@@ -183,7 +184,7 @@ CFG_API int CFG_MPP_DumpStreamCacheConfig(
 CFG_API int CFG_MPP_UpdateStreamCacheEnabledStreamSource(int s32CacheId, int s32SourceId);
 
 /// Replaces the sources that a cache allows and saves; its name and size stay as they are.
-/// @param cache  s32Id tells the cache (found as above), s32AllowedMask the sources (below 1:
+/// @param cache  s32Id is the cache (found as above), s32AllowedMask the sources (below 1:
 ///               none), s32EnabledSrc the one to be marked "Enable" if it is allowed. A null
 ///               pointer is CFG_MPP_ERR with nothing opened.
 /// @return 0; CFG_MPP_ERR as CFG_MPP_UpdateStreamCacheEnabledStreamSource: with the lock held when

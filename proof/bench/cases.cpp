@@ -87,7 +87,7 @@ std::vector<Case> presetCases() {
   };
 }
 
-// A section's loader beside parsing its file, and its dumper beside parsing and saving it.
+// A section's loader compared with parsing its file, its dumper with parsing and saving it.
 template <typename List>
 void addSection(std::vector<Case>& cases, const std::string& name,
                 const std::function<std::string(int)>& file, int (*load)(List&),
@@ -122,7 +122,7 @@ std::vector<Case> mediaCases() {
   addSection(cases, "websocket", liveSection("WEBSOCKET"), CFG_LM_LoadWebsocketConfig,
              CFG_LM_DumpWebsocketConfig);
   addSection(cases, "rtsp", liveSection("RTSP"), CFG_LM_LoadRtspConfig, CFG_LM_DumpRtspConfig);
-  // The RTMP dumper saves nothing and leaves the file locked; there is nothing to set it beside.
+  // The RTMP dumper saves nothing and leaves the file locked; there is nothing to compare it with.
   addSection<std::list<tag_CFG_RTMP_SESSION_T>>(cases, "rtmp", liveSection("RTMP"),
                                                 CFG_LM_LoadRtmpConfig, nullptr);
   addSection(cases, "ndi", liveSection("NDI"), CFG_LM_LoadNdiConfig, CFG_LM_DumpNdiConfig);

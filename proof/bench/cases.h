@@ -7,8 +7,8 @@
 
 namespace camcfg::bench {
 
-/// One thing the library does, beside the least that anybody could do for the same result with
-/// tinyxml2 and the kernel alone.
+/// One thing the library does, and the least that anybody could do for the same result with only
+/// tinyxml2 and the kernel.
 struct Case {
   std::string name;
   std::vector<int> sizes;            ///< how many entries the file holds

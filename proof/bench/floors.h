@@ -6,7 +6,7 @@
 
 namespace camcfg::bench {
 
-/// The least that a task takes with tinyxml2 and the kernel alone: no lock, no check, no message.
+/// The least that a task takes with only tinyxml2 and the kernel: no lock, no check, no message.
 
 /// Loads a file and reads an integer attribute of a named element of its first section.
 int readByHand(const char* path, const char* name, const char* attribute);

@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s CASE SIZE library|floor\n", argv[0]);
     return 2;
   }
-  // What the library prints is not what is measured.
+  // What the library prints is not measured.
   dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
   const camcfg::testkit::DeviceRoot device;
   chosen->prepare(std::atoi(argv[2]));

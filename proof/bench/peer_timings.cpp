@@ -80,11 +80,11 @@ Times measureApart(const PeerKind& kind) {
   int status = 0;
   waitpid(child, &status, 0);
   Times times{};
-  const bool told = status == 0 && read(ends[0], &times, sizeof times) == sizeof times;
+  const bool received = status == 0 && read(ends[0], &times, sizeof times) == sizeof times;
   close(ends[0]);
   close(ends[1]);
   std::filesystem::remove_all(directory);
-  if (!told) throw std::runtime_error("cannot measure " + kind.name);
+  if (!received) throw std::runtime_error("cannot measure " + kind.name);
   return times;
 }
 

@@ -24,7 +24,7 @@ std::string nameOf(int parameter) {
   return lastParameter(parameter + 1);
 }
 
-// Two copies, each saved with a sync() behind it.
+// Two copies, each saved with a sync() after it.
 class Camcfg : public Peer {
  public:
   explicit Camcfg(int parameters) {

@@ -12,10 +12,10 @@ class Peer {
  public:
   virtual ~Peer() = default;
 
-  /// Opens the store anew, reads one parameter and closes it.
+  /// Opens the store again, reads one parameter and closes it.
   virtual int read(const std::string& parameter) = 0;
 
-  /// Opens the store anew, changes one parameter, sees that the change outlasts a power cut, and
+  /// Opens the store again, changes one parameter, sees that the change outlasts a power cut, and
   /// closes it.
   virtual void write(const std::string& parameter, int value) = 0;
 };

@@ -64,7 +64,7 @@ def print_cases(times):
         for size in sizes:
             library, floor = both["library"][size], both["floor"][size]
             rows.append([name, size, f"{library:.1f}", f"{floor:.1f}", f"{library / floor:.2f}"])
-    print("Time of a call, in microseconds, beside the same done by hand with tinyxml2:\n")
+    print("Time of a call, in microseconds, compared with the same done by hand with tinyxml2:\n")
     table(["case", "size", "library", "by hand", "ratio"], rows)
 
 
@@ -77,10 +77,10 @@ def print_concurrency(others):
                          f"{1e6 / run['real_time']:.0f}"])
     print("Documents of 128 parameters opened for reading, per millisecond:\n")
     table(["files", "threads", "opened"], rows)
-    alone = others["read_beside_waiter/0"]["real_time"]
-    beside = others["read_beside_waiter/1"]["real_time"]
-    print(f"A read while another thread waits for another file: {beside:.1f} us; while none does: "
-          f"{alone:.1f} us; ratio {beside / alone:.2f}\n")
+    undisturbed = others["read_beside_waiter/0"]["real_time"]
+    waited = others["read_beside_waiter/1"]["real_time"]
+    print(f"A read while another thread waits for another file: {waited:.1f} us; while none does: "
+          f"{undisturbed:.1f} us; ratio {waited / undisturbed:.2f}\n")
 
 
 def print_peers(path):
@@ -147,7 +147,7 @@ def instructions(path):
             grown = exponent(sizes, [by_size[size][0] for size in sizes])
             if grown > LARGEST_EXPONENT:
                 missed.append(f"{name}: grows by the size to the power of {grown:.2f}")
-    print("Instructions of a call, beside the same done by hand with tinyxml2:\n")
+    print("Instructions of a call, compared with the same done by hand with tinyxml2:\n")
     table(["case", "size", "library", "by hand", "ratio"], rows)
     for line in missed:
         print("MISSED: " + line)

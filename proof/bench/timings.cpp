@@ -1,4 +1,4 @@
-// Times every case beside its floor, and concurrent reads:
+// Times every case and its floor, and concurrent reads:
 //   camcfg-timings OUTPUT.json [benchmark options]
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -104,7 +104,7 @@ int main(int argc, char** argv) {
   reporter.SetOutputStream(&output);
 
   benchmark::CPUInfo::Get();  // while /proc is in sight
-  // What the library prints goes nowhere.
+  // What the library prints is discarded.
   dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
   const camcfg::testkit::DeviceRoot device;
   benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -24,13 +24,13 @@ constexpr const char* kDirectories[] = {CFG_DIR_MAIN, CFG_DIR_BACKUP, CFG_DIR_DE
                                         CFG_DIR_LANGUAGE};
 
 // The working directory stays outside when the device's root is entered, so that paths relative to
-// it lead to the host at all times: libFuzzer saves a crasher from wherever it was met.
+// it always lead to the host: libFuzzer saves a crasher from wherever it was found.
 class Device {
  public:
   Device() {
     tests::insteadOfSync = [] {};
     const int directory = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
-    // Once the way that also gets permission to do so; from then on by chroot() alone.
+    // The first time in the way that also gets the permission; from then on only by chroot().
     const std::string error = enterRoot(root_.hostPath());
     if (!error.empty()) throw std::runtime_error("scratch device: " + error);
     entered_ = true;

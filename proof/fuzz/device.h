@@ -8,7 +8,7 @@
 
 namespace camcfg::fuzz {
 
-/// Thrown by a target when the library does not hold what its headers promise.
+/// Thrown by a target when the library does not do what its headers promise.
 class Broken : public std::logic_error {
   using std::logic_error::logic_error;
 };

@@ -44,7 +44,7 @@ void importTwice(const std::string& document) {
     require(allFiles() == before, "a document with faults changes nothing");
     return;
   }
-  require(done.value["changes"] == rehearsed.value["changes"], "a dry run tells what will change");
+  require(done.value["changes"] == rehearsed.value["changes"], "a dry run lists what will change");
   if (done.status != Status::Done) return;
   require(import(document, false).value["changes"].empty(),
           "a document that was imported makes no difference any more");

@@ -6,10 +6,10 @@
 
 namespace camcfg::fuzz {
 
-/// What stands between the parts of an input.
+/// What separates the parts of an input.
 inline constexpr char kSeparator[] = "\n%%\n";
 
-/// Takes an input apart at its separators. There is always at least one part.
+/// Splits an input at its separators. There is always at least one part.
 std::vector<std::string> split(const std::string& input);
 
 /// The other way round.

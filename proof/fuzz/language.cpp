@@ -18,7 +18,7 @@ void language(const Input& input) {
   const int result = CFG_LANG_GetString(language.data(), key.data(), text.data());
   const std::size_t length = strnlen(text.data(), text.size());
   const bool untouched = length == text.size() && text.front() == kUntouched;
-  require(untouched || result == 0, "a text comes with success alone");
+  require(untouched || result == 0, "a text comes only with success");
   require(untouched || length < text.size(), "a text has its terminator");
 }
 

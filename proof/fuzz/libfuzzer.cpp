@@ -40,9 +40,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
 std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t capacity,
                                     unsigned seed) {
   const auto mutateBytes = [](std::string text, std::size_t longest) {
-    const std::size_t former = text.size();
+    const std::size_t previous = text.size();
     text.resize(longest);
-    text.resize(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t*>(text.data()), former, longest));
+    text.resize(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t*>(text.data()), previous, longest));
     return text;
   };
   const std::string mutated = camcfg::fuzz::mutate(

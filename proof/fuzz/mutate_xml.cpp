@@ -87,7 +87,7 @@ void remove(const Change& change) {
   change.element->Parent()->DeleteChild(change.element);
 }
 
-// Into another element, in front of its children or behind them.
+// Into another element, before its children or after them.
 void move(const Change& change) {
   XMLElement* parent = change.other();
   if (isWithin(parent, change.element)) return;
@@ -130,7 +130,7 @@ void mutateValue(const Change& change) {
                                change.mutateBytes(value, value.size() + kLongestName).c_str());
 }
 
-// The value of the same attribute elsewhere: ids and names that stand twice.
+// The value of the same attribute elsewhere: ids and names that occur twice.
 void copyValue(const Change& change) {
   const XMLAttribute* attribute = change.other()->FirstAttribute();
   if (attribute != nullptr) change.element->SetAttribute(attribute->Name(), attribute->Value());

@@ -5,7 +5,7 @@
 namespace camcfg::fuzz {
 namespace {
 
-// Of so many mutations one is of bytes, where a tree could be changed as well.
+// One in this many mutations changes bytes, where a tree could be changed as well.
 constexpr std::size_t kBytesOneIn = 4;
 constexpr std::size_t kMostChanges = 4;
 

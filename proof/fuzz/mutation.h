@@ -8,7 +8,7 @@
 
 namespace camcfg::fuzz {
 
-/// Changes a text byte by byte into one of at most so many bytes.
+/// Changes a text byte by byte into one of at most `longest` bytes.
 using ByteMutator = std::function<std::string(std::string, std::size_t longest)>;
 
 /// Choices that one seed determines.

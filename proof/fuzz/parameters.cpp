@@ -48,13 +48,13 @@ void writeByName(Arguments& given) {
   CFG_COM_SetIntParams(name, given.number, BU_FALSE);
   if (CFG_COM_SetIntParams(name, given.number, BU_TRUE) == 0 &&
       CFG_COM_GetIntParams(name, &number) == 0)
-    require(number.s32Cur == given.number, "a number is read as it was set by its name alone");
+    require(number.s32Cur == given.number, "a number is read as it was set by its name only");
   const auto text = std::make_unique<tagCFG_VALUE_TXT_S>();
   CFG_COM_SetTxtParams(name, given.text.data(), BU_FALSE);
   if (CFG_COM_SetTxtParams(name, given.text.data(), BU_TRUE) == 0 &&
       CFG_COM_GetTxtParams(name, text.get()) == 0)
     require(text->acCur == asReadBack(given.text).substr(0, CFG_TXT_CUR_SIZE - 1),
-            "a text is read as it was set by its name alone");
+            "a text is read as it was set by its name only");
 }
 
 void setSystem(Arguments& given) {

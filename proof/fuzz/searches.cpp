@@ -11,7 +11,7 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-// The first child that a condition holds for.
+// The first child for which a condition is true.
 template <typename Condition>
 XMLElement* firstChild(XMLElement* parent, Condition holds) {
   XMLElement* child = parent->FirstChildElement();

@@ -46,7 +46,7 @@ void verification(const Input& input) {
   writeFile(kBackup, copies.backup);
   writeFile(kDefault, copies.factory);
   const bool any = !(copies == Copies{kNoFile, kNoFile, kNoFile});
-  require(CFG_VerifyFileFormat() == (any ? 0 : -1), "verification tells whether there are files");
+  require(CFG_VerifyFileFormat() == (any ? 0 : -1), "verification reports whether there are files");
   const Copies after{readFile(kMain), readFile(kBackup), readFile(kDefault)};
   require(after == repaired(copies), "the best copy is the main copy after verification");
 }

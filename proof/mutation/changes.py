@@ -15,7 +15,7 @@ TOKEN = re.compile(
     re.DOTALL | re.MULTILINE | re.VERBOSE,
 )
 
-# What stands between spaces is an operator; "<", "&" and "&&" of types do not.
+# What is between spaces is an operator; "<", "&" and "&&" of types do not.
 BINARY = {
     "==": ["!="], "!=": ["=="], "<": ["<=", ">="], "<=": ["<", ">"], ">": [">=", "<="],
     ">=": [">", "<"], "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "+=": ["-="],
@@ -59,7 +59,7 @@ class Change:
     start: int
     end: int
     new: str
-    before: str  # the line, or the whole statement, as it stands
+    before: str  # the line, or the whole statement, as it is
     after: str
 
     def apply(self, source: str) -> str:
@@ -118,8 +118,8 @@ class Source:
                 yield self._replace(token, "letter", changed + token.text[place + 1 :])
 
     def _of_operator(self, index: int, token: Token) -> Iterator[Change]:
-        before, behind = self.text[token.start - 1], self.text[token.end : token.end + 1]
-        spaced = before.isspace() and behind.isspace()
+        before, after = self.text[token.start - 1], self.text[token.end : token.end + 1]
+        spaced = before.isspace() and after.isspace()
         if spaced and self.tokens[index - 1].text != "template":
             for new in BINARY.get(token.text, []):
                 kind = "logic" if token.text in ("&&", "||") else "operator"
@@ -206,7 +206,7 @@ def neighbours(number: str) -> list[str]:
 
 
 def letter_to_change(token: Token) -> int | None:
-    """The place of the middle letter of a literal, but for those that say how to print."""
+    """The place of the middle letter of a literal, except for those that say how to print."""
     hidden = re.sub(r"%[-+0-9.]*[a-z]+?|\\.", lambda match: "%" * len(match.group()), token.text)
     places = [match.start() for match in re.finditer("[A-Za-z]", hidden)]
     return places[len(places) // 2] if places else None

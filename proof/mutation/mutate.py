@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Changes the library in one small way at a time and tells whether its tests notice.
+"""Changes the library in one small way at a time and reports whether its tests notice.
 
     mutate.py [--count N] [--seed S] [--again] [FILE...]
 
@@ -166,7 +166,7 @@ def say(line: str) -> None:
 
 def run(project: Project, count: int, seed: int, again: bool = False,
         only: list[str] | None = None) -> int:
-    """Tries the changes and prints what became of them; the exit status."""
+    """Tries the changes and prints the results; returns the exit status."""
     project.scratch.mkdir(parents=True, exist_ok=True)
     files = tree.project_files(project.root)
     sources = project.sources(files)
@@ -191,7 +191,7 @@ def run(project: Project, count: int, seed: int, again: bool = False,
 
 def main() -> int:
     parser = argparse.ArgumentParser(
-        description="Tells whether the tests notice changes in the library.")
+        description="Reports whether the tests notice changes in the library.")
     parser.add_argument("--count", type=int, default=300, help="changes to make (300)")
     parser.add_argument("--seed", type=int, default=1, help="which of all possible ones (1)")
     parser.add_argument("--again", action="store_true",

@@ -1,4 +1,4 @@
-"""What became of the changes: kept in a file, printed as tables."""
+"""The results of the changes: kept in a file, printed as tables."""
 import collections
 import dataclasses
 import json

@@ -20,7 +20,7 @@ SLOW_AT_ONCE = 12
 LIMIT = 8.0
 LIMIT_FACTOR = 10
 
-# A changed library may also ask for all memory there is, or fill a disk.
+# A changed library may also ask for all memory, or fill a disk.
 CONFINED = ["prlimit", "--core=0", f"--as={8 << 30}", f"--fsize={1 << 30}"]
 
 
@@ -163,7 +163,7 @@ def until_failure(processes: Processes, tests: list[Test], at_once: int) -> Caug
         if caught:
             return
         how = processes.run(test, test.limit())
-        # A failure counts when it comes again, lest a busy machine be taken for a good test.
+        # A failure counts when it comes again: a busy machine is no proof of a good test.
         if how and how != "time limit":
             how = processes.run(test, test.limit())
         if how:

@@ -10,7 +10,7 @@ CONFIGURATION = [
     "-D", "CMAKE_BUILD_TYPE=Debug",
     "-D", "CMAKE_CXX_FLAGS_DEBUG=-O0",
     "-D", "CAMCFG_TESTS=ON",
-    # The tests' programs need no linking when the library's code changes, nor to be asked anew
+    # The tests' programs need no linking when the library's code changes, nor to be asked again
     # which tests they have.
     "-D", "CMAKE_LINK_DEPENDS_NO_SHARED=ON",
     "-D", "CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST",

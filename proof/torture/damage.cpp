@@ -1,7 +1,7 @@
 // Damages a main copy in every way that one byte can be damaged or a file cut short, starts the
 // device and looks at what is left. All files of the sample set.
 //   camcfg-damage [--long] [--seed N]
-// Wrong is a main copy that is not, byte for byte, what start-up verification is to leave: the
+// Wrong: a main copy that is not, byte for byte, what start-up verification must leave: the
 // damaged text if it parses (damage that goes unnoticed), else the backup if that parses, else the
 // factory default, which the backup directory then holds as well if it held any file.
 #include <algorithm>

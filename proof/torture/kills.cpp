@@ -1,7 +1,7 @@
 // Kills a process that saves over and over at random moments, starts the device and looks at its
-// files: once with verification alone at each start, once with the tool's `verify --resync`.
+// files: once with only verification at each start, once with the tool's `verify --resync`.
 //   camcfg-kills [--long] [--seed N]
-// Wrong is any setting that is lost where every start resyncs. With verification alone a kill that
+// Wrong: any setting that is lost where every start resyncs. With only verification a kill that
 // damages a backup and one in the next save of the same file can cost both copies: counted.
 #include <signal.h>
 #include <unistd.h>
@@ -30,7 +30,7 @@ struct Progress {
   std::array<volatile int, kSampleFiles.size()> done;
 };
 
-/// What came of a run of kills.
+/// Results of a run of kills.
 struct Tally {
   int kills = 0;
   int insideSave = 0;

@@ -12,7 +12,7 @@ namespace camcfg {
 
 enum class Level { Error = 3, Warning = 4, Info = 6 };
 
-/// Stands in for the platform's logger: one record on standard error, its level in front.
+/// Used where the platform has no logger: one record on standard error, its level first.
 void logToStandardError(Level level, const char* prefix, const char* format, ...);
 
 template <typename... Args>

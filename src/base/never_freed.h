@@ -17,8 +17,8 @@
 
 namespace camcfg {
 
-/// Takes an object out of its owner's hands for the rest of the process, on purpose: programs that
-/// look for leaks, applications' tests among them, need not report it.
+/// Keeps an object until the process ends, on purpose. Programs that look for leaks, such as the
+/// tests of applications, then do not report it.
 template <typename T>
 T* neverFreed(std::unique_ptr<T> object) {
 #ifdef CAMCFG_LEAKS_ARE_LOOKED_FOR

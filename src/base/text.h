@@ -7,7 +7,7 @@
 
 namespace camcfg {
 
-/// Copies a text with its terminator, cut to the room there is. Bytes behind the terminator keep
+/// Copies a text with its terminator, cut to the field's size. Bytes after the terminator keep
 /// their contents.
 inline void copyText(char* destination, std::size_t room, const char* text) {
   const std::size_t length = std::min(std::strlen(text), room - 1);
@@ -20,7 +20,7 @@ void copyText(char (&destination)[Room], const char* text) {
   copyText(destination, Room, text);
 }
 
-/// Builds "DIRECTORY/NAME", cut to the room there is.
+/// Builds "DIRECTORY/NAME", cut to the size of `path`.
 template <std::size_t Room, std::size_t Length>
 void joinPath(char (&path)[Room], const char (&directory)[Length], const char* name) {
   static_assert(Length < Room, "the directory and its slash must fit");

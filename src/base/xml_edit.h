@@ -8,9 +8,9 @@
 
 namespace camcfg {
 
-// The changes to a document that take memory. All else that is done with a document takes none, so
-// the families that use these need no other care for running out of it. A document over which
-// memory ran out is fit to be deleted and for nothing else.
+// The changes of a document that allocate memory. Nothing else that is done with a document does,
+// so the families that use these need not check for it elsewhere. When memory ran out during a
+// change, the document can only be deleted.
 
 /// Sets an attribute, which is added if it is missing.
 /// @return false when memory ran out
@@ -21,7 +21,7 @@ bool setAttribute(tinyxml2::XMLElement& element, const char* name, std::int32_t 
 /// @return null when memory ran out
 std::unique_ptr<tinyxml2::XMLDocument> newDocument();
 
-/// Makes an element that belongs to the document and stands nowhere in it yet.
+/// Makes an element that belongs to the document but has no place in it yet.
 /// @return null when memory ran out
 tinyxml2::XMLElement* newElement(tinyxml2::XMLDocument& document, const char* name);
 

@@ -1,7 +1,8 @@
 #include <new>
 
-#include "media/media_entries.h"
-#include "media/stream_document.h"
+#include "camcfg/store.h"
+#include "media/document.h"
+#include "media/entries.h"
 #include "media/whitelist.h"
 
 using namespace camcfg;
@@ -17,8 +18,8 @@ XMLElement* openCache(std::int32_t id) {
   if (section == nullptr) return nullptr;
   XMLElement* cache = CFG_GetElementByNameId(section, "Cache", id);
   if (cache == nullptr) {
-    // Deliberate: the document goes, the lock stays held. Callers that ask for a cache that does
-    // not exist release it themselves. [unknown-cache-locked]
+    // Deliberate: the document is deleted, the lock stays held. Callers that ask for a cache that
+    // does not exist release it themselves. [unknown-cache-locked]
     kStream.closeRead();
     kStream.print(kError, "StreamCache[%d] not found at config\n", id);
   }

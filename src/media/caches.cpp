@@ -1,8 +1,4 @@
-#include <new>
-#include <utility>
-
-#include "media/media_entries.h"
-#include "media/stream_document.h"
+#include "media/section.h"
 #include "media/whitelist.h"
 
 using namespace camcfg;
@@ -12,7 +8,7 @@ namespace {
 
 using Cache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
 
-constexpr char kCache[] = "Cache";
+constexpr Rules kRules = {"StreamCache", {{"Cache"}}, Success::Silent, AfterFault::LeftToReader};
 constexpr char kPath[] = "<Stream><StreamCache><Cache>";
 
 struct SizeUnit {
@@ -20,7 +16,7 @@ struct SizeUnit {
   unsigned shift;
 
   std::int32_t bytes() const { return 1 << shift; }
-  // Wraps at 2 GiB as signed 32-bit numbers do.
+  // Wraps at 2 GiB, like signed 32-bit numbers.
   std::int32_t inBytes(std::int32_t size) const {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(size) << shift);
   }
@@ -49,9 +45,17 @@ bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   return anyGiven;
 }
 
-bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
+// Ends the load because of a fault that was reported.
+bool reject() {
+  kStream.closeRead();
+  return false;
+}
+
+bool readCache(const XMLElement& element, Cache& record) {
+  record = std::make_shared<tag_CFG_STREAM_CACHE_T>();
+  tag_CFG_STREAM_CACHE_T& cache = *record;
   if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
-  // Deliberate: over this fault alone the document stays open. [cache-size-leaves-open]
+  // Deliberate: only on this fault does the document stay open. [cache-size-leaves-open]
   if (!readSize(element, cache)) return false;
   if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,
@@ -59,40 +63,24 @@ bool readCache(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   return readWhitelist(element, cache) || reject();
 }
 
-void writeCache(XMLElement& section, const tag_CFG_STREAM_CACHE_T& cache) {
-  XMLElement& element = append(section, kCache);
-  setInt(element, "Id", cache.s32Id);
-  setText(element, "Name", cache.strName);
+void writeCache(XMLElement& section, const Cache& cache) {
+  if (cache == nullptr) return;
+  XMLElement& element = append(section, kRules.entries.name());
+  setInt(element, "Id", cache->s32Id);
+  setText(element, "Name", cache->strName);
   for (const SizeUnit& unit : kUnits)
-    if (unit.bytes() == cache.s32BufUnit) setInt(element, unit.attribute, cache.s32BufSize);
-  writeWhitelist(element, cache, "Default");
+    if (unit.bytes() == cache->s32BufUnit) setInt(element, unit.attribute, cache->s32BufSize);
+  writeWhitelist(element, *cache, "Default");
 }
+
+constexpr Section<Cache> kCaches = {kStream, kRules, readEach<readCache>, writeCache};
 
 }  // namespace
 
-int CFG_MPP_LoadStreamCacheConfig(std::list<Cache>& caches) try {
-  const XMLElement* section = kStream.open("StreamCache", BU_TRUE);
-  if (section == nullptr) return CFG_MPP_ERR;
-  caches.clear();
-  for (const XMLElement* element = firstEntry(*section, kCache); element != nullptr;
-       element = nextEntry(*element, kCache)) {
-    Cache cache = std::make_shared<tag_CFG_STREAM_CACHE_T>();
-    if (!readCache(*element, *cache)) return CFG_MPP_ERR;
-    caches.push_back(std::move(cache));
-  }
-  kStream.closeRead();
-  return 0;
-} catch (const std::bad_alloc&) {
-  return kStream.giveUp(BU_TRUE);
+int CFG_MPP_LoadStreamCacheConfig(std::list<Cache>& caches) {
+  return load<kCaches>(caches);
 }
 
-int CFG_MPP_DumpStreamCacheConfig(const std::list<Cache>& caches) try {
-  XMLElement* section = kStream.open("StreamCache", BU_FALSE);
-  if (section == nullptr) return CFG_MPP_ERR;
-  section->DeleteChildren();
-  for (const Cache& cache : caches)
-    if (cache != nullptr) writeCache(*section, *cache);
-  return kStream.closeWrite();
-} catch (const std::bad_alloc&) {
-  return kStream.giveUp(BU_FALSE);
+int CFG_MPP_DumpStreamCacheConfig(const std::list<Cache>& caches) {
+  return dump<kCaches>(caches);
 }

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string>
 
-#include "media/live_document.h"
-#include "media/media_entries.h"
+#include "media/document.h"
+#include "media/entries.h"
 
 namespace camcfg {
 

@@ -8,7 +8,7 @@ namespace {
 
 using Session = tag_CFG_NDI_SESSION_T;
 
-constexpr char kInstance[] = "Instance";
+constexpr Rules kRules = {"NDI", {{"Instance"}, Others::Ignored, "<NDI>"}};
 
 // Deliberate: the instance is called a session here, as device logs have always shown it.
 // [ndi-called-session]
@@ -44,7 +44,7 @@ bool readInstance(const XMLElement& element, Session& session) {
 }
 
 void writeInstance(XMLElement& section, const Session& session) {
-  XMLElement& instance = append(section, kInstance);
+  XMLElement& instance = append(section, kRules.entries.name());
   setInt(instance, "Id", session.s32Id);
   setSwitch(instance, "Enable", session.bEnable);
   // Deliberate: not the name that the loader reads, so the switch is off when the file is loaded
@@ -60,14 +60,14 @@ void writeInstance(XMLElement& section, const Session& session) {
   writeTypedChannels(instance, session, kSlots);
 }
 
-constexpr Section<Session> kNdi = {"NDI", kInstance, "<NDI>", readInstance, writeInstance};
+constexpr Section<Session> kNdi = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};
 
 }  // namespace
 
 int CFG_LM_LoadNdiConfig(std::list<Session>& sessions) {
-  return load(kNdi, sessions);
+  return load<kNdi>(sessions);
 }
 
 int CFG_LM_DumpNdiConfig(const std::list<Session>& sessions) {
-  return dump(kNdi, sessions);
+  return dump<kNdi>(sessions);
 }

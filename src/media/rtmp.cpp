@@ -8,12 +8,15 @@ namespace {
 
 using Session = tag_CFG_RTMP_SESSION_T;
 
-constexpr char kTarget[] = "Target";
-
 // Deliberate: faults of a target, and elements that are no target, are reported under the RTSP
 // section's name, as device logs have always shown them. [rtmp-named-rtsp]
 constexpr char kTargetPath[] = "<RTSP><MediaGroup>";
-constexpr char kUnknownsPlace[] = "<RTSP>";
+constexpr Entries kTargets = {{"Target"}, Others::Ignored, "<RTSP>"};
+
+// Deliberate: the dumper ends as a reader does, so nothing is saved and the file's lock stays held
+// although the call reports success. Callers that know this release it. [rtmp-not-saved]
+constexpr Rules kRules = {"RTMP", kTargets, Success::Printed, AfterFault::StaysOpen,
+                          Ending::DiscardAndStayLocked};
 
 constexpr ChannelSlot<Session> kSlots[] = {{"Video", &Session::s32VideoId},
                                            {"Audio", &Session::s32AudioId}};
@@ -38,7 +41,7 @@ bool readTarget(const XMLElement& element, Session& session) {
 }
 
 void writeTarget(XMLElement& section, const Session& session) {
-  XMLElement& target = append(section, kTarget);
+  XMLElement& target = append(section, kRules.entries.name());
   setInt(target, "Id", session.s32Id);
   setSwitch(target, "Enable", session.bEnable);
   setText(target, "url", session.strUrl);
@@ -47,17 +50,14 @@ void writeTarget(XMLElement& section, const Session& session) {
   writeTypedChannels(target, session, kSlots);
 }
 
-// Deliberate: the dumper ends as a reader does, so nothing is saved and the file's lock stays held
-// although the call reports success. Callers that know release it. [rtmp-not-saved]
-constexpr Section<Session> kRtmp = {"RTMP",     kTarget,     kUnknownsPlace,
-                                    readTarget, writeTarget, Ending::DiscardAndStayLocked};
+constexpr Section<Session> kRtmp = {kLiveMedia, kRules, readEach<readTarget>, writeTarget};
 
 }  // namespace
 
 int CFG_LM_LoadRtmpConfig(std::list<Session>& sessions) {
-  return load(kRtmp, sessions);
+  return load<kRtmp>(sessions);
 }
 
 int CFG_LM_DumpRtmpConfig(const std::list<Session>& sessions) {
-  return dump(kRtmp, sessions);
+  return dump<kRtmp>(sessions);
 }

@@ -8,7 +8,7 @@ namespace {
 
 using Session = std::shared_ptr<tag_CFG_RTSP_SESSION_T>;
 
-constexpr char kGroup[] = "MediaGroup";
+constexpr Rules kRules = {"RTSP", {{"MediaGroup"}, Others::Ignored, "<RTSP>"}};
 
 bool readGroup(const XMLElement& element, Session& session) {
   session = std::make_shared<tag_CFG_RTSP_SESSION_T>();
@@ -26,20 +26,20 @@ bool readGroup(const XMLElement& element, Session& session) {
 
 void writeGroup(XMLElement& section, const Session& session) {
   if (session == nullptr) return;
-  XMLElement& group = append(section, kGroup);
+  XMLElement& group = append(section, kRules.entries.name());
   setText(group, "Name", session->strName);
   for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
     writeNamedChannel(group, channel.s32Id, channel.strName);
 }
 
-constexpr Section<Session> kRtsp = {"RTSP", kGroup, "<RTSP>", readGroup, writeGroup};
+constexpr Section<Session> kRtsp = {kLiveMedia, kRules, readEach<readGroup>, writeGroup};
 
 }  // namespace
 
 int CFG_LM_LoadRtspConfig(std::list<Session>& sessions) {
-  return load(kRtsp, sessions);
+  return load<kRtsp>(sessions);
 }
 
 int CFG_LM_DumpRtspConfig(const std::list<Session>& sessions) {
-  return dump(kRtsp, sessions);
+  return dump<kRtsp>(sessions);
 }

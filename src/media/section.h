@@ -2,68 +2,114 @@
 #define CAMCFG_MEDIA_SECTION_H
 
 #include <list>
-#include <new>
 
-#include "media/live_document.h"
-#include "media/media_entries.h"
+#include "media/document.h"
+#include "media/entries.h"
 
 namespace camcfg {
 
-/// What becomes of a section once a dumper has rewritten it.
-enum class Ending { Save, DiscardAndStayLocked };
+// Texts of these tables are kept in place: a pointer would cost a relocation when the library is
+// loaded.
 
-/// One section of the live media services, whose entries are read and written as records.
-template <typename Record>
-struct Section {
-  const char* name;
-  const char* entry;          ///< name of the elements that hold a record
-  const char* unknownsPlace;  ///< where warnings say that other elements stand
-  bool (*read)(const tinyxml2::XMLElement& entry, Record& record);
-  void (*write)(tinyxml2::XMLElement& section, const Record& record);
-  Ending ending = Ending::Save;
+/// What is said of an element that holds no record.
+enum class Others : char { Nothing, Skipped, Ignored };
+
+/// Which elements hold records.
+struct Entries {
+  char names[3][11];  ///< in upper or lower case
+  Others others = Others::Nothing;
+  char place[16] = "";  ///< where other elements are, as their warning says
+
+  /// The name, where there is only one.
+  constexpr const char* name() const { return names[0]; }
 };
 
-/// The first element of one name among an element and its followers; warns of those before it,
-/// which it passes over.
-const tinyxml2::XMLElement* supportedFrom(const tinyxml2::XMLElement* element, const char* name,
-                                          const char* unknownsPlace);
+/// Whether a load or a dump that succeeded says so.
+enum class Success : char { Printed, Silent };
 
-/// Ends a load or a dump that succeeded, as far as its section is concerned.
-/// @return what the family's call returns
-std::int32_t finishLoad(const char* section);
-std::int32_t finishDump(const char* section, Ending ending);
+/// What becomes of the document once a reader has reported a fault. No lock is held.
+enum class AfterFault : char { StaysOpen, Closed, LeftToReader };
 
-/// Replaces the list by the records of a section. Over a fault, which `read` has reported, the
-/// records before it stay in the list.
+/// Whether a section that a dumper has rewritten is saved.
+enum class Ending : char { Save, DiscardAndStayLocked };
+
+/// When a loader empties the caller's list.
+enum class Emptied : char { OnceOpen, BeforeOpening };
+
+/// What a section is called and in what it differs from others. Values that are left out are those
+/// of most sections.
+struct Rules {
+  char section[13];
+  Entries entries;
+  Success success = Success::Printed;
+  AfterFault afterFault = AfterFault::StaysOpen;
+  Ending ending = Ending::Save;
+  Emptied emptied = Emptied::OnceOpen;
+};
+
+/// One section of the media file, whose entries are read and written as records.
 template <typename Record>
-std::int32_t load(const Section<Record>& section, std::list<Record>& records) try {
-  const tinyxml2::XMLElement* element = kLiveMedia.open(section.name, BU_TRUE);
-  if (element == nullptr) return CFG_LM_ERR;
-  records.clear();
-  element = element->FirstChildElement();
-  while ((element = supportedFrom(element, section.entry, section.unknownsPlace)) != nullptr) {
-    std::list<Record> one(1);
-    // Deliberate: over a fault the document stays open, until the next open or close.
-    // [fault-leaves-open]
-    if (!section.read(*element, one.front())) return CFG_LM_ERR;
-    records.splice(records.end(), one);
-    element = element->NextSiblingElement();
-  }
-  return finishLoad(section.name);
-} catch (const std::bad_alloc&) {
-  return kLiveMedia.giveUp(BU_TRUE);
+struct Section {
+  const MediaDocument& document;
+  const Rules& rules;
+  /// Reads an entry into a new record at the list's end, or reports what is wrong with it and
+  /// returns false with the list as it was.
+  bool (*read)(const tinyxml2::XMLElement& entry, std::list<Record>& records);
+  /// Appends an entry; none for a record that cannot be written.
+  void (*write)(tinyxml2::XMLElement& section, const Record& record);
+};
+
+/// The first element that holds a record among an element and its followers; null when there is
+/// none. What is skipped is reported as `entries` says.
+const tinyxml2::XMLElement* entryFrom(const MediaDocument& document,
+                                      const tinyxml2::XMLElement* element, const Entries& entries);
+
+/// load() and dump() for a list of any records.
+/// @param clear  empties the list
+/// @param read   reads an entry into a new record at the list's end; false on a fault
+/// @param write  appends an entry for each record of the list
+std::int32_t loadList(const MediaDocument& document, const Rules& rules, void (*clear)(void* list),
+                      bool (*read)(const tinyxml2::XMLElement& entry, void* list), void* list);
+std::int32_t dumpList(const MediaDocument& document, const Rules& rules,
+                      void (*write)(tinyxml2::XMLElement& section, const void* list),
+                      const void* list);
+
+/// Section::read of sections whose entries are read each by itself.
+/// @tparam kRead  fills in a record, or reports what is wrong with its entry and returns false
+template <auto kRead, typename Record>
+bool readEach(const tinyxml2::XMLElement& entry, std::list<Record>& records) {
+  std::list<Record> one(1);
+  if (!kRead(entry, one.front())) return false;
+  records.splice(records.end(), one);
+  return true;
 }
 
-/// Replaces the records of a section, and whatever else stands in it, by the list.
-template <typename Record>
-std::int32_t dump(const Section<Record>& section, const std::list<Record>& records) try {
-  tinyxml2::XMLElement* element = kLiveMedia.open(section.name, BU_FALSE);
-  if (element == nullptr) return CFG_LM_ERR;
-  element->DeleteChildren();
-  for (const Record& record : records) section.write(*element, record);
-  return finishDump(section.name, section.ending);
-} catch (const std::bad_alloc&) {
-  return kLiveMedia.giveUp(BU_FALSE);
+/// Replaces the list by the records of a section. On a fault the records before it stay in the
+/// list.
+/// @return what the family's calls return
+template <const auto& kSection, typename Record>
+std::int32_t load(std::list<Record>& records) {
+  using List = std::list<Record>;
+  return loadList(
+      kSection.document, kSection.rules, [](void* list) { static_cast<List*>(list)->clear(); },
+      [](const tinyxml2::XMLElement& entry, void* list) {
+        return kSection.read(entry, *static_cast<List*>(list));
+      },
+      &records);
+}
+
+/// Replaces the records of a section, and whatever else is in it, by the list.
+/// @return what the family's calls return
+template <const auto& kSection, typename Record>
+std::int32_t dump(const std::list<Record>& records) {
+  using List = std::list<Record>;
+  return dumpList(
+      kSection.document, kSection.rules,
+      [](tinyxml2::XMLElement& section, const void* list) {
+        for (const Record& record : *static_cast<const List*>(list))
+          kSection.write(section, record);
+      },
+      &records);
 }
 
 }  // namespace camcfg

@@ -1,8 +1,6 @@
-#include <new>
 #include <utility>
 
-#include "media/media_entries.h"
-#include "media/stream_document.h"
+#include "media/section.h"
 
 using namespace camcfg;
 using tinyxml2::XMLElement;
@@ -11,6 +9,10 @@ namespace {
 
 using Source = std::shared_ptr<tag_CFG_STREAM_SOURCE_T>;
 
+constexpr Rules kRules = {"StreamSource",
+                          {{"VENC", "AI", "AENC"}, Others::Skipped, "<StreamSource>"},
+                          Success::Silent,
+                          AfterFault::Closed};
 constexpr char kAnySource[] = "<Stream><StreamSource><*>";
 
 template <typename Record>
@@ -20,24 +22,27 @@ Source make() {
 
 struct Kind {
   std::int32_t type;
-  char element[5];
   char channel[7];  // the attribute of s32ChnId
   char path[32];
   Source (*make)();
 };
 
+// In the order of the entries' names.
 constexpr Kind kKinds[] = {
-    {CFG_STREAM_SOURCE_VENC, "VENC", "ChnId", "<Stream><StreamSource><VENC>",
+    {CFG_STREAM_SOURCE_VENC, "ChnId", "<Stream><StreamSource><VENC>",
      make<tag_CFG_STREAM_SOURCE_VENC_T>},
-    {CFG_STREAM_SOURCE_AI, "AI", "AiId", "<Stream><StreamSource><AI>",
-     make<tag_CFG_STREAM_SOURCE_AI_T>},
-    {CFG_STREAM_SOURCE_AENC, "AENC", "AencId", "<Stream><StreamSource><AENC>",
+    {CFG_STREAM_SOURCE_AI, "AiId", "<Stream><StreamSource><AI>", make<tag_CFG_STREAM_SOURCE_AI_T>},
+    {CFG_STREAM_SOURCE_AENC, "AencId", "<Stream><StreamSource><AENC>",
      make<tag_CFG_STREAM_SOURCE_AENC_T>},
 };
 
+const char* nameOf(const Kind& kind) {
+  return kRules.entries.names[&kind - kKinds];
+}
+
 const Kind* kindOfElement(const XMLElement& element) {
   for (const Kind& kind : kKinds)
-    if (isWord(element.Name(), kind.element)) return &kind;
+    if (isWord(element.Name(), nameOf(kind))) return &kind;
   return nullptr;
 }
 
@@ -47,64 +52,45 @@ const Kind* kindOfRecord(const Source& source) {
   return nullptr;
 }
 
-// Reads one element. `name` is that of the source before it and becomes its own.
-bool readSource(const XMLElement& element, const Kind& kind, const char** name,
-                tag_CFG_STREAM_SOURCE_T& source) {
-  if (!kStream.requireInt(element, kind.channel, kind.path, &source.s32ChnId) ||
-      !kStream.requireInt(element, "Id", kAnySource, &source.s32Id))
-    return reject();
-  if (const char* own = element.Attribute("Name")) *name = own;
-  if (*name == nullptr) {
-    kStream.reportMissing("Name", kAnySource);
-    return reject();
-  }
-  source.strName = *name;
-  source.s32Enabled = 1;
-  readInt(element, "Enabled", source.s32Enabled);
+bool readName(const XMLElement& element, const std::list<Source>& before, std::string& name) {
+  // Deliberate: an element without "Name" takes its predecessor's. [source-name-carried]
+  if (before.empty() || element.Attribute("Name") != nullptr)
+    return kStream.requireText(element, "Name", kAnySource, &name);
+  name = before.back()->strName;
   return true;
 }
 
-void writeSource(XMLElement& section, const Kind& kind, const tag_CFG_STREAM_SOURCE_T& source) {
-  XMLElement& element = append(section, kind.element);
-  setInt(element, "Id", source.s32Id);
-  setText(element, "Name", source.strName);
-  setInt(element, kind.channel, source.s32ChnId);
-  if (source.s32Enabled == 0) setInt(element, "Enabled", 0);
+bool readSource(const XMLElement& element, std::list<Source>& sources) {
+  const Kind& kind = *kindOfElement(element);
+  Source source = kind.make();
+  if (!kStream.requireInt(element, kind.channel, kind.path, &source->s32ChnId) ||
+      !kStream.requireInt(element, "Id", kAnySource, &source->s32Id) ||
+      !readName(element, sources, source->strName))
+    return false;
+  source->s32Enabled = 1;
+  readInt(element, "Enabled", source->s32Enabled);
+  sources.push_back(std::move(source));
+  return true;
 }
+
+void writeSource(XMLElement& section, const Source& source) {
+  const Kind* kind = kindOfRecord(source);
+  if (kind == nullptr) return;
+  XMLElement& element = append(section, nameOf(*kind));
+  setInt(element, "Id", source->s32Id);
+  setText(element, "Name", source->strName);
+  setInt(element, kind->channel, source->s32ChnId);
+  if (source->s32Enabled == 0) setInt(element, "Enabled", 0);
+}
+
+constexpr Section<Source> kSources = {kStream, kRules, readSource, writeSource};
 
 }  // namespace
 
-int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) try {
-  const XMLElement* section = kStream.open("StreamSource", BU_TRUE);
-  if (section == nullptr) return CFG_MPP_ERR;
-  sources.clear();
-  // Deliberate: not reset between elements, so one without "Name" takes its predecessor's.
-  // [source-name-carried]
-  const char* name = nullptr;
-  for (const XMLElement* element = section->FirstChildElement(); element != nullptr;
-       element = element->NextSiblingElement()) {
-    const Kind* kind = kindOfElement(*element);
-    if (kind == nullptr) {
-      kStream.print(kWarning, "Un-Support node <%s> by <StreamSource>, Skip.\n", element->Name());
-      continue;
-    }
-    Source source = kind->make();
-    if (!readSource(*element, *kind, &name, *source)) return CFG_MPP_ERR;
-    sources.push_back(std::move(source));
-  }
-  kStream.closeRead();
-  return 0;
-} catch (const std::bad_alloc&) {
-  return kStream.giveUp(BU_TRUE);
+int CFG_MPP_LoadStreamSourceConfig(std::list<Source>& sources) {
+  return load<kSources>(sources);
 }
 
-int CFG_MPP_DumpStreamSourceConfig(const std::list<Source>& sources) try {
-  XMLElement* section = kStream.open("StreamSource", BU_FALSE);
-  if (section == nullptr) return CFG_MPP_ERR;
-  section->DeleteChildren();
-  for (const Source& source : sources)
-    if (const Kind* kind = kindOfRecord(source)) writeSource(*section, *kind, *source);
-  return kStream.closeWrite();
-} catch (const std::bad_alloc&) {
-  return kStream.giveUp(BU_FALSE);
+int CFG_MPP_DumpStreamSourceConfig(const std::list<Source>& sources) {
+  return dump<kSources>(sources);
 }

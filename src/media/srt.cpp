@@ -9,8 +9,8 @@ namespace {
 using Instance = tag_CFG_SRT_INSTANCE_T;
 using Stream = tag_CFG_SRT_STREAM_T;
 
-constexpr char kInstance[] = "Instance";
-constexpr char kStreamElement[] = "Stream";
+constexpr Rules kRules = {"SRT", {{"Instance"}, Others::Ignored, "<SRT>"}};
+constexpr Entries kStreams = {{"Stream"}, Others::Ignored, "<SRT><Instance>"};
 constexpr char kPath[] = "<SRT><Instance>";
 constexpr char kListener[] = "Listener";
 constexpr char kCaller[] = "Caller";
@@ -43,7 +43,7 @@ bool readStream(const XMLElement& element, Stream& stream) {
 
 bool readStreams(const XMLElement& element, Instance& instance) {
   const XMLElement* entry = element.FirstChildElement();
-  while ((entry = supportedFrom(entry, kStreamElement, kPath)) != nullptr) {
+  while ((entry = entryFrom(kLiveMedia, entry, kStreams)) != nullptr) {
     instance.lstStream.emplace_back();
     if (!readStream(*entry, instance.lstStream.back())) return false;
     entry = entry->NextSiblingElement();
@@ -64,14 +64,14 @@ bool readInstance(const XMLElement& element, Instance& instance) {
 }
 
 void writeStream(XMLElement& parent, const Stream& stream) {
-  XMLElement& element = append(parent, kStreamElement);
+  XMLElement& element = append(parent, kStreams.name());
   setText(element, "Id", stream.strId);
   setInt(element, "Default", stream.s32Default);
   for (const int id : stream.lstChannel) setInt(append(element, kChannel), "Id", id);
 }
 
 void writeInstance(XMLElement& section, const Instance& instance) {
-  XMLElement& element = append(section, kInstance);
+  XMLElement& element = append(section, kRules.entries.name());
   setInt(element, "Id", instance.s32Id);
   element.SetAttribute("Mode", instance.s32Mode != 0 ? kListener : kCaller);
   if (!instance.strHostname.empty()) setText(element, "Hostname", instance.strHostname);
@@ -82,14 +82,14 @@ void writeInstance(XMLElement& section, const Instance& instance) {
   for (const Stream& stream : instance.lstStream) writeStream(element, stream);
 }
 
-constexpr Section<Instance> kSrt = {"SRT", kInstance, "<SRT>", readInstance, writeInstance};
+constexpr Section<Instance> kSrt = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};
 
 }  // namespace
 
 int CFG_LM_LoadSrtConfig(std::list<Instance>& instances) {
-  return load(kSrt, instances);
+  return load<kSrt>(instances);
 }
 
 int CFG_LM_DumpSrtConfig(const std::list<Instance>& instances) {
-  return dump(kSrt, instances);
+  return dump<kSrt>(instances);
 }

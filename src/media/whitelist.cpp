@@ -1,7 +1,7 @@
 #include "media/whitelist.h"
 
-#include "media/media_entries.h"
-#include "media/stream_document.h"
+#include "media/document.h"
+#include "media/entries.h"
 
 namespace camcfg {
 

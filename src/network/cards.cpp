@@ -28,7 +28,7 @@ void append(tagNETWORK_CARDS_S& cards, const XMLElement& card) {
   ++cards.s32Count;
 }
 
-// Deliberate: the element is found by the beginning of its name, unlike anywhere else that an
+// Deliberate: the element is found by the beginning of its name, unlike everywhere else where an
 // interface is read. [intf-by-beginning]
 const XMLElement* findInterface(XMLElement* card, const char* cardName, const char* function) {
   if (card == nullptr) return nullptr;
@@ -70,7 +70,7 @@ int CFG_NETWORK_GetCardIntf(char* pcCard, tagNETWORK_CFG_S* pstCfg) {
 
   const char* interface = interfaceOf(*element);
   if (interface[0] == '\0') return -1;
-  // Deliberate: the file is read anew, and what becomes of that is told by the log alone.
+  // Deliberate: the file is read again, and a failure of that shows only in the log.
   // [card-read-twice]
   char current[] = "Cur";
   cfgNetworkGetParam(current, pcCard, pstCfg);

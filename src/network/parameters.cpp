@@ -39,7 +39,7 @@ constexpr char kCurrent[] = "Cur";
 // What a field holds. Those of the kinds that are no text are integers of 32 bits.
 enum class Kind : std::uint8_t { Switch, Duplex, Speed, IpMode, DnsMode, Integer, Text, Interface };
 
-// The words that stand for the values of a kind.
+// The words for the values of a kind.
 struct Word {
   std::int32_t value;
   Kind kind;
@@ -62,7 +62,7 @@ constexpr Word kWords[] = {
 // How an element's name is compared when it is written; it is read by its whole name.
 enum class Match : std::uint8_t { Beginning, Whole };
 
-// Texts stand in the rows themselves: a pointer to each would cost more, since the loader has to
+// Texts are in the rows themselves: a pointer to each would cost more, since the loader has to
 // relocate it.
 struct Parameter {
   char name[10];

@@ -7,12 +7,12 @@
 
 namespace camcfg {
 
-/// Writes an element's "Cur" from the field of the parameter that the element's name stands for; an
+/// Writes an element's "Cur" from the field of the parameter that the element is named after; an
 /// element of another name is left alone.
 /// @return false when memory ran out
 bool writeParameter(tinyxml2::XMLElement& element, const tagNETWORK_CFG_S& record);
 
-/// Fills the field of the parameter that the element's name stands for from one of the element's
+/// Fills the field of the parameter that the element is named after from one of the element's
 /// attributes; an element of another name is ignored.
 void readParameter(tagNETWORK_CFG_S& record, const tinyxml2::XMLElement& element,
                    const char* attribute);

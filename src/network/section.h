@@ -24,8 +24,8 @@ tinyxml2::XMLElement* findNode(tinyxml2::XMLElement* parent, const char* name,
 /// The text of an attribute; empty when it is absent.
 const char* textOrEmpty(const tinyxml2::XMLElement& element, const char* attribute);
 
-/// Saves a file and its backup, unless memory did not suffice to change it. The calls that save
-/// return nothing, so running out of memory is told by the log, under the function given.
+/// Saves a file and its backup, unless memory ran out while it was changed. The calls that save
+/// return nothing, so running out of memory is only logged, under the function given.
 void saveOrReport(WriteDocument& document, bool changed, const char* function);
 
 }  // namespace camcfg

@@ -34,7 +34,7 @@ void cfgNetworkSetSingleParam(char* pcParam, char* pcCard, tagNETWORK_CFG_S stCf
   XMLElement* card = findNode(network, pcCard, __func__);
   XMLElement* element = findNode(card, pcParam, __func__);
   if (element == nullptr) return;
-  // Deliberate: what is written follows from the name found, not from the name asked for. The file
+  // Deliberate: the name found decides what is written, not the name asked for. The file
   // is saved even if that is nothing. [network-found-name]
   saveOrReport(document, writeParameter(*element, stCfg), __func__);
 }

@@ -60,7 +60,7 @@ int setInAnySection(const char* name, Value value, tagBU_BOOL save, const char* 
     printFailed(here(function));
     return -1;
   }
-  // Deliberate: nothing is checked, and unless `save` is 1 the change goes with the document.
+  // Deliberate: nothing is checked, and unless `save` is 1 the change is lost with the document.
   // [set-unchecked]
   if (!setAttribute(*parameter, "Cur", value)) return -1;
   return save != BU_TRUE || document.saveKeepingLock() ? 0 : -1;

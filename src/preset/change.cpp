@@ -56,7 +56,7 @@ int CFG_PRESET_DeleteById(int s32PresetId) {
   if (preset != nullptr) return removeAndSave(document, group, preset);
 
   // Deliberate: an unknown id is no failure, and the file stays locked until somebody calls
-  // CFG_UnlockFile; programs that delete ids they do not know do so, and a release here would make
+  // CFG_UnlockFile; programs that delete unknown ids call it, and a release here would make
   // theirs warn. [preset-delete-unknown]
   document.leaveLocked();
   return 0;

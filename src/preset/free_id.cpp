@@ -41,7 +41,7 @@ int CFG_PRESET_GetUnusedId(int* ps32UnusedId) {
   const TakenIds taken = takenIds(group);
   int id = 0;
   while (id < kProposedIds && taken.test(static_cast<std::size_t>(id))) ++id;
-  // Deliberate: with every id taken the call succeeds all the same; the untouched output tells.
+  // Deliberate: with every id taken the call still succeeds; the untouched output shows it.
   // [preset-all-taken]
   if (id < kProposedIds) *ps32UnusedId = id;
   return 0;

@@ -10,8 +10,8 @@ namespace camcfg {
 /// What the names of presets begin with, and what new ones are called.
 constexpr char kPresetName[] = "preset";
 
-/// The preset group of the preset file's document, which is null if it was not opened. What is
-/// missing is logged under the name of cfgGetPresetCfgNode.
+/// The preset group of the preset file's document, which is null if it was not opened. A
+/// failure is logged under the name of cfgGetPresetCfgNode.
 tinyxml2::XMLElement* findGroup(tinyxml2::XMLDocument* document);
 
 /// The preset group of a document opened for a public call. Without one the document is closed, and

@@ -10,7 +10,7 @@ using tinyxml2::XMLElement;
 namespace {
 
 // Deliberate: a description of 32 to 63 bytes is answered to a query by description and kept from a
-// query by id. Callers of the latter count on the second half of the field staying theirs.
+// query by id. Callers of the latter rely on the second half of the field staying unchanged.
 // [preset-description-limits]
 constexpr std::size_t kDescriptionLimitById = 32;
 constexpr std::size_t kDescriptionLimitByDesc = PRESET_DESC_SIZE;
@@ -36,7 +36,7 @@ int CFG_PRESET_QueryOneById(int s32PresetId, tagPRESET_CFG_S* pstPresetCfg) {
 
 int CFG_PRESET_QueryOneByDesc(const char* ps8Description, tagPRESET_CFG_S* pstPresetCfg) {
   if (ps8Description == nullptr || pstPresetCfg == nullptr) {
-    // Deliberate: named so whichever of the two is null. [preset-null-name]
+    // Deliberate: reported under this name whichever of the two is null. [preset-null-name]
     logError(here(), "pstPresetCfg is NULL\n");
     return -1;
   }

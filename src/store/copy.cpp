@@ -67,7 +67,7 @@ bool copyContents(int from, int to) {
     if (copied > 0) {
       copiedAny = true;
     } else if (copied == 0) {
-      // Some file systems answer 0 for a file that has contents after all.
+      // Some file systems report the size 0 for a file that has contents.
       return copiedAny || copyThroughMemory(from, to);
     } else if (errno != EINTR) {
       return kernelCannotCopy(errno) && copyThroughMemory(from, to);
@@ -113,7 +113,7 @@ bool copyFile(const char* source, const char* destination) {
 int cfgSyncCfgFile(const char* source, const char* destination) {
   if (source == nullptr || destination == nullptr) return kFailed;
   // Deliberate: the destination is what is left of it in a command "cp SOURCE DESTINATION" that is
-  // cut to its room. Programs on the device have always seen the end of a long one go.
+  // cut to its room. On devices a long destination has always lost its end.
   // [copy-command-cut]
   const std::size_t start = std::strlen("cp ") + std::strlen(source) + std::strlen(" ");
   if (start >= kCommandSize) return kFailed;

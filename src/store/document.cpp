@@ -32,7 +32,7 @@ void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
 // "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
 // who wants a backup of them. [backup-path]
 void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
-  std::memset(backupPath, 0, sizeof CFG_DIR_BACKUP);  // a shorter path ends behind the directory
+  std::memset(backupPath, 0, sizeof CFG_DIR_BACKUP);  // a shorter path ends after the directory
   camcfg::copyText(backupPath, mainPath);
   std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
 }
@@ -42,7 +42,7 @@ bool saveBothCopies(XMLDocument& document, const char* path) {
   mainPathOf(mainPath, path);
   const bool written = camcfg::saveXml(document, mainPath);
   sync();
-  // A document that memory did not suffice to write must not reach the backup copy as well.
+  // If memory ran out while writing, the incomplete main copy must not replace the backup.
   if (!written) return false;
 
   char backupPath[CFG_PATH_SIZE];

@@ -13,7 +13,7 @@ template <typename Condition>
 XMLElement* findChild(XMLElement* parent, const char* name, Condition matches) {
   if (parent == nullptr || name == nullptr) return nullptr;
   // Deliberate: a name matches by its beginning. Files are ordered so that the shorter name of a
-  // group stands first, and callers rely on the first in document order. [name-begins]
+  // group comes first, and callers rely on the first in document order. [name-begins]
   const std::size_t length = std::strlen(name);
   for (XMLElement* child = parent->FirstChildElement(); child != nullptr;
        child = child->NextSiblingElement())

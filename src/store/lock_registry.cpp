@@ -51,7 +51,7 @@ bool lockBeforeDeadline(pthread_mutex_t* mutex) {
 
 tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path) try {
   if (path == nullptr) return nullptr;
-  // A device has a handful of files. Going through them takes no memory, unlike a key to look up,
+  // A device has few files. A linear search allocates no memory, unlike a key to look up,
   // so a lock once taken can always be released.
   for (auto& [key, record] : g_mapFileLock)
     if (std::strcmp(key.c_str(), path) == 0) return &record;
@@ -78,7 +78,7 @@ tag_CFG_FILE_LOCK* takeLock(const char* path) {
   log(Level::Warning, kTimeoutPlace, "Lock %s timeout, a deadlock may exist!", path);
   std::printf("[Warn][Cfg] Lock %s timeout, a deadlock may exist!\n", path);
   // Deliberate: the flag goes down although another holder may own the mutex. That holder's unlock
-  // then warns and leaves the mutex locked, as programs on the device have always seen it.
+  // then warns and leaves the mutex locked, as programs on devices have always experienced it.
   // [lock-flag-cleared]
   if (record != nullptr) setLocked(record, 0);
   return nullptr;

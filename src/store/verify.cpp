@@ -44,8 +44,8 @@ struct Counts {
   int backup = 0;
 };
 
-// A directory that cannot be opened counts as empty, unless it is memory or descriptors that are
-// short: then its files may well be there, and the count fails.
+// A directory that cannot be opened counts as empty, unless memory or descriptors ran
+// out: then its files may well exist, and the count fails.
 bool countFiles(const char* directory, int& count) {
   return cfgQueryFileNum(const_cast<char*>(directory), &count) == 0 || !camcfg::isShortage(errno);
 }
@@ -68,7 +68,7 @@ class Verification {
  public:
   explicit Verification(const Counts& counts) : counts_(counts) {}
 
-  // False when memory or descriptors ran out: a copy that could not be loaded for want of them is
+  // False when memory or descriptors ran out: a copy that could not be loaded for lack of them is
   // not a broken copy.
   bool verify(const char* name) {
     Copies copies;

@@ -20,7 +20,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 
 constexpr mode_t kNewFileMode = 0666;
 
-// Does not wait for the other end of a pipe that stands in place of a file.
+// Does not wait for the other end of a pipe that is there instead of a file.
 int openWithoutWaiting(const char* path, int flags) {
   return open(path, flags | O_NONBLOCK | O_CLOEXEC, kNewFileMode);
 }
@@ -49,7 +49,7 @@ Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
   const int fd = openWithoutWaiting(path, O_RDONLY);
   const File file = streamOf(fd, "rb");
   if (file == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
-  // Read whole, so a buffer would only be one more copy.
+  // The file is read in one call, so a buffer would only be one more copy.
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   return isRegular(fd) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS ? Load::Done
                                                                                  : Load::Failed;
@@ -60,13 +60,13 @@ Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
 bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC), "w");
   if (file != nullptr) {
-    // No other thread has this stream, so none of its many small writes needs a lock.
+    // No other thread has this stream, so its many small writes need no lock.
     __fsetlocking(file.get(), FSETLOCKING_BYCALLER);
     document.SaveFile(file.get());
     return true;
   }
   if (errno == ENOMEM) return false;
-  // Opens the file once more to record in the document why it cannot be. ENXIO is a pipe that nobody
+  // Opens the file once more to record in the document why it fails. ENXIO is a pipe that nobody
   // reads, which would be waited for.
   if (errno != ENXIO) document.SaveFile(path);
   return true;

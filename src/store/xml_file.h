@@ -5,7 +5,7 @@
 
 namespace camcfg {
 
-/// Whether `error` says that memory or descriptors ran out, which tells nothing about the file.
+/// Whether `error` says that memory or descriptors ran out, which says nothing about the file.
 bool isShortage(int error);
 
 enum class Load {
@@ -17,7 +17,7 @@ enum class Load {
 /// Loads a regular file into a document.
 Load loadXml(tinyxml2::XMLDocument& document, const char* path);
 
-/// Writes a document to a file, not compact; the outcome stands in the document's error state.
+/// Writes a document to a file, not compact; the outcome is the document's error state.
 /// @return false when memory ran out; the file is incomplete or empty then, if it could be opened
 bool saveXml(tinyxml2::XMLDocument& document, const char* path);
 

@@ -49,7 +49,7 @@ TEST_F(LogTest, PlatformsLoggerIsTheOnlyPlaceARecordGoesTo) {
 std::string captureErrors(const std::function<void()>& run) {
   const int before = dup(STDERR_FILENO);
   const int file = memfd_create("errors", 0);
-  // Threads that write to such a file at once write to the same place, but for this.
+  // Without this, threads that write to such a file at once write to the same place.
   fcntl(file, F_SETFL, O_APPEND);
   dup2(file, STDERR_FILENO);
   run();
@@ -61,7 +61,7 @@ std::string captureErrors(const std::function<void()>& run) {
   return text;
 }
 
-TEST(LogToStandardErrorTest, RecordIsALineWithItsLevelInFront) {
+TEST(LogToStandardErrorTest, RecordIsALineThatBeginsWithItsLevel) {
   EXPECT_EQ(captureErrors([] {
               logToStandardError(Level::Error, "[f:1] ", "Load file %s fail\n", "x.xml");
               logToStandardError(Level::Warning, "[f:2] ", "without %s", "a line break");
@@ -72,7 +72,7 @@ TEST(LogToStandardErrorTest, RecordIsALineWithItsLevelInFront) {
             "<6>[f:3] \n");
 }
 
-TEST(LogToStandardErrorTest, WhatStandsBeforeAnEmptyTextIsNotLookedAt) {
+TEST(LogToStandardErrorTest, WhatComesBeforeAnEmptyTextIsNotLookedAt) {
   static constexpr char kLineBreak[] = "\n";
   EXPECT_EQ(captureErrors([] { logToStandardError(Level::Info, "[f:3] ", kLineBreak + 1); }),
             "<6>[f:3] \n");

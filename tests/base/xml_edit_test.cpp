@@ -29,7 +29,7 @@ TEST_F(XmlEditTest, AttributesAreAddedAndReplaced) {
   EXPECT_STREQ(root->Attribute("Cur"), "-5");
 }
 
-TEST_F(XmlEditTest, NewElementStandsNowhereYet) {
+TEST_F(XmlEditTest, NewElementHasNoPlaceYet) {
   XMLElement* element = newElement(document, "B");
   ASSERT_NE(element, nullptr);
   EXPECT_STREQ(element->Name(), "B");
@@ -54,14 +54,14 @@ bool change(Change set) {
   return element != nullptr && set(*element);
 }
 
-TEST(XmlEditFaultsTest, ShortageOfMemoryIsTold) {
+TEST(XmlEditFaultsTest, ShortageOfMemoryIsReported) {
   const auto setText = [](XMLElement& element) {
     return setAttribute(element, "Text", kLong.c_str());
   };
   const auto setNumber = [](XMLElement& element) { return setAttribute(element, "Number", 1); };
-  const auto told = [](bool struck, bool done) { EXPECT_EQ(done, !struck); };
-  underEachShortage([&] { return change(setText); }, told);
-  underEachShortage([&] { return change(setNumber); }, told);
+  const auto checked = [](bool struck, bool done) { EXPECT_EQ(done, !struck); };
+  underEachShortage([&] { return change(setText); }, checked);
+  underEachShortage([&] { return change(setNumber); }, checked);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ struct Crowd {
   const char* name;
   const char* before;
   const char* entry;
-  const char* behind;
+  const char* after;
   std::size_t (*load)();  // what was loaded; 0 if it failed
 };
 
@@ -64,7 +64,7 @@ constexpr Crowd kCrowds[] = {
      "<Channel Id=\"1\"/>", "</Stream></Instance></SRT></LiveMediaService>", countOfSrtChannels},
 };
 
-// What the loaders print about a million elements is of no use to anybody.
+// Discards what the loaders print about a million elements.
 void withoutOutput(const std::function<void()>& run, int nowhere) {
   std::fflush(stdout);
   const int output = dup(STDOUT_FILENO);
@@ -83,7 +83,7 @@ class LoadersTest : public testing::WithParamInterface<Crowd>, public testing::T
 
 TEST_P(LoadersTest, LoadAMillion) {
   const Crowd& crowd = GetParam();
-  device_.write(kMediaFile, crowd.before + repeated(crowd.entry, kMany) + crowd.behind);
+  device_.write(kMediaFile, crowd.before + repeated(crowd.entry, kMany) + crowd.after);
   std::size_t count = 0;
   const Cost cost = costOf([&] { withoutOutput([&] { count = crowd.load(); }, nowhere_); });
   EXPECT_EQ(count, std::size_t{kMany});

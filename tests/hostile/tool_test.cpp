@@ -10,10 +10,10 @@ using testing::HasSubstr;
 constexpr int kMany = 1000000;
 
 // A list of so many objects with different numbers in one member.
-std::string numbered(const std::string& before, const std::string& behind) {
+std::string numbered(const std::string& before, const std::string& after) {
   std::string list = "[";
   for (int i = 0; i < kMany; ++i)
-    list += (i == 0 ? "{" : ",{") + before + std::to_string(1000 + i) + behind + "}";
+    list += (i == 0 ? "{" : ",{") + before + std::to_string(1000 + i) + after + "}";
   return list + "]";
 }
 
@@ -87,7 +87,7 @@ TEST_F(ToolHostileTest, ATextOfManyMegabytesIsTooLongForAPreset) {
                          "camcfg: preset import: nothing was imported\n"}));
 }
 
-TEST_F(ToolHostileTest, OfATableWithAMillionFaultyRowsSomeFaultsAreTold) {
+TEST_F(ToolHostileTest, OfATableWithAMillionFaultyRowsSomeFaultsAreReported) {
   std::string table = "id,pan\n";
   for (int i = 0; i < kMany; ++i) table += std::to_string(1000 + i) + ",1\n";
   const ToolRun run = runOn({"preset", "import"}, table);
@@ -104,7 +104,7 @@ std::string numberedElements(const std::string& name, int count) {
   return elements;
 }
 
-TEST_F(ToolHostileTest, ADeviceWithTwoHundredThousandPresetsIsToBeMendedFirst) {
+TEST_F(ToolHostileTest, ADeviceWithTwoHundredThousandPresetsIsToBeRepairedFirst) {
   device.write("/cfg0/preset_cfg.xml",
                "<PresetCfg>" + numberedElements("preset", 200000) + "</PresetCfg>");
   EXPECT_EQ(runOn({"import"}, R"({"version": 1, "presets": [{"id": 1, "pan": 5}]})"),
@@ -114,7 +114,7 @@ TEST_F(ToolHostileTest, ADeviceWithTwoHundredThousandPresetsIsToBeMendedFirst) {
                      "camcfg: import: nothing was changed\n"}));
 }
 
-TEST_F(ToolHostileTest, ADocumentThatTakesAwayTwoHundredThousandRecordsTellsEach) {
+TEST_F(ToolHostileTest, ADocumentThatTakesAwayTwoHundredThousandRecordsListsEach) {
   device.write("/cfg0/mpp_cfg.xml", "<Stream><StreamCache/></Stream><LiveMediaService><WEBSOCKET>" +
                                         numberedElements("Channel", 200000) +
                                         "</WEBSOCKET></LiveMediaService>");

@@ -93,7 +93,7 @@ function(NoFileNamesADirectoryOfTheBuild)
   endforeach()
 endfunction()
 
-function(DestdirStandsInFrontOfThePrefix)
+function(DestdirComesBeforeThePrefix)
   set(stage ${SCRATCH}/stage)
   file(REMOVE_RECURSE ${stage})
   set(ENV{DESTDIR} ${stage})
@@ -109,7 +109,7 @@ function(DestdirStandsInFrontOfThePrefix)
   expect_equal("${lines}" "ExecStart=/opt/camcfg/bin/camcfg -v verify --resync")
 endfunction()
 
-# Fails unless every test that there is was run and passed.
+# Fails unless every test was run and passed.
 function(expect_tests output count)
   if(NOT output MATCHES "100% tests passed, 0 tests failed out of ${count}")
     message(NOTICE "${output}")

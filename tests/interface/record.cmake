@@ -8,7 +8,7 @@ function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# What abidiff tells of a file of the record and a library or another record; empty for no difference.
+# What abidiff reports of a file of the record and a library or another record; empty for no difference.
 function(differences_from name other result)
   execute_process(
     COMMAND abidiff --suppressions ${record}/not-ours.ini ${record}/${name} ${other}
@@ -26,11 +26,11 @@ function(expect_as_recorded name)
   if(report)
     message(NOTICE "${report}")
     message(FATAL_ERROR "The interface is not the one on record in packaging/interface. What may "
-      "change is told in docs/compatibility.md; scripts/record-interface.sh renews the record.")
+      "change is stated in docs/compatibility.md; scripts/record-interface.sh renews the record.")
   endif()
 endfunction()
 
-function(IsRecordedAnew)
+function(IsRecordedAgain)
   run(${SOURCE}/scripts/record-interface.sh ${SCRATCH}/now ${SCRATCH}/build)
 endfunction()
 
@@ -42,10 +42,10 @@ function(RecordsAreAsRecorded)
   expect_as_recorded(records.abi)
 endfunction()
 
-# Alters one header or source of a copy, and expects the comparison to tell it in these words.
+# Alters one header or source of a copy, and expects the comparison to report it in these words.
 function(alter file old new)
   file(REMOVE_RECURSE ${SCRATCH}/altered)
-  file(COPY ${SOURCE}/include ${SOURCE}/store ${SOURCE}/params ${SOURCE}/support
+  file(COPY ${SOURCE}/include ${SOURCE}/src
     DESTINATION ${SCRATCH}/altered)
   file(READ ${SCRATCH}/altered/${file} text)
   string(FIND "${text}" "${old}" at)
@@ -56,70 +56,70 @@ function(alter file old new)
   file(WRITE ${SCRATCH}/altered/${file} "${text}")
 endfunction()
 
-function(expect_told name words)
+function(expect_reported name words)
   differences_from(${name} ${SCRATCH}/altered.so report)
   string(FIND "${report}" "${words}" at)
   if(at EQUAL -1)
     message(NOTICE "${report}")
-    message(FATAL_ERROR "not told: ${words}")
+    message(FATAL_ERROR "not reported: ${words}")
   endif()
 endfunction()
 
 function(link_altered)
   run(${COMPILER} -std=c++17 -g -O0 -fPIC -shared -fvisibility=hidden
-    -I ${SCRATCH}/altered/include -I ${SCRATCH}/altered ${ARGN} -o ${SCRATCH}/altered.so)
+    -I ${SCRATCH}/altered/include -I ${SCRATCH}/altered/src ${ARGN} -o ${SCRATCH}/altered.so)
 endfunction()
 
-function(expect_altered_record_told file old new words)
+function(expect_altered_record_reported file old new words)
   alter(include/camcfg/${file} "${old}" "${new}")
   link_altered(${SOURCE}/tests/interface/records.cpp)
-  expect_told(records.abi "${words}")
+  expect_reported(records.abi "${words}")
 endfunction()
 
 function(FieldAddedToARecordIsNoticed)
-  expect_altered_record_told(livemedia.h "std::list<int> lstChannel;"
+  expect_altered_record_reported(livemedia.h "std::list<int> lstChannel;"
     "std::int32_t s32Added = 0; std::list<int> lstChannel;" "1 data member insertion")
 endfunction()
 
 function(FieldAtAnotherOffsetIsNoticed)
-  expect_altered_record_told(preset.h
+  expect_altered_record_reported(preset.h
     "std::int32_t s32Id;" "std::int32_t s32Swapped; std::int32_t s32Id;"
     "offset changed from 0 to 32 (in bits)")
 endfunction()
 
 function(WiderFieldIsNoticed)
-  expect_altered_record_told(network.h "CFG_NETWORK_TEXT_SIZE 32" "CFG_NETWORK_TEXT_SIZE 64"
+  expect_altered_record_reported(network.h "CFG_NETWORK_TEXT_SIZE 32" "CFG_NETWORK_TEXT_SIZE 64"
     "array type size changed from 256 to 512")
 endfunction()
 
 function(ValueOfAnEnumerationIsNoticed)
-  expect_altered_record_told(network.h "IP_MODE_STATIC = 1" "IP_MODE_STATIC = 2"
+  expect_altered_record_reported(network.h "IP_MODE_STATIC = 1" "IP_MODE_STATIC = 2"
     "'tagIP_MODE_E::IP_MODE_STATIC' from value '1' to '2'")
 endfunction()
 
 function(NewVirtualFunctionIsNoticed)
-  expect_altered_record_told(stream.h "virtual ~tag_CFG_STREAM_SOURCE_T() = default;"
+  expect_altered_record_reported(stream.h "virtual ~tag_CFG_STREAM_SOURCE_T() = default;"
     "virtual int kind() const { return 0; } virtual ~tag_CFG_STREAM_SOURCE_T() = default;"
     "'method virtual int tag_CFG_STREAM_SOURCE_T::kind() const'")
 endfunction()
 
-# A library of some of the sources has everything else removed, which is told as well; what counts
+# A library of some of the sources has everything else removed, which is reported as well; what counts
 # is the function that was altered.
 function(RemovedFunctionIsNoticed)
   alter(include/camcfg/params.h "CFG_API int CFG_SYSTEM_GetRtspPort();"
     "int CFG_SYSTEM_GetRtspPort();")
-  link_altered(${SCRATCH}/altered/params/system.cpp)
-  expect_told(libcamcfg.abi "[D] 'function int CFG_SYSTEM_GetRtspPort()'")
+  link_altered(${SCRATCH}/altered/src/params/system.cpp)
+  expect_reported(libcamcfg.abi "[D] 'function int CFG_SYSTEM_GetRtspPort()'")
 endfunction()
 
 function(ChangedResultIsNoticed)
   alter(include/camcfg/params.h "CFG_API int CFG_SYSTEM_GetRtspPort();"
     "CFG_API long CFG_SYSTEM_GetRtspPort();")
-  file(READ ${SCRATCH}/altered/params/system.cpp text)
+  file(READ ${SCRATCH}/altered/src/params/system.cpp text)
   string(REPLACE "int CFG_SYSTEM_GetRtspPort()" "long CFG_SYSTEM_GetRtspPort()" text "${text}")
-  file(WRITE ${SCRATCH}/altered/params/system.cpp "${text}")
-  link_altered(${SCRATCH}/altered/params/system.cpp)
-  expect_told(libcamcfg.abi "return type changed:\n      type name changed from 'int' to 'long int'")
+  file(WRITE ${SCRATCH}/altered/src/params/system.cpp "${text}")
+  link_altered(${SCRATCH}/altered/src/params/system.cpp)
+  expect_reported(libcamcfg.abi "return type changed:\n      type name changed from 'int' to 'long int'")
 endfunction()
 
 cmake_language(CALL ${CHECK})

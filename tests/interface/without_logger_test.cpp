@@ -9,7 +9,7 @@ namespace {
 
 char kPath[] = "/no-such-directory/none.xml";
 
-TEST(WithoutLoggerTest, RecordsGoToStandardErrorWithLevelFunctionAndLineInFront) {
+TEST(WithoutLoggerTest, RecordsGoToStandardErrorAfterLevelFunctionAndLine) {
   EXPECT_EXIT(
       {
         CFG_GetDocByFileName(kPath, BU_TRUE);

@@ -2,7 +2,6 @@
 #include <memory>
 #include <string>
 
-#include "camcfg/stream.h"
 #include "media/every_source.h"
 #include "media/media_test.h"
 
@@ -13,7 +12,7 @@ using Cache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
 
 class CacheUpdatesTest : public MediaTest {
  protected:
-  CacheUpdatesTest() : MediaTest("Stream", "StreamCache", "MppStream", g_STREAM_xmlDoc) {}
+  CacheUpdatesTest() : MediaTest(kStreams, "StreamCache") {}
 
   Outcome enable(int cacheId, int sourceId) {
     return observe([=] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cacheId, sourceId); });

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "camcfg/stream.h"
 #include "media/every_source.h"
+#include "media/layout.h"
 #include "media/media_test.h"
-#include "support/quick_saves.h"
+#include "media/records.h"
 #include "support/random_values.h"
 
 namespace camcfg::tests {
@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Cache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
-using Caches = std::list<Cache>;
+using Caches = CacheList;
 
 constexpr char kCachePath[] = "<Stream><StreamCache><Cache>";
 constexpr char kAllowedPath[] = "<Stream><StreamCache><Cache><AllowedStreamSource>";
@@ -48,9 +48,38 @@ std::vector<std::string> described(const Caches& caches) {
   return all;
 }
 
+TEST(CacheRecordTest, NewCacheIsZeroAndEmpty) {
+  const tag_CFG_STREAM_CACHE_T cache;
+  EXPECT_EQ(cache.s32Id, 0);
+  EXPECT_EQ(cache.strName, "");
+  EXPECT_EQ(cache.s32BufSize, 0);
+  EXPECT_EQ(cache.s32BufUnit, 0);
+  EXPECT_EQ(cache.s32EnabledSrc, 0);
+  EXPECT_EQ(cache.s32AllowedMask, 0);
+}
+
+struct CacheModel {
+  std::int32_t s32Id;
+  std::string strName;
+  std::int32_t s32BufSize;
+  std::int32_t s32BufUnit;
+  std::int32_t s32EnabledSrc;
+  std::int32_t s32AllowedMask;
+};
+
+TEST(CacheRecordTest, CacheIsPlainAndItsFieldsLieInTheOrderOfTheInterface) {
+  using Record = tag_CFG_STREAM_CACHE_T;
+  EXPECT_FALSE(std::is_polymorphic<Record>::value);
+  EXPECT_EQ(
+      layoutOf(&Record::s32Id, &Record::strName, &Record::s32BufSize, &Record::s32BufUnit,
+               &Record::s32EnabledSrc, &Record::s32AllowedMask),
+      layoutOf(&CacheModel::s32Id, &CacheModel::strName, &CacheModel::s32BufSize,
+               &CacheModel::s32BufUnit, &CacheModel::s32EnabledSrc, &CacheModel::s32AllowedMask));
+}
+
 class CachesTest : public MediaTest {
  protected:
-  CachesTest() : MediaTest("Stream", "StreamCache", "MppStream", g_STREAM_xmlDoc) {}
+  CachesTest() : MediaTest(kStreams, "StreamCache") {}
 
   Outcome load() {
     return observe([this] { return CFG_MPP_LoadStreamCacheConfig(caches); });
@@ -274,7 +303,7 @@ void PrintTo(const Whitelist& whitelist, std::ostream* out) {
 
 class WhitelistTest : public CachesTest, public testing::WithParamInterface<Whitelist> {};
 
-TEST_P(WhitelistTest, TellsTheSourcesAllowedAndTheOneCarried) {
+TEST_P(WhitelistTest, ReportsTheSourcesAllowedAndTheOneCarried) {
   give(std::string("<Cache Id=\"4\" Name=\"c\" BufferSizeB=\"1\">") + GetParam().entries +
        "</Cache>\n");
   EXPECT_EQ(load(), (Outcome{0, sizeLine(4, 1, 1) + GetParam().output}));
@@ -401,7 +430,7 @@ TEST_F(CachesTest, LoadAndDumpKeepTheSmallerOfTwoEqualUnits) {
 )");
 }
 
-TEST_F(CachesTest, DumpReplacesWhateverStoodInTheSection) {
+TEST_F(CachesTest, DumpReplacesWhateverWasInTheSection) {
   give("<!-- comment -->\ntext\n<Cache Id=\"1\"/>\n<Unknown/>\n");
   caches = {nullptr, make(1, "a", 1, 1, 1, 0), nullptr};
   EXPECT_EQ(dump(), (Outcome{0, ""}));
@@ -422,11 +451,9 @@ TEST_F(CachesTest, DumpThatCannotOpenTheSectionWritesNothing) {
   device.write(CFG_FILE_MPP, "<Stream><StreamSource/></Stream>");
   EXPECT_EQ(dump(), (Outcome{CFG_MPP_ERR, line("Error", "<StreamCache> not found")}));
   EXPECT_EQ(device.read(CFG_FILE_MPP), "<Stream><StreamSource/></Stream>");
-  EXPECT_FALSE(device.exists(kBackup));
+  EXPECT_FALSE(device.exists(kBackupCopy));
   EXPECT_EQ(state(), "closed, unlocked");
 }
-
-class AnyCachesTest : private QuickSaves, public CachesTest {};
 
 // A cache that allows some source, carries one of these, and is not too large for its numbers.
 Cache randomCache(RandomValues& random) {
@@ -442,7 +469,7 @@ Cache randomCache(RandomValues& random) {
               carried);
 }
 
-TEST_F(AnyCachesTest, LoadAsTheyWereDumped) {
+TEST_F(CachesTest, AnyCachesLoadAsTheyWereDumped) {
   RandomValues random;
   SCOPED_TRACE(random.trace());
   give("");

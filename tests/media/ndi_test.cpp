@@ -105,7 +105,7 @@ TEST_F(NdiTest, MissingTextsAreEmpty) {
       {server, group, name});
 }
 
-TEST_F(NdiTest, EmptyMulticastAddressesAreTakenAsTheyStand) {
+TEST_F(NdiTest, EmptyMulticastAddressesAreTakenAsTheyAre) {
   tag_CFG_NDI_SESSION_T record = silent(2);
   record.strMulticastIp = "";
   record.strMulticastNetmask = "";
@@ -200,7 +200,7 @@ TEST_F(NdiTest, ChannelWithoutIdIsReportedBeforeItsTypeUnderTheNameOfAnotherElem
   expectRefused(instance("<Channel Id='1'/>"), kNoType);
 }
 
-TEST_F(NdiTest, ChannelOfAnUnknownTypeNeedsAnIdAllTheSame) {
+TEST_F(NdiTest, ChannelOfAnUnknownTypeNeedsAnIdNevertheless) {
   expectRefused(instance("<Channel Type='Data'/>"), kNoId);
 }
 

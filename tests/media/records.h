@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "camcfg/livemedia.h"
+#include "camcfg/stream.h"
 
 inline auto fields(const tag_CFG_WEBSOCKET_SESSION_T& record) {
   return std::make_tuple(record.strName, record.s32Id);
@@ -57,6 +58,8 @@ auto operator<<(std::ostream& out, const Record& record) -> decltype(fields(reco
 
 namespace camcfg::tests {
 
+using SourceList = std::list<std::shared_ptr<tag_CFG_STREAM_SOURCE_T>>;
+using CacheList = std::list<std::shared_ptr<tag_CFG_STREAM_CACHE_T>>;
 using WebsocketList = std::list<tag_CFG_WEBSOCKET_SESSION_T>;
 using RtspList = std::list<std::shared_ptr<tag_CFG_RTSP_SESSION_T>>;
 using RtmpList = std::list<tag_CFG_RTMP_SESSION_T>;

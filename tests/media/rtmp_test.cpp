@@ -248,7 +248,7 @@ TEST_F(RtmpTest, AfterADumpEveryOpeningOfTheFileWaitsTenSecondsAndFails) {
   EXPECT_EQ(result, CFG_LM_ERR);
   EXPECT_EQ(records, before());
   EXPECT_THAT(log.texts(), testing::ElementsAre(kLockTimeout, kLockTimeout, kLockTimeout));
-  EXPECT_THAT(printed, testing::HasSubstr(error("Config File open failed")));
+  EXPECT_THAT(printed, testing::HasSubstr(family().error("Config File open failed")));
   EXPECT_EQ(state(), "closed, locked");
 }
 

@@ -1,35 +1,26 @@
 #ifndef CAMCFG_TESTS_MEDIA_SERVICE_TEST_H
 #define CAMCFG_TESTS_MEDIA_SERVICE_TEST_H
 
-#include <cstddef>
 #include <list>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "media/livemedia_test.h"
+#include "media/layout.h"
+#include "media/media_test.h"
 #include "media/records.h"
 
 namespace camcfg::tests {
 
-/// The size of a record and where its fields lie in it; their types are part of the type.
-template <typename... Fields>
-struct Layout {
-  std::size_t size;
-  std::vector<std::ptrdiff_t> offsets;
+inline std::string warning(const std::string& message) {
+  return kServices.warning(message);
+}
 
-  bool operator==(const Layout& other) const {
-    return size == other.size && offsets == other.offsets;
-  }
-};
+inline std::string required(const std::string& attribute, const std::string& path) {
+  return kServices.required(attribute, path);
+}
 
-template <typename Record, typename... Fields>
-Layout<Fields...> layoutOf(Fields Record::*... fields) {
-  const Record record{};
-  const auto offset = [&record](const auto& field) {
-    return reinterpret_cast<const char*>(&field) - reinterpret_cast<const char*>(&record);
-  };
-  return {sizeof record, {offset(record.*fields)...}};
+inline std::string unsupported(const std::string& element, const std::string& path) {
+  return warning("Un-support element <" + element + "> at " + path + ", ignored.");
 }
 
 /// What a text yields as an integer attribute; none where the attribute keeps its preset.
@@ -78,7 +69,7 @@ inline int asTheXmlLibraryReads(const char* text, int preset) {
 
 /// A test on the loader and the dumper of one service.
 template <typename List>
-class ServiceTest : public LiveMediaTest {
+class ServiceTest : public MediaTest {
  protected:
   using Loader = std::int32_t (*)(List&);
   using Dumper = std::int32_t (*)(const List&);
@@ -91,12 +82,17 @@ class ServiceTest : public LiveMediaTest {
 
   /// @param before  what a list holds before it is loaded into
   ServiceTest(const char* section, Loader loader, Dumper dumper, const List& before)
-      : LiveMediaTest(section), name_(section), loader_(loader), dumper_(dumper), before_(before) {}
+
+      : MediaTest(kServices, section),
+        name_(section),
+        loader_(loader),
+        dumper_(dumper),
+        before_(before) {}
 
   const List& before() const { return before_; }
 
-  std::string loadSuccess() const { return info("Load " + name_ + " Config success."); }
-  std::string dumpSuccess() const { return info("Update " + name_ + " Config success."); }
+  std::string loadSuccess() const { return kServices.info("Load " + name_ + " Config success."); }
+  std::string dumpSuccess() const { return kServices.info("Update " + name_ + " Config success."); }
 
   Loaded load() const {
     List records = before_;

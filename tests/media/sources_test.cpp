@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "camcfg/stream.h"
+#include "media/layout.h"
 #include "media/media_test.h"
-#include "support/quick_saves.h"
+#include "media/records.h"
 #include "support/random_values.h"
 
 namespace camcfg::tests {
@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Source = std::shared_ptr<tag_CFG_STREAM_SOURCE_T>;
-using Sources = std::list<Source>;
+using Sources = SourceList;
 
 template <typename Record>
 Source make(int id, const std::string& name, int channel, int enabled) {
@@ -50,9 +50,58 @@ std::vector<std::string> described(const Sources& sources) {
   return all;
 }
 
+template <typename Record>
+void expectFresh(std::int32_t type) {
+  const Record record{};
+  EXPECT_EQ(record.s32Type, type);
+  EXPECT_EQ(record.s32Id, -1);
+  EXPECT_EQ(record.strName, "");
+  EXPECT_EQ(record.s32Enabled, 0);
+}
+
+TEST(SourceRecordTest, NewSourceHasItsKindAndNothingElse) {
+  expectFresh<tag_CFG_STREAM_SOURCE_T>(0);
+  expectFresh<tag_CFG_STREAM_SOURCE_VENC_T>(1);
+  expectFresh<tag_CFG_STREAM_SOURCE_AI_T>(2);
+  expectFresh<tag_CFG_STREAM_SOURCE_AENC_T>(3);
+}
+
+struct SourceModel {
+  std::int32_t s32Type;
+  std::int32_t s32Id;
+  std::string strName;
+  std::int32_t s32Enabled;
+  std::int32_t s32ChnId;
+
+  virtual ~SourceModel() = default;
+};
+
+TEST(SourceRecordTest, FieldsLieInTheOrderOfTheInterface) {
+  using Record = tag_CFG_STREAM_SOURCE_T;
+  EXPECT_EQ(layoutOf(&Record::s32Type, &Record::s32Id, &Record::strName, &Record::s32Enabled,
+                     &Record::s32ChnId),
+            layoutOf(&SourceModel::s32Type, &SourceModel::s32Id, &SourceModel::strName,
+                     &SourceModel::s32Enabled, &SourceModel::s32ChnId));
+}
+
+template <typename Kind>
+constexpr bool isPlainKind() {
+  return std::is_base_of<tag_CFG_STREAM_SOURCE_T, Kind>::value &&
+         std::is_convertible<Kind*, tag_CFG_STREAM_SOURCE_T*>::value &&
+         std::has_virtual_destructor<Kind>::value &&
+         sizeof(Kind) == sizeof(tag_CFG_STREAM_SOURCE_T);
+}
+
+TEST(SourceRecordTest, KindsAddNoFieldsAndAreDestroyedThroughTheirBase) {
+  EXPECT_TRUE(std::has_virtual_destructor<tag_CFG_STREAM_SOURCE_T>::value);
+  EXPECT_TRUE(isPlainKind<tag_CFG_STREAM_SOURCE_VENC_T>());
+  EXPECT_TRUE(isPlainKind<tag_CFG_STREAM_SOURCE_AI_T>());
+  EXPECT_TRUE(isPlainKind<tag_CFG_STREAM_SOURCE_AENC_T>());
+}
+
 class SourcesTest : public MediaTest {
  protected:
-  SourcesTest() : MediaTest("Stream", "StreamSource", "MppStream", g_STREAM_xmlDoc) {}
+  SourcesTest() : MediaTest(kStreams, "StreamSource") {}
 
   Outcome load() {
     return observe([this] { return CFG_MPP_LoadStreamSourceConfig(sources); });
@@ -142,7 +191,7 @@ class SourceFaultTest : public SourcesTest, public testing::WithParamInterface<F
 
 TEST_P(SourceFaultTest, StopsTheLoadAndKeepsTheRecordsBeforeIt) {
   give(std::string("<VENC Id=\"1\" Name=\"\" ChnId=\"2\"/>\n") + GetParam().entry +
-       "\n<VENC Id=\"3\" Name=\"behind\" ChnId=\"4\"/>\n");
+       "\n<VENC Id=\"3\" Name=\"after\" ChnId=\"4\"/>\n");
   EXPECT_EQ(load(), (Outcome{CFG_MPP_ERR, missing(GetParam().attribute, GetParam().path)}));
   EXPECT_THAT(described(sources), ElementsAre("VENC/1 1 \"\" channel 2 enabled 1"));
   EXPECT_EQ(state(), "closed, unlocked");
@@ -266,7 +315,7 @@ TEST_F(SourcesTest, DisabledSourceStaysDisabledAndAnyOtherIsPlainlyEnabled) {
 )");
 }
 
-TEST_F(SourcesTest, DumpReplacesWhateverStoodInTheSection) {
+TEST_F(SourcesTest, DumpReplacesWhateverWasInTheSection) {
   give("<!-- comment -->\n<VENC Id=\"1\" Name=\"a\" ChnId=\"2\"/>\n<Unknown/>\n<AI/>\n");
   sources = {ai(3, "mic", 4, 1)};
   EXPECT_EQ(dump(), (Outcome{0, ""}));
@@ -296,11 +345,11 @@ TEST_F(SourcesTest, DumpThatCannotOpenTheSectionWritesNothing) {
   sources = {venc(1, "a", 2, 1)};
   EXPECT_EQ(dump(), (Outcome{CFG_MPP_ERR, line("Error", "<StreamSource> not found")}));
   EXPECT_EQ(device.read(CFG_FILE_MPP), "<Stream><StreamCache/></Stream>");
-  EXPECT_FALSE(device.exists(kBackup));
+  EXPECT_FALSE(device.exists(kBackupCopy));
   EXPECT_EQ(state(), "closed, unlocked");
 }
 
-TEST_F(SourcesTest, DumpWhoseSaveFailsSucceedsAllTheSame) {
+TEST_F(SourcesTest, DumpWhoseSaveFailsSucceedsNevertheless) {
   give("");
   device.remove("/cfg1");
   EXPECT_EQ(dump(), (Outcome{0, ""}));
@@ -313,9 +362,7 @@ Source randomSource(RandomValues& random) {
   return kMake[random.number(0, 2)](random.id(), random.text(), random.id(), random.number(0, 1));
 }
 
-class AnySourcesTest : private QuickSaves, public SourcesTest {};
-
-TEST_F(AnySourcesTest, LoadAsTheyWereDumped) {
+TEST_F(SourcesTest, AnySourcesLoadAsTheyWereDumped) {
   RandomValues random;
   SCOPED_TRACE(random.trace());
   give("");

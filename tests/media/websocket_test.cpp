@@ -52,7 +52,7 @@ TEST_F(WebsocketTest, EmptyNameIsAccepted) {
   expectLoaded("<Channel Id='1' Name=''/>", {{"", 1}});
 }
 
-TEST_F(WebsocketTest, NameIsTakenAsItStands) {
+TEST_F(WebsocketTest, NameIsTakenAsItIs) {
   const std::string longName(5000, 'n');
   expectLoaded(
       "<Channel Id='1' Name='  100% %s &lt;&amp;&quot;&apos;&gt; \xC3\xA9 '/>"

@@ -38,13 +38,13 @@ TEST_F(CardsTest, AFourthCardIsNotListed) {
               R"(<D><Intf Cur="Eth1"/></D><E/>)"));
   struct {
     Cards cards;
-    char behind[64];
+    char after[64];
   } memory{patterned<Cards>(), {}};
-  std::memset(memory.behind, '#', sizeof memory.behind);
+  std::memset(memory.after, '#', sizeof memory.after);
 
   EXPECT_EQ(CFG_NETWORK_GetCards(&memory.cards), 0);
   EXPECT_EQ(memory.cards, (Cards{{"C", "B", "A"}, {"wlan0", "eth1", "eth0"}, 3}));
-  EXPECT_EQ(std::string(memory.behind, sizeof memory.behind), std::string(64, '#'));
+  EXPECT_EQ(std::string(memory.after, sizeof memory.after), std::string(64, '#'));
 }
 
 TEST_F(CardsTest, ASectionWithoutCardsIsAnEmptyList) {
@@ -165,7 +165,7 @@ TEST_F(CardIntfTest, AnEarlierElementWhoseNameBeginsLikeTheInterfacesDecides) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_F(CardIntfTest, TheCardIsReadAnewAndAFailureOfThatIsNotLookedAt) {
+TEST_F(CardIntfTest, TheCardIsReadAgainAndAFailureOfThatIsNotLookedAt) {
   store(kFactory);
   makeLockRecord();
   int reread = 0;
@@ -197,7 +197,7 @@ TEST_F(CardIntfTest, ANullArgumentFailsWithoutOpeningTheFileOrTouchingTheRecord)
   EXPECT_EQ(g_mapFileLock.count(CFG_FILE_BUSINESS), 0U);
 }
 
-TEST_F(CardIntfTest, AnUnusableFileClearsTheInterfaceAlone) {
+TEST_F(CardIntfTest, AnUnusableFileClearsOnlyTheInterface) {
   expectFailure("Lan");
   for (const char* contents : kUnusable) {
     SCOPED_TRACE(contents);

@@ -17,7 +17,7 @@ class HostnameTest : public NetworkTest {
   }
 };
 
-// Text of all bytes of a literal, those behind embedded zeros included.
+// Text of all bytes of a literal, those after embedded zeros included.
 template <std::size_t Size>
 std::string bytes(const char (&literal)[Size]) {
   return {literal, Size - 1};

@@ -16,7 +16,7 @@ constexpr char kNotOpened[] = "XMLDocument haven't initialize\n";
 constexpr char kNoElement[] = "Load /cfg0/business_param.xml failed\n";
 constexpr char kNotStored[] = "Save /cfg0/business_param.xml failed\n";
 
-// An operation on the section, told to work on a card "Lan" if it takes one.
+// An operation on the section; it works on a card "Lan" if it takes one.
 struct Operation {
   const char* name;
   const char* loggedAs;
@@ -127,7 +127,7 @@ TEST_P(SectionTest, AMissingCardIsReportedByItsNameAndTheFileLeftAlone) {
   }
 }
 
-TEST_P(SectionTest, TheSectionIsFoundBehindOthers) {
+TEST_P(SectionTest, TheSectionIsFoundAfterOthers) {
   store(kFactory);
   GetParam().run();
   EXPECT_THAT(log.records(), IsEmpty());
@@ -174,7 +174,7 @@ TEST_P(ShortMemoryTest, IsReportedWithTheFileUnlockedAndTheBackupLeftAlone) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_P(ShortMemoryTest, ForGoodLeavesTheFileUnlockedAndTheBackupAlone) {
+TEST_P(ShortMemoryTest, ForGoodLeavesTheFileUnlockedAndTheBackupUnchanged) {
   for (int allocation = 1; strikes(allocation, Shortage::FromThenOn); ++allocation) {
     SCOPED_TRACE(allocation);
     expectNothingStored();

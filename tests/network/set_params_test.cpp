@@ -169,7 +169,7 @@ TEST_F(SetParamsTest, AnyMtuIsWrittenInDecimal) {
   }
 }
 
-TEST_F(SetParamsTest, TextsAreWrittenAsTheyStand) {
+TEST_F(SetParamsTest, TextsAreWrittenAsTheyAre) {
   Settings settings{};
   setField(settings.acIpAddr, "not an <address>");
   expectWritten(settings, {{"<IpAddr Cur=\"a\"/>", "<IpAddr Cur=\"not an &lt;address&gt;\"/>"},
@@ -183,7 +183,7 @@ TEST_F(SetParamsTest, ATextWithoutATerminatorEndsWithItsField) {
                                         {"<DhcpDns2/>", "<DhcpDns2" + cur}});
 }
 
-TEST_F(SetParamsTest, OneParameterIsWrittenFromItsFieldAlone) {
+TEST_F(SetParamsTest, OneParameterIsWrittenOnlyFromItsField) {
   store(kFactory);
   cfgNetworkSetSingleParam(text("GateWay"), text("Lan"), factoryDefault());
   expectSaved(replaced(kFactory, "Cur=\"192.168.1.1\"", "Cur=\"10.0.0.1\""));

@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The two setters by name alone differ in the value's type only; both are put to every test.
+// The two setters by name differ only in the value's type; both are put to every test.
 struct Setter {
   const char* function;
   int (*set)(char* name, tagBU_BOOL save);  // sets "Cur" to 7
@@ -69,7 +69,7 @@ TEST_P(AnySectionSetTest, MissingValueIsCreated) {
   expectSaved("<System>\n    <Rtsp Def=\"554\" Cur=\"7\"/>\n</System>\n");
 }
 
-TEST_P(AnySectionSetTest, FirstSectionThatHasTheParameterIsChangedAlone) {
+TEST_P(AnySectionSetTest, OnlyTheFirstSectionThatHasTheParameterIsChanged) {
   write(
       "<Rtsp/><Deep><In><Rtsp/></In></Deep><First><RtspOverHttp/><Rtsp/></First>"
       "<Second><Rtsp/></Second>");

@@ -25,7 +25,7 @@ class AnySectionTest : public ParamsTest {
   }
 };
 
-// Expects all three fields as told, whole, and nothing written elsewhere. Null: not written.
+// Expects all three fields as given, whole, and nothing written elsewhere. Null: not written.
 void expectTexts(TextRecord& value, const char* options, const char* factory, const char* current) {
   const auto holds = [](const auto& field, const char* expected) {
     return expected == nullptr ? TextRecord::isPattern(field) : TextRecord::isText(field, expected);
@@ -36,7 +36,7 @@ void expectTexts(TextRecord& value, const char* options, const char* factory, co
   EXPECT_TRUE(value.guardsIntact());
 }
 
-TEST_F(AnySectionTest, RecordsAreLaidOutAsTold) {
+TEST_F(AnySectionTest, RecordsAreLaidOutAsDeclared) {
   EXPECT_EQ(offsetof(tagCFG_VALUE_TXT_S, acOptTxt), 0u);
   EXPECT_EQ(offsetof(tagCFG_VALUE_TXT_S, acDef), 256u);
   EXPECT_EQ(offsetof(tagCFG_VALUE_TXT_S, acCur), 272u);

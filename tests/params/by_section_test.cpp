@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A buffer as callers hand it in, but with a pattern behind and in place of the zeroes.
+// A buffer as callers hand it in, but with a pattern after it and in place of the zeroes.
 class OutBuffer {
  public:
   char* get() { return bytes_.data(); }

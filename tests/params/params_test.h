@@ -41,7 +41,7 @@ inline auto returnsSilently(int result) {
   return testing::FieldsAre(result, "");
 }
 
-/// Matches a failure told on standard output as "FUNCTION LINE message".
+/// Matches a failure reported on standard output as "FUNCTION LINE message".
 inline auto failsSaying(const std::string& function, const std::string& message) {
   return testing::FieldsAre(-1, testing::MatchesRegex(function + " [1-9][0-9]* " + message + "\n"));
 }
@@ -69,7 +69,7 @@ class Guarded {
     const char* bytes = reinterpret_cast<const char*>(&field);
     return std::all_of(bytes, bytes + sizeof field, [](char byte) { return byte == kPattern; });
   }
-  /// Whether a field holds this text, its terminator, and the pattern behind it.
+  /// Whether a field holds this text, its terminator, and the pattern after it.
   template <std::size_t Size>
   static bool isText(const char (&field)[Size], const std::string& text) {
     return std::strncmp(field, text.c_str(), Size) == 0 &&

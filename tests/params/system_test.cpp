@@ -147,7 +147,7 @@ TEST_F(HttpPortTest, OneIsReadWhenTheOtherCannotBe) {
   EXPECT_EQ(https, 443);
 }
 
-TEST_F(HttpPortTest, ShorterNameHitsTheLongerElementWhereThatStandsFirst) {
+TEST_F(HttpPortTest, ShorterNameHitsTheLongerElementWhereThatComesFirst) {
   writeSystem("<WebHttps Cur='443'/><WebHttp Cur='80'/>");
   EXPECT_THAT(get(), returnsSilently(0));
   EXPECT_EQ(http, 443);

@@ -229,7 +229,7 @@ TEST_F(DeleteByIdTest, EveryIdIsUnknownInAnEmptyGroup) {
   removeUnknown(0);
 }
 
-TEST_F(DeleteByIdTest, NextCallAfterAnUnknownIdWaitsInVainForTheLock) {
+TEST_F(DeleteByIdTest, NextCallAfterAnUnknownIdWaitsForTheLockAndFails) {
   givenPresets("<preset Id='1'/>");
   removeUnknown(2);
   const auto start = std::chrono::steady_clock::now();

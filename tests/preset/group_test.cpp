@@ -128,7 +128,7 @@ class GroupFailureTest : public PresetTest, public testing::WithParamInterface<F
     if (GetParam().contents != nullptr) givenFile(GetParam().contents);
   }
 
-  // What is logged for want of a group.
+  // What is logged where there is no group.
   static std::vector<testing::Matcher<testkit::LogRecord>> messages() {
     std::vector<testing::Matcher<testkit::LogRecord>> records;
     if (GetParam().message == kNotLoaded)

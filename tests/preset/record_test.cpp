@@ -61,7 +61,7 @@ TEST_F(RecordTest, AnyIntegersComeBackAsTheyWere) {
   EXPECT_EQ(byDescription("Door"), overPattern(door, 4));
 }
 
-TEST_F(RecordTest, AttributesMayStandInAnyOrder) {
+TEST_F(RecordTest, AttributesMayComeInAnyOrder) {
   givenPresets(
       "<preset FocusMode='5' FocusPos='4' private='9' ZoomPos='3' TiltPos='2' PanPos='1' "
       "Description='Door' Id='6'/>");
@@ -188,7 +188,7 @@ TEST_F(RecordTest, DescriptionThatFillsItsFieldIsStoredUpToTheFieldsEnd) {
   givenPresets("");
   struct {
     tagPRESET_CFG_S record = preset(1, std::string(64, 'd'));
-    char behind[8] = "BEHIND!";
+    char after[8] = "UNUSED!";
   } memory;
   EXPECT_EQ(CFG_PRESET_SetParam(&memory.record), 0);
   expectBothCopies(group("    <preset Id=\"1\" Description=\"" + std::string(64, 'd') +

@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(InputTest, PartsStandBetweenLinesOfTwoPercentSigns) {
+TEST(InputTest, PartsAreBetweenLinesOfTwoPercentSigns) {
   EXPECT_THAT(split("a\n%%\nb\n\n%%\n"), ElementsAre("a", "b\n", ""));
   EXPECT_THAT(split(""), ElementsAre(""));
   EXPECT_THAT(split("a%%\n%%"), ElementsAre("a%%\n%%"));

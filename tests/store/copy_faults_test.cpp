@@ -195,7 +195,7 @@ TEST_F(CopyFaultsTest, WithoutStandardInputItsDescriptorIsUsedAndClosedAgain) {
   EXPECT_EQ(::open("/", O_RDONLY), STDIN_FILENO);
 }
 
-TEST_F(CopyFaultsTest, StandardInputsDescriptorWillDoForTheDestinationAndItsDirectory) {
+TEST_F(CopyFaultsTest, StandardInputsDescriptorServesForTheDestinationAndItsDirectory) {
   for (const auto& [destination, copied] : {std::pair{"/to", "/to"}, {"/cfg0", "/cfg0/from"}}) {
     calls->status = [](int, struct stat&) -> std::optional<int> {
       close(STDIN_FILENO);  // after the source was opened

@@ -25,7 +25,7 @@ Document open(tagBU_BOOL readOnly) {
 
 class DocumentFaultsTest : private QuickSaves, public DeviceTest {
  protected:
-  /// Opens the file in vain in both modes.
+  /// Opens the file in both modes, without success.
   long allocationsLeftByOpening() {
     EXPECT_EQ(open(BU_TRUE), nullptr);  // makes the lock's record
     log.clear();

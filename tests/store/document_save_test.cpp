@@ -299,7 +299,7 @@ TEST_F(DocumentSaveTest, FullDeviceIsNotReported) {
 
 // --- the files themselves ---
 
-TEST_F(DocumentSaveTest, FilesAreRewrittenInPlaceAndNothingIsLeftBeside) {
+TEST_F(DocumentSaveTest, FilesAreRewrittenInPlaceAndNothingElseIsLeft) {
   device.write(kPath, "older");
   device.write("/cfg1/x.xml", "older");
   const ino_t main = inodeOf(kPath);

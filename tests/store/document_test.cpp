@@ -172,7 +172,7 @@ TEST_F(DocumentTest, EveryReaderOwnsADocumentOfItsOwn) {
   EXPECT_EQ(device.read(kPath), "<A Cur=\"1\"/>");
 }
 
-TEST_F(DocumentTest, PathIsLoadedAndLockedAsItStands) {
+TEST_F(DocumentTest, PathIsLoadedAndLockedAsItIs) {
   device.write("/x.xml", "<WorkingDirectory/>");
   device.write("/cfg0/x.xml", "<Main/>");
   const Document relative = open("x.xml", 0);

@@ -20,7 +20,7 @@ class ElementSearchTest : public testing::Test {
     EXPECT_EQ(document.Parse(("<Parent>" + children + "</Parent>").c_str()), tinyxml2::XML_SUCCESS);
     return document.RootElement();
   }
-  /// How the tests tell elements apart: their attribute "n", or that there is none.
+  /// How the tests tell elements apart: their attribute "n", or that it is missing.
   static std::string numberOf(const XMLElement* element) {
     return element == nullptr ? "none" : element->Attribute("n");
   }

@@ -61,7 +61,7 @@ void runThreads(int count, Body body) {
 
 class LockRegistryTest : public DeviceTest {
  protected:
-  /// Unlocks a path that is not locked, and expects to be told so.
+  /// Unlocks a path that is not locked, and expects the warning.
   void expectUnlockWarns(const char* path) {
     log.clear();
     int result = -1;
@@ -108,7 +108,7 @@ TEST_F(LockRegistryTest, LaterNamingFindsTheRecordWhereItWas) {
   EXPECT_EQ(record->s32Locked, 0);
 }
 
-TEST_F(LockRegistryTest, KeyIsThePathAsItStands) {
+TEST_F(LockRegistryTest, KeyIsThePathAsItIs) {
   const std::vector<std::string> paths{"",
                                        "/cfg0//business_param.xml",
                                        "/cfg0/business_param.xml",

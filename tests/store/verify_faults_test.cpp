@@ -49,7 +49,7 @@ TEST_F(VerifyFaultsTest, DirectoryThatNoDescriptorIsLeftForIsNotTakenForAnEmptyO
   }
 }
 
-// Files are opened with the descriptor behind those of the three standard streams and the scan.
+// Files are opened with the descriptor after those of the three standard streams and the scan.
 TEST_F(VerifyFaultsTest, IntactCopyThatNoDescriptorIsLeftForIsNotReplaced) {
   for (const char* directory : {kMain, kBackup, kDefault}) writeGood(directory);
   // UndefinedBehaviorSanitizer looks at a class with a descriptor of its own, the first time.

@@ -233,7 +233,7 @@ TEST_F(VerifyTest, MainCopyStaysBrokenWhenNothingBetterExists) {
   EXPECT_EQ(device.read("/cfg0/x.xml"), broken(kMain));
 }
 
-TEST_F(VerifyTest, CopyThatFailsIsReportedAsMadeAllTheSame) {
+TEST_F(VerifyTest, CopyThatFailsIsReportedAsMadeNevertheless) {
   writeGood(kDefault);
   writeGood(kBackup);
   device.remove(kMain);

@@ -59,7 +59,7 @@ TEST_F(XmlFileTest, NewFileMayBeReadAndWrittenByAllWhomTheUmaskLets) {
   EXPECT_EQ(status.st_mode & 07777, 0666u);
 }
 
-TEST_F(XmlFileTest, SaveThatFailsStandsInTheDocument) {
+TEST_F(XmlFileTest, SaveThatFailsShowsInTheDocument) {
   EXPECT_TRUE(saveXml(document, "/nowhere/x"));
   EXPECT_EQ(document.ErrorID(), tinyxml2::XML_ERROR_FILE_COULD_NOT_BE_OPENED);
 }

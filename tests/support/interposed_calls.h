@@ -11,7 +11,7 @@
 
 namespace camcfg::tests {
 
-/// What stands between the library and the C library. A hook that is not set lets the call pass;
+/// Hooks between the library and the C library. A hook that is not set lets the call pass;
 /// one that returns a value answers in the call's place (and sets errno where the call would).
 /// Programs that use it are linked with interposed_calls.cpp; for sync() there is quick_saves.h.
 struct InterposedCalls {

@@ -21,7 +21,7 @@ QuickSaves::~QuickSaves() {
 
 }  // namespace camcfg::tests
 
-// Stands before the C library's own: the library's saves end up here.
+// Called instead of the C library's own: the library's saves end up here.
 extern "C" __attribute__((visibility("default"))) void sync() noexcept {
   if (camcfg::tests::insteadOfSync)
     camcfg::tests::insteadOfSync();

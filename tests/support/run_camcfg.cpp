@@ -71,7 +71,7 @@ std::vector<std::string> commandLine(const std::string& program,
 }
 
 // What a leak checker knows of stacks is out of its reach once the tool is in the device's root; it
-// would no longer tell the locks, which live as long as the process, from leaks.
+// would no longer distinguish the locks, which live as long as the process, from leaks.
 void leaveLeaksUnchecked() {
   const char* given = getenv("ASAN_OPTIONS");
   const std::string options = given == nullptr ? "" : std::string(given) + ":";
@@ -111,7 +111,7 @@ ToolRun runCommand(const std::vector<std::string>& words, const std::function<vo
 ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function<void()>& inChild,
                   const std::string& program) {
   return runCommand(commandLine(program.empty() ? CAMCFG_TOOL : program, arguments), [&] {
-    // The option may stand in a line that is to be completed.
+    // The option may be in a line that is to be completed.
     const bool entersRoot = std::any_of(
         arguments.begin(), arguments.end(),
         [](const std::string& argument) { return argument.find("--root") != std::string::npos; });

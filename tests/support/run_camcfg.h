@@ -8,7 +8,7 @@
 
 namespace camcfg::tests {
 
-/// What a run of the tool left behind.
+/// What a run of the tool printed and returned.
 struct ToolRun {
   int status;  ///< exit status; 128 and the signal's number for a run that a signal ended
   std::string out;
@@ -28,14 +28,14 @@ inline void PrintTo(const ToolRun& run, std::ostream* stream) {
 /// Runs a program of this system, found by PATH.
 /// @param words    its name and its arguments
 /// @param inChild  done in the child process right before
-/// @return what it left behind; the status is 127 if it is not installed
+/// @return what it printed and returned; the status is 127 if it is not installed
 ToolRun runCommand(const std::vector<std::string>& words,
                    const std::function<void()>& inChild = {});
 
 /// Runs the tool that was built, under the emulator where there is one.
-/// @param arguments  behind the program's name
+/// @param arguments  those after the program's name
 /// @param inChild    done in the child process right before
-/// @param program    the tool to run in place of the one that was built
+/// @param program    the tool to run instead of the one that was built
 ToolRun runCamcfg(const std::vector<std::string>& arguments,
                   const std::function<void()>& inChild = {}, const std::string& program = "");
 

@@ -51,7 +51,7 @@ namespace {
 
 constexpr std::size_t kKilobyte = 1024;
 
-// Runs a call and tells how much memory it held at most beyond what was held before.
+// Runs a call and returns how much memory it held at most beyond what was held before.
 template <typename Call>
 std::size_t peakOf(Call call) {
   const std::size_t before = held;
@@ -119,10 +119,10 @@ Microseconds loadingTime(const char* library) {
     _exit(write(ends[1], &taken, sizeof taken) == sizeof taken ? 0 : 1);
   }
   Microseconds taken = -1;
-  const bool told = read(ends[0], &taken, sizeof taken) == sizeof taken;
+  const bool received = read(ends[0], &taken, sizeof taken) == sizeof taken;
   waitpid(child, nullptr, 0);
   for (const int end : ends) close(end);
-  if (!told || taken < 0) throw std::runtime_error(std::string("cannot load ") + library);
+  if (!received || taken < 0) throw std::runtime_error(std::string("cannot load ") + library);
   return taken;
 }
 

@@ -68,7 +68,7 @@ std::vector<std::string> textsOf(const tinyxml2::XMLElement* parameter) {
   return texts;
 }
 
-TEST_F(SampleParametersOnDevice, AnswerForEveryIntegerByItsNameAlone) {
+TEST_F(SampleParametersOnDevice, AnswerForEveryIntegerByOnlyItsName) {
   Integers written;
   Integers answered;
   for (const auto* parameter : parametersWith("Min", defaults)) {
@@ -83,7 +83,7 @@ TEST_F(SampleParametersOnDevice, AnswerForEveryIntegerByItsNameAlone) {
   EXPECT_EQ(answered, written);
 }
 
-TEST_F(SampleParametersOnDevice, AnswerForEveryTextByItsNameAlone) {
+TEST_F(SampleParametersOnDevice, AnswerForEveryTextByOnlyItsName) {
   Texts written;
   Texts answered;
   for (const auto* parameter : parametersWith("OptTxt", defaults)) {

@@ -102,7 +102,7 @@ Words wordsOf(tinyxml2::XMLElement* card, const char* attribute) {
   return words;
 }
 
-// The words that a record stands for.
+// The words that a record represents.
 Words wordsOf(const tagNETWORK_CFG_S& cfg) {
   const auto onOff = [](tagBU_BOOL flag) { return flag == BU_TRUE ? "On" : "Off"; };
   return {{"Enable", onOff(cfg.enEnable)},
@@ -130,7 +130,7 @@ class SampleNetworkOnDevice : public SampleDeviceAfterStartUp {
   const std::vector<tinyxml2::XMLElement*> cards = childrenOf(network);
 };
 
-TEST_F(SampleNetworkOnDevice, TellsTheHostName) {
+TEST_F(SampleNetworkOnDevice, ReportsTheHostName) {
   char name[CFG_NETWORK_TEXT_SIZE];
   CFG_NETWORK_GetHostname(name, sizeof name);
   EXPECT_EQ(name, textOf(network, "Hostname"));

@@ -37,7 +37,7 @@ TEST(LogRecorderTest, KeepsLongTextsWhole) {
   EXPECT_THAT(log.texts(), ElementsAre(text));
 }
 
-TEST(LogRecorderTest, ForgetsWhenToldTo) {
+TEST(LogRecorderTest, ForgetsWhenAskedTo) {
   LogRecorder log;
   print(3, "", "before");
   log.clear();

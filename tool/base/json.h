@@ -31,11 +31,11 @@ class Json {
   ~Json();
 
   // Implicit, so that answers read like JSON.
-  Json(std::nullptr_t);       // NOLINT(google-explicit-constructor)
-  Json(bool value);           // NOLINT(google-explicit-constructor)
-  Json(double value);         // NOLINT(google-explicit-constructor)
-  Json(const char* text);     // NOLINT(google-explicit-constructor)
-  Json(std::string text);     // NOLINT(google-explicit-constructor)
+  Json(std::nullptr_t);         // NOLINT(google-explicit-constructor)
+  Json(bool value);             // NOLINT(google-explicit-constructor)
+  Json(double value);           // NOLINT(google-explicit-constructor)
+  Json(const char* text);       // NOLINT(google-explicit-constructor)
+  Json(std::string text);       // NOLINT(google-explicit-constructor)
   Json(std::string_view text);  // NOLINT(google-explicit-constructor)
   template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
   Json(Integer value)  // NOLINT(google-explicit-constructor)
@@ -164,7 +164,8 @@ class Json {
   Values& mutableValues();
   Object& makeObject();
 
-  std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Values, Object>
+  std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Values,
+               Object>
       value_;
 };
 

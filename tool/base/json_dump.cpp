@@ -53,8 +53,7 @@ std::string realText(double value) {
   const int point = exponent + 1;
   const int count = static_cast<int>(digits.size());
   const std::string sign = std::signbit(value) ? "-" : "";
-  if (point > kLongestPlain || point <= kSmallestPlain)
-    return sign + scientific;
+  if (point > kLongestPlain || point <= kSmallestPlain) return sign + scientific;
   if (point <= 0) return sign + "0." + std::string(static_cast<std::size_t>(-point), '0') + digits;
   if (count <= point)
     return sign + digits + std::string(static_cast<std::size_t>(point - count), '0') + ".0";

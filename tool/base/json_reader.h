@@ -19,8 +19,8 @@ constexpr std::size_t kMostValues = 2000;
 struct JsonText {
   Json value;                         ///< null if the text is no JSON
   std::vector<std::string> repeated;  ///< places of members that an object has already; ignored
-  std::size_t fault = 0;              ///< byte, counted from 1, where it stops being JSON; 0: nowhere
-  std::string reason;                 ///< why; repeats nothing of the text
+  std::size_t fault = 0;  ///< byte, counted from 1, where it stops being JSON; 0: nowhere
+  std::string reason;     ///< why; repeats nothing of the text
 };
 
 /// Reads a JSON text.

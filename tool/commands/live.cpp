@@ -1,84 +1,45 @@
+#include <algorithm>
+#include <list>
+#include <string>
+
 #include "commands/groups.h"
-#include "media/json.h"
+#include "commands/listing.h"
 #include "media/media.h"
 
 namespace camcfg::tool::commands {
 namespace {
 
+using settings::Setting;
+using settings::Table;
+
 constexpr char kShowSecrets[] = "--show-secrets";
 
-cli::Answer answerWith(Json sessions, std::vector<cli::Column> columns) {
-  cli::Answer answer;
-  answer.value = std::move(sessions);
-  answer.layout = {cli::Table{"", std::move(columns)}};
-  return answer;
+bool hasSecrets(const Table& table) {
+  return std::any_of(table.settings.begin(), table.settings.end(),
+                     [](const Setting& setting) { return setting.masked != nullptr; });
 }
 
-media::Secrets secretsFor(const cli::Arguments& arguments) {
-  return arguments.given(kShowSecrets) ? media::Secrets::Shown : media::Secrets::Masked;
+cli::Command commandFor(const Table& table) {
+  // Kept for as long as the program runs, as other commands' names are.
+  static std::list<std::string> texts;
+  const char* name = texts.emplace_back("live " + std::string(table.word)).c_str();
+  const char* help = texts.emplace_back("List the " + std::string(table.entry) + "s").c_str();
+  cli::Command command{name, help, {}, [&table](const cli::Arguments& arguments) {
+                         return listingOf(table,
+                                          hasSecrets(table) && arguments.given(kShowSecrets));
+                       }};
+  if (hasSecrets(table))
+    command.options = {{cli::Option::Flag, kShowSecrets, "Show passwords as they are stored"}};
+  return command;
 }
-
-cli::Answer websocket(const cli::Arguments& /*arguments*/) {
-  return answerWith(media::jsonOf(media::loadWebsocketSessions()),
-                    {{"ID", "{id}"}, {"NAME", "{name}"}});
-}
-
-cli::Answer rtsp(const cli::Arguments& /*arguments*/) {
-  return answerWith(media::jsonOf(media::loadRtspSessions()),
-                    {{"NAME", "{name}"}, {"CHANNELS", "{channels:{id} {name}}"}});
-}
-
-cli::Answer rtmp(const cli::Arguments& arguments) {
-  return answerWith(media::jsonOf(media::loadRtmpTargets(), secretsFor(arguments)),
-                    {{"ID", "{id}"},
-                     {"ENABLED", "{enabled}"},
-                     {"URL", "{url}"},
-                     {"USER", "{username}"},
-                     {"PASSWORD", "{password}"},
-                     {"VIDEO", "{video}"},
-                     {"AUDIO", "{audio}"}});
-}
-
-cli::Answer ndi(const cli::Arguments& /*arguments*/) {
-  return answerWith(media::jsonOf(media::loadNdiInstances()),
-                    {{"ID", "{id}"},
-                     {"ENABLED", "{enabled}"},
-                     {"NAME", "{mainStreamName}"},
-                     {"GROUP", "{groupName}"},
-                     {"MAIN", "{mainVideo}"},
-                     {"SUB", "{subVideo}"},
-                     {"AUDIO", "{audio}"},
-                     {"DISCOVERY", "{discoveryServerEnabled}"},
-                     {"SERVER", "{discoveryServer}"},
-                     {"MULTICAST", "{multicastEnabled}"},
-                     {"ADDRESS", "{multicastIp}/{multicastNetmask}"},
-                     {"TTL", "{multicastTtl}"}});
-}
-
-cli::Answer srt(const cli::Arguments& arguments) {
-  return answerWith(media::jsonOf(media::loadSrtInstances(), secretsFor(arguments)),
-                    {{"ID", "{id}"},
-                     {"MODE", "{mode}"},
-                     {"HOST", "{hostname}"},
-                     {"PORT", "{port}"},
-                     {"AES", "{aesMode}"},
-                     {"PASSWORD", "{password}"},
-                     {"LATENCY", "{latency}"},
-                     {"STREAMS", "{streams:{id} ({channels}{default?; default})}"}});
-}
-
-const cli::Option kSecrets{cli::Option::Flag, kShowSecrets, "Show passwords as they are stored"};
 
 }  // namespace
 
 cli::CommandGroup liveGroup() {
-  return {"Live media",
-          {{"live", "Show what the live media services send", {}, nullptr},
-           {"live websocket", "List the WebSocket sessions", {}, websocket},
-           {"live rtsp", "List the RTSP sessions and their channels", {}, rtsp},
-           {"live rtmp", "List the RTMP targets", {kSecrets}, rtmp},
-           {"live ndi", "List the NDI instances", {}, ndi},
-           {"live srt", "List the SRT instances and their streams", {kSecrets}, srt}}};
+  cli::CommandGroup group{"Live media",
+                          {{"live", "Show what the live media services send", {}, nullptr}}};
+  for (const Table* table : settings::liveTables()) group.commands.push_back(commandFor(*table));
+  return group;
 }
 
 }  // namespace camcfg::tool::commands

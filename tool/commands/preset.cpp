@@ -9,6 +9,7 @@
 #include "base/refusal.h"
 #include "base/text.h"
 #include "commands/groups.h"
+#include "commands/listing.h"
 #include "commands/vocabulary.h"
 #include "commands/words.h"
 #include "presets/change.h"
@@ -34,21 +35,8 @@ const Setting& idSetting() {
   return settings::presetSettings().front();
 }
 
-// Numbers first: a description may be long.
-std::vector<const Setting*> numbersFirst() {
-  std::vector<const Setting*> all;
-  for (const Setting& setting : settings::presetSettings()) all.push_back(&setting);
-  std::stable_partition(all.begin(), all.end(), [](const Setting* setting) {
-    return setting->kind == settings::Kind::Integer;
-  });
-  return all;
-}
-
 cli::Answer list(const cli::Arguments& /*arguments*/) {
-  cli::Table table;
-  for (const Setting* setting : numbersFirst())
-    table.columns.push_back({setting->column.heading, setting->column.cell});
-  return cli::Answer({presets::Presets().json(), {}}, {table});
+  return cli::Answer({presets::Presets().json(), {}}, {columnsOf(settings::presetSettings())});
 }
 
 cli::Answer get(const cli::Arguments& arguments) {
@@ -191,9 +179,9 @@ cli::Answer importAll(const cli::Arguments& arguments) {
 }
 
 std::vector<cli::Option> withValues(std::vector<cli::Option> options) {
-  for (const Setting* setting : numbersFirst())
-    if (setting->option != nullptr)
-      options.push_back({cli::Option::Value, setting->option, setting->help});
+  for (const Setting& setting : byRank(settings::presetSettings()))
+    if (setting.option != nullptr)
+      options.push_back({cli::Option::Value, setting.option, setting.help});
   return options;
 }
 

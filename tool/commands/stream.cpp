@@ -1,6 +1,6 @@
 #include "commands/groups.h"
+#include "commands/listing.h"
 #include "commands/words.h"
-#include "media/json.h"
 #include "media/stream_cache.h"
 #include "media/stream_change.h"
 
@@ -10,15 +10,7 @@ namespace {
 constexpr char kDryRun[] = "--dry-run";
 
 cli::Answer sources(const cli::Arguments& /*arguments*/) {
-  cli::Answer answer;
-  answer.value = media::jsonOf(media::loadStreamSources());
-  answer.layout = {cli::Table{"",
-                              {{"ID", "{id}"},
-                               {"KIND", "{kind}"},
-                               {"NAME", "{name}"},
-                               {"CHANNEL", "{channel}"},
-                               {"ENABLED", "{enabled}"}}}};
-  return answer;
+  return listingOf(settings::streamSources(), false);
 }
 
 cli::Answer caches(const cli::Arguments& /*arguments*/) {

@@ -20,57 +20,17 @@ Candidates plain(const std::vector<std::string>& words) {
   return candidates;
 }
 
-cli::Candidate named(std::int32_t id, const std::string& name) {
-  return {std::to_string(id), name};
-}
-
-Candidates websocketIds(const cli::Arguments& /*before*/) {
+// The keys of a section's entries, each with what says which one it is.
+Candidates entryWords(const settings::Table& table) {
   Candidates candidates;
-  for (const auto& session : media::loadWebsocketSessions())
-    candidates.push_back(named(session.s32Id, session.strName));
+  for (const Json& entry : media::loadEntries(table)) {
+    const Json& key = entry.at(table.key);
+    const Json label = table.label == nullptr ? Json() : entry.at(table.label);
+    candidates.push_back({key.is_string() ? key.text() : key.dump(),
+                          label.is_string() ? label.text() : std::string()});
+  }
   return candidates;
 }
-
-Candidates rtspNames(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const media::RtspSession& session : media::loadRtspSessions())
-    candidates.push_back({session->strName});
-  return candidates;
-}
-
-// Without its address, which may hold a password.
-Candidates rtmpIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& target : media::loadRtmpTargets())
-    candidates.push_back({std::to_string(target.s32Id)});
-  return candidates;
-}
-
-Candidates ndiIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& instance : media::loadNdiInstances())
-    candidates.push_back(named(instance.s32Id, instance.strMainStreamName));
-  return candidates;
-}
-
-Candidates srtIds(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const auto& instance : media::loadSrtInstances())
-    candidates.push_back(named(instance.s32Id, instance.strHostname));
-  return candidates;
-}
-
-struct MediaKind {
-  const char* name;
-  Candidates (*ids)(const cli::Arguments& before);
-};
-constexpr MediaKind kMediaKinds[] = {{"source", sourceIdWords},
-                                     {"cache", cacheIdWords},
-                                     {"websocket", websocketIds},
-                                     {"rtsp", rtspNames},
-                                     {"rtmp", rtmpIds},
-                                     {"ndi", ndiIds},
-                                     {"srt", srtIds}};
 
 }  // namespace
 
@@ -131,17 +91,11 @@ Candidates presetIdWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates sourceIdWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const media::StreamSource& source : media::loadStreamSources())
-    candidates.push_back(named(source->s32Id, source->strName));
-  return candidates;
+  return entryWords(settings::streamSources());
 }
 
 Candidates cacheIdWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const media::CacheEntry& cache : media::readCaches())
-    candidates.push_back(named(cache.id(), cache.record->strName));
-  return candidates;
+  return entryWords(settings::streamCaches());
 }
 
 Candidates allowedSourceWords(const cli::Arguments& before) {
@@ -160,13 +114,13 @@ Candidates allowedSourceWords(const cli::Arguments& before) {
 
 Candidates mediaKindWords(const cli::Arguments& /*before*/) {
   Candidates candidates;
-  for (const MediaKind& kind : kMediaKinds) candidates.push_back({kind.name});
+  for (const settings::Table* table : settings::mediaTables()) candidates.push_back({table->word});
   return candidates;
 }
 
 Candidates mediaIdWords(const cli::Arguments& before) {
-  for (const MediaKind& kind : kMediaKinds)
-    if (before.text("KIND") == kind.name) return kind.ids(before);
+  for (const settings::Table* table : settings::mediaTables())
+    if (before.text("KIND") == table->word) return entryWords(*table);
   return {};
 }
 

@@ -8,6 +8,7 @@
 
 #include "device/change.h"
 #include "settings/node.h"
+#include "settings/setting.h"
 
 namespace camcfg::tool::device {
 
@@ -60,7 +61,8 @@ struct Section {
   /// What changing it will lose, a remark each.
   std::function<std::vector<std::string>()> losses;
 
-  const char* path;  ///< main copy of the file that it is in
+  const char* path;                        ///< main copy of the file that it is in
+  const settings::Table* table = nullptr;  ///< of its entries, where it has any
 };
 
 /// At least by how many bytes a file may grow when it takes up a value.

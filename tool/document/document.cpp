@@ -70,7 +70,7 @@ std::vector<Transition> readDocument(const Json& document, settings::Faults& fau
     const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
     if (stated == nullptr) continue;
     const Json before = section.load();
-    const Json given = withKeptSecrets(*stated, before);
+    const Json given = withKeptSecrets(section, *stated, before);
     // What the device holds already is not for this document to mend.
     const Json after =
         given == before ? before

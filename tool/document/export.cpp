@@ -62,8 +62,8 @@ cli::Answer exportSettings(const std::vector<std::string>& names, bool withSecre
     if (!wanted && !names.empty()) continue;
     const Json value = section.load();
     tellFaults(section, value, plan, answer);
-    answer.value.at_path(pathTo(section)) = withSecrets ? value : withoutSecrets(value);
-    if (withSecrets && holdsSecrets(value))
+    answer.value.at_path(pathTo(section)) = withSecrets ? value : withoutSecrets(section, value);
+    if (withSecrets && holdsSecrets(section, value))
       answer.notes.push_back("note: " + section.name +
                              " holds passwords in clear; '--no-secrets' leaves them out");
   }

@@ -1,87 +1,77 @@
 #include "document/secrets.h"
 
-#include "media/json.h"
+#include <algorithm>
+
+#include "settings/media.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
 
-constexpr const char* kPassword = "password";
-constexpr const char* kUrl = "url";
+using settings::Setting;
+using settings::Table;
 
-// As the list of targets shows it.
-std::string maskedUrl(const std::string& url) {
-  tag_CFG_RTMP_SESSION_T target;
-  target.strUrl = url;
-  return media::jsonOf({target}, media::Secrets::Masked).front().at(kUrl).get<std::string>();
+const Table* tableAt(const std::string& place) {
+  for (const Table* table : settings::mediaTables())
+    if (place.find(table->place) == 0) return table;
+  return nullptr;
 }
 
-// What a member becomes for the eyes of others.
-Json masked(const std::string& name, const Json& member) {
-  if (!member.is_string() || member.text().empty()) return member;
-  if (name == kPassword) return media::kMaskedPassword;
-  return name == kUrl ? Json(maskedUrl(member.get<std::string>())) : member;
+// The member that a place ends with: "password" of "live.srt[1].password"; empty if it ends with an
+// element.
+std::string lastMember(const std::string& place) {
+  if (place.empty() || place.back() == ']') return "";
+  return place.substr(place.rfind('.') + 1);
 }
 
-bool isSecret(const std::string& name, const Json& member) {
-  return masked(name, member) != member;
+Json masked(const Table& table, const std::string& place, const Json& value) {
+  if (!value.is_string()) return settings::withMaskedSecrets(value, table.settings);
+  const Setting* setting = table.find(lastMember(place));
+  return setting == nullptr || setting->masked == nullptr ? value
+                                                          : Json(setting->masked(value.text()));
 }
 
-// The value with each secret replaced; null leaves it out.
-Json withSecrets(const Json& value, Json (*replaced)(const std::string&, const Json&)) {
-  if (!value.is_structured()) return value;
-  Json result = value.is_array() ? Json::array() : Json::object();
-  if (value.is_array()) {
-    for (const Json& element : value) result.push_back(withSecrets(element, replaced));
-    return result;
-  }
-  for (const auto& [name, member] : value.items()) {
-    const bool secret = isSecret(name, member);
-    const Json kept = secret ? replaced(name, member) : withSecrets(member, replaced);
-    if (!secret || !kept.is_null()) result[name] = kept;
-  }
-  return result;
-}
-
-const Json* elementWithId(const Json& array, const Json& id) {
-  for (const Json& element : array)
-    if (element.is_object() && element.contains("id") && element.at("id") == id) return &element;
+const Json* entryWithKey(const Json& entries, const char* key, const Json& sought) {
+  for (const Json& entry : entries)
+    if (entry.is_object() && entry.contains(key) && entry.at(key) == sought) return &entry;
   return nullptr;
 }
 
 }  // namespace
 
-Json withMaskedSecrets(const Json& value, const std::string& place) {
-  if (value.is_string()) return masked(place.substr(place.rfind('.') + 1), value);
-  return withSecrets(value, masked);
+bool holdsSecrets(const device::Section& section, const Json& value) {
+  return section.table != nullptr &&
+         settings::withMaskedSecrets(value, section.table->settings) != value;
+}
+
+Json withoutSecrets(const device::Section& section, const Json& value) {
+  return section.table == nullptr ? value
+                                  : settings::withoutSecrets(value, section.table->settings);
+}
+
+Json withKeptSecrets(const device::Section& section, const Json& value, const Json& before) {
+  const Table* table = section.table;
+  if (table == nullptr || table->key == nullptr || !value.is_array() || !before.is_array())
+    return value;
+  Json result = value;
+  for (Json& entry : result) {
+    if (!entry.is_object() || !entry.contains(table->key)) continue;
+    const Json* former = entryWithKey(before, table->key, entry.at(table->key));
+    for (const Setting& setting : table->settings)
+      if (setting.masked != nullptr && former != nullptr && !entry.contains(setting.member))
+        entry[setting.member] = former->at(setting.member);
+  }
+  return result;
 }
 
 Json withMaskedSides(Json differences) {
-  for (Json& difference : differences)
+  for (Json& difference : differences) {
+    const std::string place = difference.at("place").text();
+    const Table* table = tableAt(place);
     for (const char* side : {"before", "after"})
-      difference[side] =
-          withMaskedSecrets(difference[side], difference["place"].get<std::string>());
-  return differences;
-}
-
-Json withoutSecrets(const Json& value) {
-  return withSecrets(value, [](const std::string&, const Json&) { return Json(); });
-}
-
-bool holdsSecrets(const Json& value) {
-  return withMaskedSecrets(value) != value;
-}
-
-Json withKeptSecrets(const Json& value, const Json& before) {
-  if (!value.is_array() || !before.is_array()) return value;
-  Json result = value;
-  for (Json& element : result) {
-    if (!element.is_object() || !element.contains("id")) continue;
-    const Json* former = elementWithId(before, element.at("id"));
-    for (const char* name : {kPassword, kUrl})
-      if (former != nullptr && former->contains(name) && !element.contains(name))
-        element[name] = former->at(name);
+      if (table != nullptr) difference[side] = masked(*table, place, difference.at(side));
   }
-  return result;
+  return differences;
 }
 
 }  // namespace camcfg::tool::document

@@ -1,30 +1,23 @@
 #ifndef CAMCFG_TOOL_DOCUMENT_SECRETS_H
 #define CAMCFG_TOOL_DOCUMENT_SECRETS_H
 
-#include <string>
-
 #include "base/json.h"
+#include "device/section.h"
 
 namespace camcfg::tool::document {
 
-// Secrets are members called "password" that are not empty, and addresses in members called "url"
-// that hold a password.
+// Which members are secrets, the table of a section says.
 
-bool holdsSecrets(const Json& value);
+bool holdsSecrets(const device::Section& section, const Json& value);
 
-/// The value with its secrets replaced by what a reader sees in place of a password.
-/// @param place  where the value stands; its last word is the name of a member
-Json withMaskedSecrets(const Json& value, const std::string& place = "");
+/// A section without its secrets.
+Json withoutSecrets(const device::Section& section, const Json& value);
 
-/// An array of differences, see differences.h, with the secrets on both sides replaced.
+/// A section with secrets that are left out taken from the entry with the same key.
+Json withKeptSecrets(const device::Section& section, const Json& value, const Json& before);
+
+/// An array of differences, see differences.h, with the secrets on both sides masked.
 Json withMaskedSides(Json differences);
-
-/// The value without the members that are secrets.
-Json withoutSecrets(const Json& value);
-
-/// The value with members that may be secrets, where they are left out, taken from the element with
-/// the same "id".
-Json withKeptSecrets(const Json& value, const Json& before);
 
 }  // namespace camcfg::tool::document
 

@@ -9,9 +9,7 @@ namespace camcfg::tool::document {
 namespace {
 
 std::vector<device::Section> collected() {
-  std::vector<device::Section> all;
-  for (const auto& sections : {media::streamSections(), media::liveSections()})
-    all.insert(all.end(), sections.begin(), sections.end());
+  std::vector<device::Section> all = media::sections();
   all.insert(all.end(), {parameters::parametersSection(), network::networkSection(),
                          presets::presetsSection()});
   return all;

@@ -6,70 +6,57 @@
 #include "base/spelling.h"
 #include "device/explained_file.h"
 #include "document/copies.h"
-#include "document/secrets.h"
 #include "media/media.h"
+#include "settings/media.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
 
+using settings::Table;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-struct Kind {
-  const char* word;
-  const char* section;  ///< of an export
-  const media::MediaSection& elements;
-  const char* key;
-};
-
-const Kind kKinds[] = {{"source", "stream.sources", media::kStreamSources, "id"},
-                       {"cache", "stream.caches", media::kStreamCaches, "id"},
-                       {"websocket", "live.websocket", media::kWebsocketSessions, "id"},
-                       {"rtsp", "live.rtsp", media::kRtspSessions, "name"},
-                       {"rtmp", "live.rtmp", media::kRtmpTargets, "id"},
-                       {"ndi", "live.ndi", media::kNdiInstances, "id"},
-                       {"srt", "live.srt", media::kSrtInstances, "id"}};
-
-const Kind& requireKind(const std::string& word) {
+const Table& requireKind(const std::string& word) {
   std::vector<std::string> words;
   std::string list;
-  for (const Kind& kind : kKinds) {
-    if (word == kind.word) return kind;
-    words.emplace_back(kind.word);
+  for (const Table* table : settings::mediaTables()) {
+    if (word == table->word) return *table;
+    words.emplace_back(table->word);
     list += (list.empty() ? "" : ", ") + words.back();
   }
   throw Refusal(Status::Usage,
                 "there is no kind '" + word + "'; there are " + list + didYouMean(word, words));
 }
 
-std::string keyOf(const Kind& kind, const Json& record) {
-  const Json& key = record.at(kind.key);
+std::string keyOf(const Table& table, const Json& record) {
+  const Json& key = record.at(table.key);
   return key.is_string() ? key.get<std::string>() : key.dump();
 }
 
 // Where in a list the records with a key are, in their order, which is that of the entries.
-std::vector<std::size_t> indexesOf(const Kind& kind, const Json& list, const std::string& id) {
+std::vector<std::size_t> indexesOf(const Table& table, const Json& list, const std::string& id) {
   std::vector<std::size_t> indexes;
   for (std::size_t i = 0; i < list.size(); ++i)
-    if (keyOf(kind, list[i]) == id) indexes.push_back(i);
+    if (keyOf(table, list[i]) == id) indexes.push_back(i);
   return indexes;
 }
 
-std::vector<XMLElement*> entriesIn(XMLDocument& document, const media::MediaSection& section) {
-  XMLElement* top = document.FirstChildElement(section.top);
-  XMLElement* element = top == nullptr ? nullptr : top->FirstChildElement(section.name);
+std::vector<XMLElement*> entriesIn(XMLDocument& document, const Table& section) {
+  XMLElement* top = document.FirstChildElement(section.parent);
+  XMLElement* element = top == nullptr ? nullptr : top->FirstChildElement(section.section);
   return element == nullptr ? std::vector<XMLElement*>() : media::entriesOf(element, section);
 }
 
 // One kind of session in the three copies.
 class Sessions {
  public:
-  Sessions(const Kind& kind, const std::string& id) : kind_(kind), id_(id) {
+  Sessions(const Table& table, const std::string& id) : table_(table), id_(id) {
     const auto main = loadFromMain();
     for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
       const auto other = i == 0 ? main : loadFromCopies(device::kPlaces[i]);
-      copies_[i] = other.at(kind.section);
-      if (copies_[i].fault.empty()) indexes_[i] = indexesOf(kind, copies_[i].value, id);
+      copies_[i] = other.at(table.place);
+      if (copies_[i].fault.empty()) indexes_[i] = indexesOf(table, copies_[i].value, id);
     }
   }
 
@@ -92,8 +79,13 @@ class Sessions {
     for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
       if (indexes_[i].empty()) continue;
       const Json& stored = copies_[i].value[indexes_[i].front()];
-      const Json record = showSecrets ? stored : withMaskedSecrets(stored);
-      for (const auto& [name, value] : record.items()) valueOf(values, name).in[i] = value;
+      const Json record =
+          showSecrets ? stored : settings::withMaskedSecrets(stored, table_.settings);
+      for (const auto& [name, value] : record.items()) {
+        device::ExplainedValue& explained = valueOf(values, name);
+        explained.in[i] = value;
+        explained.permitted = permittedFor(*table_.find(name));
+      }
     }
     return values;
   }
@@ -102,9 +94,9 @@ class Sessions {
     std::size_t place = 0;
     while (place + 1 < device::kPlaces.size() && !copies_[place].fault.empty()) ++place;
     const std::string path = device::pathOf(device::kPlaces[place], device::nameOf(CFG_FILE_MPP));
-    const std::string what = std::string(kind_.key) + " " + id_;
+    const std::string what = std::string(table_.key) + " " + id_;
     device::ExplainedLookup lookup{
-        std::string(kind_.word) + " " + id_,
+        std::string(table_.word) + " " + id_,
         path,
         std::nullopt,
         "the first entry with the " + what + "; loading hands out every entry",
@@ -130,11 +122,11 @@ class Sessions {
   }
 
   int lineOf(XMLDocument& document, std::size_t index) const {
-    const std::vector<XMLElement*> entries = entriesIn(document, kind_.elements);
+    const std::vector<XMLElement*> entries = entriesIn(document, table_);
     return index < entries.size() ? entries[index]->GetLineNum() : 0;
   }
 
-  const Kind& kind_;
+  const Table& table_;
   std::string id_;
   std::array<CopiedSection, 3> copies_;
   std::array<std::vector<std::size_t>, 3> indexes_;
@@ -144,12 +136,12 @@ class Sessions {
 
 device::Explanation explainSession(const std::string& kindWord, const std::string& id,
                                    bool showSecrets) {
-  const Kind& kind = requireKind(kindWord);
-  const Sessions sessions(kind, id);
+  const Table& table = requireKind(kindWord);
+  const Sessions sessions(table, id);
   device::Explanation explanation{kindWord + " " + id, {}, sessions.values(showSecrets), {}};
   for (std::size_t i = 0; i < device::kPlaces.size(); ++i) explanation.copies[i] = sessions.copy(i);
   if (!sessions.found())
-    throw Refusal("no copy has a " + kindWord + " with the " + kind.key + " " + id);
+    throw Refusal("no copy has a " + kindWord + " with the " + table.key + " " + id);
   explanation.lookups.push_back(sessions.lookup());
   return explanation;
 }

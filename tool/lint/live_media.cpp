@@ -5,14 +5,16 @@
 #include <set>
 
 #include "lint/entry_ids.h"
-#include "lint/live_forms.h"
+#include "lint/media_form.h"
 #include "lint/stream.h"
 #include "lint/subject.h"
 #include "lint/values.h"
 #include "settings/address.h"
+#include "settings/elements.h"
 
 namespace camcfg::tool::lint {
 
+using settings::Table;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
@@ -55,22 +57,19 @@ constexpr Rule kMulticast{"multicast", Severity::Error,
 using Ids = std::set<int>;
 
 constexpr unsigned kMulticastPrefix = 0xe;  // 224.0.0.0/4
-constexpr int kLongestLife = 255;
 
 bool isWord(const std::string& text, const char* word) {
   return strcasecmp(text.c_str(), word) == 0;
 }
 
-void checkChannels(const Elements& channels, const std::string& owner, const Ids& caches,
-                   Findings& findings) {
-  for (const XMLElement* channel : channels) {
-    int id = -1;
-    if (channel->QueryIntAttribute("Id", &id) != tinyxml2::XML_SUCCESS || id == -1) continue;
-    if (!caches.empty() && caches.count(id) == 0)
-      findings.add(
-          kChannelMissing, *channel, "Id",
-          owner + " sends channel " + std::to_string(id) + ", which is the id of no stream cache");
-  }
+void checkChannel(const XMLElement& element, const char* attribute, const std::string& owner,
+                  const Ids& caches, Findings& findings) {
+  int id = -1;
+  if (element.QueryIntAttribute(attribute, &id) != tinyxml2::XML_SUCCESS || id == -1) return;
+  if (!caches.empty() && caches.count(id) == 0)
+    findings.add(
+        kChannelMissing, element, attribute,
+        owner + " sends channel " + std::to_string(id) + ", which is the id of no stream cache");
 }
 
 void checkTypes(const Elements& channels, const std::string& owner,
@@ -95,40 +94,51 @@ void checkTypes(const Elements& channels, const std::string& owner,
   }
 }
 
-std::string labelOf(const XMLElement& entry, const char* attribute) {
+// The attribute that entries are told apart by; null if there is none.
+const settings::Setting* keyOf(const Table& table) {
+  return table.key == nullptr ? nullptr : table.find(table.key);
+}
+
+std::string labelOf(const XMLElement& entry, const Table& table) {
+  const settings::Setting* key = keyOf(table);
+  const char* attribute = key == nullptr ? "" : key->attributes.front().name;
   return tag(entry.Name()) + (has(entry, attribute) ? " " + quoted(textOf(entry, attribute)) : "");
 }
 
-void checkWebsocket(const XMLElement& section, const Ids& caches, Findings& findings) {
-  const Elements channels = entriesOf(section, "Channel");
-  checkEqualIds(channels, "this channel", findings);
-  checkChannels(channels, "<WEBSOCKET>", caches, findings);
+void checkKeys(const Elements& entries, const Table& table, Findings& findings) {
+  const settings::Setting* key = keyOf(table);
+  const std::string owner = std::string("this ") + table.entry;
+  if (key == nullptr) return;
+  if (key->kind == settings::Kind::Text)
+    checkEqualNames(entries, key->attributes.front().name, owner, findings);
+  else
+    checkEqualIds(entries, owner, findings);
 }
 
-void checkRtsp(const XMLElement& section, const Ids& caches, Findings& findings) {
-  const Elements groups = entriesOf(section, "MediaGroup");
-  checkEqualNames(groups, "Name", "this media group", findings);
-  for (const XMLElement* group : groups) {
-    const Elements channels = entriesOf(*group, "Channel");
-    checkEqualIds(channels, "this channel", findings);
-    checkChannels(channels, labelOf(*group, "Name"), caches, findings);
-  }
+// Channels that have a place in the entry by their "Type".
+void checkTypedChannels(const XMLElement& entry, const Table& table, const Ids& caches,
+                        Findings& findings) {
+  const std::vector<const char*> types = channelTypesOf(table);
+  if (types.empty()) return;
+  const Elements channels = entriesOf(entry, "Channel");
+  const std::string label = labelOf(entry, table);
+  checkTypes(channels, label, types, findings);
+  for (const XMLElement* channel : channels) checkChannel(*channel, "Id", label, caches, findings);
 }
 
-// Entries with one channel of each type.
-void checkTyped(const Elements& entries, const std::vector<const char*>& types, const Ids& caches,
-                Findings& findings) {
-  checkEqualIds(entries, "this entry", findings);
+void checkEntries(const Elements& entries, const std::string& parent, const Table& table,
+                  const Ids& caches, Findings& findings) {
+  checkKeys(entries, table, findings);
   for (const XMLElement* entry : entries) {
-    const Elements channels = entriesOf(*entry, "Channel");
-    const std::string label = labelOf(*entry, "Id");
-    checkTypes(channels, label, types, findings);
-    checkChannels(channels, label, caches, findings);
+    checkTypedChannels(*entry, table, caches, findings);
+    for (const settings::Setting& setting : table.settings) {
+      if (setting.isChannel && !setting.attributes.empty())
+        checkChannel(*entry, setting.attributes.front().name, parent, caches, findings);
+      if (setting.inner != nullptr)
+        checkEntries(entriesOf(*entry, setting.inner->elements.front()), labelOf(*entry, table),
+                     *setting.inner, caches, findings);
+    }
   }
-}
-
-void checkRtmp(const XMLElement& section, const Ids& caches, Findings& findings) {
-  checkTyped(entriesOf(section, "Target"), {"Video", "Audio"}, caches, findings);
 }
 
 bool isMulticast(const std::string& text) {
@@ -138,8 +148,9 @@ bool isMulticast(const std::string& text) {
 }
 
 // What is left out has a value of its own that is sound.
-void checkMulticast(const XMLElement& instance, Findings& findings) {
-  const std::string label = labelOf(instance, "Id") + ": ";
+void checkMulticast(const XMLElement& instance, const std::string& name, Findings& findings) {
+  if (!isWord(textOf(instance, "MulticastEnable"), "true")) return;
+  const std::string label = name + ": ";
   const std::string ip = textOf(instance, "MulticastIp");
   if (has(instance, "MulticastIp") && !isMulticast(ip))
     findings.add(kMulticast, instance, "MulticastIp",
@@ -148,18 +159,12 @@ void checkMulticast(const XMLElement& instance, Findings& findings) {
   if (has(instance, "MulticastNetmask") && !fault.empty())
     findings.add(kMulticast, instance, "MulticastNetmask",
                  label + "\"MulticastNetmask\": " + clipped(fault));
+  const settings::Setting& timeToLive = *settings::ndi().find("multicastTtl");
   const int life = instance.IntAttribute("MulticastTTL", 1);
-  if (life < 0 || life > kLongestLife)
+  if (life < timeToLive.limits.least || life > timeToLive.limits.most)
     findings.add(kMulticast, instance, "MulticastTTL",
-                 label + "\"MulticastTTL\": " + std::to_string(life) + " is outside 0.." +
-                     std::to_string(kLongestLife));
-}
-
-void checkNdi(const XMLElement& section, const Ids& caches, Findings& findings) {
-  const Elements instances = entriesOf(section, "Instance");
-  checkTyped(instances, {"MainVideo", "SubVideo", "Audio"}, caches, findings);
-  for (const XMLElement* instance : instances)
-    if (isWord(textOf(*instance, "MulticastEnable"), "true")) checkMulticast(*instance, findings);
+                 label + "\"MulticastTTL\": " + std::to_string(life) + " is outside " +
+                     permittedFor(timeToLive));
 }
 
 void checkSrtMode(const XMLElement& instance, const std::string& label, Findings& findings) {
@@ -177,8 +182,7 @@ void checkSrtMode(const XMLElement& instance, const std::string& label, Findings
   }
 }
 
-void checkSrtInstance(const XMLElement& instance, const Ids& caches, Findings& findings) {
-  const std::string label = labelOf(instance, "Id");
+void checkSrtInstance(const XMLElement& instance, const std::string& label, Findings& findings) {
   checkSrtMode(instance, label, findings);
   int port = -1;
   if (instance.QueryIntAttribute("Port", &port) == tinyxml2::XML_SUCCESS && port != -1)
@@ -186,39 +190,30 @@ void checkSrtInstance(const XMLElement& instance, const Ids& caches, Findings& f
   if (!textOf(instance, "Password").empty() && instance.IntAttribute("AesMode", 0) <= 0)
     findings.add(kNoEncryption, instance, "Password",
                  label + " has a password, but no \"AesMode\" above 0 that uses it");
-  const Elements streams = entriesOf(instance, "Stream");
-  checkEqualNames(streams, "Id", "this stream", findings);
-  for (const XMLElement* stream : streams)
-    checkChannels(entriesOf(*stream, "Channel"), labelOf(*stream, "Id"), caches, findings);
 }
 
-void checkSrt(const XMLElement& section, const Ids& caches, Findings& findings) {
-  const Elements instances = entriesOf(section, "Instance");
-  checkEqualIds(instances, "this instance", findings);
-  for (const XMLElement* instance : instances) checkSrtInstance(*instance, caches, findings);
-}
-
-struct Service {
-  const SectionForm& (*form)();
-  void (*check)(const XMLElement& section, const Ids& caches, Findings& findings);
+// What must be true of an entry beyond what its table says.
+struct EntryCheck {
+  const Table& table;
+  void (*check)(const XMLElement& entry, const std::string& label, Findings& findings);
 };
 
-constexpr Service kServices[] = {{websocketForm, checkWebsocket},
-                                 {rtspForm, checkRtsp},
-                                 {rtmpForm, checkRtmp},
-                                 {ndiForm, checkNdi},
-                                 {srtForm, checkSrt}};
+const EntryCheck kEntryChecks[] = {{settings::ndi(), checkMulticast},
+                                   {settings::srt(), checkSrtInstance}};
 
 void check(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
   Ids caches;
   for (const XMLElement* cache : cachesIn(document)) caches.insert(cache->IntAttribute("Id", -1));
-  for (const Service& service : kServices) {
-    const XMLElement* section = sectionOf(document, service.form());
+  for (const Table* table : settings::liveTables()) {
+    const XMLElement* section = sectionOf(document, *table);
     if (section == nullptr) continue;
-    checkSection(*section, service.form(), findings);
-    service.check(*section, caches, findings);
+    checkSection(*section, *table, findings);
+    checkEntries(entriesOf(document, *table), tag(table->section), *table, caches, findings);
   }
+  for (const EntryCheck& each : kEntryChecks)
+    for (const XMLElement* entry : entriesOf(document, each.table))
+      each.check(*entry, labelOf(*entry, each.table), findings);
 }
 
 }  // namespace

@@ -7,9 +7,13 @@
 
 #include "lint/subject.h"
 #include "lint/values.h"
+#include "settings/elements.h"
 
 namespace camcfg::tool::lint {
 
+using settings::AttributeForm;
+using settings::ElementForm;
+using settings::Need;
 using tinyxml2::XMLAttribute;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
@@ -50,7 +54,7 @@ bool isWord(const char* text, const char* word) {
 }
 
 // What an author may have meant by a name that no loader reads: the longest one that it ends with.
-const AttributeForm* meantBy(const std::string& name, const EntryForm& form) {
+const AttributeForm* meantBy(const std::string& name, const ElementForm& form) {
   const AttributeForm* meant = nullptr;
   std::size_t longest = 0;
   for (const AttributeForm& known : form.attributes) {
@@ -64,7 +68,7 @@ const AttributeForm* meantBy(const std::string& name, const EntryForm& form) {
   return meant;
 }
 
-void checkUnread(const XMLElement& entry, const EntryForm& form, Findings& findings) {
+void checkUnread(const XMLElement& entry, const ElementForm& form, Findings& findings) {
   for (const XMLAttribute* attribute = entry.FirstAttribute(); attribute != nullptr;
        attribute = attribute->Next()) {
     const std::string name = attribute->Name();
@@ -105,8 +109,8 @@ void checkAttribute(const XMLElement& entry, const AttributeForm& form, const st
     if (form.need == Need::Expected) findings.add(kExpected, entry, what);
     return;
   }
-  if (form.form == Form::Switch) checkSwitch(entry, form, owner, findings);
-  if (form.form == Form::Integer) checkInteger(entry, form, owner, findings);
+  if (form.kind == settings::Kind::Switch) checkSwitch(entry, form, owner, findings);
+  if (form.kind == settings::Kind::Integer) checkInteger(entry, form, owner, findings);
 }
 
 void tellLost(const XMLNode& node, const XMLElement& parent, bool isSaved, Findings& findings) {
@@ -120,11 +124,11 @@ void tellLost(const XMLNode& node, const XMLElement& parent, bool isSaved, Findi
                      (node.ToComment() == nullptr ? "text" : "comment"));
 }
 
-void checkEntries(const XMLElement& parent, const std::vector<EntryForm>& forms, bool isSaved,
+void checkEntries(const XMLElement& parent, const std::vector<ElementForm>& forms, bool isSaved,
                   Findings& findings) {
   for (const XMLNode* node = parent.FirstChild(); node != nullptr; node = node->NextSibling()) {
     const XMLElement* entry = node->ToElement();
-    const auto form = std::find_if(forms.begin(), forms.end(), [&](const EntryForm& known) {
+    const auto form = std::find_if(forms.begin(), forms.end(), [&](const ElementForm& known) {
       return entry != nullptr && isWord(entry->Name(), known.name);
     });
     if (form == forms.end()) {
@@ -140,13 +144,24 @@ void checkEntries(const XMLElement& parent, const std::vector<EntryForm>& forms,
 
 }  // namespace
 
-const XMLElement* sectionOf(const XMLDocument& document, const SectionForm& form) {
-  const XMLElement* parent = childNamed(document, form.parent);
-  return parent == nullptr ? nullptr : childNamed(*parent, form.name);
+const XMLElement* sectionOf(const XMLDocument& document, const settings::Table& table) {
+  const XMLElement* parent = childNamed(document, table.parent);
+  return parent == nullptr ? nullptr : childNamed(*parent, table.section);
 }
 
-void checkSection(const XMLElement& section, const SectionForm& form, Findings& findings) {
-  checkEntries(section, form.entries, form.isSaved, findings);
+Elements entriesOf(const XMLDocument& document, const settings::Table& table) {
+  const XMLElement* section = sectionOf(document, table);
+  Elements entries;
+  if (section == nullptr) return entries;
+  for (const XMLElement* child : childrenOf(*section))
+    if (std::any_of(table.elements.begin(), table.elements.end(),
+                    [&](const char* name) { return isWord(child->Name(), name); }))
+      entries.push_back(child);
+  return entries;
+}
+
+void checkSection(const XMLElement& section, const settings::Table& table, Findings& findings) {
+  checkEntries(section, formsOf(table), table.isSaved, findings);
 }
 
 Elements entriesOf(const XMLElement& parent, const char* name) {

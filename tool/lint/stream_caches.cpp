@@ -45,24 +45,6 @@ struct SizeUnit {
 constexpr SizeUnit kUnits[] = {
     {"BufferSizeB", 1}, {"BufferSizeKB", 1LL << 10}, {"BufferSizeMB", 1LL << 20}};
 
-const SectionForm& form() {
-  static const SectionForm section = {"Stream",
-                                      "StreamCache",
-                                      true,
-                                      {{"Cache",
-                                        {{"Id", Form::Integer, Need::Required},
-                                         {"Name", Form::Text, Need::Required},
-                                         {kUnits[0].attribute, Form::Integer, Need::Optional},
-                                         {kUnits[1].attribute, Form::Integer, Need::Optional},
-                                         {kUnits[2].attribute, Form::Integer, Need::Optional}},
-                                        {{"AllowedStreamSource",
-                                          {{"Id", Form::Integer, Need::Carried},
-                                           {"Default", Form::Integer, Need::Optional},
-                                           {"Enable", Form::Integer, Need::Optional}},
-                                          {}}}}}};
-  return section;
-}
-
 void checkSize(const XMLElement& cache, Findings& findings) {
   const std::string label = labelOf(cache);
   int given = 0;
@@ -103,9 +85,9 @@ void checkFoundById(const XMLElement& section, Findings& findings) {
 }
 
 void check(const Source& source, Findings& findings) {
-  const XMLElement* section = sectionOf(*source.document, form());
+  const XMLElement* section = sectionOf(*source.document, settings::streamCaches());
   if (section == nullptr) return;
-  checkSection(*section, form(), findings);
+  checkSection(*section, settings::streamCaches(), findings);
   checkFoundById(*section, findings);
   const Elements caches = cachesIn(*source.document);
   checkEqualIds(caches, "this cache", findings);
@@ -115,8 +97,7 @@ void check(const Source& source, Findings& findings) {
 }  // namespace
 
 Elements cachesIn(const XMLDocument& document) {
-  const XMLElement* section = sectionOf(document, form());
-  return section == nullptr ? Elements() : entriesOf(*section, "Cache");
+  return entriesOf(document, settings::streamCaches());
 }
 
 std::string labelOf(const XMLElement& cache) {

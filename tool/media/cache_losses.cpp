@@ -16,11 +16,6 @@ struct Size {
 constexpr Size kSizes[] = {
     {"BufferSizeB", 1}, {"BufferSizeKB", 1 << 10}, {"BufferSizeMB", 1 << 20}};
 
-const std::vector<ElementForm> kForms = {
-    {"Cache",
-     {"Id", "Name", kSizes[0].attribute, kSizes[1].attribute, kSizes[2].attribute},
-     {{"AllowedStreamSource", {"Id", "Default"}, {}}}}};
-
 std::string ofCache(const CacheEntry& cache) {
   return " of stream cache " + std::to_string(cache.id());
 }
@@ -55,17 +50,17 @@ std::string joined(const std::vector<std::string>& losses) {
 void requireDumpable(const std::vector<CacheEntry>& caches) {
   for (const CacheEntry& cache : caches)
     for (const AllowedSource& source : cache.allowed)
-      if (source.id < 0 || source.id > kGreatestSourceId)
+      if (source.id < 0 || source.id > settings::kGreatestSourceId)
         throw Refusal("the library saves all caches, and would lose source " +
                       std::to_string(source.id) + ofCache(cache) + ", which is outside 0.." +
-                      std::to_string(kGreatestSourceId));
+                      std::to_string(settings::kGreatestSourceId));
 }
 
 std::vector<std::string> dumpNotes(const std::vector<CacheEntry>& caches, int changed) {
   const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  XMLElement* section = requireSection(*document, kStreamCaches);
-  const std::vector<XMLElement*> elements = entriesOf(section, kStreamCaches);
-  std::vector<std::string> losses = lossesOf(*section, kForms);
+  XMLElement* section = requireSection(*document, settings::streamCaches());
+  const std::vector<XMLElement*> elements = entriesOf(section, settings::streamCaches());
+  std::vector<std::string> losses = lossesOf(*section, settings::streamCaches());
   std::vector<std::string> notes;
   for (std::size_t i = 0; i < caches.size() && i < elements.size(); ++i) {
     const CacheEntry& cache = caches[i];

@@ -6,20 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "settings/setting.h"
+
 namespace camcfg::tool::media {
 
-/// An element as the library writes it when it saves a section whole.
-struct ElementForm {
-  const char* name;
-  std::vector<const char*> attributes;
-  std::vector<ElementForm> children;
-};
+using Losses = std::vector<std::string>;
 
-/// What a section holds that is lost when the library saves it whole: comments, texts, elements and
-/// attributes that it does not write, each with its line: "the comment at line 7". The section's own
+/// What a section holds that is lost when it is saved whole: comments, texts, and elements and
+/// attributes that are not written, each with its line: "the comment at line 7". The section's own
 /// attributes stay.
-std::vector<std::string> lossesOf(const tinyxml2::XMLElement& section,
-                                  const std::vector<ElementForm>& forms);
+Losses lossesOf(const tinyxml2::XMLElement& section, const settings::Table& table);
+
+/// What saving a section of the device whole loses, as a remark; none if it is nothing.
+Losses lossNotes(const settings::Table& table);
 
 }  // namespace camcfg::tool::media
 

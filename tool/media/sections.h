@@ -7,9 +7,8 @@
 
 namespace camcfg::tool::media {
 
-// The sections of the media file.
-std::vector<device::Section> streamSections();
-std::vector<device::Section> liveSections();
+/// The sections of the media file.
+std::vector<device::Section> sections();
 
 }  // namespace camcfg::tool::media
 

@@ -88,7 +88,7 @@ bool CacheEntry::marksDiffer() const {
 
 std::vector<CacheEntry> cachesOf(XMLElement* section, const std::list<StreamCache>& records) {
   std::vector<CacheEntry> caches;
-  const std::vector<XMLElement*> elements = entriesOf(section, kStreamCaches);
+  const std::vector<XMLElement*> elements = entriesOf(section, settings::streamCaches());
   auto element = elements.begin();
   for (const StreamCache& record : records) {
     if (element == elements.end()) break;
@@ -101,7 +101,7 @@ std::vector<CacheEntry> cachesOf(XMLElement* section, const std::list<StreamCach
 std::vector<CacheEntry> readCaches() {
   const std::list<StreamCache> records = loadStreamCaches();
   const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  return cachesOf(requireSection(*document, kStreamCaches), records);
+  return cachesOf(requireSection(*document, settings::streamCaches()), records);
 }
 
 Json idOrNull(const std::optional<int>& id) {

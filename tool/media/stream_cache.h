@@ -10,9 +10,6 @@
 
 namespace camcfg::tool::media {
 
-/// Source ids that fit a cache's whitelist.
-constexpr int kGreatestSourceId = 29;
-
 /// An "AllowedStreamSource" of a cache.
 struct AllowedSource {
   int id;          ///< as the loader reads it: without "Id" that of the one before, or the cache's

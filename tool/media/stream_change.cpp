@@ -65,7 +65,8 @@ void requireOwnId(const CacheEntry& cache, int sourceId) {
 
 // The element that the library's updates find: by the beginning of its name.
 XMLElement* foundForUpdate(XMLDocument& document, int cacheId) {
-  return CFG_GetElementByNameId(requireSection(document, kStreamCaches), "Cache", cacheId);
+  return CFG_GetElementByNameId(requireSection(document, settings::streamCaches()), "Cache",
+                                cacheId);
 }
 
 void requireReachable(const CacheEntry& cache) {
@@ -92,7 +93,7 @@ bool update(const std::function<int()>& call) {
 
 // A cache in a document of the file, as it stands there.
 CacheEntry cacheIn(XMLDocument& document, const StreamCache& record, std::size_t index) {
-  XMLElement* section = requireSection(document, kStreamCaches);
+  XMLElement* section = requireSection(document, settings::streamCaches());
   const std::vector<CacheEntry> caches = cachesOf(section, {index + 1, record});
   return caches.size() > index ? caches[index] : CacheEntry{record, {}};
 }
@@ -117,8 +118,8 @@ std::vector<int> requireSourceIds(const std::vector<std::string>& texts) {
   std::vector<int> ids;
   for (const std::string& text : texts) {
     const int id = requireId(text);
-    if (id < 0 || id > kGreatestSourceId)
-      throw Refusal("source " + settings::outside(text, id, 0, kGreatestSourceId));
+    if (id < 0 || id > settings::kGreatestSourceId)
+      throw Refusal("source " + settings::outside(text, id, 0, settings::kGreatestSourceId));
     ids.push_back(id);
   }
   std::sort(ids.begin(), ids.end());

@@ -2,60 +2,58 @@
 
 #include <algorithm>
 
-#include "media/json.h"
-
 namespace camcfg::tool::media {
 namespace {
 
 using Channels = std::vector<WiredChannel>;
 
-void addIfAny(Channels& channels, std::int32_t id, const char* role) {
-  if (!channelOrNull(id).is_null()) channels.push_back({id, role});
+// The channels of an entry that has one for each purpose.
+Channels channelsOf(const Json& entry,
+                    const std::vector<std::pair<const char*, const char*>>& roles) {
+  Channels channels;
+  for (const auto& [member, role] : roles)
+    if (!entry.at(member).is_null()) channels.push_back({entry.at(member).get<int>(), role});
+  return channels;
 }
 
 // Each channel of this service is a session of its own.
 void addWebsocket(std::vector<WiredSession>& sessions) {
-  for (const auto& session : loadWebsocketSessions())
-    sessions.push_back({"WebSocket", session.strName, true, {{session.s32Id, ""}}});
+  for (const Json& session : loadEntries(settings::websocket()))
+    sessions.push_back(
+        {"WebSocket", session.at("name").text(), true, {{session.at("id").get<int>(), ""}}});
 }
 
 void addRtsp(std::vector<WiredSession>& sessions) {
-  for (const RtspSession& session : loadRtspSessions()) {
+  for (const Json& session : loadEntries(settings::rtsp())) {
     Channels channels;
-    for (const auto& channel : session->lstSubSession)
-      channels.push_back({channel.s32Id, channel.strName});
-    sessions.push_back({"RTSP", session->strName, true, channels});
+    for (const Json& channel : session.at("channels"))
+      channels.push_back({channel.at("id").get<int>(), channel.at("name").text()});
+    sessions.push_back({"RTSP", session.at("name").text(), true, channels});
   }
 }
 
 void addRtmp(std::vector<WiredSession>& sessions) {
-  for (const auto& target : loadRtmpTargets()) {
-    Channels channels;
-    addIfAny(channels, target.s32VideoId, "video");
-    addIfAny(channels, target.s32AudioId, "audio");
-    sessions.push_back(
-        {"RTMP", "target " + std::to_string(target.s32Id), target.bEnable != 0, channels});
-  }
+  for (const Json& target : loadEntries(settings::rtmp()))
+    sessions.push_back({"RTMP", "target " + target.at("id").dump(),
+                        target.at("enabled").get<bool>(),
+                        channelsOf(target, {{"video", "video"}, {"audio", "audio"}})});
 }
 
 void addNdi(std::vector<WiredSession>& sessions) {
-  for (const auto& instance : loadNdiInstances()) {
-    Channels channels;
-    addIfAny(channels, instance.s32MainVideoId, "main video");
-    addIfAny(channels, instance.s32SubVideoId, "sub video");
-    addIfAny(channels, instance.s32AudioId, "audio");
-    sessions.push_back({"NDI", instance.strMainStreamName, instance.bEnable != 0, channels});
-  }
+  for (const Json& instance : loadEntries(settings::ndi()))
+    sessions.push_back(
+        {"NDI", instance.at("mainStreamName").text(), instance.at("enabled").get<bool>(),
+         channelsOf(instance,
+                    {{"mainVideo", "main video"}, {"subVideo", "sub video"}, {"audio", "audio"}})});
 }
 
 void addSrt(std::vector<WiredSession>& sessions) {
-  for (const auto& instance : loadSrtInstances()) {
-    const std::string name = std::string(instance.s32Mode != 0 ? "listener " : "caller ") +
-                             std::to_string(instance.s32Id) + ": ";
-    for (const auto& stream : instance.lstStream) {
+  for (const Json& instance : loadEntries(settings::srt())) {
+    const std::string name = instance.at("mode").text() + " " + instance.at("id").dump() + ": ";
+    for (const Json& stream : instance.at("streams")) {
       Channels channels;
-      for (const int id : stream.lstChannel) channels.push_back({id, ""});
-      sessions.push_back({"SRT", name + stream.strId, true, channels});
+      for (const Json& id : stream.at("channels")) channels.push_back({id.get<int>(), ""});
+      sessions.push_back({"SRT", name + stream.at("id").text(), true, channels});
     }
   }
 }
@@ -125,7 +123,7 @@ std::vector<std::string> findingsIn(const Wiring& wiring) {
 
 Json jsonOf(const Wiring& wiring) {
   Json value;
-  value["sources"] = jsonOf(std::list<StreamSource>(wiring.sources.begin(), wiring.sources.end()));
+  value["sources"] = loadEntries(settings::streamSources());
   value["caches"] = jsonOf(wiring.caches);
   value["sessions"] = Json::array();
   for (const WiredSession& session : wiring.sessions) value["sessions"].push_back(jsonOf(session));

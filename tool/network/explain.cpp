@@ -12,9 +12,9 @@ using settings::Setting;
 
 // The file's own limits where it has any.
 std::string permitted(const Setting& setting, const tinyxml2::XMLElement* element) {
-  if (setting.kind != settings::Kind::Integer) return settings::permittedFor(setting);
+  if (setting.kind != settings::Kind::Integer) return settings::permittedInFile(setting, {});
   if (element == nullptr) return "";
-  return settings::permittedFor(setting, settings::limitsIn(*element, setting.limits));
+  return settings::permittedInFile(setting, settings::limitsIn(*element, setting.limits));
 }
 
 device::ExplainedValue valueOf(const device::ExplainedFile& file, device::ElementPath path,

@@ -6,41 +6,17 @@
 #include "base/spelling.h"
 #include "base/text.h"
 #include "settings/address.h"
+#include "settings/row.h"
 
 namespace camcfg::tool::settings {
 namespace {
 
 using Record = tagNETWORK_CFG_S;
 
-Setting row(const char* member, const char* element, Kind kind, Field field, const char* help) {
-  return {member, {{"Cur", element}}, kind, Need::Expected, help, field};
-}
-
 template <auto Member>
-Setting choice(const char* member, const char* element, Kind kind, std::vector<Word> words,
-               const char* help) {
-  Setting setting = row(member, element, kind, fieldOf<Member>(), help);
-  setting.words = std::move(words);
-  return setting;
-}
-
-template <auto Member>
-Setting text(const char* member, const char* element, std::string (*whyNot)(const std::string&),
-             const char* help) {
-  Setting setting = row(member, element, Kind::Text, fieldOf<Member>(), help);
-  setting.whyNotUsable = whyNot;
-  return setting;
-}
-
-// A card that gets its address from the network needs none in the file.
-Setting ofStaticCards(Setting setting) {
-  setting.neededIf = {"IpMode", "StaticIp"};
-  return setting;
-}
-
-Setting byWholeName(Setting setting) {
-  setting.isWrittenByWholeName = true;
-  return setting;
+Row row(const char* member, const char* element, Kind kind, const char* help) {
+  return Row(member, nullptr, kind, Need::Expected, fieldOf<Member>(), help)
+      .from({{"Cur", element}});
 }
 
 // The record has the system's name of an interface, not the file's word.
@@ -54,56 +30,53 @@ void readInterface(const Node& node, void* record) {
     node.refuse("there is no such interface");
 }
 
-Setting interface() {
-  Setting setting =
-      choice<&Record::acIntf>("intf", "Intf", Kind::Word, {{"Eth0", 0}, {"Eth1", 1}, {"Wlan0", 2}},
-                              "Interface of the system that it drives");
-  setting.write = writeInterface;
-  setting.read = readInterface;
-  return setting;
-}
-
-Setting mtu() {
-  constexpr Range kOfAnyCard{68, 9216};
-  Setting setting =
-      row("mtu", "MTU", Kind::Integer, fieldOf<&Record::s32MTU>(), "Largest packet that it sends");
-  setting.limits = kOfAnyCard;
-  setting.unit = "bytes";
-  return setting;
-}
-
 Settings makeCardSettings() {
   const std::vector<Word> onOff = {{"Off", BU_FALSE}, {"On", BU_TRUE}};
   return {
-      choice<&Record::enEnable>("enable", "Enable", Kind::Switch, onOff, "Whether it is in use"),
-      choice<&Record::enAutoneg>("autoneg", "Autoneg", Kind::Switch, onOff,
-                                 "Whether speed and duplex are negotiated"),
-      choice<&Record::enDuplex>("duplex", "Duplex", Kind::Word,
-                                {{"Half", LINK_DUPLEX_HALF}, {"Full", LINK_DUPLEX_FULL}},
-                                "Whether it sends and receives at the same time"),
-      choice<&Record::enSpeed>(
-          "speed", "Speed", Kind::Word,
-          {{"10M", LINK_SPEED_10M}, {"100M", LINK_SPEED_100M}, {"1000M", LINK_SPEED_1000M}},
-          "Bits per second"),
-      byWholeName(mtu()),
-      interface(),
-      choice<&Record::enIpMode>("ipMode", "IpMode", Kind::Word,
-                                {{"DhcpIp", IP_MODE_DHCP}, {"StaticIp", IP_MODE_STATIC}},
-                                "Where its address comes from"),
-      ofStaticCards(text<&Record::acIpAddr>("ipAddr", "IpAddr", whyNotAnAddress, "Address")),
-      ofStaticCards(text<&Record::acNetMask>("netMask", "NetMask", whyNotAMask, "Netmask")),
-      text<&Record::acGateWay>("gateWay", "GateWay", whyNotAnOptionalAddress, "Gateway"),
-      choice<&Record::enDnsMode>("dnsMode", "DnsMode", Kind::Word,
-                                 {{"AutoMode", DNS_MODE_AUTO}, {"ManualMode", DNS_MODE_MANUAL}},
-                                 "Where its name servers come from"),
-      text<&Record::acDns1>("dns1", "Dns1", whyNotAServer, "First name server set by hand"),
-      text<&Record::acDns2>("dns2", "Dns2", whyNotAServer, "Second name server set by hand"),
-      byWholeName(
-          text<&Record::acDnsSearch>("dnsSearch", "DnsSearch", whyNotDomains, "Search domains")),
-      byWholeName(text<&Record::acDhcpDns1>("dhcpDns1", "DhcpDns1", whyNotAServer,
-                                            "First name server learnt from DHCP")),
-      byWholeName(text<&Record::acDhcpDns2>("dhcpDns2", "DhcpDns2", whyNotAServer,
-                                            "Second name server learnt from DHCP")),
+      row<&Record::enEnable>("enable", "Enable", Kind::Switch, "Whether it is in use").of(onOff),
+      row<&Record::enAutoneg>("autoneg", "Autoneg", Kind::Switch,
+                              "Whether speed and duplex are negotiated")
+          .of(onOff),
+      row<&Record::enDuplex>("duplex", "Duplex", Kind::Word,
+                             "Whether it sends and receives at the same time")
+          .of({{"Half", LINK_DUPLEX_HALF}, {"Full", LINK_DUPLEX_FULL}}),
+      row<&Record::enSpeed>("speed", "Speed", Kind::Word, "Bits per second")
+          .of({{"10M", LINK_SPEED_10M}, {"100M", LINK_SPEED_100M}, {"1000M", LINK_SPEED_1000M}}),
+      row<&Record::s32MTU>("mtu", "MTU", Kind::Integer, "Largest packet that it sends")
+          .within(68, 9216)
+          .in("bytes")
+          .byWholeName(),
+      row<&Record::acIntf>("intf", "Intf", Kind::Word, "Interface of the system that it drives")
+          .of({{"Eth0", 0}, {"Eth1", 1}, {"Wlan0", 2}})
+          .by(writeInterface, readInterface),
+      row<&Record::enIpMode>("ipMode", "IpMode", Kind::Word, "Where its address comes from")
+          .of({{"DhcpIp", IP_MODE_DHCP}, {"StaticIp", IP_MODE_STATIC}}),
+      // A card that gets its address from the network needs none in the file.
+      row<&Record::acIpAddr>("ipAddr", "IpAddr", Kind::Text, "Address")
+          .checked(whyNotAnAddress)
+          .neededIf("IpMode", "StaticIp"),
+      row<&Record::acNetMask>("netMask", "NetMask", Kind::Text, "Netmask")
+          .checked(whyNotAMask)
+          .neededIf("IpMode", "StaticIp"),
+      row<&Record::acGateWay>("gateWay", "GateWay", Kind::Text, "Gateway")
+          .checked(whyNotAnOptionalAddress),
+      row<&Record::enDnsMode>("dnsMode", "DnsMode", Kind::Word, "Where its name servers come from")
+          .of({{"AutoMode", DNS_MODE_AUTO}, {"ManualMode", DNS_MODE_MANUAL}}),
+      row<&Record::acDns1>("dns1", "Dns1", Kind::Text, "First name server set by hand")
+          .checked(whyNotAServer),
+      row<&Record::acDns2>("dns2", "Dns2", Kind::Text, "Second name server set by hand")
+          .checked(whyNotAServer),
+      row<&Record::acDnsSearch>("dnsSearch", "DnsSearch", Kind::Text, "Search domains")
+          .checked(whyNotDomains)
+          .byWholeName(),
+      row<&Record::acDhcpDns1>("dhcpDns1", "DhcpDns1", Kind::Text,
+                               "First name server learnt from DHCP")
+          .checked(whyNotAServer)
+          .byWholeName(),
+      row<&Record::acDhcpDns2>("dhcpDns2", "DhcpDns2", Kind::Text,
+                               "Second name server learnt from DHCP")
+          .checked(whyNotAServer)
+          .byWholeName(),
   };
 }
 
@@ -115,11 +88,9 @@ const Settings& cardSettings() {
 }
 
 const Setting& hostnameSetting() {
-  static const Setting setting = [] {
-    Setting row{"hostname", {{"Hostname", "NetWork"}}, Kind::Text, Need::Expected, "Host name"};
-    row.whyNotUsable = whyNotAHostname;
-    return row;
-  }();
+  static const Setting setting =
+      Row("hostname", "Hostname", Kind::Text, Need::Expected, {}, "Host name")
+          .checked(whyNotAHostname);
   return setting;
 }
 

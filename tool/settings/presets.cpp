@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "settings/nearest.h"
+#include "settings/row.h"
 
 namespace camcfg::tool::settings {
 namespace {
@@ -23,54 +24,42 @@ std::string whyNotADescription(const std::string& text) {
              : "";
 }
 
-Setting row(const char* member, const char* attribute, Kind kind, Field field, const char* help,
-            const char* heading, const char* cell) {
-  Setting setting{member, {{attribute}}, kind, Need::Expected, help, field};
-  setting.limits = {INT32_MIN, INT32_MAX};
-  setting.column = {heading, cell};
-  return setting;
-}
-
-Setting option(const char* name, Setting setting) {
-  setting.option = name;
-  return setting;
-}
-
-Settings makePresetSettings() {
-  Setting id = row(kPresetId, "Id", Kind::Integer, fieldOf<&Record::s32Id>(), "Id from 0 to 128",
-                   "ID", "{id}");
-  id.need = Need::Required;
-  id.limits = {0, PRESET_ID_MAX};
-  Setting description =
-      option("--description",
-             row(kPresetDescription, "Description", Kind::Text, fieldOf<&Record::s8Description>(),
-                 "Text of up to 63 bytes", "DESCRIPTION", "{description}"));
-  description.whyNotUsable = whyNotADescription;
-  const auto number = [](const char* optionName, const char* member, const char* attribute,
-                         Field field, const char* help, const char* heading, const char* cell) {
-    return option(optionName, row(member, attribute, Kind::Integer, field, help, heading, cell));
-  };
-  Setting focusMode =
-      number("--focus-mode", "focusMode", "FocusMode", fieldOf<&Record::s32FocusMode>(),
-             "Focus mode", "FOCUS MODE", "{focusMode}");
-  focusMode.label = "focus mode";
-  return {id,
-          description,
-          number("--pan", "pan", "PanPos", fieldOf<&Record::s32PanPos>(), "Pan position", "PAN",
-                 "{pan}"),
-          number("--tilt", "tilt", "TiltPos", fieldOf<&Record::s32TiltPos>(), "Tilt position",
-                 "TILT", "{tilt}"),
-          number("--zoom", "zoom", "ZoomPos", fieldOf<&Record::s32ZoomPos>(), "Zoom position",
-                 "ZOOM", "{zoom}"),
-          number("--focus", "focus", "FocusPos", fieldOf<&Record::s32FocusPos>(), "Focus position",
-                 "FOCUS", "{focus}"),
-          focusMode};
+template <auto Member>
+Row number(const char* member, const char* attribute, const char* help) {
+  return Row(member, attribute, Kind::Integer, Need::Expected, fieldOf<Member>(), help)
+      .within(INT32_MIN, INT32_MAX);
 }
 
 }  // namespace
 
 const Settings& presetSettings() {
-  static const Settings settings = makePresetSettings();
+  static const Settings settings = {
+      Row(kPresetId, "Id", Kind::Integer, Need::Required, fieldOf<&Record::s32Id>(),
+          "Id from 0 to 128")
+          .within(0, PRESET_ID_MAX)
+          .listed("ID", "{id}"),
+      Row(kPresetDescription, "Description", Kind::Text, Need::Expected,
+          fieldOf<&Record::s8Description>(), "Text of up to 63 bytes")
+          .checked(whyNotADescription)
+          .option("--description")
+          .listed("DESCRIPTION", "{description}", 1),
+      number<&Record::s32PanPos>("pan", "PanPos", "Pan position")
+          .option("--pan")
+          .listed("PAN", "{pan}"),
+      number<&Record::s32TiltPos>("tilt", "TiltPos", "Tilt position")
+          .option("--tilt")
+          .listed("TILT", "{tilt}"),
+      number<&Record::s32ZoomPos>("zoom", "ZoomPos", "Zoom position")
+          .option("--zoom")
+          .listed("ZOOM", "{zoom}"),
+      number<&Record::s32FocusPos>("focus", "FocusPos", "Focus position")
+          .option("--focus")
+          .listed("FOCUS", "{focus}"),
+      number<&Record::s32FocusMode>("focusMode", "FocusMode", "Focus mode")
+          .option("--focus-mode")
+          .labelled("focus mode")
+          .listed("FOCUS MODE", "{focusMode}"),
+  };
   return settings;
 }
 

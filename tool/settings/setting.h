@@ -16,7 +16,8 @@ enum class Kind {
   Id,       ///< any number of 32 bits but -1, which stands for none
   Text,
   Word,    ///< one of a few words
-  Switch,  ///< true or false
+  Switch,  ///< true or false, in files by these words: only "true" is on
+  Flag,    ///< true or false, in files as a number: only 0 is off
   Ids,     ///< a list of different ids
   List     ///< a list of records
 };
@@ -54,6 +55,7 @@ struct Condition {
 struct Column {
   const char* heading;
   const char* cell;
+  int rank = 0;  ///< columns of a higher rank come later
 };
 
 struct Table;
@@ -73,6 +75,9 @@ struct Setting {
   const char* channelType{};  ///< it is the "Id" of the <Channel> of this "Type"
   const Table* inner{};       ///< of a List: its records; of other kinds: elements inside the entry
   Column column{};            ///< in listings; without a heading: not listed by itself
+  bool isChannel = false;     ///< it is the id of a stream cache
+  bool isSaved = true;        ///< the library writes it when it saves the section
+  const Table* refersTo{};    ///< it is the key of an entry of this table
   bool isOptional = false;    ///< may be left out of a document, or null
   bool isNullWhenNone = false;  ///< -1, or the empty text, is null in documents
 
@@ -92,22 +97,39 @@ struct Setting {
 
 using Settings = std::vector<Setting>;
 
+/// How the library loads and saves the entries of a section, as JSON by the rows of its table.
+struct Calls {
+  /// Loads the entries; over a fault, those before the faulty one.
+  /// @return the library's result
+  int (*load)(const Table& table, Json& entries) = nullptr;
+  int (*store)(const Table& table, const Json& entries) = nullptr;
+  /// Reads the entries of a document, with what is left out filled in.
+  Json (*read)(const Table& table, const Node& entries) = nullptr;
+  int (*closeRead)() = nullptr;  ///< drops the document that a failed load leaves open
+};
+
 /// The entries of one section, and the section itself.
 struct Table {
   const char* place;   ///< in documents: "live.srt"; of an inner table: the member
   const char* word;    ///< on the command line: "srt"
+  const char* entry;   ///< what an entry is called: "SRT instance"
   const char* key;     ///< member by which entries are told apart; null: by none
+  const char* label;   ///< member that says which one an entry is; null: the key does
   const char* parent;  ///< element at the top of the file
   const char* section;
   std::vector<const char*> elements;  ///< of entries, in upper or lower case; the first is written
   Settings settings;
-  bool isSaved = true;  ///< the library saves the section whole, and drops what it does not know
+  Calls calls{};
   /// What must be true of an entry beyond each of its settings; asked when those are fine.
   void (*check)(const Node& entry) = nullptr;
+  bool isSaved = true;  ///< the library saves the section whole, and drops what it does not know
 
   /// The setting of a member; null if there is none.
   const Setting* find(std::string_view member) const;
 };
+
+/// What values a setting takes, for people: "1..65535"; empty if any text will do.
+std::string permittedFor(const Setting& setting);
 
 /// What stands in an answer for a secret that is set.
 inline constexpr char kMasked[] = "********";

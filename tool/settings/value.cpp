@@ -68,7 +68,7 @@ std::vector<std::string> wordsOf(const Setting& setting) {
   return words;
 }
 
-std::string permittedFor(const Setting& setting, const Range& limits) {
+std::string permittedInFile(const Setting& setting, const Range& limits) {
   if (setting.kind != Kind::Integer) return joined(wordsOf(setting));
   if (limits.least <= INT32_MIN && limits.most >= INT32_MAX) return "";
   return std::to_string(limits.least) + ".." + std::to_string(limits.most);

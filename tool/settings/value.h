@@ -25,12 +25,9 @@ std::vector<std::string> membersOf(const Settings& settings);
 /// The words of a setting as files have them.
 std::vector<std::string> wordsOf(const Setting& setting);
 
-/// What is permitted: "0..128", "Off, On"; empty if it is any number, or a text.
+/// What a file may have: "0..128", "Off, On"; empty if it is any number, or a text.
 /// @param limits  of an Integer
-std::string permittedFor(const Setting& setting, const Range& limits);
-inline std::string permittedFor(const Setting& setting) {
-  return permittedFor(setting, setting.limits);
-}
+std::string permittedInFile(const Setting& setting, const Range& limits);
 
 /// What is wrong with a text that is to be put into a file.
 Objection objectionTo(const Setting& setting, const std::string& text, const Range& limits);

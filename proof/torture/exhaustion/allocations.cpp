@@ -35,7 +35,7 @@ void* outOfMemory() {
 
 }  // namespace
 
-// Stand before the C library's own, in whose work operator new and the streams end as well.
+// Called instead of the C library's own, in whose work operator new and the streams end as well.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
 extern "C" {
 

@@ -6,7 +6,7 @@ namespace camcfg::torture {
 /// Blocks of memory that this process has allocated and not freed.
 long liveBlocks();
 
-/// Lets an allocation of this process fail, counted from 1 from now on, and perhaps all behind it; 0
+/// Lets an allocation of this process fail, counted from 1 from now on, and perhaps all after it; 0
 /// lets none fail.
 void failAllocation(int allocation, bool andAllBehindIt);
 

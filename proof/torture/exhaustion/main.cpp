@@ -1,10 +1,10 @@
 // Lets every exported function run out of what a system may be short of, at each of its system
-// calls and allocations in turn, once for that one alone and once from that one on. Native only: it
+// calls and allocations in turn, once for only that one and once from that one on. Native only: it
 // traces.
 //   camcfg-exhaustion [--long] [--seed N]
-// Wrong is a result that is not as stated, a failed call that changed a file, a lock, a block of
+// Wrong: a result that is not as stated, a failed call that changed a file, a lock, a block of
 // memory or a descriptor left behind, and a next call that does not do what it should. What becomes
-// of the copies when a save fails, whose result nobody is told, is counted.
+// of the copies when a save fails, which no result reports, is counted.
 #include <cstdio>
 
 #include "torture/exhaustion/trial.h"
@@ -23,10 +23,10 @@ bool parses(const std::optional<std::string>& copy) {
 struct Tally {
   int runs = 0;
   int failed = 0;
-  int read = 0;        ///< readers that succeeded all the same
+  int read = 0;        ///< readers that succeeded nevertheless
   int stored = 0;      ///< writers that stored their change in both copies
   int notStored = 0;   ///< writers that succeeded with both copies as they were
-  int mainGood = 0;    ///< main copy good, its backup behind or damaged
+  int mainGood = 0;    ///< main copy good, its backup out of date or damaged
   int backupGood = 0;  ///< main copy damaged, its backup good
   int bothDamaged = 0;
 };
@@ -46,7 +46,7 @@ class Exhaustion {
   }
 
   void print(std::size_t functions) const {
-    Table table({"condition", "lasts", "runs", "failed as stated", "read all the same",
+    Table table({"condition", "lasts", "runs", "failed as stated", "read nevertheless",
                  "stored in both copies", "in neither", "main good", "backup good",
                  "both damaged"});
     for (std::size_t i = 0; i < conditions().size(); ++i)

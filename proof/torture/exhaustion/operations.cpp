@@ -141,8 +141,8 @@ std::vector<Operation> presetOperations() {
        },
        0, -1, true},
       {"CFG_PRESET_DeleteById", kPreset, [] { return CFG_PRESET_DeleteById(2); }, 0, -1, true},
-      {"CFG_PRESET_DeleteById (none of it)", kPreset, [] { return CFG_PRESET_DeleteById(77); }, 0,
-       -1, false, Either::Never, true},
+      {"CFG_PRESET_DeleteById (unknown)", kPreset, [] { return CFG_PRESET_DeleteById(77); }, 0, -1,
+       false, Either::Never, true},
       {"CFG_PRESET_DeleteByDesc", kPreset, [] { return CFG_PRESET_DeleteByDesc("Lectern"); }, 0, -1,
        true},
       {"CFG_PRESET_QueryOneById", kPreset,
@@ -239,7 +239,7 @@ std::string demangled(const std::string& symbol) {
 }
 
 std::set<std::string> namesKnown() {
-  // These work on locks, elements or words alone.
+  // These work only on locks, elements or words.
   std::set<std::string> names = {"cfgGetLockByFile",
                                  "cfgLockFile",
                                  "cfgUnlockFile",

@@ -15,11 +15,11 @@ enum class Either {
 
 /// One exported function, called so that it succeeds on the sample set.
 struct Operation {
-  std::string name;  ///< the function's, perhaps with a remark in brackets behind it
+  std::string name;  ///< the function's, perhaps followed by a remark in brackets
   const char* file;  ///< the file that it works on, under its name in "/cfg0" or a whole path
   int (*run)();
   int success = 0;
-  int failure = -1;  ///< the same as success where failing shows in the log alone
+  int failure = -1;  ///< the same as success where failing shows only in the log
   bool writes = false;
   Either either = Either::Never;
   bool leavesLocked = false;  ///< as stated of it when it succeeds

@@ -42,7 +42,7 @@ struct Outcome {
   int descriptorsLeft = 0;
   Copies copies;
 
-  int nextResult = 0;  ///< of the same operation after the strike, on files laid out anew
+  int nextResult = 0;  ///< of the same operation after the strike, on files laid out again
   Copies nextCopies;
 };
 

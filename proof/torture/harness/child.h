@@ -13,7 +13,7 @@
 
 namespace camcfg::torture {
 
-/// A value that a process and the children it starts later see alike.
+/// A value that a process shares with the children it starts later.
 template <typename Value>
 class Shared {
   static_assert(std::is_trivially_destructible_v<Value>);
@@ -38,7 +38,7 @@ class Shared {
   Value* value_;
 };
 
-/// Sends what this process prints on standard output nowhere.
+/// Discards what this process prints on standard output.
 void silenceOutput();
 
 /// Starts a child that runs `work` with a directory as its root and standard output silenced, and
@@ -54,7 +54,7 @@ int waitFor(pid_t child);
 int runInside(const std::string& hostRoot, const std::function<int()>& work);
 
 /// Runs a program with standard output and standard error silenced; sync() returns at once in it.
-/// @return its exit status as waitFor() tells it
+/// @return its exit status as waitFor() returns it
 int runProgram(const std::vector<std::string>& words);
 
 /// Replaces this process by a program; sync() returns at once in it.

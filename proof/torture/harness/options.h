@@ -12,8 +12,8 @@ struct Options {
 };
 
 /// What `main` does: reads the command line and runs the program.
-/// @return its status; 2 when the command line makes no sense, 1 when the program cannot go on,
-///         either told on standard error
+/// @return its status; 2 when the command line is wrong, 1 when the program cannot go on,
+///         either reported on standard error
 int runTorture(int argc, char** argv, int (*program)(const Options&));
 
 }  // namespace camcfg::torture

@@ -40,7 +40,7 @@ void Faults::add(const std::string& what) {
   constexpr int kTold = 40;
   ++count_;
   if (count_ <= kTold) std::fprintf(stderr, "WRONG: %s\n", what.c_str());
-  if (count_ == kTold) std::fprintf(stderr, "(more are counted and not told)\n");
+  if (count_ == kTold) std::fprintf(stderr, "(more are counted and not printed)\n");
 }
 
 int Faults::conclude(const char* program) const {

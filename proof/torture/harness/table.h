@@ -30,7 +30,7 @@ class Table {
   std::vector<std::vector<std::string>> rows_;
 };
 
-/// Counts what a program found wrong and tells it, up to a number of lines, on standard error.
+/// Counts what a program found wrong and prints it, up to a number of lines, on standard error.
 class Faults {
  public:
   void add(const std::string& what);

@@ -5,7 +5,7 @@
 namespace camcfg::torture {
 namespace {
 
-/// Prints elements and attributes: no setting stands anywhere else.
+/// Prints elements and attributes: no setting is anywhere else.
 class SettingsPrinter : public tinyxml2::XMLPrinter {
  public:
   bool Visit(const tinyxml2::XMLText& /*text*/) override { return true; }

@@ -3,7 +3,7 @@
 // of the device makes of them; then the same for two failures in a row, and for failures while the
 // start-up itself repairs. Whole saves of all files of the sample set.
 //   camcfg-power-cuts [--long] [--seed N]
-// Wrong is what verification alone does not mend though the copy that parses tells it how, and any
+// Wrong: what verification does not repair although a copy that parses is there, and any
 // setting that is lost where every start resyncs.
 #include <algorithm>
 #include <memory>
@@ -101,7 +101,7 @@ class Stage {
   const ChangingFile& file_;
 };
 
-/// What came of failures of one kind.
+/// Results of failures of one kind.
 struct Count {
   int cuts = 0;
   int mainWhole = 0;
@@ -158,8 +158,8 @@ class PowerCuts {
   }
 
   void withinWrites() {
-    Table table({"file", "cuts", "main whole at once", "lost: verification alone",
-                 "lost: verify --resync"});
+    Table table(
+        {"file", "cuts", "main whole at once", "lost: verification only", "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
       const std::vector<Step> steps = stage.stepsOfSave();
@@ -201,7 +201,7 @@ class PowerCuts {
     if (!isWhole(alone)) ++count.lost[0];
     if (!isWhole(alone) && !parses)
       faults_.add(std::string("verification leaves the main copy ") + wordFor(alone) +
-                  " beside a good backup");
+                  " although its backup is good");
     const Contents resynced = stage.startWith(copies, StartUp::Resync);
     if (isWhole(resynced)) return;
     ++count.lost[1];
@@ -211,7 +211,7 @@ class PowerCuts {
   }
 
   void pairs() {
-    Table table({"file", "pairs", "lost: verification alone", "rate", "lost: verify --resync"});
+    Table table({"file", "pairs", "lost: verification only", "rate", "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
       const std::vector<Cut> cuts = cutsOf(stage.stepsOfSave());
@@ -241,7 +241,7 @@ class PowerCuts {
 
   void duringRepairs() {
     Table table(
-        {"file", "repairs", "steps cut", "lost: verification alone", "lost: verify --resync"});
+        {"file", "repairs", "steps cut", "lost: verification only", "lost: verify --resync"});
     for (const ChangingFile& file : files_) {
       const Stage stage(device_, file);
       int repairs = 0;

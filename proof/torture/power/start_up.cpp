@@ -8,7 +8,7 @@
 namespace camcfg::torture {
 
 const char* wordFor(StartUp startUp) {
-  return startUp == StartUp::Verification ? "verification alone" : "verify --resync";
+  return startUp == StartUp::Verification ? "verification only" : "verify --resync";
 }
 
 std::vector<std::string> resyncCommand(const Device& device) {
@@ -20,7 +20,7 @@ void start(const Device& device, StartUp startUp) {
     runInside(device.root(), CFG_VerifyFileFormat);
     return;
   }
-  // Told by its files, not its status, whether it did its work; but it must have run.
+  // Its files, not its status, show whether it did its work; but it must have run.
   constexpr int kHighestStatus = 3;
   if (runProgram(resyncCommand(device)) > kHighestStatus) throw std::runtime_error("the tool");
 }

@@ -9,7 +9,7 @@
 
 namespace camcfg::torture {
 
-/// What a device does about its files when it starts.
+/// What a device does with its files when it starts.
 enum class StartUp {
   Verification,  ///< CFG_VerifyFileFormat()
   Resync,        ///< the tool's `verify --resync`

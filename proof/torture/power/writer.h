@@ -19,8 +19,8 @@ struct Step {
   std::size_t size;  ///< bytes that it moves, 0 if it moves none
 };
 
-/// Where the power fails: before a step, counted from 0, or within it when so many bytes of it have
-/// arrived.
+/// Where the power fails: before a step, counted from 0, or within it after a number of its bytes
+/// have arrived.
 struct Cut {
   int step;
   std::optional<std::size_t> bytes;

@@ -154,10 +154,10 @@ int readDocument(int cell) {
   return first == last ? first : kTorn;
 }
 
-std::string perCell(const std::string& before, const std::string& behind) {
+std::string perCell(const std::string& before, const std::string& after) {
   std::string text;
   for (int cell = 0; cell < kThreads; ++cell)
-    text.append(before).append(std::to_string(cell)).append(behind);
+    text.append(before).append(std::to_string(cell)).append(after);
   return text;
 }
 
@@ -198,7 +198,7 @@ void layOutFamilies() {
                                 "FocusPos='1' FocusMode='1'/>") +
                         "</PresetCfg>");
   Device::writeHere(CFG_FILE_MPP, mediaFile());
-  // Each cell stands twice, far apart.
+  // Each cell occurs twice, far apart.
   Device::writeHere(kCounter, "<Root Count='0'>" + perCell("<Cell", " A='1'/>") + "<Pad>" +
                                   std::string(20000, '.') + "</Pad>" +
                                   perCell("<Cell", " A='1'/>") + "</Root>");

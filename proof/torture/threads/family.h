@@ -40,7 +40,7 @@ std::vector<Family> mediaFamilies();
 void layOutFamilies();
 std::string mediaFile();
 
-/// A text that tells its value, longer than any buffer that is written at once.
+/// A text that contains its value, longer than any buffer that is written at once.
 std::string longText(int value);
 /// The value, or kTorn.
 int valueOfLongText(const std::string& text);

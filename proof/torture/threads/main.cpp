@@ -1,6 +1,6 @@
 // Eight threads that read and write settings of all families at once.
 //   camcfg-threads [--long] [--seed N]
-// Each thread writes rising values to cells of its own and reads everybody's: wrong is a value that
+// Each thread writes rising values to cells of its own and reads everybody's. Wrong: a value that
 // its writer does not find again (a lost update), one lower than was seen before, settings of one
 // record that disagree (a torn read), and a call that fails. Counts that all threads raise must end
 // at the number of raises. Families that allow one thread at a time are used under one mutex.
@@ -35,7 +35,7 @@ struct Counts {
   std::atomic<long> failed{0};
 };
 
-/// One thread's dealings with one family.
+/// One thread's use of one family.
 class Visitor {
  public:
   Visitor(const Family& family, int thread, Counts& counts)
@@ -104,7 +104,7 @@ class Storm {
     return std::chrono::duration<double>(Clock::now() - begin).count();
   }
 
-  /// Prints on `output`: standard output goes nowhere while the library may print.
+  /// Prints on `output`: standard output is discarded while the library may print.
   void conclude(double seconds, Faults& faults, int output) {
     Table table({"family", "reads", "writes", "calls a second", "lost", "torn", "failed"});
     for (std::size_t i = 0; i < families_.size(); ++i) {

@@ -7,7 +7,7 @@ namespace camcfg::torture {
 
 enum class CallKind { Open, Read, Write, Copy, Close, Status, Position, List, Change };
 
-/// Where in a system call's arguments its file stands; -1 for an argument that it has not.
+/// Which of a system call's arguments name its file; -1 for an argument that it does not have.
 struct KnownCall {
   long number;
   const char* name;

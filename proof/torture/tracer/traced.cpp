@@ -41,7 +41,7 @@ bool callEntered(pid_t child, SystemCall& call) {
 
 std::string textAt(pid_t child, std::uint64_t address) {
   char text[PATH_MAX] = {};
-  // As far as the page reaches: what lies behind it may not be there.
+  // As far as the page reaches: what lies after it may not be mapped.
   const std::size_t size = 4096 - address % 4096;
   const iovec here{text, size < sizeof text ? size : sizeof text - 1};
   // NOLINTNEXTLINE(performance-no-int-to-ptr)

@@ -55,7 +55,7 @@ TEST_F(LiveTest, SrtInstancesAreListedWithTheirStreamsAndPasswordsMasked) {
       run({"live", "srt"}),
       (ToolRun{0,
                "ID  MODE      HOST         PORT  AES  PASSWORD  LATENCY  STREAMS\n"
-               "0   listener               9000  0              120      program (0, 7; default), "
+               "0   listener  -            9000  0              120      program (0, 7; default), "
                "quiet (-)\n"
                "1   caller    example.com  9001  1    ********  20       -\n",
                ""}));
@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
                R"("multicastNetmask":"255.255.0.0","multicastTtl":4,"mainVideo":0,)"
                R"("subVideo":null,"audio":null})"},
         Record{"srt", 0,
-               R"({"id":0,"mode":"listener","hostname":"","port":9000,"aesMode":0,)"
+               R"({"id":0,"mode":"listener","hostname":null,"port":9000,"aesMode":0,)"
                R"("password":"","latency":120,"streams":[{"id":"program","default":true,)"
                R"("channels":[0,7]},{"id":"quiet","default":false,"channels":[]}]})"}));
 
@@ -154,7 +154,7 @@ TEST_F(LiveTest, MissingSectionIsUnusable) {
 TEST(LiveInProcessTest, FailedLoadLeavesNoDocumentOpen) {
   const testkit::DeviceRoot device;
   device.write(kMpp, with(kMedia, "url=\"rtmp://192.0.2.2/b\"", ""));
-  EXPECT_THROW(tool::media::loadRtmpTargets(), tool::Refusal);
+  EXPECT_THROW(tool::media::loadEntries(tool::settings::rtmp()), tool::Refusal);
   EXPECT_EQ(g_LM_xmlDoc, nullptr);
   EXPECT_TRUE(isUnlocked(kMpp));
 }

@@ -66,7 +66,7 @@ std::vector<LintCase> mediaCases() {
        R"(        <MediaGroup Name="Live"/>
     </RTSP>
 )",
-       R"(x.xml:26: warning: this media group has the name 'live' of the one at line 22 [equal-name]
+       R"(x.xml:26: warning: this RTSP session has the name 'live' of the one at line 22 [equal-name]
 )"},
       {"channel-missing", kCleanMedia, R"(<Channel Id="7" Name="audio"/>)",
        R"(<Channel Id="9" Name="audio"/>)", R"(<Channel Id="7" Name=""/>)",

@@ -32,7 +32,7 @@ class LogRecorder {
 
   /// What was logged so far.
   std::vector<LogRecord> records() const;
-  /// The texts alone.
+  /// Only the texts.
   std::vector<std::string> texts() const;
   /// Forgets what was logged so far.
   void clear();

@@ -1,9 +1,10 @@
-#ifndef CAMCFG_MEDIA_MEDIA_DOCUMENT_H
-#define CAMCFG_MEDIA_MEDIA_DOCUMENT_H
+#ifndef CAMCFG_MEDIA_DOCUMENT_H
+#define CAMCFG_MEDIA_DOCUMENT_H
 
 #include <string>
 
-#include "camcfg/store.h"
+#include "camcfg/livemedia.h"
+#include "camcfg/stream.h"
 
 namespace camcfg {
 
@@ -40,6 +41,9 @@ class MediaDocument {
   /// @return the family's failure
   std::int32_t giveUp(tagBU_BOOL readOnly) const;
 
+  /// What the family's calls return when they fail.
+  constexpr std::int32_t failure() const { return failure_; }
+
   /// Prints a message in the family's frame on standard output.
   void print(const char* level, const char* message, ...) const
       __attribute__((format(printf, 3, 4)));
@@ -63,6 +67,9 @@ class MediaDocument {
   const char* frame_;
   std::int32_t failure_;
 };
+
+inline constexpr MediaDocument kStream(g_STREAM_xmlDoc, "Stream", "MppStream", CFG_MPP_ERR);
+inline constexpr MediaDocument kLiveMedia(g_LM_xmlDoc, "LiveMediaService", "LiveMedia", CFG_LM_ERR);
 
 }  // namespace camcfg
 

@@ -1,7 +1,9 @@
-#include "media/media_document.h"
+#include "media/document.h"
 
 #include <cstdarg>
 #include <cstdio>
+
+#include "camcfg/store.h"
 
 namespace camcfg {
 
@@ -28,7 +30,7 @@ XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const 
   handle_ = CFG_GetDocByFileName(kFile, readOnly);
   XMLElement* element = find(section);
   // Deliberate: a file that could not be loaded holds no lock any more, so releasing it draws a
-  // warning in write mode. Callers have always seen that line behind the error.
+  // warning in write mode. Callers have always seen that line after the error.
   // [open-failure-warns]
   if (element == nullptr) static_cast<void>(giveUp(readOnly));
   return element;
@@ -72,7 +74,7 @@ bool MediaDocument::requireInt(const XMLElement& element, const char* attribute,
                                std::int32_t* value) const {
   *value = -1;
   static_cast<void>(element.QueryIntAttribute(attribute, value));
-  // Deliberate: a number written as -1 is as good as none. [minus-one-missing]
+  // Deliberate: a number written as -1 counts as missing. [minus-one-missing]
   if (*value == -1) reportMissing(attribute, path);
   return *value != -1;
 }
@@ -96,3 +98,37 @@ void MediaDocument::reportMissing(const char* attribute, const char* path) const
 }
 
 }  // namespace camcfg
+
+using camcfg::kLiveMedia;
+using camcfg::kStream;
+
+tinyxml2::XMLDocument* g_STREAM_xmlDoc = nullptr;
+tinyxml2::XMLDocument* g_LM_xmlDoc = nullptr;
+
+tinyxml2::XMLElement* CFG_MPP_Open(const char* pcSection, tagBU_BOOL enReadOnly) {
+  return kStream.open(pcSection, enReadOnly);
+}
+
+int CFG_MPP_CloseRead() {
+  kStream.closeRead();
+  return 0;
+}
+
+int CFG_MPP_CloseWrite() {
+  static_cast<void>(kStream.closeWrite());
+  return 0;
+}
+
+tinyxml2::XMLElement* CFG_LM_Open(const char* pcSection, tagBU_BOOL enReadOnly) {
+  return kLiveMedia.open(pcSection, enReadOnly);
+}
+
+int CFG_LM_CloseRead() {
+  kLiveMedia.closeRead();
+  return 0;
+}
+
+int CFG_LM_CloseWrite() {
+  static_cast<void>(kLiveMedia.closeWrite());
+  return 0;
+}

@@ -1,5 +1,5 @@
-#ifndef CAMCFG_MEDIA_MEDIA_ENTRIES_H
-#define CAMCFG_MEDIA_MEDIA_ENTRIES_H
+#ifndef CAMCFG_MEDIA_ENTRIES_H
+#define CAMCFG_MEDIA_ENTRIES_H
 
 #include <strings.h>
 #include <tinyxml2.h>
@@ -15,7 +15,7 @@ inline bool isWord(const char* text, const char* word) {
 }
 
 /// The first element of one name (in upper or lower case) among an element and its followers; null
-/// when there is none. Elements of other names are passed over.
+/// when there is none. Elements of other names are skipped.
 inline const tinyxml2::XMLElement* entryFrom(const tinyxml2::XMLElement* element,
                                              const char* name) {
   while (element != nullptr && !isWord(element->Name(), name))
@@ -23,7 +23,7 @@ inline const tinyxml2::XMLElement* entryFrom(const tinyxml2::XMLElement* element
   return element;
 }
 
-/// The first child element of one name, and the next one behind that.
+/// The first child element of one name, and the next one after that.
 inline const tinyxml2::XMLElement* firstEntry(const tinyxml2::XMLElement& parent,
                                               const char* name) {
   return entryFrom(parent.FirstChildElement(), name);
