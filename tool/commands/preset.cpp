@@ -148,33 +148,26 @@ cli::Answer exportAll(const cli::Arguments& arguments) {
   const std::string format = arguments.given(kFormat) ? arguments.text(kFormat) : "csv";
   const presets::Presets presets;
   cli::Answer answer({presets.json(), {}}, {exportedAs(format, presets)});
-  // What a device without presets would refuse.
-  const presets::PresetImport import(nullptr, presets::rowsOf(presets.all()));
-  for (const std::string& fault : import.faults())
+  for (const std::string& fault : presets::faultsOf(presets::rowsOf(presets.all())))
     answer.notes.push_back("note: an import will refuse " + fault);
   return answer;
 }
 
-void tellFaults(cli::Answer& answer, const std::vector<std::string>& faults) {
-  const std::size_t told = std::min(faults.size(), kFaultsTold);
-  answer.notes.assign(faults.begin(), faults.begin() + static_cast<std::ptrdiff_t>(told));
-  const std::string more =
-      told == faults.size() ? "" : " (" + std::to_string(faults.size() - told) + " more faults)";
-  answer.notes.push_back("nothing was imported" + more);
-  answer.status = Status::Refused;
+void tellFaults(cli::Answer& answer, const Json& faults) {
+  for (const Json& fault : faults)
+    if (answer.notes.size() < kFaultsTold) answer.notes.push_back(fault.text());
+  const std::size_t more = faults.size() - answer.notes.size();
+  answer.notes.push_back("nothing was imported" +
+                         (more == 0 ? "" : " (" + std::to_string(more) + " more faults)"));
 }
 
 cli::Answer importAll(const cli::Arguments& arguments) {
-  const presets::Presets presets;
-  const presets::PresetImport import(&presets, presets::readPresetRows(arguments.text("FILE")));
-  cli::Answer answer({import.json(), {}});
-  if (!import.faults().empty()) {
-    tellFaults(answer, import.faults());
-    return answer;
-  }
-  if (!arguments.given(kDryRun)) import.carryOut();
-  answer.layout = {cli::Fields{
-      {{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
+  cli::Answer answer(presets::importPresets(arguments.text("FILE"), arguments.given(kDryRun)));
+  if (answer.status == Status::Refused)
+    tellFaults(answer, answer.value["faults"]);
+  else
+    answer.layout = {cli::Fields{
+        {{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
   return answer;
 }
 

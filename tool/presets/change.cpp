@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "device/change.h"
 #include "settings/presets.h"
+#include "settings/record.h"
 
 namespace camcfg::tool::presets {
 namespace {
@@ -50,11 +51,7 @@ void put(tagPRESET_CFG_S& record, const Setting& setting, const Json& value) {
 }
 
 Values valuesOf(const tagPRESET_CFG_S& record) {
-  Values values = noValues();
-  for (const Setting& setting : settings::presetSettings())
-    values[setting.member] =
-        isText(setting) ? Json(setting.field.text(&record)) : Json(setting.field.integer(&record));
-  return values;
+  return settings::toJson(settings::presetSettings(), &record);
 }
 
 bool isStored(XMLDocument& document, const tagPRESET_CFG_S& record) {

@@ -44,7 +44,8 @@ device::Lookup lookupPreset(XMLElement& group, const std::string& description) {
 }
 
 std::string permitted(const Setting& setting) {
-  if (setting.kind != settings::Kind::Text) return settings::permittedInFile(setting, setting.limits);
+  if (setting.kind != settings::Kind::Text)
+    return settings::permittedInFile(setting, setting.limits);
   return "up to " + std::to_string(setting.field.room - 1) + " bytes";
 }
 
