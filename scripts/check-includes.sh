@@ -1,61 +1,149 @@
 #!/usr/bin/env bash
 # Checks the direction of includes: a folder may use what lies below it and nothing else. Public
-# headers use public headers only, the library's families do not use one another, and the tool works
-# only through the exported interface.
+# headers use public headers only, the library's families do not use one another, the tool works
+# only through the exported interface, and tests see what they test and what lies below that.
+#
+#   scripts/check-includes.sh [TREE]      this tree if none is given
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
+cd "${1:-$(dirname "${BASH_SOURCE[0]}")/..}"
 
-# What the files of a folder may include; "camcfg" is include/camcfg, "camcfg/testkit" the test
-# kit's own headers.
-declare -A may_include=(
-  [include]="camcfg"
-  [tool]="camcfg testkit/enter_root.h tool"
-  [testkit]="camcfg camcfg/testkit testkit"
-  [proof/bench]="camcfg camcfg/testkit bench"
-  [proof/torture]="camcfg camcfg/testkit testkit/enter_root.h tests/support torture"
-  [examples]="camcfg camcfg/testkit"
-)
+# What the files of a folder may include, as folders and files of the tree. The row of the innermost
+# folder holds; a row without a folder does nothing.
+declare -A may_include=()
 
-# The library: every folder may use itself and those below it, families only base and store.
-below="camcfg base"
+add_row() {
+  may_include[$1]="$1 ${*:2}"
+}
+
+readonly interface=include
+readonly testkit="$interface testkit/include"
+readonly enter_root=testkit/enter_root.h
+readonly support="$testkit tests/support"
+
+add_row include
+add_row testkit/include include
+add_row testkit include
+add_row examples "$testkit"
+add_row tests/support "$testkit"
+
+# The library: base and store below the families, which do not use one another.
+below=$interface
 while read -r folder; do
-  may_include[src/$folder]="$below $folder"
-  if [[ $folder == store ]]; then below+=" store"; fi
+  add_row "src/$folder" "$below"
+  add_row "tests/$folder" "$support $below src/$folder"
+  if [[ $folder == base || $folder == store ]]; then below+=" src/$folder"; fi
 done < <(grep '^[a-z]' src/folders.txt)
 
-# Include paths begin below one of these.
-readonly roots=(. src proof tests)
+# The tool, lowest first; folders of one line do not use one another.
+readonly tool_layers='base
+settings
+device
+parameters network presets media
+document
+lint
+commands'
 
-# Whether a file of a folder may include a header. Headers of other projects are nobody's business.
-is_allowed() {
-  local allowed=" ${may_include[$1]} " header=$2 root
-  case $header in
-    *../*) return 1 ;;
-    camcfg/testkit/*) [[ $allowed == *" camcfg/testkit "* ]]; return ;;
-    camcfg/*) [[ $allowed == *" camcfg "* ]]; return ;;
-  esac
-  for root in "${roots[@]}"; do
-    if [[ -e $root/$header ]]; then
-      [[ $allowed == *" ${header%%/*} "* || $allowed == *" $header "* ||
-         ($root == tests && $allowed == *" tests/${header%%/*} "*) ]]
-      return
-    fi
+readonly tool_support="$support tests/tool tests/system/sample_set.h"
+below="$interface $enter_root"
+while read -r layer; do
+  for folder in $layer; do
+    add_row "tool/$folder" "$below"
+    add_row "tests/tool/$folder" "$tool_support $below tool/$folder"
   done
+  below+=${layer:+ tool/${layer// / tool/}}
+done <<<"$tool_layers"
+
+# The command line knows commands by the records that they hand to it.
+add_row tool/cli "$interface $enter_root tool/base"
+add_row tests/tool/cli "$tool_support $enter_root tool/base tool/cli"
+add_row tool/topics tool/cli/topic.h
+add_row tool/commands "$below tool/cli tool/topics"
+add_row tests/tool/commands "$tool_support $below tool/cli tool/topics"
+add_row tool/main.cpp "tool/cli tool/commands"
+add_row tests/tool "$tool_support $enter_root tool"
+
+# What is tested as a whole.
+add_row tests/system "$support tests/media"
+add_row tests/hostile "$support tests/tool"
+add_row tests/interface include
+add_row tests/testkit testkit
+add_row tests/proof "$support proof/fuzz"
+
+add_row proof/bench "$testkit"
+add_row proof/fuzz "$support testkit tool"
+add_row proof/torture "$support $enter_root"
+
+# Where the compiler looks for headers.
+declare -rA roots=(
+  [include]="include testkit/include"
+  [src]="include src"
+  [testkit]="include testkit/include ."
+  [tool]="include . tool"
+  [tests]="include testkit/include . src proof tests tool"
+  [proof]="include testkit/include . proof tests tool"
+  [examples]="include testkit/include"
+)
+
+# Whether a file of a row may include a header of the tree.
+is_allowed() {
+  local row=$1 header=$2 allowed
+  for allowed in ${may_include[$row]}; do
+    if [[ $header == "$allowed" || $header == "$allowed"/* ]]; then return 0; fi
+  done
+  return 1
 }
 
 status=0
 checked=0
-for folder in "${!may_include[@]}"; do
-  while IFS=: read -r file line text; do
-    checked=$((checked + 1))
-    [[ $text =~ [\<\"]([^\>\"]+) ]]
-    header=${BASH_REMATCH[1]}
-    if ! is_allowed "$folder" "$header"; then
-      echo "$file:$line: $folder may not include $header"
-      status=1
+
+complain() {
+  echo "$1"
+  status=1
+}
+
+# The innermost row that a file belongs to.
+row_of() {
+  local path=$1
+  while [[ -z ${may_include[$path]:-} ]]; do
+    if [[ $path != */* ]]; then return 1; fi
+    path=${path%/*}
+  done
+  echo "$path"
+}
+
+# Headers of other projects are nobody's business.
+check_include() {
+  local file=$1 line=$2 quote=$3 header=$4 root found=()
+  for root in ${roots[${file%%/*}]}; do
+    if [[ -e $root/$header ]]; then
+      found+=("${root#.}/$header")
     fi
-  done < <(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*include' "$folder")
-done
+  done
+  if ((${#found[@]} == 0)) && [[ -e ${file%/*}/$header ]]; then found=("${file%/*}/$header"); fi
+  if [[ $header == *../* ]]; then
+    complain "$file:$line: $header leads upwards"
+  elif ((${#found[@]} == 0)) && [[ $quote == \" ]]; then
+    complain "$file:$line: $header is not in this tree, or not to be seen from $row"
+  elif ((${#found[@]} > 1)); then
+    complain "$file:$line: $header may be any of ${found[*]#/}"
+  elif ((${#found[@]} == 1)) && ! is_allowed "$row" "${found[0]#/}"; then
+    complain "$file:$line: $row may not include ${found[0]#/}"
+  fi
+}
+
+last=
+row=
+while IFS=: read -r file line text; do
+  checked=$((checked + 1))
+  if [[ $file != "$last" ]]; then
+    row=$(row_of "$file") || complain "$file: no row of check-includes.sh is about this file"
+    last=$file
+  fi
+  if [[ -n $row && $text =~ ([\<\"])([^\>\"]+) ]]; then
+    check_include "$file" "$line" "${BASH_REMATCH[@]:1}"
+  fi
+done < <(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*include' \
+  "${!roots[@]}")
 
 if ((checked == 0)); then
   echo "check-includes.sh: no include was found" >&2

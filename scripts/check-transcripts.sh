@@ -6,17 +6,16 @@
 #   scripts/check-transcripts.sh --update    writes what they print into the document
 #
 # A command is a line "$ COMMAND" in a block "```console"; what it prints follows. A comment
-# "<!-- run: COMMAND -->" is run without being shown. The tool is build-test/camcfg or build/camcfg.
+# "<!-- run: COMMAND -->" is run without being shown. The tool is build/camcfg.
 set -euo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly document=docs/tool.md
 tree=$PWD
-tool=build-test/camcfg
-[[ -x $tool ]] || tool=build/camcfg
+tool=build/camcfg
 if [[ ! -x $tool ]]; then
-  echo "check-transcripts.sh: build the tool first: cmake --preset test && cmake --build --preset test" >&2
+  echo "check-transcripts.sh: build the tool first: scripts/build.sh" >&2
   exit 2
 fi
 tool=$PWD/$tool

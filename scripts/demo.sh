@@ -12,8 +12,7 @@ readonly camcfg="build/camcfg --root $device"
 
 build_tool() {
   scripts/install-packages.sh build tool
-  CMAKE_GENERATOR=${CMAKE_GENERATOR:-Ninja} cmake -S . -B build --log-level=NOTICE
-  cmake --build build --target camcfg-tool
+  scripts/build.sh -- --target camcfg-tool
 }
 
 lay_out_device() {

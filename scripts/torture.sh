@@ -21,12 +21,9 @@ esac
 
 readonly programs=(damage kills power-cuts exhaustion threads)
 
-# What was built, and with which sanitizer, does not mix with what the tests build there.
-build() {
-  local preset=$1
-  shift
-  cmake --preset "$preset" -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
-    cmake --build --preset "$preset" --target "$@"
+build_with_thread_sanitizer() {
+  cmake --preset tsan -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
+    cmake --build --preset tsan --target "$@"
 }
 
 failed=()
@@ -45,11 +42,11 @@ if [[ $(uname -m) != x86_64 ]]; then
   echo "Left out on $(uname -m): power-cuts exhaustion"
   chosen=(camcfg-damage camcfg-kills camcfg-threads)
 fi
-build test "${chosen[@]}" || exit 1
-build tsan camcfg-threads || exit 1
+scripts/build.sh -D CAMCFG_TORTURE=ON -- --target "${chosen[@]}" || exit 1
+build_with_thread_sanitizer camcfg-threads || exit 1
 
 scripts/describe-machine.sh "scripts/torture.sh" "${length[@]}"
-for program in "${chosen[@]}"; do run "build-test/proof/torture/$program"; done
+for program in "${chosen[@]}"; do run "build/proof/torture/$program"; done
 run build-tsan/proof/torture/camcfg-threads
 
 if ((${#failed[@]} > 0)); then

@@ -123,9 +123,10 @@ function(ExamplesBuildAndPassByFindPackageFromAMovedTree)
   set(build ${SCRATCH}/examples-build)
   file(REMOVE_RECURSE ${examples} ${build})
   file(COPY ${SOURCE}/examples/ DESTINATION ${examples})
+  string(REPLACE " " ";" launcher "${LAUNCHER}")
+  set(ENV{CMAKE_CXX_COMPILER_LAUNCHER} "${launcher}")
   run(${CMAKE_COMMAND} -S ${examples} -B ${build} -G ${GENERATOR}
-    -D CMAKE_PREFIX_PATH=${moved} -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}
-    -D CMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER} -D CMAKE_CXX_FLAGS=-O0)
+    -D CMAKE_PREFIX_PATH=${moved} -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -D CMAKE_CXX_FLAGS=-O0)
   run(${CMAKE_COMMAND} --build ${build})
   run(${CMAKE_CTEST_COMMAND} --test-dir ${build} --no-tests=error --output-on-failure)
   expect_tests("${output}" 17)

@@ -1,6 +1,7 @@
 # Checks the built library as the linker sees it.
-#   cmake -D CHECK=... -D LIBRARY=... -D SYMBOLS=... -D NM=... -D READELF=... -D OBJDUMP=...
-#         -P library_file.cmake
+#   cmake -D CHECK=... -D LIBRARY=... -D TINYXML2=... -D SYMBOLS=... -D NM=... -D READELF=...
+#         -D OBJDUMP=... -P library_file.cmake
+cmake_minimum_required(VERSION 3.25)
 set(ENV{LC_ALL} C)
 
 function(read_library result)
@@ -65,11 +66,45 @@ function(FitsTheDevicesFlash)
   fail_above(65536 ${bytes} "bytes of text and data")
 endfunction()
 
+# The rest is what loading it takes: the loader adjusts addresses, looks names up, loads libraries
+# and runs initialisers.
 function(NeedsFewRelocations)
   read_library(relocations ${READELF} -r -W)
-  list(FILTER relocations INCLUDE REGEX "R_AARCH64_")
+  list(FILTER relocations INCLUDE REGEX " R_[A-Z0-9_]+ ")
   list(LENGTH relocations count)
   fail_above(200 ${count} "relocations")
+  list(FILTER relocations EXCLUDE REGEX "_RELATIVE ")
+  list(LENGTH relocations count)
+  fail_above(120 ${count} "names to look up")
+endfunction()
+
+function(read_needed result library)
+  set(LIBRARY ${library})
+  read_library(needed ${READELF} -d -W)
+  list(FILTER needed INCLUDE REGEX "\\(NEEDED\\)")
+  list(TRANSFORM needed REPLACE ".*\\[(.*)\\]$" "\\1")
+  set(${result} "${needed}" PARENT_SCOPE)
+endfunction()
+
+function(NeedsNoLibraryThatTinyxml2DoesWithout)
+  read_needed(needed ${LIBRARY})
+  if(NOT needed MATCHES "libtinyxml2")
+    message(FATAL_ERROR "needed: ${needed}")
+  endif()
+  read_needed(there ${TINYXML2})
+  list(FILTER needed EXCLUDE REGEX "^libtinyxml2")
+  list(REMOVE_ITEM needed ${there})
+  fail_for_each("loaded as well" "${needed}")
+endfunction()
+
+# The compiler's own, and the one that makes the registry of locks.
+function(RunsLittleWhenItIsLoaded)
+  read_library(dynamic ${READELF} -d -W)
+  list(FILTER dynamic INCLUDE REGEX "\\(INIT_ARRAYSZ\\)")
+  if(NOT dynamic MATCHES "([0-9]+) \\(bytes\\)$")
+    message(FATAL_ERROR "initialisers: ${dynamic}")
+  endif()
+  fail_above(16 ${CMAKE_MATCH_1} "bytes of pointers to initialisers")
 endfunction()
 
 cmake_language(CALL ${CHECK})

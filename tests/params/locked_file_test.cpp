@@ -61,7 +61,6 @@ TEST_F(LockedFileTest, ThreadsInEveryCallFailAfterTenSecondsAndSayWhy) {
     for (std::thread& thread : threads) thread.join();
   });
   EXPECT_GT(Clock::now() - start, 9900ms);
-  EXPECT_LT(Clock::now() - start, 12s);
 
   EXPECT_THAT(wrongResults, Each(0));
   EXPECT_THAT(linesOf(output), UnorderedElementsAreArray(lines));
@@ -72,11 +71,10 @@ TEST_F(LockedFileTest, ThreadsInEveryCallFailAfterTenSecondsAndSayWhy) {
 
 TEST_F(LockedFileTest, ThreadsAtTheLanguageFileDoNotWaitForTheParameters) {
   cfgUnlockFile(kLanguageFile);
-  const auto start = Clock::now();
   int result = -2;
   std::thread([&] { result = CFG_LANG_GetString(text("thai"), text("Ok"), outText<0>()); }).join();
   EXPECT_EQ(result, 0);
-  EXPECT_LT(Clock::now() - start, 5s);
+  EXPECT_THAT(log.records(), testing::IsEmpty());  // it would report a lock that it waited for
 }
 
 TEST_F(LockedFileTest, ThreadsThatWaitGoOnWhenTheFileIsReleased) {

@@ -209,7 +209,6 @@ TEST_F(DocumentTest, SecondOpenForWritingByTheSameThreadFailsAfterTenSeconds) {
             "[Warn][Cfg] Lock /cfg0/x.xml timeout, a deadlock may exist!\n");
   EXPECT_EQ(second, nullptr);
   EXPECT_GT(Clock::now() - start, 9900ms);
-  EXPECT_LT(Clock::now() - start, 12s);
   EXPECT_THAT(log.records(),
               ElementsAre(FieldsAre(4, "[cfgLockFile:88] ",
                                     "Lock /cfg0/x.xml timeout, a deadlock may exist!")));
@@ -277,12 +276,11 @@ TEST_F(DocumentTest, ThreadsWithTwoFilesNeverWaitForEachOther) {
   device.write(kPath, "<A/>");
   device.write("/cfg0/y.xml", "<B/>");
   const Document held = open(kPath, 0);
-  const auto start = Clock::now();
   std::thread([] {
     const Document other = open("/cfg0/y.xml", 0);
     CFG_SaveFile(other.get(), text("/cfg0/y.xml"), BU_TRUE);
   }).join();
-  EXPECT_LT(Clock::now() - start, 5s);
+  EXPECT_THAT(log.records(), IsEmpty());  // it would report a lock that it waited for
   EXPECT_EQ(device.read("/cfg1/y.xml"), "<B/>\n");
   EXPECT_FALSE(isUnlocked(kPath));
   CFG_UnlockFile(text(kPath));

@@ -1,10 +1,6 @@
-#include <dlfcn.h>
 #include <malloc.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <new>
 
@@ -95,53 +91,6 @@ TEST_F(SampleDeviceAfterStartUp, CallsHoldLittleMemoryAtOnce) {
   RecordProperty("bytes", static_cast<int>(most));
   EXPECT_LE(most, 112 * kKilobyte);
 }
-
-// Of what is released.
-#ifdef NDEBUG
-
-using Microseconds = double;
-
-Microseconds timeToLoad(const char* library) {
-  const auto start = std::chrono::steady_clock::now();
-  const void* handle = dlmopen(LM_ID_NEWLM, library, RTLD_NOW);
-  const std::chrono::duration<Microseconds, std::micro> taken =
-      std::chrono::steady_clock::now() - start;
-  return handle == nullptr ? -1 : taken.count();
-}
-
-// Loads a library with all that it needs, as a program that starts does, in a process of its own.
-Microseconds loadingTime(const char* library) {
-  int ends[2];
-  if (pipe(ends) != 0) throw std::runtime_error("pipe");
-  const pid_t child = fork();
-  if (child == 0) {
-    const Microseconds taken = timeToLoad(library);
-    _exit(write(ends[1], &taken, sizeof taken) == sizeof taken ? 0 : 1);
-  }
-  Microseconds taken = -1;
-  const bool received = read(ends[0], &taken, sizeof taken) == sizeof taken;
-  waitpid(child, nullptr, 0);
-  for (const int end : ends) close(end);
-  if (!received || taken < 0) throw std::runtime_error(std::string("cannot load ") + library);
-  return taken;
-}
-
-// A busy machine only ever adds to a time, so the least of many is the measure, and both are timed
-// in turns; more rounds are made while it is not met.
-TEST(LoadingTest, TakesHardlyLongerThanLoadingWhatTheLibraryNeeds) {
-  constexpr double kBudget = 1.25;
-  constexpr int kEnough = 25;
-  constexpr int kMost = 1000;
-  Microseconds needed = 1e9;
-  Microseconds whole = 1e9;
-  for (int i = 0; i < kEnough || (i < kMost && whole > kBudget * needed); ++i) {
-    needed = std::min(needed, loadingTime("libtinyxml2.so.9"));
-    whole = std::min(whole, loadingTime(CAMCFG_LIBRARY));
-  }
-  RecordProperty("ratio", std::to_string(whole / needed));
-  EXPECT_LE(whole, kBudget * needed) << whole << " us against " << needed << " us";
-}
-#endif
 
 }  // namespace
 }  // namespace camcfg::tests
