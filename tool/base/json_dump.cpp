@@ -42,10 +42,10 @@ std::string realText(double value) {
   constexpr int kLongestPlain = 15;
   constexpr int kSmallestPlain = -4;
   std::array<char, 32> buffer{};
-  const auto* const end =
-      std::to_chars(buffer.begin(), buffer.end(), std::fabs(value), std::chars_format::scientific)
-          .ptr;
-  const std::string scientific(buffer.begin(), end);
+  const auto* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                        std::fabs(value), std::chars_format::scientific)
+                              .ptr;
+  const std::string scientific(buffer.data(), end);
   const std::size_t exponentAt = scientific.find('e');
   std::string digits = scientific.substr(0, exponentAt);
   if (digits.size() > 1) digits.erase(1, 1);

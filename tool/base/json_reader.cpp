@@ -2,8 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "base/refusal.h"
 #include "base/plain_text.h"
+#include "base/refusal.h"
 
 namespace camcfg::tool {
 namespace {

@@ -89,7 +89,8 @@ Outcome resetBy(const cli::Arguments& arguments) {
     refuseUsage(std::string(scopes == 0 ? "nothing is named" : "more than one thing is named") +
                 "; give SECTION NAME, '--section SECTION' or '--all'");
   const document::ImportOptions options = optionsOf(arguments);
-  if (arguments.given(kSectionOption)) return document::resetSection(arguments.text(kSectionOption), options);
+  if (arguments.given(kSectionOption))
+    return document::resetSection(arguments.text(kSectionOption), options);
   if (arguments.given(kAll)) {
     if (!options.rehearse && !arguments.given(kYes))
       refuseUsage(
@@ -137,7 +138,8 @@ cli::CommandGroup exchangeGroup() {
             "Put factory values back: of a parameter, a section or the whole device",
             {{cli::Option::OptionalArgument, kSection, "Section of a parameter"},
              {cli::Option::OptionalArgument, kName, "Whole name of the parameter"},
-             {cli::Option::Value, kSectionOption, "All of a section: System, NetWork, presets, live.srt"},
+             {cli::Option::Value, kSectionOption,
+              "All of a section: System, NetWork, presets, live.srt"},
              {cli::Option::Flag, kAll, "The whole device"},
              {cli::Option::Flag, kYes, "Really reset the whole device"},
              {cli::Option::Flag, kDryRun, "Show what would change and write nothing"},

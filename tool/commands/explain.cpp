@@ -1,10 +1,11 @@
-#include "network/explain.h"
+#include "network/network.h"
+
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "document/session.h"
-#include "parameters/explain.h"
-#include "presets/explain.h"
+#include "parameters/parameter.h"
+#include "presets/preset.h"
 
 namespace camcfg::tool::commands {
 namespace {

@@ -1,7 +1,7 @@
 #include <camcfg/types.h>
 
-#include "base/refusal.h"
 #include "base/plain_text.h"
+#include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "commands/words.h"

@@ -6,18 +6,24 @@
 
 namespace camcfg::tool::commands {
 
+settings::Settings byRank(settings::Settings settings) {
+  std::stable_sort(settings.begin(), settings.end(),
+                   [](const auto& a, const auto& b) { return a.column.rank < b.column.rank; });
+  return settings;
+}
+
+cli::Table columnsOf(const settings::Settings& settings) {
+  cli::Table table;
+  for (const settings::Setting& setting : byRank(settings))
+    if (setting.column.heading != nullptr)
+      table.columns.push_back({setting.column.heading, setting.column.cell});
+  return table;
+}
+
 cli::Answer listingOf(const settings::Table& table, bool showSecrets) {
-  std::vector<settings::Column> columns;
-  for (const settings::Setting& setting : table.settings)
-    if (setting.column.heading != nullptr) columns.push_back(setting.column);
-  std::stable_sort(columns.begin(), columns.end(),
-                   [](const auto& a, const auto& b) { return a.rank < b.rank; });
-  cli::Table layout;
-  for (const settings::Column& column : columns)
-    layout.columns.push_back({column.heading, column.cell});
   cli::Answer answer;
   answer.value = media::shownEntries(table, showSecrets);
-  answer.layout = {layout};
+  answer.layout = {columnsOf(table.settings)};
   return answer;
 }
 

@@ -2,12 +2,14 @@
 
 #include <camcfg/network.h>
 
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "commands/words.h"
 #include "network/change.h"
-#include "network/field.h"
+#include "settings/network.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -36,12 +38,12 @@ Json recordOf(XMLElement& card, bool listed) {
 
 // What the library's list lacks.
 void tellUnlisted(cli::Answer& answer, const tagNETWORK_CARDS_S& cards) {
-  std::string unlisted;
+  std::vector<std::string> unlisted;
   std::size_t index = 0;
   for (const Json& record : answer.value) {
-    const auto name = record["card"].get<std::string>();
+    const std::string& name = record["card"].text();
     if (!record["listed"].get<bool>())
-      unlisted += (unlisted.empty() ? "" : ", ") + name;
+      unlisted.push_back(name);
     else if (name != cards.acCard[index])
       answer.notes.push_back("note: the library lists " + name + " as " + cards.acCard[index]);
     ++index;
@@ -49,7 +51,7 @@ void tellUnlisted(cli::Answer& answer, const tagNETWORK_CARDS_S& cards) {
   if (!unlisted.empty())
     answer.notes.push_back("note: the library lists the first " +
                            std::to_string(CFG_NETWORK_CARDS_MAX) + " cards only, without " +
-                           unlisted);
+                           joined(unlisted));
 }
 
 cli::Answer cards(const cli::Arguments& /*arguments*/) {
@@ -77,12 +79,11 @@ void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
   const std::string name = card.Value();
   (factory ? CFG_NETWORK_GetAllParamDef : CFG_NETWORK_GetAllParamCur)(device::argument(name),
                                                                       &record);
-  for (const network::NetworkField& field : network::networkFields()) {
-    const Json& text = answer.value["fields"][field.name];
-    const std::string read = field.take(record);
+  for (const auto& [field, text] : answer.value["fields"].items()) {
+    const std::string read = settings::take(*settings::cardSettingOf(field), &record);
     if (text.is_null() || text == read) continue;
-    answer.notes.push_back("note: applications read " + name + "/" + field.name + " as " +
-                           (read.empty() ? "nothing" : "'" + read + "'"));
+    answer.notes.push_back("note: applications read " + name + "/" + field + " as " +
+                           (read.empty() ? "nothing" : quoted(read)));
   }
 }
 
@@ -93,10 +94,11 @@ cli::Answer show(const cli::Arguments& arguments) {
   cli::Answer answer;
   answer.value = {{"card", card.Value()}, {"factory", factory}};
   cli::Fields fields;
-  for (const network::NetworkField& field : network::networkFields()) {
-    answer.value["fields"][field.name] =
-        network::attributeOf(network::childOf(card, field.name), factory ? "Def" : "Cur");
-    fields.fields.push_back({field.name, std::string("{fields/") + field.name + "}"});
+  for (const settings::Setting& setting : settings::cardSettings()) {
+    const char* name = settings::elementOf(setting);
+    answer.value["fields"][name] =
+        network::attributeOf(network::childOf(card, name), factory ? "Def" : "Cur");
+    fields.fields.push_back({name, std::string("{fields/") + name + "}"});
   }
   answer.layout = {fields};
   const XMLElement& found = network.lookup(card);
@@ -110,17 +112,25 @@ cli::Answer show(const cli::Arguments& arguments) {
 }
 
 cli::Answer set(const cli::Arguments& arguments) {
-  return network::setNetworkField(arguments.text(kCard), arguments.text(kField),
-                                  arguments.text(kValue), arguments.given(kForce));
+  return cli::Answer(network::setNetworkField(arguments.text(kCard), arguments.text(kField),
+                                              arguments.text(kValue), arguments.given(kForce)),
+                     {cli::Line{"{card}/{field}: {before} -> {value}"}});
 }
 
 cli::Answer reset(const cli::Arguments& arguments) {
-  return network::resetCard(arguments.text(kCard));
+  cli::Answer answer(network::resetCard(arguments.text(kCard)));
+  if (answer.value["changed"].empty())
+    answer.layout = {cli::Line{"{card}: it has its factory values already"}};
+  else
+    answer.layout = {
+        cli::Table{"changed", {{"FIELD", "{field}"}, {"VALUE", "{before}", "{value}"}}}};
+  return answer;
 }
 
 cli::Answer hostname(const cli::Arguments& arguments) {
   if (arguments.given(kName))
-    return network::setHostname(arguments.text(kName), arguments.given(kForce));
+    return cli::Answer(network::setHostname(arguments.text(kName), arguments.given(kForce)),
+                       {cli::Line{"hostname: {before} -> {hostname}"}});
   const network::Network network;
   cli::Answer answer;
   answer.value["hostname"] = network::attributeOf(&network.section(), "Hostname");

@@ -57,8 +57,9 @@ cli::Answer get(const cli::Arguments& arguments) {
 }
 
 cli::Answer set(const cli::Arguments& arguments) {
-  return parameters::setParameter(arguments.text(kSection), arguments.text(kName),
-                                  arguments.text(kValue), arguments.given(kForce));
+  return cli::Answer(parameters::setParameter(arguments.text(kSection), arguments.text(kName),
+                                              arguments.text(kValue), arguments.given(kForce)),
+                     {cli::Line{"{section}/{name}: {before} -> {value}"}});
 }
 
 // All parameters of exactly this name, the one that the library finds by name alone in front.
@@ -80,7 +81,7 @@ std::vector<parameters::Parameter> requireNamed(const parameters::Parameters& pa
 std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
   std::vector<cli::Field> fields = {
       {"name", "{name}"}, {"section", "{section}"}, {"type", "{type}"}};
-  if (parameter.isInteger())
+  if (parameter.form().isInteger())
     fields.insert(fields.end(), {{"range", "{min}..{max}"}, {"step", "{step}"}});
   else
     fields.push_back({"allowed", "{allowed}"});

@@ -1,92 +1,67 @@
 #include "presets/preset.h"
 
+#include <camcfg/preset.h>
+
 #include <algorithm>
-#include <limits>
 
 #include "base/decimal.h"
 #include "base/library_log.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "commands/groups.h"
+#include "commands/listing.h"
 #include "commands/options.h"
 #include "commands/words.h"
 #include "presets/change.h"
 #include "presets/import.h"
-#include "settings/nearest.h"
+#include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::commands {
 namespace {
 
+using settings::Setting;
+
 constexpr std::size_t kFaultsTold = 20;
-constexpr char kDescription[] = "--description";
 constexpr std::size_t kSeenById = 32;  // bytes from which a query by id keeps a description back
 
 void addNote(cli::Answer& answer, const std::string& note) {
   if (!note.empty()) answer.notes.push_back(note);
 }
 
-Json allOf(const presets::Presets& presets) {
-  Json all = Json::array();
-  for (const presets::Preset& preset : presets.all()) all.push_back(preset.json());
-  return all;
+const Setting& idSetting() {
+  return settings::presetSettings().front();
 }
 
 cli::Answer list(const cli::Arguments& /*arguments*/) {
-  cli::Answer answer;
-  answer.value = allOf(presets::Presets());
-  answer.layout = {cli::Table{"",
-                              {{"ID", "{id}"},
-                               {"PAN", "{pan}"},
-                               {"TILT", "{tilt}"},
-                               {"ZOOM", "{zoom}"},
-                               {"FOCUS", "{focus}"},
-                               {"FOCUS MODE", "{focusMode}"},
-                               {"DESCRIPTION", "{description}"}}}};
-  return answer;
+  return cli::Answer(Outcome{presets::Presets().json(), {}},
+                     {columnsOf(settings::presetSettings())});
 }
 
 cli::Answer get(const cli::Arguments& arguments) {
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
-  cli::Answer answer;
-  answer.value = preset.json();
-  answer.layout = {cli::Fields{{{"id", "{id}"},
-                                {"description", "{description}"},
-                                {"pan", "{pan}"},
-                                {"tilt", "{tilt}"},
-                                {"zoom", "{zoom}"},
-                                {"focus", "{focus}"},
-                                {"focus mode", "{focusMode}"}}}};
+  cli::Fields fields;
+  for (const Setting& setting : settings::presetSettings())
+    fields.fields.push_back(
+        {setting.label == nullptr ? setting.member : setting.label, setting.column.cell});
+  cli::Answer answer(Outcome{preset.values, {}}, {fields});
   addNote(answer, presets.shadowOf(preset));
   return answer;
 }
 
-int requireNumber(const char* option, const std::string& text) {
-  using Limits = std::numeric_limits<int>;
-  const std::optional<long long> number = decimal(text);
-  if (!number) throw Refusal(std::string(option) + ": '" + text + "' is no decimal integer");
-  if (*number < Limits::min() || *number > Limits::max())
-    throw Refusal(std::string(option) + ": " +
-                  settings::outside(text, *number, Limits::min(), Limits::max()));
-  return static_cast<int>(*number);
+Json requireNumber(const Setting& setting, const std::string& text) {
+  const std::string fault = settings::objectionTo(setting, text).why;
+  if (!fault.empty()) throw Refusal(std::string(setting.option) + ": " + fault);
+  return *decimal32(text);
 }
 
 int requireId(const std::string& text) {
-  const std::optional<long long> id = decimal(text);
-  if (!id) throw Refusal("'" + text + "' is no id (0.." + std::to_string(PRESET_ID_MAX) + ")");
-  if (*id < 0 || *id > PRESET_ID_MAX)
-    throw Refusal("id " + settings::outside(text, *id, 0, PRESET_ID_MAX));
-  return static_cast<int>(*id);
-}
-
-presets::PresetValues given(const cli::Arguments& arguments, int id) {
-  presets::PresetValues values;
-  values.id = id;
-  if (arguments.given(kDescription)) values.description = arguments.text(kDescription);
-  for (std::size_t i = 0; i < presets::kPresetNumbers.size(); ++i) {
-    const char* option = presets::kPresetNumbers[i].option;
-    if (arguments.given(option)) values.numbers[i] = requireNumber(option, arguments.text(option));
-  }
-  return values;
+  const std::string permitted = settings::permittedFor(idSetting());
+  if (!decimal(text)) throw Refusal("'" + text + "' is no id (" + permitted + ")");
+  const std::string fault = settings::objectionTo(idSetting(), text).why;
+  if (!fault.empty()) throw Refusal("id " + fault);
+  return *decimal32(text);
 }
 
 // What lookups make of a description that was just stored.
@@ -95,48 +70,41 @@ void tellHazards(cli::Answer& answer, int id) {
   const presets::Preset* preset = presets.lookup(id);
   if (preset == nullptr) return;
   addNote(answer, presets.shadowOf(*preset));
-  if (preset->description && preset->description->size() >= kSeenById)
+  if (preset->description().value_or("").size() >= kSeenById)
     answer.notes.push_back("note: applications that ask for preset " + std::to_string(id) +
                            " by its id get no description of " + std::to_string(kSeenById) +
                            " bytes or more");
 }
 
-std::vector<cli::Block> changesOf(const Json& before, const Json& value) {
+std::vector<cli::Block> changesOf(const Json& stored) {
+  const Json& before = stored["before"];
   if (before.is_null()) return {cli::Line{"preset {id}: created"}};
   std::vector<cli::Block> lines;
-  for (const auto& [name, now] : value.items()) {
-    if (now == before[name]) continue;
-    std::string line = "preset {id}: ";
-    line.append(name).append(" {before/").append(name).append("} -> {").append(name).append("}");
-    lines.emplace_back(cli::Line{line});
-  }
+  for (const auto& [name, was] : before.items())
+    if (stored.at(name) != was)
+      lines.emplace_back(
+          cli::Line{"preset {id}: " + name + " {before/" + name + "} -> {" + name + "}"});
   if (lines.empty()) lines.emplace_back(cli::Line{"preset {id}: unchanged"});
   return lines;
 }
 
-cli::Answer store(const presets::PresetValues& values) {
-  const presets::Presets presets;
-  const presets::Preset* existing = presets.lookup(*values.id);
-  const std::string what = "preset " + std::to_string(*values.id);
-  const presets::PresetUpdate update = presets::updateOf(existing, values);
-  if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
-  presets::storePresets(what, {update.record});
-
-  presets::PresetValues stored = values;
-  stored.description = update.record.s8Description;
-  for (std::size_t i = 0; i < presets::kPresetNumbers.size(); ++i)
-    stored.numbers[i] = update.record.*presets::kPresetNumbers[i].field;
-  cli::Answer answer;
-  answer.value = stored.json();
-  const Json before = existing == nullptr ? Json() : existing->json();
-  answer.layout = changesOf(before, answer.value);
-  answer.value["before"] = before;
-  if (values.description) tellHazards(answer, *values.id);
+cli::Answer store(const cli::Arguments& arguments, int id) {
+  presets::Values given = presets::noValues();
+  given[settings::kPresetId] = id;
+  for (const Setting& setting : settings::presetSettings()) {
+    if (setting.option == nullptr || !arguments.given(setting.option)) continue;
+    const std::string text = arguments.text(setting.option);
+    given[setting.member] =
+        setting.kind == settings::Kind::Text ? Json(text) : requireNumber(setting, text);
+  }
+  cli::Answer answer(Outcome{presets::storePreset(given), {}});
+  answer.layout = changesOf(answer.value);
+  if (!given[settings::kPresetDescription].is_null()) tellHazards(answer, id);
   return answer;
 }
 
 cli::Answer set(const cli::Arguments& arguments) {
-  return store(given(arguments, requireId(arguments.text(kId))));
+  return store(arguments, requireId(arguments.text(kId)));
 }
 
 // With every id taken, the library's search succeeds all the same and leaves the number alone.
@@ -154,7 +122,7 @@ int requireUnusedId() {
 
 cli::Answer add(const cli::Arguments& arguments) {
   const presets::Presets usable;
-  cli::Answer answer = store(given(arguments, requireUnusedId()));
+  cli::Answer answer = store(arguments, requireUnusedId());
   answer.layout = {cli::Line{"{id}"}};
   return answer;
 }
@@ -162,12 +130,10 @@ cli::Answer add(const cli::Arguments& arguments) {
 cli::Answer remove(const cli::Arguments& arguments) {
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
-  cli::Answer answer;
+  cli::Answer answer(Outcome{preset.values, {}}, {cli::Line{"{label}: deleted"}});
+  answer.value["label"] = preset.label();
   addNote(answer, presets.shadowOf(preset));
   presets::deletePreset(presets, preset);
-  answer.value = preset.json();
-  answer.value["label"] = preset.label();
-  answer.layout = {cli::Line{"{label}: deleted"}};
   return answer;
 }
 
@@ -177,71 +143,52 @@ cli::Block exportedAs(const std::string& format, const presets::Presets& presets
   throw Refusal(Status::Usage, std::string(kFormat) + ": '" + format + "' is neither csv nor json");
 }
 
-// What a device without presets would refuse.
-void tellNotImportable(cli::Answer& answer, const presets::Presets& presets) {
-  std::vector<presets::PresetRow> rows;
-  for (const presets::Preset& preset : presets.all())
-    rows.push_back({preset.label(), preset.values(), {}});
-  const presets::PresetImport import(nullptr, rows);
-  for (const std::string& fault : import.faults())
-    answer.notes.push_back("note: an import will refuse " + fault);
-}
-
 cli::Answer exportAll(const cli::Arguments& arguments) {
   const std::string format = arguments.given(kFormat) ? arguments.text(kFormat) : "csv";
   const presets::Presets presets;
-  cli::Answer answer;
-  answer.value = allOf(presets);
-  answer.layout = {exportedAs(format, presets)};
-  tellNotImportable(answer, presets);
+  cli::Answer answer(Outcome{presets.json(), {}}, {exportedAs(format, presets)});
+  for (const std::string& fault : presets::faultsOf(presets::rowsOf(presets.all())))
+    answer.notes.push_back("note: an import will refuse " + fault);
   return answer;
 }
 
-void tellFaults(cli::Answer& answer, const std::vector<std::string>& faults) {
-  const std::size_t told = std::min(faults.size(), kFaultsTold);
-  answer.notes.assign(faults.begin(), faults.begin() + static_cast<std::ptrdiff_t>(told));
-  const std::string more =
-      told == faults.size() ? "" : " (" + std::to_string(faults.size() - told) + " more faults)";
-  answer.notes.push_back("nothing was imported" + more);
-  answer.status = Status::Refused;
+void tellFaults(cli::Answer& answer, const Json& faults) {
+  for (const Json& fault : faults)
+    if (answer.notes.size() < kFaultsTold) answer.notes.push_back(fault.text());
+  const std::size_t more = faults.size() - answer.notes.size();
+  answer.notes.push_back("nothing was imported" +
+                         (more == 0 ? "" : " (" + std::to_string(more) + " more faults)"));
 }
 
 cli::Answer importAll(const cli::Arguments& arguments) {
-  const presets::Presets presets;
-  const presets::PresetImport import(&presets, presets::readPresets(arguments.text(kFile)));
-  cli::Answer answer;
-  answer.value = import.json();
-  if (!import.faults().empty()) {
-    tellFaults(answer, import.faults());
-    return answer;
-  }
-  if (!arguments.given(kDryRun)) import.carryOut();
-  answer.layout = {cli::Fields{
-      {{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
+  cli::Answer answer(presets::importPresets(arguments.text(kFile), arguments.given(kDryRun)));
+  if (answer.status == Status::Refused)
+    tellFaults(answer, answer.value["faults"]);
+  else
+    answer.layout = {cli::Fields{
+        {{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
   return answer;
 }
 
 std::vector<cli::Option> withValues(std::vector<cli::Option> options) {
-  constexpr const char* kHelp[] = {"Pan position", "Tilt position", "Zoom position",
-                                   "Focus position", "Focus mode"};
-  for (std::size_t i = 0; i < presets::kPresetNumbers.size(); ++i)
-    options.push_back({cli::Option::Value, presets::kPresetNumbers[i].option, kHelp[i]});
-  options.push_back({cli::Option::Value, kDescription, "Text of up to 63 bytes"});
+  for (const Setting& setting : byRank(settings::presetSettings()))
+    if (setting.option != nullptr)
+      options.push_back({cli::Option::Value, setting.option, setting.help});
   return options;
 }
 
-const cli::Option kOnePreset{cli::Option::Argument, kPreset, "An id, or a whole description"};
-const cli::Option kAnyId{cli::Option::Argument, kId, "Id from 0 to 128", presetIdWords};
+const cli::Option kPreset{cli::Option::Argument, kPreset, "An id, or a whole description"};
 
 }  // namespace
 
 cli::CommandGroup presetGroup() {
+  const cli::Option id{cli::Option::Argument, kId, idSetting().help, presetIdWords};
   return {
       "Camera positions",
       {{"preset", "List, change, import and export camera positions", {}, nullptr},
        {"preset list", "List the presets", {}, list},
-       {"preset get", "Show a preset", {kOnePreset}, get},
-       {"preset set", "Change what is given of a preset, or create it", withValues({kAnyId}), set},
+       {"preset get", "Show a preset", {kPreset}, get},
+       {"preset set", "Change what is given of a preset, or create it", withValues({id}), set},
        {"preset add", "Create a preset under the next free id and print the id", withValues({}),
         add},
        {"preset delete", "Delete a preset", {kOnePreset}, remove},

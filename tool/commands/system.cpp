@@ -4,6 +4,7 @@
 
 #include "base/refusal.h"
 #include "commands/groups.h"
+#include "commands/options.h"
 #include "device/copy.h"
 #include "parameters/change.h"
 
@@ -89,9 +90,10 @@ cli::Command commandFor(const Port& port) {
           port.help,
           {{cli::Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
           [&port](const cli::Arguments& arguments) {
-            return arguments.given(kPort) ? parameters::setParameter(kSystem, port.parameter,
-                                                                     arguments.text(kPort), false)
-                                          : showPort(port);
+            if (!arguments.given(kPort)) return showPort(port);
+            return cli::Answer(
+                parameters::setParameter(kSection, port.parameter, arguments.text(kPort), false),
+                {cli::Line{"{section}/{name}: {before} -> {value}"}});
           }};
 }
 

@@ -1,18 +1,19 @@
 #include "commands/words.h"
-#include "commands/options.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "base/decimal.h"
+#include "commands/options.h"
 #include "device/language.h"
 #include "document/exchange.h"
 #include "media/stream_cache.h"
-#include "network/field.h"
 #include "network/network.h"
 #include "parameters/parameter.h"
 #include "presets/preset.h"
+#include "settings/network.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -27,19 +28,6 @@ Candidates forEach(const Range& range, Make make) {
 template <typename Range>
 Candidates plain(const Range& words) {
   return forEach(words, [](const auto& word) { return cli::Candidate{word}; });
-}
-
-// The texts of "OptTxt", which stand there with commas between them.
-Candidates parameterValues(const parameters::Parameter& parameter) {
-  Candidates candidates;
-  const char* found = parameter.text("OptTxt");
-  const std::string options = found == nullptr ? "" : found;
-  for (std::size_t start = 0; start < options.size();) {
-    const std::size_t end = std::min(options.find(',', start), options.size());
-    candidates.push_back({options.substr(start, end - start)});
-    start = end + 1;
-  }
-  return candidates;
 }
 
 // The keys of a section's entries, each with what says which one it is.
@@ -105,10 +93,11 @@ Candidates parameterWords(const cli::Arguments& before) {
 }
 
 Candidates valueWords(const cli::Arguments& before) {
-  if (before.given(kField)) return plain(network::requireNetworkField(before.text(kField)).words);
+  if (before.given(kField))
+    return plain(settings::wordsOf(settings::requireCardSetting(before.text(kField))));
   if (!before.given(kSection) || !before.given(kName)) return {};
-  return parameterValues(
-      parameters::Parameters().require(before.text(kSection), before.text(kName)));
+  const parameters::Parameters parameters;
+  return plain(parameters.require(before.text(kSection), before.text(kName)).form().options());
 }
 
 Candidates cardWords(const cli::Arguments& /*before*/) {
@@ -122,8 +111,10 @@ Candidates cardWords(const cli::Arguments& /*before*/) {
 }
 
 Candidates cardFieldWords(const cli::Arguments& /*before*/) {
-  return forEach(network::networkFields(),
-                 [](const auto& field) { return cli::Candidate{field.name}; });
+  Candidates candidates;
+  for (const settings::Setting& setting : settings::cardSettings())
+    candidates.push_back({settings::elementOf(setting), setting.help});
+  return candidates;
 }
 
 Candidates presetWords(const cli::Arguments& before) {
@@ -137,8 +128,8 @@ Candidates presetIdWords(const cli::Arguments& /*before*/) {
   const presets::Presets presets;
   Candidates candidates;
   for (const presets::Preset& preset : presets.all())
-    if (preset.id)
-      candidates.push_back({std::to_string(*preset.id), preset.description.value_or("")});
+    if (preset.id())
+      candidates.push_back({std::to_string(*preset.id()), preset.description().value_or("")});
   return candidates;
 }
 

@@ -9,9 +9,9 @@
 #include <cstring>
 
 #include "base/library_log.h"
+#include "base/plain_text.h"
 #include "base/progress.h"
 #include "base/refusal.h"
-#include "base/plain_text.h"
 
 namespace camcfg::tool::device {
 namespace {

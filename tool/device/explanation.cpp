@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/plain_text.h"
 
 namespace camcfg::tool::device {
 

@@ -4,9 +4,9 @@
 
 #include <cstring>
 
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "base/plain_text.h"
 #include "device/file_set.h"
 
 namespace camcfg::tool::device {

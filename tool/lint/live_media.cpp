@@ -8,7 +8,7 @@
 #include "lint/stream.h"
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "network/check.h"
+#include "settings/address.h"
 #include "settings/elements.h"
 
 namespace camcfg::tool::lint {
@@ -154,7 +154,7 @@ void checkMulticast(const XMLElement& instance, const std::string& name, Finding
   if (has(instance, "MulticastIp") && !isMulticast(ip))
     findings.add(kMulticast, instance, "MulticastIp",
                  label + "\"MulticastIp\": " + quoted(ip) + " is no multicast address");
-  const std::string fault = network::whyNotAMask(textOf(instance, "MulticastNetmask"));
+  const std::string fault = settings::whyNotAMask(textOf(instance, "MulticastNetmask"));
   if (has(instance, "MulticastNetmask") && !fault.empty())
     findings.add(kMulticast, instance, "MulticastNetmask",
                  label + "\"MulticastNetmask\": " + clipped(fault));

@@ -6,6 +6,7 @@
 #include "lint/elements.h"
 #include "lint/subject.h"
 #include "lint/values.h"
+#include "settings/parameter_form.h"
 
 namespace camcfg::tool::lint {
 
@@ -36,7 +37,6 @@ constexpr Rule kPartOfOption{"part-of-option", Severity::Warning,
                              "<Mode Cur=\"Man\" Def=\"Auto\" OptTxt=\"Auto,Manual\"/>"};
 
 constexpr const char* kValues[] = {"Cur", "Def"};
-constexpr char kSeparators[] = ",;|/ ";
 
 struct Need {
   const char* attribute;
@@ -59,9 +59,7 @@ struct Item {
   std::string path;
   bool isInner;  // inside another parameter
 
-  bool isInteger() const {
-    return has(element, "Min") || has(element, "Max") || has(element, "Step");
-  }
+  bool isInteger() const { return settings::ParameterForm(element).isInteger(); }
 };
 
 template <std::size_t Count>
@@ -117,35 +115,20 @@ void checkIntegers(const Item& item, Findings& findings) {
   }
 }
 
-bool isSeparator(char c) {
-  return std::string_view(kSeparators).find(c) != std::string_view::npos;
-}
-
-// Only for options that fit their field, which bounds the time that this takes.
-bool isWholeOption(std::string_view options, std::string_view text) {
-  for (std::size_t at = options.find(text); at != std::string_view::npos;
-       at = options.find(text, at + 1)) {
-    const std::size_t end = at + text.size();
-    if ((at == 0 || isSeparator(options[at - 1])) &&
-        (end == options.size() || isSeparator(options[end])))
-      return true;
-  }
-  return false;
-}
-
 void checkTexts(const Item& item, Findings& findings) {
   requireFits(item.element, "OptTxt", CFG_TXT_OPT_SIZE - 1, item.path, findings);
   requireFits(item.element, "Def", CFG_TXT_DEF_SIZE - 1, item.path, findings);
   requireFits(item.element, "Cur", CFG_TXT_CUR_SIZE - 1, item.path, findings);
   if (!has(item.element, "OptTxt")) return;
   const std::string options = textOf(item.element, "OptTxt");
+  // Only options that fit their field are searched for whole ones, which bounds the time.
   for (const char* attribute : kValues) {
     if (!has(item.element, attribute)) continue;
     const std::string text = textOf(item.element, attribute);
     const std::string what = item.path + ": \"" + attribute + "\" " + quoted(text) + " is ";
     if (std::strstr(options.c_str(), text.c_str()) == nullptr)
       findings.add(kNotAnOption, item.element, attribute, what + "not among " + quoted(options));
-    else if (options.size() < CFG_TXT_OPT_SIZE && !isWholeOption(options, text))
+    else if (options.size() < CFG_TXT_OPT_SIZE && !settings::isWholeOption(options, text))
       findings.add(kPartOfOption, item.element, attribute,
                    what + "only a part of one of " + quoted(options));
   }

@@ -1,4 +1,4 @@
-#include "presets/preset.h"
+#include <camcfg/preset.h>
 
 #include <set>
 #include <string_view>
@@ -7,6 +7,8 @@
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"
+#include "settings/parameter_form.h"
+#include "settings/presets.h"
 
 namespace camcfg::tool::lint {
 
@@ -67,10 +69,8 @@ constexpr int kProposed = 128;  // ids from 0 that are proposed for new presets
 
 // "preset 3", or "preset" if its id is not known.
 std::string labelOf(const XMLElement& element) {
-  int id = 0;
-  return element.QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS
-             ? "preset " + std::to_string(id)
-             : kName;
+  const std::optional<int> id = settings::integerIn(element, "Id");
+  return id ? "preset " + std::to_string(*id) : kName;
 }
 
 Elements presetsIn(const XMLElement& group, Findings& findings) {
@@ -87,20 +87,32 @@ Elements presetsIn(const XMLElement& group, Findings& findings) {
   return found;
 }
 
-void checkValues(const XMLElement& preset, const std::string& label, Findings& findings) {
-  checkAttributeCase(preset,
-                     {"Id", "Description", "PanPos", "TiltPos", "ZoomPos", "FocusPos", "FocusMode"},
-                     label, findings);
-  for (const presets::PresetNumber& number : presets::kPresetNumbers) {
-    checkInteger(preset, number.attribute, label, findings);
-    if (!has(preset, number.attribute))
-      findings.add(kPositionMissing, preset, label + " has no \"" + number.attribute + "\"");
-  }
-  int id = 0;
-  if (preset.QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS &&
-      (id < 0 || id > PRESET_ID_MAX))
+void checkNumber(const XMLElement& preset, const settings::Setting& setting,
+                 const std::string& label, Findings& findings) {
+  const char* attribute = setting.attributes.front().name;
+  checkInteger(preset, attribute, label, findings);
+  if (!has(preset, attribute))
+    findings.add(kPositionMissing, preset, label + " has no \"" + attribute + "\"");
+}
+
+void checkId(const XMLElement& preset, const settings::Range& limits, const std::string& label,
+             Findings& findings) {
+  const std::optional<int> id = settings::integerIn(preset, "Id");
+  if (id && (*id < limits.least || *id > limits.most))
     findings.add(kIdRange, preset, "Id",
-                 label + ": the id is outside 0.." + std::to_string(PRESET_ID_MAX));
+                 label + ": the id is outside " + std::to_string(limits.least) + ".." +
+                     std::to_string(limits.most));
+}
+
+void checkValues(const XMLElement& preset, const std::string& label, Findings& findings) {
+  std::vector<const char*> attributes;
+  for (const settings::Setting& setting : settings::presetSettings())
+    attributes.push_back(setting.attributes.front().name);
+  checkAttributeCase(preset, attributes, label, findings);
+  for (const settings::Setting& setting : settings::presetSettings())
+    if (setting.kind == settings::Kind::Integer && setting.need != settings::Need::Required)
+      checkNumber(preset, setting, label, findings);
+  checkId(preset, settings::presetSettings().front().limits, label, findings);
 }
 
 void checkLength(const XMLElement& preset, const std::string& label, Findings& findings) {

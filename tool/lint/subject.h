@@ -25,7 +25,6 @@ Subject parameterNames();
 Subject parameterValues();
 Subject systemSettings();
 Subject network();
-Subject cardFields();
 Subject presets();
 Subject media();
 Subject streamSources();

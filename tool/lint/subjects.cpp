@@ -6,10 +6,9 @@
 namespace camcfg::tool::lint {
 
 std::vector<Subject> allSubjects() {
-  return {structure(),       values(),         entryIds(),      parameterNames(),
-          parameterValues(), systemSettings(), network(),       cardFields(),
-          presets(),         media(),          streamSources(), streamCaches(),
-          whitelists(),      liveMedia(),      language(),      copies()};
+  return {structure(),      values(),     entryIds(),  parameterNames(), parameterValues(),
+          systemSettings(), network(),    presets(),   media(),          streamSources(),
+          streamCaches(),   whitelists(), liveMedia(), language(),       copies()};
 }
 
 std::vector<Finding> lint(const std::vector<Source>& sources) {

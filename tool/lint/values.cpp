@@ -9,6 +9,7 @@
 #include "base/decimal.h"
 #include "lint/elements.h"
 #include "lint/subject.h"
+#include "settings/parameter_form.h"
 
 namespace camcfg::tool::lint {
 
@@ -77,21 +78,17 @@ std::string carriedFrom(const XMLElement* before) {
 
 std::optional<int> checkInteger(const XMLElement& element, const char* attribute,
                                 const std::string& owner, Findings& findings) {
-  using Limits = std::numeric_limits<int>;
   const char* text = element.Attribute(attribute);
   if (text == nullptr) return std::nullopt;
   const std::string what = nameOf(owner, attribute) + quoted(text);
-  int read = 0;
-  if (element.QueryIntAttribute(attribute, &read) != tinyxml2::XML_SUCCESS) {
+  const std::optional<int> read = settings::integerIn(element, attribute);
+  if (!read)
     findings.add(kNotAnInteger, element, attribute, what + " is no integer");
-    return std::nullopt;
-  }
-  const std::optional<long long> exact = decimal(text);
-  if (exact && (*exact < Limits::min() || *exact > Limits::max()))
+  else if (!decimal(text))
+    findings.add(kOddInteger, element, attribute, what + " is read as " + std::to_string(*read));
+  else if (!decimal32(text))
     findings.add(kIntegerTooLarge, element, attribute,
                  what + " does not fit into 32 bits and is read as another number");
-  else if (!exact)
-    findings.add(kOddInteger, element, attribute, what + " is read as " + std::to_string(read));
   return read;
 }
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/answer.h"
+#include "base/outcome.h"
 
 namespace camcfg::tool::network {
 
@@ -13,19 +13,19 @@ namespace camcfg::tool::network {
 /// @return what was changed: card, field, before, value
 /// @throws Refusal  the files are unusable or cannot be written, there is no such card or field, the
 ///                  library's lookup would hit another one, or the value is not usable
-cli::Answer setNetworkField(const std::string& card, const std::string& name,
-                            const std::string& value, bool force);
+Outcome setNetworkField(const std::string& card, const std::string& name, const std::string& value,
+                        bool force);
 
 /// Puts the factory values of a card back. A field without a usable one stays as it is.
 /// @return what was changed: card, and each field that was with before and value
 /// @throws Refusal  as above; or the library would change more than it should
-cli::Answer resetCard(const std::string& name);
+Outcome resetCard(const std::string& name);
 
 /// Sets the host name.
 /// @param force  stores any text
 /// @return what was changed: before, hostname
 /// @throws Refusal  the files are unusable or cannot be written, or it is no host name
-cli::Answer setHostname(const std::string& name, bool force);
+Outcome setHostname(const std::string& name, bool force);
 
 }  // namespace camcfg::tool::network
 

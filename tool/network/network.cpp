@@ -2,8 +2,10 @@
 
 #include <camcfg/store.h>
 
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::network {
 
@@ -20,6 +22,16 @@ XMLElement* childOf(XMLElement& parent, const std::string& name) {
 Json attributeOf(const XMLElement* element, const char* attribute) {
   const char* text = element == nullptr ? nullptr : element->Attribute(attribute);
   return text == nullptr ? Json() : Json(text);
+}
+
+std::vector<std::string> spilledBy(const XMLElement& card) {
+  std::vector<std::string> reasons;
+  for (const XMLElement* element = card.FirstChildElement(); element != nullptr;
+       element = element->NextSiblingElement())
+    if (const auto* setting = settings::cardSettingWrittenInto(element->Value()))
+      reasons.push_back(std::string("the library would write ") + settings::elementOf(*setting) +
+                        " into " + element->Value() + ", too, which begins with this name");
+  return reasons;
 }
 
 Network::Network()
@@ -42,10 +54,8 @@ XMLElement& Network::require(const std::string& name) const {
     if (card->Value() == name) return *card;
     names.emplace_back(card->Value());
   }
-  std::string all;
-  for (const std::string& known : names) all += (all.empty() ? " (there are " : ", ") + known;
-  throw Refusal("there is no card '" + name + "'" + (all.empty() ? "" : all + ")") +
-                didYouMean(name, names));
+  const std::string all = names.empty() ? "" : " (there are " + joined(names) + ")";
+  throw Refusal("there is no card '" + name + "'" + all + didYouMean(name, names));
 }
 
 XMLElement& Network::lookup(const XMLElement& card) const {

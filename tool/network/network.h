@@ -8,6 +8,7 @@
 
 #include "base/json.h"
 #include "device/copy.h"
+#include "device/explanation.h"
 
 namespace camcfg::tool::network {
 
@@ -43,6 +44,14 @@ tinyxml2::XMLElement* childOf(tinyxml2::XMLElement& parent, const std::string& n
 
 /// An attribute's text, null where there is none or no element.
 Json attributeOf(const tinyxml2::XMLElement* element, const char* attribute);
+
+/// What setting a whole card would change beyond its settings, a reason each.
+std::vector<std::string> spilledBy(const tinyxml2::XMLElement& card);
+
+/// Lookups are tried in the main copy, or else in the next good one.
+/// @param field  only this field; empty: all
+/// @throws Refusal  no copy is good, or nothing is found
+device::Explanation explainCard(const std::string& card, const std::string& field);
 
 }  // namespace camcfg::tool::network
 

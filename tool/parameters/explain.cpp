@@ -1,5 +1,3 @@
-#include "parameters/explain.h"
-
 #include <camcfg/store.h>
 
 #include <algorithm>
@@ -11,9 +9,6 @@
 namespace camcfg::tool::parameters {
 namespace {
 
-using tinyxml2::XMLDocument;
-using tinyxml2::XMLElement;
-
 std::vector<std::string> partsOf(const std::string& path) {
   std::vector<std::string> parts;
   for (std::size_t start = 0; start <= path.size();) {
@@ -22,21 +17,6 @@ std::vector<std::string> partsOf(const std::string& path) {
     start = end + 1;
   }
   return parts;
-}
-
-std::string rangeOf(const Parameter& parameter) {
-  const auto shown = [&](const char* attribute) {
-    const char* text = parameter.text(attribute);
-    return std::string(text == nullptr ? "?" : text);
-  };
-  const std::string range = shown("Min") + ".." + shown("Max");
-  return parameter.text("Step") == nullptr ? range : range + ", step " + shown("Step");
-}
-
-std::string permittedFor(const Parameter& parameter) {
-  if (parameter.isInteger()) return rangeOf(parameter);
-  const char* options = parameter.text("OptTxt");
-  return options == nullptr ? "" : options;
 }
 
 struct Attribute {
@@ -65,13 +45,13 @@ device::Explanation explainParameter(const std::string& section, const std::stri
   explanation.copies = file.copies(device::finderOf(path));
   for (const Attribute& attribute : kAttributes) {
     device::ExplainedValue value =
-        file.value(attribute.label, device::finderOf(path), [&](XMLElement& element) {
+        file.value(attribute.label, device::finderOf(path), [&](tinyxml2::XMLElement& element) {
           return Parameter{section, name, &element}.value(attribute.name);
         });
     if (!isEmpty(value) || explanation.values.empty()) explanation.values.push_back(value);
   }
-  if (XMLElement* element = device::elementAt(file.document(), path))
-    explanation.values.front().permitted = permittedFor(Parameter{section, name, element});
+  if (const tinyxml2::XMLElement* element = device::elementAt(file.document(), path))
+    explanation.values.front().permitted = settings::ParameterForm(*element).permitted();
   return explanation;
 }
 

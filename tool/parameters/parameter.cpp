@@ -3,7 +3,6 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
-#include <climits>
 
 #include "base/decimal.h"
 #include "base/refusal.h"
@@ -26,12 +25,6 @@ void collect(const std::string& section, const std::string& above, XMLElement* p
   }
 }
 
-std::vector<Parameter> parametersOf(XMLElement* section) {
-  std::vector<Parameter> found;
-  collect(section->Value(), "", section, found);
-  return found;
-}
-
 // Name by name, each found by its beginning.
 std::optional<Parameter> lookupIn(XMLElement* section, const std::string& name) {
   XMLElement* element = section;
@@ -48,36 +41,38 @@ std::optional<Parameter> lookupIn(XMLElement* section, const std::string& name) 
 
 }  // namespace
 
-bool Parameter::isInteger() const {
-  return text("Min") != nullptr || text("Max") != nullptr;
-}
-
 Json Parameter::shown(const char* found) const {
   if (found == nullptr) return nullptr;
-  const std::optional<long long> number = isInteger() ? decimal(found) : std::nullopt;
-  return number && *number >= INT_MIN && *number <= INT_MAX ? Json(*number) : Json(found);
+  const std::optional<std::int32_t> number = form().isInteger() ? decimal32(found) : std::nullopt;
+  return number ? Json(*number) : Json(found);
 }
 
 Parameters::Parameters() : document_(device::requireDocument(CFG_FILE_BUSINESS)) {}
 
+std::vector<XMLElement*> Parameters::elements() const {
+  std::vector<XMLElement*> sections;
+  for (XMLElement* section = document_->FirstChildElement(); section != nullptr;
+       section = section->NextSiblingElement())
+    sections.push_back(section);
+  return sections;
+}
+
 std::vector<std::string> Parameters::sections() const {
   std::vector<std::string> names;
-  for (const XMLElement* section = document_->FirstChildElement(); section != nullptr;
-       section = section->NextSiblingElement())
-    names.emplace_back(section->Value());
+  for (const XMLElement* section : elements()) names.emplace_back(section->Value());
   return names;
 }
 
 std::vector<Parameter> Parameters::all() const {
   std::vector<Parameter> found;
-  for (XMLElement* section = document_->FirstChildElement(); section != nullptr;
-       section = section->NextSiblingElement())
-    collect(section->Value(), "", section, found);
+  for (XMLElement* section : elements()) collect(section->Value(), "", section, found);
   return found;
 }
 
 std::vector<Parameter> Parameters::in(const std::string& section) const {
-  return parametersOf(requireSection(section));
+  std::vector<Parameter> found;
+  collect(section, "", requireSection(section), found);
+  return found;
 }
 
 Parameter Parameters::require(const std::string& section, const std::string& name) const {
@@ -97,8 +92,7 @@ std::optional<Parameter> Parameters::lookup(const std::string& section,
 
 std::optional<Parameter> Parameters::lookup(const std::string& name) const {
   const std::string first = name.substr(0, name.find('/'));
-  for (XMLElement* section = document_->FirstChildElement(); section != nullptr;
-       section = section->NextSiblingElement())
+  for (XMLElement* section : elements())
     if (CFG_GetElementByName(section, first.c_str()) != nullptr) return lookupIn(section, name);
   return std::nullopt;
 }

@@ -9,6 +9,8 @@
 
 #include "base/json.h"
 #include "device/copy.h"
+#include "device/explanation.h"
+#include "settings/parameter_form.h"
 
 namespace camcfg::tool::parameters {
 
@@ -20,9 +22,9 @@ struct Parameter {
 
   /// "SECTION/NAME"
   std::string path() const { return section + "/" + name; }
-  /// One with "Min" or "Max" is an integer, any other a text.
-  bool isInteger() const;
-  const char* type() const { return isInteger() ? "integer" : "text"; }
+  bool isInner() const { return name.find('/') != std::string::npos; }
+  settings::ParameterForm form() const { return settings::ParameterForm(*element); }
+  const char* type() const { return form().isInteger() ? "integer" : "text"; }
   /// An attribute's text; null if it is missing.
   const char* text(const char* attribute) const { return element->Attribute(attribute); }
   /// An attribute as an answer shows it: a number if an integer parameter has one there, the text
@@ -55,10 +57,16 @@ class Parameters {
   std::optional<Parameter> lookup(const std::string& name) const;
 
  private:
+  std::vector<tinyxml2::XMLElement*> elements() const;
   tinyxml2::XMLElement* requireSection(const std::string& name) const;
 
   device::Document document_;
 };
+
+/// Lookups are tried in the main copy, or else in the next good one.
+/// @param name  whole, or the beginning of the name that a lookup finds
+/// @throws Refusal  no copy is good, or nothing is found
+device::Explanation explainParameter(const std::string& section, const std::string& name);
 
 }  // namespace camcfg::tool::parameters
 

@@ -16,7 +16,7 @@ const settings::Range kInteger{INT32_MIN, INT32_MAX};
 
 // None inside another one.
 bool isSettable(const Parameter& parameter) {
-  return parameter.text("Cur") != nullptr && parameter.name.find('/') == std::string::npos;
+  return parameter.text("Cur") != nullptr && !parameter.isInner();
 }
 
 // Those that the library sets.
@@ -31,45 +31,31 @@ Json loadParameters() {
   return sections;
 }
 
-std::vector<std::string> namesOf(const Json& object) {
-  std::vector<std::string> names;
-  for (const auto& [name, ignored] : object.items()) names.push_back(name);
-  return names;
-}
-
 std::string setText(const Json& value) {
   return value.is_string() ? value.get<std::string>() : value.dump();
-}
-
-// A refusal without the place, which is told already, and without the option of another command.
-std::string reasonOf(const std::string& text, const std::string& path) {
-  const std::size_t start = text.find(path + ": ") == 0 ? path.size() + 2 : 0;
-  return text.substr(start, text.find("; '--force'") - start);
 }
 
 // The value if it is permitted.
 Json readValue(const settings::Node& node, const Parameters& parameters,
                const Parameter& parameter) {
   const std::size_t faults = node.faults();
-  Json value = parameter.isInteger() ? Json(node.number(kInteger)) : Json(node.text());
-  if (node.faults() == faults) try {
-      parameterChange(parameters, parameter, setText(value), false);
-    } catch (const Refusal& refusal) {
-      node.refuse(reasonOf(refusal.what(), parameter.path()));
-    }
+  Json value = parameter.form().isInteger() ? Json(node.number(kInteger)) : Json(node.text());
+  if (node.faults() != faults) return value;
+  const std::string fault = objectionTo(parameters, parameter, setText(value)).why;
+  if (!fault.empty()) node.refuse(fault);
   return value;
 }
 
 // Sections and parameters that are left out stay as they are.
 Json readParameters(const settings::Node& node, const Json& before, device::Plan& /*plan*/) {
   Json after = before;
-  if (!node.isObjectOf(namesOf(before))) return after;
+  if (!node.isObjectOf(before.names())) return after;
   const Parameters parameters;
-  for (const std::string& section : namesOf(node.value())) {
+  for (const std::string& section : node.value().names()) {
     if (!before.contains(section)) continue;
     const settings::Node values = node.member(section);
-    if (!values.isObjectOf(namesOf(before.at(section)))) continue;
-    for (const std::string& name : namesOf(values.value()))
+    if (!values.isObjectOf(before.at(section).names())) continue;
+    for (const std::string& name : values.value().names())
       if (before.at(section).contains(name) &&
           values.value().at(name) != before.at(section).at(name))
         after[section][name] =
@@ -105,12 +91,8 @@ Json resetParameters(const Json& before, const device::FactoryValues& factory,
 }
 
 device::Section parametersSection() {
-  return {kName,
-          loadParameters,
-          readParameters,
-          parameterSteps,
-          [] { return std::vector<std::string>(); },
-          CFG_FILE_BUSINESS};
+  const auto losses = [] { return std::vector<std::string>(); };
+  return {kName, loadParameters, readParameters, parameterSteps, losses, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::parameters

@@ -3,15 +3,17 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
-#include <cstring>
 
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "device/change.h"
-#include "settings/nearest.h"
+#include "settings/presets.h"
+#include "settings/record.h"
 
 namespace camcfg::tool::presets {
 namespace {
 
+using settings::Setting;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
@@ -19,33 +21,44 @@ constexpr std::size_t kLongestDescription = PRESET_DESC_SIZE - 1;
 // A new preset whose numbers have eleven characters each and whose description is all entities.
 constexpr std::size_t kGrowth = 180 + kLongestDescription * 6;
 
-std::string kept(const Preset& preset, std::size_t number) {
-  const PresetNumber& field = kPresetNumbers[number];
-  const char* text = preset.element->Attribute(field.attribute);
-  if (text == nullptr || preset.numbers[number]) return "";
-  return std::string("its ") + field.attribute + " '" + text +
-         "' is no integer and would become 0; give " + field.name + " as well";
+bool isText(const Setting& setting) {
+  return setting.kind == settings::Kind::Text;
 }
 
-void copyDescription(tagPRESET_CFG_S& record, const std::string& text) {
-  std::memcpy(record.s8Description, text.data(), std::min(text.size(), kLongestDescription));
+// What a record can have of a value that is not given.
+std::string lossOf(const Preset& preset, const Setting& setting) {
+  const char* attribute = setting.attributes.front().name;
+  const char* text = preset.element->Attribute(attribute);
+  if (text == nullptr) return "";
+  const std::string give = std::string("give ") + (isText(setting) ? "a " : "") + setting.member;
+  if (!isText(setting))
+    return preset.values.at(setting.member).is_null()
+               ? std::string("its ") + attribute + " " + quoted(text) +
+                     " is no integer and would become 0; " + give + " as well"
+               : "";
+  return std::string_view(text).size() <= kLongestDescription
+             ? ""
+             : "its present description would be cut to " + std::to_string(kLongestDescription) +
+                   " bytes; " + give + " as well";
+}
+
+void put(tagPRESET_CFG_S& record, const Setting& setting, const Json& value) {
+  if (value.is_null()) return;
+  if (isText(setting))
+    setting.field.setText(&record, std::string(firstBytes(value.text(), kLongestDescription)));
+  else
+    setting.field.integer(&record) = value.get<std::int32_t>();
+}
+
+Values valuesOf(const tagPRESET_CFG_S& record) {
+  return settings::toJson(settings::presetSettings(), &record);
 }
 
 bool isStored(XMLDocument& document, const tagPRESET_CFG_S& record) {
   XMLElement* group = presetGroupOf(document);
   XMLElement* element =
       group == nullptr ? nullptr : CFG_GetElementByNameId(group, "preset", record.s32Id);
-  if (element == nullptr) return false;
-  const Preset preset = presetOf(*element);
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i)
-    if (preset.numbers[i] != record.*kPresetNumbers[i].field) return false;
-  return preset.id == record.s32Id && preset.description == std::string(record.s8Description);
-}
-
-std::string textOf(const XMLElement& element) {
-  tinyxml2::XMLPrinter printer;
-  element.Accept(&printer);
-  return printer.CStr();
+  return element != nullptr && presetOf(*element).values == valuesOf(record);
 }
 
 // How many presets are written exactly like this.
@@ -54,51 +67,38 @@ std::ptrdiff_t countOf(XMLDocument& document, const std::string& text) {
   XMLElement* group = presetGroupOf(document);
   for (XMLElement* element = group == nullptr ? nullptr : group->FirstChildElement();
        element != nullptr; element = element->NextSiblingElement())
-    count += textOf(*element) == text ? 1 : 0;
+    count += written(*element) == text ? 1 : 0;
   return count;
 }
 
 std::function<bool()> deletionOf(const Presets& presets, const Preset& preset) {
-  if (preset.id && presets.lookup(*preset.id) == &preset)
-    return [id = *preset.id] { return CFG_PRESET_DeleteById(id) == 0; };
-  if (preset.description && presets.lookup(*preset.description) == &preset)
-    return [text = *preset.description] { return CFG_PRESET_DeleteByDesc(text.c_str()) == 0; };
+  const std::optional<int> id = preset.id();
+  if (id && presets.lookup(*id) == &preset) return [id] { return CFG_PRESET_DeleteById(*id) == 0; };
+  const std::string text = preset.description().value_or("");
+  const Preset* found = presets.lookup(text);
+  if (preset.description() && found == &preset)
+    return [text] { return CFG_PRESET_DeleteByDesc(text.c_str()) == 0; };
   throw Refusal(preset.label() + ": the library would delete " +
-                presets.lookup(*preset.description)->label() +
+                (found == nullptr ? "none" : found->label()) +
                 ", since a description that begins like this comes first");
 }
 
 }  // namespace
 
-std::string whyNotADescription(const std::string& text) {
-  if (text.size() > kLongestDescription)
-    return "the description has " + std::to_string(text.size()) + " bytes, the limit is " +
-           std::to_string(kLongestDescription) +
-           settings::nearestOfLength(text, kLongestDescription);
-  const auto steers = [](unsigned char c) { return c < 0x20 || c == 0x7f; };
-  return std::any_of(text.begin(), text.end(), steers)
-             ? "the description has a control character in it"
-             : "";
-}
-
-PresetUpdate updateOf(const Preset* existing, const PresetValues& given) {
+PresetUpdate updateOf(const Preset* existing, const Values& given) {
   PresetUpdate update{};
-  update.record.s32Id = *given.id;
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i) {
-    const bool keeps = existing != nullptr && !given.numbers[i];
-    if (keeps && update.fault.empty()) update.fault = kept(*existing, i);
-    const std::optional<int> number = keeps ? existing->numbers[i] : given.numbers[i];
-    update.record.*kPresetNumbers[i].field = number.value_or(0);
+  for (const Setting& setting : settings::presetSettings()) {
+    const Json& wanted = given.at(setting.member);
+    const bool keeps = existing != nullptr && wanted.is_null();
+    std::string fault;
+    if (keeps)
+      fault = lossOf(*existing, setting);
+    else if (!wanted.is_null() && setting.whyNotUsable != nullptr)
+      fault = setting.whyNotUsable(wanted.text());
+    if (update.fault.empty()) update.fault = fault;
+    put(update.record, setting, keeps ? existing->values.at(setting.member) : wanted);
   }
-  const bool keeps = existing != nullptr && !given.description;
-  const std::string text =
-      (keeps ? existing->description : given.description).value_or(std::string());
-  const std::string fault = given.description ? whyNotADescription(text) : "";
-  if (update.fault.empty()) update.fault = fault;
-  if (keeps && update.fault.empty() && text.size() > kLongestDescription)
-    update.fault = "its present description would be cut to " +
-                   std::to_string(kLongestDescription) + " bytes; give a description as well";
-  copyDescription(update.record, text);
+  update.values = valuesOf(update.record);
   return update;
 }
 
@@ -116,8 +116,21 @@ void storePresets(const std::string& what, std::vector<tagPRESET_CFG_S> records)
   device::makeChange(change);
 }
 
+Json storePreset(const Values& given) {
+  const Presets presets;
+  const int id = given.at(settings::kPresetId).get<int>();
+  const Preset* existing = presets.lookup(id);
+  const std::string what = "preset " + std::to_string(id);
+  const PresetUpdate update = updateOf(existing, given);
+  if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
+  storePresets(what, {update.record});
+  Json stored = update.values;
+  stored["before"] = existing == nullptr ? Json() : existing->values;
+  return stored;
+}
+
 void deletePreset(const Presets& presets, const Preset& preset) {
-  const std::string text = textOf(*preset.element);
+  const std::string text = written(*preset.element);
   const std::ptrdiff_t before = countOf(*preset.element->GetDocument(), text);
   const auto arrived = [&](XMLDocument& document) {
     return presetGroupOf(document) != nullptr && countOf(document, text) == before - 1;

@@ -1,47 +1,61 @@
-#include "presets/explain.h"
-
 #include <camcfg/preset.h>
 #include <camcfg/store.h>
 
 #include <algorithm>
 
-#include "base/decimal.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "device/explanation.h"
-#include "presets/lookup.h"
 #include "presets/preset.h"
+#include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::presets {
 namespace {
 
+using settings::Setting;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-XMLElement& requireGroup(const device::ExplainedFile& file) {
-  XMLElement* group = presetGroupOf(file.document());
-  if (group == nullptr)
-    throw Refusal(Status::Unusable, std::string(CFG_FILE_PRESET) + " has no element PresetCfg");
-  return *group;
+// What a lookup finds by id.
+device::Lookup lookupPreset(XMLElement& group, int id) {
+  const std::string text = std::to_string(id);
+  device::Lookup lookup{"id " + text, {}, "no preset has the Id " + text};
+  XMLElement* answer = CFG_GetElementByNameId(&group, "preset", id);
+  for (const Preset& preset : presetsIn(group))
+    if (preset.element == answer || preset.id() == id)
+      lookup.hits.push_back({preset.element, preset.label(), preset.id() == id});
+  startWith(lookup.hits, answer);
+  if (lookup.hits.empty()) return lookup;
+  lookup.why = lookup.hits.front().exact
+                   ? "the first with the Id " + text
+                   : "it has no readable Id and counts by that of the one before it";
+  return lookup;
 }
 
-device::Lookup lookupWord(XMLElement& group, const std::string& word) {
-  if (!isWordOfDigits(word)) return lookupPreset(group, word);
-  const long long id = *decimal(word);
-  if (id > std::numeric_limits<int>::max()) throw Refusal("there is no preset " + word);
-  return lookupPreset(group, static_cast<int>(id));
+// What a lookup finds by the beginning of a description.
+device::Lookup lookupPreset(XMLElement& group, const std::string& description) {
+  device::Lookup lookup{"description '" + description + "'", {}, ""};
+  for (const Preset& preset : presetsIn(group))
+    if (preset.description() && beginsWith(*preset.description(), description))
+      lookup.hits.push_back({preset.element, preset.label(), preset.description() == description});
+  lookup.why = whyFirst(lookup.hits, "description", description);
+  return lookup;
 }
 
-std::string permittedFor(const std::string& member) {
-  if (member == "id") return "0.." + std::to_string(PRESET_ID_MAX);
-  if (member != "description") return "";
-  return "up to " + std::to_string(PRESET_DESC_SIZE - 1) + " bytes";
+std::string permitted(const Setting& setting) {
+  if (setting.kind != settings::Kind::Text)
+    return settings::permittedInFile(setting, setting.limits);
+  return "up to " + std::to_string(setting.field.room - 1) + " bytes";
 }
 
 }  // namespace
 
 device::Explanation explainPreset(const std::string& word) {
   const device::ExplainedFile file(CFG_FILE_PRESET);
-  const device::Lookup lookup = lookupWord(requireGroup(file), word);
+  XMLElement& group = requirePresetGroup(file.document());
+  const std::optional<int> id = idIn(word);
+  const device::Lookup lookup = id ? lookupPreset(group, *id) : lookupPreset(group, word);
   if (lookup.hits.empty()) throw Refusal("there is no preset " + word + ": " + lookup.why);
   const auto exact = std::find_if(lookup.hits.begin(), lookup.hits.end(),
                                   [](const device::Hit& hit) { return hit.exact; });
@@ -49,16 +63,18 @@ device::Explanation explainPreset(const std::string& word) {
   const Preset preset = presetOf(*hit.element);
   const auto find = [&](XMLDocument& document) -> XMLElement* {
     if (&document == &file.document()) return hit.element;
-    XMLElement* group = presetGroupOf(document);
-    return group == nullptr || !preset.id ? nullptr
-                                          : CFG_GetElementByNameId(group, "preset", *preset.id);
+    XMLElement* others = presetGroupOf(document);
+    return others == nullptr || !preset.id()
+               ? nullptr
+               : CFG_GetElementByNameId(others, "preset", *preset.id());
   };
   device::Explanation explanation{preset.label(), file.copies(find), {}, {file.told(lookup)}};
-  const Json members = preset.json();
-  for (const std::string& name : members.names()) {
-    const auto take = [&](XMLElement& element) { return presetOf(element).json().at(name); };
-    explanation.values.push_back(file.value(name, find, take));
-    explanation.values.back().permitted = permittedFor(name);
+  for (const Setting& setting : settings::presetSettings()) {
+    const auto take = [&](XMLElement& element) {
+      return presetOf(element).values.at(setting.member);
+    };
+    explanation.values.push_back(file.value(setting.member, find, take));
+    explanation.values.back().permitted = permitted(setting);
   }
   return explanation;
 }

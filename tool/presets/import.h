@@ -1,41 +1,24 @@
 #ifndef CAMCFG_TOOL_PRESETS_IMPORT_H
 #define CAMCFG_TOOL_PRESETS_IMPORT_H
 
-#include <map>
 #include <string>
 #include <vector>
 
-#include "presets/file.h"
+#include "base/outcome.h"
+#include "presets/preset_row.h"
 
 namespace camcfg::tool::presets {
 
-/// What an import is going to do. Presets that are not in it stay as they are.
-class PresetImport {
- public:
-  /// Checks every row against the others and the presets that are there.
-  /// @param presets  what is there; null: nothing
-  PresetImport(const Presets* presets, const std::vector<PresetRow>& rows);
+/// Reads presets as readPresetRows does, checks every row against the others and the presets that are
+/// there, and stores what is created and updated, all or none. Presets that are in no row stay as
+/// they are.
+/// @return the ids that are created, updated and found unchanged, none if there are faults; the
+///         faults, with which nothing is stored
+/// @throws Refusal  the text makes no sense as a whole; or see makeChange
+Outcome importPresets(const std::string& text, bool isDryRun);
 
-  /// Stores what is created and updated, all or none. There must be no faults.
-  /// @throws Refusal  see makeChange
-  void carryOut() const;
-
-  const std::vector<std::string>& faults() const { return faults_; }
-  /// The ids that are created, updated and found unchanged, none if there are faults; the faults.
-  Json json() const;
-
- private:
-  void plan(const Presets* presets, const PresetRow& row);
-  bool takeId(const PresetRow& row);
-  void addFault(const PresetRow& row, const std::string& why);
-
-  std::vector<tagPRESET_CFG_S> records_;
-  std::vector<int> created_;
-  std::vector<int> updated_;
-  std::vector<int> unchanged_;
-  std::vector<std::string> faults_;
-  std::map<int, std::string> places_;  // of the ids
-};
+/// What a device without presets would find wrong with rows.
+std::vector<std::string> faultsOf(const std::vector<PresetRow>& rows);
 
 }  // namespace camcfg::tool::presets
 

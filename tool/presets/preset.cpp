@@ -3,103 +3,120 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
-#include <climits>
 
 #include "base/decimal.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
+#include "settings/parameter_form.h"
+#include "settings/presets.h"
 
 namespace camcfg::tool::presets {
 namespace {
 
+using settings::Setting;
 using tinyxml2::XMLElement;
 
 constexpr char kElement[] = "preset";
 
-bool beginsWith(const std::string& text, const std::string& beginning) {
-  return text.compare(0, beginning.size(), beginning) == 0;
-}
-
-std::optional<int> intOf(const XMLElement& element, const char* attribute) {
-  int number = 0;
-  return element.QueryIntAttribute(attribute, &number) == tinyxml2::XML_SUCCESS
-             ? std::optional<int>(number)
-             : std::nullopt;
-}
-
-template <typename Value>
-Json valueOrNull(const std::optional<Value>& value) {
-  return value ? Json(*value) : Json();
+Json valueIn(const XMLElement& element, const Setting& setting) {
+  const char* attribute = setting.attributes.front().name;
+  if (setting.kind == settings::Kind::Integer) {
+    const std::optional<int> number = settings::integerIn(element, attribute);
+    return number ? Json(*number) : Json();
+  }
+  const char* text = element.Attribute(attribute);
+  return text == nullptr ? Json() : Json(text);
 }
 
 }  // namespace
 
-Json PresetValues::json() const {
-  Json record = {{"id", valueOrNull(id)}, {"description", valueOrNull(description)}};
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i)
-    record[kPresetNumbers[i].name] = valueOrNull(numbers[i]);
-  return record;
+Values noValues() {
+  Values values = Json::object();
+  for (const Setting& setting : settings::presetSettings()) values[setting.member] = nullptr;
+  return values;
+}
+
+std::optional<int> Preset::id() const {
+  const Json& id = values.at(settings::kPresetId);
+  return id.is_null() ? std::nullopt : std::optional<int>(id.get<int>());
+}
+
+std::optional<std::string> Preset::description() const {
+  const Json& text = values.at(settings::kPresetDescription);
+  return text.is_null() ? std::nullopt : std::optional<std::string>(text.text());
 }
 
 std::string Preset::label() const {
-  const std::string name = id ? "preset " + std::to_string(*id) : "a preset without id";
-  return description ? name + " '" + *description + "'" : name;
+  const std::string name = id() ? "preset " + std::to_string(*id()) : "a preset without id";
+  return description() ? name + " " + quoted(*description()) : name;
 }
 
-bool isWordOfDigits(const std::string& word) {
-  return !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
-}
-
-bool isPreset(const XMLElement& element) {
-  return beginsWith(element.Value(), kElement);
+std::optional<int> idIn(const std::string& word) {
+  if (word.empty() || word.find_first_not_of("0123456789") != std::string::npos)
+    return std::nullopt;
+  const std::optional<std::int32_t> id = decimal32(word);
+  if (!id) throw Refusal("there is no preset " + word);
+  return *id;
 }
 
 XMLElement* presetGroupOf(tinyxml2::XMLDocument& document) {
   return CFG_GetBrotherElementByName(document.FirstChildElement(), "PresetCfg");
 }
 
+XMLElement& requirePresetGroup(tinyxml2::XMLDocument& document) {
+  XMLElement* group = presetGroupOf(document);
+  if (group == nullptr)
+    throw Refusal(Status::Unusable, std::string(CFG_FILE_PRESET) + " has no element PresetCfg");
+  return *group;
+}
+
 Preset presetOf(XMLElement& element) {
-  Preset preset;
-  preset.element = &element;
-  preset.id = intOf(element, "Id");
-  if (const char* description = element.Attribute("Description")) preset.description = description;
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i)
-    preset.numbers[i] = intOf(element, kPresetNumbers[i].attribute);
+  Preset preset{noValues(), &element};
+  for (const Setting& setting : settings::presetSettings())
+    preset.values[setting.member] = valueIn(element, setting);
   return preset;
 }
 
-Presets::Presets()
-    : document_(device::requireDocument(CFG_FILE_PRESET)), group_(presetGroupOf(*document_)) {
-  if (group_ == nullptr)
-    throw Refusal(Status::Unusable, std::string(CFG_FILE_PRESET) + " has no element PresetCfg");
-  for (XMLElement* element = group_->FirstChildElement(); element != nullptr;
+std::vector<Preset> presetsIn(XMLElement& group) {
+  std::vector<Preset> presets;
+  for (XMLElement* element = group.FirstChildElement(); element != nullptr;
        element = element->NextSiblingElement())
-    if (isPreset(*element)) all_.push_back(presetOf(*element));
+    if (beginsWith(element->Value(), kElement)) presets.push_back(presetOf(*element));
+  return presets;
+}
+
+Presets::Presets()
+    : document_(device::requireDocument(CFG_FILE_PRESET)),
+      group_(&requirePresetGroup(*document_)),
+      all_(presetsIn(*group_)) {}
+
+Json Presets::json() const {
+  Json list = Json::array();
+  for (const Preset& preset : all_) list.push_back(preset.values);
+  return list;
 }
 
 const Preset* Presets::lookup(int id) const {
   const XMLElement* element = CFG_GetElementByNameId(group_, kElement, id);
   const auto found = std::find_if(all_.begin(), all_.end(), [&](const Preset& preset) {
-    return preset.element == element && preset.id == id;
+    return preset.element == element && preset.id() == id;
   });
   return found == all_.end() ? nullptr : &*found;
 }
 
 const Preset* Presets::lookup(const std::string& description) const {
   const auto found = std::find_if(all_.begin(), all_.end(), [&](const Preset& preset) {
-    return preset.description && beginsWith(*preset.description, description);
+    return preset.description() && beginsWith(*preset.description(), description);
   });
   return found == all_.end() ? nullptr : &*found;
 }
 
 const Preset& Presets::require(const std::string& word) const {
-  return isWordOfDigits(word) ? requireId(word) : requireDescription(word);
-}
-
-const Preset& Presets::requireId(const std::string& digits) const {
-  const long long id = *decimal(digits);
-  const Preset* found = id > INT_MAX ? nullptr : lookup(static_cast<int>(id));
-  if (found == nullptr) throw Refusal("there is no preset " + digits);
+  const std::optional<int> id = idIn(word);
+  if (!id) return requireDescription(word);
+  const Preset* found = lookup(*id);
+  if (found == nullptr) throw Refusal("there is no preset " + word);
   return *found;
 }
 
@@ -107,9 +124,9 @@ const Preset& Presets::requireDescription(const std::string& description) const 
   const Preset* found = nullptr;
   std::vector<std::string> known;
   for (const Preset& preset : all_) {
-    if (!preset.description) continue;
-    known.push_back(*preset.description);
-    if (*preset.description != description) continue;
+    if (!preset.description()) continue;
+    known.push_back(*preset.description());
+    if (*preset.description() != description) continue;
     if (found != nullptr)
       throw Refusal("there are several presets called '" + description + "': " + found->label() +
                     " and " + preset.label() + "; give an id");
@@ -124,10 +141,11 @@ const Preset& Presets::requireDescription(const std::string& description) const 
 }
 
 std::string Presets::shadowOf(const Preset& preset) const {
-  if (!preset.description || preset.description->empty()) return "";
-  const Preset* found = lookup(*preset.description);
+  const std::string description = preset.description().value_or("");
+  if (description.empty()) return "";
+  const Preset* found = lookup(description);
   if (found->element == preset.element) return "";
-  return "note: applications that ask for '" + *preset.description + "' get " + found->label() +
+  return "note: applications that ask for '" + description + "' get " + found->label() +
          ", since a description that begins like this comes first";
 }
 

@@ -1,52 +1,32 @@
 #ifndef CAMCFG_TOOL_PRESETS_PRESET_H
 #define CAMCFG_TOOL_PRESETS_PRESET_H
 
-#include <camcfg/preset.h>
 #include <tinyxml2.h>
 
-#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/json.h"
 #include "device/copy.h"
+#include "device/explanation.h"
 
 namespace camcfg::tool::presets {
 
-/// A number of a preset beside its id.
-struct PresetNumber {
-  const char* name;       ///< in answers and in files that are imported
-  const char* option;     ///< on the command line
-  const char* attribute;  ///< in the preset file
-  std::int32_t tagPRESET_CFG_S::*field;
-};
+/// The values of a preset in their documented shape, with every member: null is what a preset of the
+/// file lacks, or what is no integer there, and what is not given of one that is asked for.
+using Values = Json;
 
-constexpr std::size_t kPresetNumberCount = 5;
-constexpr std::array<PresetNumber, kPresetNumberCount> kPresetNumbers = {{
-    {"pan", "--pan", "PanPos", &tagPRESET_CFG_S::s32PanPos},
-    {"tilt", "--tilt", "TiltPos", &tagPRESET_CFG_S::s32TiltPos},
-    {"zoom", "--zoom", "ZoomPos", &tagPRESET_CFG_S::s32ZoomPos},
-    {"focus", "--focus", "FocusPos", &tagPRESET_CFG_S::s32FocusPos},
-    {"focusMode", "--focus-mode", "FocusMode", &tagPRESET_CFG_S::s32FocusMode},
-}};
-
-/// What is known of a preset: one of the file without what it lacks or what is no integer there, or
-/// one that is asked for without what is not given.
-struct PresetValues {
-  std::optional<int> id;
-  std::optional<std::string> description;
-  std::array<std::optional<int>, kPresetNumberCount> numbers;  ///< as in kPresetNumbers
-
-  /// The preset in its documented shape.
-  Json json() const;
-};
+/// Those of a preset of which nothing is known.
+Values noValues();
 
 /// A preset of the file.
-struct Preset : PresetValues {
+struct Preset {
+  Values values;
   tinyxml2::XMLElement* element;
 
-  const PresetValues& values() const { return *this; }
+  std::optional<int> id() const;
+  std::optional<std::string> description() const;
   /// "preset 3 'Dock'"
   std::string label() const;
 };
@@ -59,6 +39,7 @@ class Presets {
 
   /// In the order of the file.
   const std::vector<Preset>& all() const { return all_; }
+  Json json() const;
 
   /// What the library finds by id; null if it finds none. It always has this id itself.
   const Preset* lookup(int id) const;
@@ -74,7 +55,6 @@ class Presets {
   std::string shadowOf(const Preset& preset) const;
 
  private:
-  const Preset& requireId(const std::string& digits) const;
   const Preset& requireDescription(const std::string& description) const;
 
   device::Document document_;
@@ -85,14 +65,24 @@ class Presets {
 /// The preset group of a document; null if it has none.
 tinyxml2::XMLElement* presetGroupOf(tinyxml2::XMLDocument& document);
 
-/// Whether a word that names a preset is an id.
-bool isWordOfDigits(const std::string& word);
+/// The same.
+/// @throws Refusal if there is none
+tinyxml2::XMLElement& requirePresetGroup(tinyxml2::XMLDocument& document);
+
+/// The presets of a group, in their order.
+std::vector<Preset> presetsIn(tinyxml2::XMLElement& group);
 
 /// What a preset element holds.
 Preset presetOf(tinyxml2::XMLElement& element);
 
-/// Whether an element of the group is a preset.
-bool isPreset(const tinyxml2::XMLElement& element);
+/// The id that a word stands for, if it is one of digits; one that no preset can have is refused.
+/// @throws Refusal
+std::optional<int> idIn(const std::string& word);
+
+/// Lookups are tried in the main copy, or else in the next good one.
+/// @param word  a word of digits is an id, any other a description
+/// @throws Refusal  no copy is good, or nothing is found
+device::Explanation explainPreset(const std::string& word);
 
 }  // namespace camcfg::tool::presets
 

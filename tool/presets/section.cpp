@@ -1,43 +1,29 @@
 #include "presets/section.h"
 
 #include <algorithm>
-#include <cstdint>
 
 #include "base/json_reader.h"
 #include "presets/change.h"
+#include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::presets {
 namespace {
 
+using settings::kPresetId;
+
 constexpr char kName[] = "presets";
-constexpr char kId[] = "id";
-constexpr char kDescription[] = "description";
-const settings::Range kIds{0, PRESET_ID_MAX};
-const settings::Range kNumber{INT32_MIN, INT32_MAX};
-
-std::vector<std::string> memberNames() {
-  std::vector<std::string> names = {kId, kDescription};
-  for (const PresetNumber& number : kPresetNumbers) names.emplace_back(number.name);
-  return names;
-}
-
-Json loadPresets() {
-  const Presets presets;
-  Json list = Json::array();
-  for (const Preset& preset : presets.all()) list.push_back(preset.json());
-  return list;
-}
 
 const Json* withId(const Json& presets, const Json& id) {
   const auto found = std::find_if(presets.begin(), presets.end(),
-                                  [&](const Json& preset) { return preset.at(kId) == id; });
+                                  [&](const Json& preset) { return preset.at(kPresetId) == id; });
   return found == presets.end() ? nullptr : &*found;
 }
 
 // Whether each preset is found by an id of its own.
 bool areDistinct(const Json& presets) {
   return std::all_of(presets.begin(), presets.end(), [&](const Json& preset) {
-    return !preset.at(kId).is_null() && withId(presets, preset.at(kId)) == &preset;
+    return !preset.at(kPresetId).is_null() && withId(presets, preset.at(kPresetId)) == &preset;
   });
 }
 
@@ -46,28 +32,26 @@ bool isGiven(const settings::Node& node, const char* name) {
          !node.value().at(name).is_null();
 }
 
-PresetValues readValues(const settings::Node& node) {
-  PresetValues values;
-  if (!node.isObjectOf(memberNames())) return values;
-  if (isGiven(node, kId))
-    values.id = node.member(kId).number(kIds);
-  else
-    node.refuseMissing(kId);
-  if (isGiven(node, kDescription)) values.description = node.member(kDescription).text();
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i)
-    if (isGiven(node, kPresetNumbers[i].name))
-      values.numbers[i] = node.member(kPresetNumbers[i].name).number(kNumber);
+// The form of the description is looked at when it is known whether it changes.
+Values readValues(const settings::Node& node) {
+  Values values = noValues();
+  const settings::Settings& all = settings::presetSettings();
+  if (!node.isObjectOf(settings::membersOf(all))) return values;
+  for (const settings::Setting& setting : all) {
+    const char* member = setting.member;
+    if (isGiven(node, member))
+      values[member] = setting.kind == settings::Kind::Text
+                           ? Json(node.member(member).text())
+                           : Json(node.member(member).number(setting.limits));
+    else if (setting.need == settings::Need::Required)
+      node.refuseMissing(member);
+  }
   return values;
 }
 
-PresetValues valuesOf(const Json& preset) {
-  settings::Faults none;
-  return readValues(settings::Node(preset, kName, none));
-}
-
 // What is given, over what the preset has.
-Json merged(const Json* before, const PresetValues& given) {
-  Json preset = given.json();
+Json merged(const Json* before, const Values& given) {
+  Json preset = given;
   for (const auto& [name, value] : preset.items())
     if (value.is_null() && before != nullptr) value = before->at(name);
   return preset;
@@ -75,35 +59,28 @@ Json merged(const Json* before, const PresetValues& given) {
 
 // All that counts of a faulty preset is the id that it takes up.
 Json faulty(const settings::Node& node) {
-  Json preset = Json::object();
-  preset[kId] = isGiven(node, kId) ? node.value().at(kId) : Json();
-  return preset;
+  return {{kPresetId, isGiven(node, kPresetId) ? node.value().at(kPresetId) : Json()}};
 }
 
 // A preset as it will be. One that is to be as it is stays so, whatever it lacks.
 Json readPreset(const settings::Node& node, const Presets& presets, const Json& before) {
   const std::size_t faults = node.faults();
-  const PresetValues given = readValues(node);
+  const Values given = readValues(node);
   if (node.faults() != faults) return faulty(node);
-  const Json* former = withId(before, *given.id);
+  const Json* former = withId(before, given.at(kPresetId));
   if (former != nullptr && merged(former, given) == *former) return *former;
-  const PresetUpdate update = updateOf(presets.lookup(*given.id), given);
+  const PresetUpdate update = updateOf(presets.lookup(given.at(kPresetId).get<int>()), given);
   if (!update.fault.empty()) node.refuse(update.fault);
-  PresetValues values;
-  values.id = given.id;
-  values.description = update.record.s8Description;
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i)
-    values.numbers[i] = update.record.*kPresetNumbers[i].field;
-  return values.json();
+  return update.values;
 }
 
 // In the order that the file will have: those that are there keep theirs, new ones come last.
 Json inFileOrder(const Json& presets, const Json& before) {
   Json ordered = Json::array();
   for (const Json& former : before)
-    if (const Json* preset = withId(presets, former.at(kId))) ordered.push_back(*preset);
+    if (const Json* preset = withId(presets, former.at(kPresetId))) ordered.push_back(*preset);
   for (const Json& preset : presets)
-    if (withId(before, preset.at(kId)) == nullptr) ordered.push_back(preset);
+    if (withId(before, preset.at(kPresetId)) == nullptr) ordered.push_back(preset);
   return ordered;
 }
 
@@ -111,19 +88,20 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
   if (!node.isArray()) return before;
   if (before.size() > kMostValues) {
     node.refuse("the device has more than " + std::to_string(kMostValues) +
-                " presets; mend them first");
+                " presets; fix them first");
     return before;
   }
   if (!areDistinct(before)) {
-    node.refuse("the device has presets without an id or with the same one; mend them first");
+    node.refuse("the device has presets without an id or with the same one; fix them first");
     return before;
   }
   const Presets presets;
   Json after = Json::array();
   for (std::size_t i = 0; i < node.value().size(); ++i) {
     const Json preset = readPreset(node.element(i), presets, before);
-    if (!preset.at(kId).is_null() && withId(after, preset.at(kId)) != nullptr)
-      node.element(i).member(kId).refuse("there is another one with this id");
+    const Json& id = preset.at(kPresetId);
+    if (!id.is_null() && withId(after, id) != nullptr)
+      node.element(i).member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }
   return inFileOrder(after, before);
@@ -137,15 +115,16 @@ device::Step deletion(int id) {
           }};
 }
 
-device::Step storing(const std::vector<PresetValues>& changed) {
+device::Step storing(const std::vector<Values>& changed) {
   std::size_t growth = 0;
-  for (const PresetValues& values : changed) growth += device::roomFor(values.json());
+  for (const Values& values : changed) growth += device::roomFor(values);
   return {kName, CFG_FILE_PRESET, growth, [changed] {
             const Presets presets;
             std::vector<tagPRESET_CFG_S> records;
             records.reserve(changed.size());
-            for (const PresetValues& values : changed)
-              records.push_back(updateOf(presets.lookup(*values.id), values).record);
+            for (const Values& values : changed)
+              records.push_back(
+                  updateOf(presets.lookup(values.at(kPresetId).get<int>()), values).record);
             storePresets(kName, records);
           }};
 }
@@ -153,12 +132,12 @@ device::Step storing(const std::vector<PresetValues>& changed) {
 std::vector<device::Step> presetSteps(const Json& before, const Json& after) {
   std::vector<device::Step> steps;
   for (const Json& preset : before)
-    if (withId(after, preset.at(kId)) == nullptr)
-      steps.push_back(deletion(preset.at(kId).get<int>()));
-  std::vector<PresetValues> changed;
+    if (withId(after, preset.at(kPresetId)) == nullptr)
+      steps.push_back(deletion(preset.at(kPresetId).get<int>()));
+  std::vector<Values> changed;
   for (const Json& preset : after) {
-    const Json* former = withId(before, preset.at(kId));
-    if (former == nullptr || *former != preset) changed.push_back(valuesOf(preset));
+    const Json* former = withId(before, preset.at(kPresetId));
+    if (former == nullptr || *former != preset) changed.push_back(preset);
   }
   if (!changed.empty()) steps.push_back(storing(changed));
   return steps;
@@ -167,12 +146,9 @@ std::vector<device::Step> presetSteps(const Json& before, const Json& after) {
 }  // namespace
 
 device::Section presetsSection() {
-  return {kName,
-          loadPresets,
-          readPresets,
-          presetSteps,
-          [] { return std::vector<std::string>(); },
-          CFG_FILE_PRESET};
+  const auto load = [] { return Presets().json(); };
+  const auto losses = [] { return std::vector<std::string>(); };
+  return {kName, load, readPresets, presetSteps, losses, CFG_FILE_PRESET};
 }
 
 }  // namespace camcfg::tool::presets

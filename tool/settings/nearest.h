@@ -23,9 +23,6 @@ std::string outside(const std::string& written, std::int64_t number, std::int64_
 /// else the one that is spelt most like it; empty if none comes near.
 std::string nearestOf(const std::string& written, const std::vector<std::string>& texts);
 
-/// The texts that an "OptTxt" lists: what stands between its commas, semicolons or bars.
-std::vector<std::string> textsIn(const std::string& options);
-
 /// "; the nearest permitted is 'TEX'": the text cut to so many bytes, between two characters.
 std::string nearestOfLength(const std::string& text, std::size_t most);
 

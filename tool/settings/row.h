@@ -39,6 +39,13 @@ class Row : public Setting {
   Row& by(Json (*writer)(const void*), void (*reader)(const Node&, void*)) {
     return with(&Setting::write, writer).with(&Setting::read, reader);
   }
+  Row& checked(std::string (*why)(const std::string&)) { return with(&Setting::whyNotUsable, why); }
+  Row& neededIf(const char* element, const char* word) {
+    return with(&Setting::neededIf, Condition{element, word});
+  }
+  Row& byWholeName() { return with(&Setting::isWrittenByWholeName, true); }
+  Row& option(const char* name) { return with(&Setting::option, name); }
+  Row& labelled(const char* name) { return with(&Setting::label, name); }
 
  private:
   template <typename Value>

@@ -35,12 +35,20 @@ struct Word {
   const char* text;      ///< in documents and on the command line
   std::int32_t value;    ///< in the library's record
   const char* inFile{};  ///< null: as in documents
+
+  const char* written() const { return inFile == nullptr ? text : inFile; }
 };
 
 /// An attribute of a file that a setting is read from.
 struct Attribute {
   const char* name;
   const char* element{};  ///< only in elements of this name; null: in all of the table's
+};
+
+/// That another element of the same card has a word; without an element it always holds.
+struct Condition {
+  const char* element{};
+  const char* word{};
 };
 
 /// A column of a listing: heading, and places for members as in "{id} {name}".
@@ -80,6 +88,11 @@ struct Setting {
   /// For a value that is made of several fields, in place of `field`.
   Json (*write)(const void* record) = nullptr;
   void (*read)(const Node& node, void* record) = nullptr;
+
+  const char* option{};               ///< on the command line: "--focus-mode"
+  const char* label{};                ///< beside its value: "focus mode"; null: as in documents
+  Condition neededIf{};               ///< unless this holds, the empty text will do, too
+  bool isWrittenByWholeName = false;  ///< setters of whole cards pass longer names by
 };
 
 using Settings = std::vector<Setting>;

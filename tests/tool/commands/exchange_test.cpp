@@ -587,6 +587,24 @@ TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreTold) {
   EXPECT_EQ(device.read(kPreset), kPresets);
 }
 
+TEST_F(DeviceExchangeTest, MtuIsCheckedAgainstTheLimitsOfTheFile) {
+  const auto cardWith = [](const std::string& limits) {
+    return with(kDevice, "        <IpAddr",
+                "        <MTU Cur=\"1500\"" + limits + "/>\n        <IpAddr");
+  };
+  const auto documentWith = [](const std::string& mtu) {
+    return R"({"version": 1, "network": {"cards": {"Lan0": {"mtu": )" + mtu + "}}}}";
+  };
+  writeBoth(cardWith(" Min=\"576\" Max=\"2304\""));
+  expectFaults(documentWith("2305"), {"network.cards.Lan0.mtu: 2305 is outside 576..2304; the "
+                                      "nearest permitted is 2304"});
+  EXPECT_EQ(import(documentWith("576")).status, 0);
+  writeBoth(cardWith(""));
+  expectFaults(documentWith("9217"), {"network.cards.Lan0.mtu: 9217 is outside 68..9216; the "
+                                      "nearest permitted is 9216"});
+  EXPECT_EQ(import(documentWith("9216")).status, 0);
+}
+
 TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesCannotBe) {
   std::string document = with(exported({"live.srt"}), "9001", "9002");
   document =

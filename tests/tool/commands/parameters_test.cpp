@@ -230,6 +230,9 @@ INSTANTIATE_TEST_SUITE_P(
                      "Main/Mode: 'Man' is only a part of one of 'Auto,Half-Auto,Manual'; the "
                      "nearest permitted is 'Manual'; '--force' "
                      "sets it all the same"},
+        RefusedValue{"Main", "Mode", "Half",
+                     "Main/Mode: 'Half' is only a part of one of 'Auto,Half-Auto,Manual'; the "
+                     "nearest permitted is 'Half-Auto'; '--force' sets it all the same"},
         RefusedValue{"Main", "Mode", "",
                      "Main/Mode: '' is only a part of one of 'Auto,Half-Auto,Manual'; '--force' "
                      "sets it all the same"},

@@ -1,6 +1,5 @@
 #include "settings/nearest.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -48,14 +47,6 @@ TEST(NearestOfTest, TextIsNamedThatIsSpeltMostLikeIt) {
 TEST(NearestOfTest, NothingIsNamedWhereNothingComesNear) {
   for (const char* written : {"", "Off", "GB", "A", "u"})
     EXPECT_EQ(nearestOf(written, {"Auto", "Manual", "KB", "MB", "AutoB"}), "") << written;
-}
-
-TEST(TextsInTest, CommasSemicolonsAndBarsPartTexts) {
-  using testing::ElementsAre;
-  EXPECT_THAT(textsIn("Auto,Half-Auto, Manual"), ElementsAre("Auto", "Half-Auto", "Manual"));
-  EXPECT_THAT(textsIn("a b;c|d,"), ElementsAre("a b", "c", "d"));
-  EXPECT_THAT(textsIn(""), ElementsAre());
-  EXPECT_THAT(textsIn(" , ;"), ElementsAre());
 }
 
 TEST(NearestOfLengthTest, TextIsCutBetweenTwoCharacters) {

@@ -1,83 +1,77 @@
-#include "presets/file.h"
+#include "presets/preset_row.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "base/csv.h"
 #include "base/decimal.h"
 #include "base/json_reader.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "settings/nearest.h"
+#include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::presets {
 namespace {
 
-using Limits = std::numeric_limits<int>;
-
-constexpr char kId[] = "id";
-constexpr char kDescription[] = "description";
+using settings::kPresetId;
+using settings::Setting;
 
 std::vector<std::string> memberNames() {
-  std::vector<std::string> names = {kId, kDescription};
-  for (const PresetNumber& number : kPresetNumbers) names.emplace_back(number.name);
-  return names;
+  return settings::membersOf(settings::presetSettings());
+}
+
+const Setting* settingOf(const std::string& member) {
+  for (const Setting& setting : settings::presetSettings())
+    if (member == setting.member) return &setting;
+  return nullptr;
+}
+
+bool isText(const Setting& setting) {
+  return setting.kind == settings::Kind::Text;
 }
 
 std::string unknown(const std::string& kind, const std::string& name) {
   return "unknown " + kind + " '" + name + "'" + didYouMean(name, memberNames());
 }
 
-// The number of a name; null for any other name.
-std::optional<int>* numberOf(PresetValues& values, const std::string& name) {
-  if (name == kId) return &values.id;
-  for (std::size_t i = 0; i < kPresetNumbers.size(); ++i)
-    if (name == kPresetNumbers[i].name) return &values.numbers[i];
-  return nullptr;
-}
-
-void takeNumber(PresetRow& row, const std::string& name, const std::string& text) {
-  const std::optional<long long> number = decimal(text);
-  if (!number)
-    row.faults.push_back(name + " '" + text + "' is no decimal integer");
-  else if (*number < Limits::min() || *number > Limits::max())
-    row.faults.push_back(name + " " +
-                         settings::outside(text, *number, Limits::min(), Limits::max()));
+void takeNumber(PresetRow& row, const Setting& setting, const std::string& text) {
+  const std::string fault = settings::objectionTo(setting, text).why;
+  if (fault.empty())
+    row.values[setting.member] = *decimal32(text);
   else
-    *numberOf(row.values, name) = static_cast<int>(*number);
+    row.faults.push_back(std::string(setting.member) + " " + fault);
 }
 
 void requireColumns(const CsvRow& header) {
   const std::vector<std::string>& names = header.cells;
-  const std::vector<std::string> known = memberNames();
   const std::string place = "line " + std::to_string(header.line) + ": ";
   for (auto name = names.begin(); name != names.end(); ++name) {
-    if (std::find(known.begin(), known.end(), *name) == known.end())
-      throw Refusal(place + unknown("column", *name));
+    if (settingOf(*name) == nullptr) throw Refusal(place + unknown("column", *name));
     if (std::find(names.begin(), name, *name) != name)
       throw Refusal(place + "there are two columns '" + *name + "'");
   }
-  if (std::find(names.begin(), names.end(), kId) == names.end())
-    throw Refusal(place + "there is no column 'id'");
+  if (!isAmong(names, kPresetId)) throw Refusal(place + "there is no column 'id'");
 }
 
 PresetRow rowOf(const CsvRow& header, const CsvRow& cells) {
-  PresetRow row{"line " + std::to_string(cells.line), {}, {}};
+  PresetRow row{"line " + std::to_string(cells.line), noValues(), {}};
   if (cells.cells.size() != header.cells.size())
     row.faults.push_back("it has " + std::to_string(cells.cells.size()) + " cells, not " +
                          std::to_string(header.cells.size()) + " as line " +
                          std::to_string(header.line));
   const std::size_t count = std::min(cells.cells.size(), header.cells.size());
   for (std::size_t i = 0; i < count; ++i) {
-    if (header.cells[i] == kDescription)
-      row.values.description = cells.cells[i];
+    const Setting& setting = *settingOf(header.cells[i]);
+    if (isText(setting))
+      row.values[setting.member] = cells.cells[i];
     else if (!cells.cells[i].empty())
-      takeNumber(row, header.cells[i], cells.cells[i]);
+      takeNumber(row, setting, cells.cells[i]);
   }
   return row;
 }
 
-std::vector<PresetRow> readCsvPresets(const std::string& text) {
+std::vector<PresetRow> readCsvRows(const std::string& text) {
   const std::vector<CsvRow> table = readCsv(text);
   if (table.empty()) throw Refusal("there is nothing in the file");
   requireColumns(table.front());
@@ -88,18 +82,21 @@ std::vector<PresetRow> readCsvPresets(const std::string& text) {
 }
 
 void takeMember(PresetRow& row, const std::string& name, const Json& value) {
-  if (name == kDescription && value.is_string())
-    row.values.description = value.get<std::string>();
-  else if (name == kDescription && !value.is_null())
-    row.faults.push_back("description " + value.dump() + " is no text");
-  else if (name != kDescription && numberOf(row.values, name) == nullptr)
+  const Setting* setting = settingOf(name);
+  if (setting == nullptr)
     row.faults.push_back(unknown("member", name));
-  else if (name != kDescription && !value.is_null())
-    takeNumber(row, name, value.dump());
+  else if (value.is_null())
+    return;
+  else if (!isText(*setting))
+    takeNumber(row, *setting, value.dump());
+  else if (value.is_string())
+    row.values[name] = value;
+  else
+    row.faults.push_back(name + " " + value.dump() + " is no text");
 }
 
 PresetRow rowOf(const std::string& place, const Json& preset) {
-  PresetRow row{place, {}, {}};
+  PresetRow row{place, noValues(), {}};
   if (!preset.is_object()) row.faults.emplace_back("it is no object");
   for (const auto& [name, value] : preset.items())
     if (preset.is_object()) takeMember(row, name, value);
@@ -115,7 +112,7 @@ Json parsed(const std::string& text) {
                 ": it is no JSON from here on");
 }
 
-std::vector<PresetRow> readJsonPresets(const std::string& text) {
+std::vector<PresetRow> readJsonRows(const std::string& text) {
   const Json presets = parsed(text);
   if (!presets.is_array()) throw Refusal("it is no array of presets");
   std::vector<PresetRow> rows;
@@ -126,20 +123,24 @@ std::vector<PresetRow> readJsonPresets(const std::string& text) {
 
 }  // namespace
 
-std::vector<PresetRow> readPresets(const std::string& text) {
+std::vector<PresetRow> readPresetRows(const std::string& text) {
   const std::size_t start = text.find_first_not_of("\xef\xbb\xbf \t\r\n");
   const bool isJson = start != std::string::npos && (text[start] == '[' || text[start] == '{');
-  return isJson ? readJsonPresets(text) : readCsvPresets(text);
+  return isJson ? readJsonRows(text) : readCsvRows(text);
+}
+
+std::vector<PresetRow> rowsOf(const std::vector<Preset>& presets) {
+  std::vector<PresetRow> rows;
+  for (const Preset& preset : presets) rows.push_back({preset.label(), preset.values, {}});
+  return rows;
 }
 
 std::string presetsAsCsv(const std::vector<Preset>& presets) {
-  const auto cell = [](const std::optional<int>& number) {
-    return number ? std::to_string(*number) : "";
-  };
   std::string text = csvLine(memberNames());
   for (const Preset& preset : presets) {
-    std::vector<std::string> cells = {cell(preset.id), preset.description.value_or("")};
-    for (const std::optional<int>& number : preset.numbers) cells.push_back(cell(number));
+    std::vector<std::string> cells;
+    for (const Setting& setting : settings::presetSettings())
+      cells.push_back(settings::inFile(setting, preset.values.at(setting.member)));
     text += csvLine(cells);
   }
   return text;

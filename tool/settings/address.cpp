@@ -1,4 +1,4 @@
-#include "network/check.h"
+#include "settings/address.h"
 
 #include <arpa/inet.h>
 
@@ -8,15 +8,13 @@
 #include <optional>
 #include <sstream>
 
-namespace camcfg::tool::network {
+#include "base/plain_text.h"
+
+namespace camcfg::tool::settings {
 namespace {
 
 constexpr std::size_t kLongestLabel = 63;
 constexpr std::size_t kLongestHostname = 253;
-
-std::string quoted(const std::string& text) {
-  return "'" + text + "'";
-}
 
 // Four decimal numbers, the first one highest.
 std::optional<std::uint32_t> ipv4Of(const std::string& text) {
@@ -104,4 +102,4 @@ std::string whyNotAHostname(const std::string& text) {
   return "";
 }
 
-}  // namespace camcfg::tool::network
+}  // namespace camcfg::tool::settings

@@ -1,4 +1,4 @@
-#include "network/check.h"
+#include "settings/address.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@ namespace camcfg::tests {
 namespace {
 
 using namespace tool;
-using namespace tool::network;
+using namespace tool::settings;
 
 struct Checked {
   std::string (*whyNot)(const std::string&);
@@ -18,9 +18,9 @@ void PrintTo(const Checked& checked, std::ostream* out) {
   *out << "'" << checked.text << "' " << checked.why;
 }
 
-class NetworkCheckTest : public testing::TestWithParam<Checked> {};
+class AddressTest : public testing::TestWithParam<Checked> {};
 
-TEST_P(NetworkCheckTest, TellsWhyATextCannotBeUsed) {
+TEST_P(AddressTest, TellsWhyATextCannotBeUsed) {
   EXPECT_EQ(GetParam().whyNot(GetParam().text), GetParam().why);
 }
 
@@ -33,7 +33,7 @@ const std::string kLabels253 =
     kLabel63 + "." + kLabel63 + "." + kLabel63 + "." + kLabel63.substr(2);
 
 INSTANTIATE_TEST_SUITE_P(
-    Addresses, NetworkCheckTest,
+    Addresses, AddressTest,
     testing::Values(
         Checked{whyNotAnAddress, "1.0.0.0", ""}, Checked{whyNotAnAddress, "223.255.255.255", ""},
         Checked{whyNotAnAddress, "", "''" + kForm},
@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
         Checked{whyNotAServer, "240.0.0.1", "'240.0.0.1' is a reserved or the broadcast address"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Masks, NetworkCheckTest,
+    Masks, AddressTest,
     testing::Values(Checked{whyNotAMask, "255.255.255.255", ""},
                     Checked{whyNotAMask, "255.255.255.254", ""},
                     Checked{whyNotAMask, "128.0.0.0", ""},
@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Checked{whyNotAMask, "24", "'24'" + kForm}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Names, NetworkCheckTest,
+    Names, AddressTest,
     testing::Values(Checked{whyNotAHostname, "a", ""}, Checked{whyNotAHostname, "9-a.B", ""},
                     Checked{whyNotAHostname, kLabel63, ""},
                     Checked{whyNotAHostname, kLabels253, ""},

@@ -1,15 +1,11 @@
-#ifndef CAMCFG_TOOL_NETWORK_CHECK_H
-#define CAMCFG_TOOL_NETWORK_CHECK_H
+#ifndef CAMCFG_TOOL_SETTINGS_ADDRESS_H
+#define CAMCFG_TOOL_SETTINGS_ADDRESS_H
 
 #include <string>
 
-namespace camcfg::tool::network {
+namespace camcfg::tool::settings {
 
-/// The MTUs that cards have, in bytes, where the file does not tell its own limits.
-constexpr int kSmallestMtu = 68;
-constexpr int kLargestMtu = 9216;
-
-// Each tells why a card cannot use a text; empty if it can. The library itself stores any text.
+// Each says why a network cannot use a text; empty if it can. The library itself stores any text.
 
 /// The address of a host: four decimal numbers, neither 0.x, loopback, multicast nor broadcast.
 std::string whyNotAnAddress(const std::string& text);
@@ -29,6 +25,6 @@ std::string whyNotDomains(const std::string& text);
 /// A host name of RFC 1123: labels of up to 63 letters, digits and inner hyphens, 253 in all.
 std::string whyNotAHostname(const std::string& text);
 
-}  // namespace camcfg::tool::network
+}  // namespace camcfg::tool::settings
 
 #endif

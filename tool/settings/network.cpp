@@ -1,0 +1,125 @@
+#include "settings/network.h"
+
+#include <camcfg/network.h>
+
+#include "base/plain_text.h"
+#include "base/refusal.h"
+#include "base/spelling.h"
+#include "settings/address.h"
+#include "settings/row.h"
+
+namespace camcfg::tool::settings {
+namespace {
+
+using Record = tagNETWORK_CFG_S;
+
+template <auto Member>
+Row row(const char* member, const char* element, Kind kind, const char* help) {
+  return Row(member, nullptr, kind, Need::Expected, fieldOf<Member>(), help)
+      .from({{"Cur", element}});
+}
+
+// The record has the system's name of an interface, not the file's word.
+Json writeInterface(const void* record) {
+  return CFG_NETWORK_IntfEthName2XmlStr(static_cast<const Record*>(record)->acIntf);
+}
+
+void readInterface(const Node& node, void* record) {
+  const std::string system = CFG_NETWORK_IntfXmlStr2EthName(node.value().text().c_str());
+  if (system.empty() || !fieldOf<&Record::acIntf>().setText(record, system))
+    node.refuse("there is no such interface");
+}
+
+Settings makeCardSettings() {
+  const std::vector<Word> onOff = {{"Off", BU_FALSE}, {"On", BU_TRUE}};
+  return {
+      row<&Record::enEnable>("enable", "Enable", Kind::Switch, "Whether it is in use").of(onOff),
+      row<&Record::enAutoneg>("autoneg", "Autoneg", Kind::Switch,
+                              "Whether speed and duplex are negotiated")
+          .of(onOff),
+      row<&Record::enDuplex>("duplex", "Duplex", Kind::Word,
+                             "Whether it sends and receives at the same time")
+          .of({{"Half", LINK_DUPLEX_HALF}, {"Full", LINK_DUPLEX_FULL}}),
+      row<&Record::enSpeed>("speed", "Speed", Kind::Word, "Bits per second")
+          .of({{"10M", LINK_SPEED_10M}, {"100M", LINK_SPEED_100M}, {"1000M", LINK_SPEED_1000M}}),
+      row<&Record::s32MTU>("mtu", "MTU", Kind::Integer, "Largest packet that it sends")
+          .within(68, 9216)
+          .in("bytes")
+          .byWholeName(),
+      row<&Record::acIntf>("intf", "Intf", Kind::Word, "Interface of the system that it drives")
+          .of({{"Eth0", 0}, {"Eth1", 1}, {"Wlan0", 2}})
+          .by(writeInterface, readInterface),
+      row<&Record::enIpMode>("ipMode", "IpMode", Kind::Word, "Where its address comes from")
+          .of({{"DhcpIp", IP_MODE_DHCP}, {"StaticIp", IP_MODE_STATIC}}),
+      // A card that gets its address from the network needs none in the file.
+      row<&Record::acIpAddr>("ipAddr", "IpAddr", Kind::Text, "Address")
+          .checked(whyNotAnAddress)
+          .neededIf("IpMode", "StaticIp"),
+      row<&Record::acNetMask>("netMask", "NetMask", Kind::Text, "Netmask")
+          .checked(whyNotAMask)
+          .neededIf("IpMode", "StaticIp"),
+      row<&Record::acGateWay>("gateWay", "GateWay", Kind::Text, "Gateway")
+          .checked(whyNotAnOptionalAddress),
+      row<&Record::enDnsMode>("dnsMode", "DnsMode", Kind::Word, "Where its name servers come from")
+          .of({{"AutoMode", DNS_MODE_AUTO}, {"ManualMode", DNS_MODE_MANUAL}}),
+      row<&Record::acDns1>("dns1", "Dns1", Kind::Text, "First name server set by hand")
+          .checked(whyNotAServer),
+      row<&Record::acDns2>("dns2", "Dns2", Kind::Text, "Second name server set by hand")
+          .checked(whyNotAServer),
+      row<&Record::acDnsSearch>("dnsSearch", "DnsSearch", Kind::Text, "Search domains")
+          .checked(whyNotDomains)
+          .byWholeName(),
+      row<&Record::acDhcpDns1>("dhcpDns1", "DhcpDns1", Kind::Text,
+                               "First name server learnt from DHCP")
+          .checked(whyNotAServer)
+          .byWholeName(),
+      row<&Record::acDhcpDns2>("dhcpDns2", "DhcpDns2", Kind::Text,
+                               "Second name server learnt from DHCP")
+          .checked(whyNotAServer)
+          .byWholeName(),
+  };
+}
+
+}  // namespace
+
+const Settings& cardSettings() {
+  static const Settings settings = makeCardSettings();
+  return settings;
+}
+
+const Setting& hostnameSetting() {
+  static const Setting setting =
+      Row("hostname", "Hostname", Kind::Text, Need::Expected, {}, "Host name")
+          .checked(whyNotAHostname);
+  return setting;
+}
+
+const Setting* cardSettingOf(std::string_view element) {
+  for (const Setting& setting : cardSettings())
+    if (element == elementOf(setting)) return &setting;
+  return nullptr;
+}
+
+const Setting* cardSettingWrittenInto(std::string_view element) {
+  if (cardSettingOf(element) != nullptr) return nullptr;
+  for (const Setting& setting : cardSettings())
+    if (beginsWith(element, elementOf(setting)) && !setting.isWrittenByWholeName) return &setting;
+  return nullptr;
+}
+
+const Setting& requireCardSetting(const std::string& name) {
+  std::vector<std::string> names;
+  for (const Setting& setting : cardSettings()) {
+    if (isSameWord(elementOf(setting), name)) return setting;
+    names.emplace_back(elementOf(setting));
+  }
+  throw Refusal("cards have no field '" + name + "'" + didYouMean(name, names));
+}
+
+std::string spelt(const Setting& setting, const std::string& text) {
+  for (const Word& word : setting.words)
+    if (isSameWord(word.written(), text)) return word.written();
+  return text;
+}
+
+}  // namespace camcfg::tool::settings

@@ -1,0 +1,113 @@
+#include "settings/parameter_form.h"
+
+#include <algorithm>
+
+#include "base/decimal.h"
+#include "base/plain_text.h"
+#include "settings/nearest.h"
+
+namespace camcfg::tool::settings {
+namespace {
+
+constexpr std::string_view kBetween = ",;|";
+constexpr std::string_view kSeparators = ",;|/ ";
+
+bool isSeparator(char c) {
+  return kSeparators.find(c) != std::string_view::npos;
+}
+
+}  // namespace
+
+std::vector<std::string> optionsIn(std::string_view optTxt) {
+  std::vector<std::string> options;
+  for (std::size_t start = 0; start <= optTxt.size();) {
+    const std::size_t end = std::min(optTxt.find_first_of(kBetween, start), optTxt.size());
+    const std::string_view option = optTxt.substr(start, end - start);
+    const std::size_t first = option.find_first_not_of(' ');
+    if (first != std::string_view::npos)
+      options.emplace_back(option.substr(first, option.find_last_not_of(' ') + 1 - first));
+    start = end + 1;
+  }
+  return options;
+}
+
+bool isWholeOption(std::string_view optTxt, std::string_view text) {
+  if (text.empty()) return optionsIn(optTxt).empty();
+  for (std::size_t at = optTxt.find(text); at != std::string_view::npos;
+       at = optTxt.find(text, at + 1)) {
+    const std::size_t end = at + text.size();
+    const bool opens = at == 0 || isSeparator(optTxt[at - 1]);
+    const bool closes = end == optTxt.size() || isSeparator(optTxt[end]);
+    if (opens && closes) return true;
+  }
+  return false;
+}
+
+std::optional<int> integerIn(const tinyxml2::XMLElement& element, const char* attribute) {
+  int number = 0;
+  if (element.QueryIntAttribute(attribute, &number) != tinyxml2::XML_SUCCESS) return std::nullopt;
+  return number;
+}
+
+Range limitsIn(const tinyxml2::XMLElement& element, const Range& otherwise) {
+  const auto orElse = [&](const char* attribute, std::int64_t other) {
+    const std::optional<int> limit = integerIn(element, attribute);
+    return limit ? *limit : other;
+  };
+  return {orElse("Min", otherwise.least), orElse("Max", otherwise.most)};
+}
+
+bool ParameterForm::isInteger() const {
+  if (text("Min") != nullptr || text("Max") != nullptr) return true;
+  return text("Step") != nullptr && text("OptTxt") == nullptr;
+}
+
+std::vector<std::string> ParameterForm::options() const {
+  return isInteger() ? std::vector<std::string>() : optionsIn(textOf(element_, "OptTxt"));
+}
+
+std::string ParameterForm::permitted() const {
+  if (!isInteger()) return textOf(element_, "OptTxt");
+  const auto shown = [this](const char* attribute) {
+    return std::string(text(attribute) == nullptr ? "?" : text(attribute));
+  };
+  const std::string range = shown("Min") + ".." + shown("Max");
+  return text("Step") == nullptr ? range : range + ", step " + shown("Step");
+}
+
+Objection ParameterForm::objectionTo(const std::string& text) const {
+  return isInteger() ? objectionToNumber(text) : objectionToText(text);
+}
+
+Objection ParameterForm::objectionToLimit(const char* attribute) const {
+  if (text(attribute) == nullptr)
+    return {std::string("it has no ") + attribute + ", so no value is permitted"};
+  if (integerIn(element_, attribute)) return {};
+  return {std::string("its ") + attribute + " " + quoted(text(attribute)) + " is no integer"};
+}
+
+// The library reports the step and does not enforce it, but a value between two is not meant.
+Objection ParameterForm::objectionToNumber(const std::string& text) const {
+  for (const char* attribute : {"Min", "Max"}) {
+    Objection objection = objectionToLimit(attribute);
+    if (!objection.why.empty()) return objection;
+  }
+  const std::optional<long long> number = decimal(text);
+  if (!number) return {quoted(text) + " is no decimal integer"};
+  const auto [min, max] = limitsIn(element_, {});
+  if (*number >= min && *number <= max) return {};
+  return {outside(text, *number, min, max, integerIn(element_, "Step").value_or(1))};
+}
+
+Objection ParameterForm::objectionToText(const std::string& text) const {
+  if (this->text("OptTxt") == nullptr)
+    return {"it has neither Min, Max nor OptTxt, so the library permits no value"};
+  const std::string options = textOf(element_, "OptTxt");
+  const std::string nearest = nearestOf(text, optionsIn(options));
+  if (options.find(text) == std::string::npos)
+    return {quoted(text) + " is not among " + quoted(options) + nearest};
+  if (isWholeOption(options, text)) return {};
+  return {quoted(text) + " is only a part of one of " + quoted(options) + nearest, true};
+}
+
+}  // namespace camcfg::tool::settings

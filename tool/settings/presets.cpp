@@ -1,0 +1,66 @@
+#include "settings/presets.h"
+
+#include <camcfg/preset.h>
+
+#include <algorithm>
+
+#include "settings/nearest.h"
+#include "settings/row.h"
+
+namespace camcfg::tool::settings {
+namespace {
+
+using Record = tagPRESET_CFG_S;
+
+constexpr std::size_t kLongestDescription = PRESET_DESC_SIZE - 1;
+
+std::string whyNotADescription(const std::string& text) {
+  if (text.size() > kLongestDescription)
+    return "the description has " + std::to_string(text.size()) + " bytes, the limit is " +
+           std::to_string(kLongestDescription) + nearestOfLength(text, kLongestDescription);
+  const auto steers = [](unsigned char c) { return c < 0x20 || c == 0x7f; };
+  return std::any_of(text.begin(), text.end(), steers)
+             ? "the description has a control character in it"
+             : "";
+}
+
+template <auto Member>
+Row number(const char* member, const char* attribute, const char* help) {
+  return Row(member, attribute, Kind::Integer, Need::Expected, fieldOf<Member>(), help)
+      .within(INT32_MIN, INT32_MAX);
+}
+
+}  // namespace
+
+const Settings& presetSettings() {
+  static const Settings settings = {
+      Row(kPresetId, "Id", Kind::Integer, Need::Required, fieldOf<&Record::s32Id>(),
+          "Id from 0 to 128")
+          .within(0, PRESET_ID_MAX)
+          .listed("ID", "{id}"),
+      Row(kPresetDescription, "Description", Kind::Text, Need::Expected,
+          fieldOf<&Record::s8Description>(), "Text of up to 63 bytes")
+          .checked(whyNotADescription)
+          .option("--description")
+          .listed("DESCRIPTION", "{description}", 1),
+      number<&Record::s32PanPos>("pan", "PanPos", "Pan position")
+          .option("--pan")
+          .listed("PAN", "{pan}"),
+      number<&Record::s32TiltPos>("tilt", "TiltPos", "Tilt position")
+          .option("--tilt")
+          .listed("TILT", "{tilt}"),
+      number<&Record::s32ZoomPos>("zoom", "ZoomPos", "Zoom position")
+          .option("--zoom")
+          .listed("ZOOM", "{zoom}"),
+      number<&Record::s32FocusPos>("focus", "FocusPos", "Focus position")
+          .option("--focus")
+          .listed("FOCUS", "{focus}"),
+      number<&Record::s32FocusMode>("focusMode", "FocusMode", "Focus mode")
+          .option("--focus-mode")
+          .labelled("focus mode")
+          .listed("FOCUS MODE", "{focusMode}"),
+  };
+  return settings;
+}
+
+}  // namespace camcfg::tool::settings
