@@ -28,7 +28,7 @@ std::string allFiles() {
 }
 
 Answer import(const std::string& document, bool rehearse) {
-  Answer answer = tool::document::importSettings(document, {rehearse, false});
+  Answer answer(tool::document::importSettings(document, {rehearse, false}));
   tool::cli::renderText(answer);
   tool::cli::renderJson(answer);
   return answer;

@@ -1,3 +1,5 @@
+#include <camcfg/types.h>
+
 #include "base/refusal.h"
 #include "fuzz/device.h"
 #include "fuzz/targets.h"
@@ -7,15 +9,11 @@ namespace camcfg::fuzz {
 namespace {
 
 void importTwice(const std::string& table) {
-  const std::vector<tool::presets::PresetRow> rows = tool::presets::readPresets(table);
-  const tool::presets::Presets before;
-  const tool::presets::PresetImport import(&before, rows);
-  import.json();
-  if (!import.faults().empty()) return;
-  import.carryOut();
-  const tool::presets::Presets after;
-  const tool::presets::PresetImport again(&after, rows);
-  require(again.faults().empty() && again.json()["unchanged"].size() == rows.size(),
+  const std::size_t rows = tool::presets::readPresetRows(table).size();
+  const tool::Outcome done = tool::presets::importPresets(table, false);
+  if (done.status != tool::Status::Done) return;
+  const tool::Outcome again = tool::presets::importPresets(table, false);
+  require(again.status == tool::Status::Done && again.value["unchanged"].size() == rows,
           "presets that were imported make no difference any more");
 }
 

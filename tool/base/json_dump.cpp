@@ -45,7 +45,7 @@ std::string realText(double value) {
   const auto* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                         std::fabs(value), std::chars_format::scientific)
                               .ptr;
-  const std::string scientific(buffer.data(), end);
+  const std::string scientific(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   const std::size_t exponentAt = scientific.find('e');
   std::string digits = scientific.substr(0, exponentAt);
   if (digits.size() > 1) digits.erase(1, 1);

@@ -177,7 +177,7 @@ std::vector<cli::Option> withValues(std::vector<cli::Option> options) {
   return options;
 }
 
-const cli::Option kPreset{cli::Option::Argument, kPreset, "An id, or a whole description"};
+const cli::Option kOnePreset{cli::Option::Argument, kPreset, "An id, or a whole description"};
 
 }  // namespace
 
@@ -187,7 +187,7 @@ cli::CommandGroup presetGroup() {
       "Camera positions",
       {{"preset", "List, change, import and export camera positions", {}, nullptr},
        {"preset list", "List the presets", {}, list},
-       {"preset get", "Show a preset", {kPreset}, get},
+       {"preset get", "Show a preset", {kOnePreset}, get},
        {"preset set", "Change what is given of a preset, or create it", withValues({id}), set},
        {"preset add", "Create a preset under the next free id and print the id", withValues({}),
         add},
