@@ -109,7 +109,7 @@ TEST_F(ToolHostileTest, ADeviceWithTwoHundredThousandPresetsIsToBeRepairedFirst)
                "<PresetCfg>" + numberedElements("preset", 200000) + "</PresetCfg>");
   EXPECT_EQ(runOn({"import"}, R"({"version": 1, "presets": [{"id": 1, "pan": 5}]})"),
             (ToolRun{1, "",
-                     "camcfg: import: presets: the device has more than 2000 presets; mend them "
+                     "camcfg: import: presets: the device has more than 2000 presets; fix them "
                      "first\n"
                      "camcfg: import: nothing was changed\n"}));
 }

@@ -92,7 +92,7 @@ cli::Command commandFor(const Port& port) {
           [&port](const cli::Arguments& arguments) {
             if (!arguments.given(kPort)) return showPort(port);
             return cli::Answer(
-                parameters::setParameter(kSection, port.parameter, arguments.text(kPort), false),
+                parameters::setParameter(kSystem, port.parameter, arguments.text(kPort), false),
                 {cli::Line{"{section}/{name}: {before} -> {value}"}});
           }};
 }

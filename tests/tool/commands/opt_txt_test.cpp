@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "cli/completion.h"
+#include "commands/groups.h"
 #include "commands/words.h"
 #include "device/copy.h"
 #include "lint/subject.h"
@@ -74,7 +76,7 @@ class OptTxtTest : public ToolTest, public testing::WithParamInterface<Asked> {
     element.SetAttribute("Def", "");
     element.SetAttribute("OptTxt", GetParam().optTxt.c_str());
     document.LastChildElement()->SetAttribute("Hostname", "gate");
-    contents_ = device::written(document);
+    contents_ = tool::written(document);
   }
 
   std::string contents_;
@@ -107,7 +109,7 @@ TEST_P(OptTxtTest, EveryTextThatIsOfferedCanBeSet) {
 TEST_P(OptTxtTest, TextsThatAreOfferedAreThoseOfTheCompletion) {
   testkit::DeviceRoot entered;
   entered.write(kBusiness, contents_);
-  cli::Arguments before;
+  cli::Arguments before = cli::placeIn(commands::allGroups(), {""}).before;
   before.add("SECTION", std::vector<std::string>{"A"});
   before.add("NAME", std::vector<std::string>{"B"});
   std::vector<std::string> words;
