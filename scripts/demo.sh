@@ -12,7 +12,7 @@ readonly camcfg="build/camcfg --root $device"
 
 build_tool() {
   scripts/install-packages.sh build tool
-  scripts/build.sh -- --target camcfg-tool
+  scripts/build.sh -- --target camcfg-tool |& scripts/show-progress.sh
 }
 
 lay_out_device() {

@@ -14,7 +14,7 @@ show() {
   if [[ -t 1 ]]; then
     printf '\r%s' "$line"
     shown=$line
-  elif ((count * 10 / total > (count - 1) * 10 / total)); then
+  elif ((count > 0 && count * 10 / total > (count - 1) * 10 / total)); then
     printf '%s\n' "$line"
   fi
 }
