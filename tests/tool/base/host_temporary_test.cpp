@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "camcfg/testkit/device_root.h"
 #include "base/refusal.h"
+#include "camcfg/testkit/device_root.h"
 
 namespace camcfg::tool {
 namespace {
