@@ -29,7 +29,7 @@ constexpr char kFooterEnd[] =
 std::string exitStatuses() {
   for (const Topic& topic : allTopics())
     if (std::strcmp(topic.name, "exit-status") == 0)
-      return std::string(topic.text, std::strstr(topic.text, "\n\n") + 1);
+      return {topic.text, std::strstr(topic.text, "\n\n") + 1};
   return "";
 }
 

@@ -1,5 +1,6 @@
 #include "presets/import.h"
 
+#include <algorithm>
 #include <map>
 
 #include "presets/change.h"
@@ -11,13 +12,13 @@ namespace {
 
 // A table cannot tell an empty description from none.
 bool isChange(const Preset& present, const Values& given) {
-  for (const settings::Setting& setting : settings::presetSettings()) {
+  const settings::Settings& all = settings::presetSettings();
+  return std::any_of(all.begin(), all.end(), [&](const settings::Setting& setting) {
     const Json& wanted = given.at(setting.member);
     const Json& now = present.values.at(setting.member);
     const bool isNone = now.is_null() && wanted == "";
-    if (!wanted.is_null() && wanted != now && !isNone) return true;
-  }
-  return false;
+    return !wanted.is_null() && wanted != now && !isNone;
+  });
 }
 
 // What an import is going to do.
