@@ -33,11 +33,11 @@ class ChangeTest : public ParametersTest {
   }
 };
 
-TEST_F(ChangeTest, WriteThatStopsShortIsNoSuccessAndTheFormerContentsComeBack) {
+TEST_F(ChangeTest, WriteThatStopsShortIsNoSuccessAndThePreviousContentsComeBack) {
   EXPECT_EQ(setRtspWithin(sizeof kParameters - 1),
             (ToolRun{1, "",
                      "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; its "
-                     "former contents are back\n"}));
+                     "previous contents were restored\n"}));
   expectUnchanged();
 }
 
@@ -46,7 +46,7 @@ TEST_F(ChangeTest, WriteThatStopsShortTwiceSaysHowTheFilesAreLeft) {
       setRtspWithin(100),
       (ToolRun{1, "",
                "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; its "
-               "former contents could not be put back; make room and run 'camcfg verify'\n"}));
+               "previous contents could not be restored; make room and run 'camcfg verify'\n"}));
 }
 
 TEST_F(ChangeTest, MissingBackupDirectoryIsRefusedBeforehand) {
