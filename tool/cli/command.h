@@ -30,8 +30,8 @@ struct Option {
     Flag,               ///< "--name"
     Value,              ///< "--name VALUE"
     HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
-    HostFile,  ///< a file outside the device's root, in its place, read whole; "-": standard input
-    HostFiles,  ///< any number of those, to the end; one that cannot be read is reported, not refused
+    HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
+    HostFiles,  ///< any number of those, to the end; an unreadable one is reported, not refused
     OptionalHostFile,  ///< HostFile that may be left out
   };
   Kind kind;

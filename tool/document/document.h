@@ -36,8 +36,8 @@ struct Transition {
 /// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable
 std::vector<Transition> readDocument(const std::string& text, settings::Faults& faults);
 
-/// JSON as a person would write it: what fits on one line is on one line. Ends with a line feed. Bytes
-/// that are not UTF-8 become U+FFFD.
+/// JSON as a person would write it: what fits on one line is on one line. Ends with a line feed.
+/// Bytes that are not UTF-8 become U+FFFD.
 std::string printJson(const Json& value);
 
 }  // namespace camcfg::tool::document

@@ -129,7 +129,7 @@ TEST_F(OptionsTest, CompletionAsksForNothingThatNoCommandTakes) {
       for (const Option& option : command.options) try {
           if (option.words) option.words(before);
         } catch (const Refusal&) {
-          // Because what is not given is missing.
+          // Something it needs is not given.
         } catch (const std::logic_error& error) {
           ADD_FAILURE() << command.name << " " << option.name << ": " << error.what();
         }
