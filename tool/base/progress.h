@@ -6,8 +6,8 @@
 
 namespace camcfg::tool {
 
-/// Reports what is being worked on right now: "/cfg0/mpp_cfg.xml". The caller need not know whether and
-/// how that is shown. It costs next to nothing.
+/// Reports what is being worked on right now: "/cfg0/mpp_cfg.xml". The caller need not
+/// know whether and how that is shown. It costs next to nothing.
 void workingOn(const std::string& what);
 
 /// A part of the work, while this object lives: what is worked on is shown after its name. One at a
