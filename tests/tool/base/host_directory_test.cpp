@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "camcfg/testkit/device_root.h"
 #include "base/refusal.h"
+#include "camcfg/testkit/device_root.h"
 
 namespace camcfg::tests {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <cstdio>
 
-#include "camcfg/testkit/captured_output.h"
 #include "base/library_log.h"
+#include "camcfg/testkit/captured_output.h"
 
 namespace camcfg::tests {
 namespace {
