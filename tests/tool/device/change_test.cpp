@@ -36,7 +36,7 @@ class ChangeTest : public ParametersTest {
 TEST_F(ChangeTest, WriteThatStopsShortIsNoSuccessAndThePreviousContentsComeBack) {
   EXPECT_EQ(setRtspWithin(sizeof kParameters - 1),
             (ToolRun{1, "",
-                     "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; its "
+                     "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; the "
                      "previous contents were restored\n"}));
   expectUnchanged();
 }
@@ -45,7 +45,7 @@ TEST_F(ChangeTest, WriteThatStopsShortTwiceSaysHowTheFilesAreLeft) {
   EXPECT_EQ(
       setRtspWithin(100),
       (ToolRun{1, "",
-               "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; its "
+               "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; the "
                "previous contents could not be restored; make room and run 'camcfg verify'\n"}));
 }
 
