@@ -36,7 +36,7 @@ class ProgressTest : public testing::Test {
   std::vector<std::string> heard;
 };
 
-TEST_F(ProgressTest, WorkIsToldBehindItsStage) {
+TEST_F(ProgressTest, WorkIsShownAfterItsStage) {
   workingOn("a");
   {
     const Stage stage("b", 1, 2);
@@ -53,7 +53,7 @@ TEST_F(ProgressTest, NobodyHasToListen) {
   EXPECT_THAT(heard, ElementsAre());
 }
 
-TEST_F(ProgressTest, FilesAreToldOneByOne) {
+TEST_F(ProgressTest, FilesAreShownOneByOne) {
   const testkit::DeviceRoot device;
   device.write(kBusiness, kParameters);
   device.write("/cfg1/mpp_cfg.xml", "<Stream/>");
@@ -67,7 +67,7 @@ TEST_F(ProgressTest, FilesAreToldOneByOne) {
                                  "mpp_cfg.xml (2 of 2): /app/resource/defcfg/mpp_cfg.xml"));
 }
 
-TEST_F(ProgressTest, SectionsAreToldWhenTheyAreExportedAndImported) {
+TEST_F(ProgressTest, SectionsAreShownWhenTheyAreExportedAndImported) {
   const testkit::DeviceRoot device;
   device.write(kBusiness, kParameters);
   device.write(kBusinessBackup, kParameters);

@@ -142,7 +142,7 @@ class SecretsTest : public MediaToolTest {
 };
 
 bool beginsWithWords(const Words& line, const std::string& command) {
-  // A word of the device's own stands between the two of "stream cache ID select".
+  // A word of the device's own is between the two of "stream cache ID select".
   std::string plain;
   std::string withoutThird;
   for (std::size_t i = 0; i < line.size(); ++i) {

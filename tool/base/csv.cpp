@@ -50,7 +50,7 @@ class Reader {
   std::string plainCell() {
     const std::size_t start = at_;
     while (!atEndOfLine() && text_[at_] != separator_) {
-      if (text_[at_] == '"') refuse("a quote stands inside a cell that has none around it");
+      if (text_[at_] == '"') refuse("a quote is inside a cell that has none around it");
       ++at_;
     }
     std::string cell = text_.substr(start, at_ - start);
@@ -73,7 +73,7 @@ class Reader {
 
   const std::string& closed(const std::string& cell) {
     ++at_;
-    if (!atEndOfLine() && text_[at_] != separator_) refuse("a cell goes on behind its quote");
+    if (!atEndOfLine() && text_[at_] != separator_) refuse("a cell goes on after its quote");
     passCarriageReturn();
     return cell;
   }

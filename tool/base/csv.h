@@ -13,8 +13,8 @@ struct CsvRow {
 };
 
 /// Reads a table. Cells may be quoted, quotes in them are doubled; lines end with or without a
-/// carriage return; the cells stand between commas, or between semicolons where the first line has
-/// no comma. Empty lines and a byte order mark in front are passed over.
+/// carriage return; the cells are between commas, or between semicolons where the first line has
+/// no comma. Empty lines and a byte order mark at the beginning are skipped.
 /// @throws Refusal  with the line, where quotes make no sense
 std::vector<CsvRow> readCsv(const std::string& text);
 

@@ -9,7 +9,7 @@
 
 namespace camcfg::tool {
 
-/// The number that a text is from end to end: digits, with a "-" in front if it is negative. One
+/// The number that a text is from end to end: digits, with a "-" before them if it is negative. One
 /// that does not fit is the nearest that does.
 inline std::optional<long long> decimal(std::string_view text) {
   using Limits = std::numeric_limits<long long>;

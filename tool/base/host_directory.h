@@ -14,8 +14,8 @@ class HostDirectory {
   /// Opens a directory, making it first if it does not exist.
   explicit HostDirectory(const std::string& path);
 
-  /// Saves bytes under a name, or under "NAME.1", "NAME.2" and so on where other bytes stand under
-  /// that name already. The bytes are on the disk when this returns.
+  /// Saves bytes under a name, or under "NAME.1", "NAME.2" and so on if that name is taken
+  /// by other bytes already. The bytes are on the disk when this returns.
   /// @return where they are now, as the caller named the directory
   /// @throws Refusal
   std::string save(const std::string& name, const std::string& bytes);
@@ -32,7 +32,7 @@ class HostDirectory {
 /// /dev/shm. Call before the device's root is entered: from inside they are out of reach.
 void rememberTemporaries();
 
-/// A new directory among the temporary files, for this user alone. It goes with this object, with
+/// A new directory among the temporary files, for this user only. It goes with this object, with
 /// all that was written into it.
 class HostTemporary {
  public:

@@ -14,7 +14,7 @@ std::string framed(Kind kind, const std::string& bytes) {
   return std::string(1, kind) + std::to_string(bytes.size()) + ":" + bytes;
 }
 
-// What stands in a frame, frame by frame.
+// What is in a frame, frame by frame.
 class Reader {
  public:
   explicit Reader(std::string_view bytes) : bytes_(bytes) {}

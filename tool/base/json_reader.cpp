@@ -10,7 +10,7 @@ namespace {
 
 using Parser = nlohmann::json;
 
-// Builds the value event by event, which lets it count, and see a member that stands twice.
+// Builds the value event by event, which lets it count, and see a member that occurs twice.
 class Builder : public nlohmann::json_sax<Parser> {
  public:
   explicit Builder(JsonText& result) : result_(result) {}

@@ -9,9 +9,9 @@
 
 namespace camcfg::tool {
 
-/// Objects and lists that may stand inside one another in a document.
+/// Objects and lists that may be inside one another in a document.
 constexpr std::size_t kDeepestNesting = 32;
-/// Values that may stand in one list or object. Members are searched for one by one, so that the
+/// Values that may be in one list or object. Members are searched for one by one, so that the
 /// time for a document grows with the square of this.
 constexpr std::size_t kMostValues = 2000;
 

@@ -36,7 +36,7 @@ void record(int level, const char* prefix, const std::string& text) {
   if (shown != nullptr) shown(levelWord(level) + std::string(": ") + prefix + text);
 }
 
-// Stands in for descriptor 1 while the library prints.
+// Replaces descriptor 1 while the library prints.
 class Ear {
  public:
   Ear() : former_(dup(STDOUT_FILENO)) {

@@ -19,7 +19,7 @@ inline bool beginsWith(std::string_view text, std::string_view beginning) {
   return text.substr(0, beginning.size()) == beginning;
 }
 
-/// Whether two texts are the same but for upper and lower case.
+/// Whether two texts are the same except for upper and lower case.
 inline bool isSameWord(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }

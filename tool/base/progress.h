@@ -6,11 +6,11 @@
 
 namespace camcfg::tool {
 
-/// Tells what is being worked on right now: "/cfg0/mpp_cfg.xml". Whether and how that is shown is no
-/// business of the caller's. It costs next to nothing.
+/// Reports what is being worked on right now: "/cfg0/mpp_cfg.xml". The caller need not
+/// know whether and how that is shown. It costs next to nothing.
 void workingOn(const std::string& what);
 
-/// A part of the work, while this object lives: what is worked on is told behind its name. One at a
+/// A part of the work, while this object lives: what is worked on is shown after its name. One at a
 /// time.
 class Stage {
  public:
@@ -27,7 +27,7 @@ class Stage {
 /// thread that works.
 using Watcher = std::function<void(const std::string& work)>;
 
-/// @param watcher  takes the place of the former one; empty: nobody hears of it
+/// @param watcher  takes the place of the previous one; empty: nobody hears of it
 void watchWork(Watcher watcher);
 
 }  // namespace camcfg::tool

@@ -12,7 +12,7 @@ enum class Status {
   Refused = 1,   ///< refused, not found, or not carried out
   Usage = 2,     ///< the command line makes no sense
   Unusable = 3,  ///< the device's files are unusable
-  Degraded = 4,  ///< 'status' only: they will do, but a copy is missing, broken or out of step
+  Degraded = 4,  ///< 'status' only: they can be used, but a copy is missing, broken or out of step
 };
 
 /// Ends a command. The text is one line: what, where and why.

@@ -52,7 +52,7 @@ struct Lines {
   Template text;
 };
 
-/// A text of many lines that is printed as it stands, such as a picture or a table for a program.
+/// A text of many lines that is printed as it is, such as a picture or a table for a program.
 struct Verbatim {
   std::string text;
 };

@@ -10,14 +10,14 @@
 
 namespace camcfg::tool::cli {
 
-/// A word that may stand in a place of a command line.
+/// A word that may be in a place of a command line.
 struct Candidate {
   std::string word;
   std::string help{};  ///< what it stands for, in a few words; may be empty
 };
 
-/// Finds the words that may stand in a place. It throws a Refusal if the device cannot tell them.
-/// @param before  what is given on the command line in front of that place
+/// Finds the words that may be in a place. It throws a Refusal if the device cannot name them.
+/// @param before  what is given on the command line before that place
 using WordFinder = std::function<std::vector<Candidate>(const Arguments& before)>;
 
 /// Something that a command takes on its command line.
@@ -31,14 +31,13 @@ struct Option {
     Value,              ///< "--name VALUE"
     HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
     HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
-    HostFiles,  ///< any number of those, to the end; one that cannot be read is told, not refused
+    HostFiles,  ///< any number of those, to the end; an unreadable one is reported, not refused
     OptionalHostFile,  ///< HostFile that may be left out
   };
   Kind kind;
   const char* name;
   const char* help;
-  WordFinder
-      words{};  ///< completes what stands there; none: the words that go by the option's name
+  WordFinder words{};  ///< completes what is there; none: the words that go by the option's name
 
   bool isNamed() const { return name[0] == '-'; }
   bool isRequired() const { return kind == Argument || kind == Arguments || kind == HostFile; }
@@ -52,7 +51,7 @@ struct Option {
 };
 
 /// One command of the tool. Help, parsing and dispatch are made from these records. A command below
-/// another is named behind what that one takes ("stream cache ID select SOURCE") and gets that,
+/// another is named after what that one takes ("stream cache ID select SOURCE") and gets that,
 /// too.
 struct Command {
   const char* name;  ///< "set"; "system http-port" is the command "http-port" below "system"
@@ -72,7 +71,7 @@ struct Command {
   }
 };
 
-/// Commands that stand under one heading in the help text.
+/// Commands under one heading in the help text.
 struct CommandGroup {
   const char* title;
   std::vector<Command> commands;

@@ -23,7 +23,7 @@ constexpr char kCommandFooter[] = "'camcfg --help' lists the options that every 
 constexpr char kFooterBegin[] =
     "Answers go to standard output, everything else to standard error.\nExit status:\n";
 constexpr char kFooterEnd[] =
-    "'camcfg help COMMAND' tells what a command takes, 'camcfg help' lists further topics.";
+    "'camcfg help COMMAND' shows what a command takes, 'camcfg help' lists further topics.";
 
 // The list at the beginning of the topic.
 std::string exitStatuses() {

@@ -26,7 +26,7 @@ struct Invocation {
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv);
 
-/// What "--help" behind a command prints.
+/// What "--help" after a command prints.
 /// @param command  the whole name of one of the commands; empty: the tool itself
 std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
 

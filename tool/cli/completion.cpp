@@ -134,7 +134,7 @@ class Reading {
     if (arguments_.empty() || !arguments_.front()->isRequired()) addCommands(place);
   }
 
-  // Those that stand directly below the one that was named.
+  // Those directly below the one that was named.
   void addCommands(CompletionPlace& place) const {
     for (const Command* command : commandsIn(groups_))
       if (!command->hidden && command->above() == above_)

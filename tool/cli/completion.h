@@ -13,15 +13,15 @@ namespace camcfg::tool::cli {
 struct CompletionPlace {
   enum Kind { OfWords, OfFiles, OfDirectories };
   Kind kind = OfWords;
-  std::vector<Candidate> fixed;     ///< commands and options that may stand there
+  std::vector<Candidate> fixed;     ///< commands and options that may be there
   WordFinder words;                 ///< finds what else may; may be empty
-  Arguments before;                 ///< what is given in front of it
+  Arguments before;                 ///< what is given before it
   std::string prefix;               ///< part of the word that is settled: "--format="
   std::optional<std::string> root;  ///< the device that the command line is about
 
-  /// Everything that may stand there, whole words; asks the device if it has to. What cannot be
+  /// Everything that may be there, whole words; asks the device if it has to. What cannot be
   /// typed, having control characters, is left out.
-  /// @throws Refusal if the device cannot tell
+  /// @throws Refusal if the device cannot be read
   std::vector<Candidate> candidates() const;
 };
 

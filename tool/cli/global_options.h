@@ -13,7 +13,7 @@ constexpr char kJson[] = "--json";
 constexpr char kVerbose[] = "--verbose";
 constexpr char kColor[] = "--color";
 
-/// An option that stands before or behind any command.
+/// An option that may be before or after any command.
 struct GlobalOption {
   std::string name;   ///< "--verbose"
   const char* value;  ///< "DIR"; null: it takes none

@@ -18,9 +18,9 @@ constexpr char kDescription[] =
     "the\n"
     "file and to its backup.\n"
     "\n"
-    "Answers go to standard output, everything else to standard error. Options may stand before "
+    "Answers go to standard output, everything else to standard error. Options may come before "
     "or\n"
-    "behind the command. A command below another is named behind what that one takes.\n";
+    "after the command. A command below another is named after what that one takes.\n";
 
 struct Chapter {
   const char* topic;

@@ -56,7 +56,7 @@ Status carryOut(const Invocation& invocation, const Streams& streams,
   }
 }
 
-// When to colour, as far as that can be told of a command line that may make no sense.
+// When to colour, as far as that can be seen from a command line that may make no sense.
 std::string colorIn(int argc, const char* const* argv) {
   const std::string given = std::string(kColor) + "=";
   std::string when = "auto";

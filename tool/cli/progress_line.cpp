@@ -43,7 +43,7 @@ ProgressLine::ProgressLine(std::string command, int terminal)
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    // Without a thread nothing is shown; the command is carried out all the same.
+    // Without a thread nothing is shown; the command is nevertheless carried out.
   }
 }
 

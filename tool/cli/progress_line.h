@@ -13,7 +13,7 @@ namespace camcfg::tool::cli {
 /// Threads: it has one of its own, so that the line also appears while the command waits.
 class ProgressLine {
  public:
-  /// @param command   its name, in front of the line
+  /// @param command   its name, at the beginning of the line
   /// @param terminal  where it is shown; nothing is done if this is no terminal
   ProgressLine(std::string command, int terminal);
   ~ProgressLine();

@@ -10,9 +10,9 @@ namespace camcfg::tool::cli {
 namespace {
 
 constexpr char kDelete = '\x7f';
-constexpr char kLead = '\xc2';  // in front of U+0080 to U+00bf in UTF-8
+constexpr char kLead = '\xc2';  // before U+0080 to U+00bf in UTF-8
 
-// Whether U+0080 to U+009f stands there, which some terminals take for the beginning of a command.
+// Whether U+0080 to U+009f is there, which some terminals take for the beginning of a command.
 bool isControl(const std::string& text, std::size_t at) {
   return text[at] == kLead && at + 1 < text.size() && (text[at + 1] & 0x60) == 0;
 }

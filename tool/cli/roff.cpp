@@ -40,7 +40,7 @@ class Paragraphs {
   }
 
  private:
-  static constexpr std::size_t kIndent = 2;  // of the lines that stand as they are; .RS has its own
+  static constexpr std::size_t kIndent = 2;  // of the lines that stay as they are; .RS has its own
   static constexpr std::size_t kWidth = 80;  // of a line of input, which escapes make longer
 
   void change(bool stands) {

@@ -5,7 +5,7 @@
 
 namespace camcfg::tool::cli {
 
-/// A text as roff prints it as it stands: quotes, hyphens and backslashes too, and a full stop that
+/// A text as roff prints it unchanged: quotes, hyphens and backslashes too, and a full stop that
 /// begins a line.
 std::string roffText(const std::string& text);
 
@@ -13,7 +13,7 @@ std::string roffText(const std::string& text);
 std::string roffBold(const std::string& text);
 std::string roffItalic(const std::string& text);
 
-/// A text of paragraphs and of lines that begin with spaces, which stand as they are, in the macros
+/// A text of paragraphs and of lines that begin with spaces, which stay as they are, in the macros
 /// of man(7). It ends with a line break.
 std::string roffParagraphs(const std::string& text);
 

@@ -37,7 +37,7 @@ class Reader {
   }
 
  private:
-  // Between double quotes, a backslash is taken for itself in front of most characters.
+  // Between double quotes, a backslash is taken for itself before most characters.
   void takeEscaped(char c) {
     if (line_.quote == '"' && !isOneOf(c, "$`\"\\")) word_ += '\\';
     word_ += c;

@@ -19,7 +19,7 @@ struct ShellLine {
 /// @param breaks  the characters that break words when bash completes them (COMP_WORDBREAKS)
 ShellLine readShellLine(const std::string& line, const std::string& breaks);
 
-/// A text as it has to be typed behind an open quote, or outside of quotes.
+/// A text as it has to be typed after an open quote, or outside of quotes.
 std::string shellQuoted(const std::string& text, char quote);
 
 }  // namespace camcfg::tool::cli

@@ -9,7 +9,7 @@ namespace camcfg::tool::cli {
 struct Topic {
   const char* name;   ///< "exit-status"
   const char* title;  ///< one line
-  /// Paragraphs with empty lines between them; lines that begin with spaces stand as they are.
+  /// Paragraphs with empty lines between them; lines that begin with spaces stay as they are.
   const char* text;
 };
 

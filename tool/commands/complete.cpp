@@ -16,7 +16,7 @@ constexpr char kBreaks[] = "BREAKS";
 constexpr char kWord[] = "WORD";
 constexpr char kHome[] = "~/";
 
-// What the shell is told to complete: words that follow, or names that it knows itself.
+// What the shell is to complete: words that follow, or names that it knows itself.
 const char* wordFor(cli::CompletionPlace::Kind kind) {
   constexpr const char* kWords[] = {"words", "files", "directories"};
   return kWords[kind];
@@ -29,7 +29,7 @@ std::string expanded(const std::string& directory) {
   return isAtHome ? home + directory.substr(1) : directory;
 }
 
-// A device that cannot be read offers no words, and whoever presses the key is not told why.
+// A device that cannot be read offers no words, and whoever presses the key does not learn why.
 std::vector<cli::Candidate> candidatesAt(const cli::CompletionPlace& place) {
   try {
     if (place.words && place.root && !enterRoot(expanded(*place.root)).empty()) return {};
@@ -45,7 +45,7 @@ cli::Answer answerWith(cli::CompletionPlace::Kind kind, const std::vector<std::s
   return {Json{{"complete", wordFor(kind)}, {"words", words}}, {cli::Verbatim{lines}}};
 }
 
-// bash puts each word in as it is told it: quoted, and without what stays on the line.
+// bash puts each word in as it is given it: quoted, and without what stays on the line.
 cli::Answer forBash(const cli::Arguments& arguments) {
   cli::ShellLine line = cli::readShellLine(arguments.text(kLine), arguments.text(kBreaks));
   const std::string begun = line.words.back();
@@ -76,17 +76,17 @@ cli::Answer forZsh(const cli::Arguments& arguments) {
 cli::CommandGroup completeGroup() {
   return {
       "For shells",
-      {{"complete", "Tell a shell what may be typed next", {}, nullptr, Status::Refused, true},
+      {{"complete", "Show a shell what may be typed next", {}, nullptr, Status::Refused, true},
        {"complete bash",
-        "Tell bash what may be typed at the end of a line",
+        "Show bash what may be typed at the end of a line",
         {{cli::Option::Argument, kLine, "The line up to the cursor"},
          {cli::Option::Argument, kBreaks, "Characters that break words when they are completed"}},
         forBash,
         Status::Refused,
         true},
        {"complete zsh",
-        "Tell zsh what may stand in the place of the last word",
-        {{cli::Option::Arguments, kWord, "The line's words behind the tool's name"}},
+        "Show zsh what may be in the place of the last word",
+        {{cli::Option::Arguments, kWord, "The line's words after the tool's name"}},
         forZsh,
         Status::Refused,
         true}}};

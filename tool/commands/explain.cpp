@@ -112,7 +112,7 @@ cli::Answer session(const cli::Arguments& arguments) {
 cli::CommandGroup explainGroup() {
   return {"Parameters",
           {{"explain",
-            "Tell a setting's value in every copy, its limits, and which element answers for it",
+            "Show a setting's value in every copy, its limits, and which element answers for it",
             {{cli::Option::OptionalArgument, kSection, "Section of a parameter"},
              {cli::Option::OptionalArgument, kName, "Its name, or the beginning of it"}},
             parameter},

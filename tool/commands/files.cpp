@@ -39,10 +39,10 @@ cli::Answer verify(const cli::Arguments& arguments) {
 
 cli::CommandGroup filesGroup() {
   return {"Files",
-          {{"status", "Tell how every copy is and what the next start does to it", {}, status},
+          {{"status", "Show how every copy is and what the next start does to it", {}, status},
            {"verify",
             "Check all files as at start-up and restore broken main copies",
-            {{cli::Option::Flag, kResync, "Then bring backups level with their main copies"},
+            {{cli::Option::Flag, kResync, "Then bring backups in sync with their main copies"},
              {cli::Option::HostDirectory, kKeepDamaged, "Save damaged bytes in DIR before"}},
             verify}}};
 }

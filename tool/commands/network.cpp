@@ -73,7 +73,7 @@ cli::Answer cards(const cli::Arguments& /*arguments*/) {
   return answer;
 }
 
-// Values that applications read otherwise than they stand in the file.
+// Values that applications read differently from what is in the file.
 void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
   tagNETWORK_CFG_S record{};
   const std::string name = card.Value();

@@ -3,7 +3,7 @@
 
 namespace camcfg::tool::commands {
 
-// Names that several commands give to what they take. What stands in a place is completed by its
+// Names that several commands give to what they take. What is in a place is completed by its
 // name, see addWords.
 
 constexpr char kCard[] = "CARD";

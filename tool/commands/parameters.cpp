@@ -62,7 +62,7 @@ cli::Answer set(const cli::Arguments& arguments) {
                      {cli::Line{"{section}/{name}: {before} -> {value}"}});
 }
 
-// All parameters of exactly this name, the one that the library finds by name alone in front.
+// All parameters of exactly this name, first the one that the library finds without a section.
 std::vector<parameters::Parameter> requireNamed(const parameters::Parameters& parameters,
                                                 const std::string& name,
                                                 const std::optional<parameters::Parameter>& found) {
@@ -134,7 +134,7 @@ cli::CommandGroup parametersGroup() {
          {cli::Option::Argument, kValue, "An integer within the range, or an allowed text"},
          {cli::Option::Flag, kForce, "Set a text that is only a part of an allowed one"}},
         set},
-       {"describe", "Tell a parameter's type, limits, default and value", {kWholeName}, describe}}};
+       {"describe", "Show a parameter's type, limits, default and value", {kWholeName}, describe}}};
 }
 
 }  // namespace camcfg::tool::commands

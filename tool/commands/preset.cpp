@@ -107,7 +107,7 @@ cli::Answer set(const cli::Arguments& arguments) {
   return store(arguments, requireId(arguments.text(kId)));
 }
 
-// With every id taken, the library's search succeeds all the same and leaves the number alone.
+// With every id taken, the library's search succeeds nevertheless and leaves the number alone.
 int requireUnusedId() {
   constexpr int kNone = -1;
   int id = kNone;
@@ -199,7 +199,7 @@ cli::CommandGroup presetGroup() {
        {"preset import",
         "Create and change presets from a CSV or JSON file, all or none",
         {{cli::Option::HostFile, kFile, "File as 'preset export' prints it; - is standard input"},
-         {cli::Option::Flag, kDryRun, "Only tell what would be done"}},
+         {cli::Option::Flag, kDryRun, "Only show what would be done"}},
         importAll}}};
 }
 

@@ -49,7 +49,7 @@ Json portOrNull(const Port& port) {
   return number == kUnset ? Json() : Json(number);
 }
 
-// Neither text need be there; the library writes no terminator behind the language.
+// Neither text need be there; the library writes no terminator after the language.
 Json languageOrNull() {
   char language[CFG_TXT_CUR_SIZE + 1] = {};
   return CFG_SYSTEM_GetLanguage(language) == 0 ? Json(language) : Json();

@@ -7,13 +7,13 @@
 
 namespace camcfg::tool::commands {
 
-// The words that stand on the device, for the completion of command lines. Each is a `Words`: it
-// looks at what is given on the command line in front of it, and throws a Refusal if the device's
+// The words that the device has, for the completion of command lines. Each is a `Words`: it
+// looks at what is given on the command line before it, and throws a Refusal if the device's
 // files are unusable. They load nothing but the file that the words are in.
 
 using Candidates = std::vector<cli::Candidate>;
 
-/// Gives the arguments and options that say nothing of the words that may stand there those that go
+/// Gives the arguments and options that say nothing of the words that may be there those that go
 /// by their names: what is called SECTION takes the name of a section.
 void addWords(std::vector<cli::CommandGroup>& groups);
 

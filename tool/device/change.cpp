@@ -56,7 +56,7 @@ struct Load {
   }
 };
 
-// Both copies are written while the space of the former ones may not be free yet.
+// Both copies are written while the space of the previous ones may not be free yet.
 void addWritings(const std::string& path, std::size_t bytes, std::vector<Writing>& writings) {
   writings.push_back({path, bytes});
   writings.push_back({backupOf(path), bytes});
@@ -77,10 +77,11 @@ Left putBack(const std::string& path, tinyxml2::XMLDocument& former) {
   if (holds(loadCopy(path), contents)) return {true, "nothing was changed"};
   CFG_SaveFile(&former, argument(path), BU_FALSE);
   if (!holds(loadCopy(path), contents))
-    return {false, "its former contents could not be put back; make room and run 'camcfg verify'"};
+    return {false,
+            "the previous contents could not be restored; make room and run 'camcfg verify'"};
   if (!holds(loadCopy(backupOf(path)), contents))
-    return {false, "its former contents are back, but not in " + backupOf(path)};
-  return {true, "its former contents are back"};
+    return {false, "the previous contents were restored, but not in " + backupOf(path)};
+  return {true, "the previous contents were restored"};
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace camcfg::tool::device {
 /// One change of a configuration file, made by the library.
 struct Change {
   std::string path;            ///< main copy
-  std::string what;            ///< what is changed, in front of a refusal: "System/Rtsp"
+  std::string what;            ///< what is changed, the beginning of a refusal: "System/Rtsp"
   std::size_t growth;          ///< by how many bytes the file may grow at most
   std::function<bool()> make;  ///< calls the library; false if it refused
   /// Whether a document holds what was to be changed.
@@ -23,7 +23,7 @@ struct Change {
 
 /// Makes a change and makes sure of it. Beforehand, both copies must be writable and have room;
 /// afterwards, both are read again. The library itself ignores a failed write and has by then
-/// emptied the main copy and copied what is left of it over the backup; in that case the former
+/// emptied the main copy and copied what is left of it over the backup; in that case the previous
 /// contents are written back.
 /// @throws Refusal  in every case but that both copies hold the change
 void makeChange(const Change& change);
@@ -36,7 +36,7 @@ class FormerFiles {
   /// @throws Refusal  a main copy is unusable; a copy cannot be written or has no room
   explicit FormerFiles(const std::map<std::string, std::size_t>& growth);
 
-  /// Writes the former contents back into both copies of each file that differs from them.
+  /// Writes the previous contents back into both copies of each file that differs from them.
   /// @return how files are left that are not as they were, a line each
   std::vector<std::string> putBack();
 
@@ -52,7 +52,7 @@ struct Writing {
 
 /// Why files cannot be written: a directory is missing, a file or directory may not be written to,
 /// or a file system has not room enough for all that goes onto it ("no room for ..., with the
-/// figures). Empty if nothing stands against it.
+/// figures). Empty if nothing prevents it.
 std::string whyNotWritable(const std::vector<Writing>& writings);
 
 }  // namespace camcfg::tool::device

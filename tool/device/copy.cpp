@@ -16,7 +16,7 @@
 namespace camcfg::tool::device {
 namespace {
 
-constexpr char kRepair[] = "run 'camcfg verify' to mend it";
+constexpr char kRepair[] = "run 'camcfg verify' to repair it";
 
 // What the file system says of a path, before the library opens it: opening a pipe would wait for
 // somebody to write into it.

@@ -37,7 +37,7 @@ std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
   if (hits.front().exact) return why + ", and it is just that";
   const bool hidden =
       std::any_of(hits.begin(), hits.end(), [](const Hit& hit) { return hit.exact; });
-  return why + (hidden ? "; the one of just that " + what + " stands behind it"
+  return why + (hidden ? "; the one of just that " + what + " comes after it"
                        : "; none has just that " + what);
 }
 

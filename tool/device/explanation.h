@@ -11,14 +11,14 @@
 
 namespace camcfg::tool::device {
 
-/// An element that a lookup comes upon.
+/// An element that a lookup finds.
 struct Hit {
   tinyxml2::XMLElement* element;
   std::string name;
   bool exact;  ///< its name is the whole of what was asked for, not only begins with it
 };
 
-/// A lookup of the library and what it comes upon, in document order.
+/// A lookup of the library and what it finds, in document order.
 struct Lookup {
   std::string asked;      ///< "System/Rtsp"
   std::vector<Hit> hits;  ///< the first one answers and shadows the others; none: nothing is found

@@ -11,12 +11,12 @@
 namespace camcfg::tool::device {
 
 /// What a new device has for the parameters and cards of "/cfg0/business_param.xml": what its factory
-/// copy holds. Where that is missing or broken, or lacks the element, its "Def" stands in.
+/// copy holds. Where that is missing or broken, or lacks the element, its "Def" is used instead.
 class FactoryValues {
  public:
   FactoryValues();
 
-  /// The factory value of an element of the main copy; none if neither tells one.
+  /// The factory value of an element of the main copy; none if neither has one.
   std::optional<std::string> of(const tinyxml2::XMLElement& element) const;
   /// The same for an attribute that has no "Def".
   std::optional<std::string> attributeOf(const tinyxml2::XMLElement& element,

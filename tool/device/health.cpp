@@ -111,7 +111,7 @@ Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
   return record;
 }
 
-// What is amiss with the copies of a file.
+// What is wrong with the copies of a file.
 class Judgement {
  public:
   Judgement(const ConfigFile& file, const StartUp& startUp) : file_(file), startUp_(startUp) {
@@ -149,10 +149,10 @@ class Judgement {
     add(Health::Degraded, Place::Backup,
         (state == State::OutOfStep ? "is unlike its main copy" : file_.backup.fault) +
             startUp_.outlook(file_, Place::Backup)
-                .value_or(resynced ? "; 'camcfg verify --resync' brings it level" : ""));
+                .value_or(resynced ? "; 'camcfg verify --resync' brings it up to date" : ""));
   }
 
-  // A file of somebody else's, beside the factory set, has no factory copy.
+  // A file of somebody else's, not in the factory set, has no factory copy.
   void judgeDefault() {
     const State state = file_.factory.state;
     const bool expected = isRequired(file_.name) || file_.checkedAtStart;

@@ -11,8 +11,8 @@ namespace camcfg::tool::device {
 /// Looks at every copy of every file, sorted by name, and changes nothing. A file that the library
 /// works on is reported even if it exists nowhere.
 /// @return the device's "health"; "files", "copies" and what the next start does to them;
-///         "findings": what is amiss and what becomes of it. The status is done, degraded (a main
-///         copy will do, or start-up brings it back) or unusable.
+///         "findings": what is wrong and what becomes of it. The status is done, degraded (a main
+///         copy can be used, or start-up brings it back) or unusable.
 Outcome checkHealth();
 
 /// What follows after the fault of a main copy that start-up verification does not bring back.

@@ -45,7 +45,7 @@ Writing writingOf(const Repair& repair) {
   return {repair.target(), bytes > given ? bytes - given : 0};
 }
 
-// What stands against a repair.
+// What prevents a repair.
 std::string obstacleTo(const Repair& repair) {
   if (!repair.fitsTheCopy()) return "its name is too long for the library to copy it";
   return whyNotWritable({writingOf(repair)});
@@ -74,7 +74,7 @@ std::string carryOut(const Repair& repair) {
   return whyNotDone(repair);
 }
 
-// The library opens whatever stands under a name that it checks, and would wait at a pipe for ever.
+// The library opens whatever is under a name that it checks, and would wait at a pipe for ever.
 void requireNoPipe(const FileSet& set) {
   for (const ConfigFile& file : set.files)
     for (const Place place : kPlaces)
@@ -226,8 +226,8 @@ Outcome Verification::outcome(bool resynced) const {
     unlevel += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
   }
   if (!resynced && unlevel != 0)
-    outcome.notes.push_back("note: without a backup that is level with the main copy: " +
-                            std::to_string(unlevel) + "; '--resync' brings them level");
+    outcome.notes.push_back("note: without a backup in sync with the main copy: " +
+                            std::to_string(unlevel) + "; '--resync' brings them up to date");
   return outcome;
 }
 

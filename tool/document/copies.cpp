@@ -18,7 +18,7 @@ using Sections = std::map<std::string, CopiedSection>;
 constexpr char kValue[] = "value";
 constexpr char kFault[] = "fault";
 
-// Faults are told of the copies' own paths.
+// Faults are reported with the copies' own paths.
 std::string told(std::string fault, device::Place place) {
   for (const device::Section& section : allSections()) {
     const std::string name = device::nameOf(section.path);
@@ -31,7 +31,7 @@ std::string told(std::string fault, device::Place place) {
   return fault;
 }
 
-// Fills the other device with the copies; tells of each file why it is not among them.
+// Fills the other device with the copies; says of each file why it is not among them.
 std::map<std::string, std::string> fill(const HostTemporary& device, device::Place place) {
   std::map<std::string, std::string> faults;
   for (const device::Section& section : allSections()) {

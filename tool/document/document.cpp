@@ -37,11 +37,11 @@ std::string placeOf(std::size_t position, const std::string& text) {
 Json parseJson(const std::string& text, settings::Faults& faults) {
   JsonText read = readJson(text);
   if (read.fault != 0) throw Refusal(placeOf(read.fault, text) + shortened(read.reason));
-  for (const std::string& place : read.repeated) faults.push_back({place, "it stands here twice"});
+  for (const std::string& place : read.repeated) faults.push_back({place, "it occurs here twice"});
   return std::move(read.value);
 }
 
-// The members that may stand below a place: the next words of the names of the sections there.
+// The members that may be below a place: the next words of the names of the sections there.
 std::vector<std::string> membersBelow(const std::string& place) {
   std::vector<std::string> members;
   const std::string prefix = place.empty() ? "" : place + ".";
@@ -75,14 +75,14 @@ void checkVersion(const settings::Node& document) {
   if (!document.value().contains(kVersionMember)) return document.refuseMissing(kVersionMember);
   const settings::Node version = document.member(kVersionMember);
   if (version.value() != kVersion)
-    version.refuse("this tool reads version " + std::to_string(kVersion) + " alone");
+    version.refuse("only version " + std::to_string(kVersion) + " is supported");
 }
 
 constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kRecordIndent = 3 * kIndent;  // {"live": {"srt": [RECORD
 
-// What stands before a value: the name of an object's member.
+// What comes before a value: the name of an object's member.
 std::string nameAt(const Json& value, std::size_t index) {
   return value.is_object() ? Json(value.names()[index]).dump() + ": " : "";
 }

@@ -18,7 +18,7 @@ constexpr int kVersion = 1;
 /// All sections, in the order in which they are written.
 const std::vector<device::Section>& allSections();
 
-/// Where a section stands in a document: "live/srt".
+/// Where a section is in a document: "live/srt".
 std::string pathTo(const device::Section& section);
 
 /// Whether a section is of this name, or in the group of this name: "live.srt" in "live".
@@ -36,8 +36,8 @@ struct Transition {
 /// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable
 std::vector<Transition> readDocument(const std::string& text, settings::Faults& faults);
 
-/// JSON as a person would write it: what fits on a line stands on one. Ends with a line feed. Bytes
-/// that are not UTF-8 become U+FFFD.
+/// JSON as a person would write it: what fits on one line is on one line. Ends with a line feed.
+/// Bytes that are not UTF-8 become U+FFFD.
 std::string printJson(const Json& value);
 
 }  // namespace camcfg::tool::document

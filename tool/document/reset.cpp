@@ -13,7 +13,7 @@ constexpr char kParameters[] = "parameters";
 constexpr char kNetwork[] = "network";
 constexpr char kNetworkSection[] = "NetWork";
 
-// What is reset, gathered section by section, and what stands against it.
+// What is reset, gathered section by section, and what prevents it.
 class Reset {
  public:
   void addParameters(const std::vector<parameters::Parameter>& wanted) {
@@ -28,7 +28,7 @@ class Reset {
     });
   }
 
-  // Presets and media have factory values in the factory set alone.
+  // Presets and media have factory values in the factory set only.
   void addWhole(const device::Section& section) {
     if (copies_.empty()) copies_ = loadFromCopies(device::Place::Default);
     const CopiedSection& copy = copies_.at(section.name);
@@ -55,7 +55,8 @@ class Reset {
     if (!faults_.empty()) return refusedFor(faults_);
     Outcome outcome = carriedOut(transitions_, options);
     if (!factory_.fault().empty() && hasDef_)
-      outcome.notes.push_back("note: " + factory_.fault() + "; \"Def\" of the main copy stands in");
+      outcome.notes.push_back("note: " + factory_.fault() +
+                              "; \"Def\" of the main copy is used instead");
     for (const std::string& path : without_)
       outcome.notes.push_back("note: " + path + " has no usable factory value and stays as it is");
     return outcome;

@@ -30,7 +30,7 @@ class Findings {
   void add(const Rule& rule, const tinyxml2::XMLNode& node, const std::string& text) {
     add(rule, node.GetLineNum(), text);
   }
-  /// At the line of an attribute, which may stand below its element's; at the element's where it
+  /// At the line of an attribute, which may be below its element's; at the element's where it
   /// has no such attribute.
   void add(const Rule& rule, const tinyxml2::XMLElement& element, const char* attribute,
            const std::string& text) {

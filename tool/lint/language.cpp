@@ -15,8 +15,8 @@ constexpr Rule kTextMissing{"text-missing", Severity::Warning,
                             "A text has no \"Val\" and is found as the empty text.",
                             R"(<MenuLive Value="Live view"/>)"};
 constexpr Rule kTextTwice{"text-twice", Severity::Error,
-                          "A key stands twice in a language file: the first is found.",
-                          R"(<MenuLive Val="Live"/> and behind it <MenuLive Val="Live view"/>)"};
+                          "A key occurs twice in a language file: the first is found.",
+                          R"(<MenuLive Val="Live"/> and after it <MenuLive Val="Live view"/>)"};
 constexpr Rule kTextNotFound{
     "text-not-found", Severity::Error,
     "Texts are looked up right inside the first element of the file: this one is elsewhere.",

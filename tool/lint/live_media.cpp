@@ -93,7 +93,7 @@ void checkTypes(const Elements& channels, const std::string& owner,
   }
 }
 
-// The attribute that entries are told apart by; null if there is none.
+// The attribute that distinguishes entries; null if there is none.
 const settings::Setting* keyOf(const Table& table) {
   return table.key == nullptr ? nullptr : table.find(table.key);
 }

@@ -39,7 +39,7 @@ constexpr Rule kUnknown{"unknown-element", Severity::Warning,
                         "section drops it.",
                         "<VDEC Id=\"3\" Name=\"in\"/> in <StreamSource>"};
 constexpr Rule kDropped{"dropped-by-save", Severity::Warning,
-                        "A save writes the section anew: comments and texts in it are lost.",
+                        "A save rewrites the section: comments and texts in it are lost.",
                         "<!-- rear camera --> in <StreamSource>"};
 constexpr Rule kNotASwitch{"not-a-switch", Severity::Error,
                            "Only the word true is on; any other but false is a word that is not "
@@ -47,7 +47,7 @@ constexpr Rule kNotASwitch{"not-a-switch", Severity::Error,
                            "<Target Id=\"0\" Enable=\"1\" ...>"};
 constexpr Rule kEqualName{"equal-name", Severity::Warning,
                           "Two entries have the same name, and are both loaded.",
-                          "<MediaGroup Name=\"live\"> and behind it another"};
+                          "<MediaGroup Name=\"live\"> and after it another"};
 
 bool isWord(const char* text, const char* word) {
   return strcasecmp(text, word) == 0;

@@ -20,7 +20,7 @@ std::vector<std::size_t> sortedByName(const Names& names) {
   return order;
 }
 
-// A name with all those that begin with it, which stand right behind it when sorted.
+// A name with all those that begin with it, which come right after it when sorted.
 struct Family {
   std::string_view name;
   std::size_t first;
@@ -31,7 +31,7 @@ struct Family {
 std::vector<NameMatches> matchNames(const Names& names) {
   const std::vector<std::size_t> order = sortedByName(names);
   std::vector<NameMatches> matches(names.size());
-  std::vector<Family> families;  // those behind, the nearest last
+  std::vector<Family> families;  // those after it, the nearest last
   for (std::size_t end = order.size(), begin; end > 0; end = begin) {
     const std::string_view name = names[order[end - 1]];
     begin = end - 1;

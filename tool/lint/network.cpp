@@ -33,10 +33,10 @@ constexpr Rule kCardNameTooLong{"card-name-too-long", Severity::Error,
 constexpr Rule kCardShadowed{"card-shadowed", Severity::Error,
                              "Cards are found by the beginning of their names, the first is taken: "
                              "calls for this card read and write the longer name before it.",
-                             "<Lan10> and behind it <Lan1>"};
+                             "<Lan10> and after it <Lan1>"};
 constexpr Rule kCardTwice{"card-twice", Severity::Error,
                           "Two cards have the same name: calls read and write the first.",
-                          "<Lan0> and behind it another <Lan0>"};
+                          "<Lan0> and after it another <Lan0>"};
 constexpr Rule kNotACard{"not-a-card", Severity::Warning,
                          "Every element in <NetWork> is listed as a card, whatever it is.",
                          "<Timeout Cur=\"30\"/> in <NetWork>"};
@@ -51,11 +51,11 @@ constexpr Rule kInterfaceTwice{"interface-twice", Severity::Warning,
 constexpr Rule kFieldShadowed{"card-field-shadowed", Severity::Error,
                               "Setters find an element of a card by the beginning of its name, the "
                               "first is taken: they write the longer name before this one.",
-                              "<EnableWifi Cur=\"On\"/> and behind it <Enable Cur=\"On\"/>"};
+                              "<EnableWifi Cur=\"On\"/> and after it <Enable Cur=\"On\"/>"};
 constexpr Rule kFieldTwice{"card-field-twice", Severity::Error,
                            "A card has an element twice: setters of one value write the first, "
                            "readers take the last.",
-                           "<MTU Cur=\"1500\"/> and behind it <MTU Cur=\"1400\"/>"};
+                           "<MTU Cur=\"1500\"/> and after it <MTU Cur=\"1400\"/>"};
 constexpr Rule kWrittenAsAnother{"written-as-another", Severity::Error,
                                  "Setters of whole cards take an element by the beginning of its "
                                  "name and write another's value into it; readers pass it by.",

@@ -15,28 +15,28 @@ namespace {
 constexpr Rule kShadowed{"parameter-shadowed", Severity::Error,
                          "Parameters are found by the beginning of their names, the first in the "
                          "section is taken: a lookup of this one finds the longer name before it.",
-                         R"(<RtspOverHttp Cur="8080"/> and behind it <Rtsp Cur="554"/>)"};
+                         R"(<RtspOverHttp Cur="8080"/> and after it <Rtsp Cur="554"/>)"};
 constexpr Rule kTwice{"parameter-twice", Severity::Error,
                       "A section has a parameter twice: lookups find the first.",
-                      R"(<Rtsp Cur="554"/> and behind it <Rtsp Cur="8554"/>)"};
+                      R"(<Rtsp Cur="554"/> and after it <Rtsp Cur="8554"/>)"};
 constexpr Rule kInTwoSections{"name-in-two-sections", Severity::Warning,
                               "Calls that take no section search all of them from the top: they "
                               "find the parameter of this name in an earlier section.",
-                              "<Mode/> in <Video> and <Mode/> in <Audio> behind it"};
+                              "<Mode/> in <Video> and <Mode/> in <Audio> after it"};
 constexpr Rule kShadowedElsewhere{"name-begins-earlier", Severity::Warning,
                                   "Calls that take no section search all of them from the top, and "
                                   "find a longer name that this one begins in an earlier section.",
-                                  "<ModeAuto/> in <Video> and <Mode/> in <Audio> behind it"};
+                                  "<ModeAuto/> in <Video> and <Mode/> in <Audio> after it"};
 constexpr Rule kTooDeep{"nested-too-deep", Severity::Warning,
                         "No call reads a parameter inside a parameter that is inside another.",
                         R"(<Osd><Clock><Format><Hours Cur="24"/></Format></Clock></Osd>)"};
 constexpr Rule kUsageShadowed{"usage-shadowed", Severity::Error,
                               "CFG_GetElementByUsage compares the beginning of \"Usage\": a lookup "
                               "of this one finds the element before it.",
-                              R"(<Port Usage="abc"/> and behind it <Port Usage="ab"/>)"};
+                              R"(<Port Usage="abc"/> and after it <Port Usage="ab"/>)"};
 constexpr int kDeepest = 2;  // inside a section, and inside a parameter
 
-// Elements of one name that are told apart by another attribute are no parameters written twice.
+// Elements of one name that another attribute distinguishes are no parameters written twice.
 bool isToldApart(const XMLElement& element, const XMLElement& first) {
   return has(element, "Id") || has(element, "Usage") || has(first, "Id") || has(first, "Usage");
 }
@@ -102,7 +102,7 @@ void checkLevel(const XMLElement& parent, const std::string& path, int depth, Fi
     checkLevel(*element, path + "/" + clipped(element->Name()), depth + 1, findings);
 }
 
-// What calls find that take a name alone.
+// What calls find that take only a name.
 void checkAcross(const Elements& sections, Findings& findings) {
   Elements all;
   for (const XMLElement* section : sections)
@@ -114,8 +114,8 @@ void checkAcross(const Elements& sections, Findings& findings) {
     const bool isSame = matches[i].same < matches[i].longer;
     findings.add(isSame ? kInTwoSections : kShadowedElsewhere, *all[i],
                  clipped(all[i]->Parent()->Value()) + "/" + clipped(all[i]->Name()) +
-                     ": a lookup by name alone finds " + clipped(answer.Parent()->Value()) + "/" +
-                     clipped(answer.Name()) + atLine(answer));
+                     ": a lookup without the section finds " + clipped(answer.Parent()->Value()) +
+                     "/" + clipped(answer.Name()) + atLine(answer));
   }
 }
 

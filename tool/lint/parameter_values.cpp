@@ -18,7 +18,7 @@ constexpr Rule kMinAboveMax{"min-above-max", Severity::Error,
                             "\"Min\" is above \"Max\", so no value can be set.",
                             "<Gain Cur=\"5\" Def=\"5\" Min=\"10\" Max=\"0\" Step=\"1\"/>"};
 constexpr Rule kOutsideLimits{"outside-limits", Severity::Error,
-                              "A value is outside \"Min\"..\"Max\": it is read all the same, but "
+                              "A value is outside \"Min\"..\"Max\": it is nevertheless read, but "
                               "cannot be set again.",
                               "<Gain Cur=\"12\" Def=\"5\" Min=\"0\" Max=\"10\" Step=\"1\"/>"};
 constexpr Rule kOffStep{"off-step", Severity::Warning,
@@ -28,7 +28,7 @@ constexpr Rule kOffStep{"off-step", Severity::Warning,
 constexpr Rule kBadStep{"bad-step", Severity::Warning, "\"Step\" is no increment: it is below 1.",
                         "<Gain Cur=\"5\" Def=\"5\" Min=\"0\" Max=\"10\" Step=\"0\"/>"};
 constexpr Rule kNotAnOption{"not-an-option", Severity::Error,
-                            "A text is nowhere in \"OptTxt\": it is read all the same, but cannot "
+                            "A text is nowhere in \"OptTxt\": it is nevertheless read, but cannot "
                             "be set again.",
                             "<Mode Cur=\"Night\" Def=\"Auto\" OptTxt=\"Auto,Manual\"/>"};
 constexpr Rule kPartOfOption{"part-of-option", Severity::Warning,

@@ -21,7 +21,7 @@ constexpr Rule kIdRange{"preset-id-range", Severity::Error,
                         "<preset Id=\"129\" Description=\"Dock\"/>"};
 constexpr Rule kNoFreeId{"preset-no-free-id", Severity::Warning,
                          "All ids from 0 to 127 are taken: CFG_PRESET_GetUnusedId succeeds, but "
-                         "tells none.",
+                         "reports none.",
                          "128 presets"};
 constexpr Rule kPositionMissing{"preset-position-missing", Severity::Warning,
                                 "A position is missing: queries leave what the caller's record "
@@ -40,19 +40,19 @@ constexpr Rule kDescriptionTooLong{"description-hidden", Severity::Error,
                                    "<preset Id=\"3\" Description=\"a description of 70 bytes\"/>"};
 constexpr Rule kDescriptionTwice{"description-twice", Severity::Error,
                                  "Two presets have the same description: it finds the first.",
-                                 "<preset Id=\"3\" Description=\"Dock\"/> and behind it <preset "
+                                 "<preset Id=\"3\" Description=\"Dock\"/> and after it <preset "
                                  "Id=\"4\" Description=\"Dock\"/>"};
 constexpr Rule kDescriptionShadowed{
     "description-shadowed", Severity::Error,
     "Presets are found by the beginning of their descriptions, the first in the file is taken: "
     "this description finds the longer one before it.",
-    "<preset Id=\"3\" Description=\"Dock 2\"/> and behind it <preset Id=\"4\" "
+    "<preset Id=\"3\" Description=\"Dock 2\"/> and after it <preset Id=\"4\" "
     "Description=\"Dock\"/>"};
 constexpr Rule kDescriptionBegins{
     "description-begins-another", Severity::Warning,
     "This description begins a later one: once this preset is deleted, it finds and deletes the "
     "other.",
-    "<preset Id=\"3\" Description=\"Dock\"/> and behind it <preset Id=\"4\" "
+    "<preset Id=\"3\" Description=\"Dock\"/> and after it <preset Id=\"4\" "
     "Description=\"Dock 2\"/>"};
 constexpr Rule kPresetName{"preset-name", Severity::Warning,
                            "An element whose name only begins with \"preset\" is a preset to "

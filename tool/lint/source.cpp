@@ -93,7 +93,7 @@ Kind kindOfDeviceFile(const Source& source) {
   return source.isWhole() ? kindOf(*source.document) : Kind::Unknown;
 }
 
-// The library tells neither the line nor the reason why it does not load a file.
+// The library reports neither the line nor the reason why it does not load a file.
 Source deviceSource(const std::string& path, const device::Copy& copy) {
   Source source;
   source.name = path;

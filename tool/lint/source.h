@@ -27,7 +27,7 @@ struct Source {
   bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
 };
 
-/// Files of the host: whatever their names, their contents tell what they are.
+/// Files of the host: whatever their names, their contents show what they are.
 std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
 
 /// The files of a device, loaded through the library: the main copies and the language files.

@@ -36,7 +36,7 @@ constexpr Rule kNotFoundById{"cache-not-found", Severity::Error,
 constexpr Rule kShadowed{"cache-shadowed", Severity::Error,
                          "Updates in place look for an element whose name begins with <Cache>: an "
                          "update of this cache changes the one before it.",
-                         "<CacheOld Id=\"0\"/> and behind it <Cache Id=\"0\" ...>"};
+                         "<CacheOld Id=\"0\"/> and after it <Cache Id=\"0\" ...>"};
 
 struct SizeUnit {
   const char* attribute;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr Rule kCarriedName{"carried-name", Severity::Error,
                             "A stream source without \"Name\" gets the name of the one before it.",
-                            "<VENC Id=\"0\" Name=\"main\" ChnId=\"0\"/> and behind it <VENC "
+                            "<VENC Id=\"0\" Name=\"main\" ChnId=\"0\"/> and after it <VENC "
                             "Id=\"1\" ChnId=\"1\"/>"};
 constexpr Rule kIdRange{"source-id-range", Severity::Error,
                         "Whitelists of stream caches are saved for source ids from 0 to 29 only: "

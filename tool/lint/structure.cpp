@@ -25,9 +25,9 @@ constexpr Rule kNoElement{"no-element", Severity::Error,
                           "by, and every call on it fails.",
                           "<!-- nothing yet -->"};
 constexpr Rule kZeroByte{"zero-byte", Severity::Error,
-                         "Reading ends at the first zero byte: what stands behind it is not there, "
+                         "Reading ends at the first zero byte: what comes after it is not there, "
                          "and the next save drops it.",
-                         "<System/> and behind it a block of zero bytes"};
+                         "<System/> and after it a block of zero bytes"};
 constexpr Rule kUnknownKind{
     "unknown-kind", Severity::Warning,
     "The file has none of the elements that any of the library's readers looks for.",
@@ -38,7 +38,7 @@ constexpr Rule kSectionMissing{"section-missing", Severity::Error,
 constexpr Rule kSectionTwice{"section-twice", Severity::Error,
                              "Sections are looked up by name and the first is taken: a second of "
                              "the same name is not found.",
-                             "<System/> and behind it another <System/>"};
+                             "<System/> and after it another <System/>"};
 
 struct Reason {
   tinyxml2::XMLError error;
@@ -48,18 +48,18 @@ struct Reason {
 constexpr Reason kReasons[] = {
     {tinyxml2::XML_ERROR_PARSING_ELEMENT, "a tag is not complete or has no name"},
     {tinyxml2::XML_ERROR_PARSING_ATTRIBUTE,
-     "an attribute is not written NAME=\"VALUE\", or stands twice"},
+     "an attribute is not written NAME=\"VALUE\", or occurs twice"},
     {tinyxml2::XML_ERROR_PARSING_TEXT, "a text does not end"},
     {tinyxml2::XML_ERROR_PARSING_CDATA, "a <![CDATA[ does not end"},
     {tinyxml2::XML_ERROR_PARSING_COMMENT, "a comment does not end"},
     {tinyxml2::XML_ERROR_PARSING_DECLARATION,
-     "a declaration <?...?> does not end or stands amid "
-     "the file"},
+     "a declaration <?...?> does not end or is in the "
+     "middle of the file"},
     {tinyxml2::XML_ERROR_PARSING_UNKNOWN, "a <!...> does not end"},
     {tinyxml2::XML_ERROR_EMPTY_DOCUMENT, "the file is empty"},
     {tinyxml2::XML_ERROR_MISMATCHED_ELEMENT, "an element is not closed by a tag of its name"},
     {tinyxml2::XML_ERROR_PARSING,
-     "an element that begins here does not end, or what stands here is no XML"},
+     "an element that begins here does not end, or what is here is not XML"},
     {tinyxml2::XML_ELEMENT_DEPTH_EXCEEDED, "elements are nested too deep"},
 };
 
@@ -135,7 +135,7 @@ void check(const Source& source, Findings& findings) {
     return;
   }
   if (source.kind == Kind::Unknown)
-    findings.add(kUnknownKind, 1, "nothing in it tells what it configures");
+    findings.add(kUnknownKind, 1, "nothing in it says what it configures");
   else if (source.kind != Kind::Language)
     checkSections(source, findings);
 }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr Rule kMissing{
     "system-missing", Severity::Warning,
-    "A setting is missing that has calls of its own, which then fail or tell the port 0.",
+    "A setting is missing that has calls of its own, which then fail or report the port 0.",
     "<System> without <Rtsp>"};
 constexpr Rule kShadowed{"system-shadowed", Severity::Error,
                          "A setting is missing that has calls of its own, and they read and write "

@@ -27,7 +27,7 @@ constexpr Rule kIntegerTooLarge{"integer-too-large", Severity::Error,
                                 R"(<Rtsp Cur="554" Def="554" Min="1" Max="4294967296" Step="1"/>)"};
 constexpr Rule kOddInteger{
     "odd-integer", Severity::Warning,
-    "The value is no plain decimal number; what is read of it is the number in front.",
+    "The value is no plain decimal number; only the number at its beginning is read.",
     R"(<Cache Id="0" Name="main" BufferSizeKB="512KB">)"};
 constexpr Rule kMissingAttribute{
     "missing-attribute", Severity::Error,
@@ -50,12 +50,12 @@ constexpr Rule kCarriedId{
     "carried-id", Severity::Error,
     "Searches by id do not forget the id of the entry before: an entry without a readable \"Id\" "
     "is taken for that one.",
-    R"(<preset Id="3" Description="Dock"/> and behind it <preset Description="Gate"/>)"};
+    R"(<preset Id="3" Description="Dock"/> and after it <preset Description="Gate"/>)"};
 constexpr Rule kEqualId{
     "equal-id", Severity::Error,
     "Two entries have the same id: searches find the first, and users of the list cannot tell them "
     "apart.",
-    R"(<preset Id="3" Description="Dock"/> and behind it <preset Id="3" Description="Gate"/>)"};
+    R"(<preset Id="3" Description="Dock"/> and after it <preset Id="3" Description="Gate"/>)"};
 
 constexpr int kGreatestPort = 65535;
 

@@ -25,7 +25,7 @@ void requireAttribute(const tinyxml2::XMLElement& element, const char* attribute
 void requireFits(const tinyxml2::XMLElement& element, const char* attribute, std::size_t room,
                  const std::string& owner, Findings& findings);
 
-/// Finds a port, given by what is read of it, that there is not.
+/// Finds a port, given by what is read of it, that does not exist.
 void requirePort(const tinyxml2::XMLElement& element, const char* attribute,
                  const std::optional<int>& port, const std::string& owner, Findings& findings);
 
@@ -33,7 +33,7 @@ void requirePort(const tinyxml2::XMLElement& element, const char* attribute,
 void checkAttributeCase(const tinyxml2::XMLElement& element, const std::vector<const char*>& known,
                         const std::string& owner, Findings& findings);
 
-/// Looks at entries that are told apart by their "Id", in document order: one without takes the id
+/// Looks at entries whose "Id" distinguishes them, in document order: one without takes the id
 /// of the one before it in searches by id, and of equal ids only the first is found.
 /// @param owner  how findings call an entry: "preset"
 void checkEntryIds(const Elements& entries, const std::string& owner, Findings& findings);

@@ -17,7 +17,7 @@ constexpr Rule kNoAllowed{"whitelist-empty", Severity::Error,
 constexpr Rule kCarriedSource{"carried-source-id", Severity::Error,
                               "A whitelist entry without a readable \"Id\" stands for the source "
                               "of the entry before it, the first one for the cache's own id.",
-                              "<AllowedStreamSource Id=\"3\"/> and behind it <AllowedStreamSource "
+                              "<AllowedStreamSource Id=\"3\"/> and after it <AllowedStreamSource "
                               "Default=\"1\"/>"};
 constexpr Rule kAllowedTwice{"allowed-twice", Severity::Warning,
                              "A whitelist has a source twice: the next save writes it once.",
@@ -39,14 +39,14 @@ constexpr Rule kCarriedOutside{"enabled-outside-whitelist", Severity::Error,
                                "made of its entries: ids are taken modulo 32.",
                                "<AllowedStreamSource Id=\"40\" Default=\"1\"/>"};
 constexpr Rule kCarriedUnknown{"enabled-source-missing", Severity::Error,
-                               "A cache carries a source that there is none of.",
+                               "A cache carries a source that does not exist.",
                                "<AllowedStreamSource Id=\"9\" Default=\"1\"/> without a source 9"};
 constexpr Rule kCarriedDisabled{"enabled-source-disabled", Severity::Warning,
                                 "A cache carries a source that is disabled.",
                                 "<AllowedStreamSource Id=\"1\" Default=\"1\"/> with <VENC Id=\"1\" "
                                 "... Enabled=\"0\"/>"};
 constexpr Rule kAllowedUnknown{"allowed-source-missing", Severity::Warning,
-                               "A cache allows a source that there is none of.",
+                               "A cache allows a source that does not exist.",
                                "<AllowedStreamSource Id=\"9\"/> without a source 9"};
 
 constexpr int kMaskBits = 32;
@@ -111,7 +111,7 @@ void checkCarried(const XMLElement& cache, const Entry& carried, const Sources& 
     findings.add(kCarriedOutside, *carried.element, "Id", what + "is not in its whitelist");
   const auto source = sources.find(carried.id);
   if (source == sources.end())
-    findings.add(kCarriedUnknown, *carried.element, "Id", what + "there is none of");
+    findings.add(kCarriedUnknown, *carried.element, "Id", what + "does not exist");
   else if (source->second->IntAttribute("Enabled", 1) == 0)
     findings.add(kCarriedDisabled, *carried.element, "Id", what + "is disabled");
 }
@@ -123,7 +123,7 @@ void checkEntry(const XMLElement& cache, const Entry& entry, int carried, const 
   const std::string id = std::to_string(entry.id);
   if (entry.id != carried && sources.count(entry.id) == 0)
     findings.add(kAllowedUnknown, *entry.element, "Id",
-                 labelOf(cache) + " allows source " + id + ", which there is none of");
+                 labelOf(cache) + " allows source " + id + ", which does not exist");
   if (entry.id != carried && entry.element->IntAttribute("Enable", 0) == 1)
     findings.add(kEnableDiffers, *entry.element, "Enable",
                  labelOf(cache) + ": source " + id + " is marked \"Enable\", but source " +

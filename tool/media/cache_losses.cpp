@@ -71,7 +71,7 @@ std::vector<std::string> dumpNotes(const std::vector<CacheEntry>& caches, int ch
                       ofCache(cache) + ", which the loader takes, gets the mark \"Default\"");
   }
   if (!losses.empty())
-    notes.insert(notes.begin(), "note: all caches are saved anew, without " + joined(losses));
+    notes.insert(notes.begin(), "note: all caches are rewritten without " + joined(losses));
   return notes;
 }
 

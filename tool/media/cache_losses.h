@@ -14,7 +14,7 @@ namespace camcfg::tool::media {
 void requireDumpable(const std::vector<CacheEntry>& caches);
 
 /// What becomes different by saving all caches whole, a remark each.
-/// @param caches   as they stand in the file
+/// @param caches   as they are in the file
 /// @param changed  the cache whose "Default" is changed on purpose
 std::vector<std::string> dumpNotes(const std::vector<CacheEntry>& caches, int changed);
 

@@ -103,7 +103,7 @@ Losses lossNotes(const settings::Table& table) {
   if (losses.empty()) return {};
   std::string list;
   for (const std::string& loss : losses) list += (list.empty() ? "" : ", ") + loss;
-  return {"note: " + std::string(table.place) + " is saved anew, without " + list};
+  return {"note: " + std::string(table.place) + " is rewritten without " + list};
 }
 
 }  // namespace camcfg::tool::media

@@ -12,7 +12,7 @@ namespace camcfg::tool::media {
 
 using Losses = std::vector<std::string>;
 
-/// What a section holds that is lost when it is saved whole: comments, texts, and elements and
+/// What is lost of a section when it is saved whole: comments, texts, and elements and
 /// attributes that are not written, each with its line: "the comment at line 7". The section's own
 /// attributes stay.
 Losses lossesOf(const tinyxml2::XMLElement& section, const settings::Table& table);

@@ -20,7 +20,7 @@ struct AllowedSource {
 
 using Mark = bool AllowedSource::*;
 
-/// A cache as the library loads it and as it stands in the file.
+/// A cache as the library loads it and as it is in the file.
 struct CacheEntry {
   StreamCache record;
   std::vector<AllowedSource> allowed;  ///< in document order
@@ -32,7 +32,7 @@ struct CacheEntry {
   std::vector<int> allowedIds() const;
   /// The source that carries a mark; the first of several.
   std::optional<int> marked(Mark mark) const;
-  /// Whether a mark stands at the entries of one source and nowhere else.
+  /// Whether a mark is at the entries of one source and nowhere else.
   bool markedOnly(Mark mark, int sourceId) const;
   /// Both marks are there and name different sources.
   bool marksDiffer() const;

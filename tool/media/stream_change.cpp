@@ -91,7 +91,7 @@ bool update(const std::function<int()>& call) {
          }) == 0;
 }
 
-// A cache in a document of the file, as it stands there.
+// A cache in a document of the file, as it is there.
 CacheEntry cacheIn(XMLDocument& document, const StreamCache& record, std::size_t index) {
   XMLElement* section = requireSection(document, settings::streamCaches());
   const std::vector<CacheEntry> caches = cachesOf(section, {index + 1, record});

@@ -16,8 +16,8 @@ namespace camcfg::tool::media {
 Outcome selectSource(const std::string& cacheId, const std::string& sourceId);
 
 /// Marks an allowed source with "Default" and no other one. The library saves all caches whole for
-/// this; what is lost by it is told in the answer's notes.
-/// @param rehearse  tell what would be changed and lost, and change nothing
+/// this; what is lost by it is listed in the answer's notes.
+/// @param rehearse  report what would be changed and lost, and change nothing
 Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceId, bool rehearse);
 
 /// Replaces the sources that a cache allows. The one that was marked "Enable", or else the one that

@@ -121,7 +121,7 @@ std::vector<device::Step> networkSteps(const Json& before, const Json& after) {
   return steps;
 }
 
-// Nothing of a document is at hand to which faults could be told.
+// Nothing of a document is at hand in which faults could be located.
 void requireSettable(const Json& before, const Json& after) {
   settings::Faults faults;
   for (const auto& [name, card] : after.at(kCards).items())

@@ -28,7 +28,7 @@ struct Parameter {
   /// An attribute's text; null if it is missing.
   const char* text(const char* attribute) const { return element->Attribute(attribute); }
   /// An attribute as an answer shows it: a number if an integer parameter has one there, the text
-  /// as it stands otherwise, null if it is missing.
+  /// as it is otherwise, null if it is missing.
   Json value(const char* attribute) const { return shown(text(attribute)); }
   /// The same of a text that is none of its own; null for null.
   Json shown(const char* found) const;
@@ -53,7 +53,7 @@ class Parameters {
 
   /// What the library finds by section and name.
   std::optional<Parameter> lookup(const std::string& section, const std::string& name) const;
-  /// What the library finds by name alone.
+  /// What the library finds by a name without a section.
   std::optional<Parameter> lookup(const std::string& name) const;
 
  private:

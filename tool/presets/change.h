@@ -24,7 +24,7 @@ struct PresetUpdate {
 PresetUpdate updateOf(const Preset* existing, const Values& given);
 
 /// Creates or updates presets, all or none.
-/// @param what  what is changed, in front of a refusal
+/// @param what  what is changed, the beginning of a refusal
 /// @throws Refusal  see makeChange
 void storePresets(const std::string& what, std::vector<tagPRESET_CFG_S> records);
 

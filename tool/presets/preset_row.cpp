@@ -105,7 +105,7 @@ PresetRow rowOf(const std::string& place, const Json& preset) {
 
 Json parsed(const std::string& text) {
   JsonText read = readJson(text);
-  if (!read.repeated.empty()) throw Refusal(read.repeated.front() + " stands there twice");
+  if (!read.repeated.empty()) throw Refusal(read.repeated.front() + " occurs there twice");
   if (read.fault == 0) return std::move(read.value);
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(read.fault, text.size()));
   throw Refusal("line " + std::to_string(1 + std::count(text.begin(), end, '\n')) +

@@ -77,7 +77,7 @@ std::string whyNotAMask(const std::string& text) {
   const std::uint32_t hosts = ~*mask;
   return (hosts & (hosts + 1)) == 0
              ? ""
-             : quoted(text) + " is no netmask: its set bits do not stand together in front";
+             : quoted(text) + " is no netmask: its set bits are not all at the beginning";
 }
 
 std::string whyNotDomains(const std::string& text) {

@@ -16,7 +16,7 @@ std::string whyNotAnOptionalAddress(const std::string& text);
 /// The address of a name server: also of one on the device itself, or the empty text.
 std::string whyNotAServer(const std::string& text);
 
-/// A netmask whose set bits stand together, in front.
+/// A netmask whose set bits are all at the beginning.
 std::string whyNotAMask(const std::string& text);
 
 /// Domains with spaces between them, or the empty text.

@@ -13,7 +13,7 @@
 namespace camcfg::tool::settings {
 
 // The texts that an "OptTxt" lists are written together in one string. Setters of the library accept
-// any part of it. Here, commas, semicolons and bars stand between two texts; spaces around a text do
+// any part of it. Here, commas, semicolons and bars separate two texts; spaces around a text do
 // not count. Spaces and slashes may part texts, too: nobody can say whether "Slow Fast" is one or
 // two, so both are permitted.
 

@@ -167,7 +167,7 @@ std::list<int> readIds(const Node& node, std::int32_t (*read)(const Node& id)) {
     const int id = read(node.element(i));
     if (node.faults() != faults) continue;
     if (std::find(ids.begin(), ids.end(), id) != ids.end())
-      node.element(i).refuse("it stands here twice");
+      node.element(i).refuse("it occurs here twice");
     ids.push_back(id);
   }
   return ids;

@@ -83,15 +83,15 @@ struct Setting {
 
   /// What an answer shows in place of a secret; null for what is no secret.
   std::string (*masked)(const std::string& secret) = nullptr;
-  /// Why a text will not do beyond its form; empty if it will. Null: every text will do.
+  /// Why a text of the right form is not permitted; empty if it is. Null: every text is.
   std::string (*whyNotUsable)(const std::string& text) = nullptr;
   /// For a value that is made of several fields, in place of `field`.
   Json (*write)(const void* record) = nullptr;
   void (*read)(const Node& node, void* record) = nullptr;
 
   const char* option{};               ///< on the command line: "--focus-mode"
-  const char* label{};                ///< beside its value: "focus mode"; null: as in documents
-  Condition neededIf{};               ///< unless this holds, the empty text will do, too
+  const char* label{};                ///< next to its value: "focus mode"; null: as in documents
+  Condition neededIf{};               ///< unless this holds, the empty text is permitted, too
   bool isWrittenByWholeName = false;  ///< setters of whole cards pass longer names by
 };
 
@@ -113,7 +113,7 @@ struct Table {
   const char* place;   ///< in documents: "live.srt"; of an inner table: the member
   const char* word;    ///< on the command line: "srt"
   const char* entry;   ///< what an entry is called: "SRT instance"
-  const char* key;     ///< member by which entries are told apart; null: by none
+  const char* key;     ///< member that distinguishes entries; null: none does
   const char* label;   ///< member that says which one an entry is; null: the key does
   const char* parent;  ///< element at the top of the file
   const char* section;
@@ -128,10 +128,10 @@ struct Table {
   const Setting* find(std::string_view member) const;
 };
 
-/// What values a setting takes, for people: "1..65535"; empty if any text will do.
+/// What values a setting takes, for people: "1..65535"; empty if any text is permitted.
 std::string permittedFor(const Setting& setting);
 
-/// What stands in an answer for a secret that is set.
+/// What an answer has for a secret that is set.
 inline constexpr char kMasked[] = "********";
 
 }  // namespace camcfg::tool::settings

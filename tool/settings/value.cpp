@@ -53,7 +53,7 @@ Json readText(const Setting& setting, const Node& node) {
 
 std::string Objection::refusal(bool isForced) const {
   if (why.empty() || !canBeForced) return why;
-  return isForced ? "" : why + "; '--force' sets it all the same";
+  return isForced ? "" : why + "; '--force' sets it anyway";
 }
 
 std::vector<std::string> membersOf(const Settings& settings) {

@@ -13,7 +13,7 @@ namespace camcfg::tool::settings {
 /// What is wrong with a value; nothing is if there is no reason.
 struct Objection {
   std::string why;
-  bool canBeForced = false;  ///< the library would store it all the same
+  bool canBeForced = false;  ///< the library would store it nevertheless
 
   /// What a refusal says; empty if the value is fine, or forced.
   std::string refusal(bool isForced) const;
@@ -35,7 +35,7 @@ inline Objection objectionTo(const Setting& setting, const std::string& text) {
   return objectionTo(setting, text, setting.limits);
 }
 
-/// A text of a file as documents have it; one that is no value of the setting as it stands there,
+/// A text of a file as documents have it; one that is no value of the setting as it is there,
 /// null for null.
 Json valueIn(const Setting& setting, const Json& text);
 

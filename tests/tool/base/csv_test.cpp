@@ -25,7 +25,7 @@ std::string refusalOf(const std::string& text) {
   return "";
 }
 
-TEST(CsvTest, CellsStandBetweenCommasAndMayBeEmpty) {
+TEST(CsvTest, CellsAreBetweenCommasAndMayBeEmpty) {
   EXPECT_EQ(cellsOf("a,b,\n,,\n"), (std::vector<Cells>{{"a", "b", ""}, {"", "", ""}}));
 }
 
@@ -34,7 +34,7 @@ TEST(CsvTest, LastLineNeedsNoEnd) {
   EXPECT_EQ(cellsOf("a,b\nc,"), (std::vector<Cells>{{"a", "b"}, {"c", ""}}));
 }
 
-TEST(CsvTest, CarriageReturnsBelongToTheEndOfTheLineAlone) {
+TEST(CsvTest, CarriageReturnsBelongToTheEndOfTheLineOnly) {
   EXPECT_EQ(cellsOf("a,\"b\"\r\nc\rd,e\r\n"), (std::vector<Cells>{{"a", "b"}, {"c\rd", "e"}}));
 }
 
@@ -42,7 +42,7 @@ TEST(CsvTest, QuotedCellsHoldSeparatorsQuotesAndLineEnds) {
   EXPECT_EQ(cellsOf("\"a,\"\"b\"\"\nc\",\"\"\n"), (std::vector<Cells>{{"a,\"b\"\nc", ""}}));
 }
 
-TEST(CsvTest, RowsTellTheLineWhereTheyBegin) {
+TEST(CsvTest, RowsKnowTheLineWhereTheyBegin) {
   const std::vector<CsvRow> rows = readCsv("a\n\n\"b\nc\"\nd\n");
   ASSERT_EQ(rows.size(), 3U);
   EXPECT_EQ(rows[0].line, 1U);
@@ -65,8 +65,8 @@ TEST(CsvTest, NothingIsNoRows) {
 }
 
 TEST(CsvTest, QuotesThatMakeNoSenseAreRefusedWithTheirLine) {
-  EXPECT_EQ(refusalOf("a\nb\"c\n"), "line 2: a quote stands inside a cell that has none around it");
-  EXPECT_EQ(refusalOf("a\n\"b\"c\n"), "line 2: a cell goes on behind its quote");
+  EXPECT_EQ(refusalOf("a\nb\"c\n"), "line 2: a quote is inside a cell that has none around it");
+  EXPECT_EQ(refusalOf("a\n\"b\"c\n"), "line 2: a cell goes on after its quote");
   EXPECT_EQ(refusalOf("a\n\"b\nc\n"), "line 2: a quote is not closed");
 }
 

@@ -41,7 +41,7 @@ TEST_F(HostTemporaryTest, GoesWithAllThatWasWrittenIntoIt) {
   EXPECT_TRUE(host_.list("/tmp").empty());
 }
 
-TEST_F(HostTemporaryTest, IsForThisUserAlone) {
+TEST_F(HostTemporaryTest, IsForThisUserOnly) {
   const HostTemporary temporary;
   temporary.write("cfg0", "a.xml", "<A/>");
   const fs::path path = host_.hostPath() + "/tmp/" + host_.list("/tmp").front();

@@ -40,7 +40,7 @@ TEST_F(ToolTest, VerboseShowsErrorsWithTheirLevel) {
   EXPECT_EQ(run({"list", "-v"}).err,
             "camcfg: error: [CFG_GetDocByFileName:324] Load file /cfg0/business_param.xml fail\n"
             "camcfg: list: /cfg0/business_param.xml is not well-formed XML; run 'camcfg verify' to "
-            "mend it\n");
+            "repair it\n");
 }
 
 TEST(LibraryLogTest, LastErrorOrWarningIsKeptWithoutItsLineEnd) {

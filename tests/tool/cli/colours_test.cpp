@@ -83,7 +83,7 @@ TEST_F(ColoursTest, JsonIsNeverColoured) {
   EXPECT_THAT(shown({"--json", "get", "System", "Nothing"}), Not(HasSubstr(kEscape)));
 }
 
-TEST_F(ColoursTest, ChoiceThatThereIsNotIsRefused) {
+TEST_F(ColoursTest, UnknownChoiceIsRefused) {
   EXPECT_EQ(run({"--color", "alwys", "list"}),
             (ToolRun{2, "",
                      "camcfg: list: --color: 'alwys' is none of auto, always, never; did you mean "

@@ -44,7 +44,7 @@ class CommandLineTest : public testing::Test {
         {"read", "Reads a file", {{Option::HostFile, "FILE", "A file"}}, nothing},
         {"look", "Looks at files", {{Option::HostFiles, "FILE", "Files"}}, nothing}}},
       {"Second",
-       {{"stream", "Stands above others", {}, nullptr},
+       {{"stream", "Has others below it", {}, nullptr},
         {"stream cache", "Below", {{Option::Argument, "ID", "A number"}}, nothing},
         {"stream cache select", "Below that", {{Option::Argument, "SOURCE", "A word"}}, nothing}}}};
   testkit::DeviceRoot host{testkit::DeviceRoot::StayOut};
@@ -70,7 +70,7 @@ TEST_F(CommandLineTest, WhatIsNotGivenIsEmpty) {
   EXPECT_FALSE(invocation.verbose);
 }
 
-TEST_F(CommandLineTest, GlobalOptionsStandBeforeOrBehindTheCommand) {
+TEST_F(CommandLineTest, GlobalOptionsMayComeBeforeOrAfterTheCommand) {
   for (const auto& words : {std::vector<const char*>{"--root", "d", "--json", "-v", "take", "a"},
                             std::vector<const char*>{"take", "a", "--root=d", "--json", "-v"}}) {
     const Invocation invocation = read(words);
@@ -98,7 +98,7 @@ TEST_F(CommandLineTest, SeveralWordsGoToOneArgument) {
   EXPECT_EQ(refusal({"many"}), "many: WORD is required; see 'camcfg many --help'");
 }
 
-TEST_F(CommandLineTest, CommandsStandBelowOneAnother) {
+TEST_F(CommandLineTest, CommandsMayBeBelowOneAnother) {
   EXPECT_STREQ(read({"stream", "cache", "3"}).command->name, "stream cache");
   const Invocation invocation = read({"stream", "cache", "3", "select", "x"});
   EXPECT_STREQ(invocation.command->name, "stream cache select");
@@ -114,7 +114,7 @@ TEST_F(CommandLineTest, FileOfTheHostIsReadWhole) {
             std::string("a\0b\n", 4));
 }
 
-TEST_F(CommandLineTest, EachFileOfTheHostIsReadOrItsFaultIsTold) {
+TEST_F(CommandLineTest, EachFileOfTheHostIsReadOrItsFaultIsReported) {
   host.write("/input", "a\n");
   const std::string path = host.hostPath() + "/input";
   const std::vector<HostFile> files =
@@ -170,7 +170,7 @@ TEST_F(CommandLineTest, HelpIsMadeFromTheRecords) {
                                        "  take                        Takes things\n"
                                        "  many                        Takes many words\n"));
   EXPECT_THAT(help, testing::HasSubstr("\nSecond:\n"
-                                       "  stream                      Stands above others\n"));
+                                       "  stream                      Has others below it\n"));
   EXPECT_EQ(read({"take", "--help"}).text,
             "Takes things\n"
             "Usage: camcfg take [OPTIONS] ONE [TWO]\n"

@@ -16,7 +16,7 @@ Answer nothing(const Arguments& /*arguments*/) {
   return {};
 }
 
-// What was given in front of the word.
+// What was given before the word.
 std::vector<Candidate> echo(const Arguments& before) {
   std::vector<Candidate> candidates = {{"one=" + before.text("ONE")}};
   for (const std::string& text : before.texts("MORE")) candidates.push_back({"more=" + text});
@@ -48,7 +48,7 @@ const std::vector<CommandGroup> kGroups = {
        true},
       {"show", "Shows", {{Option::OptionalArgument, "ONE", "A word", fixedWords}}, nothing},
       {"show all", "Shows all", {}, nothing},
-      {"stream", "Stands above", {}, nullptr},
+      {"stream", "Has others below it", {}, nullptr},
       {"stream cache", "Below", {{Option::Argument, "ONE", "A number", fixedWords}}, nothing},
       {"stream cache select", "Below that", {{Option::Argument, "TWO", "A word", echo}}, nothing},
       {"stream cache hide", "For programs", {}, nothing, Status::Refused, true}}}};
@@ -60,7 +60,7 @@ std::vector<std::string> wordsAt(const std::vector<std::string>& line) {
   return words;
 }
 
-TEST(CompletionTest, CommandsStandFirst) {
+TEST(CompletionTest, CommandsComeFirst) {
   EXPECT_THAT(wordsAt({}), ElementsAre("take", "read", "look", "show", "stream"));
   EXPECT_THAT(wordsAt({""}), ElementsAre("take", "read", "look", "show", "stream"));
   EXPECT_THAT(wordsAt({"stream", ""}), ElementsAre("cache"));
@@ -71,7 +71,7 @@ TEST(CompletionTest, WordsThatCannotBeTypedAreLeftOut) {
   EXPECT_THAT(wordsAt({"take", ""}), ElementsAre("a", "b c"));
 }
 
-TEST(CompletionTest, WordsKnowWhatStandsBeforeThem) {
+TEST(CompletionTest, WordsKnowWhatComesBeforeThem) {
   EXPECT_THAT(wordsAt({"take", "x", ""}), ElementsAre("one=x"));
   EXPECT_THAT(wordsAt({"take", "--pan", "3", "x", "--quick", "y", "-4", ""}),
               ElementsAre("one=x", "more=y", "more=-4", "pan=3"));
@@ -86,7 +86,7 @@ TEST(CompletionTest, CommandsBelowFollowWhatTheOneAboveMustHave) {
   EXPECT_THAT(wordsAt({"show", ""}), ElementsAre("all", "a", "b c"));
 }
 
-TEST(CompletionTest, OptionsAreOfferedBehindAHyphenUnlessTheyAreGiven) {
+TEST(CompletionTest, OptionsAreOfferedAfterAHyphenUnlessTheyAreGiven) {
   EXPECT_THAT(wordsAt({"read", "-"}), testing::Contains("--root"));
   EXPECT_THAT(wordsAt({"read", "-"}), testing::Not(testing::Contains("--quick")));
   EXPECT_THAT(wordsAt({"take", "-"}), testing::IsSupersetOf({"--quick", "--pan", "--into"}));

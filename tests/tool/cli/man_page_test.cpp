@@ -26,13 +26,13 @@ const std::vector<CommandGroup> kGroups = {
        nothing},
       {"secret", "For programs", {}, nothing, Status::Refused, true}}},
     {"First",
-     {{"cache", "Stands above", {{Option::Argument, "ID", "A number"}}, nullptr},
+     {{"cache", "Has others below it", {{Option::Argument, "ID", "A number"}}, nullptr},
       {"cache select", "Below that", {{Option::HostFile, "FILE", "A file"}}, nothing}}}};
 
 const std::vector<Topic> kTopics = {{"exit-status", "Statuses", "  0  done\n"},
                                     {"other", "Something else", "Text.\n"}};
 
-TEST(ManPageTest, CommandsStandUnderTheirGroupWithAllTheyTake) {
+TEST(ManPageTest, CommandsAreListedUnderTheirGroupWithAllTheyTake) {
   EXPECT_THAT(manPage(kGroups, kTopics),
               HasSubstr(".SH COMMANDS\n"
                         ".SS First\n"

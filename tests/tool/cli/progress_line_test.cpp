@@ -53,7 +53,7 @@ std::string shown(const std::vector<const char*>& words) {
 
 constexpr char kLine[] = "\rcamcfg: work: a.xml (1 of 2): /cfg0/a.xml, 1 s";
 
-TEST(ProgressLineTest, SlowWorkIsToldOnALineThatGoesAwayAtTheEnd) {
+TEST(ProgressLineTest, SlowWorkIsShownOnALineThatGoesAwayAtTheEnd) {
   const std::string text = shown({"work", "/cfg0/a.xml", "--slowly"});
   EXPECT_EQ(text.find(kLine), 0U) << text;
   EXPECT_TRUE(
@@ -69,11 +69,11 @@ TEST(ProgressLineTest, LineIsGoneBeforeARefusal) {
               testing::EndsWith(" \rcamcfg: work: it failed\r\n"));
 }
 
-TEST(ProgressLineTest, QuickWorkIsNotTold) {
+TEST(ProgressLineTest, QuickWorkIsNotShown) {
   EXPECT_EQ(shown({"work", "/cfg0/a.xml"}), "done\r\n");
 }
 
-TEST(ProgressLineTest, NothingIsToldWhereTheLibrarysOutputIsShown) {
+TEST(ProgressLineTest, NothingIsShownWhereTheLibrarysOutputIsShown) {
   EXPECT_EQ(shown({"-v", "work", "/cfg0/a.xml", "--slowly"}), "done\r\n");
 }
 
@@ -85,7 +85,7 @@ TEST(ProgressLineTest, LineFitsTheTerminalAndCannotSteerIt) {
   EXPECT_EQ(next, 80U) << text;
 }
 
-TEST(ProgressLineTest, NothingIsToldWhereThereIsNoTerminal) {
+TEST(ProgressLineTest, NothingIsShownWhereThereIsNoTerminal) {
   Terminal terminal([] {
     int ends[2];
     if (pipe(ends) != 0) _exit(1);

@@ -68,7 +68,7 @@ TEST(RenderTextTest, PlaceIsFilledWhereASwitchIsOn) {
   EXPECT_EQ(shown(value, {Line{"[{on?, id {id}}] [{off?, id {id}}]"}}), "[, id 3] []\n");
 }
 
-TEST(RenderTextTest, VerbatimTextStandsAsItIs) {
+TEST(RenderTextTest, VerbatimTextIsPrintedAsItIs) {
   EXPECT_EQ(shown({}, {Verbatim{"a {b}\n\tc\n"}}), "a {b}\n\tc\n");
 }
 
@@ -115,7 +115,7 @@ TEST(RenderTextTest, VerbatimTextCannotSteerATerminal) {
   EXPECT_EQ(shown({}, {Verbatim{text}}, {false, true}), text);
 }
 
-TEST(RenderTextTest, TableBehindSomethingElseStandsApart) {
+TEST(RenderTextTest, TableAfterSomethingElseIsSetApart) {
   const Json value = {{"rows", Json::array()}};
   EXPECT_EQ(shown(value, {Line{"first"}, Table{"rows", {{"A", "{a}"}}}}), "first\n\nA\n");
 }

@@ -17,7 +17,7 @@ TEST(RoffTest, CharactersThatRoffReadsItsOwnWayAreEscaped) {
   EXPECT_EQ(roffItalic("DIR"), "\\fIDIR\\fR");
 }
 
-TEST(RoffTest, ParagraphsAreFilledAndIndentedLinesStand) {
+TEST(RoffTest, ParagraphsAreFilledAndIndentedLinesAreNot) {
   EXPECT_EQ(roffParagraphs("One\ntwo.\n\nThree:\n\n  a  b\n    c\n\n  d\n\nFour.\n"),
             "One\ntwo.\n.PP\nThree:\n.PP\n.RS 2\n.nf\na  b\n  c\n\nd\n.fi\n.RE\n.PP\nFour.\n");
 }

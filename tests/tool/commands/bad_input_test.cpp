@@ -196,7 +196,7 @@ TEST_F(BadInputTest, DeviceThatMayOnlyBeReadIsChangedByNothing) {
     EXPECT_EQ(run(words, obeyPermissions).status, 0) << named(words);
 }
 
-TEST_F(BadInputTest, FullDiskIsToldBeforeAnythingIsWritten) {
+TEST_F(BadInputTest, FullDiskIsReportedBeforeAnythingIsWritten) {
   const SmallDisk disk(device.hostPath() + "/cfg1", "64k");
   if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   for (const std::string name : kNames) device.write("/cfg1/" + name, device.read("/cfg0/" + name));
@@ -205,7 +205,7 @@ TEST_F(BadInputTest, FullDiskIsToldBeforeAnythingIsWritten) {
   for (const Words& words : kWriting) expectRefused(words, 1);
 }
 
-TEST_F(BadInputTest, DiskMountedReadOnlyIsToldBeforeAnythingIsWritten) {
+TEST_F(BadInputTest, DiskMountedReadOnlyIsReportedBeforeAnythingIsWritten) {
   const SmallDisk disk(device.hostPath() + "/cfg1", "64k");
   if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   for (const std::string name : kNames) device.write("/cfg1/" + name, device.read("/cfg0/" + name));
@@ -213,7 +213,7 @@ TEST_F(BadInputTest, DiskMountedReadOnlyIsToldBeforeAnythingIsWritten) {
   for (const Words& words : kWriting) expectRefused(words, 1);
 }
 
-TEST_F(BadInputTest, BackupDirectoryThatIsMissingIsToldBeforeAnythingIsWritten) {
+TEST_F(BadInputTest, BackupDirectoryThatIsMissingIsReportedBeforeAnythingIsWritten) {
   device.remove("/cfg1");
   for (const Words& words : kWriting) expectRefused(words, 1);
 }
@@ -300,7 +300,7 @@ TEST_F(BadInputTest, RootThatCannotBeEnteredIsRefused) {
 }
 
 // Locks are those of one process, so only a thread of the tool's own could hold one.
-TEST(LockedFileTest, FileWhoseLockIsHeldIsToldAfterTheTimeOut) {
+TEST(LockedFileTest, FileWhoseLockIsHeldIsReportedAfterTheTimeOut) {
   const testkit::DeviceRoot device;
   device.write(kBusiness, kParameters);
   device.write(kBusinessBackup, kParameters);

@@ -34,7 +34,7 @@ class CompleteTest : public MediaToolTest {
     chmod((device.hostPath() + "/bin/camcfg").c_str(), 0755);
   }
 
-  /// What bash is told at the end of a line behind "camcfg --root DEVICE ".
+  /// What bash is given at the end of a line after "camcfg --root DEVICE ".
   std::string atBash(const std::string& line) const {
     return runCamcfg({"complete", "bash", "--", "camcfg --root " + device.hostPath() + " " + line,
                       kBreaks})
@@ -179,7 +179,7 @@ TEST_F(CompleteTest, DirectoryOfTheUserStandsForATilde) {
       "words\nImage\n");
 }
 
-TEST_F(CompleteTest, ZshIsToldEveryWordAndWhatItIs) {
+TEST_F(CompleteTest, ZshIsGivenEveryWordAndWhatItIs) {
   EXPECT_EQ(
       runCamcfg({"complete", "zsh", "--", "--root", device.hostPath(), "preset", "get", "N"}).out,
       "words\n3:Dock\n7:North Gate\n8:Joe's $5; \"x\"\n9:a\\nb\nDock\nNorth Gate\n"

@@ -15,7 +15,7 @@ constexpr char kPresets[] =
     "FocusPos=\"0\" FocusMode=\"0\"/>\n"
     "</PresetCfg>\n";
 
-/// A device whose copies are all the same.
+/// A device whose copies are all equal.
 class DiffTest : public MediaToolTest {
  protected:
   DiffTest() {
@@ -47,7 +47,7 @@ TEST_F(DiffTest, CopiesThatAreTheSameDifferInNothing) {
     EXPECT_EQ(diff(words), (ToolRun{0, "nothing differs\n", ""}));
 }
 
-TEST_F(DiffTest, SettingsThatDifferAreToldOneByOneWithStatusOne) {
+TEST_F(DiffTest, SettingsThatDifferAreReportedOneByOneWithStatusOne) {
   change(kBusinessBackup, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
   change(kMppBackup, "Port=\"9001\"", "Port=\"9002\"");
   change(kPresetBackup, "PanPos=\"0\"", "PanPos=\"-7\"");
@@ -70,7 +70,7 @@ TEST_F(DiffTest, FactorySetIsComparedUnderItsName) {
                                           ""}));
 }
 
-TEST_F(DiffTest, SessionThatOnlyOneHasIsToldWhole) {
+TEST_F(DiffTest, SessionThatOnlyOneHasIsReportedWhole) {
   change(kMppBackup, "        <Channel Id=\"7\" Name=\"listen\"/>\n", "");
   EXPECT_EQ(diff(), (ToolRun{1,
                              "PLACE              MAIN                      BACKUP\n"
@@ -78,7 +78,7 @@ TEST_F(DiffTest, SessionThatOnlyOneHasIsToldWhole) {
                              ""}));
 }
 
-TEST_F(DiffTest, JsonTellsBothSides) {
+TEST_F(DiffTest, JsonShowsBothSides) {
   change(kBusinessBackup, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
   EXPECT_EQ(diff({"--json"}), (ToolRun{1,
                                        "{\n"
@@ -116,7 +116,7 @@ TEST_F(DiffTest, FilesThatDifferInWhatIsNoSettingAreNoted) {
                              "is none, such as limits or comments\n"}));
 }
 
-TEST_F(DiffTest, CopyThatIsMissingOrBrokenIsToldAndTheOthersAreCompared) {
+TEST_F(DiffTest, CopyThatIsMissingOrBrokenIsReportedAndTheOthersAreCompared) {
   device.remove(kPresetBackup);
   device.write(kMppBackup, "<Stream");
   change(kBusinessBackup, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
@@ -130,20 +130,20 @@ TEST_F(DiffTest, CopyThatIsMissingOrBrokenIsToldAndTheOthersAreCompared) {
                              "missing\n"}));
 }
 
-TEST_F(DiffTest, FaultyEntryOfACopyIsToldByItsOwnPathAndLine) {
+TEST_F(DiffTest, FaultyEntryOfACopyIsReportedByItsOwnPathAndLine) {
   change(kMppBackup, "<Channel Id=\"7\" Name=\"listen\"/>", "<Channel Id=\"7\"/>");
   EXPECT_EQ(diff(), (ToolRun{3, "",
                              "camcfg: diff: not compared: live.websocket: /cfg1/mpp_cfg.xml:21: "
                              "Attr `Name` is required by <WEBSOCKET><Channel>\n"}));
 }
 
-TEST_F(DiffTest, BrokenMainCopyIsToldWithWhatMendsIt) {
+TEST_F(DiffTest, BrokenMainCopyIsReportedWithWhatRepairsIt) {
   device.remove(kPreset);
   const ToolRun result = diff();
   EXPECT_EQ(result.status, 3);
   EXPECT_EQ(result.err,
             "camcfg: diff: not compared: presets: /cfg0/preset_cfg.xml is missing; run 'camcfg "
-            "verify' to mend it\n");
+            "verify' to repair it\n");
 }
 
 TEST_F(DiffTest, DocumentIsComparedInWhatItHolds) {

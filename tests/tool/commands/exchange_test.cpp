@@ -162,7 +162,7 @@ TEST_F(ExchangeTest, ExportOfAnUnknownSectionIsAUsageErrorWithTheNearestOne) {
                      "'live.srt'?\n"}));
 }
 
-TEST_F(ExchangeTest, ExportTellsWhatAnImportWouldRefuse) {
+TEST_F(ExchangeTest, ExportSaysWhatAnImportWouldRefuse) {
   giveWith("Port=\"9001\"", "Port=\"0\"");
   EXPECT_THAT(run({"export", "live.srt"}).err,
               testing::StartsWith("camcfg: export: note: live.srt[1].port: 0 is outside 1..65535; "
@@ -219,7 +219,7 @@ TEST_F(ExchangeTest, DryRunShowsWhatWouldChangeAndWritesNothing) {
   expectBoth(kMedia);
 }
 
-TEST_F(ExchangeTest, ImportShowsWhatItChangedAndWritesThatAlone) {
+TEST_F(ExchangeTest, ImportShowsWhatItChangedAndWritesOnlyThat) {
   const std::string document = with(exported({"live"}), "9001", "9002");
   EXPECT_EQ(import(document), (ToolRun{0,
                                        "PLACE             BEFORE  AFTER\n"
@@ -228,7 +228,7 @@ TEST_F(ExchangeTest, ImportShowsWhatItChangedAndWritesThatAlone) {
   expectBoth(with(kMedia, "9001", "9002"));
 }
 
-TEST_F(ExchangeTest, ImportInJsonTellsChangesAndWhatWasWritten) {
+TEST_F(ExchangeTest, ImportInJsonShowsChangesAndWhatWasWritten) {
   const std::string document = with(exported({"live.srt"}), "9001", "9002");
   EXPECT_EQ(import(document, {"--json"}), (ToolRun{0,
                                                    "{\n"
@@ -303,24 +303,24 @@ TEST_F(ExchangeTest, PasswordsThatAreLeftOutStayAsTheyAre) {
                          "    </SRT>\n"));
 }
 
-TEST_F(ExchangeTest, WhatARewrittenSectionLosesIsTold) {
+TEST_F(ExchangeTest, WhatARewrittenSectionLosesIsReported) {
   giveWith("<Instance Id=\"0\" Mode=\"Listener\"",
            "<!-- in -->\n        <Instance Id=\"0\" Mode=\"Listener\" Hostname=\"x\"");
   giveWith("<Target Id=\"1\" Enable=\"false\"", "<Target Id=\"1\" Note=\"n\" Enable=\"false\"");
   std::string document = with(exported({"live"}), "9001", "9002");
   document = with(document, "rtmp://192.0.2.2/b", "rtmp://192.0.2.2/c");
   EXPECT_EQ(import(document, {"--dry-run"}).err,
-            "camcfg: import: note: live.rtmp is saved anew, without \"Note\" of <Target> at line "
+            "camcfg: import: note: live.rtmp is rewritten without \"Note\" of <Target> at line "
             "34\n"
-            "camcfg: import: note: live.srt is saved anew, without the comment at line 42, "
+            "camcfg: import: note: live.srt is rewritten without the comment at line 42, "
             "\"Hostname\" of the listener at line 43\n");
 }
 
-TEST_F(ExchangeTest, EnableMarksOfRewrittenCachesAreToldAsLost) {
+TEST_F(ExchangeTest, EnableMarksOfRewrittenCachesAreReportedAsLost) {
   giveWith("<AllowedStreamSource Id=\"2\"/>", "<AllowedStreamSource Id=\"2\" Enable=\"1\"/>");
   const std::string document = with(exported({"stream.caches"}), "192000", "96000");
   EXPECT_EQ(import(document).err,
-            "camcfg: import: note: all caches are saved anew, without \"Enable\" of "
+            "camcfg: import: note: all caches are rewritten without \"Enable\" of "
             "<AllowedStreamSource> at line 10\n");
 }
 
@@ -344,16 +344,16 @@ TEST_F(ExchangeTest, NameWithoutEndIsCutInTheMessage) {
                             "...: there is no such member\n" + kNothingChanged);
 }
 
-TEST_F(ExchangeTest, MemberThatStandsTwiceIsAFault) {
+TEST_F(ExchangeTest, MemberThatOccursTwiceIsAFault) {
   expectFaults(R"({"version": 1, "version": 1, "live": {"websocket": [{"id": 1, "name": "a"},
                    {"id": 2, "name": "a", "name": "b"}]}})",
-               {"version: it stands here twice", "live.websocket[1].name: it stands here twice"});
+               {"version: it occurs here twice", "live.websocket[1].name: it occurs here twice"});
 }
 
 TEST_F(ExchangeTest, FrameOfTheDocumentIsChecked) {
   expectFaults("[]", {"document: it must be an object, not an array"});
   expectFaults("{}", {"version: it is missing"});
-  expectFaults("{\"version\": 2}", {"version: this tool reads version 1 alone"});
+  expectFaults("{\"version\": 2}", {"version: only version 1 is supported"});
   expectFaults(
       "{\"version\": 1, \"liv\": {}, \"stream\": 5, \"live\": {\"srt\": {}}}",
       {"liv: there is no such member; did you mean 'live'?", "stream: it must be an object, not 5",
@@ -403,7 +403,7 @@ const Refused kRefused[] = {
                              "allowed": [0, 30, 0], "default": 0}])",
      {"stream.caches[0].size.unit: it must be one of \"B\", \"KB\", \"MB\"",
       "stream.caches[0].allowed[1]: 30 is outside 0..29; the nearest permitted is 29",
-      "stream.caches[0].allowed[2]: it stands here twice"}},
+      "stream.caches[0].allowed[2]: it occurs here twice"}},
     {"stream",
      "caches",
      R"([{"id": 0, "name": "", "size": {"value": 2047, "unit": "MB"},
@@ -449,7 +449,7 @@ const Refused kRefused[] = {
       "live.srt[1]: a caller must have a hostname"}},
 };
 
-TEST_F(ExchangeTest, EveryFaultIsToldWithItsPlaceAndNothingIsWritten) {
+TEST_F(ExchangeTest, EveryFaultIsReportedWithItsPlaceAndNothingIsWritten) {
   for (const Refused& refused : kRefused)
     expectFaults(section(refused.group, refused.section, refused.value), refused.faults);
 }
@@ -562,7 +562,7 @@ TEST_F(DeviceExchangeTest, ParametersNetworkAndPresetsAreImported) {
             "</PresetCfg>\n");
 }
 
-TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreTold) {
+TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreReported) {
   expectFaults(
       R"({"version": 1,
       "parameters": {"System": {"Language": "Germ", "Rtsp": 70000, "Rts": 1}, "Sys": {}},
@@ -636,10 +636,11 @@ TEST_F(DeviceExchangeTest, FilesWrittenBeforeAFailureArePutBack) {
     if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(99);
   };
   const std::vector<std::string> words = {"import", device.hostPath() + "/document.json"};
-  EXPECT_EQ(run(words, atMost), (ToolRun{1, "",
-                                         "camcfg: import: network.hostname: it did not arrive in "
-                                         "/cfg0/business_param.xml; its former contents are back\n"
-                                         "camcfg: import: all is as it was before\n"}));
+  EXPECT_EQ(run(words, atMost),
+            (ToolRun{1, "",
+                     "camcfg: import: network.hostname: it did not arrive in "
+                     "/cfg0/business_param.xml; the previous contents were restored\n"
+                     "camcfg: import: all is as it was before\n"}));
   expectBoth(kMedia);
   EXPECT_EQ(device.read(kBusiness), padded);
   EXPECT_EQ(device.read(kBusinessBackup), padded);

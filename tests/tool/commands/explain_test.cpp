@@ -24,7 +24,7 @@ class ExplainTest : public MediaToolTest {
   }
 };
 
-TEST_F(ExplainTest, ParameterIsToldInEveryCopyWithItsLimitsAndWhatItShadows) {
+TEST_F(ExplainTest, ParameterIsShownInEveryCopyWithItsLimitsAndWhatItShadows) {
   change(kBusiness, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
   EXPECT_EQ(explain({"System", "Rtsp"}),
             (ToolRun{0,
@@ -55,7 +55,7 @@ TEST_F(ExplainTest, ParameterIsToldInEveryCopyWithItsLimitsAndWhatItShadows) {
   EXPECT_EQ(explain({"parameter", "System", "Rtsp"}), explain({"System", "Rtsp"}));
 }
 
-TEST_F(ExplainTest, BeginningOfANameTellsWhatALookupFinds) {
+TEST_F(ExplainTest, BeginningOfANameSaysWhatALookupFinds) {
   const ToolRun result = explain({"System", "Web"});
   EXPECT_THAT(result.out, testing::StartsWith("System/WebHttp\n"));
   EXPECT_THAT(
@@ -67,7 +67,7 @@ TEST_F(ExplainTest, BeginningOfANameTellsWhatALookupFinds) {
                          "shadows      WebHttps (line 5)\n"));
 }
 
-TEST_F(ExplainTest, ExactNameThatAPrefixHidesIsTold) {
+TEST_F(ExplainTest, ExactNameThatAPrefixHidesIsShown) {
   writeBoth(
       "<System>\n"
       "    <RtspOverHttp Cur=\"8080\"/>\n"
@@ -82,11 +82,11 @@ TEST_F(ExplainTest, ExactNameThatAPrefixHidesIsTold) {
       result.out,
       testing::HasSubstr("answered by  RtspOverHttp at /cfg0/business_param.xml:2\n"
                          "why          the first whose name begins with 'Rtsp'; the one of just "
-                         "that name stands behind it\n"
+                         "that name comes after it\n"
                          "shadows      Rtsp (line 3)\n"));
 }
 
-TEST_F(ExplainTest, SectionsThatALookupByNameAlonePassesByAreTold) {
+TEST_F(ExplainTest, SectionsThatALookupWithoutASectionSkipsAreShown) {
   writeBoth("<A>\n<GainRed Cur=\"1\"/>\n</A>\n<B>\n<Gain Cur=\"2\"/>\n</B>\n");
   EXPECT_THAT(explain({"B", "Gain"}).out,
               testing::EndsWith("lookup of    Gain (no section)\n"
@@ -105,7 +105,7 @@ TEST_F(ExplainTest, ParameterInsideAnotherIsLookedUpNameByName) {
                                              "/cfg0/business_param.xml:17\n"));
 }
 
-TEST_F(ExplainTest, BrokenAndMissingCopiesAreToldAndTheNextGoodOneIsLookedUp) {
+TEST_F(ExplainTest, BrokenAndMissingCopiesAreShownAndTheNextGoodOneIsLookedUp) {
   device.write(kBusiness, "<System");
   device.remove(kBusinessDefault);
   const ToolRun result = explain({"Image", "Mode"});
@@ -153,7 +153,7 @@ constexpr char kCards[] =
     "    </Lan01>\n"
     "</NetWork>\n";
 
-TEST_F(ExplainTest, FieldOfACardIsToldWithWhatIsPermitted) {
+TEST_F(ExplainTest, FieldOfACardIsShownWithWhatIsPermitted) {
   writeBoth(kCards);
   device.write(kBusinessDefault, with(kCards, "\"1500\"", "\"1400\""));
   EXPECT_EQ(explain({"card", "Lan0", "mtu"}),
@@ -180,7 +180,7 @@ TEST_F(ExplainTest, FieldOfACardIsToldWithWhatIsPermitted) {
                      ""}));
 }
 
-TEST_F(ExplainTest, CardIsToldWithAllItsFields) {
+TEST_F(ExplainTest, CardIsShownWithAllItsFields) {
   writeBoth(kCards);
   const ToolRun result = explain({"card", "Lan01"});
   EXPECT_THAT(result.out, testing::HasSubstr("Speed      10M   10M     -        10M, 100M, 1000M\n"
@@ -199,7 +199,7 @@ constexpr char kPresets[] =
     "    <preset Id=\"3\" Description=\"Again\" PanPos=\"4\"/>\n"
     "</PresetCfg>\n";
 
-TEST_F(ExplainTest, PresetIsToldByItsId) {
+TEST_F(ExplainTest, PresetIsShownByItsId) {
   device.write(kPreset, kPresets);
   const ToolRun result = explain({"preset", "3"});
   EXPECT_THAT(result.out, testing::StartsWith("preset 3 'Dock East'\n"
@@ -216,7 +216,7 @@ TEST_F(ExplainTest, PresetIsToldByItsId) {
                                 "shadows      preset 3 'Again' (line 5)\n"));
 }
 
-TEST_F(ExplainTest, PresetIsToldByItsDescriptionWhichAnotherOneHides) {
+TEST_F(ExplainTest, PresetIsShownByItsDescriptionWhichAnotherOneHides) {
   device.write(kPreset, kPresets);
   const ToolRun result = explain({"preset", "Dock"});
   EXPECT_THAT(result.out, testing::StartsWith("preset 4 'Dock'\n"));
@@ -224,7 +224,7 @@ TEST_F(ExplainTest, PresetIsToldByItsDescriptionWhichAnotherOneHides) {
               testing::EndsWith("lookup of    description 'Dock'\n"
                                 "answered by  preset 3 'Dock East' at /cfg0/preset_cfg.xml:2\n"
                                 "why          the first whose description begins with 'Dock'; the "
-                                "one of just that description stands behind it\n"
+                                "one of just that description comes after it\n"
                                 "shadows      preset 4 'Dock' (line 4)\n"));
   EXPECT_EQ(explain({"preset", "Gate"}),
             (ToolRun{1, "",
@@ -232,7 +232,7 @@ TEST_F(ExplainTest, PresetIsToldByItsDescriptionWhichAnotherOneHides) {
                      "'Gate'\n"}));
 }
 
-TEST_F(ExplainTest, SessionIsToldMemberByMemberWithItsSecretsMasked) {
+TEST_F(ExplainTest, SessionIsShownMemberByMemberWithItsSecretsMasked) {
   device.write(kMppDefault, with(with(kMedia, "9001", "9002"), "<WEBSOCKET>", "\n<WEBSOCKET>"));
   device.remove(kMppBackup);
   EXPECT_EQ(explain({"session", "srt", "1"}),
@@ -275,7 +275,7 @@ TEST_F(ExplainTest, EveryKindOfSessionIsFoundByItsIdOrName) {
                 testing::StartsWith(std::string(kind) + " " + id + "\n\nVALUE "));
 }
 
-TEST_F(ExplainTest, SessionsOfOneIdAreToldAsShadowed) {
+TEST_F(ExplainTest, SessionsOfOneIdAreShownAsShadowed) {
   giveWith("<Channel Id=\"7\" Name=\"listen\"/>",
            "<Channel Id=\"7\" Name=\"listen\"/>\n<Channel Id=\"7\" Name=\"again\"/>");
   EXPECT_THAT(explain({"session", "websocket", "7"}).out,

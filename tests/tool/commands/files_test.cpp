@@ -65,8 +65,8 @@ TEST_F(VerifyTest, NewDeviceGetsItsMainCopiesButNoBackups) {
             (ToolRun{0,
                      "FILE   MAIN             BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
                      "x.xml  missing -> good  missing  good     yes       default    -\n",
-                     "camcfg: verify: note: without a backup that is level with the main copy: 1; "
-                     "'--resync' brings them level\n"}));
+                     "camcfg: verify: note: without a backup in sync with the main copy: 1; "
+                     "'--resync' brings them up to date\n"}));
   EXPECT_FALSE(device.exists("/cfg1/x.xml"));
 }
 
@@ -98,14 +98,14 @@ TEST_F(VerifyTest, ResyncReplacesADamagedBackupAndNeverTouchesTheGoodMainCopy) {
   EXPECT_EQ(before.st_mtim.tv_nsec, after.st_mtim.tv_nsec);
 }
 
-TEST_F(VerifyTest, ResyncBringsABackupOutOfStepLevelWithItsMainCopy) {
+TEST_F(VerifyTest, ResyncBringsABackupInSyncWithItsMainCopy) {
   write(kGood, kOther, kGood);
   EXPECT_EQ(run({"verify"}),
             (ToolRun{0,
                      "FILE   MAIN  BACKUP       DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
                      "x.xml  good  out-of-step  good     yes       -          -\n",
-                     "camcfg: verify: note: without a backup that is level with the main copy: 1; "
-                     "'--resync' brings them level\n"}));
+                     "camcfg: verify: note: without a backup in sync with the main copy: 1; "
+                     "'--resync' brings them up to date\n"}));
   EXPECT_EQ(backup(), kOther);
   EXPECT_EQ(run({"verify", "--resync"}),
             (ToolRun{0,
@@ -117,7 +117,7 @@ TEST_F(VerifyTest, ResyncBringsABackupOutOfStepLevelWithItsMainCopy) {
 
 // As a save leaves it that is cut off between two sections: it parses, so start-up verification
 // takes it for whole.
-TEST_F(VerifyTest, MainCopyCutOffBetweenSectionsIsTold) {
+TEST_F(VerifyTest, MainCopyCutOffBetweenSectionsIsReported) {
   write("<A/>\n<B/>\n", "<A/>\n<B/>\n<C/>\n", nullptr);
   EXPECT_EQ(run({"verify"}),
             (ToolRun{3,
@@ -137,7 +137,7 @@ TEST_F(VerifyTest, ResyncRestoresAMainCopyCutOffBetweenSectionsAndKeepsWhatItWas
   EXPECT_EQ(device.read("/kept/cfg0-x.xml"), "<A Cur=\"2\"/>\n");
 }
 
-TEST_F(VerifyTest, ResyncRestoresAMainCopyCutOffBehindItsFirstComment) {
+TEST_F(VerifyTest, ResyncRestoresAMainCopyCutOffAfterItsFirstComment) {
   write("<!-- comment -->\n", "<!-- comment -->\n<A/>\n", nullptr);
   EXPECT_EQ(run({"verify", "--resync"}),
             (ToolRun{0,
@@ -162,7 +162,7 @@ TEST_F(VerifyTest, OtherLayoutOfTheSameContentsIsLevel) {
   EXPECT_EQ(backup(), "<A><B Cur='1'/></A>");
 }
 
-TEST_F(VerifyTest, FileOutsideTheFactorySetIsToldAndRestoredByResyncOnly) {
+TEST_F(VerifyTest, FileOutsideTheFactorySetIsReportedAndRestoredByResyncOnly) {
   write(kGood, kGood, kGood);
   write(kDamaged, kOther, nullptr, "own.xml");
   EXPECT_EQ(run({"verify"}),
@@ -192,7 +192,7 @@ TEST_F(VerifyTest, ResyncBacksUpAFileOutsideTheFactorySet) {
   EXPECT_EQ(device.read("/cfg1/own.xml"), kOther);
 }
 
-TEST_F(VerifyTest, FilesOfOtherKindsBesideTheFactorySetAreNoneOfItsBusiness) {
+TEST_F(VerifyTest, FilesOfOtherKindsOutsideTheFactorySetAreNoneOfItsBusiness) {
   write(kGood, kGood, kGood);
   write("not XML", nullptr, nullptr, "random-seed");
   EXPECT_EQ(run({"verify", "--resync"}),
@@ -248,9 +248,9 @@ TEST_F(VerifyTest, JsonHasTheStatesBeforeAndAfter) {
                                                 "  ],\n"
                                                 "  \"kept\": []\n"
                                                 "}\n",
-                                                "camcfg: verify: note: without a backup that is "
-                                                "level with the main copy: 1; '--resync' brings "
-                                                "them level\n"}));
+                                                "camcfg: verify: note: without a backup in sync "
+                                                "with the main copy: 1; '--resync' brings "
+                                                "them up to date\n"}));
 }
 
 class KeepDamagedTest : public VerifyTest {
@@ -319,7 +319,7 @@ TEST_F(KeepDamagedTest, ReplacesNothingWhereTheBytesCannotBeSaved) {
   EXPECT_EQ(main(), kDamaged);
 }
 
-TEST_F(VerifyTest, DirectoryInPlaceOfAMainCopyIsToldAndDoesNotKeepOthersFromBeingRestored) {
+TEST_F(VerifyTest, DirectoryInPlaceOfAMainCopyIsReportedAndDoesNotKeepOthersFromBeingRestored) {
   write(nullptr, kGood, kGood);
   device.makeDirectory("/cfg0/x.xml");
   write(kDamaged, kGood, kGood, "y.xml");
@@ -332,7 +332,7 @@ TEST_F(VerifyTest, DirectoryInPlaceOfAMainCopyIsToldAndDoesNotKeepOthersFromBein
                      "/cfg0/x.xml: it is no regular file; move it away\n"}));
 }
 
-TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsToldAndNothingIsPutIntoIt) {
+TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
   write(kGood, nullptr, kGood);
   device.makeDirectory("/cfg1/x.xml");
   EXPECT_EQ(run({"verify", "--resync"}),
@@ -362,7 +362,7 @@ TEST_F(VerifyTest, FileThatHoldsNoElementIsNamedSinceStartUpAcceptsIt) {
   EXPECT_FALSE(device.exists("/cfg1/x.xml"));
 }
 
-TEST_F(VerifyTest, MissingBackupDirectoryIsToldByResync) {
+TEST_F(VerifyTest, MissingBackupDirectoryIsReportedByResync) {
   write(kGood, nullptr, kGood);
   device.remove("/cfg1");
   EXPECT_EQ(run({"verify", "--resync"}),
@@ -373,7 +373,7 @@ TEST_F(VerifyTest, MissingBackupDirectoryIsToldByResync) {
                      "/cfg1/x.xml: No such file or directory\n"}));
 }
 
-TEST_F(VerifyTest, NameTooLongForTheLibrarysCopyIsTold) {
+TEST_F(VerifyTest, NameTooLongForTheLibrarysCopyIsReported) {
   const std::string name = std::string(60, 'n') + ".xml";
   write(kGood, nullptr, nullptr, name);
   const ToolRun result = run({"verify", "--resync"});

@@ -87,10 +87,10 @@ TEST_F(GraphTest, SourcesCachesAndSessionsAreDrawnInDot) {
   EXPECT_EQ(run({"graph", "--format", "dot"}), (ToolRun{0, kPicture, ""}));
 }
 
-TEST_F(GraphTest, FindingsAreTold) {
+TEST_F(GraphTest, FindingsAreReported) {
   giveFindings();
   EXPECT_EQ(run({"graph"}).err,
-            "camcfg: graph: note: cache 0 carries source 9, which there is none of "
+            "camcfg: graph: note: cache 0 carries source 9, which does not exist "
             "[enabled-source-missing]\n"
             "camcfg: graph: note: cache 0: source 2 is marked \"Enable\", but source 9 is carried "
             "[enable-differs]\n"
@@ -101,10 +101,10 @@ TEST_F(GraphTest, FindingsAreTold) {
             "[channel-missing]\n");
 }
 
-TEST_F(GraphTest, AllowedSourceThatDoesNotExistIsTold) {
+TEST_F(GraphTest, AllowedSourceThatDoesNotExistIsReported) {
   giveWith("Id=\"2\"/>", "Id=\"11\"/>");
   EXPECT_EQ(run({"graph"}).err,
-            "camcfg: graph: note: cache 0 allows source 11, which there is none of "
+            "camcfg: graph: note: cache 0 allows source 11, which does not exist "
             "[allowed-source-missing]\n");
 }
 
@@ -172,7 +172,7 @@ TEST_F(GraphTest, SvgWithoutGraphvizIsRefused) {
                               "Graphviz\n"}));
 }
 
-TEST_F(GraphTest, FaultInAnySectionIsTold) {
+TEST_F(GraphTest, FaultInAnySectionIsReported) {
   giveWith("Port=\"9001\"", "");
   expectRefused({"graph"}, 3,
                 "graph: /cfg0/mpp_cfg.xml:49: Attr `Port` is required by <SRT><Instance>");
@@ -201,7 +201,7 @@ TEST_F(GraphTest, SamplePictureIsUpToDate) {
   std::ifstream file(CAMCFG_SAMPLE_PICTURE, std::ios::binary);
   const std::string saved{std::istreambuf_iterator<char>(file), {}};
   EXPECT_EQ(withoutPlaces(run({"graph", "--format", "svg"}).out), withoutPlaces(saved))
-      << "scripts/draw-sample.sh draws it anew";
+      << "scripts/draw-sample.sh draws it again";
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST(HelpTest, UsageNamesWhatTheCommandsAboveTake) {
             "Usage: camcfg stream cache ID select [OPTIONS] SOURCE");
 }
 
-TEST(HelpTest, HelpAloneListsCommandsAndTopics) {
+TEST(HelpTest, HelpByItselfListsCommandsAndTopics) {
   const std::string help = runCamcfg({"help"}).out;
   EXPECT_EQ(help.find(runCamcfg({"--help"}).out), 0U);
   for (const Topic& topic : allTopics())

@@ -15,7 +15,7 @@ class LanguageTest : public ToolTest {
   }
 };
 
-TEST_F(LanguageTest, TextIsPrintedAlone) {
+TEST_F(LanguageTest, OnlyTheTextIsPrinted) {
   EXPECT_EQ(run({"lang", "English", "Cancel"}), (ToolRun{0, "Never mind\n", ""}));
   EXPECT_EQ(run({"lang", "German", "Cancel"}), (ToolRun{0,
                                                         "Zur\xc3\xbc"

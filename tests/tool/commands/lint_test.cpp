@@ -50,7 +50,7 @@ TEST_F(LintFilesTest, FindingsAreLinesAndErrorsAreStatusOne) {
                      ""}));
 }
 
-TEST_F(LintFilesTest, WarningsAloneAreStatusZero) {
+TEST_F(LintFilesTest, WarningsWithoutErrorsAreStatusZero) {
   EXPECT_EQ(lint({"untidy.xml"}),
             (ToolRun{0, "untidy.xml:2: warning: Menu has no \"Val\" [text-missing]\n", ""}));
 }
@@ -59,7 +59,7 @@ TEST_F(LintFilesTest, NothingFoundIsNoOutput) {
   EXPECT_EQ(lint({"clean.xml"}), (ToolRun{0, "", ""}));
 }
 
-TEST_F(LintFilesTest, FilesAreToldInTheOrderGivenWhateverTheirNames) {
+TEST_F(LintFilesTest, FilesAreReportedInTheOrderGivenWhateverTheirNames) {
   host.write("/mpp_cfg.xml", kUntidy);
   EXPECT_EQ(lint({"untidy.xml", "clean.xml", "mpp_cfg.xml"}),
             (ToolRun{0,
@@ -73,7 +73,7 @@ TEST_F(LintFilesTest, DashIsStandardInput) {
             (ToolRun{0, "-:2: warning: Menu has no \"Val\" [text-missing]\n", ""}));
 }
 
-TEST_F(LintFilesTest, FileThatCannotBeReadIsToldAmongTheOthers) {
+TEST_F(LintFilesTest, FileThatCannotBeReadIsReportedAmongTheOthers) {
   host.makeDirectory("/sub");
   EXPECT_EQ(lint({"none.xml", "sub", "untidy.xml"}),
             (ToolRun{1,

@@ -123,7 +123,7 @@ void PrintTo(const Fault& fault, std::ostream* out) {
 
 class LiveFaultTest : public MediaToolTest, public testing::WithParamInterface<Fault> {};
 
-TEST_P(LiveFaultTest, IsToldWithItsPlaceAndTheReason) {
+TEST_P(LiveFaultTest, IsReportedWithItsPlaceAndTheReason) {
   giveWith(GetParam().part, GetParam().other);
   expectRefused({"live", GetParam().service}, 3,
                 std::string("live ") + GetParam().service + ": " + GetParam().refusal);

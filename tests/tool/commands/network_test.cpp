@@ -56,7 +56,7 @@ TEST_F(NetworkTest, CardsAreListedWithTheirInterfacesAndAddresses) {
                                          ""}));
 }
 
-TEST_F(NetworkTest, CardsInJsonTellWhetherTheLibraryListsThem) {
+TEST_F(NetworkTest, CardsInJsonSayWhetherTheLibraryListsThem) {
   writeBoth("<NetWork><A/><B/><C/><D><Intf Cur=\"Wlan0\"/></D></NetWork>");
   const ToolRun cards = network({"cards", "--json"});
   EXPECT_THAT(cards.out, testing::HasSubstr("    \"card\": \"C\",\n"
@@ -142,7 +142,7 @@ TEST_F(NetworkTest, ShowFactoryInJsonHasTheFactoryValuesAndNullForWhatIsMissing)
                                                                        ""}));
 }
 
-TEST_F(NetworkTest, ShowTellsWhatApplicationsReadOtherwise) {
+TEST_F(NetworkTest, ShowSaysWhatApplicationsReadOtherwise) {
   writeBoth("<NetWork><Lan0><Duplex Cur=\"full\"/><Speed Cur=\"2500M\"/></Lan0></NetWork>");
   EXPECT_EQ(network({"show", "Lan0"}).err,
             "camcfg: network show: note: applications read Lan0/Duplex as 'Half'\n"
@@ -226,7 +226,7 @@ TEST_F(NetworkTest, WordsAreTakenInAnyCaseAndStoredInTheirs) {
   expect(with(kCards, "<Intf Cur=\"Eth1\"", "<Intf Cur=\"Eth0\""));
 }
 
-TEST_F(NetworkTest, SetInJsonTellsTheValueBefore) {
+TEST_F(NetworkTest, SetInJsonShowsTheValueBefore) {
   EXPECT_EQ(network({"set", "Lan0", "mtu", "1500", "--json"}), (ToolRun{0,
                                                                         "{\n"
                                                                         "  \"card\": \"Lan0\",\n"
@@ -258,7 +258,7 @@ TEST_P(RefusedSettingTest, IsRefusedInOneLineAndChangesNothing) {
   expect(kCards);
 }
 
-constexpr char kUnlessForced[] = "; '--force' sets it all the same";
+constexpr char kUnlessForced[] = "; '--force' sets it anyway";
 
 INSTANTIATE_TEST_SUITE_P(
     Values, RefusedSettingTest,
@@ -289,10 +289,11 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedSetting{"Lan0", "MTU", "1500B", "Lan0/MTU: '1500B' is no decimal integer"},
         RefusedSetting{"Lan0", "IpAddr", "",
                        std::string("Lan0/IpAddr: '' is not of the form 192.0.2.1") + kUnlessForced},
-        RefusedSetting{"Lan0", "NetMask", "255.0.255.0",
-                       std::string("Lan0/NetMask: '255.0.255.0' is no netmask: its set bits do not "
-                                   "stand together in front") +
-                           kUnlessForced},
+        RefusedSetting{
+            "Lan0", "NetMask", "255.0.255.0",
+            std::string("Lan0/NetMask: '255.0.255.0' is no netmask: its set bits are not "
+                        "all at the beginning") +
+                kUnlessForced},
         RefusedSetting{
             "Lan0", "DnsSearch", std::string(32, 'x'),
             "Lan0/DnsSearch: '" + std::string(32, 'x') + "' has 32 bytes, the limit is 31"}));
@@ -426,7 +427,7 @@ TEST_F(NetworkTest, HostnameThatIsMissingIsNotFoundAndCanBeSet) {
 TEST_F(NetworkTest, HostnameThatIsNoneIsRefusedUnlessForced) {
   EXPECT_EQ(network({"hostname", "my_gate"}),
             refused("hostname: 'my_gate' has a character that is no letter, digit or hyphen; "
-                    "'--force' sets it all the same"));
+                    "'--force' sets it anyway"));
   expect(kCards);
   EXPECT_EQ(network({"hostname", "my_gate", "--force"}),
             (ToolRun{0, "hostname: gate -> my_gate\n", ""}));

@@ -57,7 +57,7 @@ class OptionsTest : public testing::Test {
     return line;
   }
 
-  // That line alone, with each of the options, and with all of them.
+  // That line by itself, with each of the options, and with all of them.
   std::vector<Words> linesFor(const Command& command) const {
     const Words required = lineFor(command.name);
     std::vector<Words> lines = {required};
@@ -129,7 +129,7 @@ TEST_F(OptionsTest, CompletionAsksForNothingThatNoCommandTakes) {
       for (const Option& option : command.options) try {
           if (option.words) option.words(before);
         } catch (const Refusal&) {
-          // For want of what is not given.
+          // Something it needs is not given.
         } catch (const std::logic_error& error) {
           ADD_FAILURE() << command.name << " " << option.name << ": " << error.what();
         }

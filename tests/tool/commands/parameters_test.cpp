@@ -51,7 +51,7 @@ TEST_F(ParametersTest, UnknownSectionIsRefusedWithTheNearestOne) {
       (ToolRun{1, "", "camcfg: list: there is no section 'system'; did you mean 'System'?\n"}));
 }
 
-TEST_F(ToolTest, IntegerThatIsNoneIsListedAsItStands) {
+TEST_F(ToolTest, IntegerThatIsNoneIsListedAsItIs) {
   device.write(kBusiness, R"(<A><B Cur="12abc" Min="1" Max="20"/></A>)");
   EXPECT_THAT(run({"list", "--json"}).out, testing::HasSubstr("\"value\": \"12abc\"\n"));
 }
@@ -61,12 +61,12 @@ TEST_F(ToolTest, ControlCharactersInAValueStayOnItsLine) {
   EXPECT_EQ(run({"get", "A", "B"}), (ToolRun{0, "one\\ntwo\\x1b[2J\n", ""}));
 }
 
-TEST_F(ParametersTest, GetPrintsTheValueAlone) {
+TEST_F(ParametersTest, GetPrintsOnlyTheValue) {
   EXPECT_EQ(run({"get", "System", "Rtsp"}), (ToolRun{0, "554\n", ""}));
   EXPECT_EQ(run({"get", "NetWork", "Eth0/IpAddr"}), (ToolRun{0, "192.0.2.7\n", ""}));
 }
 
-TEST_F(ParametersTest, GetInJsonTellsTypeAndWhoAnswers) {
+TEST_F(ParametersTest, GetInJsonShowsTypeAndWhoAnswers) {
   EXPECT_EQ(run({"--json", "get", "System", "Rtsp"}), (ToolRun{0,
                                                                "{\n"
                                                                "  \"section\": \"System\",\n"
@@ -96,7 +96,7 @@ constexpr char kShadowed[] =
     "    <Rtsp Cur=\"554\" Def=\"554\" Min=\"1\" Max=\"65535\"/>\n"
     "</System>\n";
 
-TEST_F(ToolTest, GetReadsTheNamedParameterAndTellsThatApplicationsGetAnother) {
+TEST_F(ToolTest, GetReadsTheNamedParameterAndSaysThatApplicationsGetAnother) {
   writeBoth(kShadowed);
   EXPECT_EQ(
       run({"get", "System", "Rtsp"}),
@@ -129,7 +129,7 @@ TEST_F(ParametersTest, SetStoresATextInBothCopies) {
   EXPECT_EQ(device.read(kBusinessBackup), expected);
 }
 
-TEST_F(ParametersTest, SetInJsonTellsTheValueBefore) {
+TEST_F(ParametersTest, SetInJsonShowsTheValueBefore) {
   EXPECT_EQ(run({"set", "System", "Rtsp", "8554", "--json"}),
             (ToolRun{0,
                      "{\n"
@@ -229,13 +229,13 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedValue{"Main", "Mode", "Man",
                      "Main/Mode: 'Man' is only a part of one of 'Auto,Half-Auto,Manual'; the "
                      "nearest permitted is 'Manual'; '--force' "
-                     "sets it all the same"},
+                     "sets it anyway"},
         RefusedValue{"Main", "Mode", "Half",
                      "Main/Mode: 'Half' is only a part of one of 'Auto,Half-Auto,Manual'; the "
-                     "nearest permitted is 'Half-Auto'; '--force' sets it all the same"},
+                     "nearest permitted is 'Half-Auto'; '--force' sets it anyway"},
         RefusedValue{"Main", "Mode", "",
                      "Main/Mode: '' is only a part of one of 'Auto,Half-Auto,Manual'; '--force' "
-                     "sets it all the same"},
+                     "sets it anyway"},
         RefusedValue{"Main", "Free", "y",
                      "Main/Free: it has neither Min, Max nor OptTxt, so the library permits no "
                      "value"},
@@ -263,7 +263,7 @@ TEST_F(ToolTest, TextWithMarkupCharactersArrives) {
   EXPECT_EQ(run({"get", "A", "B"}), (ToolRun{0, "R&D <1> \"x\"\n", ""}));
 }
 
-TEST_F(ParametersTest, DescribeTellsAnInteger) {
+TEST_F(ParametersTest, DescribeShowsAnInteger) {
   EXPECT_EQ(run({"describe", "Rtsp"}), (ToolRun{0,
                                                 "name         Rtsp\n"
                                                 "section      System\n"
@@ -277,7 +277,7 @@ TEST_F(ParametersTest, DescribeTellsAnInteger) {
                                                 ""}));
 }
 
-TEST_F(ParametersTest, DescribeTellsAText) {
+TEST_F(ParametersTest, DescribeShowsAText) {
   EXPECT_EQ(run({"describe", "Mode"}), (ToolRun{0,
                                                 "name         Mode\n"
                                                 "section      Image\n"
@@ -290,7 +290,7 @@ TEST_F(ParametersTest, DescribeTellsAText) {
                                                 ""}));
 }
 
-TEST_F(ParametersTest, DescribeTellsAParameterInsideAnother) {
+TEST_F(ParametersTest, DescribeShowsAParameterInsideAnother) {
   EXPECT_EQ(run({"describe", "Eth0/IpAddr"}), (ToolRun{0,
                                                        "name         Eth0/IpAddr\n"
                                                        "section      NetWork\n"
@@ -322,7 +322,7 @@ TEST_F(ParametersTest, DescribeInJsonHasEveryMember) {
                                                                 ""}));
 }
 
-TEST_F(ToolTest, DescribeTellsWhichSectionAnswersWhereSeveralHaveTheName) {
+TEST_F(ToolTest, DescribeSaysWhichSectionAnswersWhereSeveralHaveTheName) {
   device.write(kBusiness,
                "<A><X Cur=\"0\"/></A>"
                "<B><Gain Cur=\"1\" Min=\"0\" Max=\"9\"/></B>"
@@ -340,14 +340,14 @@ TEST_F(ToolTest, DescribeTellsWhichSectionAnswersWhereSeveralHaveTheName) {
                                                 ""}));
 }
 
-TEST_F(ToolTest, DescribeTellsThatAnotherNameAnswers) {
+TEST_F(ToolTest, DescribeSaysThatAnotherNameAnswers) {
   device.write(kBusiness,
                "<A><GainRed Cur=\"3\"/></A>"
                "<B><Gain Cur=\"1\" Min=\"0\" Max=\"9\"/></B>");
   EXPECT_THAT(run({"describe", "Gain"}).out, testing::HasSubstr("answered by  A/GainRed\n"));
 }
 
-TEST_F(ParametersTest, DescribeOfABeginningTellsWhatALookupFinds) {
+TEST_F(ParametersTest, DescribeOfABeginningSaysWhatALookupFinds) {
   EXPECT_EQ(run({"describe", "WebH"}),
             (ToolRun{1, "",
                      "camcfg: describe: there is no parameter 'WebH' (a lookup finds "

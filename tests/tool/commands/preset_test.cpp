@@ -80,7 +80,7 @@ TEST_F(PresetTest, ListShowsNothingForWhatIsMissingOrNoInteger) {
                                        ""}));
 }
 
-TEST_F(PresetTest, GroupBehindOtherElementsIsFound) {
+TEST_F(PresetTest, GroupAfterOtherElementsIsFound) {
   write(std::string("<First/>\n") + kPresets);
   EXPECT_EQ(preset({"get", "5"}).status, 0);
 }
@@ -96,7 +96,7 @@ TEST_F(ToolTest, MissingPresetFileIsUnusable) {
   EXPECT_EQ(run({"preset", "add"}),
             (ToolRun{3, "",
                      "camcfg: preset add: /cfg0/preset_cfg.xml is missing; run 'camcfg verify' to "
-                     "mend it\n"}));
+                     "repair it\n"}));
 }
 
 TEST_F(PresetTest, GetShowsAPresetByItsId) {
@@ -111,7 +111,7 @@ TEST_F(PresetTest, GetShowsAPresetByItsId) {
                                            ""}));
 }
 
-TEST_F(PresetTest, GetByDescriptionTakesTheWholeOneAndTellsThatApplicationsGetAnother) {
+TEST_F(PresetTest, GetByDescriptionTakesTheWholeOneAndSaysThatApplicationsGetAnother) {
   EXPECT_EQ(preset({"get", "Dock", "--json"}),
             (ToolRun{0,
                      "{\n"
@@ -206,7 +206,7 @@ TEST_F(PresetTest, SetCreatesAPresetThatIsZeroWhereNothingIsGiven) {
             "FocusPos=\"0\" FocusMode=\"0\"/>"));
 }
 
-TEST_F(PresetTest, SetInJsonTellsThePresetBefore) {
+TEST_F(PresetTest, SetInJsonShowsThePresetBefore) {
   const ToolRun set = preset({"set", "5", "--description", "Pier", "--json"});
   EXPECT_EQ(set, (ToolRun{0,
                           "{\n"
@@ -244,7 +244,7 @@ TEST_F(PresetTest, SetToWhatItIsChangesNothing) {
   expect(kPresets);
 }
 
-TEST_F(PresetTest, SetTellsWhatLookupsMakeOfADescription) {
+TEST_F(PresetTest, SetSaysWhatLookupsMakeOfADescription) {
   EXPECT_EQ(preset({"set", "0", "--description", std::string(32, 'x')}).err,
             "camcfg: preset set: note: applications that ask for preset 0 by its id get no "
             "description of 32 bytes or more\n");
@@ -335,7 +335,7 @@ TEST_F(PresetTest, AddTakesId127LastAndSaysThenThatNoneIsLeft) {
   expect(full);
 }
 
-TEST_F(PresetTest, DeleteByIdTakesThatPresetAlone) {
+TEST_F(PresetTest, DeleteByIdTakesOnlyThatPreset) {
   EXPECT_EQ(preset({"delete", "3"}), (ToolRun{0, "preset 3 'Dock west': deleted\n", ""}));
   EXPECT_EQ(preset({"get", "3"}).status, 1);
   EXPECT_EQ(preset({"delete", "0"}).status, 0);
@@ -432,13 +432,13 @@ TEST_F(PresetTest, ImportTakesJsonFromStandardInputAndAnswersInIt) {
   expect(with(kPresets, "PanPos=\"40\"", "PanPos=\"-9\""));
 }
 
-TEST_F(PresetTest, DryRunTellsWhatAnImportWouldDoAndChangesNothing) {
+TEST_F(PresetTest, DryRunSaysWhatAnImportWouldDoAndChangesNothing) {
   EXPECT_EQ(import("id,pan\n5,-9\n6,1\n", {"--dry-run"}),
             (ToolRun{0, "created    6\nupdated    5\nunchanged  -\n", ""}));
   expect(kPresets);
 }
 
-TEST_F(PresetTest, EveryFaultOfAnImportIsToldWithItsLineAndNothingIsStored) {
+TEST_F(PresetTest, EveryFaultOfAnImportIsReportedWithItsLineAndNothingIsStored) {
   EXPECT_EQ(
       import("id,description,pan\n"
              "7,good,1\n"
@@ -469,7 +469,7 @@ TEST_F(PresetTest, EveryFaultOfAnImportIsToldWithItsLineAndNothingIsStored) {
   expect(kPresets);
 }
 
-TEST_F(PresetTest, FaultsInJsonAreToldByTheirPlaceInTheArray) {
+TEST_F(PresetTest, FaultsInJsonAreReportedByTheirPlaceInTheArray) {
   EXPECT_EQ(
       import("[{\"id\": 9, \"pan\": 1.5, \"tlit\": 3}, 7, {\"id\": \"1\"}, {\"pan\": 3}, "
              "{\"id\": 9, \"description\": 4}]"),
@@ -514,7 +514,7 @@ TEST_F(PresetTest, ImportOfSomethingElseIsRefusedInOneLine) {
   expect(kPresets);
 }
 
-TEST_F(PresetTest, ExportTellsWhatAnImportWillRefuse) {
+TEST_F(PresetTest, ExportSaysWhatAnImportWillRefuse) {
   write("<PresetCfg><preset Id=\"200\"/><preset Description=\"x\"/></PresetCfg>");
   EXPECT_EQ(preset({"export"}).err,
             "camcfg: preset export: note: an import will refuse preset 200: id 200 is outside "

@@ -118,7 +118,7 @@ TEST_F(ResetTest, NetworkSectionIsTheCardsAndTheHostName) {
   expectNew();
 }
 
-TEST_F(ResetTest, FactoryAddressThatACardCannotUseIsPutBackAllTheSame) {
+TEST_F(ResetTest, FactoryAddressThatACardCannotUseIsPutBackNevertheless) {
   const std::string part = "<IpAddr Cur=\"192.168.1.80\" Def=\"192.168.1.80\"/>";
   const std::string none = "<IpAddr Cur=\"0.0.0.0\" Def=\"0.0.0.0\"/>";
   change("business_param.xml", part, none);
@@ -188,7 +188,7 @@ TEST_F(ResetTest, SecretsAreMaskedInTheTable) {
               testing::Not(testing::HasSubstr("********")));
 }
 
-TEST_F(ResetTest, WithoutFactoryCopyDefaultsOfTheMainCopyStandIn) {
+TEST_F(ResetTest, WithoutFactoryCopyDefaultsOfTheMainCopyAreUsed) {
   done({"set", "System", "Rtsp", "8554"});
   device.remove("/app/resource/defcfg/business_param.xml");
   EXPECT_EQ(run({"reset", "--section", "System"}),
@@ -196,7 +196,7 @@ TEST_F(ResetTest, WithoutFactoryCopyDefaultsOfTheMainCopyStandIn) {
                      "PLACE                   BEFORE  AFTER\n"
                      "parameters.System.Rtsp  8554    554\n",
                      "camcfg: reset: note: /app/resource/defcfg/business_param.xml is missing; "
-                     "\"Def\" of the main copy stands in\n"}));
+                     "\"Def\" of the main copy is used instead\n"}));
 }
 
 TEST_F(ResetTest, ParameterThatTheFactorySetLacksGetsItsDefault) {
@@ -207,7 +207,7 @@ TEST_F(ResetTest, ParameterThatTheFactorySetLacksGetsItsDefault) {
             "parameters.System.Rtsp  8554    554\n");
 }
 
-TEST_F(ResetTest, ParameterWithoutFactoryValueIsRefusedAloneAndPassedOverInItsSection) {
+TEST_F(ResetTest, ParameterWithoutFactoryValueIsRefusedByItselfAndSkippedInItsSection) {
   change("business_param.xml", "<Rtsp Cur=\"554\" Def=\"554\"", "<Rtsp Cur=\"9\"");
   changeDefault("business_param.xml", "<Rtsp ", "<Other ");
   expectRefused({"reset", "System", "Rtsp"}, 1,
@@ -231,7 +231,7 @@ TEST_F(ResetTest, WholeDeviceIsNotTouchedWhereAFileHasNoFactoryCopy) {
                 "presets has no factory values: /app/resource/defcfg/preset_cfg.xml is missing");
 }
 
-TEST_F(ResetTest, FaultyFactoryCopyIsToldByItsOwnPathAndLine) {
+TEST_F(ResetTest, FaultyFactoryCopyIsReportedByItsOwnPathAndLine) {
   changeDefault("mpp_cfg.xml", "<Channel Id=\"1\" Name=", "<Channel Id=\"1\" Nam=");
   const ToolRun result = run({"reset", "--section", "live.websocket"});
   EXPECT_EQ(result.status, 1);
@@ -252,7 +252,7 @@ void PrintTo(const RefusedReset& refused, std::ostream* out) {
 
 class RefusedResetTest : public ResetTest, public testing::WithParamInterface<RefusedReset> {};
 
-TEST_P(RefusedResetTest, IsToldInOneLineAndChangesNothing) {
+TEST_P(RefusedResetTest, IsReportedInOneLineAndChangesNothing) {
   std::vector<std::string> words = GetParam().words;
   words.insert(words.begin(), "reset");
   expectRefused(words, GetParam().status, GetParam().line);

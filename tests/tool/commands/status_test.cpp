@@ -13,7 +13,7 @@ constexpr char kOther[] = "<A>\n    <B Cur=\"22\"/>\n</A>\n";
 constexpr char kDamaged[] = "<A>\n    <B Cu";
 constexpr const char* kDirectories[] = {"/cfg0/", "/cfg1/", "/app/resource/defcfg/"};
 
-/// A device whose three files are well, but for what a test does to the first of them.
+/// A device whose three files are well, except for what a test does to the first of them.
 class StatusTest : public ToolTest {
  protected:
   StatusTest() {
@@ -110,7 +110,7 @@ TEST_F(StatusTest, JsonHasEveryMember) {
                                              "    },\n"));
   EXPECT_THAT(result.out, testing::HasSubstr("  \"findings\": [\n"
                                              "    \"/cfg1/business_param.xml is missing; 'camcfg "
-                                             "verify --resync' brings it level\",\n"));
+                                             "verify --resync' brings it up to date\",\n"));
 }
 
 struct Damage {
@@ -142,7 +142,7 @@ constexpr char kMainAt[] = "/cfg0/business_param.xml";
 constexpr char kBackupAt[] = "/cfg1/business_param.xml";
 constexpr char kDefaultAt[] = "/app/resource/defcfg/business_param.xml";
 
-TEST_P(DamagedFileTest, IsToldWithWhatStartUpDoesToIt) {
+TEST_P(DamagedFileTest, IsReportedWithWhatStartUpDoesToIt) {
   const Damage& damage = GetParam();
   const char* copies[] = {damage.main, damage.backup, damage.factory};
   const char* paths[] = {kMainAt, kBackupAt, kDefaultAt};
@@ -164,7 +164,7 @@ std::string finding(const char* path, const std::string& text) {
 
 constexpr char kFromBackup[] = "; the next start restores it from its backup";
 constexpr char kFromDefault[] = "; the next start restores it from the factory set";
-constexpr char kResync[] = "; 'camcfg verify --resync' brings it level";
+constexpr char kResync[] = "; 'camcfg verify --resync' brings it up to date";
 constexpr char kNone[] = ", so no start can restore from it";
 
 INSTANTIATE_TEST_SUITE_P(
@@ -209,7 +209,7 @@ INSTANTIATE_TEST_SUITE_P(
                finding(kMainAt, "holds no element; move it away and run 'camcfg verify'") +
                    finding(kBackupAt, "holds no element")}));
 
-TEST_F(StatusTest, FileBesideTheFactorySetNeedsNoFactoryCopy) {
+TEST_F(StatusTest, FileOutsideTheFactorySetNeedsNoFactoryCopy) {
   write("/cfg0/own.xml", kGood);
   write("/cfg1/own.xml", kGood);
   EXPECT_EQ(status().status, 0);

@@ -49,7 +49,7 @@ TEST_F(StreamTest, CachesInJsonHaveTheirSizeInBytes) {
             R"("carries":2,"default":2,"enable":null})");
 }
 
-TEST_F(StreamTest, MarksThatDifferAreTold) {
+TEST_F(StreamTest, MarksThatDifferAreReported) {
   giveWith("Id=\"2\"/>", "Id=\"2\" Enable=\"1\"/>");
   EXPECT_EQ(
       run({"stream", "caches"}),
@@ -104,7 +104,7 @@ TEST_F(StreamTest, SelectMarksWithEnableInPlaceAndLeavesDefault) {
   expectBoth(with(kMedia, "Default=\"1\"/>", "Default=\"1\" Enable=\"1\"/>"));
 }
 
-TEST_F(StreamTest, SelectInJsonTellsTheMark) {
+TEST_F(StreamTest, SelectInJsonShowsTheMark) {
   EXPECT_EQ(jsonIn(run({"stream", "cache", "7", "select", "2", "--json"}).out).dump(),
             R"({"cache":7,"mark":"Enable","before":null,"value":2})");
 }
@@ -116,14 +116,14 @@ TEST_F(StreamTest, DefaultMovesTheMarkAndNothingElse) {
   expectBoth(with(expected, "Id=\"2\"/>", "Id=\"2\" Default=\"1\"/>"));
 }
 
-TEST_F(StreamTest, DefaultTellsWhatIsLostBySavingAllCaches) {
+TEST_F(StreamTest, DefaultSaysWhatIsLostBySavingAllCaches) {
   giveWith("        <Cache Id=\"0\"", "        <!-- bus -->\n        <Cache Colour=\"1\" Id=\"0\"");
   giveWith("BufferSizeMB=\"8\"", "BufferSizeMB=\"8\" BufferSizeKB=\"3\"");
   giveWith("            <AllowedStreamSource Id=\"2\"/>\n",
            "            <AllowedStreamSource Id=\"2\" Enable=\"1\"/>\n            <Extra/>\n");
   giveWith("Source Id=\"1\"/>", "Source Id=\"1\" Default=\"1\"/>");
   const std::string notes =
-      "camcfg: stream cache default: note: all caches are saved anew, without the comment at line "
+      "camcfg: stream cache default: note: all caches are rewritten without the comment at line "
       "8, \"Colour\" of <Cache> at line 9, \"Enable\" of <AllowedStreamSource> at line 11, <Extra> "
       "at line 12, \"BufferSizeKB\" of stream cache 0, the second \"Default\" of stream cache 7, "
       "at source 2\n";
@@ -141,7 +141,7 @@ TEST_F(StreamTest, DefaultTellsWhatIsLostBySavingAllCaches) {
       expected.replace(expected.rfind(second), second.size(), "<AllowedStreamSource Id=\"2\"/>"));
 }
 
-TEST_F(StreamTest, DefaultTellsWhichOtherCachesGetAMark) {
+TEST_F(StreamTest, DefaultSaysWhichOtherCachesGetAMark) {
   giveWith("Id=\"2\" Default=\"1\"/>", "Id=\"2\"/>");
   EXPECT_EQ(run({"stream", "cache", "0", "default", "0"}),
             (ToolRun{0, "stream cache 0, Default: 0 -> 0\n",
@@ -172,7 +172,7 @@ TEST_F(StreamTest, AllowReplacesTheSourcesAndKeepsTheCarriedOneEnabled) {
                   "            <AllowedStreamSource Id=\"5\"/>\n"));
 }
 
-TEST_F(StreamTest, AllowInJsonTellsTheEnabledSource) {
+TEST_F(StreamTest, AllowInJsonShowsTheEnabledSource) {
   EXPECT_EQ(jsonIn(run({"stream", "cache", "0", "allow", "2", "--json"}).out).dump(),
             R"({"cache":0,"before":[0,2],"allowed":[2],"enable":null})");
 }
@@ -240,10 +240,10 @@ TEST_F(StreamTest, MissingElementsAndFilesAreUnusable) {
   EXPECT_EQ(run({"stream", "caches"}),
             (ToolRun{3, "",
                      "camcfg: stream caches: /cfg0/mpp_cfg.xml is missing; run 'camcfg verify' to "
-                     "mend it\n"}));
+                     "repair it\n"}));
 }
 
-TEST_F(StreamTest, WriteThatStopsShortPutsTheFormerContentsBack) {
+TEST_F(StreamTest, WriteThatStopsShortPutsThePreviousContentsBack) {
   const auto limited = [] {
     const rlimit limit{sizeof kMedia - 1, sizeof kMedia - 1};
     setrlimit(RLIMIT_FSIZE, &limit);
@@ -251,7 +251,7 @@ TEST_F(StreamTest, WriteThatStopsShortPutsTheFormerContentsBack) {
   EXPECT_EQ(run({"stream", "cache", "0", "select", "2"}, limited),
             (ToolRun{1, "",
                      "camcfg: stream cache select: stream cache 0: it did not arrive in "
-                     "/cfg0/mpp_cfg.xml; its former contents are back\n"}));
+                     "/cfg0/mpp_cfg.xml; the previous contents were restored\n"}));
   expectBoth(kMedia);
 }
 

@@ -57,7 +57,7 @@ void PrintTo(const Port& port, std::ostream* out) {
 
 class PortTest : public ParametersTest, public testing::WithParamInterface<Port> {};
 
-TEST_P(PortTest, IsShownAloneAndInJson) {
+TEST_P(PortTest, IsShownByItselfAndInJson) {
   const Port& port = GetParam();
   EXPECT_EQ(run({"system", port.verb}), (ToolRun{0, std::string(port.value) + "\n", ""}));
   EXPECT_EQ(

@@ -42,12 +42,12 @@ class WordsTest : public testing::Test {
   testkit::DeviceRoot device;
 };
 
-TEST_F(WordsTest, ParametersAreToldWithWhatTheyAreSetTo) {
+TEST_F(WordsTest, ParametersAreShownWithWhatTheyAreSetTo) {
   EXPECT_THAT(shown(parameterWords(given("SECTION", "Image"))),
               ElementsAre("Brightness (0)", "Mode (Auto)"));
 }
 
-TEST_F(WordsTest, CardsAreToldWithTheirAddresses) {
+TEST_F(WordsTest, CardsAreShownWithTheirAddresses) {
   EXPECT_THAT(shown(cardWords(nothing())), ElementsAre("Eth0 (192.0.2.7)"));
 }
 
@@ -62,7 +62,7 @@ TEST_F(WordsTest, MediaIdsAreThoseOfTheirKind) {
   EXPECT_THAT(shown(mediaIdWords(nothing())), IsEmpty());
 }
 
-TEST_F(WordsTest, AddressesThatMayHoldPasswordsAreNotTold) {
+TEST_F(WordsTest, AddressesThatMayHoldPasswordsAreNotShown) {
   EXPECT_THAT(idsOf("rtmp"), ElementsAre("0", "1"));
 }
 

@@ -33,11 +33,11 @@ class ChangeTest : public ParametersTest {
   }
 };
 
-TEST_F(ChangeTest, WriteThatStopsShortIsNoSuccessAndTheFormerContentsComeBack) {
+TEST_F(ChangeTest, WriteThatStopsShortIsNoSuccessAndThePreviousContentsComeBack) {
   EXPECT_EQ(setRtspWithin(sizeof kParameters - 1),
             (ToolRun{1, "",
-                     "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; its "
-                     "former contents are back\n"}));
+                     "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; the "
+                     "previous contents were restored\n"}));
   expectUnchanged();
 }
 
@@ -45,8 +45,8 @@ TEST_F(ChangeTest, WriteThatStopsShortTwiceSaysHowTheFilesAreLeft) {
   EXPECT_EQ(
       setRtspWithin(100),
       (ToolRun{1, "",
-               "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; its "
-               "former contents could not be put back; make room and run 'camcfg verify'\n"}));
+               "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; the "
+               "previous contents could not be restored; make room and run 'camcfg verify'\n"}));
 }
 
 TEST_F(ChangeTest, MissingBackupDirectoryIsRefusedBeforehand) {

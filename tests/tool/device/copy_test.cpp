@@ -24,19 +24,19 @@ class UnusableFileTest : public ToolTest,
 };
 
 TEST_P(UnusableFileTest, MissingFileIsNamed) {
-  expectUnusable("/cfg0/business_param.xml is missing; run 'camcfg verify' to mend it");
+  expectUnusable("/cfg0/business_param.xml is missing; run 'camcfg verify' to repair it");
 }
 
 TEST_P(UnusableFileTest, MissingDirectoryIsAMissingFile) {
   device.remove("/cfg0");
-  expectUnusable("/cfg0/business_param.xml is missing; run 'camcfg verify' to mend it");
+  expectUnusable("/cfg0/business_param.xml is missing; run 'camcfg verify' to repair it");
 }
 
 TEST_P(UnusableFileTest, DamagedFileIsNamedAndLeftAsItIs) {
   for (const char* contents : {"", "<System><Rtsp Cur=", "no markup at all", "<A></B>"}) {
     device.write(kBusiness, contents);
     expectUnusable(
-        "/cfg0/business_param.xml is not well-formed XML; run 'camcfg verify' to mend "
+        "/cfg0/business_param.xml is not well-formed XML; run 'camcfg verify' to repair "
         "it");
     EXPECT_EQ(device.read(kBusiness), contents);
   }
@@ -46,21 +46,21 @@ TEST_P(UnusableFileTest, FileWithoutAnyElementIsNamed) {
   device.write(kBusiness, "<!-- nothing -->\n");
   expectUnusable(
       "/cfg0/business_param.xml holds no element; move it away and run 'camcfg verify' "
-      "to mend it");
+      "to repair it");
 }
 
 TEST_P(UnusableFileTest, DirectoryInItsPlaceIsNamed) {
   device.makeDirectory(kBusiness);
   expectUnusable(
       "/cfg0/business_param.xml is a directory; move it away and run 'camcfg verify' "
-      "to mend it");
+      "to repair it");
 }
 
 TEST_P(UnusableFileTest, PipeInItsPlaceIsNotWaitedFor) {
   ASSERT_EQ(mkfifo((device.hostPath() + kBusiness).c_str(), 0600), 0);
   expectUnusable(
       "/cfg0/business_param.xml is no regular file; move it away and run 'camcfg "
-      "verify' to mend it");
+      "verify' to repair it");
 }
 
 TEST_P(UnusableFileTest, FileThatTheUserMayNotReadIsNamed) {

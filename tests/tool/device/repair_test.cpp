@@ -22,7 +22,7 @@ class RepairTest : public ToolTest {
   std::string hostPath(const std::string& path) const { return device.hostPath() + path; }
 };
 
-TEST_F(RepairTest, BackupOnAFullFileSystemIsLeftAsItIsAndTheFiguresAreTold) {
+TEST_F(RepairTest, BackupOnAFullFileSystemIsLeftAsItIsAndTheFiguresAreReported) {
   const SmallDisk disk(hostPath("/cfg1"), "16k");
   if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
   struct statvfs space {};
@@ -85,7 +85,7 @@ TEST_F(RepairTest, SoundFilesOnAReadOnlyDeviceVerify) {
   EXPECT_EQ(run({"verify", "--resync"}).status, 0);
 }
 
-TEST_F(RepairTest, CopyThatStopsShortIsToldAndLeavesTheMainCopyWhole) {
+TEST_F(RepairTest, CopyThatStopsShortIsReportedAndLeavesTheMainCopyWhole) {
   device.write(kMain, kGood);
   device.write(kBackup, kDamaged);
   const ToolRun result = run({"verify", "--resync"}, [] {
@@ -100,7 +100,7 @@ TEST_F(RepairTest, CopyThatStopsShortIsToldAndLeavesTheMainCopyWhole) {
   EXPECT_EQ(device.read(kMain), kGood);
 }
 
-TEST_F(RepairTest, UnreadableCopyIsToldFromADamagedOne) {
+TEST_F(RepairTest, UnreadableCopyIsDistinguishedFromADamagedOne) {
   device.write(kMain, kGood);
   device.write(kBackup, kGood);
   const std::string why = giveToAnother(hostPath(kBackup));

@@ -22,7 +22,7 @@ class RoomTest : public testing::Test {
 
 constexpr std::uintmax_t kMoreThanAnyDisk = std::uintmax_t{1} << 60;
 
-TEST_F(RoomTest, NothingStandsAgainstASmallFile) {
+TEST_F(RoomTest, NothingPreventsASmallFile) {
   EXPECT_EQ(whyNotWritable({{path("/cfg0/x.xml"), 100}, {path("/cfg1/x.xml"), 100}}), "");
   device.write("/cfg0/x.xml", "<A/>");
   EXPECT_EQ(whyNotWritable({{path("/cfg0/x.xml"), 100}}), "");
@@ -45,13 +45,13 @@ TEST_F(RoomTest, BytesAreCountedInWholeBlocks) {
               testing::HasSubstr(std::to_string(kMoreThanAnyDisk + space.f_frsize) + " bytes"));
 }
 
-TEST_F(RoomTest, MissingDirectoryIsTold) {
+TEST_F(RoomTest, MissingDirectoryIsReported) {
   device.remove("/cfg1");
   EXPECT_EQ(whyNotWritable({{path("/cfg1/x.xml"), 1}}),
             "cannot write " + path("/cfg1/x.xml") + ": No such file or directory");
 }
 
-TEST_F(RoomTest, DirectoryInPlaceOfAFileIsTold) {
+TEST_F(RoomTest, DirectoryInPlaceOfAFileIsReported) {
   device.makeDirectory("/cfg1/x.xml");
   EXPECT_EQ(whyNotWritable({{path("/cfg1/x.xml"), 1}}),
             "cannot write " + path("/cfg1/x.xml") + ": it is no regular file; move it away");

@@ -117,7 +117,7 @@ std::vector<LintCase> mediaCases();
 std::vector<LintCase> streamCases();
 std::vector<LintCase> languageCases();
 
-/// The base of a case with its part replaced, wherever it stands.
+/// The base of a case with its part replaced, wherever it is.
 std::string fileWith(const LintCase& lintCase, const std::string& other);
 
 /// A test's name for a case.

@@ -12,7 +12,7 @@ Kind kindOf(const std::string& contents) {
   return tool::lint::sourcesOf({{"any-name", contents, ""}}).front().kind;
 }
 
-TEST(LintKindTest, ContentsTellWhatAFileConfigures) {
+TEST(LintKindTest, ContentsShowWhatAFileConfigures) {
   EXPECT_EQ(kindOf(kCleanParameters), Kind::Parameters);
   EXPECT_EQ(kindOf(kCleanPresets), Kind::Presets);
   EXPECT_EQ(kindOf(kCleanMedia), Kind::Media);

@@ -36,7 +36,7 @@ Lines linesOf(const std::vector<lint::Finding>& findings, const std::set<std::st
   return lines;
 }
 
-// Goes through the sections as calls do that take a name alone.
+// Goes through the sections as calls do that take only a name.
 const tinyxml2::XMLElement* lookupInAll(tinyxml2::XMLDocument& document, const char* name) {
   for (auto* section = document.FirstChildElement(); section != nullptr;
        section = section->NextSiblingElement())

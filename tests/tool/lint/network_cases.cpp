@@ -123,7 +123,7 @@ x.xml:19: error: Lan0/MTU: setters find <MTUs> at line 18 [card-field-shadowed]
        R"(x.xml:21: error: Lan0/IpAddr: "Cur": '192.0.2.256' is not of the form 192.0.2.1 [network-address]
 )"},
       {"network-address", kCleanParameters, "255.255.255.0", "255.0.255.0", "255.255.0.0",
-       R"(x.xml:22: error: Lan0/NetMask: "Cur": '255.0.255.0' is no netmask: its set bits do not stand together in front [network-address]
+       R"(x.xml:22: error: Lan0/NetMask: "Cur": '255.0.255.0' is no netmask: its set bits are not all at the beginning [network-address]
 )"},
       {"network-address", kCleanParameters, R"(Cur="StaticIp" Def="DhcpIp")",
        R"(Cur="StaticIp" Def="StaticIp")", R"(Cur="DhcpIp" Def="DhcpIp")",

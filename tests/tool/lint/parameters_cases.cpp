@@ -36,7 +36,7 @@ std::vector<LintCase> parameterCases() {
     <Rtsp Cur="a" Def="a" OptTxt="a,b"/>)",
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>
     <RtspX Cur="a" Def="a" OptTxt="a,b"/>)",
-       R"(x.xml:11: warning: Image/Rtsp: a lookup by name alone finds System/Rtsp at line 6 [name-in-two-sections]
+       R"(x.xml:11: warning: Image/Rtsp: a lookup without the section finds System/Rtsp at line 6 [name-in-two-sections]
 )"},
       {"name-begins-earlier", kCleanParameters,
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
@@ -44,7 +44,7 @@ std::vector<LintCase> parameterCases() {
     <Web Cur="a" Def="a" OptTxt="a,b"/>)",
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>
     <WebHttpX Cur="a" Def="a" OptTxt="a,b"/>)",
-       R"(x.xml:11: warning: Image/Web: a lookup by name alone finds System/WebHttp at line 4 [name-begins-earlier]
+       R"(x.xml:11: warning: Image/Web: a lookup without the section finds System/WebHttp at line 4 [name-begins-earlier]
 )"},
       {"nested-too-deep", kCleanParameters, R"(<Speed Cur="Fast" Def="Slow" OptTxt="Slow,Fast"/>)",
        R"(<Speed Cur="Fast" Def="Slow" OptTxt="Slow,Fast"><Unit/></Speed>)",

@@ -106,13 +106,13 @@ x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice
        R"(<AllowedStreamSource Id="32" Default="1"/>)",
        R"(<AllowedStreamSource Id="1" Default="1"/>)",
        R"(x.xml:9: error: cache 0 carries source 32, which is not in its whitelist [enabled-outside-whitelist]
-x.xml:9: error: cache 0 carries source 32, which there is none of [enabled-source-missing]
+x.xml:9: error: cache 0 carries source 32, which does not exist [enabled-source-missing]
 x.xml:9: error: <AllowedStreamSource>: the source id 32 is outside 0..29 [source-id-range]
 )"},
       {"enabled-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="9" Default="1"/>)",
        R"(<AllowedStreamSource Id="1" Default="1"/>)",
-       R"(x.xml:9: error: cache 0 carries source 9, which there is none of [enabled-source-missing]
+       R"(x.xml:9: error: cache 0 carries source 9, which does not exist [enabled-source-missing]
 )"},
       {"enabled-source-disabled", kCleanMedia, R"( ChnId="0")", R"( ChnId="0" Enabled="0")",
        R"( ChnId="0" Enabled="1")",
@@ -120,7 +120,7 @@ x.xml:9: error: <AllowedStreamSource>: the source id 32 is outside 0..29 [source
 )"},
       {"allowed-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="2"/>)",
        R"(<AllowedStreamSource Id="9"/>)", R"(<AllowedStreamSource Id="1"/>)",
-       R"(x.xml:10: warning: cache 0 allows source 9, which there is none of [allowed-source-missing]
+       R"(x.xml:10: warning: cache 0 allows source 9, which does not exist [allowed-source-missing]
 )"},
   };
 }

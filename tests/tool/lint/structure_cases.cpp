@@ -11,10 +11,10 @@ std::vector<LintCase> structureCases() {
        R"(</Image>
 <!-- -->
 )",
-       R"(x.xml:9: error: an element that begins here does not end, or what stands here is no XML [not-well-formed]
+       R"(x.xml:9: error: an element that begins here does not end, or what is here is not XML [not-well-formed]
 )"},
       {"not-well-formed", kCleanParameters, R"(Cur="English")", "Cur=English", "Cur='English'",
-       R"(x.xml:2: error: an attribute is not written NAME="VALUE", or stands twice [not-well-formed]
+       R"(x.xml:2: error: an attribute is not written NAME="VALUE", or occurs twice [not-well-formed]
 )"},
       {"not-well-formed", kCleanPresets, kCleanPresets, "", "<PresetCfg/>",
        R"(x.xml:1: error: the file is empty [not-well-formed]
@@ -33,11 +33,11 @@ std::vector<LintCase> structureCases() {
 )"},
       {"not-well-formed", kCleanParameters, R"(Hostname="gate")",
        R"(Hostname="gate" Hostname="door")", R"(Hostname="gate" Port="door")",
-       R"(x.xml:15: error: an attribute is not written NAME="VALUE", or stands twice [not-well-formed]
+       R"(x.xml:15: error: an attribute is not written NAME="VALUE", or occurs twice [not-well-formed]
 )"},
       {"unknown-kind", kCleanTexts, kCleanTexts, "<Settings><Port>554</Port></Settings>",
        R"(<Settings><Port Val="554"/></Settings>)",
-       R"(x.xml:1: warning: nothing in it tells what it configures [unknown-kind]
+       R"(x.xml:1: warning: nothing in it says what it configures [unknown-kind]
 )"},
       {"section-missing", kCleanMedia, "StreamCache>", "streamcache>", "StreamCache>",
        R"(x.xml:1: error: <Stream> has no <StreamCache> [section-missing]

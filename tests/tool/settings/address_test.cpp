@@ -20,12 +20,12 @@ void PrintTo(const Checked& checked, std::ostream* out) {
 
 class AddressTest : public testing::TestWithParam<Checked> {};
 
-TEST_P(AddressTest, TellsWhyATextCannotBeUsed) {
+TEST_P(AddressTest, SaysWhyATextCannotBeUsed) {
   EXPECT_EQ(GetParam().whyNot(GetParam().text), GetParam().why);
 }
 
 const std::string kForm = " is not of the form 192.0.2.1";
-const std::string kBroken = " is no netmask: its set bits do not stand together in front";
+const std::string kBroken = " is no netmask: its set bits are not all at the beginning";
 const std::string kCharacter = " has a character that is no letter, digit or hyphen";
 const std::string kHyphen = " has a label that begins or ends with a hyphen";
 const std::string kLabel63(63, 'a');
