@@ -82,8 +82,12 @@ void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
   for (const auto& [field, text] : answer.value["fields"].items()) {
     const std::string read = settings::take(*settings::cardSettingOf(field), &record);
     if (text.is_null() || text == read) continue;
-    answer.notes.push_back("note: applications read " + name + "/" + field + " as " +
-                           (read.empty() ? "nothing" : quoted(read)));
+    answer.notes.push_back(std::string("note: applications read ")
+                               .append(name)
+                               .append("/")
+                               .append(field)
+                               .append(" as ")
+                               .append(read.empty() ? "nothing" : quoted(read)));
   }
 }
 

@@ -80,10 +80,12 @@ std::vector<cli::Block> changesOf(const Json& stored) {
   const Json& before = stored["before"];
   if (before.is_null()) return {cli::Line{"preset {id}: created"}};
   std::vector<cli::Block> lines;
-  for (const auto& [name, was] : before.items())
-    if (stored.at(name) != was)
-      lines.emplace_back(
-          cli::Line{"preset {id}: " + name + " {before/" + name + "} -> {" + name + "}"});
+  for (const auto& [name, was] : before.items()) {
+    if (stored.at(name) == was) continue;
+    std::string line = "preset {id}: ";
+    line.append(name).append(" {before/").append(name).append("} -> {").append(name).append("}");
+    lines.emplace_back(cli::Line{line});
+  }
   if (lines.empty()) lines.emplace_back(cli::Line{"preset {id}: unchanged"});
   return lines;
 }

@@ -19,7 +19,7 @@ using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
-constexpr std::size_t kCardGrowth = 16 * (kAttributeFrame + CFG_NETWORK_TEXT_SIZE * 6);
+constexpr std::size_t kCardGrowth = 16 * (kAttributeFrame + std::size_t{CFG_NETWORK_TEXT_SIZE} * 6);
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
   throw Refusal(path + ": " + why);

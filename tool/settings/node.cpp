@@ -54,7 +54,7 @@ bool Node::is(bool fits, const char* expected) const {
 
 std::int32_t Node::number(const Range& range) const {
   if (!is(value_.is_number(), "a number")) return 0;
-  const double size = value_.get<double>();
+  const auto size = value_.get<double>();
   const bool fits =
       size >= static_cast<double>(range.least) && size <= static_cast<double>(range.most);
   if (!fits)
@@ -82,7 +82,7 @@ std::string Node::nearestOf(const std::vector<std::string>& texts) const {
 
 std::string Node::text(std::size_t most) const {
   if (!is(value_.is_string(), "a text")) return "";
-  std::string text = value_.get<std::string>();
+  auto text = value_.get<std::string>();
   if (!std::all_of(text.begin(), text.end(), isStorable))
     refuse("it has a control character, which a file cannot hold");
   if (text.size() > most)
