@@ -26,7 +26,7 @@ trap 'rm -rf "$scratch"' EXIT
 new_device() {
   device=$scratch/device
   rm -rf "$device"
-  mkdir -p "$device"/{cfg0,cfg1,app/resource} "$scratch/work"
+  mkdir -p "$device"/{cfg0,cfg1,app/resource} "$scratch/desk"
   cp -R "$tree"/resource/{defcfg,language} "$device/app/resource/"
   camcfg verify --resync >/dev/null
   find "$device" -type f -exec touch -d 2026-02-03T04:05:06Z {} +
@@ -41,7 +41,7 @@ run() {
   local status=0
   (
     set +e
-    cd "$scratch/work"
+    cd "$scratch/desk"
     eval "$1"
   ) 2>&1 || status=$?
   if ((status != 0)); then echo "(exit status $status)"; fi
