@@ -135,7 +135,7 @@ Outcome refusedFor(const settings::Faults& faults) {
   for (const auto& [place, reason] : faults) {
     const std::string where = place.empty() ? "document" : place;
     outcome.value["faults"].push_back({{"place", where}, {"reason", reason}});
-    outcome.notes.push_back(where + ": " + reason);
+    outcome.notes.push_back(std::string(where).append(": ").append(reason));
   }
   outcome.notes.emplace_back("nothing was changed");
   return outcome;

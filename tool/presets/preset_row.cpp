@@ -131,6 +131,7 @@ std::vector<PresetRow> readPresetRows(const std::string& text) {
 
 std::vector<PresetRow> rowsOf(const std::vector<Preset>& presets) {
   std::vector<PresetRow> rows;
+  rows.reserve(presets.size());
   for (const Preset& preset : presets) rows.push_back({preset.label(), preset.values, {}});
   return rows;
 }
