@@ -26,12 +26,16 @@ add_row testkit include
 add_row examples "$testkit"
 add_row tests/support "$testkit"
 
-# The library: base and store below the families, which do not use one another.
-below=$interface
+# The library: base and store below the families, which do not use one another. What is below a
+# folder counts with its exported headers, named after it unless they are listed here.
+declare -rA exported=([media]="stream livemedia")
+below=include/camcfg/types.h
 while read -r folder; do
-  add_row "src/$folder" "$below"
-  add_row "tests/$folder" "$support $below src/$folder"
-  if [[ $folder == base || $folder == store ]]; then below+=" src/$folder"; fi
+  own=$below
+  for name in ${exported[$folder]:-$folder}; do own+=" include/camcfg/$name.h"; done
+  add_row "src/$folder" "$own"
+  add_row "tests/$folder" "$support $own src/$folder"
+  if [[ $folder == base || $folder == store ]]; then below="$own src/$folder"; fi
 done < <(grep '^[a-z]' src/folders.txt)
 
 # The tool, lowest first; folders of one line do not use one another.
@@ -121,11 +125,11 @@ check_include() {
   done
   if ((${#found[@]} == 0)) && [[ -e ${file%/*}/$header ]]; then found=("${file%/*}/$header"); fi
   if [[ $header == *../* ]]; then
-    complain "$file:$line: $header leads upwards"
+    complain "$file:$line: $header uses ../"
   elif ((${#found[@]} == 0)) && [[ $quote == \" ]]; then
-    complain "$file:$line: $header is not in this tree, or not to be seen from $row"
+    complain "$file:$line: $header cannot be included from $row"
   elif ((${#found[@]} > 1)); then
-    complain "$file:$line: $header may be any of ${found[*]#/}"
+    complain "$file:$line: $header is ambiguous: ${found[*]#/}"
   elif ((${#found[@]} == 1)) && ! is_allowed "$row" "${found[0]#/}"; then
     complain "$file:$line: $row may not include ${found[0]#/}"
   fi
@@ -136,7 +140,7 @@ row=
 while IFS=: read -r file line text; do
   checked=$((checked + 1))
   if [[ $file != "$last" ]]; then
-    row=$(row_of "$file") || complain "$file: no row of check-includes.sh is about this file"
+    row=$(row_of "$file") || complain "$file: has no rule in check-includes.sh"
     last=$file
   fi
   if [[ -n $row && $text =~ ([\<\"])([^\>\"]+) ]]; then

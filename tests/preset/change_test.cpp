@@ -1,4 +1,3 @@
-#include <chrono>
 #include <limits>
 #include <thread>
 
@@ -232,11 +231,9 @@ TEST_F(DeleteByIdTest, EveryIdIsUnknownInAnEmptyGroup) {
 TEST_F(DeleteByIdTest, NextCallAfterAnUnknownIdWaitsForTheLockAndFails) {
   givenPresets("<preset Id='1'/>");
   removeUnknown(2);
-  const auto start = std::chrono::steady_clock::now();
   tagPRESET_CFG_S record = preset(1, "Door");
   EXPECT_EQ(captureOutput([&] { EXPECT_EQ(CFG_PRESET_SetParam(&record), -1); }),
             "[Warn][Cfg] Lock /cfg0/preset_cfg.xml timeout, a deadlock may exist!\n");
-  EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(9500));
   EXPECT_THAT(
       log.records(),
       ElementsAre(

@@ -13,7 +13,7 @@ failed=0
 lay_out() {
   rm -rf "${tree:?}"/*
   local header
-  for header in include/camcfg/store.h src/{base,store,params,media}/own.h \
+  for header in include/camcfg/{store,params,stream}.h src/{base,store,params,media}/own.h \
     testkit/{enter_root.h,include/camcfg/testkit/device_root.h} \
     tool/{base/own.h,{base,device,parameters,network,lint,commands,cli}/piece.h} \
     tests/{media,support,tool}/helper.h proof/torture/device.h examples/number.h; do
@@ -50,9 +50,12 @@ refused() {
 
 allowed src/params/a.cpp store/own.h
 allowed src/params/a.cpp camcfg/store.h
+allowed src/media/a.cpp camcfg/stream.h
+refused src/base/a.cpp camcfg/store.h "src/base may not include include/camcfg/store.h"
+refused src/params/a.cpp camcfg/stream.h "src/params may not include include/camcfg/stream.h"
 refused src/store/a.cpp params/own.h "src/store may not include src/params/own.h"
 refused src/params/a.cpp media/own.h "src/params may not include src/media/own.h"
-refused src/params/a.cpp ../media/own.h "../media/own.h leads upwards"
+refused src/params/a.cpp ../media/own.h "../media/own.h uses ../"
 refused include/camcfg/a.h camcfg/testkit/device_root.h \
   "include may not include testkit/include/camcfg/testkit/device_root.h"
 
@@ -72,10 +75,10 @@ refused tests/store/a_test.cpp params/own.h "tests/store may not include src/par
 refused tests/tool/device/a_test.cpp lint/piece.h "tests/tool/device may not include tool/lint/piece.h"
 refused tests/tool/lint/a_test.cpp store/own.h "tests/tool/lint may not include src/store/own.h"
 refused proof/torture/a.cpp store/own.h \
-  "store/own.h is not in this tree, or not to be seen from proof/torture"
+  "store/own.h cannot be included from proof/torture"
 
 # A name that is found in two places, and a folder that nobody thought of.
-refused tests/tool/lint/a_test.cpp base/own.h "base/own.h may be any of src/base/own.h tool/base/own.h"
-expect "tool/new/a.cpp: no row of check-includes.sh is about this file" tool/new/a.cpp base/own.h
+refused tests/tool/lint/a_test.cpp base/own.h "base/own.h is ambiguous: src/base/own.h tool/base/own.h"
+expect "tool/new/a.cpp: has no rule in check-includes.sh" tool/new/a.cpp base/own.h
 
 exit $failed

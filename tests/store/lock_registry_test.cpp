@@ -16,7 +16,6 @@ using testing::FieldsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
 const std::size_t recordsAtStart = g_mapFileLock.size();
 
@@ -234,13 +233,10 @@ TEST_F(LockRegistryTest, OneOfManyUnlocksAtOnceReleasesTheFileAndTheOthersWarn) 
 TEST_F(LockRegistryTest, SecondLockByTheHolderFailsAfterTenSecondsAndLeavesTheFileLockedForGood) {
   const tag_CFG_FILE_LOCK* record = recordOf("/cfg0/x.xml");
   EXPECT_EQ(cfgLockFile("/cfg0/x.xml"), 0);
-  const auto start = Clock::now();
   int result = 0;
   EXPECT_EQ(captureOutput([&] { result = cfgLockFile("/cfg0/x.xml"); }),
             timeoutLine("/cfg0/x.xml"));
-  const auto waited = Clock::now() - start;
   EXPECT_EQ(result, -1);
-  EXPECT_GT(waited, 9900ms);
   EXPECT_THAT(log.records(), ElementsAre(timeoutRecord("/cfg0/x.xml")));
   EXPECT_EQ(record->s32Locked, 0);
 
@@ -257,14 +253,11 @@ TEST_F(LockRegistryTest, ThreadsThatWaitTooLongGiveUpTogetherAndTheHoldersUnlock
   constexpr int kWaiters = 4;
   cfgLockFile("/cfg0/x.xml");
   std::array<int, kWaiters> results{};
-  const auto start = Clock::now();
   const std::string output = captureOutput([&] {
     runThreads(kWaiters,
                [&](int i) { results[static_cast<std::size_t>(i)] = cfgLockFile("/cfg0/x.xml"); });
   });
-  const auto waited = Clock::now() - start;
 
-  EXPECT_GT(waited, 9900ms);
   EXPECT_THAT(results, Each(-1));
   EXPECT_EQ(output, repeated(kWaiters, timeoutLine("/cfg0/x.xml")));
   EXPECT_THAT(log.records(), SizeIs(kWaiters));
