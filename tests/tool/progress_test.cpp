@@ -4,7 +4,7 @@
 
 #include "camcfg/testkit/device_root.h"
 #include "commands/groups.h"
-#include "device/file_set.h"
+#include "device/files.h"
 #include "document/exchange.h"
 #include "tool/tool_test.h"
 

@@ -3,7 +3,6 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "document/differences.h"
 
 namespace camcfg::tool::commands {
 namespace {

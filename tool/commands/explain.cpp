@@ -3,7 +3,7 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "document/session.h"
+#include "document/exchange.h"
 #include "parameters/parameter.h"
 #include "presets/preset.h"
 

@@ -1,5 +1,4 @@
 #include "commands/groups.h"
-#include "device/health.h"
 #include "device/repair.h"
 
 namespace camcfg::tool::commands {

@@ -6,7 +6,7 @@
 #include "base/spelling.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "device/language.h"
+#include "device/files.h"
 
 namespace camcfg::tool::commands {
 namespace {

@@ -3,7 +3,7 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "device/file_set.h"
+#include "device/files.h"
 #include "lint/subject.h"
 
 namespace camcfg::tool::commands {

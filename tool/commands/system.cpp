@@ -5,7 +5,7 @@
 #include "base/refusal.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "device/copy.h"
+#include "device/files.h"
 #include "parameters/change.h"
 
 namespace camcfg::tool::commands {

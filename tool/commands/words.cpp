@@ -6,7 +6,7 @@
 
 #include "base/decimal.h"
 #include "commands/options.h"
-#include "device/language.h"
+#include "device/files.h"
 #include "document/exchange.h"
 #include "media/stream_cache.h"
 #include "network/network.h"

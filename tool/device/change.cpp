@@ -58,30 +58,26 @@ struct Load {
 
 // Both copies are written while the space of the previous ones may not be free yet.
 void addWritings(const std::string& path, std::size_t bytes, std::vector<Writing>& writings) {
-  writings.push_back({path, bytes});
-  writings.push_back({backupOf(path), bytes});
+  for (const Place place : {Place::Main, Place::Backup})
+    writings.push_back({pathOf(place, path), bytes});
 }
 
 bool holds(const Copy& copy, const std::string& contents) {
   return copy.loads() && written(*copy.document) == contents;
 }
 
-// How a file is left that was to be put back.
-struct Left {
-  bool asItWas;
-  std::string text;
-};
-
-Left putBack(const std::string& path, tinyxml2::XMLDocument& former) {
+// How a file is left that was to be put back, and whether it is as it was.
+std::pair<bool, std::string> putBack(const std::string& path, tinyxml2::XMLDocument& former) {
   const std::string contents = written(former);
   if (holds(loadCopy(path), contents)) return {true, "nothing was changed"};
   CFG_SaveFile(&former, argument(path), BU_FALSE);
   if (!holds(loadCopy(path), contents))
     return {false,
             "the previous contents could not be restored; make room and run 'camcfg verify'"};
-  if (!holds(loadCopy(backupOf(path)), contents))
-    return {false, "the previous contents were restored, but not in " + backupOf(path)};
-  return {true, "the previous contents were restored"};
+  const std::string backup = pathOf(Place::Backup, path);
+  const bool isWhole = holds(loadCopy(backup), contents);
+  return {isWhole, "the previous contents were restored" +
+                       (isWhole ? std::string() : ", but not in " + backup)};
 }
 
 }  // namespace
@@ -118,14 +114,14 @@ void makeChange(const Change& change) {
 
   const Copy main = loadCopy(change.path);
   if (accepted && main.loads() && change.arrived(*main.document)) {
-    const std::string backup = backupOf(change.path);
+    const std::string backup = pathOf(Place::Backup, change.path);
     if (sameContents(main, loadCopy(backup))) return;
     throw Refusal(change.what + ": stored in " + change.path + " but not in its backup " + backup +
                   "; run 'camcfg verify --resync'");
   }
   std::string fault = accepted ? "it did not arrive in " + change.path : "the library refused it";
   if (!complaint.empty()) fault += " (" + complaint + ")";
-  throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former).text);
+  throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former).second);
 }
 
 FormerFiles::FormerFiles(const std::map<std::string, std::size_t>& growth) {
@@ -142,8 +138,8 @@ FormerFiles::FormerFiles(const std::map<std::string, std::size_t>& growth) {
 std::vector<std::string> FormerFiles::putBack() {
   std::vector<std::string> faults;
   for (const auto& [path, document] : documents_) {
-    const Left left = device::putBack(path, *document);
-    if (!left.asItWas) faults.push_back(path + ": " + left.text);
+    const auto [isAsItWas, text] = device::putBack(path, *document);
+    if (!isAsItWas) faults.push_back(path + ": " + text);
   }
   return faults;
 }

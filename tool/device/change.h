@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "device/copy.h"
+#include "device/files.h"
 
 namespace camcfg::tool::device {
 

@@ -85,7 +85,7 @@ void ExplainedLookup::add(const Found& found) {
 
 ExplainedFile::ExplainedFile(const char* mainPath) {
   for (std::size_t i = 0; i < kPlaces.size(); ++i) {
-    paths_[i] = pathOf(kPlaces[i], nameOf(mainPath));
+    paths_[i] = pathOf(kPlaces[i], mainPath);
     copies_[i] = loadCopy(paths_[i]);
   }
   while (tried_ < copies_.size() && copies_[tried_].state != State::Good) ++tried_;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/json.h"
-#include "device/file_set.h"
+#include "device/files.h"
 
 namespace camcfg::tool::device {
 

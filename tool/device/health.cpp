@@ -1,5 +1,3 @@
-#include "device/health.h"
-
 #include <camcfg/types.h>
 #include <sys/stat.h>
 
@@ -21,12 +19,8 @@ bool isRequired(const std::string& name) {
 
 FileSet surveyWithRequired() {
   FileSet set = surveyFiles();
-  for (const char* path : kRequired) {
-    if (set.find(nameOf(path)) != nullptr) continue;
-    ConfigFile& file = set.files.emplace_back();
-    file.name = nameOf(path);
-    for (Copy* copy : {&file.main, &file.backup, &file.factory}) copy->fault = "is missing";
-  }
+  for (const char* path : kRequired)
+    if (set.find(nameOf(path)) == nullptr) set.files.emplace_back().name = nameOf(path);
   std::sort(set.files.begin(), set.files.end(),
             [](const ConfigFile& a, const ConfigFile& b) { return a.name < b.name; });
   return set;
@@ -40,36 +34,25 @@ const char* wordFor(Health health) {
   return kWords[static_cast<std::size_t>(health)];
 }
 
-// What start-up verification does to a copy.
-enum class AtStart { NotLookedAt, Stays, FromBackup, FromDefault, WaitsForEver };
-
-Json jsonOf(AtStart done) {
-  static const Json kWords[] = {nullptr, "stays", "from-backup", "from-default", "waits-for-ever"};
-  return kWords[static_cast<std::size_t>(done)];
-}
-
 // What start-up verification does, file by file.
 class StartUp {
  public:
   explicit StartUp(const FileSet& set) : set_(set), repairs_(startUpRepairs(set)) {}
 
-  AtStart to(const ConfigFile& file, Place place) const {
-    if (!file.checkedAtStart || place == Place::Default) return AtStart::NotLookedAt;
-    if (const auto found = pipe(file))
-      return *found == place ? AtStart::WaitsForEver : AtStart::NotLookedAt;
-    const auto repair = std::find_if(repairs_.begin(), repairs_.end(), [&](const Repair& each) {
-      return each.name == file.name && each.to == place;
-    });
-    if (repair == repairs_.end() || !repair->fitsTheCopy()) return AtStart::Stays;
-    return repair->from == Place::Backup ? AtStart::FromBackup : AtStart::FromDefault;
+  /// What it does to a copy; null for one that it does not look at.
+  Json to(const ConfigFile& file, Place place) const {
+    if (!file.checkedAtStart || place == Place::Default) return nullptr;
+    if (const auto found = pipe(file)) return *found == place ? Json("waits-for-ever") : Json();
+    const Repair* repair = repairOf(file, place);
+    return repair == nullptr ? "stays" : std::string("from-") + wordFor(repair->from);
   }
 
   /// What a finding adds on a copy that is restored; none for one that is not.
   std::optional<std::string> outlook(const ConfigFile& file, Place place) const {
-    const AtStart done = to(file, place);
-    if (done == AtStart::FromBackup) return "; the next start restores it from its backup";
-    if (done == AtStart::FromDefault) return "; the next start restores it from the factory set";
-    return std::nullopt;
+    const Repair* repair = pipe(file) ? nullptr : repairOf(file, place);
+    if (repair == nullptr) return std::nullopt;
+    return std::string("; the next start restores it from ") +
+           (repair->from == Place::Backup ? "its backup" : "the factory set");
   }
 
   /// The first copy that it opens and that is a pipe.
@@ -84,6 +67,12 @@ class StartUp {
   }
 
  private:
+  const Repair* repairOf(const ConfigFile& file, Place place) const {
+    for (const Repair& repair : repairs_)
+      if (repair.name == file.name && repair.to == place && repair.fitsTheCopy()) return &repair;
+    return nullptr;
+  }
+
   const FileSet& set_;
   std::vector<Repair> repairs_;
 };
@@ -103,7 +92,7 @@ Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
                  {"state", wordFor(file.copy(place).state)},
                  {"bytes", nullptr},
                  {"changed", nullptr},
-                 {"atStart", jsonOf(startUp.to(file, place))}};
+                 {"atStart", startUp.to(file, place)}};
   struct stat status {};
   if (stat(file.path(place).c_str(), &status) != 0) return record;
   if (S_ISREG(status.st_mode)) record["bytes"] = status.st_size;
@@ -112,64 +101,46 @@ Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
 }
 
 // What is wrong with the copies of a file.
-class Judgement {
- public:
-  Judgement(const ConfigFile& file, const StartUp& startUp) : file_(file), startUp_(startUp) {
-    judgePipe();
-    judgeMain();
-    judgeBackup();
-    judgeDefault();
+struct Judgement {
+  Health health = Health::Well;
+  std::vector<std::string> findings;
+
+  void add(Health least, const std::string& finding) {
+    health = std::max(health, least);
+    findings.push_back(finding);
   }
-
-  Health health() const { return health_; }
-  const std::vector<std::string>& findings() const { return findings_; }
-
- private:
-  void add(Health least, Place place, const std::string& fault) {
-    health_ = std::max(health_, least);
-    findings_.push_back(file_.path(place) + " " + fault);
-  }
-
-  void judgePipe() {
-    if (const std::optional<Place> pipe = startUp_.pipe(file_))
-      add(Health::Unusable, *pipe, "is a pipe, at which every start waits for ever; move it away");
-  }
-
-  void judgeMain() {
-    if (file_.main.state == State::Good) return;
-    const auto restored = startUp_.outlook(file_, Place::Main);
-    add(restored ? Health::Degraded : Health::Unusable, Place::Main,
-        file_.main.fault + restored.value_or(outlookFor(file_)));
-  }
-
-  void judgeBackup() {
-    const State state = file_.backup.state;
-    if (state == State::Good) return;
-    const bool resynced = file_.main.state == State::Good && state != State::NotAFile;
-    add(Health::Degraded, Place::Backup,
-        (state == State::OutOfStep ? "is unlike its main copy" : file_.backup.fault) +
-            startUp_.outlook(file_, Place::Backup)
-                .value_or(resynced ? "; 'camcfg verify --resync' brings it up to date" : ""));
-  }
-
-  // A file of somebody else's, not in the factory set, has no factory copy.
-  void judgeDefault() {
-    const State state = file_.factory.state;
-    const bool expected = isRequired(file_.name) || file_.checkedAtStart;
-    if (state == State::Good || (!expected && state == State::Missing)) return;
-    add(Health::Degraded, Place::Default,
-        file_.factory.fault + ", so no start can restore from it");
-  }
-
-  const ConfigFile& file_;
-  const StartUp& startUp_;
-  Health health_ = Health::Well;
-  std::vector<std::string> findings_;
 };
 
-Status statusOf(Health health) {
-  if (health == Health::Well) return Status::Done;
-  return health == Health::Degraded ? Status::Degraded : Status::Unusable;
+std::string outlookForBackup(const ConfigFile& file) {
+  const bool resynced = file.main.state == State::Good && file.backup.state != State::NotAFile;
+  return resynced ? "; 'camcfg verify --resync' brings it up to date" : "";
+}
+
+Judgement judge(const ConfigFile& file, const StartUp& startUp) {
+  Judgement judgement;
+  if (const std::optional<Place> pipe = startUp.pipe(file))
+    judgement.add(
+        Health::Unusable,
+        file.path(*pipe) + " is a pipe, at which every start waits for ever; move it away");
+  if (file.main.state != State::Good) {
+    const auto restored = startUp.outlook(file, Place::Main);
+    judgement.add(
+        restored ? Health::Degraded : Health::Unusable,
+        file.path(Place::Main) + " " + file.main.fault + restored.value_or(outlookFor(file)));
+  }
+  if (file.backup.state != State::Good)
+    judgement.add(Health::Degraded,
+                  file.path(Place::Backup) + " " +
+                      (file.backup.state == State::OutOfStep ? "is unlike its main copy"
+                                                             : file.backup.fault) +
+                      startUp.outlook(file, Place::Backup).value_or(outlookForBackup(file)));
+  // A file of somebody else's, not in the factory set, has no factory copy.
+  const bool expected = isRequired(file.name) || file.checkedAtStart;
+  const State factory = file.factory.state;
+  if (factory != State::Good && (expected || factory != State::Missing))
+    judgement.add(Health::Degraded, file.path(Place::Default) + " " + file.factory.fault +
+                                        ", so no start can restore from it");
+  return judgement;
 }
 
 }  // namespace
@@ -181,19 +152,20 @@ Outcome checkHealth() {
   Outcome outcome;
   outcome.value = {{"health", ""}, {"files", Json::array()}, {"copies", Json::array()}};
   for (const ConfigFile& file : set.files) {
-    const Judgement judgement(file, startUp);
-    worst = std::max(worst, judgement.health());
+    const Judgement judgement = judge(file, startUp);
+    worst = std::max(worst, judgement.health);
     outcome.value["files"].push_back({{"name", file.name},
-                                      {"health", wordFor(judgement.health())},
+                                      {"health", wordFor(judgement.health)},
                                       {"required", isRequired(file.name)},
                                       {"checkedAtStart", file.checkedAtStart}});
     for (const Place place : kPlaces)
       outcome.value["copies"].push_back(recordOf(file, place, startUp));
-    for (const std::string& finding : judgement.findings()) outcome.notes.push_back(finding);
+    for (const std::string& finding : judgement.findings) outcome.notes.push_back(finding);
   }
   outcome.value["health"] = wordFor(worst);
   outcome.value["findings"] = outcome.notes;
-  outcome.status = statusOf(worst);
+  constexpr Status kStatus[] = {Status::Done, Status::Degraded, Status::Unusable};
+  outcome.status = kStatus[static_cast<std::size_t>(worst)];
   return outcome;
 }
 

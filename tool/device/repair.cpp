@@ -13,7 +13,6 @@
 #include "base/progress.h"
 #include "base/refusal.h"
 #include "device/change.h"
-#include "device/health.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -22,7 +21,7 @@ constexpr std::size_t kBlock = 512;  // of st_blocks
 
 // What remains to be replaced after start-up verification so that each file has two good copies that
 // are the same.
-std::vector<Repair> levelRepairs(const FileSet& set) {
+std::vector<Repair> resyncRepairs(const FileSet& set) {
   std::vector<Repair> repairs;
   for (const ConfigFile& file : set.files) {
     if (file.main.state == State::Good && file.backup.state != State::Good)
@@ -111,13 +110,6 @@ std::string bytesOf(const std::string& path) {
   return bytes;
 }
 
-// "/cfg0/x.xml" is kept as "cfg0-x.xml".
-std::string keptName(std::string path) {
-  path.erase(0, 1);
-  path[path.find('/')] = '-';
-  return path;
-}
-
 // A repair and why it was not done; done if there is no fault.
 struct Attempt {
   Repair repair;
@@ -129,14 +121,89 @@ class Verification {
  public:
   explicit Verification(HostDirectory* keepIn) : keepIn_(keepIn), found_(surveyFiles()) {}
 
-  void startUp();
-  void resync();
-  Outcome outcome(bool resynced) const;
+  void startUp() {
+    requireNoPipe(found_);
+    const std::vector<Repair> repairs = startUpRepairs(found_);
+    requireWritable(repairs, found_);
+    for (const Repair& repair : repairs) keep(repair, found_);
+    verifyAsAtStart(found_);
+    now_ = surveyFiles();
+    for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
+  }
+
+  void resync() {
+    for (const Repair& repair : resyncRepairs(now_)) {
+      std::string fault;
+      try {
+        keep(repair, now_);
+        fault = carryOut(repair);
+      } catch (const Refusal& refusal) {
+        fault = refusal.what();
+      }
+      attempts_.push_back({repair, fault});
+    }
+    now_ = surveyFiles();
+  }
+
+  Outcome outcome(bool resynced) const {
+    Outcome outcome;
+    outcome.value = {{"files", Json::array()}, {"kept", kept_}};
+    const auto worsen = [&](Status status, const std::string& note) {
+      outcome.status = std::max(outcome.status, status);
+      outcome.notes.push_back(note);
+    };
+    for (const auto& [repair, fault] : attempts_)
+      if (!fault.empty())
+        worsen(repair.to == Place::Main ? Status::Unusable : Status::Refused,
+               repair.target() + " was not replaced from " + repair.source() + ": " + fault);
+    int outOfSync = 0;
+    for (const ConfigFile& file : now_.files) {
+      outcome.value["files"].push_back(recordOf(file));
+      if (file.main.state != State::Good && !isTold(file))
+        worsen(Status::Unusable, file.path(Place::Main) + " " + file.main.fault + outlookFor(file));
+      outOfSync += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
+    }
+    if (!resynced && outOfSync != 0)
+      outcome.notes.push_back("note: without a backup in sync with the main copy: " +
+                              std::to_string(outOfSync) + "; '--resync' brings them up to date");
+    return outcome;
+  }
 
  private:
-  void keep(const Repair& repair, const FileSet& set);
-  Json recordOf(const ConfigFile& file) const;
-  void noteMain(const ConfigFile& file, Outcome& outcome) const;
+  void keep(const Repair& repair, const FileSet& set) {
+    const ConfigFile* file = set.find(repair.name);
+    if (keepIn_ == nullptr || file == nullptr) return;
+    const State state = file->copy(repair.to).state;
+    if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
+    const std::string path = repair.target();
+    std::string as = path.substr(1);  // "/cfg0/x.xml" is kept as "cfg0-x.xml"
+    as[as.find('/')] = '-';
+    kept_.push_back({{"copy", path}, {"as", keepIn_->save(as, bytesOf(path))}});
+  }
+
+  Json recordOf(const ConfigFile& file) const {
+    Json record = {{"name", file.name}, {"checkedAtStart", file.checkedAtStart}};
+    const ConfigFile missing;  // which has no copies
+    const ConfigFile* found = found_.find(file.name);
+    for (const Place place : kPlaces) {
+      const Copy& before = (found == nullptr ? missing : *found).copy(place);
+      record["found"][wordFor(place)] = wordFor(before.state);
+    }
+    for (const Place place : kPlaces)
+      record["now"][wordFor(place)] = wordFor(file.copy(place).state);
+    record["restored"] = {{wordFor(Place::Main), nullptr}, {wordFor(Place::Backup), nullptr}};
+    for (const auto& [repair, fault] : attempts_)
+      if (fault.empty() && repair.name == file.name)
+        record["restored"][wordFor(repair.to)] = wordFor(repair.from);
+    return record;
+  }
+
+  // Whether a note on its repair says already that a main copy is not good.
+  bool isTold(const ConfigFile& file) const {
+    return std::any_of(attempts_.begin(), attempts_.end(), [&](const Attempt& attempt) {
+      return attempt.repair.name == file.name && attempt.repair.to == Place::Main;
+    });
+  }
 
   HostDirectory* keepIn_;
   Json kept_ = Json::array();
@@ -144,92 +211,6 @@ class Verification {
   FileSet now_;
   std::vector<Attempt> attempts_;
 };
-
-void Verification::startUp() {
-  requireNoPipe(found_);
-  const std::vector<Repair> repairs = startUpRepairs(found_);
-  requireWritable(repairs, found_);
-  for (const Repair& repair : repairs) keep(repair, found_);
-  verifyAsAtStart(found_);
-  now_ = surveyFiles();
-  for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
-}
-
-void Verification::resync() {
-  for (const Repair& repair : levelRepairs(now_)) {
-    std::string fault;
-    try {
-      keep(repair, now_);
-      fault = carryOut(repair);
-    } catch (const Refusal& refusal) {
-      fault = refusal.what();
-    }
-    attempts_.push_back({repair, fault});
-  }
-  now_ = surveyFiles();
-}
-
-void Verification::keep(const Repair& repair, const FileSet& set) {
-  const ConfigFile* file = set.find(repair.name);
-  if (keepIn_ == nullptr || file == nullptr) return;
-  const State state = file->copy(repair.to).state;
-  if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
-  const std::string path = repair.target();
-  kept_.push_back({{"copy", path}, {"as", keepIn_->save(keptName(path), bytesOf(path))}});
-}
-
-// A file that is not there has no copies.
-Json statesOf(const ConfigFile* file) {
-  Json states;
-  for (const Place place : kPlaces)
-    states[wordFor(place)] = wordFor(file == nullptr ? State::Missing : file->copy(place).state);
-  return states;
-}
-
-Json Verification::recordOf(const ConfigFile& file) const {
-  Json record = {{"name", file.name}, {"checkedAtStart", file.checkedAtStart}};
-  record["found"] = statesOf(found_.find(file.name));
-  record["now"] = statesOf(&file);
-  record["restored"] = {{wordFor(Place::Main), nullptr}, {wordFor(Place::Backup), nullptr}};
-  for (const auto& [repair, fault] : attempts_)
-    if (fault.empty() && repair.name == file.name)
-      record["restored"][wordFor(repair.to)] = wordFor(repair.from);
-  return record;
-}
-
-void worsen(Outcome& outcome, Status status, const std::string& note) {
-  outcome.status = std::max(outcome.status, status);
-  outcome.notes.push_back(note);
-}
-
-// A main copy that is not good, unless a note on its repair says so already.
-void Verification::noteMain(const ConfigFile& file, Outcome& outcome) const {
-  const bool isNoted = std::any_of(attempts_.begin(), attempts_.end(), [&](const Attempt& attempt) {
-    return attempt.repair.name == file.name && attempt.repair.to == Place::Main;
-  });
-  if (file.main.state != State::Good && !isNoted)
-    worsen(outcome, Status::Unusable,
-           file.path(Place::Main) + " " + file.main.fault + outlookFor(file));
-}
-
-Outcome Verification::outcome(bool resynced) const {
-  Outcome outcome;
-  outcome.value = {{"files", Json::array()}, {"kept", kept_}};
-  for (const auto& [repair, fault] : attempts_)
-    if (!fault.empty())
-      worsen(outcome, repair.to == Place::Main ? Status::Unusable : Status::Refused,
-             repair.target() + " was not replaced from " + repair.source() + ": " + fault);
-  int unlevel = 0;
-  for (const ConfigFile& file : now_.files) {
-    outcome.value["files"].push_back(recordOf(file));
-    noteMain(file, outcome);
-    unlevel += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
-  }
-  if (!resynced && unlevel != 0)
-    outcome.notes.push_back("note: without a backup in sync with the main copy: " +
-                            std::to_string(unlevel) + "; '--resync' brings them up to date");
-  return outcome;
-}
 
 }  // namespace
 

@@ -6,7 +6,7 @@
 
 #include "base/host_directory.h"
 #include "base/outcome.h"
-#include "device/file_set.h"
+#include "device/files.h"
 
 namespace camcfg::tool::device {
 
@@ -24,6 +24,16 @@ struct Repair {
 
 /// What start-up verification is going to replace.
 std::vector<Repair> startUpRepairs(const FileSet& set);
+
+/// Looks at every copy of every file, sorted by name, and changes nothing. A file that the library
+/// works on is reported even if it exists nowhere.
+/// @return the device's "health"; "files", "copies" and what the next start does to them;
+///         "findings": what is wrong and what becomes of it. The status is done, degraded (a main
+///         copy can be used, or start-up brings it back) or unusable.
+Outcome checkHealth();
+
+/// What follows after the fault of a main copy that start-up verification does not bring back.
+std::string outlookFor(const ConfigFile& file);
 
 /// Lets the library do what it does when the device starts, and reports what became of the files.
 /// @param keepIn  where damaged copies are kept before they are replaced, "cfg0-NAME" for a main copy

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -67,13 +68,25 @@ struct Section {
   const settings::Table* table = nullptr;  ///< of its entries, where it has any
 };
 
-inline const Json& Plan::of(const std::string& name) {
-  const auto found = values_.find(name);
-  if (found != values_.end()) return found->second;
-  for (const Section& section : sections_)
-    if (section.name == name) set(name, section.load());
-  return values_[name];
-}
+/// What a new device has for the parameters and cards of "/cfg0/business_param.xml": what its factory
+/// copy holds. Where that is missing or broken, or lacks the element, its "Def" is used instead.
+class FactoryValues {
+ public:
+  FactoryValues();
+
+  /// The factory value of an element of the main copy; none if neither has one.
+  std::optional<std::string> of(const tinyxml2::XMLElement& element) const;
+  /// The same for an attribute that has no "Def".
+  std::optional<std::string> attributeOf(const tinyxml2::XMLElement& element,
+                                         const char* attribute) const;
+
+  /// Why the factory copy cannot be asked, with its path; empty if it can.
+  const std::string& fault() const { return fault_; }
+
+ private:
+  Document document_;
+  std::string fault_;
+};
 
 /// At least by how many bytes a file may grow when it takes up a value: an element takes about twice
 /// what its members take in JSON.

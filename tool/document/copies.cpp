@@ -1,19 +1,23 @@
-#include "document/copies.h"
-
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 #include "base/descriptor.h"
 #include "base/host_directory.h"
 #include "base/json_reader.h"
 #include "base/plain_text.h"
 #include "base/refusal.h"
-#include "document/document.h"
+#include "base/spelling.h"
+#include "document/exchange.h"
+#include "media/media.h"
+#include "settings/media.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
 
-using Sections = std::map<std::string, CopiedSection>;
+using settings::Table;
 
 constexpr char kValue[] = "value";
 constexpr char kFault[] = "fault";
@@ -21,10 +25,9 @@ constexpr char kFault[] = "fault";
 // Faults are reported with the copies' own paths.
 std::string told(std::string fault, device::Place place) {
   for (const device::Section& section : allSections()) {
-    const std::string name = device::nameOf(section.path);
-    const std::string main = device::pathOf(device::Place::Main, name);
-    const std::string other = device::pathOf(place, name);
-    for (std::size_t at = fault.find(main); main != other && at != std::string::npos;
+    const std::string main = section.path;
+    const std::string other = device::pathOf(place, main);
+    for (std::size_t at = fault.find(main); at != std::string::npos;
          at = fault.find(main, at + other.size()))
       fault.replace(at, main.size(), other);
   }
@@ -35,28 +38,34 @@ std::string told(std::string fault, device::Place place) {
 std::map<std::string, std::string> fill(const HostTemporary& device, device::Place place) {
   std::map<std::string, std::string> faults;
   for (const device::Section& section : allSections()) {
-    const std::string name = device::nameOf(section.path);
     if (faults.count(section.path) != 0) continue;
-    const device::Copy copy = device::loadCopy(device::pathOf(place, name));
-    faults[section.path] =
-        copy.state == device::State::Good ? "" : device::pathOf(place, name) + " " + copy.fault;
-    if (copy.state == device::State::Good) device.write("cfg0", name, written(*copy.document));
+    const std::string path = device::pathOf(place, section.path);
+    const device::Copy copy = device::loadCopy(path);
+    const bool isGood = copy.state == device::State::Good;
+    faults[section.path] = isGood ? "" : path + " " + copy.fault;
+    if (isGood) device.write("cfg0", device::nameOf(path), written(*copy.document));
   }
   return faults;
 }
 
-Json loadAll() {
-  Json loaded = Json::object();
-  for (const auto& [name, section] : loadFromMain())
-    loaded[name] = {{kValue, section.value}, {kFault, section.fault}};
-  return loaded;
+CopiedSections loadFromMain() {
+  CopiedSections sections;
+  for (const device::Section& section : allSections()) try {
+      sections[section.name] = {section.load(), ""};
+    } catch (const Refusal& refusal) {
+      sections[section.name] = {nullptr, refusal.what()};
+    }
+  return sections;
 }
 
 // The other process's work. It ends without anything that this one has yet to do.
 [[noreturn]] void answerFrom(const HostTemporary& device, const MemoryFile& answer) {
   try {
     const std::string error = device.enter();
-    const Json loaded = error.empty() ? loadAll() : Json(error);
+    Json loaded = error.empty() ? Json::object() : Json(error);
+    if (error.empty())
+      for (const auto& [name, section] : loadFromMain())
+        loaded[name] = {{kValue, section.value}, {kFault, section.fault}};
     _exit(writeAll(answer.get(), packed(loaded)) ? 0 : 1);
   } catch (const std::exception&) {
     _exit(1);
@@ -75,30 +84,98 @@ Json loadedIn(const HostTemporary& device) {
   return loaded;
 }
 
-}  // namespace
-
-Sections loadFromMain() {
-  Sections sections;
-  for (const device::Section& section : allSections()) try {
-      sections[section.name] = {section.load(), ""};
-    } catch (const Refusal& refusal) {
-      sections[section.name] = {nullptr, refusal.what()};
-    }
-  return sections;
+const Table& requireKind(const std::string& word) {
+  std::vector<std::string> words;
+  for (const Table* table : settings::mediaTables()) {
+    if (word == table->word) return *table;
+    words.emplace_back(table->word);
+  }
+  throw Refusal(Status::Usage, "there is no kind '" + word + "'; there are " + joined(words) +
+                                   didYouMean(word, words));
 }
 
-Sections loadFromCopies(device::Place place) {
+// A section in one copy of the media file, and where in its list the sessions of the id are, in the
+// order of their entries.
+struct MediaCopy {
+  std::string path;
+  device::Copy file;
+  CopiedSection section;
+  std::vector<std::size_t> found;
+};
+
+MediaCopy mediaCopy(device::Place place, const Table& table, const std::string& id) {
+  const std::string path = device::pathOf(place, CFG_FILE_MPP);
+  MediaCopy copy{path, device::loadCopy(path), loadFrom(place).at(table.place), {}};
+  for (std::size_t i = 0; copy.section.fault.empty() && i < copy.section.value.size(); ++i) {
+    const Json& key = copy.section.value[i].at(table.key);
+    if ((key.is_string() ? key.text() : key.dump()) == id) copy.found.push_back(i);
+  }
+  return copy;
+}
+
+int lineOf(const MediaCopy& copy, const Table& table, std::size_t index) {
+  const auto entries = media::entriesOf(media::requireSection(*copy.file.document, table), table);
+  return index < entries.size() ? entries[index]->GetLineNum() : 0;
+}
+
+// The members of a record, each among what the other copies have of it.
+void addValues(std::vector<device::ExplainedValue>& values, std::size_t place, const Json& record,
+               const Table& table) {
+  for (const auto& [name, member] : record.items()) {
+    auto value = std::find_if(values.begin(), values.end(), [&, &sought = name](const auto& each) {
+      return each.name == sought;
+    });
+    if (value == values.end())
+      value = values.insert(value, {name, {}, permittedFor(*table.find(name))});
+    value->in[place] = member;
+  }
+}
+
+device::ExplainedLookup lookupIn(const MediaCopy& copy, const Table& table, const std::string& id) {
+  const std::string what = std::string(table.key) + " " + id;
+  device::ExplainedLookup lookup{
+      std::string(table.word) + " " + id, copy.path, std::nullopt, "no entry has the " + what, {}};
+  for (const std::size_t index : copy.found) lookup.add({id, lineOf(copy, table, index), true});
+  if (lookup.answeredBy)
+    lookup.why = "the first entry with the " + what + "; loading hands out every entry";
+  return lookup;
+}
+
+}  // namespace
+
+CopiedSections loadFrom(device::Place place) {
+  if (place == device::Place::Main) return loadFromMain();
   const HostTemporary device;
   const std::map<std::string, std::string> faults = fill(device, place);
   const Json loaded = loadedIn(device);
-  Sections sections;
+  CopiedSections sections;
   for (const device::Section& section : allSections()) {
-    CopiedSection& copied = sections[section.name];
-    copied.value = loaded.at(section.name).at(kValue);
-    copied.fault = told(loaded.at(section.name).at(kFault).get<std::string>(), place);
-    if (!faults.at(section.path).empty()) copied.fault = faults.at(section.path);
+    const Json& read = loaded.at(section.name);
+    const std::string& fault = faults.at(section.path);
+    sections[section.name] = {read.at(kValue),
+                              fault.empty() ? told(read.at(kFault).text(), place) : fault};
   }
   return sections;
+}
+
+device::Explanation explainSession(const std::string& kindWord, const std::string& id,
+                                   bool showSecrets) {
+  const Table& table = requireKind(kindWord);
+  device::Explanation explanation{kindWord + " " + id, {}, {}, {}};
+  for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
+    const MediaCopy copy = mediaCopy(device::kPlaces[i], table, id);
+    explanation.copies[i] = {copy.path, copy.file.state, copy.section.fault, std::nullopt};
+    if (explanation.lookups.empty() && copy.section.fault.empty())
+      explanation.lookups.push_back(lookupIn(copy, table, id));
+    if (copy.found.empty()) continue;
+    explanation.copies[i].line = lineOf(copy, table, copy.found.front());
+    const Json& record = copy.section.value[copy.found.front()];
+    addValues(explanation.values, i,
+              showSecrets ? record : settings::withMaskedSecrets(record, table.settings), table);
+  }
+  if (explanation.values.empty())
+    throw Refusal("no copy has a " + kindWord + " with the " + table.key + " " + id);
+  return explanation;
 }
 
 }  // namespace camcfg::tool::document

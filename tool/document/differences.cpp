@@ -1,19 +1,14 @@
-#include "document/differences.h"
-
 #include <algorithm>
 #include <map>
 #include <set>
 #include <vector>
 
 #include "base/plain_text.h"
-#include "document/copies.h"
-#include "document/document.h"
-#include "document/secrets.h"
+#include "document/exchange.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
-
-using Sections = std::map<std::string, CopiedSection>;
 
 const Json kNothing;
 
@@ -61,6 +56,8 @@ void add(const std::string& place, const Json& before, const Json& after, Json& 
   found.push_back({{"place", place}, {"before", before}, {"after", after}});
 }
 
+void addDifferences(const std::string& place, const Json& before, const Json& after, Json& found);
+
 void addElements(const std::string& place, const Keyed& before, const Keyed& after, Json& found) {
   const auto compare = [&](const Json& key) {
     const std::string name = key.is_string() ? key.text() : key.dump();
@@ -81,53 +78,6 @@ void addMembers(const std::string& place, const Json& before, const Json& after,
     if (!before.contains(name)) addDifferences(memberPlace(place, name), kNothing, member, found);
 }
 
-Outcome outcomeOf(const std::string& other, const Json& differences, bool showSecrets) {
-  Outcome outcome;
-  outcome.value = {{"with", other}, {"differences", Json::array()}, {"notCompared", Json::array()}};
-  for (const Json& difference : showSecrets ? differences : withMaskedSides(differences))
-    outcome.value["differences"].push_back({{"place", difference["place"]},
-                                            {"device", difference["before"]},
-                                            {"other", difference["after"]}});
-  if (!differences.empty()) outcome.status = Status::Refused;
-  return outcome;
-}
-
-void addTrouble(Outcome& outcome, Status status, const std::string& place,
-                const std::string& reason) {
-  outcome.status = status;
-  outcome.value["notCompared"].push_back({{"place", place}, {"reason", reason}});
-}
-
-// One fault often keeps several sections from being compared.
-void noteTrouble(Outcome& outcome) {
-  Json places;
-  for (const Json& trouble : outcome.value["notCompared"])
-    places[trouble["reason"].text()].push_back(trouble["place"]);
-  for (const auto& [reason, list] : places.items()) {
-    std::vector<std::string> names;
-    for (const Json& place : list) names.push_back(place.text());
-    outcome.notes.push_back("not compared: " + joined(names) + ": " + reason);
-  }
-}
-
-std::string faultOf(const CopiedSection& main, const CopiedSection& other) {
-  return main.fault.empty() ? other.fault : main.fault;
-}
-
-// Files whose settings are the same may hold different limits, comments or unread elements.
-void noteUnlikeFiles(Outcome& outcome, const std::set<std::string>& compared, device::Place other) {
-  for (const std::string& path : compared) {
-    const std::string copy = device::pathOf(other, device::nameOf(path));
-    if (!device::sameContents(device::loadCopy(path), device::loadCopy(copy)))
-      outcome.notes.push_back(
-          std::string("note: ").append(path).append(" and ").append(copy).append(
-              " have the same settings, but differ in what is none, "
-              "such as limits or comments"));
-  }
-}
-
-}  // namespace
-
 void addDifferences(const std::string& place, const Json& before, const Json& after, Json& found) {
   if (before == after) return;
   if (before.is_object() && after.is_object()) return addMembers(place, before, after, found);
@@ -141,39 +91,87 @@ void addDifferences(const std::string& place, const Json& before, const Json& af
   add(place, before, after, found);
 }
 
+Outcome outcomeOf(const std::string& other, const std::vector<Transition>& transitions,
+                  bool showSecrets) {
+  Outcome outcome;
+  outcome.value = {{"with", other}, {"differences", Json::array()}, {"notCompared", Json::array()}};
+  for (const Json& difference : differencesOf(transitions, showSecrets)) {
+    outcome.value["differences"].push_back({{"place", difference["place"]},
+                                            {"device", difference["before"]},
+                                            {"other", difference["after"]}});
+    outcome.status = Status::Refused;
+  }
+  return outcome;
+}
+
+// What could not be compared. One fault often keeps several sections from it.
+void noteTrouble(Outcome& outcome, Status status, const settings::Faults& faults) {
+  Json places;
+  for (const auto& [place, reason] : faults) {
+    const std::string where = place.empty() ? "document" : place;
+    outcome.status = status;
+    outcome.value["notCompared"].push_back({{"place", where}, {"reason", reason}});
+    places[reason].push_back(where);
+  }
+  for (const auto& [reason, list] : places.items()) {
+    std::vector<std::string> names;
+    for (const Json& place : list) names.push_back(place.text());
+    outcome.notes.push_back("not compared: " + joined(names) + ": " + reason);
+  }
+}
+
+// Files whose settings are the same may hold different limits, comments or unread elements.
+void noteUnlikeFiles(Outcome& outcome, const std::set<std::string>& compared, device::Place other) {
+  for (const std::string& path : compared) {
+    const std::string copy = device::pathOf(other, path);
+    if (!device::sameContents(device::loadCopy(path), device::loadCopy(copy)))
+      outcome.notes.push_back(
+          std::string("note: ").append(path).append(" and ").append(copy).append(
+              " have the same settings, but differ in what is none, "
+              "such as limits or comments"));
+  }
+}
+
+}  // namespace
+
+Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets) {
+  Json found = Json::array();
+  for (const auto& [section, before, after] : transitions)
+    addDifferences(section->name, before, after, found);
+  if (showSecrets) return found;
+  for (Json& difference : found)
+    for (const char* side : {"before", "after"})
+      difference[side] = settings::maskedAt(difference["place"].text(), difference[side]);
+  return found;
+}
+
 Outcome compareWithCopies(device::Place other, bool showSecrets) {
-  const Sections mains = loadFromMain();
-  const Sections others = loadFromCopies(other);
-  Json differences = Json::array();
+  const CopiedSections mains = loadFrom(device::Place::Main);
+  const CopiedSections others = loadFrom(other);
+  Target target;
   std::set<std::string> alike;
   std::set<std::string> unlike;
   for (const device::Section& section : allSections()) {
-    const CopiedSection& main = mains.at(section.name);
-    const CopiedSection& copy = others.at(section.name);
-    const bool compared = faultOf(main, copy).empty();
-    if (compared) addDifferences(section.name, main.value, copy.value, differences);
-    (compared && main.value == copy.value ? alike : unlike).insert(section.path);
+    const auto& [main, mainFault] = mains.at(section.name);
+    const auto& [copy, copyFault] = others.at(section.name);
+    const std::string& fault = mainFault.empty() ? copyFault : mainFault;
+    if (fault.empty())
+      target.add(section, main, copy);
+    else
+      target.faults.push_back({section.name, fault});
+    (fault.empty() && main == copy ? alike : unlike).insert(section.path);
   }
-  Outcome outcome = outcomeOf(device::wordFor(other), differences, showSecrets);
-  for (const device::Section& section : allSections()) {
-    const std::string fault = faultOf(mains.at(section.name), others.at(section.name));
-    if (!fault.empty()) addTrouble(outcome, Status::Unusable, section.name, fault);
-  }
-  noteTrouble(outcome);
   for (const std::string& path : unlike) alike.erase(path);
+  Outcome outcome = outcomeOf(device::wordFor(other), target.transitions, showSecrets);
+  noteTrouble(outcome, Status::Unusable, target.faults);
   noteUnlikeFiles(outcome, alike, other);
   return outcome;
 }
 
 Outcome compareWithDocument(const std::string& text, bool showSecrets) {
-  settings::Faults faults;
-  Json differences = Json::array();
-  for (const auto& [section, before, after] : readDocument(text, faults))
-    addDifferences(section->name, before, after, differences);
-  Outcome outcome = outcomeOf("document", differences, showSecrets);
-  for (const auto& [place, reason] : faults)
-    addTrouble(outcome, Status::Usage, place.empty() ? "document" : place, reason);
-  noteTrouble(outcome);
+  const Target target = readDocument(text);
+  Outcome outcome = outcomeOf("document", target.transitions, showSecrets);
+  noteTrouble(outcome, Status::Usage, target.faults);
   return outcome;
 }
 

@@ -7,11 +7,11 @@
 #include "base/printable.h"
 #include "base/progress.h"
 #include "base/refusal.h"
-#include "document/secrets.h"
 #include "media/sections.h"
 #include "network/section.h"
 #include "parameters/section.h"
 #include "presets/section.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
@@ -41,33 +41,18 @@ Json parseJson(const std::string& text, settings::Faults& faults) {
   return std::move(read.value);
 }
 
-// The members that may be below a place: the next words of the names of the sections there.
-std::vector<std::string> membersBelow(const std::string& place) {
-  std::vector<std::string> members;
-  const std::string prefix = place.empty() ? "" : place + ".";
-  if (place.empty()) members.emplace_back(kVersionMember);
-  for (const device::Section& section : allSections()) {
-    if (!beginsWith(section.name, prefix)) continue;
-    const std::string rest = section.name.substr(prefix.size());
-    const std::string word = rest.substr(0, rest.find('.'));
-    if (!isAmong(members, word)) members.push_back(word);
-  }
-  return members;
-}
-
-bool isSection(const std::string& place) {
-  return std::any_of(allSections().begin(), allSections().end(),
-                     [&](const device::Section& section) { return section.name == place; });
+// A document with null in place of its sections.
+Json frame() {
+  Json frame = {{kVersionMember, nullptr}};
+  for (const device::Section& section : allSections()) frame.at_path(pathTo(section)) = nullptr;
+  return frame;
 }
 
 // Objects from the document down to the sections.
-void checkFrame(const settings::Node& node) {
-  const std::vector<std::string> members = membersBelow(node.place());
-  if (!node.isObjectOf(members)) return;
-  for (const std::string& name : members)
-    if (node.value().contains(name) && name != kVersionMember &&
-        !isSection(node.member(name).place()))
-      checkFrame(node.member(name));
+void checkFrame(const settings::Node& node, const Json& frame) {
+  if (!node.isObjectOf(frame.names())) return;
+  for (const auto& [name, inner] : frame.items())
+    if (inner.is_object() && node.value().contains(name)) checkFrame(node.member(name), inner);
 }
 
 void checkVersion(const settings::Node& document) {
@@ -81,43 +66,34 @@ void checkVersion(const settings::Node& document) {
 constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kRecordIndent = 3 * kIndent;  // {"live": {"srt": [RECORD
-
-// What comes before a value: the name of an object's member.
-std::string nameAt(const Json& value, std::size_t index) {
-  return value.is_object() ? Json(value.names()[index]).dump() + ": " : "";
-}
-
-std::string onOneLine(const Json& value) {
-  if (!value.is_structured() || value.empty()) return value.dump();
-  std::string text;
-  for (std::size_t i = 0; i < value.size(); ++i)
-    text += (text.empty() ? "" : ", ") + nameAt(value, i) + onOneLine(value.at(i));
-  return value.is_object() ? "{" + text + "}" : "[" + text + "]";
-}
-
-bool holdsScalarsOnly(const Json& value) {
-  return std::none_of(value.begin(), value.end(),
-                      [](const Json& member) { return member.is_structured(); });
-}
+constexpr std::size_t kOneLine = std::string::npos;
 
 // Down to the records of a list, every one has a line of its own.
 bool maybeOnOneLine(const Json& value, std::size_t indent) {
-  return indent >= kRecordIndent || (indent > 0 && holdsScalarsOnly(value));
+  return indent >= kRecordIndent ||
+         (indent > 0 && std::none_of(value.begin(), value.end(),
+                                     [](const Json& member) { return member.is_structured(); }));
 }
 
-std::string block(const Json& value, std::size_t indent, std::size_t taken) {
-  std::string line = onOneLine(value);
-  const bool nested = value.is_structured() && !value.empty();
-  if (!nested || (maybeOnOneLine(value, indent) && taken + line.size() < kWidth)) return line;
-  const std::string margin(indent + kIndent, ' ');
+// @param indent  of the line that it is on; kOneLine: it has no line end
+// @param taken   what of the line is taken already
+std::string printed(const Json& value, std::size_t indent, std::size_t taken) {
+  if (!value.is_structured() || value.empty()) return value.dump();
+  const bool isLine = indent == kOneLine;
+  if (!isLine && maybeOnOneLine(value, indent)) {
+    std::string line = printed(value, kOneLine, 0);
+    if (taken + line.size() < kWidth) return line;
+  }
+  const std::size_t inner = isLine ? kOneLine : indent + kIndent;
+  const std::string margin = isLine ? "" : "\n" + std::string(inner, ' ');
   std::string text;
   for (std::size_t i = 0; i < value.size(); ++i) {
-    const std::string name = nameAt(value, i);
-    text.append(text.empty() ? "\n" : ",\n").append(margin).append(name);
-    text += block(value.at(i), margin.size(), margin.size() + name.size());
+    const std::string name = value.is_object() ? Json(value.names()[i]).dump() + ": " : "";
+    if (i != 0) text += isLine ? ", " : ",";
+    text += margin + name + printed(value.at(i), inner, inner + name.size());
   }
-  const std::string end = "\n" + std::string(indent, ' ');
-  return value.is_object() ? "{" + text + end + "}" : "[" + text + end + "]";
+  if (!isLine) text += "\n" + std::string(indent, ' ');
+  return value.is_object() ? "{" + text + "}" : "[" + text + "]";
 }
 
 }  // namespace
@@ -137,32 +113,39 @@ std::string pathTo(const device::Section& section) {
   return path;
 }
 
-std::vector<Transition> readDocument(const std::string& text, settings::Faults& faults) {
-  const Json document = parseJson(text, faults);
-  const settings::Node whole(document, "", faults);
-  checkFrame(whole);
+void Target::read(const device::Section& section, const Json& stated) {
+  const Json before = section.load();
+  const Json given =
+      section.table == nullptr ? stated : settings::withKeptSecrets(stated, *section.table, before);
+  // What the device holds already is not for this document to repair.
+  const Json after = given == before
+                         ? before
+                         : section.read(settings::Node(given, section.name, faults), before, plan);
+  plan.set(section.name, after);
+  add(section, before, after);
+}
+
+void Target::add(const device::Section& section, const Json& before, const Json& after) {
+  if (after != before) transitions.push_back({&section, before, after});
+}
+
+Target readDocument(const std::string& text) {
+  Target target;
+  const Json document = parseJson(text, target.faults);
+  const settings::Node whole(document, "", target.faults);
+  checkFrame(whole, frame());
   checkVersion(whole);
-  std::vector<Transition> transitions;
-  device::Plan plan{allSections()};
   std::size_t number = 0;
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
     const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
-    if (stated == nullptr) continue;
-    const Json before = section.load();
-    const Json given = withKeptSecrets(section, *stated, before);
-    // What the device holds already is not for this document to repair.
-    const Json after =
-        given == before ? before
-                        : section.read(settings::Node(given, section.name, faults), before, plan);
-    plan.set(section.name, after);
-    if (after != before) transitions.push_back({&section, before, after});
+    if (stated != nullptr) target.read(section, *stated);
   }
-  return transitions;
+  return target;
 }
 
 std::string printJson(const Json& value) {
-  return block(value, 0, 0) + "\n";
+  return printed(value, 0, 0) + "\n";
 }
 
 }  // namespace camcfg::tool::document

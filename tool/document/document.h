@@ -1,12 +1,12 @@
 #ifndef CAMCFG_TOOL_DOCUMENT_DOCUMENT_H
 #define CAMCFG_TOOL_DOCUMENT_DOCUMENT_H
 
+#include <map>
 #include <string>
 #include <vector>
 
 #include "base/json.h"
 #include "device/section.h"
-#include "settings/faults.h"
 
 namespace camcfg::tool::document {
 
@@ -31,10 +31,40 @@ struct Transition {
   Json after;
 };
 
-/// Reads a document and checks it against the device; all that is wrong with it goes to `faults`.
-/// @return the sections that it holds and that differ from the device
+/// What is to become of the device, gathered section by section.
+struct Target {
+  std::vector<Transition> transitions;  ///< of the sections that differ from the device
+  settings::Faults faults;              ///< why it cannot be brought about
+  device::Plan plan{allSections()};
+
+  /// Reads what a section is to be and checks it against the device and what was read before.
+  /// @throws Refusal if the device's files are unusable
+  void read(const device::Section& section, const Json& stated);
+  void add(const device::Section& section, const Json& before, const Json& after);
+};
+
+/// Reads a document and checks it against the device.
 /// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable
-std::vector<Transition> readDocument(const std::string& text, settings::Faults& faults);
+Target readDocument(const std::string& text);
+
+/// A section of some copy of its file, or why there is none.
+struct CopiedSection {  // NOLINT(bugprone-exception-escape): moving a Json throws none
+  Json value;
+  std::string fault;  ///< "/cfg1/mpp_cfg.xml is missing"; empty if there is a value
+};
+
+using CopiedSections = std::map<std::string, CopiedSection>;
+
+/// All sections, by name, as the library would read them if these copies were the main copies. It
+/// reads main copies only, so a process of its own does that in a device of its own, made among the
+/// temporary files of the system that the tool was started on.
+/// @throws Refusal if that device cannot be made
+CopiedSections loadFrom(device::Place place);
+
+/// What is different between two states: an array of objects of "place", "before" and "after", null
+/// where there is nothing. Records in a list are distinguished by their "id", else by their "name",
+/// else by their position; "live.srt[1].port" is of the one with the id 1.
+Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets);
 
 /// JSON as a person would write it: what fits on one line is on one line. Ends with a line feed.
 /// Bytes that are not UTF-8 become U+FFFD.

@@ -8,8 +8,7 @@
 #include "base/refusal.h"
 #include "base/spelling.h"
 #include "device/change.h"
-#include "document/differences.h"
-#include "document/secrets.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
@@ -32,14 +31,6 @@ void noteFaults(const device::Section& section, const Json& value, device::Plan&
                             "; an import that changes " + section.name + " will refuse it");
 }
 
-// What was written and what was not, by the names of the steps.
-struct Progress {
-  std::vector<std::string> written;
-  std::vector<std::string> left;
-  Status status = Status::Done;
-  std::vector<std::string> faults;
-};
-
 std::vector<device::Step> stepsOf(const std::vector<Transition>& transitions) {
   std::vector<device::Step> steps;
   for (const auto& [section, before, after] : transitions)
@@ -57,41 +48,43 @@ std::string listed(const std::vector<std::string>& names) {
   return names.empty() ? "nothing" : joined(names);
 }
 
-void giveUp(Progress& progress, device::FormerFiles& former) {
-  const std::vector<std::string> faults = former.putBack();
-  if (faults.empty()) {
-    progress.left.insert(progress.left.begin(), progress.written.begin(), progress.written.end());
-    progress.written.clear();
-    progress.faults.emplace_back("all is as it was before");
-    return;
-  }
-  progress.faults.insert(progress.faults.end(), faults.begin(), faults.end());
-  progress.faults.push_back("written: " + listed(progress.written) +
-                            "; not written: " + listed(progress.left));
-}
-
-Progress carryOut(const std::vector<device::Step>& steps) {
+void carryOut(const std::vector<device::Step>& steps, Outcome& outcome) {
   device::FormerFiles former = formerOf(steps);
-  Progress progress;
-  std::size_t number = 0;
+  std::vector<std::string> written;
+  std::vector<std::string> left;
   for (const device::Step& step : steps) try {
-      const Stage stage(step.what, ++number, steps.size());
-      if (progress.faults.empty()) step.carryOut();
-      (progress.faults.empty() ? progress.written : progress.left).push_back(step.what);
+      const Stage stage(step.what, written.size() + left.size() + 1, steps.size());
+      if (left.empty()) step.carryOut();
+      (left.empty() ? written : left).push_back(step.what);
     } catch (const Refusal& refusal) {
-      progress.status = refusal.status();
-      progress.faults.emplace_back(refusal.what());
-      progress.left.push_back(step.what);
+      outcome.status = refusal.status();
+      outcome.notes.emplace_back(refusal.what());
+      left.push_back(step.what);
     }
-  if (!progress.faults.empty()) giveUp(progress, former);
-  return progress;
+  if (!left.empty()) {
+    const std::vector<std::string> faults = former.putBack();
+    outcome.notes.insert(outcome.notes.end(), faults.begin(), faults.end());
+    if (faults.empty()) left.insert(left.begin(), written.begin(), written.end());
+    if (faults.empty()) written.clear();
+    outcome.notes.push_back(faults.empty()
+                                ? "all is as it was before"
+                                : "written: " + listed(written) + "; not written: " + listed(left));
+  }
+  outcome.value["written"] = written;
+  outcome.value["notWritten"] = left;
 }
 
-Json changesOf(const std::vector<Transition>& transitions, bool showSecrets) {
-  Json changes = Json::array();
-  for (const auto& [section, before, after] : transitions)
-    addDifferences(section->name, before, after, changes);
-  return showSecrets ? changes : withMaskedSides(changes);
+Outcome refusedFor(const settings::Faults& faults) {
+  Outcome outcome;
+  outcome.status = Status::Refused;
+  outcome.value = {{"faults", Json::array()}};
+  for (const auto& [place, reason] : faults) {
+    const std::string where = place.empty() ? "document" : place;
+    outcome.value["faults"].push_back({{"place", where}, {"reason", reason}});
+    outcome.notes.push_back(std::string(where).append(": ").append(reason));
+  }
+  outcome.notes.emplace_back("nothing was changed");
+  return outcome;
 }
 
 }  // namespace
@@ -120,46 +113,29 @@ Outcome exportSettings(const std::vector<std::string>& names, bool withSecrets) 
     if (!wanted && !names.empty()) continue;
     const Json value = section.load();
     noteFaults(section, value, plan, outcome);
-    outcome.value.at_path(pathTo(section)) = withSecrets ? value : withoutSecrets(section, value);
-    if (withSecrets && holdsSecrets(section, value))
+    const Json open =
+        section.table == nullptr ? value : settings::withoutSecrets(value, section.table->settings);
+    outcome.value.at_path(pathTo(section)) = withSecrets ? value : open;
+    if (withSecrets && open != value)
       outcome.notes.push_back("note: " + section.name +
                               " holds passwords in clear; '--no-secrets' leaves them out");
   }
   return outcome;
 }
 
-Outcome refusedFor(const settings::Faults& faults) {
-  Outcome outcome;
-  outcome.status = Status::Refused;
-  outcome.value = {{"faults", Json::array()}};
-  for (const auto& [place, reason] : faults) {
-    const std::string where = place.empty() ? "document" : place;
-    outcome.value["faults"].push_back({{"place", where}, {"reason", reason}});
-    outcome.notes.push_back(std::string(where).append(": ").append(reason));
-  }
-  outcome.notes.emplace_back("nothing was changed");
-  return outcome;
-}
-
-Outcome carriedOut(const std::vector<Transition>& transitions, const ImportOptions& options) {
+Outcome carriedOut(const Target& target, const ImportOptions& options) {
+  if (!target.faults.empty()) return refusedFor(target.faults);
   Outcome outcome;
   outcome.value["dryRun"] = options.rehearse;
-  outcome.value["changes"] = changesOf(transitions, options.showSecrets);
-  for (const auto& [section, before, after] : transitions)
-    for (const std::string& loss : section->losses()) outcome.notes.push_back(loss);
-  if (options.rehearse) return outcome;
-  const Progress progress = carryOut(stepsOf(transitions));
-  outcome.value["written"] = progress.written;
-  outcome.value["notWritten"] = progress.left;
-  outcome.status = progress.status;
-  outcome.notes.insert(outcome.notes.end(), progress.faults.begin(), progress.faults.end());
+  outcome.value["changes"] = differencesOf(target.transitions, options.showSecrets);
+  for (const Transition& transition : target.transitions)
+    for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
+  if (!options.rehearse) carryOut(stepsOf(target.transitions), outcome);
   return outcome;
 }
 
 Outcome importSettings(const std::string& text, const ImportOptions& options) {
-  settings::Faults faults;
-  const std::vector<Transition> transitions = readDocument(text, faults);
-  return faults.empty() ? carriedOut(transitions, options) : refusedFor(faults);
+  return carriedOut(readDocument(text), options);
 }
 
 }  // namespace camcfg::tool::document

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/outcome.h"
+#include "device/explanation.h"
 #include "document/document.h"
 
 namespace camcfg::tool::document {
@@ -32,14 +33,11 @@ struct ImportOptions {
 /// @throws Refusal  the text is no JSON, or the device's files are unusable
 Outcome importSettings(const std::string& text, const ImportOptions& options);
 
-/// What comes of settings that cannot be carried out: their faults, and that nothing was changed.
-Outcome refusedFor(const settings::Faults& faults);
-
-/// Brings sections from one state to another, all of them or none: a step that fails has those
-/// before it put back.
+/// Brings sections to what they are to be, all of them or none: a step that fails has those before
+/// it put back. A target with faults changes nothing.
 /// @return "changes"; unless it is a rehearsal, what was "written" and "notWritten", and in a status
-///         of its own, why
-Outcome carriedOut(const std::vector<Transition>& transitions, const ImportOptions& options);
+///         of its own, why; or the "faults"
+Outcome carriedOut(const Target& target, const ImportOptions& options);
 
 // Each reset puts factory values back, all or none, and reports the changes as an import does:
 // those of the factory set, for parameters and cards without one there their "Def". They throw a
@@ -55,6 +53,26 @@ Outcome resetSection(const std::string& name, const ImportOptions& options);
 
 /// Everything that an export holds.
 Outcome resetAll(const ImportOptions& options);
+
+// Each reports what differs, setting by setting, from the main copies: objects of "place", "device"
+// and "other". What cannot be compared is reported and left out. The status is done where nothing
+// differs, refused (1) where something does, and that of a usage error (2), or unusable, where
+// something could not be compared.
+
+/// @param other  which copies: the backups or the factory set
+/// @throws Refusal if the copies cannot be read at all
+Outcome compareWithCopies(device::Place other, bool showSecrets);
+
+/// @param text  an exported document; sections and parameters that it does not hold are not compared
+/// @throws Refusal  the text is no JSON, or the device's files are unusable
+Outcome compareWithDocument(const std::string& text, bool showSecrets);
+
+/// What is known of a stream source or cache, or of a session of a live media service.
+/// @param kind  "source", "cache", "websocket", "rtsp", "rtmp", "ndi" or "srt"
+/// @param id    its id; an RTSP session's name
+/// @throws Refusal  an unknown kind; no copy has such a session
+device::Explanation explainSession(const std::string& kind, const std::string& id,
+                                   bool showSecrets);
 
 }  // namespace camcfg::tool::document
 

@@ -1,7 +1,8 @@
+#include <algorithm>
+
 #include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "document/copies.h"
 #include "document/exchange.h"
 #include "network/section.h"
 #include "parameters/section.h"
@@ -13,33 +14,34 @@ constexpr char kParameters[] = "parameters";
 constexpr char kNetwork[] = "network";
 constexpr char kNetworkSection[] = "NetWork";
 
+const device::Section& sectionOf(const char* name) {
+  return *std::find_if(allSections().begin(), allSections().end(),
+                       [&](const device::Section& section) { return section.name == name; });
+}
+
 // What is reset, gathered section by section, and what prevents it.
 class Reset {
  public:
   void addParameters(const std::vector<parameters::Parameter>& wanted) {
-    addWithDefs(kParameters, [&](const Json& before) {
-      return parameters::resetParameters(before, factory_, wanted, without_);
-    });
+    const device::Section& section = sectionOf(kParameters);
+    const Json before = section.load();
+    target_.add(section, before, parameters::resetParameters(before, factory_, wanted, without_));
+    hasDef_ = true;
   }
 
   void addNetwork() {
-    addWithDefs(kNetwork, [&](const Json& before) {
-      return network::resetNetwork(before, factory_, without_);
-    });
+    const device::Section& section = sectionOf(kNetwork);
+    const Json before = section.load();
+    target_.add(section, before, network::resetNetwork(before, factory_, without_));
+    hasDef_ = true;
   }
 
   // Presets and media have factory values in the factory set only.
   void addWhole(const device::Section& section) {
-    if (copies_.empty()) copies_ = loadFromCopies(device::Place::Default);
+    if (copies_.empty()) copies_ = loadFrom(device::Place::Default);
     const CopiedSection& copy = copies_.at(section.name);
     if (!copy.fault.empty()) throw Refusal(section.name + " has no factory values: " + copy.fault);
-    const Json before = section.load();
-    const Json after =
-        copy.value == before
-            ? before
-            : section.read(settings::Node(copy.value, section.name, faults_), before, plan_);
-    plan_.set(section.name, after);
-    add(section, before, after);
+    target_.read(section, copy.value);
   }
 
   void add(const device::Section& section) {
@@ -52,8 +54,8 @@ class Reset {
   const std::vector<std::string>& without() const { return without_; }
 
   Outcome carryOut(const ImportOptions& options) const {
-    if (!faults_.empty()) return refusedFor(faults_);
-    Outcome outcome = carriedOut(transitions_, options);
+    Outcome outcome = carriedOut(target_, options);
+    if (!target_.faults.empty()) return outcome;
     if (!factory_.fault().empty() && hasDef_)
       outcome.notes.push_back("note: " + factory_.fault() +
                               "; \"Def\" of the main copy is used instead");
@@ -63,27 +65,11 @@ class Reset {
   }
 
  private:
-  template <typename Values>
-  void addWithDefs(const char* name, Values factoryValues) {
-    hasDef_ = true;
-    for (const device::Section& section : allSections())
-      if (section.name == name) {
-        const Json before = section.load();
-        add(section, before, factoryValues(before));
-      }
-  }
-
-  void add(const device::Section& section, const Json& before, const Json& after) {
-    if (after != before) transitions_.push_back({&section, before, after});
-  }
-
   const device::FactoryValues factory_;
-  std::map<std::string, CopiedSection> copies_;
+  CopiedSections copies_;
   bool hasDef_ = false;
-  device::Plan plan_{allSections()};
-  settings::Faults faults_;
   std::vector<std::string> without_;
-  std::vector<Transition> transitions_;
+  Target target_;
 };
 
 [[noreturn]] void refuseUnknown(const std::string& name, std::vector<std::string> known) {

@@ -8,8 +8,8 @@
 #include "lint/stream.h"
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "settings/address.h"
-#include "settings/elements.h"
+#include "settings/network.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::lint {
 

@@ -7,7 +7,7 @@
 
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "settings/elements.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::lint {
 

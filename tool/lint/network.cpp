@@ -10,7 +10,7 @@
 #include "lint/subject.h"
 #include "lint/values.h"
 #include "settings/network.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::lint {
 

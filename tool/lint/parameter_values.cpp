@@ -6,7 +6,7 @@
 #include "lint/elements.h"
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::lint {
 

@@ -7,8 +7,8 @@
 #include "lint/name_matches.h"
 #include "lint/subject.h"
 #include "lint/values.h"
-#include "settings/parameter_form.h"
 #include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::lint {
 

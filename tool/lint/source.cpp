@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "base/descriptor.h"
-#include "device/file_set.h"
+#include "device/files.h"
 #include "lint/elements.h"
 
 namespace camcfg::tool::lint {

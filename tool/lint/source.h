@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/host_file.h"
-#include "device/file_set.h"
+#include "device/files.h"
 
 namespace camcfg::tool::lint {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "device/file_set.h"
+#include "device/files.h"
 #include "lint/elements.h"
 #include "lint/subject.h"
 #include "lint/values.h"

@@ -9,7 +9,7 @@
 #include "base/decimal.h"
 #include "lint/elements.h"
 #include "lint/subject.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::lint {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "media/media.h"
-#include "settings/elements.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::media {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "device/copy.h"
+#include "device/files.h"
 #include "settings/media.h"
 
 namespace camcfg::tool::media {

@@ -11,7 +11,7 @@
 #include "device/change.h"
 #include "media/cache_losses.h"
 #include "media/stream_cache.h"
-#include "settings/nearest.h"
+#include "settings/node.h"
 
 namespace camcfg::tool::media {
 namespace {

@@ -6,10 +6,10 @@
 #include "base/plain_text.h"
 #include "base/refusal.h"
 #include "device/change.h"
-#include "device/factory_values.h"
+#include "device/section.h"
 #include "network/network.h"
 #include "settings/network.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::network {
 namespace {

@@ -3,7 +3,7 @@
 #include "device/explanation.h"
 #include "network/network.h"
 #include "settings/network.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::network {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/json.h"
-#include "device/copy.h"
 #include "device/explanation.h"
+#include "device/files.h"
 
 namespace camcfg::tool::network {
 

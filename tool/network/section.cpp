@@ -5,7 +5,7 @@
 #include "base/refusal.h"
 #include "network/network.h"
 #include "settings/network.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::network {
 namespace {

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "base/json.h"
-#include "device/copy.h"
 #include "device/explanation.h"
-#include "settings/parameter_form.h"
+#include "device/files.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::parameters {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "base/refusal.h"
-#include "device/factory_values.h"
+#include "device/section.h"
 #include "parameters/change.h"
 
 namespace camcfg::tool::parameters {

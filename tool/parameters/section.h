@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "device/factory_values.h"
 #include "device/section.h"
 #include "parameters/parameter.h"
 

@@ -8,7 +8,7 @@
 #include "base/refusal.h"
 #include "device/change.h"
 #include "settings/presets.h"
-#include "settings/record.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::presets {
 namespace {
@@ -47,7 +47,7 @@ void put(tagPRESET_CFG_S& record, const Setting& setting, const Json& value) {
   if (isText(setting))
     setting.field.setText(&record, std::string(firstBytes(value.text(), kLongestDescription)));
   else
-    setting.field.integer(&record) = value.get<std::int32_t>();
+    setting.field.as<std::int32_t>(&record) = value.get<std::int32_t>();
 }
 
 Values valuesOf(const tagPRESET_CFG_S& record) {

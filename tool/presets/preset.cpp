@@ -8,8 +8,8 @@
 #include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "settings/parameter_form.h"
 #include "settings/presets.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::presets {
 namespace {

@@ -1,22 +1,64 @@
 #include "settings/network.h"
 
+#include <arpa/inet.h>
 #include <camcfg/network.h>
 
-#include "base/plain_text.h"
+#include <algorithm>
+#include <optional>
+#include <sstream>
+
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "settings/address.h"
-#include "settings/row.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::settings {
 namespace {
 
 using Record = tagNETWORK_CFG_S;
 
+constexpr char kLabelCharacters[] =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-";
+constexpr std::size_t kLongestLabel = 63;
+constexpr std::size_t kLongestHostname = 253;
+
+// Four decimal numbers, the first one highest.
+std::optional<std::uint32_t> ipv4Of(const std::string& text) {
+  in_addr address{};
+  if (text.find('\0') != std::string::npos || inet_pton(AF_INET, text.c_str(), &address) != 1)
+    return std::nullopt;
+  return ntohl(address.s_addr);
+}
+
+std::string notDotted(const std::string& text) {
+  return quoted(text) + " is not of the form 192.0.2.1";
+}
+
+std::string whyNotAHost(const std::string& text, bool loopback) {
+  const std::optional<std::uint32_t> address = ipv4Of(text);
+  if (!address) return notDotted(text);
+  const std::uint32_t first = *address >> 24;
+  if (first == 0) return quoted(text) + " is no host's address: it begins with 0";
+  if (first == 127 && !loopback) return quoted(text) + " is the device itself, not its network";
+  if (first >= 240) return quoted(text) + " is a reserved or the broadcast address";
+  if (first >= 224) return quoted(text) + " is a multicast address";
+  return "";
+}
+
+std::string whyNotALabel(const std::string& label) {
+  if (label.empty()) return "has an empty label";
+  if (label.size() > kLongestLabel)
+    return "has a label of " + std::to_string(label.size()) + " characters, the limit is " +
+           std::to_string(kLongestLabel);
+  if (label.find_first_not_of(kLabelCharacters) != std::string::npos)
+    return "has a character that is no letter, digit or hyphen";
+  if (label.front() == '-' || label.back() == '-')
+    return "has a label that begins or ends with a hyphen";
+  return "";
+}
+
 template <auto Member>
 Row row(const char* member, const char* element, Kind kind, const char* help) {
-  return Row(member, nullptr, kind, Need::Expected, fieldOf<Member>(), help)
-      .from({{"Cur", element}});
+  return Row(member, nullptr, kind, kExpected, help, fieldOf<Member>()).from({{"Cur", element}});
 }
 
 // The record has the system's name of an interface, not the file's word.
@@ -82,6 +124,50 @@ Settings makeCardSettings() {
 
 }  // namespace
 
+std::string whyNotAnAddress(const std::string& text) {
+  return whyNotAHost(text, false);
+}
+
+std::string whyNotAnOptionalAddress(const std::string& text) {
+  return text.empty() ? "" : whyNotAHost(text, false);
+}
+
+std::string whyNotAServer(const std::string& text) {
+  return text.empty() ? "" : whyNotAHost(text, true);
+}
+
+std::string whyNotAMask(const std::string& text) {
+  const std::optional<std::uint32_t> mask = ipv4Of(text);
+  if (!mask) return notDotted(text);
+  if (*mask == 0) return quoted(text) + " has no set bit";
+  const std::uint32_t hosts = ~*mask;
+  return (hosts & (hosts + 1)) == 0
+             ? ""
+             : quoted(text) + " is no netmask: its set bits are not all at the beginning";
+}
+
+std::string whyNotDomains(const std::string& text) {
+  std::istringstream domains(text);
+  for (std::string domain; std::getline(domains, domain, ' ');) {
+    std::string fault = whyNotAHostname(domain);
+    if (!fault.empty()) return fault;
+  }
+  return "";
+}
+
+std::string whyNotAHostname(const std::string& text) {
+  if (text.size() > kLongestHostname)
+    return "it has " + std::to_string(text.size()) + " characters, the limit is " +
+           std::to_string(kLongestHostname);
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find('.', start), text.size());
+    const std::string fault = whyNotALabel(text.substr(start, end - start));
+    if (!fault.empty()) return quoted(text) + " " + fault;
+    start = end + 1;
+  }
+  return "";
+}
+
 const Settings& cardSettings() {
   static const Settings settings = makeCardSettings();
   return settings;
@@ -89,8 +175,7 @@ const Settings& cardSettings() {
 
 const Setting& hostnameSetting() {
   static const Setting setting =
-      Row("hostname", "Hostname", Kind::Text, Need::Expected, {}, "Host name")
-          .checked(whyNotAHostname);
+      Row("hostname", "Hostname", Kind::Text, kExpected, "Host name").checked(whyNotAHostname);
   return setting;
 }
 

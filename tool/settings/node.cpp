@@ -1,11 +1,9 @@
 #include "settings/node.h"
 
 #include <algorithm>
-#include <cctype>
 #include <limits>
 
 #include "base/spelling.h"
-#include "settings/nearest.h"
 
 namespace camcfg::tool::settings {
 namespace {
@@ -25,7 +23,44 @@ bool isStorable(char c) {
   return byte == '\n' || byte == '\t' || (byte >= 0x20 && byte != 0x7f);
 }
 
+// The last one that is meant: a number beyond it would be no multiple of the step.
+std::int64_t greatestOnStep(std::int64_t least, std::int64_t most, std::int64_t step) {
+  return step > 1 && least <= most ? most - (most - least) % step : most;
+}
+
+// The spelling of a shorter word says nothing: "GB" is no more like "MB" than like "B".
+constexpr std::size_t kShortestTelling = 3;
+
+std::string nearestIs(const std::string& value) {
+  return "; the nearest permitted is " + value;
+}
+
 }  // namespace
+
+std::string outside(const std::string& written, std::int64_t number, std::int64_t least,
+                    std::int64_t most, std::int64_t step) {
+  const std::string range = std::to_string(least) + ".." + std::to_string(most);
+  std::string text = written + " is outside " + range;
+  if (least > most) return text;
+  return text +
+         nearestIs(std::to_string(number < least ? least : greatestOnStep(least, most, step)));
+}
+
+std::string nearestOf(const std::string& written, const std::vector<std::string>& texts) {
+  if (written.empty()) return "";
+  const auto holds = [&](const std::string& text) {
+    return text.find(written) != std::string::npos;
+  };
+  if (std::count_if(texts.begin(), texts.end(), holds) == 1)
+    return nearestIs(quoted(*std::find_if(texts.begin(), texts.end(), holds)));
+  const std::string word = nearestWord(written, texts);
+  const bool tells = written.size() >= kShortestTelling || isSameWord(word, written);
+  return word.empty() || !tells ? "" : nearestIs(quoted(word));
+}
+
+std::string nearestOfLength(const std::string& text, std::size_t most) {
+  return text.size() <= most ? "" : nearestIs(quoted(firstBytes(text, most)));
+}
 
 Node Node::member(const std::string& name) const {
   return {value_.at(name), memberPlace(place_, name), faults_};
@@ -40,9 +75,9 @@ void Node::refuseMissing(const std::string& name) const {
 }
 
 bool Node::isObjectOf(const std::vector<std::string>& names) const {
-  if (!isObject()) return false;
+  if (!is(value_.is_object(), "an object")) return false;
   for (const auto& [name, ignored] : value_.items())
-    if (std::find(names.begin(), names.end(), name) == names.end())
+    if (!isAmong(names, name))
       member(name).refuse("there is no such member" + didYouMean(name, names));
   return true;
 }

@@ -7,9 +7,32 @@
 
 #include "base/json.h"
 #include "base/plain_text.h"
-#include "settings/faults.h"
 
 namespace camcfg::tool::settings {
+
+// What a refusal says of the permitted value that comes nearest to the one refused.
+
+/// "70000 is outside 1..65535; the nearest permitted is 65535"
+/// @param written  the number as it was written
+/// @param number   the number, which is outside
+/// @param step     distance of the values that are meant, from `least` on; 1 if they all are
+std::string outside(const std::string& written, std::int64_t number, std::int64_t least,
+                    std::int64_t most, std::int64_t step = 1);
+
+/// "; the nearest permitted is 'Manual'": the only one of the texts that holds what was written, or
+/// else the one that is spelt most like it; empty if none comes near.
+std::string nearestOf(const std::string& written, const std::vector<std::string>& texts);
+
+/// "; the nearest permitted is 'TEX'": the text cut to so many bytes, between two characters.
+std::string nearestOfLength(const std::string& text, std::size_t most);
+
+/// Something in a document that keeps it from being imported.
+struct Fault {
+  std::string place;   ///< "live.srt[1].port"; "document" for the whole
+  std::string reason;  ///< "70000 is outside 1..65535"
+};
+
+using Faults = std::vector<Fault>;
 
 /// Whole numbers from `least` to `most`.
 struct Range {
@@ -38,7 +61,6 @@ class Node {
 
   /// Whether this is an object, with no members but these.
   bool isObjectOf(const std::vector<std::string>& names) const;
-  bool isObject() const { return is(value_.is_object(), "an object"); }
   bool isArray() const { return is(value_.is_array(), "an array"); }
 
   std::int32_t number(const Range& range) const;

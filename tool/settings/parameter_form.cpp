@@ -1,20 +1,13 @@
-#include "settings/parameter_form.h"
-
 #include <algorithm>
 
 #include "base/decimal.h"
-#include "base/plain_text.h"
-#include "settings/nearest.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::settings {
 namespace {
 
 constexpr std::string_view kBetween = ",;|";
 constexpr std::string_view kSeparators = ",;|/ ";
-
-bool isSeparator(char c) {
-  return kSeparators.find(c) != std::string_view::npos;
-}
 
 }  // namespace
 
@@ -36,8 +29,8 @@ bool isWholeOption(std::string_view optTxt, std::string_view text) {
   for (std::size_t at = optTxt.find(text); at != std::string_view::npos;
        at = optTxt.find(text, at + 1)) {
     const std::size_t end = at + text.size();
-    const bool opens = at == 0 || isSeparator(optTxt[at - 1]);
-    const bool closes = end == optTxt.size() || isSeparator(optTxt[end]);
+    const bool opens = at == 0 || isAmong(kSeparators, optTxt[at - 1]);
+    const bool closes = end == optTxt.size() || isAmong(kSeparators, optTxt[end]);
     if (opens && closes) return true;
   }
   return false;
@@ -79,18 +72,13 @@ Objection ParameterForm::objectionTo(const std::string& text) const {
   return isInteger() ? objectionToNumber(text) : objectionToText(text);
 }
 
-Objection ParameterForm::objectionToLimit(const char* attribute) const {
-  if (text(attribute) == nullptr)
-    return {std::string("it has no ") + attribute + ", so no value is permitted"};
-  if (integerIn(element_, attribute)) return {};
-  return {std::string("its ") + attribute + " " + quoted(text(attribute)) + " is no integer"};
-}
-
 // The library reports the step and does not enforce it, but a value between two is not meant.
 Objection ParameterForm::objectionToNumber(const std::string& text) const {
-  for (const char* attribute : {"Min", "Max"}) {
-    Objection objection = objectionToLimit(attribute);
-    if (!objection.why.empty()) return objection;
+  for (const char* name : {"Min", "Max"}) {
+    const char* limit = this->text(name);
+    if (limit == nullptr) return {std::string("it has no ") + name + ", so no value is permitted"};
+    if (!integerIn(element_, name))
+      return {std::string("its ") + name + " " + quoted(limit) + " is no integer"};
   }
   const std::optional<long long> number = decimal(text);
   if (!number) return {quoted(text) + " is no decimal integer"};

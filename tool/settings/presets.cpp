@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "settings/nearest.h"
-#include "settings/row.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::settings {
 namespace {
@@ -25,40 +24,36 @@ std::string whyNotADescription(const std::string& text) {
 }
 
 template <auto Member>
-Row number(const char* member, const char* attribute, const char* help) {
-  return Row(member, attribute, Kind::Integer, Need::Expected, fieldOf<Member>(), help)
-      .within(INT32_MIN, INT32_MAX);
+Row number(const char* name, const char* attribute, const char* help) {
+  return integer<Member>(name, attribute, kExpected, help).within(INT32_MIN, INT32_MAX);
 }
 
 }  // namespace
 
 const Settings& presetSettings() {
   static const Settings settings = {
-      Row(kPresetId, "Id", Kind::Integer, Need::Required, fieldOf<&Record::s32Id>(),
-          "Id from 0 to 128")
+      integer<&Record::s32Id>(kPresetId, "Id", kRequired, "Id from 0 to 128")
           .within(0, PRESET_ID_MAX)
-          .listed("ID", "{id}"),
-      Row(kPresetDescription, "Description", Kind::Text, Need::Expected,
-          fieldOf<&Record::s8Description>(), "Text of up to 63 bytes")
+          .listed("ID"),
+      text<&Record::s8Description>(kPresetDescription, "Description", kExpected,
+                                   "Text of up to 63 bytes")
           .checked(whyNotADescription)
           .option("--description")
-          .listed("DESCRIPTION", "{description}", 1),
-      number<&Record::s32PanPos>("pan", "PanPos", "Pan position")
-          .option("--pan")
-          .listed("PAN", "{pan}"),
+          .listed("DESCRIPTION", 1),
+      number<&Record::s32PanPos>("pan", "PanPos", "Pan position").option("--pan").listed("PAN"),
       number<&Record::s32TiltPos>("tilt", "TiltPos", "Tilt position")
           .option("--tilt")
-          .listed("TILT", "{tilt}"),
+          .listed("TILT"),
       number<&Record::s32ZoomPos>("zoom", "ZoomPos", "Zoom position")
           .option("--zoom")
-          .listed("ZOOM", "{zoom}"),
+          .listed("ZOOM"),
       number<&Record::s32FocusPos>("focus", "FocusPos", "Focus position")
           .option("--focus")
-          .listed("FOCUS", "{focus}"),
+          .listed("FOCUS"),
       number<&Record::s32FocusMode>("focusMode", "FocusMode", "Focus mode")
           .option("--focus-mode")
           .labelled("focus mode")
-          .listed("FOCUS MODE", "{focusMode}"),
+          .listed("FOCUS MODE"),
   };
   return settings;
 }

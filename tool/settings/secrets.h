@@ -18,8 +18,14 @@ std::string maskedUrl(const std::string& url);
 /// The value with each secret masked.
 Json withMaskedSecrets(const Json& value, const Settings& settings);
 
+/// What a place of a document has, "live.srt[1].password", with each secret masked.
+Json maskedAt(const std::string& place, const Json& value);
+
 /// The value without its secrets.
 Json withoutSecrets(const Json& value, const Settings& settings);
+
+/// Entries of a table with secrets that are left out taken from the entry with the same key.
+Json withKeptSecrets(Json entries, const Table& table, const Json& before);
 
 }  // namespace camcfg::tool::settings
 

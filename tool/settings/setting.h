@@ -2,13 +2,78 @@
 #define CAMCFG_TOOL_SETTINGS_SETTING_H
 
 #include <cstdint>
+#include <list>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
-#include "settings/field.h"
 #include "settings/node.h"
 
 namespace camcfg::tool::settings {
+
+struct Setting;
+using Settings = std::vector<Setting>;
+
+/// A field of one of the library's records, whatever the record: fieldOf<&Record::member>.
+struct Field {
+  void* (*at)(void* record) = nullptr;
+  bool isString = false;  ///< its text is a std::string, not an array of characters
+  std::size_t room = 0;   ///< of an array of characters, in bytes, with the terminator
+  // Of a list of records.
+  void* (*append)(void* list) = nullptr;  ///< adds a new record
+  Json (*toJson)(const void* list, const Settings& settings) = nullptr;
+
+  /// The field itself, which must be of this type.
+  template <typename Value>
+  Value& as(void* record) const {
+    return *static_cast<Value*>(at(record));
+  }
+  template <typename Value>
+  const Value& as(const void* record) const {
+    return as<Value>(const_cast<void*>(record));
+  }
+  std::string text(const void* record) const;
+  /// @return false, with nothing changed, if there is no room
+  bool setText(void* record, const std::string& text) const;
+};
+
+/// A record as a document has it.
+Json toJson(const Settings& settings, const void* record);
+
+/// A list of records as a document has it.
+template <typename Record>
+struct ListOf {
+  static Json toJson(const void* list, const Settings& settings) {
+    Json array = Json::array();
+    for (const Record& record : *static_cast<const std::list<Record>*>(list))
+      array.push_back(settings::toJson(settings, &record));
+    return array;
+  }
+  static void* append(void* list) { return &static_cast<std::list<Record>*>(list)->emplace_back(); }
+};
+
+template <typename Owner, typename Value>
+Owner ownerOf(Value Owner::*);
+
+template <auto Member>
+Field fieldOf() {
+  using Owner = decltype(ownerOf(Member));
+  using Value = std::remove_reference_t<decltype(std::declval<Owner&>().*Member)>;
+  Field field;
+  field.at = [](void* record) -> void* { return &(static_cast<Owner*>(record)->*Member); };
+  field.isString = std::is_same_v<Value, std::string>;
+  if constexpr (std::is_array_v<Value>) {
+    field.room = sizeof(Value);
+  } else if constexpr (std::is_class_v<Value> && !std::is_same_v<Value, std::string> &&
+                       !std::is_same_v<Value, std::list<int>>) {
+    field.append = ListOf<typename Value::value_type>::append;
+    field.toJson = ListOf<typename Value::value_type>::toJson;
+  } else if constexpr (!std::is_class_v<Value>) {
+    static_assert(sizeof(Value) == sizeof(std::int32_t));
+  }
+  return field;
+}
 
 /// What the value of a setting is.
 enum class Kind {
@@ -53,8 +118,8 @@ struct Condition {
 
 /// A column of a listing: heading, and places for members as in "{id} {name}".
 struct Column {
-  const char* heading;
-  const char* cell;
+  const char* heading = nullptr;
+  std::string cell;
   int rank = 0;  ///< columns of a higher rank come later
 };
 
@@ -95,7 +160,11 @@ struct Setting {
   bool isWrittenByWholeName = false;  ///< setters of whole cards pass longer names by
 };
 
-using Settings = std::vector<Setting>;
+/// What values a setting takes, for people: "1..65535"; empty if any text is permitted.
+std::string permittedFor(const Setting& setting);
+
+/// The setting of a member; null if there is none.
+const Setting* settingOf(const Settings& settings, std::string_view member);
 
 /// How the library loads and saves the entries of a section, as JSON by the rows of its table.
 struct Calls {
@@ -124,15 +193,8 @@ struct Table {
   void (*check)(const Node& entry) = nullptr;
   bool isSaved = true;  ///< the library saves the section whole, and drops what it does not know
 
-  /// The setting of a member; null if there is none.
-  const Setting* find(std::string_view member) const;
+  const Setting* find(std::string_view member) const { return settingOf(settings, member); }
 };
-
-/// What values a setting takes, for people: "1..65535"; empty if any text is permitted.
-std::string permittedFor(const Setting& setting);
-
-/// What an answer has for a secret that is set.
-inline constexpr char kMasked[] = "********";
 
 }  // namespace camcfg::tool::settings
 

@@ -3,8 +3,7 @@
 #include <memory>
 
 #include "settings/media.h"
-#include "settings/record.h"
-#include "settings/row.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::settings {
 namespace {
@@ -12,9 +11,6 @@ namespace {
 using Source = tag_CFG_STREAM_SOURCE_T;
 using Cache = tag_CFG_STREAM_CACHE_T;
 
-constexpr Need kRequired = Need::Required;
-constexpr Need kCarried = Need::Carried;
-constexpr Need kOptional = Need::Optional;
 constexpr char kStream[] = "Stream";
 constexpr std::int64_t kLibraryCounts = std::int64_t{1} << 31;  // bytes, in signed 32-bit numbers
 constexpr int kMaskBits = 32;
@@ -39,10 +35,9 @@ std::shared_ptr<Source> sharedSource(const Source& source) {
 
 const Settings& cacheSize() {
   static const Settings settings = {
-      Row("value", nullptr, Kind::Integer, kRequired, fieldOf<&Cache::s32BufSize>(),
-          "How many of the unit")
+      integer<&Cache::s32BufSize>("value", nullptr, kRequired, "How many of the unit")
           .within(0, kLibraryCounts - 1),
-      Row("unit", nullptr, Kind::Word, kRequired, fieldOf<&Cache::s32BufUnit>(), "What is counted")
+      word<&Cache::s32BufUnit>("unit", nullptr, kRequired, "What is counted")
           .of({{"B", 1}, {"KB", 1 << 10}, {"MB", 1 << 20}})};
   return settings;
 }
@@ -81,9 +76,9 @@ void readAllowed(const Node& node, void* record) {
 const Table& allowedSource() {
   static const Table table = innerTable(
       "source that a cache allows", "AllowedStreamSource", nullptr,
-      {Row("id", "Id", Kind::Id, kCarried, {}, "The source"),
-       Row("default", "Default", Kind::Flag, kOptional, {}, "It is the one that is loaded"),
-       Row("enable", "Enable", Kind::Flag, kOptional, {}, "It was selected in place").notSaved()});
+      {Row("id", "Id", Kind::Id, kCarried, "The source"),
+       Row("default", "Default", Kind::Flag, kOptional, "It is the one that is loaded"),
+       Row("enable", "Enable", Kind::Flag, kOptional, "It was selected in place").notSaved()});
   return table;
 }
 
@@ -97,66 +92,45 @@ void checkCache(const Node& cache) {
 }  // namespace
 
 const Table& streamSources() {
-  using Library = CallsOf<std::shared_ptr<Source>, CFG_MPP_LoadStreamSourceConfig,
-                          CFG_MPP_DumpStreamSourceConfig, sharedSource>;
-  static const Table table = {
-      "stream.sources",
-      "source",
-      "stream source",
-      "id",
-      "name",
-      kStream,
-      "StreamSource",
-      {"VENC", "AI", "AENC"},
-      {Row("id", "Id", Kind::Integer, kRequired, fieldOf<&Source::s32Id>(), "Number of the source")
+  static const Table table = tableOf<std::shared_ptr<Source>, CFG_MPP_LoadStreamSourceConfig,
+                                     CFG_MPP_DumpStreamSourceConfig, sharedSource>(
+      "stream.sources", "source", "stream source", "id", "name", kStream, "StreamSource",
+      {"VENC", "AI", "AENC"}, CFG_MPP_CloseRead,
+      {integer<&Source::s32Id>("id", "Id", kRequired, "Number of the source")
            .within(0, kGreatestSourceId)
-           .listed("ID", "{id}"),
-       Row("kind", nullptr, Kind::Word, kRequired, fieldOf<&Source::s32Type>(),
-           "Video encoder, audio input or audio encoder")
+           .listed("ID"),
+       word<&Source::s32Type>("kind", nullptr, kRequired,
+                              "Video encoder, audio input or audio encoder")
            .of({{"VENC", CFG_STREAM_SOURCE_VENC},
                 {"AI", CFG_STREAM_SOURCE_AI},
                 {"AENC", CFG_STREAM_SOURCE_AENC}})
-           .listed("KIND", "{kind}"),
-       Row("name", "Name", Kind::Text, kCarried, fieldOf<&Source::strName>(), "What it is called")
-           .listed("NAME", "{name}"),
-       Row("channel", nullptr, Kind::Id, kRequired, fieldOf<&Source::s32ChnId>(),
-           "Channel of the hardware")
+           .listed("KIND"),
+       text<&Source::strName>("name", "Name", kCarried, "What it is called").listed("NAME"),
+       id<&Source::s32ChnId>("channel", nullptr, kRequired, "Channel of the hardware")
            .from({{"ChnId", "VENC"}, {"AiId", "AI"}, {"AencId", "AENC"}})
-           .listed("CHANNEL", "{channel}"),
-       Row("enabled", "Enabled", Kind::Flag, kOptional, fieldOf<&Source::s32Enabled>(),
-           "Whether it delivers data")
-           .listed("ENABLED", "{enabled}")},
-      Library::calls(CFG_MPP_CloseRead)};
+           .listed("CHANNEL"),
+       flag<&Source::s32Enabled>("enabled", "Enabled", kOptional, "Whether it delivers data")
+           .listed("ENABLED")});
   return table;
 }
 
 const Table& streamCaches() {
-  using Library =
-      CallsOf<std::shared_ptr<Cache>, CFG_MPP_LoadStreamCacheConfig, CFG_MPP_DumpStreamCacheConfig>;
-  static const Table table = {
-      "stream.caches",
-      "cache",
-      "stream cache",
-      "id",
-      "name",
-      kStream,
-      "StreamCache",
-      {"Cache"},
-      {Row("id", "Id", Kind::Id, kRequired, fieldOf<&Cache::s32Id>(),
-           "Number of the cache, the channel of services"),
-       Row("name", "Name", Kind::Text, kRequired, fieldOf<&Cache::strName>(), "What it is called"),
-       Row("size", nullptr, Kind::Integer, kOptional, {}, "Size of the buffer")
-           .from({{"BufferSizeB"}, {"BufferSizeKB"}, {"BufferSizeMB"}})
-           .by(writeSize, readSize),
-       Row("allowed", nullptr, Kind::Ids, kOptional, {}, "Sources that it may carry")
-           .of(allowedSource())
-           .by(writeAllowed, readAllowed),
-       Row("default", nullptr, Kind::Integer, kOptional, fieldOf<&Cache::s32EnabledSrc>(),
-           "Source that it carries")
-           .within(0, kGreatestSourceId)
-           .refersTo(streamSources())},
-      Library::calls(CFG_MPP_CloseRead),
-      checkCache};
+  static const Table table =
+      tableOf<std::shared_ptr<Cache>, CFG_MPP_LoadStreamCacheConfig, CFG_MPP_DumpStreamCacheConfig>(
+          "stream.caches", "cache", "stream cache", "id", "name", kStream, "StreamCache", {"Cache"},
+          CFG_MPP_CloseRead,
+          {id<&Cache::s32Id>("id", "Id", kRequired, "Number of the cache, the channel of services"),
+           text<&Cache::strName>("name", "Name", kRequired, "What it is called"),
+           Row("size", nullptr, Kind::Integer, kOptional, "Size of the buffer")
+               .from({{"BufferSizeB"}, {"BufferSizeKB"}, {"BufferSizeMB"}})
+               .by(writeSize, readSize),
+           Row("allowed", nullptr, Kind::Ids, kOptional, "Sources that it may carry")
+               .of(allowedSource())
+               .by(writeAllowed, readAllowed),
+           integer<&Cache::s32EnabledSrc>("default", nullptr, kOptional, "Source that it carries")
+               .within(0, kGreatestSourceId)
+               .refersTo(streamSources())},
+          checkCache);
   return table;
 }
 

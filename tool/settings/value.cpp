@@ -1,20 +1,21 @@
 #include "settings/value.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "base/decimal.h"
-#include "base/plain_text.h"
-#include "settings/nearest.h"
 
 namespace camcfg::tool::settings {
 namespace {
 
-bool isChoice(const Setting& setting) {
-  return setting.kind == Kind::Word || setting.kind == Kind::Switch;
+constexpr std::int32_t kNone = -1;
+
+bool isSwitch(const Setting& setting) {
+  return setting.kind == Kind::Switch || setting.kind == Kind::Flag;
 }
 
-const Word* wordIn(const Setting& setting, const std::string& text) {
-  for (const Word& word : setting.words)
-    if (text == word.written()) return &word;
-  return nullptr;
+std::string textOf(const Range& limits) {
+  return std::to_string(limits.least) + ".." + std::to_string(limits.most);
 }
 
 Objection objectionToNumber(const std::string& text, const Range& limits) {
@@ -40,8 +41,7 @@ Json readWord(const Setting& setting, const Node& node) {
 }
 
 Json readText(const Setting& setting, const Node& node) {
-  const std::size_t room = setting.field.room;
-  const std::string text = room == 0 ? node.text() : node.text(room - 1);
+  const std::string text = node.text(setting.field.room - 1);
   if (node.value().is_string() && setting.whyNotUsable != nullptr) {
     const std::string fault = setting.whyNotUsable(text);
     if (!fault.empty()) node.refuse(fault);
@@ -49,7 +49,51 @@ Json readText(const Setting& setting, const Node& node) {
   return text;
 }
 
+Json orNull(const Setting& setting, bool isNone, const Json& value) {
+  return setting.isNullWhenNone && isNone ? Json() : value;
+}
+
+Json wordFor(const Setting& setting, std::int32_t value) {
+  for (const Word& word : setting.words)
+    if (word.value == value) return word.text;
+  return nullptr;
+}
+
+std::optional<std::int32_t> numberFor(const Setting& setting, const Json& value) {
+  if (setting.kind == Kind::Word) {
+    for (const Word& word : setting.words)
+      if (value == word.text) return word.value;
+    return std::nullopt;
+  }
+  if (isSwitch(setting))
+    return value.is_boolean() ? std::optional(value.get<bool>() ? 1 : 0) : std::nullopt;
+  return value.is_number_integer() ? decimal32(value.dump()) : std::nullopt;
+}
+
 }  // namespace
+
+std::string Field::text(const void* record) const {
+  if (isString) return as<std::string>(record);
+  const auto* characters = &as<char>(record);
+  return {characters, strnlen(characters, room)};
+}
+
+bool Field::setText(void* record, const std::string& text) const {
+  if (isString) {
+    as<std::string>(record) = text;
+    return true;
+  }
+  if (text.size() >= room || text.find('\0') != std::string::npos) return false;
+  char* characters = &as<char>(record);
+  std::fill_n(std::copy(text.begin(), text.end(), characters), room - text.size(), '\0');
+  return true;
+}
+
+const Setting* settingOf(const Settings& settings, std::string_view member) {
+  for (const Setting& setting : settings)
+    if (member == setting.member) return &setting;
+  return nullptr;
+}
 
 std::string Objection::refusal(bool isForced) const {
   if (why.empty() || !canBeForced) return why;
@@ -68,24 +112,31 @@ std::vector<std::string> wordsOf(const Setting& setting) {
   return words;
 }
 
+std::string permittedFor(const Setting& setting) {
+  if (setting.kind == Kind::Integer && setting.write == nullptr) return textOf(setting.limits);
+  if (isSwitch(setting)) return "true, false";
+  std::vector<std::string> words;
+  for (const Word& word : setting.words) words.emplace_back(word.text);
+  return joined(words);
+}
+
 std::string permittedInFile(const Setting& setting, const Range& limits) {
   if (setting.kind != Kind::Integer) return joined(wordsOf(setting));
-  if (limits.least <= INT32_MIN && limits.most >= INT32_MAX) return "";
-  return std::to_string(limits.least) + ".." + std::to_string(limits.most);
+  return limits.least <= INT32_MIN && limits.most >= INT32_MAX ? "" : textOf(limits);
 }
 
 Objection objectionTo(const Setting& setting, const std::string& text, const Range& limits) {
   if (setting.kind == Kind::Integer) return objectionToNumber(text, limits);
-  if (!isChoice(setting)) return objectionToText(setting, text);
   const std::vector<std::string> words = wordsOf(setting);
+  if (words.empty()) return objectionToText(setting, text);
   if (isAmong(words, text)) return {};
   return {quoted(text) + " is none of " + joined(words) + nearestOf(text, words)};
 }
 
 Json valueIn(const Setting& setting, const Json& text) {
   if (text.is_null()) return text;
-  const Word* word = wordIn(setting, text.text());
-  if (word != nullptr) return setting.kind == Kind::Switch ? Json(word->value != 0) : word->text;
+  for (const Word& word : setting.words)
+    if (text == word.written()) return isSwitch(setting) ? Json(word.value != 0) : word.text;
   const auto number = setting.kind == Kind::Integer ? decimal(text.text()) : std::nullopt;
   return number ? Json(*number) : text;
 }
@@ -93,7 +144,7 @@ Json valueIn(const Setting& setting, const Json& text) {
 std::string inFile(const Setting& setting, const Json& value) {
   if (value.is_null()) return "";
   for (const Word& word : setting.words)
-    if (value == (setting.kind == Kind::Switch ? Json(word.value != 0) : Json(word.text)))
+    if (value == (isSwitch(setting) ? Json(word.value != 0) : Json(word.text)))
       return word.written();
   return value.is_string() ? value.text() : value.dump();
 }
@@ -101,9 +152,12 @@ std::string inFile(const Setting& setting, const Json& value) {
 Json readValue(const Setting& setting, const Node& node, const Range& limits) {
   switch (setting.kind) {
     case Kind::Switch:
+    case Kind::Flag:
       return node.flag();
     case Kind::Integer:
       return node.number(limits);
+    case Kind::Id:
+      return node.id();
     case Kind::Word:
       return readWord(setting, node);
     default:
@@ -111,29 +165,37 @@ Json readValue(const Setting& setting, const Node& node, const Range& limits) {
   }
 }
 
-bool put(const Setting& setting, const std::string& text, void* record) {
+Json valueOf(const Setting& setting, const void* record) {
+  if (setting.write != nullptr) return setting.write(record);
+  const Field& field = setting.field;
+  switch (setting.kind) {
+    case Kind::Text: {
+      const std::string text = field.text(record);
+      return orNull(setting, text.empty(), text);
+    }
+    case Kind::Ids:
+      return field.as<std::list<int>>(record);
+    case Kind::List:
+      return field.toJson(&field.as<char>(record), setting.inner->settings);
+    default:
+      break;
+  }
+  const auto number = field.as<std::int32_t>(record);
+  if (setting.kind == Kind::Word) return wordFor(setting, number);
+  return isSwitch(setting) ? Json(number != 0) : orNull(setting, number == kNone, number);
+}
+
+bool store(const Setting& setting, const Json& value, void* record) {
   if (setting.read != nullptr) {
     Faults faults;
-    const Json value = text;
     setting.read(Node(value, setting.member, faults), record);
     return faults.empty();
   }
-  if (setting.kind == Kind::Text) return setting.field.setText(record, text);
-  const Word* word = wordIn(setting, text);
-  if (isChoice(setting) && word == nullptr) return false;
-  const auto number = isChoice(setting) ? word->value : decimal32(text);
-  if (number) setting.field.integer(record) = *number;
+  if (setting.kind == Kind::Text)
+    return value.is_string() && setting.field.setText(record, value.text());
+  const std::optional<std::int32_t> number = numberFor(setting, value);
+  if (number) setting.field.as<std::int32_t>(record) = *number;
   return number.has_value();
-}
-
-std::string take(const Setting& setting, const void* record) {
-  if (setting.write != nullptr) return setting.write(record).text();
-  if (setting.kind == Kind::Text) return setting.field.text(record);
-  const std::int32_t number = setting.field.integer(record);
-  if (!isChoice(setting)) return std::to_string(number);
-  for (const Word& word : setting.words)
-    if (word.value == number) return word.written();
-  return "";
 }
 
 }  // namespace camcfg::tool::settings

@@ -5,9 +5,9 @@
 #include "cli/completion.h"
 #include "commands/groups.h"
 #include "commands/words.h"
-#include "device/copy.h"
+#include "device/files.h"
 #include "lint/subject.h"
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 #include "tool/tool_test.h"
 
 namespace camcfg::tests {

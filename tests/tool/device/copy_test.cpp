@@ -1,4 +1,4 @@
-#include "device/copy.h"
+#include "device/files.h"
 
 #include <sys/stat.h>
 

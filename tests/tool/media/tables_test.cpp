@@ -3,9 +3,8 @@
 #include <set>
 
 #include "media/media.h"
-#include "settings/elements.h"
-#include "settings/record.h"
 #include "settings/secrets.h"
+#include "settings/table.h"
 #include "tool/media_tool_test.h"
 
 namespace camcfg::tests {

@@ -1,4 +1,4 @@
-#include "settings/address.h"
+#include "settings/network.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "settings/nearest.h"
+#include "settings/node.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "settings/parameter_form.h"
+#include "settings/value.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

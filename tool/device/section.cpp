@@ -1,8 +1,6 @@
-#include "device/factory_values.h"
+#include "device/section.h"
 
 #include <camcfg/types.h>
-
-#include "device/file_set.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -25,8 +23,16 @@ std::optional<std::string> textOf(const XMLElement* element, const char* attribu
 
 }  // namespace
 
+const Json& Plan::of(const std::string& name) {
+  const auto found = values_.find(name);
+  if (found != values_.end()) return found->second;
+  for (const Section& section : sections_)
+    if (section.name == name) set(name, section.load());
+  return values_[name];
+}
+
 FactoryValues::FactoryValues() {
-  const std::string path = pathOf(Place::Default, nameOf(CFG_FILE_BUSINESS));
+  const std::string path = pathOf(Place::Default, CFG_FILE_BUSINESS);
   Copy copy = loadCopy(path);
   if (copy.state == State::Good)
     document_ = std::move(copy.document);

@@ -1,0 +1,221 @@
+#include "device/files.h"
+
+#include <camcfg/store.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <set>
+
+#include "base/library_log.h"
+#include "base/plain_text.h"
+#include "base/progress.h"
+#include "base/refusal.h"
+#include "base/spelling.h"
+
+namespace camcfg::tool::device {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kSuffix = ".xml";
+
+// What the file system says of a path, before the library opens it: opening a pipe would wait for
+// somebody to write into it.
+Copy examine(const std::string& path) {
+  struct stat status {};
+  const bool isThere = stat(path.c_str(), &status) == 0;
+  if (!isThere && (errno == ENOENT || errno == ENOTDIR)) return {};
+  if (isThere && S_ISDIR(status.st_mode)) return {State::NotAFile, "is a directory"};
+  if (isThere && !S_ISREG(status.st_mode))
+    return {State::NotAFile, "is no regular file", nullptr, S_ISFIFO(status.st_mode)};
+  if (!isThere || faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
+    return {State::Unreadable, std::string("cannot be read: ") + std::strerror(errno)};
+  return {State::Good, ""};
+}
+
+// The library gives one reason for all that it cannot load; any other complaint, such as a lock
+// that cannot be had, is passed on as it is.
+std::string loadFault(const std::string& path) {
+  const std::string complaint = lastComplaint();
+  const bool ordinary = complaint.empty() || complaint == "Load file " + path + " fail";
+  return ordinary ? "is not well-formed XML" : "cannot be loaded: " + complaint;
+}
+
+std::string remedyFor(State state) {
+  if (state == State::Unreadable) return "";
+  const bool inTheWay = state != State::Missing && state != State::Damaged;
+  return std::string("; ") + (inTheWay ? "move it away and " : "") +
+         "run 'camcfg verify' to repair it";
+}
+
+template <typename Wanted>
+std::vector<std::string> namesIn(const std::string& directory, Wanted wanted) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+       entry.increment(error))
+    if (wanted(*entry)) names.push_back(entry->path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> xmlNamesIn(const std::string& directory) {
+  return namesIn(directory,
+                 [](const fs::directory_entry& entry) { return isXmlName(entry.path()); });
+}
+
+// Start-up verification looks at the names of the first directory that holds any file.
+std::vector<std::string> namesCheckedAtStart() {
+  for (const Place place : {Place::Default, Place::Main, Place::Backup}) {
+    std::vector<std::string> names = filesIn(pathOf(place, ""));
+    if (!names.empty()) return names;
+  }
+  return {};
+}
+
+// A save that is cut off between two top-level elements, or between a comment and the first of them,
+// leaves a file that still parses. The library never removes such an element, so the backup is the
+// older but whole copy then.
+std::string elementCutOff(const tinyxml2::XMLDocument& main, const tinyxml2::XMLDocument& backup) {
+  const tinyxml2::XMLElement* kept = main.FirstChildElement();
+  const tinyxml2::XMLElement* whole = backup.FirstChildElement();
+  while (kept != nullptr && whole != nullptr && std::strcmp(kept->Value(), whole->Value()) == 0) {
+    kept = kept->NextSiblingElement();
+    whole = whole->NextSiblingElement();
+  }
+  return kept == nullptr && whole != nullptr ? whole->Value() : "";
+}
+
+void compare(ConfigFile& file) {
+  const bool parses = file.main.state == State::Good || file.main.state == State::NoElement;
+  if (!parses || file.backup.state != State::Good || sameContents(file.main, file.backup)) return;
+  const std::string missing = elementCutOff(*file.main.document, *file.backup.document);
+  if (missing.empty()) {
+    file.backup.state = State::OutOfStep;
+  } else {
+    file.main.state = State::CutShort;
+    file.main.fault = "ends before '" + missing + "', which its backup has";
+  }
+}
+
+}  // namespace
+
+const char* wordFor(State state) {
+  constexpr const char* kWords[] = {"good",       "missing",    "damaged",     "no-element",
+                                    "unreadable", "not-a-file", "out-of-step", "cut-short"};
+  return kWords[static_cast<std::size_t>(state)];
+}
+
+const char* wordFor(Place place) {
+  constexpr const char* kWords[] = {"main", "backup", "default"};
+  return kWords[static_cast<std::size_t>(place)];
+}
+
+std::string pathOf(Place place, const std::string& file) {
+  constexpr const char* kDirectories[] = {CFG_DIR_MAIN, CFG_DIR_BACKUP, CFG_DIR_DEFAULT};
+  return std::string(kDirectories[static_cast<std::size_t>(place)]) + "/" + nameOf(file);
+}
+
+std::string nameOf(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+Copy loadCopy(const std::string& path) {
+  workingOn(path);
+  Copy copy = examine(path);
+  if (copy.state != State::Good) return copy;
+  forgetComplaint();
+  copy.document.reset(CFG_GetDocByFileName(argument(path), BU_TRUE));
+  if (copy.document == nullptr) return {State::Damaged, loadFault(path)};
+  if (copy.document->FirstChildElement() != nullptr) return copy;
+  return {State::NoElement, "holds no element", std::move(copy.document)};
+}
+
+Document requireDocument(const std::string& path) {
+  Copy copy = loadCopy(path);
+  if (copy.state != State::Good)
+    throw Refusal(Status::Unusable, path + " " + copy.fault + remedyFor(copy.state));
+  return std::move(copy.document);
+}
+
+bool sameContents(const Copy& a, const Copy& b) {
+  return a.loads() && b.loads() && written(*a.document) == written(*b.document);
+}
+
+std::vector<std::string> filesIn(const std::string& directory) {
+  return namesIn(directory, [](const fs::directory_entry& entry) {
+    std::error_code ignored;
+    return entry.symlink_status(ignored).type() == fs::file_type::regular;
+  });
+}
+
+bool isXmlName(const std::string& name) {
+  return fs::path(name).extension() == kSuffix;
+}
+
+const Copy& ConfigFile::copy(Place place) const {
+  if (place == Place::Main) return main;
+  return place == Place::Backup ? backup : factory;
+}
+
+const ConfigFile* FileSet::find(const std::string& name) const {
+  const auto found = std::find_if(files.begin(), files.end(),
+                                  [&](const ConfigFile& file) { return file.name == name; });
+  return found == files.end() ? nullptr : &*found;
+}
+
+FileSet surveyFiles() {
+  const std::vector<std::string> checkedAtStart = namesCheckedAtStart();
+  std::set<std::string> names(checkedAtStart.begin(), checkedAtStart.end());
+  for (const Place place : kPlaces)
+    for (const std::string& name : xmlNamesIn(pathOf(place, ""))) names.insert(name);
+
+  FileSet set;
+  set.anyBackup = !filesIn(CFG_DIR_BACKUP).empty();
+  for (const std::string& name : names) {
+    const Stage stage(name, set.files.size() + 1, names.size());
+    set.files.push_back({name, isAmong(checkedAtStart, name), loadCopy(pathOf(Place::Main, name)),
+                         loadCopy(pathOf(Place::Backup, name)),
+                         loadCopy(pathOf(Place::Default, name))});
+    compare(set.files.back());
+  }
+  return set;
+}
+
+void requireAnyFile(const FileSet& set) {
+  if (set.files.empty())
+    throw Refusal(Status::Unusable,
+                  "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
+}
+
+std::vector<std::string> languages() {
+  std::vector<std::string> names = xmlNamesIn(CFG_DIR_LANGUAGE);
+  for (std::string& name : names) name.resize(name.size() - kSuffix.size());
+  return names;
+}
+
+Document requireTexts(const std::string& language) {
+  const std::vector<std::string> known = languages();
+  if (!isAmong(known, language))
+    throw Refusal("there is no language '" + language + "'" +
+                  (known.empty() ? "" : " (there are " + joined(known) + ")") +
+                  didYouMean(language, known));
+  const std::string path = (CFG_DIR_LANGUAGE + language).append(kSuffix);
+  Copy texts = loadCopy(path);
+  if (texts.state != State::Good) throw Refusal(Status::Unusable, path + " " + texts.fault);
+  return std::move(texts.document);
+}
+
+std::vector<std::string> keysOf(const tinyxml2::XMLDocument& texts) {
+  std::vector<std::string> keys;
+  for (const auto* entry = texts.FirstChildElement()->FirstChildElement(); entry != nullptr;
+       entry = entry->NextSiblingElement())
+    keys.emplace_back(entry->Value());
+  return keys;
+}
+
+}  // namespace camcfg::tool::device
