@@ -115,11 +115,11 @@ row_of() {
   echo "$path"
 }
 
-# Headers of other projects are nobody's business.
+# Headers of other projects are nobody's business. A header may be made from a file of its name and .in.
 check_include() {
   local file=$1 line=$2 quote=$3 header=$4 root found=()
   for root in ${roots[${file%%/*}]}; do
-    if [[ -e $root/$header ]]; then
+    if [[ -e $root/$header || -e $root/$header.in ]]; then
       found+=("${root#.}/$header")
     fi
   done

@@ -3,7 +3,7 @@
 #include "base/refusal.h"
 #include "fuzz/device.h"
 #include "fuzz/targets.h"
-#include "presets/import.h"
+#include "presets/preset.h"
 
 namespace camcfg::fuzz {
 namespace {

@@ -5,7 +5,7 @@
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "commands/words.h"
-#include "lint/subject.h"
+#include "lint/lint.h"
 #include "media/wiring.h"
 
 namespace camcfg::tool::commands {

@@ -4,7 +4,8 @@
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "device/files.h"
-#include "lint/subject.h"
+#include "lint/lint.h"
+#include "lint/rules.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -21,13 +22,12 @@ Json jsonOf(const lint::Finding& finding) {
 
 cli::Answer rules() {
   Json rules = Json::array();
-  for (const lint::Subject& subject : lint::allSubjects())
-    for (const lint::Rule* rule : subject.rules)
-      rules.push_back({{"id", rule->id},
-                       {"severity", wordFor(rule->severity)},
-                       {"subject", subject.title},
-                       {"explanation", rule->explanation},
-                       {"example", rule->example}});
+  for (const lint::Rule* rule : lint::kRules)
+    rules.push_back({{"id", rule->id},
+                     {"severity", wordFor(rule->severity)},
+                     {"subject", rule->subject},
+                     {"explanation", rule->explanation},
+                     {"example", rule->example}});
   return {std::move(rules),
           {cli::Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}}};
 }

@@ -7,7 +7,6 @@
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "commands/words.h"
-#include "network/change.h"
 #include "settings/network.h"
 #include "settings/value.h"
 

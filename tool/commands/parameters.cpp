@@ -4,7 +4,6 @@
 #include "base/spelling.h"
 #include "commands/groups.h"
 #include "commands/options.h"
-#include "parameters/change.h"
 
 namespace camcfg::tool::commands {
 namespace {

@@ -12,8 +12,6 @@
 #include "commands/listing.h"
 #include "commands/options.h"
 #include "commands/words.h"
-#include "presets/change.h"
-#include "presets/import.h"
 #include "settings/presets.h"
 #include "settings/value.h"
 
@@ -149,7 +147,7 @@ cli::Answer exportAll(const cli::Arguments& arguments) {
   const std::string format = arguments.given(kFormat) ? arguments.text(kFormat) : "csv";
   const presets::Presets presets;
   cli::Answer answer(Outcome{presets.json(), {}}, {exportedAs(format, presets)});
-  for (const std::string& fault : presets::faultsOf(presets::rowsOf(presets.all())))
+  for (const std::string& fault : presets::faultsOf(presets.all()))
     answer.notes.push_back("note: an import will refuse " + fault);
   return answer;
 }

@@ -3,7 +3,6 @@
 #include "commands/options.h"
 #include "commands/words.h"
 #include "media/stream_cache.h"
-#include "media/stream_change.h"
 
 namespace camcfg::tool::commands {
 namespace {

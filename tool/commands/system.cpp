@@ -6,7 +6,7 @@
 #include "commands/groups.h"
 #include "commands/options.h"
 #include "device/files.h"
-#include "parameters/change.h"
+#include "parameters/parameter.h"
 
 namespace camcfg::tool::commands {
 namespace {

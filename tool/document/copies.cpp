@@ -114,7 +114,8 @@ MediaCopy mediaCopy(device::Place place, const Table& table, const std::string& 
 }
 
 int lineOf(const MediaCopy& copy, const Table& table, std::size_t index) {
-  const auto entries = media::entriesOf(media::requireSection(*copy.file.document, table), table);
+  const auto entries =
+      media::entriesOf(media::requireSection(*copy.file.document, table), table.elements);
   return index < entries.size() ? entries[index]->GetLineNum() : 0;
 }
 

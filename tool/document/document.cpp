@@ -7,10 +7,10 @@
 #include "base/printable.h"
 #include "base/progress.h"
 #include "base/refusal.h"
-#include "media/sections.h"
-#include "network/section.h"
-#include "parameters/section.h"
-#include "presets/section.h"
+#include "media/media.h"
+#include "network/network.h"
+#include "parameters/parameter.h"
+#include "presets/preset.h"
 #include "settings/secrets.h"
 
 namespace camcfg::tool::document {

@@ -4,8 +4,8 @@
 #include "base/refusal.h"
 #include "base/spelling.h"
 #include "document/exchange.h"
-#include "network/section.h"
-#include "parameters/section.h"
+#include "network/network.h"
+#include "parameters/parameter.h"
 
 namespace camcfg::tool::document {
 namespace {

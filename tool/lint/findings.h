@@ -7,9 +7,26 @@
 #include <string>
 #include <vector>
 
-#include "lint/rule.h"
-
 namespace camcfg::tool::lint {
+
+enum class Severity {
+  Error,    ///< a reader fails, or gets something else than the author wrote
+  Warning,  ///< works, but a later lookup, save or start will surprise
+};
+
+/// "error", "warning"
+inline const char* wordFor(Severity severity) {
+  return severity == Severity::Error ? "error" : "warning";
+}
+
+/// One kind of hazard. Each is a constant of lint/rules.h, made from rules.txt.
+struct Rule {
+  const char* id;  ///< stable: scripts look for it
+  Severity severity;
+  const char* subject;
+  const char* explanation;  ///< one line: what readers make of it
+  const char* example;      ///< one line that has the hazard
+};
 
 /// A hazard at its place.
 struct Finding {
@@ -29,13 +46,6 @@ class Findings {
   }
   void add(const Rule& rule, const tinyxml2::XMLNode& node, const std::string& text) {
     add(rule, node.GetLineNum(), text);
-  }
-  /// At the line of an attribute, which may be below its element's; at the element's where it
-  /// has no such attribute.
-  void add(const Rule& rule, const tinyxml2::XMLElement& element, const char* attribute,
-           const std::string& text) {
-    const tinyxml2::XMLAttribute* found = element.FindAttribute(attribute);
-    add(rule, found == nullptr ? element.GetLineNum() : found->GetLineNum(), text);
   }
 
   /// All of them by their lines; those of one line as they were added.

@@ -1,111 +1,67 @@
 #include <arpa/inet.h>
-#include <strings.h>
 
 #include <map>
 #include <set>
 
+#include "lint/item.h"
+#include "lint/lint.h"
 #include "lint/media_form.h"
-#include "lint/stream.h"
-#include "lint/subject.h"
-#include "lint/values.h"
+#include "lint/rules.h"
 #include "settings/network.h"
 #include "settings/table.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::lint {
-
-using settings::Table;
-using tinyxml2::XMLDocument;
-using tinyxml2::XMLElement;
-
 namespace {
 
-constexpr Rule kChannelMissing{"channel-missing", Severity::Warning,
-                               "A service sends a channel that is the id of no stream cache.",
-                               "<Channel Id=\"9\" Name=\"video\"/> without a <Cache Id=\"9\">"};
-constexpr Rule kTypeUnknown{"channel-type-unknown", Severity::Warning,
-                            "The channel is of none of the types that the service has, and is left "
-                            "out.",
-                            "<Channel Id=\"0\" Type=\"Data\"/>"};
-constexpr Rule kTypeTwice{"channel-type-twice", Severity::Warning,
-                          "The service has one channel of each type: the first is taken.",
-                          "<Channel Id=\"0\" Type=\"Video\"/><Channel Id=\"1\" Type=\"Video\"/>"};
-constexpr Rule kSrtMode{"srt-mode", Severity::Error,
-                        "\"Mode\" is neither Listener nor Caller, so the whole section does not "
-                        "load.",
-                        "<Instance Id=\"0\" Mode=\"Rendezvous\" Port=\"9000\">"};
-constexpr Rule kCallerWithoutHost{"srt-caller-without-host", Severity::Error,
-                                  "A caller has no \"Hostname\", so the whole section does not "
-                                  "load.",
-                                  "<Instance Id=\"0\" Mode=\"Caller\" Port=\"9000\">"};
-constexpr Rule kHostOfListener{"srt-host-of-listener", Severity::Warning,
-                               "\"Hostname\" of a listener is not read, and the next save drops "
-                               "it.",
-                               "<Instance Id=\"0\" Mode=\"Listener\" Hostname=\"a\" ...>"};
-constexpr Rule kNoEncryption{"srt-password-unused", Severity::Warning,
-                             "An \"AesMode\" of 0, less or none sends without encryption, whatever "
-                             "the password.",
-                             "<Instance Id=\"0\" Mode=\"Listener\" Port=\"9000\" "
-                             "Password=\"secret\">"};
-
-constexpr Rule kMulticast{"multicast", Severity::Error,
-                          "An instance is sent by multicast to what is no multicast address, by no "
-                          "netmask, or for no time that a packet can live; the library stores "
-                          "whatever it is given.",
-                          "<Instance MulticastEnable=\"true\" MulticastIp=\"192.0.2.1\" ...>"};
+using settings::Setting;
+using settings::Table;
+using tinyxml2::XMLElement;
 
 using Ids = std::set<int>;
 
 constexpr unsigned kMulticastPrefix = 0xe;  // 224.0.0.0/4
 
-bool isWord(const std::string& text, const char* word) {
-  return strcasecmp(text.c_str(), word) == 0;
+void checkChannel(const Item& item, const char* attribute, const Ids& caches) {
+  const int id = settings::integerIn(item.element, attribute).value_or(-1);
+  if (id != -1 && !caches.empty() && caches.count(id) == 0)
+    item.addAt(kChannelMissing, attribute,
+               " sends channel " + std::to_string(id) + ", which is the id of no stream cache");
 }
 
-void checkChannel(const XMLElement& element, const char* attribute, const std::string& owner,
-                  const Ids& caches, Findings& findings) {
-  int id = -1;
-  if (element.QueryIntAttribute(attribute, &id) != tinyxml2::XML_SUCCESS || id == -1) return;
-  if (!caches.empty() && caches.count(id) == 0)
-    findings.add(
-        kChannelMissing, element, attribute,
-        owner + " sends channel " + std::to_string(id) + ", which is the id of no stream cache");
-}
-
-void checkTypes(const Elements& channels, const std::string& owner,
-                const std::vector<const char*>& types, Findings& findings) {
+void checkTypes(const std::vector<Item>& channels, const std::vector<const char*>& types) {
   std::map<std::string, const XMLElement*> firsts;
-  for (const XMLElement* channel : channels) {
-    if (!has(*channel, "Type")) continue;
-    const std::string text = textOf(*channel, "Type");
-    const char* found = nullptr;
-    for (const char* type : types)
-      if (isWord(text, type)) found = type;
-    if (found == nullptr) {
-      findings.add(kTypeUnknown, *channel, "Type",
-                   owner + " has no channel of type " + quoted(text) + ": it is left out");
+  for (const Item& channel : channels) {
+    if (!channel.has("Type")) continue;
+    const std::string text = channel.text("Type");
+    const auto type = std::find_if(types.begin(), types.end(),
+                                   [&](const char* known) { return isSameWord(text, known); });
+    if (type == types.end()) {
+      channel.addAt(kChannelTypeUnknown, "Type",
+                    " has no channel of type " + quoted(text) + ": it is left out");
       continue;
     }
-    const auto [first, isNew] = firsts.emplace(found, channel);
+    const auto [first, isNew] = firsts.emplace(*type, &channel.element);
     if (!isNew)
-      findings.add(kTypeTwice, *channel, "Type",
-                   owner + " has a channel of type " + found + atLine(*first->second) +
-                       " already: this one is left out");
+      channel.addAt(kChannelTypeTwice, "Type",
+                    std::string(" has a channel of type ") + *type + atLine(*first->second) +
+                        " already: this one is left out");
   }
 }
 
 // The attribute that distinguishes entries; null if there is none.
-const settings::Setting* keyOf(const Table& table) {
+const Setting* keyOf(const Table& table) {
   return table.key == nullptr ? nullptr : table.find(table.key);
 }
 
 std::string labelOf(const XMLElement& entry, const Table& table) {
-  const settings::Setting* key = keyOf(table);
+  const Setting* key = keyOf(table);
   const char* attribute = key == nullptr ? "" : key->attributes.front().name;
   return tag(entry.Name()) + (has(entry, attribute) ? " " + quoted(textOf(entry, attribute)) : "");
 }
 
 void checkKeys(const Elements& entries, const Table& table, Findings& findings) {
-  const settings::Setting* key = keyOf(table);
+  const Setting* key = keyOf(table);
   const std::string owner = std::string("this ") + table.entry;
   if (key == nullptr) return;
   if (key->kind == settings::Kind::Text)
@@ -115,26 +71,28 @@ void checkKeys(const Elements& entries, const Table& table, Findings& findings) 
 }
 
 // Channels that have a place in the entry by their "Type".
-void checkTypedChannels(const XMLElement& entry, const Table& table, const Ids& caches,
-                        Findings& findings) {
+void checkTypedChannels(const Item& entry, const Table& table, const Ids& caches) {
   const std::vector<const char*> types = channelTypesOf(table);
   if (types.empty()) return;
-  const Elements channels = entriesOf(entry, "Channel");
-  const std::string label = labelOf(entry, table);
-  checkTypes(channels, label, types, findings);
-  for (const XMLElement* channel : channels) checkChannel(*channel, "Id", label, caches, findings);
+  std::vector<Item> channels;
+  for (const XMLElement* channel : media::entriesOf(entry.element, {"Channel"}))
+    channels.push_back({*channel, entry.name, entry.findings});
+  checkTypes(channels, types);
+  for (const Item& channel : channels) checkChannel(channel, "Id", caches);
 }
 
+// @param parent  how findings call what the entries are in
 void checkEntries(const Elements& entries, const std::string& parent, const Table& table,
                   const Ids& caches, Findings& findings) {
   checkKeys(entries, table, findings);
-  for (const XMLElement* entry : entries) {
-    checkTypedChannels(*entry, table, caches, findings);
-    for (const settings::Setting& setting : table.settings) {
+  for (const XMLElement* element : entries) {
+    const Item entry{*element, labelOf(*element, table), findings};
+    checkTypedChannels(entry, table, caches);
+    for (const Setting& setting : table.settings) {
       if (setting.isChannel && !setting.attributes.empty())
-        checkChannel(*entry, setting.attributes.front().name, parent, caches, findings);
+        checkChannel({*element, parent, findings}, setting.attributes.front().name, caches);
       if (setting.inner != nullptr)
-        checkEntries(entriesOf(*entry, setting.inner->elements.front()), labelOf(*entry, table),
+        checkEntries(media::entriesOf(*element, setting.inner->elements), entry.name,
                      *setting.inner, caches, findings);
     }
   }
@@ -147,82 +105,65 @@ bool isMulticast(const std::string& text) {
 }
 
 // What is left out has a value of its own that is sound.
-void checkMulticast(const XMLElement& instance, const std::string& name, Findings& findings) {
-  if (!isWord(textOf(instance, "MulticastEnable"), "true")) return;
-  const std::string label = name + ": ";
-  const std::string ip = textOf(instance, "MulticastIp");
-  if (has(instance, "MulticastIp") && !isMulticast(ip))
-    findings.add(kMulticast, instance, "MulticastIp",
-                 label + "\"MulticastIp\": " + quoted(ip) + " is no multicast address");
-  const std::string fault = settings::whyNotAMask(textOf(instance, "MulticastNetmask"));
-  if (has(instance, "MulticastNetmask") && !fault.empty())
-    findings.add(kMulticast, instance, "MulticastNetmask",
-                 label + "\"MulticastNetmask\": " + clipped(fault));
-  const settings::Setting& timeToLive = *settings::ndi().find("multicastTtl");
-  const int life = instance.IntAttribute("MulticastTTL", 1);
+void checkMulticast(const Item& instance) {
+  if (!isSameWord(instance.text("MulticastEnable"), "true")) return;
+  const std::string ip = instance.text("MulticastIp");
+  if (instance.has("MulticastIp") && !isMulticast(ip))
+    instance.addOf(kMulticast, "MulticastIp", ": " + quoted(ip) + " is no multicast address");
+  const std::string fault = settings::whyNotAMask(instance.text("MulticastNetmask"));
+  if (instance.has("MulticastNetmask") && !fault.empty())
+    instance.addOf(kMulticast, "MulticastNetmask", ": " + clipped(fault));
+  const Setting& timeToLive = *settings::ndi().find("multicastTtl");
+  const int life = instance.element.IntAttribute("MulticastTTL", 1);
   if (life < timeToLive.limits.least || life > timeToLive.limits.most)
-    findings.add(kMulticast, instance, "MulticastTTL",
-                 label + "\"MulticastTTL\": " + std::to_string(life) + " is outside " +
-                     permittedFor(timeToLive));
+    instance.addOf(kMulticast, "MulticastTTL",
+                   ": " + std::to_string(life) + " is outside " + permittedFor(timeToLive));
 }
 
-void checkSrtMode(const XMLElement& instance, const std::string& label, Findings& findings) {
-  const std::string mode = textOf(instance, "Mode");
-  if (isWord(mode, "Listener")) {
-    if (has(instance, "Hostname"))
-      findings.add(kHostOfListener, instance, "Hostname",
-                   label + ": \"Hostname\" of a listener is not read");
-  } else if (isWord(mode, "Caller")) {
-    if (!has(instance, "Hostname"))
-      findings.add(kCallerWithoutHost, instance, label + " is a caller without \"Hostname\"");
-  } else if (has(instance, "Mode")) {
-    findings.add(kSrtMode, instance, "Mode",
-                 label + ": \"Mode\" " + quoted(mode) + " is neither Listener nor Caller");
+void checkSrtMode(const Item& instance) {
+  const std::string mode = instance.text("Mode");
+  if (isSameWord(mode, "Listener")) {
+    if (instance.has("Hostname"))
+      instance.addOf(kSrtHostOfListener, "Hostname", " of a listener is not read");
+  } else if (isSameWord(mode, "Caller")) {
+    if (!instance.has("Hostname"))
+      instance.add(kSrtCallerWithoutHost, " is a caller without \"Hostname\"");
+  } else if (instance.has("Mode")) {
+    instance.addOf(kSrtMode, "Mode", " " + quoted(mode) + " is neither Listener nor Caller");
   }
 }
 
-void checkSrtInstance(const XMLElement& instance, const std::string& label, Findings& findings) {
-  checkSrtMode(instance, label, findings);
-  int port = -1;
-  if (instance.QueryIntAttribute("Port", &port) == tinyxml2::XML_SUCCESS && port != -1)
-    requirePort(instance, "Port", port, label, findings);
-  if (!textOf(instance, "Password").empty() && instance.IntAttribute("AesMode", 0) <= 0)
-    findings.add(kNoEncryption, instance, "Password",
-                 label + " has a password, but no \"AesMode\" above 0 that uses it");
+void checkSrt(const Item& instance) {
+  checkSrtMode(instance);
+  const int port = settings::integerIn(instance.element, "Port").value_or(-1);
+  if (port != -1) instance.requirePort("Port", port);
+  if (!instance.text("Password").empty() && instance.element.IntAttribute("AesMode", 0) <= 0)
+    instance.addAt(kSrtPasswordUnused, "Password",
+                   " has a password, but no \"AesMode\" above 0 that uses it");
 }
 
 // What must be true of an entry beyond what its table says.
 struct EntryCheck {
   const Table& table;
-  void (*check)(const XMLElement& entry, const std::string& label, Findings& findings);
+  void (*check)(const Item& entry);
 };
 
-const EntryCheck kEntryChecks[] = {{settings::ndi(), checkMulticast},
-                                   {settings::srt(), checkSrtInstance}};
-
-void check(const Source& source, Findings& findings) {
-  const XMLDocument& document = *source.document;
-  Ids caches;
-  for (const XMLElement* cache : cachesIn(document)) caches.insert(cache->IntAttribute("Id", -1));
-  for (const Table* table : settings::liveTables()) {
-    const XMLElement* section = sectionOf(document, *table);
-    if (section == nullptr) continue;
-    checkSection(*section, *table, findings);
-    checkEntries(entriesOf(document, *table), tag(table->section), *table, caches, findings);
-  }
-  for (const EntryCheck& each : kEntryChecks)
-    for (const XMLElement* entry : entriesOf(document, each.table))
-      each.check(*entry, labelOf(*entry, each.table), findings);
-}
+const EntryCheck kEntryChecks[] = {{settings::ndi(), checkMulticast}, {settings::srt(), checkSrt}};
 
 }  // namespace
 
-Subject liveMedia() {
-  return {"live media",
-          {&kChannelMissing, &kTypeUnknown, &kTypeTwice, &kSrtMode, &kCallerWithoutHost,
-           &kHostOfListener, &kNoEncryption, &kMulticast},
-          Kind::Media,
-          check};
+void checkLiveMedia(const Source& source, Findings& findings) {
+  const tinyxml2::XMLDocument& document = *source.document;
+  Ids caches;
+  for (const XMLElement* cache : entriesIn(document, settings::streamCaches()))
+    caches.insert(cache->IntAttribute("Id", -1));
+  for (const Table* table : settings::liveTables()) {
+    checkForm(document, *table, findings);
+    checkEntries(entriesIn(document, *table), tag(table->section), *table, caches, findings);
+  }
+  for (const EntryCheck& each : kEntryChecks)
+    for (const XMLElement* entry : entriesIn(document, each.table))
+      each.check({*entry, labelOf(*entry, each.table), findings});
 }
 
 }  // namespace camcfg::tool::lint

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "lint/elements.h"
+#include "lint/item.h"
 
 namespace camcfg::tool::lint {
 namespace {

@@ -1,4 +1,4 @@
-#include "lint/source.h"
+#include "lint/lint.h"
 
 #include <camcfg/types.h>
 #include <fcntl.h>
@@ -7,7 +7,7 @@
 
 #include "base/descriptor.h"
 #include "device/files.h"
-#include "lint/elements.h"
+#include "lint/item.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -15,70 +15,48 @@ namespace {
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-template <typename Matches>
-bool anyChild(const XMLElement& parent, Matches matches) {
-  const Elements children = childrenOf(parent);
-  return std::any_of(children.begin(), children.end(),
-                     [&](const XMLElement* child) { return matches(*child); });
+bool isOneOf(const XMLElement& element, std::initializer_list<std::string_view> names) {
+  return isAmong(names, std::string_view(element.Name()));
 }
 
-bool isNamed(const XMLElement& element, std::string_view name) {
-  return element.Name() == name;
+// Whether a child, whose name begins like this, has one of two attributes.
+bool anyChildHas(const XMLElement& top, const char* attribute, const char* other,
+                 std::string_view name = "") {
+  const Elements children = childrenOf(top);
+  return std::any_of(children.begin(), children.end(), [&](const XMLElement* child) {
+    return beginsWith(child->Name(), name) && (has(*child, attribute) || has(*child, other));
+  });
 }
 
 // "Stream" may be a section of parameters, too.
 bool isMedia(const XMLElement& top) {
-  return isNamed(top, "LiveMediaService") ||
-         (isNamed(top, "Stream") && !anyChild(top, [](const XMLElement& child) {
-            return has(child, "Cur") || has(child, "Def");
-          }));
+  return isOneOf(top, {"LiveMediaService"}) ||
+         (isOneOf(top, {"Stream"}) && !anyChildHas(top, "Cur", "Def"));
 }
 
 bool isPresets(const XMLElement& top) {
-  return isNamed(top, "PresetCfg") || anyChild(top, [](const XMLElement& child) {
-           return beginsWith(child.Name(), "preset") &&
-                  (has(child, "Id") || has(child, "Description"));
-         });
+  return isOneOf(top, {"PresetCfg"}) || anyChildHas(top, "Id", "Description", "preset");
 }
 
 bool isParameters(const XMLElement& top) {
-  return isNamed(top, "System") || isNamed(top, "NetWork") ||
-         anyChild(top, [](const XMLElement& child) { return has(child, "Cur"); });
+  return isOneOf(top, {"System", "NetWork"}) || anyChildHas(top, "Cur", "Cur");
 }
 
 bool isLanguage(const XMLElement& top) {
-  return anyChild(top, [](const XMLElement& child) { return has(child, "Val"); });
+  return anyChildHas(top, "Val", "Val");
 }
-
-struct Recognised {
-  Kind kind;
-  bool (*isIt)(const XMLElement& top);
-};
-
-constexpr Recognised kKinds[] = {{Kind::Media, isMedia},
-                                 {Kind::Presets, isPresets},
-                                 {Kind::Parameters, isParameters},
-                                 {Kind::Language, isLanguage}};
 
 // What a document configures, by what is in it.
 Kind kindOf(const XMLDocument& document) {
   const Elements tops = childrenOf(document);
-  for (const Recognised& known : kKinds)
-    if (std::any_of(tops.begin(), tops.end(),
-                    [&](const XMLElement* top) { return known.isIt(*top); }))
-      return known.kind;
-  return Kind::Unknown;
+  const auto anyIs = [&](bool (*isIt)(const XMLElement& top)) {
+    return std::any_of(tops.begin(), tops.end(), [&](const XMLElement* top) { return isIt(*top); });
+  };
+  if (anyIs(isMedia)) return Kind::Media;
+  if (anyIs(isPresets)) return Kind::Presets;
+  if (anyIs(isParameters)) return Kind::Parameters;
+  return anyIs(isLanguage) ? Kind::Language : Kind::Unknown;
 }
-
-struct KnownFile {
-  const char* path;
-  Kind kind;
-};
-
-// What the library reads as such whatever is in it.
-constexpr KnownFile kKnownFiles[] = {{CFG_FILE_BUSINESS, Kind::Parameters},
-                                     {CFG_FILE_PRESET, Kind::Presets},
-                                     {CFG_FILE_MPP, Kind::Media}};
 
 // With the library's options.
 device::Document parse(const std::string& bytes) {
@@ -87,9 +65,11 @@ device::Document parse(const std::string& bytes) {
   return document;
 }
 
+// The library reads some files as such whatever is in them.
 Kind kindOfDeviceFile(const Source& source) {
-  for (const KnownFile& known : kKnownFiles)
-    if (source.name == known.path) return known.kind;
+  if (source.name == CFG_FILE_BUSINESS) return Kind::Parameters;
+  if (source.name == CFG_FILE_PRESET) return Kind::Presets;
+  if (source.name == CFG_FILE_MPP) return Kind::Media;
   return source.isWhole() ? kindOf(*source.document) : Kind::Unknown;
 }
 

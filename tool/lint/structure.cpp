@@ -1,51 +1,20 @@
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
-#include "lint/elements.h"
+#include "lint/item.h"
+#include "lint/lint.h"
 #include "lint/name_matches.h"
-#include "lint/subject.h"
+#include "lint/rules.h"
 #include "settings/media.h"
 
 namespace camcfg::tool::lint {
+namespace {
 
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-namespace {
-
-constexpr Rule kUnreadable{"unreadable", Severity::Error,
-                           "The file cannot be read, so every call that needs it fails.",
-                           "/cfg0/mpp_cfg.xml is a directory"};
-constexpr Rule kNotWellFormed{"not-well-formed", Severity::Error,
-                              "The file is no XML that the library loads: every call on it fails "
-                              "until start-up verification restores it.",
-                              R"(<System><Rtsp Cur="554"></System>)"};
-constexpr Rule kNoElement{"no-element", Severity::Error,
-                          "The file holds no element: it loads, so start-up verification passes it "
-                          "by, and every call on it fails.",
-                          "<!-- nothing yet -->"};
-constexpr Rule kZeroByte{"zero-byte", Severity::Error,
-                         "Reading ends at the first zero byte: what comes after it is not there, "
-                         "and the next save drops it.",
-                         "<System/> and after it a block of zero bytes"};
-constexpr Rule kUnknownKind{
-    "unknown-kind", Severity::Warning,
-    "The file has none of the elements that any of the library's readers looks for.",
-    "<Settings><Port>554</Port></Settings>"};
-constexpr Rule kSectionMissing{"section-missing", Severity::Error,
-                               "A section is missing, so every call that reads it fails.",
-                               "<LiveMediaService> without <SRT>"};
-constexpr Rule kSectionTwice{"section-twice", Severity::Error,
-                             "Sections are looked up by name and the first is taken: a second of "
-                             "the same name is not found.",
-                             "<System/> and after it another <System/>"};
-
-struct Reason {
-  tinyxml2::XMLError error;
-  const char* text;
-};
-
-constexpr Reason kReasons[] = {
+constexpr std::pair<tinyxml2::XMLError, const char*> kReasons[] = {
     {tinyxml2::XML_ERROR_PARSING_ELEMENT, "a tag is not complete or has no name"},
     {tinyxml2::XML_ERROR_PARSING_ATTRIBUTE,
      "an attribute is not written NAME=\"VALUE\", or occurs twice"},
@@ -64,8 +33,8 @@ constexpr Reason kReasons[] = {
 };
 
 std::string reasonOf(const XMLDocument& document) {
-  for (const Reason& reason : kReasons)
-    if (reason.error == document.ErrorID()) return reason.text;
+  for (const auto& [error, reason] : kReasons)
+    if (error == document.ErrorID()) return reason;
   return document.ErrorName();
 }
 
@@ -102,11 +71,11 @@ std::vector<std::string> topsOf(Kind kind) {
 void checkSections(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
   for (const std::string& name : topsOf(source.kind)) {
-    const XMLElement* top = childNamed(document, name.c_str());
+    const XMLElement* top = document.FirstChildElement(name.c_str());
     if (top == nullptr) findings.add(kSectionMissing, 1, "there is no " + tag(name));
     if (top == nullptr || source.kind != Kind::Media) continue;
     for (const settings::Table* table : settings::mediaTables())
-      if (name == table->parent && childNamed(*top, table->section) == nullptr)
+      if (name == table->parent && top->FirstChildElement(table->section) == nullptr)
         findings.add(kSectionMissing, *top, tag(name) + " has no " + tag(table->section));
   }
   checkTwice(document, findings);
@@ -122,7 +91,9 @@ void checkNotLoaded(const Source& source, Findings& findings) {
     findings.add(kUnreadable, 1, source.fault);
 }
 
-void check(const Source& source, Findings& findings) {
+}  // namespace
+
+void checkStructure(const Source& source, Findings& findings) {
   checkZeroBytes(source, findings);
   if (source.document == nullptr) {
     if (source.isRead || source.copies == nullptr ||
@@ -138,16 +109,6 @@ void check(const Source& source, Findings& findings) {
     findings.add(kUnknownKind, 1, "nothing in it says what it configures");
   else if (source.kind != Kind::Language)
     checkSections(source, findings);
-}
-
-}  // namespace
-
-Subject structure() {
-  return {"structure",
-          {&kUnreadable, &kNotWellFormed, &kNoElement, &kZeroByte, &kUnknownKind, &kSectionMissing,
-           &kSectionTwice},
-          std::nullopt,
-          check};
 }
 
 }  // namespace camcfg::tool::lint

@@ -1,11 +1,8 @@
-#include "media/losses.h"
-
-#include <strings.h>
-
 #include <algorithm>
 
-#include "media/media.h"
-#include "settings/table.h"
+#include "base/plain_text.h"
+#include "base/refusal.h"
+#include "media/stream_cache.h"
 
 namespace camcfg::tool::media {
 namespace {
@@ -14,6 +11,8 @@ using settings::AttributeForm;
 using settings::ElementForm;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
+
+using Losses = std::vector<std::string>;
 
 std::string atLine(const XMLNode& node) {
   return " at line " + std::to_string(node.GetLineNum());
@@ -25,50 +24,39 @@ std::string describe(const XMLNode& node) {
   return node.ToText() != nullptr ? "the text" : "the node";
 }
 
-const ElementForm* formOf(const XMLNode& node, const std::vector<ElementForm>& forms) {
-  const XMLElement* element = node.ToElement();
-  if (element == nullptr) return nullptr;
-  for (const ElementForm& form : forms)
-    if (strcasecmp(element->Name(), form.name) == 0) return &form;
-  return nullptr;
-}
-
 void addAttributes(const XMLElement& element, const ElementForm& form, Losses& losses) {
-  const auto isWritten = [&](const char* name) {
-    return std::any_of(form.attributes.begin(), form.attributes.end(),
-                       [&](const AttributeForm& known) {
-                         return known.isSaved && std::string(name) == known.name;
-                       });
-  };
   for (const auto* attribute = element.FirstAttribute(); attribute != nullptr;
-       attribute = attribute->Next())
-    if (!isWritten(attribute->Name()))
-      losses.push_back("\"" + std::string(attribute->Name()) + "\" of <" + form.name + ">" +
-                       atLine(element));
+       attribute = attribute->Next()) {
+    const std::string name = attribute->Name();
+    if (std::none_of(
+            form.attributes.begin(), form.attributes.end(),
+            [&](const AttributeForm& known) { return known.isSaved && name == known.name; }))
+      losses.push_back("\"" + name + "\" of <" + form.name + ">" + atLine(element));
+  }
 }
 
+// Elements that no loader knows, comments and texts; and attributes that are not written.
 void addChildren(const XMLElement& parent, const std::vector<ElementForm>& forms, Losses& losses) {
   for (const XMLNode* node = parent.FirstChild(); node != nullptr; node = node->NextSibling()) {
-    const ElementForm* form = formOf(*node, forms);
+    const XMLElement* element = node->ToElement();
+    const ElementForm* form = element == nullptr ? nullptr : formOf(*element, forms);
     if (form == nullptr) {
       losses.push_back(describe(*node) + atLine(*node));
       continue;
     }
-    addAttributes(*node->ToElement(), *form, losses);
-    addChildren(*node->ToElement(), form->children, losses);
+    addAttributes(*element, *form, losses);
+    addChildren(*element, form->children, losses);
   }
 }
 
 // Channels that loading ignores: of another Type, or the second of one.
 void addIgnoredChannels(const XMLElement& entry, std::vector<const char*> types, Losses& losses) {
   if (types.empty()) return;
-  for (const XMLElement* channel = entry.FirstChildElement(); channel != nullptr;
-       channel = channel->NextSiblingElement()) {
+  for (const XMLElement* channel : entriesOf(entry, {"Channel"})) {
     const char* type = channel->Attribute("Type");
-    if (strcasecmp(channel->Name(), "Channel") != 0 || type == nullptr) continue;
-    const auto expected = std::find_if(types.begin(), types.end(), [&](const char* known) {
-      return strcasecmp(known, type) == 0;
-    });
+    if (type == nullptr) continue;
+    const auto expected = std::find_if(types.begin(), types.end(),
+                                       [&](const char* known) { return isSameWord(known, type); });
     if (expected == types.end())
       losses.push_back("the channel of Type \"" + std::string(type) + "\"" + atLine(*channel));
     else
@@ -78,32 +66,84 @@ void addIgnoredChannels(const XMLElement& entry, std::vector<const char*> types,
 
 // A listener's host is not loaded.
 void addUnreadHost(const XMLElement& instance, Losses& losses) {
-  const char* mode = instance.Attribute("Mode");
-  if (mode != nullptr && strcasecmp(mode, "Listener") == 0 &&
-      instance.Attribute("Hostname") != nullptr)
+  if (isSameWord(textOf(instance, "Mode"), "Listener") && instance.Attribute("Hostname") != nullptr)
     losses.push_back("\"Hostname\" of the listener" + atLine(instance));
+}
+
+struct Size {
+  const char* attribute;
+  int unit;
+};
+
+constexpr Size kSizes[] = {
+    {"BufferSizeB", 1}, {"BufferSizeKB", 1 << 10}, {"BufferSizeMB", 1 << 20}};
+
+std::string ofCache(const CacheEntry& cache) {
+  return " of stream cache " + std::to_string(cache.id());
+}
+
+// Of several sizes the one that the loader chose is written.
+void addSizes(const CacheEntry& cache, const XMLElement& element, Losses& losses) {
+  for (const Size& size : kSizes)
+    if (size.unit != cache.record->s32BufUnit && element.Attribute(size.attribute) != nullptr)
+      losses.push_back("\"" + std::string(size.attribute) + "\"" + ofCache(cache));
+}
+
+// Each source gets one entry, and one source the mark.
+void addEntries(const CacheEntry& cache, Losses& losses) {
+  if (cache.allowedIds().size() < cache.allowed.size())
+    losses.push_back("the second entry for a source" + ofCache(cache));
+  const std::optional<int> kept = cache.marked(&AllowedSource::isDefault);
+  for (const AllowedSource& source : cache.allowed)
+    if (source.isDefault && source.id != *kept)
+      losses.push_back("the second \"Default\"" + ofCache(cache) + ", at source " +
+                       std::to_string(source.id));
 }
 
 }  // namespace
 
-Losses lossesOf(const XMLElement& section, const settings::Table& table) {
+std::vector<std::string> lossNotes(const settings::Table& table) {
+  const device::Document document = device::requireDocument(CFG_FILE_MPP);
+  const XMLElement& section = requireSection(*document, table);
   Losses losses;
   addChildren(section, formsOf(table), losses);
-  return losses;
-}
-
-Losses lossNotes(const settings::Table& table) {
-  const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  XMLElement* section = requireSection(*document, table);
-  Losses losses = lossesOf(*section, table);
-  for (const XMLElement* entry : entriesOf(section, table)) {
+  for (const XMLElement* entry : entriesOf(section, table.elements)) {
     addIgnoredChannels(*entry, channelTypesOf(table), losses);
     addUnreadHost(*entry, losses);
   }
   if (losses.empty()) return {};
-  std::string list;
-  for (const std::string& loss : losses) list += (list.empty() ? "" : ", ") + loss;
-  return {"note: " + std::string(table.place) + " is rewritten without " + list};
+  return {"note: " + std::string(table.place) + " is rewritten without " + joined(losses)};
+}
+
+std::vector<std::string> cacheLossNotes(const std::vector<CacheEntry>& caches,
+                                        std::optional<int> changed) {
+  const settings::Table& table = settings::streamCaches();
+  const device::Document document = device::requireDocument(CFG_FILE_MPP);
+  const XMLElement& section = requireSection(*document, table);
+  const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
+  Losses losses;
+  addChildren(section, formsOf(table), losses);
+  std::vector<std::string> notes;
+  for (std::size_t i = 0; i < caches.size() && i < elements.size(); ++i) {
+    const CacheEntry& cache = caches[i];
+    addSizes(cache, *elements[i], losses);
+    addEntries(cache, losses);
+    if (!cache.marked(&AllowedSource::isDefault) && cache.id() != changed)
+      notes.push_back("note: source " + std::to_string(cache.record->s32EnabledSrc) +
+                      ofCache(cache) + ", which the loader takes, gets the mark \"Default\"");
+  }
+  if (!losses.empty())
+    notes.insert(notes.begin(), "note: all caches are rewritten without " + joined(losses));
+  return notes;
+}
+
+void requireDumpable(const std::vector<CacheEntry>& caches) {
+  for (const CacheEntry& cache : caches)
+    for (const AllowedSource& source : cache.allowed)
+      if (source.id < 0 || source.id > settings::kGreatestSourceId)
+        throw Refusal("the library saves all caches, and would lose source " +
+                      std::to_string(source.id) + ofCache(cache) + ", which is outside 0.." +
+                      std::to_string(settings::kGreatestSourceId));
 }
 
 }  // namespace camcfg::tool::media

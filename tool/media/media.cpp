@@ -1,92 +1,145 @@
-#include "media/media.h"
-
-#include <strings.h>
-
 #include <algorithm>
-#include <functional>
 
+#include "base/elements.h"
 #include "base/library_log.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
+#include "media/stream_cache.h"
 #include "settings/secrets.h"
 
 namespace camcfg::tool::media {
 namespace {
 
+using device::Plan;
+using device::Step;
+using settings::ElementForm;
+using settings::Node;
 using settings::Table;
 using tinyxml2::XMLElement;
 
-// The loader has kept what came before the faulty entry.
-std::string placeOfEntry(XMLElement* section, const Table& table, std::size_t index) {
-  const std::vector<XMLElement*> entries = entriesOf(section, table);
-  return mediaPlace(index < entries.size() ? entries[index] : section);
-}
-
-// @param load    loads the section; returns the library's result
-// @param loaded  how many entries were loaded
-void requireLoaded(const Table& table, const std::function<int()>& load,
-                   const std::function<std::size_t()>& loaded) {
+// The entries that the library loads; over a fault, it has kept those before the faulty one.
+template <typename Entries, typename Load>
+Entries loaded(const Table& table, Load load) {
   const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  XMLElement* section = requireSection(*document, table);
+  const XMLElement& section = requireSection(*document, table);
+  Entries entries;
   forgetComplaint();
-  if (heard(load) == 0) return;
+  if (heard([&] { return load(entries); }) == 0) return entries;
   table.calls.closeRead();
   const std::string complaint = lastComplaint();
-  throw Refusal(Status::Unusable, placeOfEntry(section, table, loaded()) + ": " +
-                                      (complaint.empty() ? "out of memory" : complaint));
+  const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
+  throw Refusal(Status::Unusable,
+                mediaPlace(entries.size() < elements.size() ? *elements[entries.size()] : section) +
+                    ": " + (complaint.empty() ? "out of memory" : complaint));
 }
 
-template <typename Record>
-std::list<Record> loaded(const Table& table, int (*load)(std::list<Record>&)) {
-  std::list<Record> records;
-  requireLoaded(
-      table, [&] { return load(records); }, [&] { return records.size(); });
-  return records;
+// What an entry refers to must be there once all sections are written.
+void checkReferences(const Node& entries, const Table& table, Plan& plan) {
+  for (const settings::Setting& setting : table.settings) {
+    if (setting.refersTo == nullptr) continue;
+    const Json& others = plan.of(setting.refersTo->place);
+    for (std::size_t i = 0; i < entries.value().size(); ++i) {
+      const Node value = entries.element(i).member(setting.member);
+      if (std::none_of(others.begin(), others.end(), [&](const Json& other) {
+            return other.at(setting.refersTo->key) == value.value();
+          }))
+        value.refuse("there is no " + std::string(setting.refersTo->entry) + " " +
+                     value.value().dump());
+    }
+  }
+}
+
+Json readEntries(const Table& table, const Node& node, Plan& plan) {
+  const std::size_t faults = node.faults();
+  Json entries = table.calls.read(table, node);
+  if (node.faults() == faults) checkReferences(node, table, plan);
+  return entries;
+}
+
+// The one change that replaces all entries.
+Step replacing(const Table& table, const Json& after) {
+  const auto arrived = [&table, after](tinyxml2::XMLDocument&) {
+    return loadEntries(table) == after;
+  };
+  const auto store = [&table, after] {
+    return heard([&] { return table.calls.store(table, after); }) == 0;
+  };
+  return device::stepOf({CFG_FILE_MPP, table.place, device::roomFor(after), store, arrived});
+}
+
+device::Section sectionOf(const Table& table) {
+  const auto load = [&table] { return loadEntries(table); };
+  const auto read = [&table](const Node& node, const Json&, Plan& plan) {
+    return readEntries(table, node, plan);
+  };
+  const auto steps = [&table](const Json&, const Json& after) {
+    return std::vector<Step>{replacing(table, after)};
+  };
+  // Saving caches marks, too.
+  const auto losses = [&table] {
+    return &table == &settings::streamCaches() ? cacheLossNotes(readCaches()) : lossNotes(table);
+  };
+  return {table.place, load, read, steps, losses, CFG_FILE_MPP, &table};
 }
 
 }  // namespace
 
-XMLElement* requireSection(tinyxml2::XMLDocument& document, const Table& table) {
-  XMLElement* top = document.FirstChildElement(table.parent);
-  XMLElement* section = top == nullptr ? nullptr : top->FirstChildElement(table.section);
-  if (section != nullptr) return section;
-  const std::string path = std::string("<") + table.parent + ">";
-  throw Refusal(Status::Unusable,
-                std::string(CFG_FILE_MPP) + " has no " + path +
-                    (top == nullptr ? "" : "<" + std::string(table.section) + ">"));
+const XMLElement* sectionIn(const tinyxml2::XMLDocument& document, const Table& table) {
+  const XMLElement* top = document.FirstChildElement(table.parent);
+  return top == nullptr ? nullptr : top->FirstChildElement(table.section);
 }
 
-std::vector<XMLElement*> entriesOf(XMLElement* section, const Table& table) {
-  std::vector<XMLElement*> entries;
-  for (XMLElement* child = section->FirstChildElement(); child != nullptr;
-       child = child->NextSiblingElement())
-    if (std::any_of(table.elements.begin(), table.elements.end(),
-                    [&](const char* name) { return strcasecmp(child->Name(), name) == 0; }))
+XMLElement& requireSection(tinyxml2::XMLDocument& document, const Table& table) {
+  XMLElement* top = document.FirstChildElement(table.parent);
+  XMLElement* section = top == nullptr ? nullptr : top->FirstChildElement(table.section);
+  if (section != nullptr) return *section;
+  throw Refusal(Status::Unusable,
+                std::string(CFG_FILE_MPP) + " has no <" + table.parent + ">" +
+                    (top == nullptr ? "" : std::string("<") + table.section + ">"));
+}
+
+std::vector<const XMLElement*> entriesOf(const XMLElement& parent,
+                                         const std::vector<const char*>& names) {
+  std::vector<const XMLElement*> entries;
+  for (const XMLElement* child : childrenOf(parent))
+    if (std::any_of(names.begin(), names.end(),
+                    [&](const char* name) { return isSameWord(child->Name(), name); }))
       entries.push_back(child);
   return entries;
 }
 
-std::string mediaPlace(const tinyxml2::XMLNode* node) {
-  return std::string(CFG_FILE_MPP) + ":" + std::to_string(node->GetLineNum());
+const ElementForm* formOf(const XMLElement& element, const std::vector<ElementForm>& forms) {
+  const auto found = std::find_if(forms.begin(), forms.end(), [&](const ElementForm& form) {
+    return isSameWord(element.Name(), form.name);
+  });
+  return found == forms.end() ? nullptr : &*found;
+}
+
+std::string mediaPlace(const tinyxml2::XMLNode& node) {
+  return std::string(CFG_FILE_MPP) + ":" + std::to_string(node.GetLineNum());
 }
 
 Json loadEntries(const Table& table) {
-  Json entries;
-  requireLoaded(
-      table, [&] { return table.calls.load(table, entries); }, [&] { return entries.size(); });
-  return entries;
+  return loaded<Json>(table, [&](Json& entries) { return table.calls.load(table, entries); });
 }
 
 std::list<StreamSource> loadStreamSources() {
-  return loaded(settings::streamSources(), CFG_MPP_LoadStreamSourceConfig);
+  return loaded<std::list<StreamSource>>(settings::streamSources(), CFG_MPP_LoadStreamSourceConfig);
 }
 
 std::list<StreamCache> loadStreamCaches() {
-  return loaded(settings::streamCaches(), CFG_MPP_LoadStreamCacheConfig);
+  return loaded<std::list<StreamCache>>(settings::streamCaches(), CFG_MPP_LoadStreamCacheConfig);
 }
 
 Json shownEntries(const Table& table, bool showSecrets) {
   const Json entries = loadEntries(table);
   return showSecrets ? entries : settings::withMaskedSecrets(entries, table.settings);
+}
+
+std::vector<device::Section> sections() {
+  std::vector<device::Section> all;
+  for (const Table* table : settings::mediaTables()) all.push_back(sectionOf(*table));
+  return all;
 }
 
 }  // namespace camcfg::tool::media

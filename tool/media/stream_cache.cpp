@@ -1,7 +1,5 @@
 #include "media/stream_cache.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -12,14 +10,10 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-constexpr char kAllowedSource[] = "AllowedStreamSource";
-
-std::vector<AllowedSource> allowedBy(XMLElement* cache, int cacheId) {
+std::vector<AllowedSource> allowedBy(const XMLElement& cache, int cacheId) {
   std::vector<AllowedSource> allowed;
   int id = cacheId;
-  for (XMLElement* entry = cache->FirstChildElement(); entry != nullptr;
-       entry = entry->NextSiblingElement()) {
-    if (strcasecmp(entry->Name(), kAllowedSource) != 0) continue;
+  for (const XMLElement* entry : entriesOf(cache, {"AllowedStreamSource"})) {
     const bool hasId = entry->QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS;
     allowed.push_back(
         {id, hasId, entry->IntAttribute("Default", 0) != 0, entry->IntAttribute("Enable", 0) != 0});
@@ -86,22 +80,22 @@ bool CacheEntry::marksDiffer() const {
   return byDefault && enabled && *byDefault != *enabled;
 }
 
-std::vector<CacheEntry> cachesOf(XMLElement* section, const std::list<StreamCache>& records) {
+std::vector<CacheEntry> cachesOf(tinyxml2::XMLDocument& document,
+                                 const std::list<StreamCache>& records) {
+  const settings::Table& table = settings::streamCaches();
   std::vector<CacheEntry> caches;
-  const std::vector<XMLElement*> elements = entriesOf(section, settings::streamCaches());
-  auto element = elements.begin();
-  for (const StreamCache& record : records) {
-    if (element == elements.end()) break;
-    caches.push_back({record, allowedBy(*element, record->s32Id), (*element)->GetLineNum()});
-    ++element;
+  auto record = records.begin();
+  for (const XMLElement* element : entriesOf(requireSection(document, table), table.elements)) {
+    if (record == records.end()) break;
+    caches.push_back({*record, allowedBy(*element, (*record)->s32Id), element->GetLineNum()});
+    ++record;
   }
   return caches;
 }
 
 std::vector<CacheEntry> readCaches() {
   const std::list<StreamCache> records = loadStreamCaches();
-  const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  return cachesOf(requireSection(*document, settings::streamCaches()), records);
+  return cachesOf(*device::requireDocument(CFG_FILE_MPP), records);
 }
 
 Json idOrNull(const std::optional<int>& id) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/json.h"
+#include "base/outcome.h"
 #include "media/media.h"
 
 namespace camcfg::tool::media {
@@ -43,7 +43,7 @@ struct CacheEntry {
 std::vector<CacheEntry> readCaches();
 
 /// The same of a document of the file, with records that the library loaded from it.
-std::vector<CacheEntry> cachesOf(tinyxml2::XMLElement* section,
+std::vector<CacheEntry> cachesOf(tinyxml2::XMLDocument& document,
                                  const std::list<StreamCache>& records);
 
 /// The caches as an answer shows them.
@@ -51,6 +51,33 @@ Json jsonOf(const std::vector<CacheEntry>& caches);
 
 /// An id, or null where there is none.
 Json idOrNull(const std::optional<int>& id);
+
+/// What becomes different by saving all caches whole, a remark each.
+/// @param caches   as they are in the file
+/// @param changed  the cache whose "Default" is changed on purpose; none if nothing is
+std::vector<std::string> cacheLossNotes(const std::vector<CacheEntry>& caches,
+                                        std::optional<int> changed = std::nullopt);
+
+/// Makes sure that the library, when it saves all caches whole, writes what it loaded: a source id
+/// that does not fit the whitelist would come back as another one.
+/// @throws Refusal
+void requireDumpable(const std::vector<CacheEntry>& caches);
+
+// Changes of one stream cache, each with its ids as they were written. They return what was changed
+// and throw a Refusal: the files are unusable or cannot be written, there is no such cache, the
+// library would change another one, or the source is not permitted. No lock is left held.
+
+/// Marks an allowed source with "Enable" and no other one, in place.
+Outcome selectSource(const std::string& cacheId, const std::string& sourceId);
+
+/// Marks an allowed source with "Default" and no other one. The library saves all caches whole for
+/// this; what is lost by it is listed in the answer's notes.
+/// @param rehearse  report what would be changed and lost, and change nothing
+Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceId, bool rehearse);
+
+/// Replaces the sources that a cache allows. The one that was marked "Enable", or else the one that
+/// the loader took, is marked "Enable" if it is still allowed; no one is marked "Default" any more.
+Outcome allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds);
 
 }  // namespace camcfg::tool::media
 

@@ -1,15 +1,12 @@
-#include "media/stream_change.h"
-
 #include <camcfg/store.h>
 
 #include <algorithm>
-#include <climits>
 
 #include "base/decimal.h"
 #include "base/library_log.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "device/change.h"
-#include "media/cache_losses.h"
 #include "media/stream_cache.h"
 #include "settings/node.h"
 
@@ -21,96 +18,89 @@ using tinyxml2::XMLElement;
 
 constexpr std::size_t kEntryBytes = 64;  // of a whitelist's entry, its line's indentation included
 
-std::string joined(const std::vector<int>& ids) {
-  std::string list;
-  for (const int id : ids) list += (list.empty() ? "" : ", ") + std::to_string(id);
-  return list;
-}
-
-std::string nameOf(const CacheEntry& cache) {
-  return "stream cache " + std::to_string(cache.id());
-}
-
 int requireId(const std::string& text) {
-  const std::optional<long long> id = decimal(text);
-  if (!id || *id < INT_MIN || *id > INT_MAX) throw Refusal("'" + text + "' is no id");
-  return static_cast<int>(*id);
+  const std::optional<std::int32_t> id = decimal32(text);
+  if (!id) throw Refusal("'" + text + "' is no id");
+  return *id;
 }
 
-std::size_t requireCache(const std::vector<CacheEntry>& caches, const std::string& text) {
-  const int id = requireId(text);
-  std::vector<int> ids;
-  for (const CacheEntry& cache : caches) {
-    if (cache.id() == id) return ids.size();
-    ids.push_back(cache.id());
+// A cache that is to be changed, among those of the device.
+struct Chosen {
+  std::vector<CacheEntry> all = readCaches();
+  std::size_t index = 0;
+
+  const CacheEntry& cache() const { return all[index]; }
+  std::string name() const { return "stream cache " + std::to_string(cache().id()); }
+
+  /// @throws Refusal if there is no cache of this id
+  explicit Chosen(const std::string& text) {
+    const int id = requireId(text);
+    std::vector<int> ids;
+    for (; index < all.size() && cache().id() != id; ++index) ids.push_back(cache().id());
+    if (index == all.size())
+      throw Refusal("there is no stream cache " + text +
+                    (ids.empty() ? "" : "; there are " + joined(ids)));
   }
-  throw Refusal("there is no stream cache " + text +
-                (ids.empty() ? "" : "; there are " + joined(ids)));
-}
 
-int requireAllowed(const CacheEntry& cache, const std::string& text) {
-  const int id = requireId(text);
-  if (cache.allows(id)) return id;
-  throw Refusal(nameOf(cache) + " does not allow source " + text + "; it allows " +
-                joined(cache.allowedIds()));
-}
+  /// The id of a source.
+  /// @throws Refusal if the cache does not allow it
+  int requireAllowed(const std::string& text) const {
+    const int id = requireId(text);
+    if (cache().allows(id)) return id;
+    throw Refusal(name() + " does not allow source " + text + "; it allows " +
+                  joined(cache().allowedIds()));
+  }
+
+  /// Makes a change of the cache, with a call of the library.
+  /// @param entries  how many entries of whitelists the call may add
+  /// @param arrived  whether the cache, as a document has it, holds the change
+  /// @throws Refusal  see makeChange
+  void change(std::size_t entries, const std::function<int()>& call,
+              const std::function<bool(const CacheEntry&)>& arrived) const {
+    const auto make = [&] { return heard([&] { return orGivenUp(call()); }) == 0; };
+    const auto isThere = [&](XMLDocument& document) {
+      const std::vector<CacheEntry> there = cachesOf(document, {index + 1, cache().record});
+      return arrived(there.size() > index ? there[index] : CacheEntry{cache().record, {}});
+    };
+    device::makeChange({CFG_FILE_MPP, name(), entries * kEntryBytes, make, isThere});
+  }
+
+ private:
+  // A call that fails may leave the document open and the lock held.
+  static int orGivenUp(int result) {
+    if (result == 0) return result;
+    CFG_MPP_CloseRead();
+    CFG_UnlockFile(device::argument(CFG_FILE_MPP));
+    return result;
+  }
+};
 
 // The update in place finds a source by an "Id" that is there.
-void requireOwnId(const CacheEntry& cache, int sourceId) {
-  for (const AllowedSource& source : cache.allowed)
+void requireOwnId(const Chosen& chosen, int sourceId) {
+  for (const AllowedSource& source : chosen.cache().allowed)
     if (source.id == sourceId && source.hasId) return;
-  throw Refusal(nameOf(cache) + ": its entry for source " + std::to_string(sourceId) +
+  throw Refusal(chosen.name() + ": its entry for source " + std::to_string(sourceId) +
                 " has no \"Id\", so the library does not find it");
 }
 
-// The element that the library's updates find: by the beginning of its name.
-XMLElement* foundForUpdate(XMLDocument& document, int cacheId) {
-  return CFG_GetElementByNameId(requireSection(document, settings::streamCaches()), "Cache",
-                                cacheId);
-}
-
-void requireReachable(const CacheEntry& cache) {
+// The library's updates find an element by the beginning of its name.
+void requireReachable(const Chosen& chosen) {
   const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  const XMLElement* found = foundForUpdate(*document, cache.id());
-  if (found != nullptr && found->GetLineNum() == cache.line) return;
-  const std::string line = " at line " + std::to_string(cache.line);
-  throw Refusal(nameOf(cache) + ": the library would change " +
-                (found == nullptr ? "nothing" : mediaPlace(found)) + " in place of the element" +
-                line + ", whose name it does not find");
+  const XMLElement* found = CFG_GetElementByNameId(
+      &requireSection(*document, settings::streamCaches()), "Cache", chosen.cache().id());
+  if (found != nullptr && found->GetLineNum() == chosen.cache().line) return;
+  throw Refusal(chosen.name() + ": the library would change " +
+                (found == nullptr ? "nothing" : mediaPlace(*found)) +
+                " in place of the element at line " + std::to_string(chosen.cache().line) +
+                ", whose name it does not find");
 }
 
-// An update that fails may leave the document open and the lock held.
-bool update(const std::function<int()>& call) {
-  return heard([&] {
-           const int result = call();
-           if (result != 0) {
-             CFG_MPP_CloseRead();
-             CFG_UnlockFile(device::argument(CFG_FILE_MPP));
-           }
-           return result;
-         }) == 0;
-}
-
-// A cache in a document of the file, as it is there.
-CacheEntry cacheIn(XMLDocument& document, const StreamCache& record, std::size_t index) {
-  XMLElement* section = requireSection(document, settings::streamCaches());
-  const std::vector<CacheEntry> caches = cachesOf(section, {index + 1, record});
-  return caches.size() > index ? caches[index] : CacheEntry{record, {}};
-}
-
-Outcome markAnswer(const CacheEntry& cache, Mark mark, int sourceId) {
-  Outcome outcome;
-  const bool isDefault = mark == &AllowedSource::isDefault;
-  outcome.value = {{"cache", cache.id()}, {"mark", isDefault ? "Default" : "Enable"}};
-  outcome.value["before"] = idOrNull(cache.marked(mark));
-  outcome.value["value"] = sourceId;
-  return outcome;
-}
-
-void tellDisagreement(Outcome& outcome, int enabled, int carried) {
-  if (enabled == carried) return;
-  outcome.notes.push_back("note: the loader goes by \"Default\" and still takes source " +
-                          std::to_string(carried));
+Outcome markOutcome(const CacheEntry& cache, Mark mark, int sourceId) {
+  return {{{"cache", cache.id()},
+           {"mark", mark == &AllowedSource::isDefault ? "Default" : "Enable"},
+           {"before", idOrNull(cache.marked(mark))},
+           {"value", sourceId}},
+          {}};
 }
 
 std::vector<int> requireSourceIds(const std::vector<std::string>& texts) {
@@ -132,95 +122,79 @@ std::vector<int> unknownOf(std::vector<int> ids) {
   return ids;
 }
 
-// The loader goes by "Default", which a replaced whitelist has not; without it the last one counts.
-void tellLostDefault(Outcome& outcome, const CacheEntry& cache, const std::vector<int>& ids) {
-  const std::optional<int> before = cache.marked(&AllowedSource::isDefault);
-  if (!before) return;
-  const std::string id = std::to_string(cache.id());
-  outcome.notes.push_back("note: the mark \"Default\" at source " + std::to_string(*before) +
-                          " is gone; the loader takes source " + std::to_string(ids.back()) +
-                          ", the last one, until 'camcfg stream cache " + id +
-                          " default SOURCE' marks one");
-}
-
 }  // namespace
 
 Outcome selectSource(const std::string& cacheId, const std::string& sourceId) {
-  const std::vector<CacheEntry> caches = readCaches();
-  const std::size_t index = requireCache(caches, cacheId);
-  const CacheEntry& cache = caches[index];
-  const int source = requireAllowed(cache, sourceId);
-  requireOwnId(cache, source);
-  requireReachable(cache);
-  const auto make = [&] {
-    return update([&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); });
-  };
-  const auto arrived = [&](XMLDocument& document) {
-    return cacheIn(document, cache.record, index).markedOnly(&AllowedSource::isEnabled, source);
-  };
-  device::makeChange(
-      {CFG_FILE_MPP, nameOf(cache), cache.allowed.size() * kEntryBytes, make, arrived});
+  const Chosen chosen(cacheId);
+  const CacheEntry& cache = chosen.cache();
+  const int source = chosen.requireAllowed(sourceId);
+  requireOwnId(chosen, source);
+  requireReachable(chosen);
+  chosen.change(
+      cache.allowed.size(),
+      [&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); },
+      [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isEnabled, source); });
 
-  Outcome outcome = markAnswer(cache, &AllowedSource::isEnabled, source);
-  tellDisagreement(outcome, source, cache.record->s32EnabledSrc);
+  Outcome outcome = markOutcome(cache, &AllowedSource::isEnabled, source);
+  const int carried = cache.record->s32EnabledSrc;
+  if (source != carried)
+    outcome.notes.push_back("note: the loader goes by \"Default\" and still takes source " +
+                            std::to_string(carried));
   return outcome;
 }
 
 Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceId, bool rehearse) {
-  const std::vector<CacheEntry> caches = readCaches();
-  const std::size_t index = requireCache(caches, cacheId);
-  const CacheEntry& cache = caches[index];
-  const int source = requireAllowed(cache, sourceId);
-  requireDumpable(caches);
+  const Chosen chosen(cacheId);
+  const CacheEntry& cache = chosen.cache();
+  const int source = chosen.requireAllowed(sourceId);
+  requireDumpable(chosen.all);
 
-  Outcome outcome = markAnswer(cache, &AllowedSource::isDefault, source);
-  outcome.notes = dumpNotes(caches, cache.id());
+  Outcome outcome = markOutcome(cache, &AllowedSource::isDefault, source);
+  outcome.notes = cacheLossNotes(chosen.all, cache.id());
   if (rehearse) return outcome;
   std::list<StreamCache> records;
   std::size_t entries = 0;
-  for (const CacheEntry& entry : caches) {
+  for (const CacheEntry& entry : chosen.all) {
     records.push_back(std::make_shared<tag_CFG_STREAM_CACHE_T>(*entry.record));
+    if (&entry == &cache) records.back()->s32EnabledSrc = source;
     entries += 1 + entry.allowed.size();
   }
-  (*std::next(records.begin(), static_cast<std::ptrdiff_t>(index)))->s32EnabledSrc = source;
-  const auto make = [&] { return update([&] { return CFG_MPP_DumpStreamCacheConfig(records); }); };
-  const auto arrived = [&](XMLDocument& document) {
-    return cacheIn(document, cache.record, index).markedOnly(&AllowedSource::isDefault, source);
-  };
-  device::makeChange({CFG_FILE_MPP, nameOf(cache), entries * kEntryBytes, make, arrived});
+  chosen.change(
+      entries, [&] { return CFG_MPP_DumpStreamCacheConfig(records); },
+      [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isDefault, source); });
   return outcome;
 }
 
 Outcome allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds) {
-  const std::vector<CacheEntry> caches = readCaches();
-  const std::size_t index = requireCache(caches, cacheId);
-  const CacheEntry& cache = caches[index];
+  const Chosen chosen(cacheId);
+  const CacheEntry& cache = chosen.cache();
   const std::vector<int> ids = requireSourceIds(sourceIds);
   const std::vector<int> unknown = unknownOf(ids);
-  requireReachable(cache);
+  requireReachable(chosen);
 
   const auto record = std::make_shared<tag_CFG_STREAM_CACHE_T>(*cache.record);
   record->s32AllowedMask = 0;
   for (const int id : ids) record->s32AllowedMask |= 1 << id;
   record->s32EnabledSrc =
       cache.marked(&AllowedSource::isEnabled).value_or(cache.record->s32EnabledSrc);
-  const auto make = [&] {
-    return update([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); });
-  };
-  const auto arrived = [&](XMLDocument& document) {
-    return cacheIn(document, record, index).allowedIds() == ids;
-  };
-  device::makeChange({CFG_FILE_MPP, nameOf(cache), (1 + ids.size()) * kEntryBytes, make, arrived});
+  chosen.change(
+      1 + ids.size(), [&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
+      [&](const CacheEntry& now) { return now.allowedIds() == ids; });
 
-  Outcome outcome;
   const bool kept = std::binary_search(ids.begin(), ids.end(), record->s32EnabledSrc);
-  outcome.value = {{"cache", cache.id()}};
-  outcome.value["before"] = Json(cache.allowedIds());
-  outcome.value["allowed"] = Json(ids);
-  outcome.value["enable"] = kept ? Json(record->s32EnabledSrc) : Json();
+  Outcome outcome{{{"cache", cache.id()},
+                   {"before", Json(cache.allowedIds())},
+                   {"allowed", Json(ids)},
+                   {"enable", kept ? Json(record->s32EnabledSrc) : Json()}},
+                  {}};
   if (!unknown.empty())
     outcome.notes.push_back("note: not among the stream sources: " + joined(unknown));
-  tellLostDefault(outcome, cache, ids);
+  // The loader goes by "Default", which a replaced whitelist has not; without it the last one counts.
+  if (const std::optional<int> before = cache.marked(&AllowedSource::isDefault))
+    outcome.notes.push_back("note: the mark \"Default\" at source " + std::to_string(*before) +
+                            " is gone; the loader takes source " + std::to_string(ids.back()) +
+                            ", the last one, until 'camcfg stream cache " +
+                            std::to_string(cache.id()) + " default SOURCE' marks one");
   return outcome;
 }
 

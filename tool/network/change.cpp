@@ -1,14 +1,9 @@
-#include "network/change.h"
-
 #include <camcfg/network.h>
 #include <camcfg/store.h>
 
 #include "base/plain_text.h"
 #include "base/refusal.h"
-#include "device/change.h"
-#include "device/section.h"
 #include "network/network.h"
-#include "settings/network.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::network {
@@ -25,7 +20,7 @@ constexpr std::size_t kCardGrowth = 16 * (kAttributeFrame + std::size_t{CFG_NETW
   throw Refusal(path + ": " + why);
 }
 
-std::string pathOf(const XMLElement& card, const Setting& setting) {
+std::string pathOf(const tinyxml2::XMLNode& card, const Setting& setting) {
   return std::string(card.Value()) + "/" + settings::elementOf(setting);
 }
 
@@ -58,13 +53,13 @@ XMLElement* cardIn(XMLDocument& document, const std::string& card) {
 }
 
 // The record with a field's factory value; with its current one where there is no usable other.
-void putFactory(tagNETWORK_CFG_S& record, const Setting& setting, const XMLElement& card,
-                const XMLElement& element, const device::FactoryValues& values,
-                std::vector<std::string>& without) {
+void putFactory(tagNETWORK_CFG_S& record, const CardField& field,
+                const device::FactoryValues& values, std::vector<std::string>& without) {
+  const auto& [setting, element] = field;
   const std::optional<std::string> factory = values.of(element);
   if (factory && settings::put(setting, *factory, &record)) return;
   if (!settings::put(setting, textOf(element, "Cur"), &record))
-    refuse(pathOf(card, setting),
+    refuse(pathOf(*element.Parent(), setting),
            "it has no usable factory value, and the library would not leave its current one as it "
            "is; set it to a permitted value first");
   without.emplace_back(settings::elementOf(setting));
@@ -89,6 +84,18 @@ Json apply(XMLElement& card, const tagNETWORK_CFG_S& record) {
 
 }  // namespace
 
+device::Change hostnameChange(const std::string& what, std::size_t growth,
+                              const std::string& name) {
+  const auto make = [name] {
+    CFG_NETWORK_SetHostname(device::argument(name));
+    return true;
+  };
+  const auto arrived = [name](XMLDocument& document) {
+    return attributeOf(networkOf(document), "Hostname") == name;
+  };
+  return {CFG_FILE_BUSINESS, what, growth, make, arrived};
+}
+
 Outcome setNetworkField(const std::string& card, const std::string& name, const std::string& value,
                         bool force) {
   const Network network;
@@ -99,16 +106,15 @@ Outcome setNetworkField(const std::string& card, const std::string& name, const 
   const std::string path = pathOf(element, setting);
   const tagNETWORK_CFG_S record = requireRecord(setting, parameter, path, value, force);
   const std::string text = settings::take(setting, &record);
-  device::makeChange(
-      {CFG_FILE_BUSINESS, path, kAttributeFrame + text.size() * 6,
-       [&] {
-         cfgNetworkSetSingleParam(device::argument(field), device::argument(card), record);
-         return true;
-       },
-       [&](XMLDocument& document) {
-         XMLElement* changed = cardIn(document, card);
-         return changed != nullptr && attributeOf(childOf(*changed, field), "Cur") == text;
-       }});
+  const auto make = [&] {
+    cfgNetworkSetSingleParam(device::argument(field), device::argument(card), record);
+    return true;
+  };
+  const auto arrived = [&](XMLDocument& document) {
+    XMLElement* changed = cardIn(document, card);
+    return changed != nullptr && attributeOf(childOf(*changed, field), "Cur") == text;
+  };
+  device::makeChange({CFG_FILE_BUSINESS, path, kAttributeFrame + text.size() * 6, make, arrived});
   const Json before = attributeOf(&parameter, "Cur");
   return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}}, {}};
 }
@@ -121,9 +127,7 @@ Outcome resetCard(const std::string& name) {
   tagNETWORK_CFG_S record{};
   std::vector<std::string> without;
   const device::FactoryValues values;
-  for (const Setting& setting : settings::cardSettings())
-    if (const XMLElement* element = childOf(card, settings::elementOf(setting)))
-      putFactory(record, setting, card, *element, values, without);
+  for (const CardField& field : fieldsOf(card)) putFactory(record, field, values, without);
 
   Outcome outcome;
   outcome.value = {
@@ -139,8 +143,8 @@ Outcome resetCard(const std::string& name) {
                         return arrived != nullptr && written(*arrived) == expected;
                       }});
   for (const std::string& field : without)
-    outcome.notes.push_back(std::string("note: ").append(name).append("/").append(field).append(
-        " has no usable factory value and stays as it is"));
+    outcome.notes.push_back("note: " + name + "/" + field +
+                            " has no usable factory value and stays as it is");
   return outcome;
 }
 
@@ -148,14 +152,7 @@ Outcome setHostname(const std::string& name, bool force) {
   const Network network;
   const std::string fault = settings::objectionTo(settings::hostnameSetting(), name).refusal(force);
   if (!fault.empty()) throw Refusal(fault);
-  device::makeChange({CFG_FILE_BUSINESS, "hostname", kAttributeFrame + name.size() * 6,
-                      [&] {
-                        CFG_NETWORK_SetHostname(device::argument(name));
-                        return true;
-                      },
-                      [&](XMLDocument& document) {
-                        return attributeOf(networkOf(document), "Hostname") == name;
-                      }});
+  device::makeChange(hostnameChange("hostname", kAttributeFrame + name.size() * 6, name));
   const Json before = attributeOf(&network.section(), "Hostname");
   return {{{"before", before}, {"hostname", name}}, {}};
 }

@@ -5,11 +5,32 @@
 #include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
-#include "settings/network.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::network {
+namespace {
 
+using settings::Setting;
 using tinyxml2::XMLElement;
+
+// The file's own limits where it has any.
+std::string permitted(const Setting& setting, const XMLElement* element) {
+  if (setting.kind != settings::Kind::Integer) return settings::permittedInFile(setting, {});
+  if (element == nullptr) return "";
+  return settings::permittedInFile(setting, settings::limitsIn(*element, setting.limits));
+}
+
+device::ExplainedValue valueOf(const device::ExplainedFile& file, device::ElementPath path,
+                               const Setting& setting) {
+  path.emplace_back(settings::elementOf(setting));
+  device::ExplainedValue value =
+      file.value(path.back(), device::finderOf(path),
+                 [](const XMLElement& element) { return attributeOf(&element, "Cur"); });
+  value.permitted = permitted(setting, device::elementAt(file.document(), path));
+  return value;
+}
+
+}  // namespace
 
 XMLElement* networkOf(tinyxml2::XMLDocument& document) {
   return CFG_GetBrotherElementByName(document.FirstChildElement(), "NetWork");
@@ -24,10 +45,17 @@ Json attributeOf(const XMLElement* element, const char* attribute) {
   return text == nullptr ? Json() : Json(text);
 }
 
+std::vector<CardField> fieldsOf(XMLElement& card) {
+  std::vector<CardField> fields;
+  for (const Setting& setting : settings::cardSettings())
+    if (XMLElement* element = childOf(card, settings::elementOf(setting)))
+      fields.push_back({setting, *element});
+  return fields;
+}
+
 std::vector<std::string> spilledBy(const XMLElement& card) {
   std::vector<std::string> reasons;
-  for (const XMLElement* element = card.FirstChildElement(); element != nullptr;
-       element = element->NextSiblingElement())
+  for (const XMLElement* element : childrenOf(card))
     if (const auto* setting = settings::cardSettingWrittenInto(element->Value()))
       reasons.push_back(std::string("the library would write ") + settings::elementOf(*setting) +
                         " into " + element->Value() + ", too, which begins with this name");
@@ -38,14 +66,6 @@ Network::Network()
     : document_(device::requireDocument(CFG_FILE_BUSINESS)), section_(networkOf(*document_)) {
   if (section_ == nullptr)
     throw Refusal(Status::Unusable, std::string(CFG_FILE_BUSINESS) + " has no section NetWork");
-}
-
-std::vector<XMLElement*> Network::cards() const {
-  std::vector<XMLElement*> cards;
-  for (XMLElement* card = section_->FirstChildElement(); card != nullptr;
-       card = card->NextSiblingElement())
-    cards.push_back(card);
-  return cards;
 }
 
 XMLElement& Network::require(const std::string& name) const {
@@ -68,6 +88,22 @@ XMLElement& Network::requireReachable(const std::string& name) const {
   if (&found == &card) return card;
   throw Refusal(name + ": the library would take " + found.Value() +
                 ", which begins with this name and comes before it in " + CFG_FILE_BUSINESS);
+}
+
+device::Explanation explainCard(const std::string& card, const std::string& field) {
+  const device::ExplainedFile file(CFG_FILE_BUSINESS);
+  const Setting* only = field.empty() ? nullptr : &settings::requireCardSetting(field);
+  std::vector<std::string> names = {card};
+  if (only != nullptr) names.emplace_back(settings::elementOf(*only));
+  device::Explanation explanation;
+  device::ElementPath path = device::addLookups(explanation, file, "NetWork", names);
+  explanation.what = joined(path, "/");
+  explanation.copies = file.copies(device::finderOf(path));
+  if (only != nullptr) path.pop_back();
+  for (const Setting& setting : settings::cardSettings())
+    if (only == nullptr || only == &setting)
+      explanation.values.push_back(valueOf(file, path, setting));
+  return explanation;
 }
 
 }  // namespace camcfg::tool::network

@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "base/json.h"
+#include "base/elements.h"
+#include "base/outcome.h"
 #include "device/explanation.h"
-#include "device/files.h"
+#include "device/section.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::network {
 
@@ -20,7 +22,7 @@ class Network {
 
   tinyxml2::XMLElement& section() const { return *section_; }
   /// All cards, also those that the library does not list.
-  std::vector<tinyxml2::XMLElement*> cards() const;
+  std::vector<tinyxml2::XMLElement*> cards() const { return childrenOf(*section_); }
 
   /// The card of exactly this name.
   /// @throws Refusal if there is none
@@ -45,6 +47,15 @@ tinyxml2::XMLElement* childOf(tinyxml2::XMLElement& parent, const std::string& n
 /// An attribute's text, null where there is none or no element.
 Json attributeOf(const tinyxml2::XMLElement* element, const char* attribute);
 
+/// A setting of a card, as the card has it.
+struct CardField {
+  const settings::Setting& setting;
+  tinyxml2::XMLElement& element;
+};
+
+/// Those that a card has, each once.
+std::vector<CardField> fieldsOf(tinyxml2::XMLElement& card);
+
 /// What setting a whole card would change beyond its settings, a reason each.
 std::vector<std::string> spilledBy(const tinyxml2::XMLElement& card);
 
@@ -52,6 +63,40 @@ std::vector<std::string> spilledBy(const tinyxml2::XMLElement& card);
 /// @param field  only this field; empty: all
 /// @throws Refusal  no copy is good, or nothing is found
 device::Explanation explainCard(const std::string& card, const std::string& field);
+
+/// The change that sets the host name.
+/// @param growth  by how many bytes the file may grow at most
+device::Change hostnameChange(const std::string& what, std::size_t growth, const std::string& name);
+
+/// Sets one field of the card of exactly this name.
+/// @param name   the field, whatever its letters' case
+/// @param force  stores an address, mask, domain or MTU that a card cannot use, as it is
+/// @return what was changed: card, field, before, value
+/// @throws Refusal  the files are unusable or cannot be written, there is no such card or field, the
+///                  library's lookup would hit another one, or the value is not usable
+Outcome setNetworkField(const std::string& card, const std::string& name, const std::string& value,
+                        bool force);
+
+/// Puts the factory values of a card back. A field without a usable one stays as it is.
+/// @return what was changed: card, and each field that was with before and value
+/// @throws Refusal  as above; or the library would change more than it should
+Outcome resetCard(const std::string& name);
+
+/// Sets the host name.
+/// @param force  stores any text
+/// @return what was changed: before, hostname
+/// @throws Refusal  the files are unusable or cannot be written, or it is no host name
+Outcome setHostname(const std::string& name, bool force);
+
+/// The host name and the cards, for export and import.
+device::Section networkSection();
+
+/// The section as it will be with factory values: all cards, and the host name. What has none stays
+/// as it is and is added to `without` by its path.
+/// @param network  the section as the device has it
+/// @throws Refusal  the library's lookup would hit another card, or more than the card
+Json resetNetwork(const Json& network, const device::FactoryValues& factory,
+                  std::vector<std::string>& without);
 
 }  // namespace camcfg::tool::network
 

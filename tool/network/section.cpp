@@ -1,10 +1,7 @@
-#include "network/section.h"
-
 #include <camcfg/network.h>
 
 #include "base/refusal.h"
 #include "network/network.h"
-#include "settings/network.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::network {
@@ -23,9 +20,8 @@ std::string placeOf(const std::string& card) {
 
 Json loadCard(XMLElement& card) {
   Json values = Json::object();
-  for (const Setting& setting : settings::cardSettings())
-    if (const XMLElement* element = childOf(card, settings::elementOf(setting)))
-      values[setting.member] = settings::valueIn(setting, attributeOf(element, "Cur"));
+  for (const auto& [setting, element] : fieldsOf(card))
+    values[setting.member] = settings::valueIn(setting, attributeOf(&element, "Cur"));
   return values;
 }
 
@@ -64,12 +60,9 @@ Json readCard(const settings::Node& node, const std::string& name, const Json& b
   if (!node.isObjectOf(before.names())) return after;
   const std::size_t faults = node.faults();
   const Network network;
-  for (const Setting& setting : settings::cardSettings()) {
+  for (const auto& [setting, element] : fieldsOf(network.require(name))) {
     const char* member = setting.member;
-    if (!before.contains(member) || !node.value().contains(member) ||
-        node.value().at(member) == before.at(member))
-      continue;
-    const XMLElement& element = *childOf(network.require(name), settings::elementOf(setting));
+    if (!node.value().contains(member) || node.value().at(member) == before.at(member)) continue;
     after[member] = settings::readValue(setting, node.member(member),
                                         settings::limitsIn(element, setting.limits));
   }
@@ -93,29 +86,22 @@ Json readNetwork(const settings::Node& node, const Json& before, device::Plan& /
 }
 
 device::Step cardStep(const std::string& name, const Json& card) {
-  const tagNETWORK_CFG_S record = recordOf(card, nullptr);
-  return device::stepOf(
-      {CFG_FILE_BUSINESS, placeOf(name), device::roomFor(card),
-       [=] {
-         CFG_NETWORK_SetAllParam(device::argument(name), record);
-         return true;
-       },
-       [=](tinyxml2::XMLDocument&) { return loadNetwork()[kCards][name] == card; }});
-}
-
-device::Step hostnameStep(const std::string& name) {
-  return device::stepOf({CFG_FILE_BUSINESS, memberPlace(kName, kHostname), device::roomFor(name),
-                         [=] {
-                           CFG_NETWORK_SetHostname(device::argument(name));
-                           return true;
-                         },
-                         [=](tinyxml2::XMLDocument&) { return loadNetwork()[kHostname] == name; }});
+  const auto make = [name, record = recordOf(card, nullptr)] {
+    CFG_NETWORK_SetAllParam(device::argument(name), record);
+    return true;
+  };
+  const auto arrived = [name, card](tinyxml2::XMLDocument&) {
+    return loadNetwork()[kCards][name] == card;
+  };
+  return device::stepOf({CFG_FILE_BUSINESS, placeOf(name), device::roomFor(card), make, arrived});
 }
 
 std::vector<device::Step> networkSteps(const Json& before, const Json& after) {
   std::vector<device::Step> steps;
   if (after.at(kHostname) != before.at(kHostname))
-    steps.push_back(hostnameStep(after.at(kHostname).text()));
+    steps.push_back(device::stepOf(hostnameChange(memberPlace(kName, kHostname),
+                                                  device::roomFor(after.at(kHostname)),
+                                                  after.at(kHostname).text())));
   for (const auto& [name, card] : after.at(kCards).items())
     if (card != before.at(kCards).at(name)) steps.push_back(cardStep(name, card));
   return steps;
@@ -139,15 +125,13 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
   if (const auto hostname = factory.attributeOf(device.section(), "Hostname"))
     after[kHostname] = *hostname;
   for (XMLElement* card : device.cards())
-    for (const Setting& setting : settings::cardSettings()) {
-      const XMLElement* element = childOf(*card, settings::elementOf(setting));
-      if (element == nullptr) continue;
+    for (const auto& [setting, element] : fieldsOf(*card)) {
       tagNETWORK_CFG_S record{};
-      const std::optional<std::string> value = factory.of(*element);
+      const std::optional<std::string> value = factory.of(element);
       if (value && settings::put(setting, *value, &record))
         after[kCards][card->Value()][setting.member] = settings::valueIn(setting, *value);
       else
-        without.push_back(std::string("NetWork/") + card->Value() + "/" + element->Value());
+        without.push_back(std::string("NetWork/") + card->Value() + "/" + element.Value());
     }
   requireSettable(network, after);
   return after;

@@ -1,64 +1,32 @@
-#include "parameters/change.h"
-
 #include <camcfg/params.h>
 #include <camcfg/store.h>
 
 #include <algorithm>
+#include <cstdint>
 
 #include "base/decimal.h"
 #include "base/refusal.h"
+#include "parameters/parameter.h"
 
 namespace camcfg::tool::parameters {
 namespace {
 
+using settings::Node;
+using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+constexpr char kName[] = "parameters";
 constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
+const settings::Range kInteger{INT32_MIN, INT32_MAX};
 
-// An integer as the library writes it.
-std::string written(const Parameter& parameter, const std::string& text) {
-  return parameter.form().isInteger() ? std::to_string(*decimal(text)) : text;
-}
+// A parameter and the value that it is to have.
+struct ParameterValue {
+  Parameter parameter;
+  std::string text;
+};
 
-device::Change requireChange(const Parameters& parameters, const Parameter& parameter,
-                             const std::string& value, bool force) {
-  const std::string fault = objectionTo(parameters, parameter, value).refusal(force);
-  if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
-  const std::string section = parameter.section;
-  const std::string name = parameter.name;
-  const std::string text = written(parameter, value);
-  const auto arrived = [=](tinyxml2::XMLDocument& document) {
-    const tinyxml2::XMLElement* element = CFG_GetElementByName(
-        CFG_GetBrotherElementByName(document.FirstChildElement(), section.c_str()), name.c_str());
-    const char* current = element == nullptr ? nullptr : element->Attribute("Cur");
-    return current != nullptr && current == text;
-  };
-  return {CFG_FILE_BUSINESS, parameter.path(), text.size() * 6 + kAttributeFrame, nullptr, arrived};
-}
-
-bool save(const Parameter& parameter, const std::string& text) {
-  char* section = device::argument(parameter.section);
-  char* name = device::argument(parameter.name);
-  if (!parameter.form().isInteger())
-    return CFG_COM_SetTxtParam(section, name, device::argument(text)) == 0;
-  return CFG_COM_SetIntParam(section, name, decimal32(text).value_or(0)) == 0;
-}
-
-// The library's setters save each value by itself. Its documents, edited, are saved once.
-bool saveAll(const std::vector<ParameterValue>& values) {
-  const device::Document document(
-      CFG_GetDocByFileName(device::argument(CFG_FILE_BUSINESS), BU_FALSE));
-  if (document == nullptr) return false;
-  for (const auto& [parameter, text] : values) {
-    tinyxml2::XMLElement* section =
-        CFG_GetBrotherElementByName(document->FirstChildElement(), parameter.section.c_str());
-    tinyxml2::XMLElement* element =
-        section == nullptr ? nullptr : section->FirstChildElement(parameter.name.c_str());
-    if (element != nullptr) element->SetAttribute("Cur", text.c_str());
-  }
-  return CFG_SaveFile(document.get(), device::argument(CFG_FILE_BUSINESS), BU_TRUE) == 0;
-}
-
-}  // namespace
-
+// What is wrong with setting a parameter: the library's lookup would hit another one, or the value is
+// not permitted.
 settings::Objection objectionTo(const Parameters& parameters, const Parameter& parameter,
                                 const std::string& value) {
   if (parameter.isInner()) return {"the library sets no parameter inside another one"};
@@ -69,35 +37,150 @@ settings::Objection objectionTo(const Parameters& parameters, const Parameter& p
   return parameter.form().objectionTo(value);
 }
 
-device::Change parametersChange(const Parameters& parameters,
-                                const std::vector<ParameterValue>& values) {
-  device::Change whole{CFG_FILE_BUSINESS, "parameters", 0, nullptr, nullptr};
-  std::vector<device::Change> changes;
+// The change that sets one parameter; the call that makes it is still missing.
+device::Change requireChange(const Parameters& parameters, const ParameterValue& wanted,
+                             bool force) {
+  const Parameter& parameter = wanted.parameter;
+  const std::string fault = objectionTo(parameters, parameter, wanted.text).refusal(force);
+  if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
+  // The library writes an integer in its own way.
+  const std::string text =
+      parameter.form().isInteger() ? std::to_string(*decimal(wanted.text)) : wanted.text;
+  const auto arrived = [section = parameter.section, name = parameter.name,
+                        text](XMLDocument& document) {
+    const XMLElement* element = CFG_GetElementByName(
+        CFG_GetBrotherElementByName(document.FirstChildElement(), section.c_str()), name.c_str());
+    const char* current = element == nullptr ? nullptr : element->Attribute("Cur");
+    return current != nullptr && current == text;
+  };
+  return {CFG_FILE_BUSINESS, parameter.path(), text.size() * 6 + kAttributeFrame, nullptr, arrived};
+}
+
+bool save(const ParameterValue& wanted) {
+  char* section = device::argument(wanted.parameter.section);
+  char* name = device::argument(wanted.parameter.name);
+  if (!wanted.parameter.form().isInteger())
+    return CFG_COM_SetTxtParam(section, name, device::argument(wanted.text)) == 0;
+  return CFG_COM_SetIntParam(section, name, decimal32(wanted.text).value_or(0)) == 0;
+}
+
+// The library's setters save each value by itself. Its documents, edited, are saved once.
+bool saveAll(const std::vector<ParameterValue>& values) {
+  const device::Document document(
+      CFG_GetDocByFileName(device::argument(CFG_FILE_BUSINESS), BU_FALSE));
+  if (document == nullptr) return false;
   for (const auto& [parameter, text] : values) {
-    changes.push_back(requireChange(parameters, parameter, text, false));
+    XMLElement* section =
+        CFG_GetBrotherElementByName(document->FirstChildElement(), parameter.section.c_str());
+    XMLElement* element =
+        section == nullptr ? nullptr : section->FirstChildElement(parameter.name.c_str());
+    if (element != nullptr) element->SetAttribute("Cur", text.c_str());
+  }
+  return CFG_SaveFile(document.get(), device::argument(CFG_FILE_BUSINESS), BU_TRUE) == 0;
+}
+
+// The change that sets several parameters with one save.
+device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values) {
+  device::Change whole{CFG_FILE_BUSINESS, kName, 0, [values] { return saveAll(values); }, nullptr};
+  std::vector<device::Change> changes;
+  for (const ParameterValue& value : values) {
+    changes.push_back(requireChange(parameters, value, false));
     whole.growth += changes.back().growth;
   }
-  whole.make = [values] { return saveAll(values); };
-  whole.arrived = [changes](tinyxml2::XMLDocument& document) {
+  whole.arrived = [changes](XMLDocument& document) {
     return std::all_of(changes.begin(), changes.end(),
                        [&](const device::Change& change) { return change.arrived(document); });
   };
   return whole;
 }
 
+Json loadParameters() {
+  const Parameters parameters;
+  Json sections = Json::object();
+  for (const Parameter& parameter : parameters.all()) {
+    if (!parameter.isSettable()) continue;
+    Json& section = sections[parameter.section];
+    if (!section.contains(parameter.name)) section[parameter.name] = parameter.value("Cur");
+  }
+  return sections;
+}
+
+std::string setText(const Json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+// The value if it is permitted.
+Json readValue(const Node& node, const Parameters& parameters, const Parameter& parameter) {
+  const std::size_t faults = node.faults();
+  Json value = parameter.form().isInteger() ? Json(node.number(kInteger)) : Json(node.text());
+  if (node.faults() != faults) return value;
+  const std::string fault = objectionTo(parameters, parameter, setText(value)).why;
+  if (!fault.empty()) node.refuse(fault);
+  return value;
+}
+
+// Sections and parameters that are left out stay as they are.
+Json readParameters(const Node& node, const Json& before, device::Plan& /*plan*/) {
+  Json after = before;
+  if (!node.isObjectOf(before.names())) return after;
+  const Parameters parameters;
+  for (const std::string& section : node.value().names()) {
+    if (!before.contains(section)) continue;
+    const Node values = node.member(section);
+    if (!values.isObjectOf(before.at(section).names())) continue;
+    for (const std::string& name : values.value().names())
+      if (before.at(section).contains(name) &&
+          values.value().at(name) != before.at(section).at(name))
+        after[section][name] =
+            readValue(values.member(name), parameters, parameters.require(section, name));
+  }
+  return after;
+}
+
+std::vector<device::Step> parameterSteps(const Json& before, const Json& after) {
+  const Parameters parameters;
+  std::vector<ParameterValue> changed;
+  for (const auto& [section, values] : after.items())
+    for (const auto& [name, value] : values.items())
+      if (value != before.at(section).at(name))
+        changed.push_back({parameters.require(section, name), setText(value)});
+  if (changed.empty()) return {};
+  return {device::stepOf(changeOf(parameters, changed))};
+}
+
+}  // namespace
+
 Outcome setParameter(const std::string& section, const std::string& name, const std::string& value,
                      bool force) {
   const Parameters parameters;
-  const Parameter parameter = parameters.require(section, name);
-  device::Change change = requireChange(parameters, parameter, value, force);
-  change.make = [&] { return save(parameter, value); };
+  const ParameterValue wanted{parameters.require(section, name), value};
+  device::Change change = requireChange(parameters, wanted, force);
+  change.make = [&] { return save(wanted); };
   device::makeChange(change);
+  return {{{"section", section},
+           {"name", name},
+           {"type", wanted.parameter.type()},
+           {"before", wanted.parameter.value("Cur")},
+           {"value", wanted.parameter.shown(value.c_str())}},
+          {}};
+}
 
-  Outcome outcome;
-  outcome.value = {{"section", section}, {"name", name}, {"type", parameter.type()}};
-  outcome.value["before"] = parameter.value("Cur");
-  outcome.value["value"] = parameter.shown(value.c_str());
-  return outcome;
+Json resetParameters(const Json& before, const device::FactoryValues& factory,
+                     const std::vector<Parameter>& wanted, std::vector<std::string>& without) {
+  Json after = before;
+  for (const Parameter& parameter : wanted) {
+    if (!parameter.isSettable()) continue;
+    if (const std::optional<std::string> value = factory.of(*parameter.element))
+      after[parameter.section][parameter.name] = parameter.shown(value->c_str());
+    else
+      without.push_back(parameter.path());
+  }
+  return after;
+}
+
+device::Section parametersSection() {
+  const auto losses = [] { return std::vector<std::string>(); };
+  return {kName, loadParameters, readParameters, parameterSteps, losses, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::parameters

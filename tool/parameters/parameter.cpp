@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "base/decimal.h"
+#include "base/elements.h"
+#include "base/plain_text.h"
 #include "base/refusal.h"
 #include "base/spelling.h"
 
@@ -16,8 +18,7 @@ using tinyxml2::XMLElement;
 // An element that only holds others is no parameter itself.
 void collect(const std::string& section, const std::string& above, XMLElement* parent,
              std::vector<Parameter>& found) {
-  for (XMLElement* element = parent->FirstChildElement(); element != nullptr;
-       element = element->NextSiblingElement()) {
+  for (XMLElement* element : childrenOf(*parent)) {
     const std::string name = above + element->Value();
     if (element->Attribute("Cur") != nullptr || element->NoChildren())
       found.push_back({section, name, element});
@@ -25,18 +26,38 @@ void collect(const std::string& section, const std::string& above, XMLElement* p
   }
 }
 
+std::vector<std::string> partsOf(const std::string& path) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start <= path.size();) {
+    const std::size_t end = std::min(path.find('/', start), path.size());
+    parts.push_back(path.substr(start, end - start));
+    start = end + 1;
+  }
+  return parts;
+}
+
 // Name by name, each found by its beginning.
 std::optional<Parameter> lookupIn(XMLElement* section, const std::string& name) {
   XMLElement* element = section;
-  std::string path;
-  for (std::size_t start = 0; start <= name.size();) {
-    const std::size_t end = std::min(name.find('/', start), name.size());
-    element = CFG_GetElementByName(element, name.substr(start, end - start).c_str());
+  std::vector<std::string> path;
+  for (const std::string& part : partsOf(name)) {
+    element = CFG_GetElementByName(element, part.c_str());
     if (element == nullptr) return std::nullopt;
-    path += (path.empty() ? "" : "/") + std::string(element->Value());
-    start = end + 1;
+    path.emplace_back(element->Value());
   }
-  return Parameter{section->Value(), path, element};
+  return Parameter{section->Value(), joined(path, "/"), element};
+}
+
+struct Attribute {
+  const char* name;
+  const char* label;
+};
+
+constexpr Attribute kAttributes[] = {{"Cur", "current"}, {"Def", "default"}, {"Min", "min"},
+                                     {"Max", "max"},     {"Step", "step"},   {"OptTxt", "allowed"}};
+
+bool isEmpty(const device::ExplainedValue& value) {
+  return std::all_of(value.in.begin(), value.in.end(), [](const Json& in) { return in.is_null(); });
 }
 
 }  // namespace
@@ -49,23 +70,15 @@ Json Parameter::shown(const char* found) const {
 
 Parameters::Parameters() : document_(device::requireDocument(CFG_FILE_BUSINESS)) {}
 
-std::vector<XMLElement*> Parameters::elements() const {
-  std::vector<XMLElement*> sections;
-  for (XMLElement* section = document_->FirstChildElement(); section != nullptr;
-       section = section->NextSiblingElement())
-    sections.push_back(section);
-  return sections;
-}
-
 std::vector<std::string> Parameters::sections() const {
   std::vector<std::string> names;
-  for (const XMLElement* section : elements()) names.emplace_back(section->Value());
+  for (const XMLElement* section : childrenOf(*document_)) names.emplace_back(section->Value());
   return names;
 }
 
 std::vector<Parameter> Parameters::all() const {
   std::vector<Parameter> found;
-  for (XMLElement* section : elements()) collect(section->Value(), "", section, found);
+  for (XMLElement* section : childrenOf(*document_)) collect(section->Value(), "", section, found);
   return found;
 }
 
@@ -92,7 +105,7 @@ std::optional<Parameter> Parameters::lookup(const std::string& section,
 
 std::optional<Parameter> Parameters::lookup(const std::string& name) const {
   const std::string first = name.substr(0, name.find('/'));
-  for (XMLElement* section : elements())
+  for (XMLElement* section : childrenOf(*document_))
     if (CFG_GetElementByName(section, first.c_str()) != nullptr) return lookupIn(section, name);
   return std::nullopt;
 }
@@ -102,6 +115,28 @@ XMLElement* Parameters::requireSection(const std::string& name) const {
   if (section == nullptr)
     throw Refusal("there is no section '" + name + "'" + didYouMean(name, sections()));
   return section;
+}
+
+device::Explanation explainParameter(const std::string& section, const std::string& name) {
+  const device::ExplainedFile file(CFG_FILE_BUSINESS);
+  const std::vector<std::string> names = partsOf(name);
+  device::Explanation explanation;
+  const device::ElementPath path = device::addLookups(explanation, file, section, names);
+  if (names.size() == 1)
+    explanation.lookups.push_back(file.told(device::lookupInSections(file.document(), name)));
+
+  explanation.what = joined(path, "/");
+  explanation.copies = file.copies(device::finderOf(path));
+  for (const Attribute& attribute : kAttributes) {
+    device::ExplainedValue value =
+        file.value(attribute.label, device::finderOf(path), [&](XMLElement& element) {
+          return Parameter{section, name, &element}.value(attribute.name);
+        });
+    if (!isEmpty(value) || explanation.values.empty()) explanation.values.push_back(value);
+  }
+  if (const XMLElement* element = device::elementAt(file.document(), path))
+    explanation.values.front().permitted = settings::ParameterForm(*element).permitted();
+  return explanation;
 }
 
 }  // namespace camcfg::tool::parameters

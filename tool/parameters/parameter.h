@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "base/json.h"
+#include "base/outcome.h"
 #include "device/explanation.h"
-#include "device/files.h"
+#include "device/section.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::parameters {
@@ -32,6 +32,8 @@ struct Parameter {
   Json value(const char* attribute) const { return shown(text(attribute)); }
   /// The same of a text that is none of its own; null for null.
   Json shown(const char* found) const;
+  /// Whether the library sets it: none that is inside another one.
+  bool isSettable() const { return text("Cur") != nullptr && !isInner(); }
 };
 
 /// The parameters of "/cfg0/business_param.xml", looked up by their whole names, and by the
@@ -57,7 +59,6 @@ class Parameters {
   std::optional<Parameter> lookup(const std::string& name) const;
 
  private:
-  std::vector<tinyxml2::XMLElement*> elements() const;
   tinyxml2::XMLElement* requireSection(const std::string& name) const;
 
   device::Document document_;
@@ -67,6 +68,24 @@ class Parameters {
 /// @param name  whole, or the beginning of the name that a lookup finds
 /// @throws Refusal  no copy is good, or nothing is found
 device::Explanation explainParameter(const std::string& section, const std::string& name);
+
+/// Sets the parameter of exactly this name: an integer within its "Min" and "Max", or a text of its
+/// "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless `force`.
+/// @return what was changed: section, name, type, before, value
+/// @throws Refusal  the files are unusable or cannot be written, there is no such parameter, or it
+///                  cannot be set to this value
+Outcome setParameter(const std::string& section, const std::string& name, const std::string& value,
+                     bool force);
+
+/// All that can be set, for export and import.
+device::Section parametersSection();
+
+/// The section as it will be with factory values. What has none stays as it is and is added to
+/// `without` by its path.
+/// @param before  the section as the device has it
+/// @param wanted  the parameters that get their factory values; those inside others are passed over
+Json resetParameters(const Json& before, const device::FactoryValues& factory,
+                     const std::vector<Parameter>& wanted, std::vector<std::string>& without);
 
 }  // namespace camcfg::tool::parameters
 

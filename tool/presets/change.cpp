@@ -1,14 +1,13 @@
-#include "presets/change.h"
-
+#include <camcfg/preset.h>
 #include <camcfg/store.h>
 
 #include <algorithm>
 
+#include "base/elements.h"
 #include "base/plain_text.h"
 #include "base/refusal.h"
-#include "device/change.h"
+#include "presets/preset.h"
 #include "settings/presets.h"
-#include "settings/table.h"
 
 namespace camcfg::tool::presets {
 namespace {
@@ -20,10 +19,6 @@ using tinyxml2::XMLElement;
 constexpr std::size_t kLongestDescription = PRESET_DESC_SIZE - 1;
 // A new preset whose numbers have eleven characters each and whose description is all entities.
 constexpr std::size_t kGrowth = 180 + kLongestDescription * 6;
-
-bool isText(const Setting& setting) {
-  return setting.kind == settings::Kind::Text;
-}
 
 // What a record can have of a value that is not given.
 std::string lossOf(const Preset& preset, const Setting& setting) {
@@ -42,33 +37,40 @@ std::string lossOf(const Preset& preset, const Setting& setting) {
                    " bytes; " + give + " as well";
 }
 
-void put(tagPRESET_CFG_S& record, const Setting& setting, const Json& value) {
-  if (value.is_null()) return;
-  if (isText(setting))
-    setting.field.setText(&record, std::string(firstBytes(value.text(), kLongestDescription)));
-  else
-    setting.field.as<std::int32_t>(&record) = value.get<std::int32_t>();
+// What a record has of a value.
+Json stored(const Setting& setting, const Json& value) {
+  if (!isText(setting)) return value.is_null() ? Json(0) : value;
+  return value.is_null() ? "" : std::string(firstBytes(value.text(), kLongestDescription));
 }
 
-Values valuesOf(const tagPRESET_CFG_S& record) {
-  return settings::toJson(settings::presetSettings(), &record);
+tagPRESET_CFG_S recordOf(const Values& values) {
+  tagPRESET_CFG_S record{};
+  for (const Setting& setting : settings::presetSettings()) {
+    const Json& value = values.at(setting.member);
+    if (isText(setting))
+      setting.field.setText(&record, value.text());
+    else
+      setting.field.as<std::int32_t>(&record) = value.get<std::int32_t>();
+  }
+  return record;
 }
 
-bool isStored(XMLDocument& document, const tagPRESET_CFG_S& record) {
+bool isStored(XMLDocument& document, const Values& values) {
   XMLElement* group = presetGroupOf(document);
   XMLElement* element =
-      group == nullptr ? nullptr : CFG_GetElementByNameId(group, "preset", record.s32Id);
-  return element != nullptr && presetOf(*element).values == valuesOf(record);
+      group == nullptr
+          ? nullptr
+          : CFG_GetElementByNameId(group, "preset", values.at(settings::kPresetId).get<int>());
+  return element != nullptr && presetOf(*element).values == values;
 }
 
 // How many presets are written exactly like this.
 std::ptrdiff_t countOf(XMLDocument& document, const std::string& text) {
-  std::ptrdiff_t count = 0;
   XMLElement* group = presetGroupOf(document);
-  for (XMLElement* element = group == nullptr ? nullptr : group->FirstChildElement();
-       element != nullptr; element = element->NextSiblingElement())
-    count += written(*element) == text ? 1 : 0;
-  return count;
+  if (group == nullptr) return 0;
+  const std::vector<XMLElement*> presets = childrenOf(*group);
+  return std::count_if(presets.begin(), presets.end(),
+                       [&](const XMLElement* preset) { return written(*preset) == text; });
 }
 
 std::function<bool()> deletionOf(const Presets& presets, const Preset& preset) {
@@ -86,7 +88,7 @@ std::function<bool()> deletionOf(const Presets& presets, const Preset& preset) {
 }  // namespace
 
 PresetUpdate updateOf(const Preset* existing, const Values& given) {
-  PresetUpdate update{};
+  PresetUpdate update{noValues(), ""};
   for (const Setting& setting : settings::presetSettings()) {
     const Json& wanted = given.at(setting.member);
     const bool keeps = existing != nullptr && wanted.is_null();
@@ -96,24 +98,24 @@ PresetUpdate updateOf(const Preset* existing, const Values& given) {
     else if (!wanted.is_null() && setting.whyNotUsable != nullptr)
       fault = setting.whyNotUsable(wanted.text());
     if (update.fault.empty()) update.fault = fault;
-    put(update.record, setting, keeps ? existing->values.at(setting.member) : wanted);
+    update.values[setting.member] =
+        stored(setting, keeps ? existing->values.at(setting.member) : wanted);
   }
-  update.values = valuesOf(update.record);
   return update;
 }
 
-void storePresets(const std::string& what, std::vector<tagPRESET_CFG_S> records) {
-  device::Change change{CFG_FILE_PRESET, what, records.size() * kGrowth, nullptr, nullptr};
-  change.make = [&records] {
-    return std::all_of(records.begin(), records.end(),
-                       [](tagPRESET_CFG_S& record) { return CFG_PRESET_SetParam(&record) == 0; });
-  };
-  change.arrived = [&records](XMLDocument& document) {
-    return std::all_of(records.begin(), records.end(), [&document](const tagPRESET_CFG_S& record) {
-      return isStored(document, record);
+void storePresets(const std::string& what, const std::vector<Values>& presets) {
+  const auto make = [&] {
+    return std::all_of(presets.begin(), presets.end(), [](const Values& values) {
+      tagPRESET_CFG_S record = recordOf(values);
+      return CFG_PRESET_SetParam(&record) == 0;
     });
   };
-  device::makeChange(change);
+  const auto arrived = [&](XMLDocument& document) {
+    return std::all_of(presets.begin(), presets.end(),
+                       [&](const Values& values) { return isStored(document, values); });
+  };
+  device::makeChange({CFG_FILE_PRESET, what, presets.size() * kGrowth, make, arrived});
 }
 
 Json storePreset(const Values& given) {
@@ -123,7 +125,7 @@ Json storePreset(const Values& given) {
   const std::string what = "preset " + std::to_string(id);
   const PresetUpdate update = updateOf(existing, given);
   if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
-  storePresets(what, {update.record});
+  storePresets(what, {update.values});
   Json stored = update.values;
   stored["before"] = existing == nullptr ? Json() : existing->values;
   return stored;

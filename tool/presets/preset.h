@@ -7,15 +7,19 @@
 #include <string>
 #include <vector>
 
-#include "base/json.h"
+#include "base/outcome.h"
 #include "device/explanation.h"
-#include "device/files.h"
+#include "device/section.h"
 
 namespace camcfg::tool::presets {
 
 /// The values of a preset in their documented shape, with every member: null is what a preset of the
 /// file lacks, or what is no integer there, and what is not given of one that is asked for.
 using Values = Json;
+
+inline bool isText(const settings::Setting& setting) {
+  return setting.kind == settings::Kind::Text;
+}
 
 /// Those of a preset of which nothing is known.
 Values noValues();
@@ -83,6 +87,64 @@ std::optional<int> idIn(const std::string& word);
 /// @param word  a word of digits is an id, any other a description
 /// @throws Refusal  no copy is good, or nothing is found
 device::Explanation explainPreset(const std::string& word);
+
+/// Creates or updates a preset: what is not given stays, or is zero and empty for a new one.
+/// @param given  the values, among them an id that the library accepts
+/// @return the preset as it is now, and "before": as it was, null if it is new
+/// @throws Refusal  a present value would not survive this; or see makeChange
+Json storePreset(const Values& given);
+
+/// Deletes a preset of the file, and no other one.
+/// @throws Refusal  see makeChange; or no call of the library would hit this one
+void deletePreset(const Presets& presets, const Preset& preset);
+
+/// All presets, for export and import.
+device::Section presetsSection();
+
+/// A preset that is to be stored.
+struct PresetUpdate {
+  Values values;      ///< each with a value
+  std::string fault;  ///< why it cannot be stored; empty if it can
+};
+
+/// A preset with the values given, and for the rest those that it has already, or zero and empty.
+/// The library always writes all of them: a present value that would not survive this is a fault.
+/// @param existing  what the library finds by the id; null: the preset is new
+/// @param given     the values, among them an id that the library accepts
+PresetUpdate updateOf(const Preset* existing, const Values& given);
+
+/// Creates or updates presets, all or none.
+/// @param what  what is changed, the beginning of a refusal
+/// @throws Refusal  see makeChange
+void storePresets(const std::string& what, const std::vector<Values>& presets);
+
+// Presets from files and to files.
+
+/// A preset of a file that is to be imported.
+struct PresetRow {
+  std::string place;                ///< "line 3"
+  Values values;                    ///< null where nothing is given
+  std::vector<std::string> faults;  ///< what makes no sense in it
+};
+
+/// Reads presets: JSON if the text begins with "[" or "{", CSV otherwise. Columns and members are
+/// named as in answers, in any order; only the id must be there.
+/// @throws Refusal  where the text makes no sense as a whole
+std::vector<PresetRow> readPresetRows(const std::string& text);
+
+/// Reads presets as readPresetRows does, checks every row against the others and the presets that are
+/// there, and stores what is created and updated, all or none. Presets that are in no row stay as
+/// they are.
+/// @return the ids that are created, updated and found unchanged, none if there are faults; the
+///         faults, with which nothing is stored
+/// @throws Refusal  the text makes no sense as a whole; or see makeChange
+Outcome importPresets(const std::string& text, bool isDryRun);
+
+/// What a device without presets would find wrong with these.
+std::vector<std::string> faultsOf(const std::vector<Preset>& presets);
+
+/// The presets in CSV.
+std::string presetsAsCsv(const std::vector<Preset>& presets);
 
 }  // namespace camcfg::tool::presets
 

@@ -1,9 +1,9 @@
-#include "presets/section.h"
+#include <camcfg/types.h>
 
 #include <algorithm>
 
 #include "base/json_reader.h"
-#include "presets/change.h"
+#include "presets/preset.h"
 #include "settings/presets.h"
 #include "settings/value.h"
 
@@ -40,9 +40,8 @@ Values readValues(const settings::Node& node) {
   for (const settings::Setting& setting : all) {
     const char* member = setting.member;
     if (isGiven(node, member))
-      values[member] = setting.kind == settings::Kind::Text
-                           ? Json(node.member(member).text())
-                           : Json(node.member(member).number(setting.limits));
+      values[member] = isText(setting) ? Json(node.member(member).text())
+                                       : Json(node.member(member).number(setting.limits));
     else if (setting.need == settings::Need::Required)
       node.refuseMissing(member);
   }
@@ -118,15 +117,7 @@ device::Step deletion(int id) {
 device::Step storing(const std::vector<Values>& changed) {
   std::size_t growth = 0;
   for (const Values& values : changed) growth += device::roomFor(values);
-  return {kName, CFG_FILE_PRESET, growth, [changed] {
-            const Presets presets;
-            std::vector<tagPRESET_CFG_S> records;
-            records.reserve(changed.size());
-            for (const Values& values : changed)
-              records.push_back(
-                  updateOf(presets.lookup(values.at(kPresetId).get<int>()), values).record);
-            storePresets(kName, records);
-          }};
+  return {kName, CFG_FILE_PRESET, growth, [changed] { storePresets(kName, changed); }};
 }
 
 std::vector<device::Step> presetSteps(const Json& before, const Json& after) {

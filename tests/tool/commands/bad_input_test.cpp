@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "base/refusal.h"
-#include "parameters/change.h"
+#include "parameters/parameter.h"
 #include "tool/others_file.h"
 #include "tool/small_disk.h"
 #include "tool/tool_test.h"

@@ -6,7 +6,7 @@
 #include "commands/groups.h"
 #include "commands/words.h"
 #include "device/files.h"
-#include "lint/subject.h"
+#include "lint/lint.h"
 #include "settings/value.h"
 #include "tool/tool_test.h"
 

@@ -1,4 +1,4 @@
-#include "media/stream_change.h"
+#include "media/stream_cache.h"
 
 #include <camcfg/stream.h>
 #include <sys/resource.h>

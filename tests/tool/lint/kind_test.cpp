@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "lint/source.h"
+#include "lint/lint.h"
 #include "tool/lint/cases.h"
 
 namespace camcfg::tests {

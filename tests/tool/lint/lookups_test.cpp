@@ -4,7 +4,7 @@
 #include <random>
 #include <set>
 
-#include "lint/subject.h"
+#include "lint/lint.h"
 
 namespace camcfg::tests {
 namespace {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "lint/subject.h"
+#include "lint/lint.h"
+#include "lint/rules.h"
 #include "tool/lint/cases.h"
 #include "tool/lint/device_cases.h"
 
@@ -33,13 +34,6 @@ std::vector<LintCase> allCases() {
   return all;
 }
 
-std::vector<const lint::Rule*> allRules() {
-  std::vector<const lint::Rule*> all;
-  for (const lint::Subject& subject : lint::allSubjects())
-    all.insert(all.end(), subject.rules.begin(), subject.rules.end());
-  return all;
-}
-
 class LintRuleTest : public testing::TestWithParam<LintCase> {};
 
 TEST_P(LintRuleTest, FindsItsHazardOnItsLine) {
@@ -59,7 +53,7 @@ TEST(LintRulesTest, EachRuleHasAFileThatTriggersItAndOneThatDoesNot) {
   for (const LintCase& lintCase : allCases()) tested.insert(lintCase.rule);
   for (const DeviceCase& deviceCase : deviceCases()) tested.insert(deviceCase.rule);
   std::set<std::string> rules;
-  for (const lint::Rule* rule : allRules())
+  for (const lint::Rule* rule : lint::kRules)
     EXPECT_TRUE(rules.insert(rule->id).second) << rule->id << " is there twice";
   EXPECT_EQ(tested, rules);
 }
@@ -68,7 +62,7 @@ TEST(LintRulesTest, EachRuleIsExplainedWithAnExample) {
   const auto isOneLine = [](const std::string& text) {
     return text.size() > 10 && text.find('\n') == std::string::npos;
   };
-  for (const lint::Rule* rule : allRules())
+  for (const lint::Rule* rule : lint::kRules)
     EXPECT_TRUE(isOneLine(rule->explanation) && isOneLine(rule->example)) << rule->id;
 }
 

@@ -1,11 +1,12 @@
-#ifndef CAMCFG_TOOL_LINT_SOURCE_H
-#define CAMCFG_TOOL_LINT_SOURCE_H
+#ifndef CAMCFG_TOOL_LINT_LINT_H
+#define CAMCFG_TOOL_LINT_LINT_H
 
 #include <string>
 #include <vector>
 
 #include "base/host_file.h"
 #include "device/files.h"
+#include "lint/findings.h"
 
 namespace camcfg::tool::lint {
 
@@ -33,6 +34,23 @@ std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
 /// The files of a device, loaded through the library: the main copies and the language files.
 /// @param set  its configuration files; must outlive what is returned
 std::vector<Source> sourcesOf(const device::FileSet& set);
+
+/// What all rules find in files: by file, then by line.
+std::vector<Finding> lint(const std::vector<Source>& sources);
+
+// The checks, each in the file of its subject. That of the structure and that of the copies look at
+// all files, whole or not; the others at whole files of their kind.
+void checkStructure(const Source& source, Findings& findings);
+void checkParameterNames(const Source& source, Findings& findings);
+void checkParameterValues(const Source& source, Findings& findings);
+void checkSystemSettings(const Source& source, Findings& findings);
+void checkNetwork(const Source& source, Findings& findings);
+void checkPresets(const Source& source, Findings& findings);
+void checkStreams(const Source& source, Findings& findings);
+void checkWhitelists(const Source& source, Findings& findings);
+void checkLiveMedia(const Source& source, Findings& findings);
+void checkLanguage(const Source& source, Findings& findings);
+void checkCopies(const Source& source, Findings& findings);
 
 }  // namespace camcfg::tool::lint
 

@@ -1,0 +1,47 @@
+#include "lint/lint.h"
+
+#include <iterator>
+#include <optional>
+
+#include "base/progress.h"
+
+namespace camcfg::tool::lint {
+namespace {
+
+struct Check {
+  void (*run)(const Source& source, Findings& findings);
+  std::optional<Kind> kind{};  // of the files that it looks at, if they are whole; none: at all
+};
+
+// Findings of one line come in this order.
+constexpr Check kChecks[] = {{checkStructure},
+                             {checkParameterNames, Kind::Parameters},
+                             {checkParameterValues, Kind::Parameters},
+                             {checkSystemSettings, Kind::Parameters},
+                             {checkNetwork, Kind::Parameters},
+                             {checkPresets, Kind::Presets},
+                             {checkStreams, Kind::Media},
+                             {checkWhitelists, Kind::Media},
+                             {checkLiveMedia, Kind::Media},
+                             {checkLanguage, Kind::Language},
+                             {checkCopies}};
+
+}  // namespace
+
+std::vector<Finding> lint(const std::vector<Source>& sources) {
+  std::vector<Finding> all;
+  std::size_t number = 0;
+  for (const Source& source : sources) {
+    const Stage stage(source.name, ++number, sources.size());
+    Findings findings(source.name);
+    for (const Check& check : kChecks)
+      if (!check.kind || (source.isWhole() && *check.kind == source.kind))
+        check.run(source, findings);
+    std::vector<Finding> sorted = std::move(findings).sorted();
+    all.insert(all.end(), std::make_move_iterator(sorted.begin()),
+               std::make_move_iterator(sorted.end()));
+  }
+  return all;
+}
+
+}  // namespace camcfg::tool::lint

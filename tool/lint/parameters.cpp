@@ -1,0 +1,197 @@
+#include <camcfg/params.h>
+
+#include <algorithm>
+#include <map>
+
+#include "lint/item.h"
+#include "lint/lint.h"
+#include "lint/name_matches.h"
+#include "lint/rules.h"
+#include "settings/value.h"
+
+namespace camcfg::tool::lint {
+namespace {
+
+using tinyxml2::XMLElement;
+
+constexpr int kDeepest = 2;  // inside a section, and inside a parameter
+
+// Elements of one name that another attribute distinguishes are no parameters written twice.
+bool isToldApart(const XMLElement& element, const XMLElement& first) {
+  return has(element, "Id") || has(element, "Usage") || has(first, "Id") || has(first, "Usage");
+}
+
+void checkName(const Item& item, const Elements& elements, const NameMatches& match) {
+  const XMLElement& answer = *elements[match.answer()];
+  if (match.longer < match.same)
+    item.add(kParameterShadowed, ": a lookup finds " + tag(answer.Name()) + atLine(answer) +
+                                     ", which begins with this name");
+  else if (&answer != &item.element && !isToldApart(item.element, answer))
+    item.add(kParameterTwice, ": a lookup finds the one" + atLine(answer));
+}
+
+// Elements that have both the same name and a "Usage".
+void checkUsages(const Elements& elements, const Item& parent) {
+  std::map<std::string_view, Elements> byName;
+  for (const XMLElement* element : elements)
+    if (has(*element, "Usage")) byName[element->Name()].push_back(element);
+  for (const auto& [name, group] : byName) {
+    std::vector<std::string_view> usages;
+    for (const XMLElement* element : group) usages.emplace_back(element->Attribute("Usage"));
+    const std::vector<NameMatches> matches = matchNames(usages);
+    for (std::size_t i = 0; i < group.size(); ++i)
+      if (matches[i].answer() != i)
+        parent.inner(*group[i]).addAt(kUsageShadowed, "Usage",
+                                      ": a lookup of usage " + quoted(usages[i]) +
+                                          " finds the element" +
+                                          atLine(*group[matches[i].answer()]));
+  }
+}
+
+// Elements of the same name of which one has an "Id".
+void checkIds(const Elements& elements, const std::vector<NameMatches>& matches,
+              const Item& parent) {
+  std::map<std::size_t, Elements> groups;
+  for (std::size_t i = 0; i < elements.size(); ++i) groups[matches[i].same].push_back(elements[i]);
+  for (const auto& [first, group] : groups) {
+    const bool isNumbered = std::any_of(
+        group.begin(), group.end(), [](const XMLElement* element) { return has(*element, "Id"); });
+    if (group.size() > 1 && isNumbered)
+      checkEntryIds(group, parent.inner(*elements[first]).name, parent.findings);
+  }
+}
+
+void checkLevel(const Item& parent, int depth) {
+  const Elements elements = childrenOf(parent.element);
+  if (depth > kDeepest && !elements.empty())
+    return parent.findings.add(
+        kNestedTooDeep, *elements.front(),
+        parent.name + ": no call reads " + tag(elements.front()->Name()) + " at this depth");
+  const std::vector<NameMatches> matches = matchNames(namesOf(elements));
+  for (std::size_t i = 0; i < elements.size(); ++i)
+    checkName(parent.inner(*elements[i]), elements, matches[i]);
+  checkIds(elements, matches, parent);
+  checkUsages(elements, parent);
+  for (const XMLElement* element : elements) checkLevel(parent.inner(*element), depth + 1);
+}
+
+// What calls find that take only a name.
+void checkAcross(const Elements& sections, Findings& findings) {
+  Elements all;
+  for (const XMLElement* section : sections)
+    for (const XMLElement* element : childrenOf(*section)) all.push_back(element);
+  const auto pathOf = [](const XMLElement& element) {
+    return clipped(element.Parent()->Value()) + "/" + clipped(element.Name());
+  };
+  const std::vector<NameMatches> matches = matchNames(namesOf(all));
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    const XMLElement& answer = *all[matches[i].answer()];
+    if (answer.Parent() == all[i]->Parent()) continue;
+    const bool isSame = matches[i].same < matches[i].longer;
+    findings.add(isSame ? kNameInTwoSections : kNameBeginsEarlier, *all[i],
+                 pathOf(*all[i]) + ": a lookup without the section finds " + pathOf(answer) +
+                     atLine(answer));
+  }
+}
+
+constexpr const char* kValues[] = {"Cur", "Def"};
+
+using Needs = std::vector<Needed>;
+
+const Needs kOfInteger = {{"Def", "CFG_COM_GetIntParams needs"},
+                          {"Min", "CFG_COM_SetIntParam and CFG_COM_GetIntParams need"},
+                          {"Max", "CFG_COM_SetIntParam and CFG_COM_GetIntParams need"},
+                          {"Step", "CFG_COM_GetIntParams needs"}};
+const Needs kOfText = {{"Def", "CFG_COM_GetTxtParams needs"},
+                       {"OptTxt", "CFG_COM_SetTxtParam and CFG_COM_GetTxtParams need"}};
+const Needs kOfInner = {{"Def", "CFG_COM_GetTxtParamByParent needs"},
+                        {"OptTxt", "CFG_COM_GetTxtParamByParent needs"}};
+
+void checkIntegers(const Item& item) {
+  const std::optional<int> min = item.checkInteger("Min");
+  const std::optional<int> max = item.checkInteger("Max");
+  const std::optional<int> step = item.checkInteger("Step");
+  const bool isEmpty = min && max && *min > *max;
+  if (isEmpty)
+    item.addOf(kMinAboveMax, "Min",
+               " " + std::to_string(*min) + " is above \"Max\" " + std::to_string(*max));
+  if (step && *step < 1)
+    item.addOf(kBadStep, "Step", " " + std::to_string(*step) + " is no increment");
+  for (const char* attribute : kValues) {
+    const std::optional<int> value = item.checkInteger(attribute);
+    if (!value || isEmpty) continue;
+    const std::string what = " " + std::to_string(*value) + " is ";
+    if ((min && *value < *min) || (max && *value > *max))
+      item.addOf(kOutsideLimits, attribute,
+                 what + "outside " + (min ? std::to_string(*min) : "") + ".." +
+                     (max ? std::to_string(*max) : ""));
+    else if (min && step && *step > 0 && (static_cast<long long>(*value) - *min) % *step != 0)
+      item.addOf(
+          kOffStep, attribute,
+          what + "not on a step of " + std::to_string(*step) + " from " + std::to_string(*min));
+  }
+}
+
+void checkTexts(const Item& item) {
+  item.requireFits("OptTxt", CFG_TXT_OPT_SIZE - 1);
+  item.requireFits("Def", CFG_TXT_DEF_SIZE - 1);
+  item.requireFits("Cur", CFG_TXT_CUR_SIZE - 1);
+  if (!item.has("OptTxt")) return;
+  const std::string options = item.text("OptTxt");
+  // Only options that fit their field are searched for whole ones, which bounds the time.
+  for (const char* attribute : kValues) {
+    if (!item.has(attribute)) continue;
+    const std::string text = item.text(attribute);
+    const std::string what = " " + quoted(text) + " is ";
+    if (options.find(text) == std::string::npos)
+      item.addOf(kNotAnOption, attribute, what + "not among " + quoted(options));
+    else if (options.size() < CFG_TXT_OPT_SIZE && !settings::isWholeOption(options, text))
+      item.addOf(kPartOfOption, attribute, what + "only a part of one of " + quoted(options));
+  }
+}
+
+// @param isInner  it is inside another parameter
+void checkItem(const Item& item, bool isInner) {
+  const bool isInteger = settings::ParameterForm(item.element).isInteger();
+  item.checkCase({"Cur", "Def", "Min", "Max", "Step", "OptTxt"});
+  item.require({"Cur", "every reader needs"});
+  for (const Needed& need : isInner ? kOfInner : isInteger ? kOfInteger : kOfText)
+    item.require(need);
+  if (isInteger)
+    checkIntegers(item);
+  else
+    checkTexts(item);
+}
+
+// An element without "Cur" may hold other parameters only, or be an entry of an application's own.
+bool isParameter(const XMLElement& element) {
+  if (has(element, "Cur")) return true;
+  return element.FirstChildElement() == nullptr && !has(element, "Id") && !has(element, "Usage");
+}
+
+void checkAll(const Item& parent, bool isInner) {
+  for (const XMLElement* element : childrenOf(parent.element)) {
+    const Item item = parent.inner(*element);
+    if (item.name == "System/DeviceAttr") continue;
+    if (isParameter(*element)) checkItem(item, isInner);
+    if (!isInner) checkAll(item, true);
+  }
+}
+
+}  // namespace
+
+void checkParameterNames(const Source& source, Findings& findings) {
+  const Elements sections = childrenOf(*source.document);
+  for (const XMLElement* section : sections)
+    if (std::string_view(section->Name()) != "NetWork")
+      checkLevel({*section, clipped(section->Name()), findings}, 1);
+  checkAcross(sections, findings);
+}
+
+void checkParameterValues(const Source& source, Findings& findings) {
+  for (const XMLElement* section : childrenOf(*source.document))
+    if (std::string_view(section->Name()) != "NetWork")
+      checkAll({*section, clipped(section->Name()), findings}, false);
+}
+
+}  // namespace camcfg::tool::lint
