@@ -60,7 +60,7 @@ done <<<"$tool_layers"
 # The command line knows commands by the records that they hand to it.
 add_row tool/cli "$interface $enter_root tool/base"
 add_row tests/tool/cli "$tool_support $enter_root tool/base tool/cli"
-add_row tool/topics tool/cli/topic.h
+add_row tool/topics tool/cli/command.h
 add_row tool/commands "$below tool/cli tool/topics"
 add_row tests/tool/commands "$tool_support $below tool/cli tool/topics"
 add_row tool/main.cpp "tool/cli tool/commands"

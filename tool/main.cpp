@@ -1,4 +1,4 @@
-#include "cli/program.h"
+#include "cli/command_line.h"
 #include "commands/groups.h"
 
 int main(int argc, char** argv) {

@@ -1,7 +1,7 @@
 #include <camcfg/types.h>
 
-#include "base/refusal.h"
-#include "cli/render.h"
+#include "base/outcome.h"
+#include "cli/answer.h"
 #include "document/exchange.h"
 #include "fuzz/device.h"
 #include "fuzz/targets.h"

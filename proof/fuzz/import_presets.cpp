@@ -1,6 +1,6 @@
 #include <camcfg/types.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "fuzz/device.h"
 #include "fuzz/targets.h"
 #include "presets/preset.h"

@@ -1,7 +1,7 @@
 #ifndef CAMCFG_TESTS_TOOL_JSON_IN_H
 #define CAMCFG_TESTS_TOOL_JSON_IN_H
 
-#include "base/json_reader.h"
+#include "base/json.h"
 
 namespace camcfg::tests {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 
 namespace camcfg::tool {
 namespace {
@@ -32,6 +32,7 @@ class Reader {
     CsvRow row{line_, {}};
     for (;;) {
       row.cells.push_back(text_[at_] == '"' ? quotedCell() : plainCell());
+      if (at_ < text_.size() && text_[at_] == '\r') ++at_;
       if (at_ == text_.size()) return row;
       if (text_[at_++] != '\n') continue;
       ++line_;
@@ -43,39 +44,28 @@ class Reader {
     return at_ == text_.size() || text_[at_] == '\n' || text_.compare(at_, 2, "\r\n") == 0;
   }
 
-  void passCarriageReturn() {
-    if (at_ < text_.size() && text_[at_] == '\r') ++at_;
-  }
-
   std::string plainCell() {
     const std::size_t start = at_;
     while (!atEndOfLine() && text_[at_] != separator_) {
       if (text_[at_] == '"') refuse("a quote is inside a cell that has none around it");
       ++at_;
     }
-    std::string cell = text_.substr(start, at_ - start);
-    passCarriageReturn();
-    return cell;
+    return text_.substr(start, at_ - start);
   }
 
   std::string quotedCell() {
     const std::size_t opened = line_;
     std::string cell;
     for (++at_; at_ < text_.size(); ++at_) {
-      if (text_[at_] == '"' && text_.compare(at_, 2, "\"\"") != 0) return closed(cell);
-      if (text_[at_] == '"') ++at_;
+      if (text_[at_] == '"' && text_.compare(at_++, 2, "\"\"") != 0) {
+        if (!atEndOfLine() && text_[at_] != separator_) refuse("a cell goes on after its quote");
+        return cell;
+      }
       if (text_[at_] == '\n') ++line_;
       cell += text_[at_];
     }
     line_ = opened;
     refuse("a quote is not closed");
-  }
-
-  const std::string& closed(const std::string& cell) {
-    ++at_;
-    if (!atEndOfLine() && text_[at_] != separator_) refuse("a cell goes on after its quote");
-    passCarriageReturn();
-    return cell;
   }
 
   [[noreturn]] void refuse(const char* why) const {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <tuple>
 
-#include "base/decimal.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool {
 namespace {
@@ -18,13 +18,10 @@ bool isMember(const Json& element) {
   return element.is_array() && element.size() == 2 && element.front().is_string();
 }
 
-std::string_view firstWord(std::string_view path) {
-  return path.substr(0, path.find('/'));
-}
-
-std::string_view withoutFirstWord(std::string_view path) {
-  const std::size_t end = path.find('/');
-  return end == std::string_view::npos ? std::string_view() : path.substr(end + 1);
+// The first word of a path, and what comes after it.
+std::pair<std::string_view, std::string_view> split(std::string_view path) {
+  const std::size_t end = std::min(path.find('/'), path.size());
+  return {path.substr(0, end), path.substr(std::min(end + 1, path.size()))};
 }
 
 }  // namespace
@@ -54,7 +51,7 @@ Json::Json(std::initializer_list<Json> list) {
     value_ = Values(list);
     return;
   }
-  Object& object = makeObject();
+  auto& object = value_.emplace<Object>();
   for (const Json& member : list) {
     object.names.push_back(member.front().text());
     object.values.push_back(member.back());
@@ -69,13 +66,8 @@ Json Json::array() {
 
 Json Json::object() {
   Json value;
-  value.makeObject();
+  value.value_ = Object();
   return value;
-}
-
-Json::Object& Json::makeObject() {
-  value_ = Object();
-  return std::get<Object>(value_);
 }
 
 bool Json::boolean() const {
@@ -129,8 +121,7 @@ const Json& Json::at(std::size_t index) const {
 }
 
 Json& Json::at(std::size_t index) {
-  if (index >= values().size()) failOver("no element " + std::to_string(index));
-  return mutableValues()[index];
+  return const_cast<Json&>(std::as_const(*this).at(index));
 }
 
 void Json::push_back(Json element) {
@@ -146,11 +137,6 @@ Json::const_iterator Json::find(std::string_view name) const {
   return found == all.end() ? end() : begin() + (found - all.begin());
 }
 
-Json::iterator Json::find(std::string_view name) {
-  const auto found = std::as_const(*this).find(name);
-  return begin() + (found - std::as_const(*this).begin());
-}
-
 const Json& Json::at(std::string_view name) const {
   const auto found = find(name);
   if (found == end()) failOver("no member " + std::string(name));
@@ -162,30 +148,23 @@ Json& Json::at(std::string_view name) {
 }
 
 Json& Json::operator[](std::string_view name) {
-  if (is_null()) makeObject();
+  if (is_null()) value_ = Object();
   auto* object = std::get_if<Object>(&value_);
   if (object == nullptr) failOver("no object");
-  const auto found = find(name);
-  if (found != end()) return *found;
+  if (contains(name)) return at(name);
   object->names.emplace_back(name);
   return object->values.emplace_back();
 }
 
-std::vector<Json::Member<const Json>> Json::items() const {
-  std::vector<Member<const Json>> all;
-  for (std::size_t i = 0; i < names().size(); ++i) all.push_back({names()[i], at(i)});
-  return all;
-}
-
-std::vector<Json::Member<Json>> Json::items() {
-  std::vector<Member<Json>> all;
+std::vector<Json::Member> Json::items() const {
+  std::vector<Member> all;
   for (std::size_t i = 0; i < names().size(); ++i) all.push_back({names()[i], at(i)});
   return all;
 }
 
 const Json* Json::find_path(std::string_view path) const {
   if (path.empty()) return this;
-  const std::string_view word = firstWord(path);
+  const auto [word, rest] = split(path);
   const Json* next = nullptr;
   if (is_array()) {
     const auto index = decimal(word);
@@ -194,12 +173,13 @@ const Json* Json::find_path(std::string_view path) const {
   } else if (const auto found = find(word); found != end()) {
     next = &*found;
   }
-  return next == nullptr ? nullptr : next->find_path(withoutFirstWord(path));
+  return next == nullptr ? nullptr : next->find_path(rest);
 }
 
 Json& Json::at_path(std::string_view path) {
   if (path.empty()) return *this;
-  return (*this)[firstWord(path)].at_path(withoutFirstWord(path));
+  const auto [word, rest] = split(path);
+  return (*this)[word].at_path(rest);
 }
 
 bool Json::Object::operator==(const Object& other) const {

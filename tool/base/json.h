@@ -98,7 +98,6 @@ class Json {
 
   // Members of an object.
   const_iterator find(std::string_view name) const;
-  iterator find(std::string_view name);
   bool contains(std::string_view name) const { return find(name) != end(); }
   const Json& at(std::string_view name) const;
   Json& at(std::string_view name);
@@ -107,13 +106,11 @@ class Json {
   const Json& operator[](std::string_view name) const { return at(name); }
   const std::vector<std::string>& names() const;
   /// Names and values, for a range-based loop.
-  template <typename Value>
   struct Member {
     const std::string& name;
-    Value& value;
+    const Json& value;
   };
-  std::vector<Member<const Json>> items() const;
-  std::vector<Member<Json>> items();
+  std::vector<Member> items() const;
 
   /// What is found member by member, or by an element's index: "live/srt/0"; the value itself for an
   /// empty path.
@@ -155,12 +152,36 @@ class Json {
   std::int64_t integer() const;
   const Values& values() const;
   Values& mutableValues();
-  Object& makeObject();
 
   std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Values,
                Object>
       value_;
 };
+
+/// Objects and lists that may be inside one another in a document.
+constexpr std::size_t kDeepestNesting = 32;
+/// Values that may be in one list or object. Members are searched for one by one, so that the
+/// time for a document grows with the square of this.
+constexpr std::size_t kMostValues = 2000;
+
+/// What a text holds.
+struct JsonText {
+  Json value;                         ///< null if the text is no JSON
+  std::vector<std::string> repeated;  ///< places of members that an object has already; ignored
+  std::size_t fault = 0;  ///< byte, counted from 1, where it stops being JSON; 0: nowhere
+  std::string reason;     ///< why; repeats nothing of the text
+};
+
+/// Reads a JSON text.
+/// @throws Refusal  it exceeds a limit, whatever comes after
+JsonText readJson(const std::string& text);
+
+/// A value as bytes, for another process of this program. Unlike JSON it keeps every text byte by
+/// byte, whatever its encoding.
+std::string packed(const Json& value);
+
+/// @throws std::runtime_error  the bytes are not what packed() made
+Json unpacked(const std::string& bytes);
 
 }  // namespace camcfg::tool
 

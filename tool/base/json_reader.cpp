@@ -1,9 +1,9 @@
-#include "base/json_reader.h"
+#include "base/json.h"
 
 #include <nlohmann/json.hpp>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 
 namespace camcfg::tool {
 namespace {

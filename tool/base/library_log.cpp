@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "base/descriptor.h"
+#include "base/host.h"
 
 namespace camcfg::tool {
 namespace {
@@ -14,11 +14,6 @@ constexpr int kWarning = 4;
 
 void (*shown)(const std::string& line) = nullptr;
 std::string complaint;
-
-const char* levelWord(int level) {
-  if (level <= kError) return "error";
-  return level == kWarning ? "warning" : "info";
-}
 
 std::string formatted(const char* format, va_list arguments) {
   va_list measured;
@@ -33,7 +28,8 @@ std::string formatted(const char* format, va_list arguments) {
 
 void record(int level, const char* prefix, const std::string& text) {
   if (level <= kWarning) complaint = text;
-  if (shown != nullptr) shown(levelWord(level) + std::string(": ") + prefix + text);
+  const char* word = level <= kError ? "error: " : level == kWarning ? "warning: " : "info: ";
+  if (shown != nullptr) shown(word + std::string(prefix) + text);
 }
 
 // Replaces descriptor 1 while the library prints.
@@ -49,7 +45,10 @@ class Ear {
     std::clearerr(stdout);
     dup2(former_.get(), STDOUT_FILENO);
     try {
-      passOn(printed_.contents());
+      const std::string printed = printed_.contents();
+      writeAll(STDOUT_FILENO, printed);
+      const std::string heard = complaintIn(printed);
+      if (!heard.empty()) complaint = heard;
     } catch (const std::exception&) {
       // Without memory the lines are lost; what the library was doing goes on.
     }
@@ -58,12 +57,6 @@ class Ear {
   Ear& operator=(const Ear&) = delete;
 
  private:
-  static void passOn(const std::string& printed) {
-    writeAll(STDOUT_FILENO, printed);
-    const std::string heard = complaintIn(printed);
-    if (!heard.empty()) recordComplaint(heard);
-  }
-
   MemoryFile printed_;
   Descriptor former_;
   bool listening_ = false;
@@ -87,10 +80,6 @@ void showLibraryLog(void (*print)(const std::string& line)) {
 
 std::string lastComplaint() {
   return complaint;
-}
-
-void recordComplaint(const std::string& text) {
-  complaint = text;
 }
 
 void forgetComplaint() {

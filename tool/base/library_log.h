@@ -13,9 +13,6 @@ void showLibraryLog(void (*print)(const std::string& line));
 /// The text of the last error or warning that the library logged, or was heard to print; empty if there was none.
 std::string lastComplaint();
 
-/// Keeps a text as the last complaint.
-void recordComplaint(const std::string& text);
-
 /// Forgets the last complaint, so that the next one is about what follows.
 void forgetComplaint();
 

@@ -1,13 +1,34 @@
 #ifndef CAMCFG_TOOL_BASE_OUTCOME_H
 #define CAMCFG_TOOL_BASE_OUTCOME_H
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "base/json.h"
-#include "base/refusal.h"
 
 namespace camcfg::tool {
+
+/// The tool's exit status.
+enum class Status {
+  Done = 0,
+  Refused = 1,   ///< refused, not found, or not carried out
+  Usage = 2,     ///< the command line makes no sense
+  Unusable = 3,  ///< the device's files are unusable
+  Degraded = 4,  ///< 'status' only: they can be used, but a copy is missing, broken or out of step
+};
+
+/// Ends a command. The text is one line: what, where and why.
+class Refusal : public std::runtime_error {
+ public:
+  Refusal(Status status, const std::string& text) : std::runtime_error(text), status_(status) {}
+  explicit Refusal(const std::string& text) : Refusal(Status::Refused, text) {}
+
+  Status status() const { return status_; }
+
+ private:
+  Status status_;
+};
 
 /// What came of something, before anybody thinks of how to show it.
 struct Outcome {                   // NOLINT(bugprone-exception-escape): moving a Json throws none

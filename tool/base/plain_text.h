@@ -5,13 +5,13 @@
 #include <tinyxml2.h>
 
 #include <algorithm>
-#include <cctype>
+#include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
-
-#include "base/utf8.h"
+#include <vector>
 
 namespace camcfg::tool {
 
@@ -24,21 +24,9 @@ inline bool isSameWord(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
-inline std::string lowered(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
-
 /// The text between single quotes.
 inline std::string quoted(std::string_view text) {
   return "'" + std::string(text) + "'";
-}
-
-/// The beginning of a text that has at most so many bytes and ends between two characters.
-inline std::string_view firstBytes(std::string_view text, std::size_t most) {
-  if (text.size() <= most) return text;
-  while (most > 0 && utf8::continues(text[most])) --most;
-  return text.substr(0, most);
 }
 
 /// Texts or numbers in a row: "1, 2, 3".
@@ -69,33 +57,63 @@ inline std::string textOf(const tinyxml2::XMLElement& element, const char* attri
 }
 
 /// A document, or a part of one, as the library writes it.
-inline std::string written(const tinyxml2::XMLNode& node) {
-  tinyxml2::XMLPrinter printer;
-  node.Accept(&printer);
-  return printer.CStr();
-}
+std::string written(const tinyxml2::XMLNode& node);
 
-// Places of a document as messages name them: "live.srt[1].port".
+/// The number that a text is from end to end: digits, with a "-" before them if it is negative. One
+/// that does not fit is the nearest that does.
+std::optional<long long> decimal(std::string_view text);
+
+/// The same, if it fits into 32 bits, which is what files and the library hold.
+std::optional<std::int32_t> decimal32(std::string_view text);
+
+// UTF-8.
+
+/// What stands for bytes that are not UTF-8.
+inline constexpr std::string_view kReplacement = "\xef\xbf\xbd";
+
+/// Bytes that belong together: a character, or as much of one as is there before a byte that does
+/// not continue it.
+struct Sequence {
+  std::size_t length;
+  bool isValid;
+};
+
+/// The bytes from a place of a text on.
+Sequence sequenceAt(std::string_view text, std::size_t at);
+
+/// A text with what is not UTF-8 replaced by U+FFFD.
+std::string asUtf8(std::string_view text);
+
+/// How many characters a text has.
+std::size_t characters(std::string_view text);
+
+/// The beginning of a text that has at most so many bytes and ends between two characters.
+std::string_view firstBytes(std::string_view text, std::size_t most);
+
+// What messages say.
+
+/// The text with its control characters written as "\n", "\t", "\x1b" or "\u009b": it stays on its
+/// line and cannot steer a terminal.
+std::string printable(const std::string& text);
+
+/// The text with its endless words cut, so that a line about one can still be read.
+std::string withShortWords(const std::string& text);
 
 /// A text for a message, cut if it is long.
-inline std::string shortened(const std::string& text) {
-  constexpr std::size_t kLongest = 120;
-  return text.size() <= kLongest ? text : std::string(firstBytes(text, kLongest)) + "...";
-}
+std::string shortened(const std::string& text);
 
-/// "PLACE.NAME", and "PLACE["NAME"]" for a name that is no plain word.
-inline std::string memberPlace(const std::string& place, const std::string& name) {
-  const bool isWord = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
-    return std::isalnum(c) != 0 || c == '_' || c == '-';
-  });
-  if (!isWord) return place + "[\"" + shortened(name) + "\"]";
-  return place + (place.empty() ? "" : ".") + shortened(name);
-}
+/// A place of a document, "live.srt[1].port": "PLACE.NAME", and "PLACE["NAME"]" for a name that is
+/// no plain word.
+std::string memberPlace(const std::string& place, const std::string& name);
 
 /// "PLACE[INDEX]"
-inline std::string elementPlace(const std::string& place, std::size_t index) {
-  return place + "[" + std::to_string(index) + "]";
-}
+std::string elementPlace(const std::string& place, std::size_t index);
+
+/// The word that comes nearest to what was written; empty if none comes near.
+std::string nearestWord(const std::string& written, const std::vector<std::string>& words);
+
+/// "; did you mean 'WORD'?" with that word; empty if none comes near.
+std::string didYouMean(const std::string& written, const std::vector<std::string>& words);
 
 }  // namespace camcfg::tool
 

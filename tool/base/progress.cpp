@@ -8,20 +8,15 @@ namespace {
 Watcher watching;
 std::string stage;
 
-void tell(const std::string& what) {
-  watching(stage.empty() || what.empty() ? stage + what : stage + ": " + what);
-}
-
 }  // namespace
 
 void workingOn(const std::string& what) {
-  if (watching) tell(what);
+  if (watching) watching(stage.empty() || what.empty() ? stage + what : stage + ": " + what);
 }
 
 Stage::Stage(const std::string& name, std::size_t number, std::size_t total) {
-  if (!watching) return;
   stage = name + " (" + std::to_string(number) + " of " + std::to_string(total) + ")";
-  tell("");
+  workingOn("");
 }
 
 Stage::~Stage() {

@@ -2,13 +2,50 @@
 #define CAMCFG_TOOL_CLI_COMMAND_H
 
 #include <functional>
+#include <map>
+#include <memory>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "base/host.h"
 #include "cli/answer.h"
-#include "cli/arguments.h"
 
 namespace camcfg::tool::cli {
+
+/// What was given to a command, by the names in its options and in those of the commands above it.
+/// Asking for a name that is in none of them throws std::logic_error: it can only be a mistake.
+class Arguments {
+ public:
+  struct Given {
+    std::vector<std::string> texts;
+    std::unique_ptr<HostDirectory> directory;
+    std::vector<HostFile> files;
+  };
+
+  /// What is known of a name, for whoever reads the command line; an unknown one becomes known.
+  Given& operator[](const std::string& name) { return known_[name]; }
+
+  bool given(const std::string& name) const { return !texts(name).empty(); }
+  /// The text given, or what was in the file given; empty if none was.
+  std::string text(const std::string& name) const { return given(name) ? texts(name).front() : ""; }
+  /// All texts given.
+  const std::vector<std::string>& texts(const std::string& name) const { return at(name).texts; }
+  /// The directory given, opened before the device's root was entered; null if none was.
+  HostDirectory* directory(const std::string& name) const { return at(name).directory.get(); }
+  /// All files given that are read whole.
+  const std::vector<HostFile>& files(const std::string& name) const { return at(name).files; }
+
+ private:
+  const Given& at(const std::string& name) const {
+    const auto found = known_.find(name);
+    if (found == known_.end()) throw std::logic_error("no argument is named " + name);
+    return found->second;
+  }
+
+  std::map<std::string, Given> known_;
+};
 
 /// A word that may be in a place of a command line.
 struct Candidate {
@@ -19,6 +56,15 @@ struct Candidate {
 /// Finds the words that may be in a place. It throws a Refusal if the device cannot name them.
 /// @param before  what is given on the command line before that place
 using WordFinder = std::function<std::vector<Candidate>(const Arguments& before)>;
+
+/// A choice of these words.
+inline WordFinder oneOf(std::vector<const char*> words) {
+  return [words = std::move(words)](const Arguments& /*before*/) {
+    std::vector<Candidate> candidates;
+    for (const char* word : words) candidates.push_back({word});
+    return candidates;
+  };
+}
 
 /// Something that a command takes on its command line.
 struct Option {
@@ -38,15 +84,21 @@ struct Option {
   const char* name;
   const char* help;
   WordFinder words{};  ///< completes what is there; none: the words that go by the option's name
+  const char* shortName = nullptr;  ///< "-v"
+  const char* valueName = nullptr;  ///< of a Value in help texts; null: "VALUE"
 
   bool isNamed() const { return name[0] == '-'; }
   bool isRequired() const { return kind == Argument || kind == Arguments || kind == HostFile; }
+  bool isHostFile() const {
+    return kind == HostFile || kind == HostFiles || kind == OptionalHostFile;
+  }
   bool takesMany() const {
     return kind == Arguments || kind == OptionalArguments || kind == HostFiles;
   }
   /// What help texts call the value of a named option; null if it takes none.
   const char* value() const {
-    return kind == Value ? "VALUE" : kind == HostDirectory ? "DIR" : nullptr;
+    if (kind == HostDirectory) return "DIR";
+    return kind != Value ? nullptr : valueName == nullptr ? "VALUE" : valueName;
   }
 };
 
@@ -61,6 +113,8 @@ struct Command {
   /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
   Status whenRefused = Status::Refused;
   bool hidden = false;  ///< for programs: neither in help nor completed
+  bool usesDevice = true;
+  std::function<std::string()> details{};  ///< what help adds, in lines that stay as they are
 
   /// The last word of the name: "select" of "stream cache select".
   std::string word() const { return name + (above().empty() ? 0 : above().size() + 1); }
@@ -78,20 +132,37 @@ struct CommandGroup {
 };
 
 /// The commands of all groups, in their order.
-inline std::vector<const Command*> commandsIn(const std::vector<CommandGroup>& groups) {
-  std::vector<const Command*> all;
-  for (const CommandGroup& group : groups)
-    for (const Command& command : group.commands) all.push_back(&command);
-  return all;
-}
+std::vector<const Command*> commandsIn(const std::vector<CommandGroup>& groups);
 
 /// The command of this whole name; null if there is none.
-inline const Command* findCommand(const std::vector<CommandGroup>& groups,
-                                  const std::string& name) {
-  for (const Command* command : commandsIn(groups))
-    if (name == command->name) return command;
-  return nullptr;
-}
+const Command* findCommand(const std::vector<CommandGroup>& groups, const std::string& name);
+
+// Options that may be before or after any command.
+constexpr char kHelp[] = "--help";
+constexpr char kVersion[] = "--version";
+constexpr char kRoot[] = "--root";
+constexpr char kJson[] = "--json";
+constexpr char kVerbose[] = "--verbose";
+constexpr char kColor[] = "--color";
+constexpr const char* kColorWords[] = {"auto", "always", "never"};
+const std::vector<Option>& globalOptions();
+
+/// Something that is explained apart from the commands.
+struct Topic {
+  const char* name;   ///< "exit-status"
+  const char* title;  ///< one line
+  /// Paragraphs with empty lines between them; lines that begin with spaces stay as they are.
+  const char* text;
+};
+
+/// All topics, by name: the text files in tool/topics, which the build puts into the tool. The first
+/// line of a file is the topic's title, an empty line follows.
+const std::vector<Topic>& allTopics();
+
+/// The list at the beginning of the topic exit-status. Its rows are "  1  refused", or "  1  diff:
+/// something differs" for one command, of which that one is shown instead of the general one.
+/// @param command  whose rows are wanted; null: all rows are
+std::string exitStatuses(const Command* command);
 
 }  // namespace camcfg::tool::cli
 

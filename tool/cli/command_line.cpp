@@ -10,27 +10,20 @@
 #include <cstring>
 
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
-#include "cli/global_options.h"
-#include "cli/topic.h"
 
 namespace camcfg::tool::cli {
 namespace {
 
 constexpr char kVersionText[] = "camcfg " CAMCFG_VERSION;
-constexpr char kCommandFooter[] = "'camcfg --help' lists the options that every command takes.";
 constexpr char kFooterBegin[] =
     "Answers go to standard output, everything else to standard error.\nExit status:\n";
 constexpr char kFooterEnd[] =
     "'camcfg help COMMAND' shows what a command takes, 'camcfg help' lists further topics.";
 
-// The list at the beginning of the topic.
-std::string exitStatuses() {
-  for (const Topic& topic : allTopics())
-    if (std::strcmp(topic.name, "exit-status") == 0)
-      return {topic.text, std::strstr(topic.text, "\n\n") + 1};
-  return "";
+std::string footerOf(const Command& command) {
+  const std::string details = command.details ? command.details() + "\n" : "";
+  return details + "'camcfg --help' lists the options that every command takes.\n\nExit status:\n" +
+         exitStatuses(&command);
 }
 
 HostFile read(const std::string& path) {
@@ -51,8 +44,8 @@ class Parser {
  public:
   explicit Parser(const std::vector<CommandGroup>& groups) {
     app_.name("camcfg");
-    app_.footer(kFooterBegin + exitStatuses() + kFooterEnd);
-    for (const GlobalOption& option : globalOptions()) add(option);
+    app_.footer([] { return kFooterBegin + exitStatuses(nullptr) + kFooterEnd; });
+    for (const Option& option : globalOptions()) addGlobal(option);
     app_.get_formatter()->column_width(30);
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app_.get_formatter()->label("Positionals", "Arguments");
@@ -92,41 +85,40 @@ class Parser {
     app.fallthrough();
   }
 
-  void add(const GlobalOption& option) {
-    if (option.name == kHelp)
-      app_.set_help_flag(option.names(), option.help);
-    else if (option.name == kVersion)
-      app_.set_version_flag(option.names(), kVersionText, option.help);
+  void addGlobal(const Option& option) {
+    if (option.name == std::string_view(kHelp))
+      app_.set_help_flag(namesOf(option), option.help);
+    else if (option.name == std::string_view(kVersion))
+      app_.set_version_flag(namesOf(option), kVersionText, option.help);
     else
-      add(app_, option.names(), option.help, option.value);
+      add(app_, option);
   }
 
   void add(const Command& command, const char* group) {
     CLI::App& parent = command.above().empty() ? app_ : *apps_.at(command.above());
     CLI::App* app = parent.add_subcommand(command.word(), command.help);
     app->group(command.hidden ? "" : &parent == &app_ ? group : "Commands");
-    app->footer(kCommandFooter);
+    app->footer([&command] { return footerOf(command); });
     prepare(*app);
     for (const Option& option : command.options) add(*app, option);
     apps_[command.name] = app;
     commands_[app] = &command;
   }
 
+  static std::string namesOf(const Option& option) {
+    return (option.shortName == nullptr ? "" : std::string(option.shortName) + ",") + option.name;
+  }
+
   static void add(CLI::App& app, const Option& option) {
-    if (option.isNamed()) return add(app, option.name, option.help, option.value());
-    CLI::Option* added = app.add_option(option.name, CLI::callback_t(), option.help);
+    if (option.isNamed() && option.value() == nullptr) {
+      app.add_flag(namesOf(option), option.help)->disable_flag_override();
+      return;
+    }
+    CLI::Option* added = app.add_option(namesOf(option), CLI::callback_t(), option.help);
+    if (option.isNamed()) added->type_name(option.value());
     if (option.takesMany())
       added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
     added->required(option.isRequired());
-  }
-
-  // An option with its value, or a flag if it takes none.
-  static void add(CLI::App& app, const std::string& names, const std::string& help,
-                  const char* value) {
-    if (value == nullptr)
-      app.add_flag(names, help)->disable_flag_override();
-    else
-      app.add_option(names, CLI::callback_t(), help)->type_name(value);
   }
 
   // The command that was named, or the tool itself.
@@ -146,7 +138,9 @@ class Parser {
   }
 
   static std::string help(const CLI::App& app) {
-    return app.get_formatter()->make_help(&app, usage(app), CLI::AppFormatMode::Normal);
+    const std::string text =
+        app.get_formatter()->make_help(&app, usage(app), CLI::AppFormatMode::Normal);
+    return text.substr(0, text.find_last_not_of('\n') + 1) + "\n";
   }
 
   [[noreturn]] void refuse(const std::string& text, const std::string& suggestion = "") const {
@@ -195,17 +189,15 @@ class Parser {
     invocation.verbose = app_.count(kVerbose) != 0;
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
       for (const Option& option : commands_.at(named)->options) {
-        invocation.arguments.declare(option.name);
-        if (named->count(option.name) != 0) give(invocation, option, textsOf(*named, option.name));
+        give(invocation, option, textsOf(*named, option.name));
       }
   }
 
   std::string chosenColor() const {
     const std::string& word = textsOf(app_, kColor).back();
-    const std::vector<std::string>& words = findGlobalOption(kColor)->values;
-    if (isAmong(words, word)) return word;
-    refuse(std::string(kColor) + ": '" + word + "' is none of " + joined(words),
-           didYouMean(word, words));
+    if (isAmong(kColorWords, word)) return word;
+    refuse(std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
+           didYouMean(word, {std::begin(kColorWords), std::end(kColorWords)}));
   }
 
   static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {
@@ -215,17 +207,17 @@ class Parser {
   // Whatever is outside the device's root is opened now, before the root is entered.
   static void give(Invocation& invocation, const Option& option,
                    const std::vector<std::string>& texts) try {
-    Arguments& arguments = invocation.arguments;
-    if (option.kind == Option::HostDirectory) {
-      arguments.add(option.name, std::make_unique<HostDirectory>(texts.front()));
-    } else if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile) {
-      arguments.add(option.name, std::vector<std::string>{contentsOf(texts.front())});
-    } else if (option.kind == Option::HostFiles) {
-      std::vector<HostFile> files(texts.size());
-      std::transform(texts.begin(), texts.end(), files.begin(), read);
-      arguments.add(option.name, std::move(files));
+    Arguments::Given& given = invocation.arguments[option.name];
+    if (texts.empty()) return;
+    if (option.kind == Option::HostFiles) {
+      given.files.resize(texts.size());
+      std::transform(texts.begin(), texts.end(), given.files.begin(), read);
+    } else if (option.isHostFile()) {
+      given.texts = {contentsOf(texts.front())};
+    } else if (option.kind == Option::HostDirectory) {
+      given.directory = std::make_unique<HostDirectory>(texts.front());
     } else {
-      arguments.add(option.name, texts);
+      given.texts = texts;
     }
   } catch (const Refusal& refusal) {
     throw Refusal(invocation.command->whenRefused, std::string(invocation.command->name) + ": " +

@@ -30,6 +30,10 @@ Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
 /// @param command  the whole name of one of the commands; empty: the tool itself
 std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
 
+/// Runs the command that a command line asks for and prints its answer.
+/// @return the exit status
+int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
+
 }  // namespace camcfg::tool::cli
 
 #endif

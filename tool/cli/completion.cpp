@@ -1,11 +1,11 @@
 #include "cli/completion.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <utility>
 
-#include "base/decimal.h"
-#include "base/printable.h"
-#include "cli/global_options.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::cli {
 namespace {
@@ -16,8 +16,8 @@ class Reading {
   // Words are found alike for several commands: a finder may ask for what any of them takes.
   explicit Reading(const std::vector<CommandGroup>& groups) : groups_(groups) {
     for (const Command* command : commandsIn(groups))
-      for (const Option& option : command->options) before_.declare(option.name);
-    for (const GlobalOption& option : globalOptions()) before_.declare(option.name);
+      for (const Option& option : command->options) before_[option.name];
+    for (const Option& option : globalOptions()) before_[option.name];
   }
 
   void take(const std::string& word) {
@@ -77,56 +77,50 @@ class Reading {
     const std::string name = word.substr(0, equals);
     if (equals != std::string::npos)
       give(name, word.substr(equals + 1));
-    else if (takesValue(name))
+    else if (const Option* option = find(name); option != nullptr && option->value() != nullptr)
       awaited_ = name;
     else
       give(name, "");
   }
 
   void give(const std::string& name, const std::string& word) {
-    before_.declare(name);
-    std::vector<std::string> texts = before_.texts(name);
-    texts.push_back(word);
-    before_.add(name, texts);
+    before_[name].texts.push_back(word);
     if (name == kRoot) root_ = word;
   }
 
-  const Option* option(const std::string& name) const {
+  const Option* find(const std::string& name) const {
     for (const Option* option : options_)
       if (name == option->name) return option;
+    for (const Option& option : globalOptions())
+      if (name == option.name) return &option;
     return nullptr;
-  }
-
-  bool takesValue(const std::string& name) const {
-    if (const Option* found = option(name)) return found->value() != nullptr;
-    const GlobalOption* found = findGlobalOption(name);
-    return found != nullptr && found->value != nullptr;
   }
 
   static void addWordsOf(const Option& option, CompletionPlace& place) {
     place.words = option.words;
     if (option.kind == Option::HostDirectory) place.kind = CompletionPlace::OfDirectories;
-    if (option.kind == Option::HostFile || option.kind == Option::OptionalHostFile ||
-        option.kind == Option::HostFiles)
-      place.kind = CompletionPlace::OfFiles;
+    if (option.isHostFile()) place.kind = CompletionPlace::OfFiles;
   }
 
   void addValuesOf(const std::string& name, CompletionPlace& place) const {
-    if (const Option* found = option(name)) addWordsOf(*found, place);
-    const GlobalOption* found = findGlobalOption(name);
-    if (found == nullptr) return;
-    if (found->values.empty()) place.kind = CompletionPlace::OfDirectories;
-    for (const std::string& value : found->values) place.fixed.push_back({value});
+    const Option* option = find(name);
+    if (option == nullptr) return;
+    addWordsOf(*option, place);
+    // The device is not asked for these.
+    if (name == kColor) place.fixed = std::exchange(place.words, nullptr)(before_);
   }
 
   void addOptions(CompletionPlace& place) const {
-    const auto offer = [&](const std::string& name, const char* help) {
-      if (!place.before.given(name)) place.fixed.push_back({name, help});
+    const auto offer = [&](const Option& option) {
+      if (!place.before.given(option.name)) place.fixed.push_back({option.name, option.help});
     };
-    for (const Option* option : options_) offer(option->name, option->help);
-    for (const bool asksForText : {false, true})
-      for (const GlobalOption& option : globalOptions())
-        if (option.asksForText() == asksForText) offer(option.name, option.help);
+    const auto asksForText = [](const Option& option) {
+      return option.name == std::string_view(kHelp) || option.name == std::string_view(kVersion);
+    };
+    for (const Option* option : options_) offer(*option);
+    for (const bool last : {false, true})
+      for (const Option& option : globalOptions())
+        if (asksForText(option) == last) offer(option);
   }
 
   void addArguments(CompletionPlace& place) const {
@@ -151,6 +145,15 @@ class Reading {
   std::optional<std::string> root_;
 };
 
+bool isOneOf(char c, const char* characters) {
+  return c != '\0' && std::strchr(characters, c) != nullptr;
+}
+
+bool isPlain(char c) {
+  return static_cast<unsigned char>(c) >= 0x80 ||
+         std::isalnum(static_cast<unsigned char>(c)) != 0 || isOneOf(c, "_./,:=@%+-");
+}
+
 }  // namespace
 
 std::vector<Candidate> CompletionPlace::candidates() const {
@@ -172,6 +175,54 @@ CompletionPlace placeIn(const std::vector<CommandGroup>& groups,
   Reading reading(groups);
   for (std::size_t i = 0; i + 1 < words.size(); ++i) reading.take(words[i]);
   return std::move(reading).placeOf(words.empty() ? "" : words.back());
+}
+
+ShellLine readShellLine(const std::string& line, const std::string& breaks) {
+  ShellLine read;
+  std::string word;
+  std::string beforeQuote;
+  bool isBegun = false;
+  bool isEscaped = false;
+  for (const char c : line) {
+    const bool isBreak = read.quote == 0 && !isEscaped && isOneOf(c, " \t\n");
+    if (isBreak) {
+      if (isBegun) read.words.push_back(word);
+      word.clear();
+      read.kept.clear();
+    } else if (isEscaped) {
+      // Between double quotes, a backslash is taken for itself before most characters.
+      if (read.quote == '"' && !isOneOf(c, "$`\"\\")) word += '\\';
+      word += c;
+    } else if (c == '\\' && read.quote != '\'') {
+      isEscaped = true;
+      continue;
+    } else if (c == read.quote) {
+      read.quote = 0;
+    } else if (read.quote == 0 && isOneOf(c, "'\"")) {
+      read.quote = c;
+      beforeQuote = word;
+    } else {
+      word += c;
+      if (read.quote == 0 && breaks.find(c) != std::string::npos) read.kept = word;
+    }
+    isBegun = !isBreak;
+    isEscaped = false;
+  }
+  if (read.quote != 0) read.kept = beforeQuote;
+  read.words.push_back(word);
+  return read;
+}
+
+std::string shellQuoted(const std::string& text, char quote) {
+  std::string result;
+  for (const char c : text) {
+    if (quote == '\'' && c == '\'')
+      result += "'\\'";
+    else if (quote == '"' ? isOneOf(c, "$`\"\\") : quote == 0 && !isPlain(c))
+      result += '\\';
+    result += c;
+  }
+  return result;
 }
 
 }  // namespace camcfg::tool::cli

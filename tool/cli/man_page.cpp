@@ -1,13 +1,35 @@
 #include "cli/man_page.h"
 
 #include <cstring>
+#include <sstream>
 
 #include "base/plain_text.h"
-#include "cli/global_options.h"
-#include "cli/roff.h"
 
 namespace camcfg::tool::cli {
 namespace {
+
+std::string escaped(char c) {
+  constexpr std::string_view kCharacters = "\\-'\"`^~";
+  constexpr const char* kWritten[] = {"\\e", "\\-", "\\(aq", "\\(dq", "\\(ga", "\\(ha", "\\(ti"};
+  const std::size_t found = kCharacters.find(c);
+  return found == std::string_view::npos ? std::string(1, c) : kWritten[found];
+}
+
+// The words of a line on lines that stay short when they are escaped.
+std::string broken(const std::string& line) {
+  constexpr std::size_t kWidth = 80;
+  std::string text;
+  std::size_t width = 0;
+  std::istringstream words(line);
+  for (std::string word; words >> word;) {
+    const std::string shown = roffText(word);
+    const bool fits = width + 1 + shown.size() <= kWidth;
+    if (!text.empty()) text += fits ? " " : "\n";
+    width = fits ? width + 1 + shown.size() : shown.size();
+    text += shown;
+  }
+  return text + "\n";
+}
 
 constexpr char kHeader[] = ".TH CAMCFG 1 \"" CAMCFG_MANUAL_DATE "\" \"camcfg " CAMCFG_VERSION
                            "\" \"Network video device\"\n";
@@ -43,8 +65,9 @@ std::string entry(const std::string& term, const std::string& text) {
 // What is typed for an option, or an argument in its place.
 std::string typed(const Option& option) {
   if (!option.isNamed()) return roffItalic(option.name) + (option.takesMany() ? "..." : "");
-  const std::string name = roffBold(option.name);
-  return option.value() == nullptr ? name : name + " " + roffItalic(option.value());
+  const std::string name = option.shortName == nullptr ? "" : roffBold(option.shortName) + ", ";
+  const std::string value = option.value() == nullptr ? "" : " " + roffItalic(option.value());
+  return name + roffBold(option.name) + value;
 }
 
 // A command with what it and those above it take in their places.
@@ -70,19 +93,14 @@ std::string commandEntries(const std::vector<CommandGroup>& groups) {
       for (const Option& option : command.options) options += entry(typed(option), option.help);
       text += entry(typed(groups, command), command.help);
       if (!options.empty()) text += ".RS\n" + options + ".RE\n";
+      if (command.details) text += ".RS\n" + roffParagraphs(command.details()) + ".RE\n";
     }
   return text;
 }
 
-std::string typed(const GlobalOption& option) {
-  std::string text = option.shortName == nullptr ? "" : roffBold(option.shortName) + ", ";
-  text += roffBold(option.name);
-  return option.value == nullptr ? text : text + " " + roffItalic(option.value);
-}
-
 std::string globalEntries() {
   std::string text;
-  for (const GlobalOption& option : globalOptions()) text += entry(typed(option), option.help);
+  for (const Option& option : globalOptions()) text += entry(typed(option), option.help);
   return text;
 }
 
@@ -104,6 +122,39 @@ std::string chapters(const std::vector<Topic>& topics) {
 }
 
 }  // namespace
+
+std::string roffText(const std::string& text) {
+  std::string result;
+  for (const char c : text) result += escaped(c);
+  return !text.empty() && text.front() == '.' ? "\\&" + result : result;
+}
+
+std::string roffBold(const std::string& text) {
+  return "\\fB" + roffText(text) + "\\fR";
+}
+
+std::string roffItalic(const std::string& text) {
+  return "\\fI" + roffText(text) + "\\fR";
+}
+
+// Text that roff fills, and lines that it leaves alone, under the macros that belong to them.
+std::string roffParagraphs(const std::string& text) {
+  constexpr std::size_t kIndent = 2;  // of the lines that stay as they are; .RS has its own
+  std::string result;
+  bool wasKept = false;
+  bool gap = false;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line); gap = line.empty()) {
+    if (line.empty()) continue;
+    const bool isKept = line.front() == ' ';
+    if (wasKept && !isKept) result += ".fi\n.RE\n";
+    if (gap && !result.empty()) result += wasKept && isKept ? "\n" : ".PP\n";
+    if (isKept && !wasKept) result += ".RS 2\n.nf\n";
+    result += isKept ? roffText(line.substr(kIndent)) + "\n" : broken(line);
+    wasKept = isKept;
+  }
+  return wasKept ? result + ".fi\n.RE\n" : result;
+}
 
 std::string manPage(const std::vector<CommandGroup>& groups, const std::vector<Topic>& topics) {
   return std::string(".\\\" Made by 'camcfg man'.\n") + kHeader +

@@ -1,51 +1,33 @@
-#include "cli/program.h"
-
 #include <unistd.h>
 
 #include <new>
 
-#include "base/host_directory.h"
-#include "base/refusal.h"
 #include "cli/command_line.h"
-#include "cli/global_options.h"
-#include "cli/host_programs.h"
-#include "cli/progress_line.h"
-#include "cli/render.h"
-#include "cli/streams.h"
+#include "cli/process.h"
+#include "cli/terminal.h"
 #include "testkit/enter_root.h"
 
 namespace camcfg::tool::cli {
 namespace {
 
-void enter(const std::string& root) {
-  const std::string error = enterRoot(root);
-  if (!error.empty()) throw Refusal("--root " + root + ": " + error);
-}
-
-std::string rendered(const Answer& answer, const Look& look, const HostPrograms& programs) {
-  return answer.through.words.empty() ? renderText(answer, look)
-                                      : programs.passThrough(answer.through, renderText(answer));
-}
-
-Look lookFor(const Invocation& invocation, const Streams& streams) {
-  const bool isTerminal = streams.answersToTerminal();
-  return {isTerminal, wantsColours(invocation.color, isTerminal)};
-}
-
-Answer answerOf(const Invocation& invocation) {
-  if (invocation.verbose || invocation.command->hidden)
-    return invocation.command->run(invocation.arguments);
-  const ProgressLine progress(invocation.command->name, STDERR_FILENO);
-  return invocation.command->run(invocation.arguments);
+std::string rendered(const Answer& answer, const Invocation& invocation, bool isTerminal,
+                     const HostPrograms& programs) {
+  if (invocation.json) return renderJson(answer);
+  if (!answer.through.words.empty())
+    return programs.passThrough(answer.through, renderText(answer));
+  return renderText(answer, {isTerminal, wantsColours(invocation.color, isTerminal)});
 }
 
 Status carryOut(const Invocation& invocation, const Streams& streams,
                 const HostPrograms& programs) {
   const std::string name = std::string(invocation.command->name) + ": ";
   try {
-    const Answer answer = answerOf(invocation);
-    streams.answer(invocation.json ? renderJson(answer)
-                                   : rendered(answer, lookFor(invocation, streams), programs));
+    std::optional<ProgressLine> progress;
+    if (!invocation.verbose && !invocation.command->hidden)
+      progress.emplace(invocation.command->name, STDERR_FILENO);
+    const Answer answer = invocation.command->run(invocation.arguments);
+    progress.reset();
+    streams.answer(rendered(answer, invocation, streams.answersToTerminal(), programs));
     for (const std::string& note : answer.notes)
       Streams::message(name + note, answer.status == Status::Done ? Tone::Warning : Tone::Bad);
     return answer.status;
@@ -80,7 +62,9 @@ Status run(const std::vector<CommandGroup>& groups, int argc, const char* const*
   if (invocation.verbose) streams.showLibraryOutput();
   const HostPrograms programs;
   rememberTemporaries();
-  if (invocation.root) enter(*invocation.root);
+  if (invocation.root)
+    if (const std::string error = enterRoot(*invocation.root); !error.empty())
+      throw Refusal("--root " + *invocation.root + ": " + error);
   return carryOut(invocation, streams, programs);
 }
 

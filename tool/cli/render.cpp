@@ -1,10 +1,11 @@
-#include "cli/render.h"
+#include "cli/answer.h"
 
 #include <algorithm>
+#include <cstring>
 #include <stdexcept>
 
-#include "base/printable.h"
-#include "cli/tone.h"
+#include "base/plain_text.h"
+#include "cli/terminal.h"
 
 namespace camcfg::tool::cli {
 namespace {
@@ -53,10 +54,6 @@ std::size_t closing(const Template& text, std::size_t open) {
     if (text[at] == '}' && --depth == 0) return at;
   }
   throw std::logic_error("no closing brace: " + text);
-}
-
-bool isAt(const std::string& text, std::size_t place, const std::string& part) {
-  return text.compare(place, part.size(), part) == 0;
 }
 
 // Text that stays as it is on a terminal: nothing in it steers the terminal.
@@ -133,10 +130,6 @@ class Renderer {
   }
 
  private:
-  std::string toned(const std::string& text, Tone tone) const {
-    return look_.colours ? coloured(text, tone) : text;
-  }
-
   std::string filledForEach(const Json& list, const Template& text) const {
     if (list.empty()) return kNothing;
     std::string result;
@@ -144,23 +137,21 @@ class Renderer {
     return result;
   }
 
-  // What stands for a place, given without its braces.
-  std::string valueAt(const std::string& place, const Json& value, Tone tone) const {
-    const std::size_t mark = place.find_first_of("?:");
-    if (mark == std::string::npos) return simpleValueAt(place, value, tone);
-    const Json& found = member(value, place.substr(0, mark));
-    const Template inner = place.substr(mark + 1);
-    if (place[mark] == ':') return filledForEach(found, inner);
-    return found.get<bool>() ? filled(inner, value) : "";
-  }
-
-  std::string simpleValueAt(const std::string& place, const Json& value, Tone tone) const {
-    const char mark = place.empty() ? '\0' : place.back();
-    const bool isMarked = mark == '!' || mark == '-' || mark == '+';
-    const std::string text =
-        shown(member(value, isMarked ? place.substr(0, place.size() - 1) : place));
-    if (!isMarked) return toned(text, tone);
-    return toned(text, mark == '!' ? toneOfState(text) : mark == '-' ? Tone::Former : Tone::New);
+  // What replaces a place, given without its braces.
+  std::string valueAt(std::string place, const Json& value, Tone tone) const {
+    if (const std::size_t at = place.find_first_of("?:"); at != std::string::npos) {
+      const Json& found = member(value, place.substr(0, at));
+      const Template inner = place.substr(at + 1);
+      if (place[at] == ':') return filledForEach(found, inner);
+      return found.get<bool>() ? filled(inner, value) : "";
+    }
+    const char mark =
+        place.empty() || std::strchr("!-+", place.back()) == nullptr ? '\0' : place.back();
+    if (mark != '\0') place.pop_back();
+    const std::string text = shown(member(value, place));
+    if (mark != '\0')
+      tone = mark == '!' ? toneOfState(text) : mark == '-' ? Tone::Former : Tone::New;
+    return look_.colours ? coloured(text, tone) : text;
   }
 
   std::string filled(const Template& text, const Json& value) const {
@@ -169,8 +160,9 @@ class Renderer {
     std::size_t done = 0;
     for (std::size_t open; (open = text.find('{', done)) != std::string::npos;) {
       const std::size_t close = closing(text, open);
-      const bool isNew = open - done >= kLength && isAt(text, open - kLength, kBecomes);
-      const bool isFormer = isAt(text, close + 1, kBecomes);
+      const bool isNew =
+          open - done >= kLength && text.compare(open - kLength, kLength, kBecomes) == 0;
+      const bool isFormer = text.compare(close + 1, kLength, kBecomes) == 0;
       result += text.substr(done, open - done);
       result += valueAt(text.substr(open + 1, close - open - 1), value,
                         isNew      ? Tone::New

@@ -1,8 +1,6 @@
 #include "network/network.h"
 
-#include "base/refusal.h"
 #include "commands/groups.h"
-#include "commands/options.h"
 #include "document/exchange.h"
 #include "parameters/parameter.h"
 #include "presets/preset.h"
@@ -39,7 +37,7 @@ Json jsonOf(const device::ExplainedLookup& lookup) {
   return record;
 }
 
-cli::Fields fieldsOf(const device::ExplainedLookup& lookup, std::size_t index) {
+Fields fieldsOf(const device::ExplainedLookup& lookup, std::size_t index) {
   const std::string at = "{lookups/" + std::to_string(index);
   const std::string answerer =
       at + "/answeredBy/name} at " + at + "/path}:" + at + "/answeredBy/line}";
@@ -49,16 +47,16 @@ cli::Fields fieldsOf(const device::ExplainedLookup& lookup, std::size_t index) {
            {"shadows", at + "/shadows:{name} (line {line})}"}}};
 }
 
-void addLookups(cli::Answer& answer, const std::vector<device::ExplainedLookup>& lookups) {
+void addLookups(Answer& answer, const std::vector<device::ExplainedLookup>& lookups) {
   for (const device::ExplainedLookup& lookup : lookups) {
-    answer.layout.emplace_back(cli::Line{""});
+    answer.layout.emplace_back(Line{""});
     answer.layout.emplace_back(fieldsOf(lookup, answer.value["lookups"].size()));
     answer.value["lookups"].push_back(jsonOf(lookup));
   }
 }
 
-cli::Answer answerOf(const device::Explanation& explanation) {
-  cli::Answer answer;
+Answer answerOf(const device::Explanation& explanation) {
+  Answer answer;
   answer.value = {{"what", explanation.what},
                   {"values", Json::array()},
                   {"copies", Json::array()},
@@ -73,69 +71,63 @@ cli::Answer answerOf(const device::Explanation& explanation) {
           "note: " + (copy.fault.find(copy.path) == 0 ? copy.fault : copy.path + " " + copy.fault));
   }
   answer.layout = {
-      cli::Line{"{what}"},
-      cli::Table{"values",
-                 {{"VALUE", "{name}"},
-                  {"MAIN", "{main}"},
-                  {"BACKUP", "{backup}"},
-                  {"DEFAULT", "{default}"},
-                  {"PERMITTED", "{permitted}"}}},
-      cli::Table{
-          "copies",
-          {{"COPY", "{copy}"}, {"STATE", "{state!}"}, {"FILE", "{path}"}, {"LINE", "{line}"}}}};
+      Line{"{what}"},
+      Table{"values",
+            {{"VALUE", "{name}"},
+             {"MAIN", "{main}"},
+             {"BACKUP", "{backup}"},
+             {"DEFAULT", "{default}"},
+             {"PERMITTED", "{permitted}"}}},
+      Table{"copies",
+            {{"COPY", "{copy}"}, {"STATE", "{state!}"}, {"FILE", "{path}"}, {"LINE", "{line}"}}}};
   addLookups(answer, explanation.lookups);
   return answer;
 }
 
-cli::Answer parameter(const cli::Arguments& arguments) {
+Answer parameter(const Arguments& arguments) {
   if (!arguments.given(kSection) || !arguments.given(kName))
     throw Refusal(Status::Usage,
                   "give SECTION NAME of a parameter, or 'card', 'preset' or 'session' and which");
   return answerOf(parameters::explainParameter(arguments.text(kSection), arguments.text(kName)));
 }
 
-cli::Answer card(const cli::Arguments& arguments) {
+Answer card(const Arguments& arguments) {
   return answerOf(network::explainCard(arguments.text(kCard), arguments.text(kField)));
 }
 
-cli::Answer preset(const cli::Arguments& arguments) {
+Answer preset(const Arguments& arguments) {
   return answerOf(presets::explainPreset(arguments.text(kPreset)));
 }
 
-cli::Answer session(const cli::Arguments& arguments) {
+Answer session(const Arguments& arguments) {
   return answerOf(document::explainSession(arguments.text(kKind), arguments.text(kId),
                                            arguments.given(kShowSecrets)));
 }
 
 }  // namespace
 
-cli::CommandGroup explainGroup() {
-  return {"Parameters",
-          {{"explain",
-            "Show a setting's value in every copy, its limits, and which element answers for it",
-            {{cli::Option::OptionalArgument, kSection, "Section of a parameter"},
-             {cli::Option::OptionalArgument, kName, "Its name, or the beginning of it"}},
-            parameter},
-           {"explain parameter",
-            "The same, for a section that is called like one of these commands",
-            {{cli::Option::Argument, kSection, "Section of the parameter"},
-             {cli::Option::Argument, kName, "Its name, or the beginning of it"}},
-            parameter},
-           {"explain card",
-            "Explain a network card, or one field of it",
-            {{cli::Option::Argument, kCard, "Name of the card"},
-             {cli::Option::OptionalArgument, kField, "Name of the field"}},
-            card},
-           {"explain preset",
-            "Explain a camera position",
-            {{cli::Option::Argument, kPreset, "An id, or a description"}},
-            preset},
-           {"explain session",
-            "Explain a stream source or cache, or a session of a live media service",
-            {{cli::Option::Argument, kKind, "source, cache, websocket, rtsp, rtmp, ndi or srt"},
-             {cli::Option::Argument, kId, "Its id; an RTSP session's name"},
-             {cli::Option::Flag, kShowSecrets, "Show passwords"}},
-            session}}};
+CommandGroup explainGroup() {
+  return {
+      "Parameters",
+      {command("explain",
+               "Show a setting's value in every copy, its limits, and which element answers for it",
+               parameter,
+               {{Option::OptionalArgument, kSection, "Section of a parameter"},
+                {Option::OptionalArgument, kName, "Its name, or the beginning of it"}}),
+       command("explain parameter",
+               "The same, for a section that is called like one of these commands", parameter,
+               {{Option::Argument, kSection, "Section of the parameter"},
+                {Option::Argument, kName, "Its name, or the beginning of it"}}),
+       command("explain card", "Explain a network card, or one field of it", card,
+               {{Option::Argument, kCard, "Name of the card"},
+                {Option::OptionalArgument, kField, "Name of the field"}}),
+       command("explain preset", "Explain a camera position", preset,
+               {{Option::Argument, kPreset, "An id, or a description"}}),
+       command("explain session",
+               "Explain a stream source or cache, or a session of a live media service", session,
+               {{Option::Argument, kKind, "source, cache, websocket, rtsp, rtmp, ndi or srt"},
+                {Option::Argument, kId, "Its id; an RTSP session's name"},
+                {Option::Flag, kShowSecrets, "Show passwords"}})}};
 }
 
 }  // namespace camcfg::tool::commands

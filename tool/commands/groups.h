@@ -1,30 +1,102 @@
 #ifndef CAMCFG_TOOL_COMMANDS_GROUPS_H
 #define CAMCFG_TOOL_COMMANDS_GROUPS_H
 
+#include <utility>
 #include <vector>
 
 #include "cli/command.h"
+#include "settings/setting.h"
 
 namespace camcfg::tool::commands {
 
+using cli::Answer;
+using cli::Arguments;
+using cli::CommandGroup;
+using cli::Fields;
+using cli::Line;
+using cli::oneOf;
+using cli::Option;
+using cli::Table;
+using cli::Verbatim;
+using Candidates = std::vector<cli::Candidate>;
+
+// Names that several commands give to what they take. What is in a place is completed by its
+// name, see addWords.
+constexpr char kCard[] = "CARD";
+constexpr char kField[] = "FIELD";
+constexpr char kFile[] = "FILE";
+constexpr char kId[] = "ID";
+constexpr char kKey[] = "KEY";
+constexpr char kKind[] = "KIND";
+constexpr char kLanguage[] = "LANGUAGE";
+constexpr char kName[] = "NAME";
+constexpr char kPreset[] = "PRESET";
+constexpr char kSection[] = "SECTION";
+constexpr char kSource[] = "SOURCE";
+constexpr char kValue[] = "VALUE";
+
+constexpr char kDryRun[] = "--dry-run";
+constexpr char kFactory[] = "--factory";
+constexpr char kForce[] = "--force";
+constexpr char kFormat[] = "--format";
+constexpr char kSectionOption[] = "--section";
+constexpr char kShowSecrets[] = "--show-secrets";
+
+/// A row of a group's table: what it is called, what it does, how, and what it takes.
+/// @param run  null: only a heading for those below it
+inline cli::Command command(const char* name, const char* help, Answer (*run)(const Arguments&),
+                            std::vector<Option> options = {}, Status whenRefused = Status::Refused,
+                            bool hidden = false) {
+  return {name, help, std::move(options), run, whenRefused, hidden};
+}
+
+// The words that the device has, for the completion of command lines. They throw a Refusal if the
+// device's files are unusable, and load nothing but the file that the words are in.
+
+/// The words that may be in the place of an argument or option of this name; null if nobody knows.
+cli::WordFinder wordsFor(const std::string& name);
+
+/// Gives those to the arguments and options that say nothing of their words.
+void addWords(std::vector<CommandGroup>& groups);
+
+/// For an argument that is named like another one, but whose words nobody knows.
+Candidates anyWord(const Arguments& before);
+Candidates presetIdWords(const Arguments& before);
+Candidates cacheIdWords(const Arguments& before);
+/// Sources that the cache ID given allows.
+Candidates allowedSourceWords(const Arguments& before);
+
+// Settings, by their descriptions.
+
+/// Settings by the ranks of their columns.
+settings::Settings byRank(settings::Settings settings);
+
+/// A table of the settings that are listed.
+Table columnsOf(const settings::Settings& settings);
+
+/// What help says of settings: names, permitted values, units and meanings, on indented lines.
+/// @param name  what a setting is called
+std::string membersHelp(const settings::Settings& settings,
+                        const char* (*name)(const settings::Setting& setting));
+
 // One function for each group, in the file of its name.
-cli::CommandGroup completeGroup();
-cli::CommandGroup exchangeGroup();
-cli::CommandGroup explainGroup();
-cli::CommandGroup filesGroup();
-cli::CommandGroup graphGroup();
-cli::CommandGroup helpGroup();
-cli::CommandGroup languageGroup();
-cli::CommandGroup lintGroup();
-cli::CommandGroup liveGroup();
-cli::CommandGroup networkGroup();
-cli::CommandGroup parametersGroup();
-cli::CommandGroup presetGroup();
-cli::CommandGroup streamGroup();
-cli::CommandGroup systemGroup();
+CommandGroup completeGroup();
+CommandGroup exchangeGroup();
+CommandGroup explainGroup();
+CommandGroup filesGroup();
+CommandGroup graphGroup();
+CommandGroup helpGroup();
+CommandGroup languageGroup();
+CommandGroup lintGroup();
+CommandGroup liveGroup();
+CommandGroup networkGroup();
+CommandGroup parametersGroup();
+CommandGroup presetGroup();
+CommandGroup streamGroup();
+CommandGroup systemGroup();
 
 /// All commands, in the order of the help text.
-std::vector<cli::CommandGroup> allGroups();
+std::vector<CommandGroup> allGroups();
 
 }  // namespace camcfg::tool::commands
 

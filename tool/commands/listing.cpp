@@ -1,10 +1,46 @@
-#include "commands/listing.h"
-
 #include <algorithm>
 
-#include "media/media.h"
+#include "commands/groups.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::commands {
+namespace {
+
+using settings::Kind;
+using settings::Setting;
+
+// Words, limits and unit, or what kind of value it is.
+std::string valueOf(const Setting& setting) {
+  const std::string permitted = setting.kind == Kind::Switch ? "" : settings::permittedFor(setting);
+  const std::string unit = setting.unit == nullptr ? "" : std::string(" ") + setting.unit;
+  if (!permitted.empty()) return permitted + unit;
+  switch (setting.kind) {
+    case Kind::Integer:
+    case Kind::Id:
+      return "number" + unit;
+    case Kind::Switch:
+    case Kind::Flag:
+      return "true, false";
+    case Kind::Ids:
+      return "list of ids";
+    case Kind::List:
+      return "list of";
+    default:
+      return "text";
+  }
+}
+
+void addRows(const settings::Settings& settings, const std::string& before,
+             const char* (*name)(const Setting&), Json& rows) {
+  for (const Setting& setting : settings) {
+    rows.push_back({{"name", before + name(setting)},
+                    {"value", valueOf(setting)},
+                    {"help", std::string(setting.help)}});
+    if (setting.kind == Kind::List) addRows(setting.inner->settings, before + "  ", name, rows);
+  }
+}
+
+}  // namespace
 
 settings::Settings byRank(settings::Settings settings) {
   std::stable_sort(settings.begin(), settings.end(),
@@ -12,19 +48,20 @@ settings::Settings byRank(settings::Settings settings) {
   return settings;
 }
 
-cli::Table columnsOf(const settings::Settings& settings) {
-  cli::Table table;
+Table columnsOf(const settings::Settings& settings) {
+  Table table;
   for (const settings::Setting& setting : byRank(settings))
     if (setting.column.heading != nullptr)
       table.columns.push_back({setting.column.heading, setting.column.cell});
   return table;
 }
 
-cli::Answer listingOf(const settings::Table& table, bool showSecrets) {
-  cli::Answer answer;
-  answer.value = media::shownEntries(table, showSecrets);
-  answer.layout = {columnsOf(table.settings)};
-  return answer;
+std::string membersHelp(const settings::Settings& settings,
+                        const char* (*name)(const Setting& setting)) {
+  Answer answer(Json::array(), {cli::Lines{}});
+  addRows(settings, "  ", name, answer.value);
+  answer.layout = {Table{"", {{"  NAME", "{name}"}, {"VALUE", "{value}"}, {"MEANING", "{help}"}}}};
+  return renderText(answer);
 }
 
 }  // namespace camcfg::tool::commands

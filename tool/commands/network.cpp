@@ -3,10 +3,7 @@
 #include <camcfg/network.h>
 
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "commands/groups.h"
-#include "commands/options.h"
-#include "commands/words.h"
 #include "settings/network.h"
 #include "settings/value.h"
 
@@ -36,7 +33,7 @@ Json recordOf(XMLElement& card, bool listed) {
 }
 
 // What the library's list lacks.
-void tellUnlisted(cli::Answer& answer, const tagNETWORK_CARDS_S& cards) {
+void tellUnlisted(Answer& answer, const tagNETWORK_CARDS_S& cards) {
   std::vector<std::string> unlisted;
   std::size_t index = 0;
   for (const Json& record : answer.value) {
@@ -53,27 +50,27 @@ void tellUnlisted(cli::Answer& answer, const tagNETWORK_CARDS_S& cards) {
                            joined(unlisted));
 }
 
-cli::Answer cards(const cli::Arguments& /*arguments*/) {
+Answer cards(const Arguments& /*arguments*/) {
   const network::Network network;
   tagNETWORK_CARDS_S listed{};
   if (CFG_NETWORK_GetCards(&listed) != 0) throw Refusal("the library cannot list the cards");
-  cli::Answer answer;
+  Answer answer;
   answer.value = Json::array();
   for (XMLElement* card : network.cards())
     answer.value.push_back(
         recordOf(*card, static_cast<int>(answer.value.size()) < listed.s32Count));
-  answer.layout = {cli::Table{"",
-                              {{"CARD", "{card}"},
-                               {"INTERFACE", "{interface}"},
-                               {"ENABLE", "{enable}"},
-                               {"IPMODE", "{ipMode}"},
-                               {"IPADDR", "{ipAddr}"}}}};
+  answer.layout = {Table{"",
+                         {{"CARD", "{card}"},
+                          {"INTERFACE", "{interface}"},
+                          {"ENABLE", "{enable}"},
+                          {"IPMODE", "{ipMode}"},
+                          {"IPADDR", "{ipAddr}"}}}};
   tellUnlisted(answer, listed);
   return answer;
 }
 
 // Values that applications read differently from what is in the file.
-void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
+void tellMisread(Answer& answer, const XMLElement& card, bool factory) {
   tagNETWORK_CFG_S record{};
   const std::string name = card.Value();
   (factory ? CFG_NETWORK_GetAllParamDef : CFG_NETWORK_GetAllParamCur)(device::argument(name),
@@ -90,13 +87,13 @@ void tellMisread(cli::Answer& answer, const XMLElement& card, bool factory) {
   }
 }
 
-cli::Answer show(const cli::Arguments& arguments) {
+Answer show(const Arguments& arguments) {
   const bool factory = arguments.given(kFactory);
   const network::Network network;
   XMLElement& card = network.require(arguments.text(kCard));
-  cli::Answer answer;
+  Answer answer;
   answer.value = {{"card", card.Value()}, {"factory", factory}};
-  cli::Fields fields;
+  Fields fields;
   for (const settings::Setting& setting : settings::cardSettings()) {
     const char* name = settings::elementOf(setting);
     answer.value["fields"][name] =
@@ -114,60 +111,60 @@ cli::Answer show(const cli::Arguments& arguments) {
   return answer;
 }
 
-cli::Answer set(const cli::Arguments& arguments) {
-  return cli::Answer(network::setNetworkField(arguments.text(kCard), arguments.text(kField),
-                                              arguments.text(kValue), arguments.given(kForce)),
-                     {cli::Line{"{card}/{field}: {before} -> {value}"}});
+Answer set(const Arguments& arguments) {
+  return Answer(network::setNetworkField(arguments.text(kCard), arguments.text(kField),
+                                         arguments.text(kValue), arguments.given(kForce)),
+                {Line{"{card}/{field}: {before} -> {value}"}});
 }
 
-cli::Answer reset(const cli::Arguments& arguments) {
-  cli::Answer answer(network::resetCard(arguments.text(kCard)));
+Answer reset(const Arguments& arguments) {
+  Answer answer(network::resetCard(arguments.text(kCard)));
   if (answer.value["changed"].empty())
-    answer.layout = {cli::Line{"{card}: it has its factory values already"}};
+    answer.layout = {Line{"{card}: it has its factory values already"}};
   else
-    answer.layout = {
-        cli::Table{"changed", {{"FIELD", "{field}"}, {"VALUE", "{before}", "{value}"}}}};
+    answer.layout = {Table{"changed", {{"FIELD", "{field}"}, {"VALUE", "{before}", "{value}"}}}};
   return answer;
 }
 
-cli::Answer hostname(const cli::Arguments& arguments) {
+Answer hostname(const Arguments& arguments) {
   if (arguments.given(kName))
-    return cli::Answer(network::setHostname(arguments.text(kName), arguments.given(kForce)),
-                       {cli::Line{"hostname: {before} -> {hostname}"}});
+    return Answer(network::setHostname(arguments.text(kName), arguments.given(kForce)),
+                  {Line{"hostname: {before} -> {hostname}"}});
   const network::Network network;
-  cli::Answer answer;
+  Answer answer;
   answer.value["hostname"] = network::attributeOf(&network.section(), "Hostname");
   if (answer.value["hostname"].is_null()) throw Refusal("no host name is set");
-  answer.layout = {cli::Line{"{hostname}"}};
+  answer.layout = {Line{"{hostname}"}};
   return answer;
 }
 
-const cli::Option kWholeCard{cli::Option::Argument, kCard, "Whole name of a card"};
+const Option kWholeCard{Option::Argument, kCard, "Whole name of a card"};
+
+std::string fieldsHelp() {
+  return "Fields of a card:\n" + membersHelp(settings::cardSettings(), settings::elementOf);
+}
 
 }  // namespace
 
-cli::CommandGroup networkGroup() {
-  return {"Network",
-          {{"network", "Show and change the network cards and the host name", {}, nullptr},
-           {"network cards", "List the cards", {}, cards},
-           {"network show",
-            "Show the settings of a card",
-            {kWholeCard, {cli::Option::Flag, kFactory, "Show the factory values"}},
-            show},
-           {"network set",
-            "Set one field of a card",
-            {kWholeCard,
-             {cli::Option::Argument, kField, "A field as 'network show' names it"},
-             {cli::Option::Argument, kValue, "A word, a number, an address or a text"},
-             {cli::Option::Flag, kForce, "Store a text or MTU that a card cannot use"}},
-            set},
-           {"network reset", "Put the factory values of a card back", {kWholeCard}, reset},
-           {"network hostname",
-            "Show or set the host name",
-            {{cli::Option::OptionalArgument, kName, "The new name; without it the name is shown",
-              anyWord},
-             {cli::Option::Flag, kForce, "Store a text that is no host name"}},
-            hostname}}};
+CommandGroup networkGroup() {
+  CommandGroup group{
+      "Network",
+      {command("network", "Show and change the network cards and the host name", nullptr),
+       command("network cards", "List the cards", cards),
+       command("network show", "Show the settings of a card", show,
+               {kWholeCard, {Option::Flag, kFactory, "Show the factory values"}}),
+       command("network set", "Set one field of a card", set,
+               {kWholeCard,
+                {Option::Argument, kField, "A field as 'network show' names it"},
+                {Option::Argument, kValue, "A word, a number, an address or a text"},
+                {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}}),
+       command("network reset", "Put the factory values of a card back", reset, {kWholeCard}),
+       command("network hostname", "Show or set the host name", hostname,
+               {{Option::OptionalArgument, kName, "The new name; without it the name is shown",
+                 anyWord},
+                {Option::Flag, kForce, "Store a text that is no host name"}})}};
+  for (const std::size_t command : {0, 3}) group.commands[command].details = fieldsHelp;
+  return group;
 }
 
 }  // namespace camcfg::tool::commands

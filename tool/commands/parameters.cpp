@@ -1,9 +1,7 @@
 #include "parameters/parameter.h"
 
-#include "base/refusal.h"
-#include "base/spelling.h"
+#include "base/plain_text.h"
 #include "commands/groups.h"
-#include "commands/options.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -24,28 +22,27 @@ bool isSame(const std::optional<parameters::Parameter>& found,
   return found && found->element == parameter.element;
 }
 
-cli::Answer list(const cli::Arguments& arguments) {
+Answer list(const Arguments& arguments) {
   const parameters::Parameters parameters;
-  cli::Answer answer;
+  Answer answer;
   answer.value = Json::array();
   for (const parameters::Parameter& parameter :
        arguments.given(kSection) ? parameters.in(arguments.text(kSection)) : parameters.all())
     answer.value.push_back(recordOf(parameter));
-  answer.layout = {
-      cli::Table{"", {{"SECTION", "{section}"}, {"NAME", "{name}"}, {"VALUE", "{value}"}}}};
+  answer.layout = {Table{"", {{"SECTION", "{section}"}, {"NAME", "{name}"}, {"VALUE", "{value}"}}}};
   return answer;
 }
 
-cli::Answer get(const cli::Arguments& arguments) {
+Answer get(const Arguments& arguments) {
   const parameters::Parameters parameters;
   const parameters::Parameter parameter =
       parameters.require(arguments.text(kSection), arguments.text(kName));
   if (parameter.text("Cur") == nullptr)
     throw Refusal(parameter.path() + ": it has no current value");
 
-  cli::Answer answer;
+  Answer answer;
   answer.value = recordOf(parameter);
-  answer.layout = {cli::Line{"{value}"}};
+  answer.layout = {Line{"{value}"}};
   const auto found = parameters.lookup(parameter.section, parameter.name);
   answer.value["answeredBy"] = pathOrNull(found);
   if (!isSame(found, parameter))
@@ -55,10 +52,10 @@ cli::Answer get(const cli::Arguments& arguments) {
   return answer;
 }
 
-cli::Answer set(const cli::Arguments& arguments) {
-  return cli::Answer(parameters::setParameter(arguments.text(kSection), arguments.text(kName),
-                                              arguments.text(kValue), arguments.given(kForce)),
-                     {cli::Line{"{section}/{name}: {before} -> {value}"}});
+Answer set(const Arguments& arguments) {
+  return Answer(parameters::setParameter(arguments.text(kSection), arguments.text(kName),
+                                         arguments.text(kValue), arguments.given(kForce)),
+                {Line{"{section}/{name}: {before} -> {value}"}});
 }
 
 // All parameters of exactly this name, first the one that the library finds without a section.
@@ -88,17 +85,17 @@ std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
                                {"current", "{value}"},
                                {"answered by", "{answeredBy}"},
                                {"also in", "{alsoIn}"}});
-  return {cli::Fields{fields}};
+  return {Fields{fields}};
 }
 
-cli::Answer describe(const cli::Arguments& arguments) {
+Answer describe(const Arguments& arguments) {
   const std::string name = arguments.text(kName);
   const parameters::Parameters parameters;
   const auto found = parameters.lookup(name);
   const std::vector<parameters::Parameter> named = requireNamed(parameters, name, found);
   const parameters::Parameter& parameter = named.front();
 
-  cli::Answer answer;
+  Answer answer;
   answer.value = recordOf(parameter);
   answer.value["default"] = parameter.value("Def");
   answer.value["min"] = parameter.value("Min");
@@ -112,28 +109,23 @@ cli::Answer describe(const cli::Arguments& arguments) {
   return answer;
 }
 
-const cli::Option kOfSection{cli::Option::Argument, kSection, "Section of the parameter"};
-const cli::Option kWholeName{cli::Option::Argument, kName,
-                             "Whole name; PARENT/NAME for one inside another"};
+const Option kOfSection{Option::Argument, kSection, "Section of the parameter"};
+const Option kWholeName{Option::Argument, kName, "Whole name; PARENT/NAME for one inside another"};
 
 }  // namespace
 
-cli::CommandGroup parametersGroup() {
-  return {
-      "Parameters",
-      {{"list",
-        "List the parameters and their current values",
-        {{cli::Option::OptionalArgument, kSection, "Only this section"}},
-        list},
-       {"get", "Print the current value of a parameter", {kOfSection, kWholeName}, get},
-       {"set",
-        "Set a parameter and save it with its backup",
-        {kOfSection,
-         kWholeName,
-         {cli::Option::Argument, kValue, "An integer within the range, or an allowed text"},
-         {cli::Option::Flag, kForce, "Set a text that is only a part of an allowed one"}},
-        set},
-       {"describe", "Show a parameter's type, limits, default and value", {kWholeName}, describe}}};
+CommandGroup parametersGroup() {
+  return {"Parameters",
+          {command("list", "List the parameters and their current values", list,
+                   {{Option::OptionalArgument, kSection, "Only this section"}}),
+           command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
+           command("set", "Set a parameter and save it with its backup", set,
+                   {kOfSection,
+                    kWholeName,
+                    {Option::Argument, kValue, "An integer within the range, or an allowed text"},
+                    {Option::Flag, kForce, "Set a text that is only a part of an allowed one"}}),
+           command("describe", "Show a parameter's type, limits, default and value", describe,
+                   {kWholeName})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -4,14 +4,9 @@
 
 #include <algorithm>
 
-#include "base/decimal.h"
 #include "base/library_log.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "commands/groups.h"
-#include "commands/listing.h"
-#include "commands/options.h"
-#include "commands/words.h"
 #include "settings/presets.h"
 #include "settings/value.h"
 
@@ -23,7 +18,7 @@ using settings::Setting;
 constexpr std::size_t kFaultsTold = 20;
 constexpr std::size_t kSeenById = 32;  // bytes from which a query by id keeps a description back
 
-void addNote(cli::Answer& answer, const std::string& note) {
+void addNote(Answer& answer, const std::string& note) {
   if (!note.empty()) answer.notes.push_back(note);
 }
 
@@ -31,19 +26,18 @@ const Setting& idSetting() {
   return settings::presetSettings().front();
 }
 
-cli::Answer list(const cli::Arguments& /*arguments*/) {
-  return cli::Answer(Outcome{presets::Presets().json(), {}},
-                     {columnsOf(settings::presetSettings())});
+Answer list(const Arguments& /*arguments*/) {
+  return Answer(Outcome{presets::Presets().json(), {}}, {columnsOf(settings::presetSettings())});
 }
 
-cli::Answer get(const cli::Arguments& arguments) {
+Answer get(const Arguments& arguments) {
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
-  cli::Fields fields;
+  Fields fields;
   for (const Setting& setting : settings::presetSettings())
     fields.fields.push_back(
         {setting.label == nullptr ? setting.member : setting.label, setting.column.cell});
-  cli::Answer answer(Outcome{preset.values, {}}, {fields});
+  Answer answer(Outcome{preset.values, {}}, {fields});
   addNote(answer, presets.shadowOf(preset));
   return answer;
 }
@@ -63,7 +57,7 @@ int requireId(const std::string& text) {
 }
 
 // What lookups make of a description that was just stored.
-void tellHazards(cli::Answer& answer, int id) {
+void tellHazards(Answer& answer, int id) {
   const presets::Presets presets;
   const presets::Preset* preset = presets.lookup(id);
   if (preset == nullptr) return;
@@ -76,19 +70,19 @@ void tellHazards(cli::Answer& answer, int id) {
 
 std::vector<cli::Block> changesOf(const Json& stored) {
   const Json& before = stored["before"];
-  if (before.is_null()) return {cli::Line{"preset {id}: created"}};
+  if (before.is_null()) return {Line{"preset {id}: created"}};
   std::vector<cli::Block> lines;
   for (const auto& [name, was] : before.items()) {
     if (stored.at(name) == was) continue;
     std::string line = "preset {id}: ";
     line.append(name).append(" {before/").append(name).append("} -> {").append(name).append("}");
-    lines.emplace_back(cli::Line{line});
+    lines.emplace_back(Line{line});
   }
-  if (lines.empty()) lines.emplace_back(cli::Line{"preset {id}: unchanged"});
+  if (lines.empty()) lines.emplace_back(Line{"preset {id}: unchanged"});
   return lines;
 }
 
-cli::Answer store(const cli::Arguments& arguments, int id) {
+Answer store(const Arguments& arguments, int id) {
   presets::Values given = presets::noValues();
   given[settings::kPresetId] = id;
   for (const Setting& setting : settings::presetSettings()) {
@@ -97,13 +91,13 @@ cli::Answer store(const cli::Arguments& arguments, int id) {
     given[setting.member] =
         setting.kind == settings::Kind::Text ? Json(text) : requireNumber(setting, text);
   }
-  cli::Answer answer(Outcome{presets::storePreset(given), {}});
+  Answer answer(Outcome{presets::storePreset(given), {}});
   answer.layout = changesOf(answer.value);
   if (!given[settings::kPresetDescription].is_null()) tellHazards(answer, id);
   return answer;
 }
 
-cli::Answer set(const cli::Arguments& arguments) {
+Answer set(const Arguments& arguments) {
   return store(arguments, requireId(arguments.text(kId)));
 }
 
@@ -120,17 +114,17 @@ int requireUnusedId() {
   return id;
 }
 
-cli::Answer add(const cli::Arguments& arguments) {
+Answer add(const Arguments& arguments) {
   const presets::Presets usable;
-  cli::Answer answer = store(arguments, requireUnusedId());
-  answer.layout = {cli::Line{"{id}"}};
+  Answer answer = store(arguments, requireUnusedId());
+  answer.layout = {Line{"{id}"}};
   return answer;
 }
 
-cli::Answer remove(const cli::Arguments& arguments) {
+Answer remove(const Arguments& arguments) {
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
-  cli::Answer answer(Outcome{preset.values, {}}, {cli::Line{"{label}: deleted"}});
+  Answer answer(Outcome{preset.values, {}}, {Line{"{label}: deleted"}});
   answer.value["label"] = preset.label();
   addNote(answer, presets.shadowOf(preset));
   presets::deletePreset(presets, preset);
@@ -138,21 +132,21 @@ cli::Answer remove(const cli::Arguments& arguments) {
 }
 
 cli::Block exportedAs(const std::string& format, const presets::Presets& presets) {
-  if (format == "csv") return cli::Verbatim{presets::presetsAsCsv(presets.all())};
+  if (format == "csv") return Verbatim{presets::presetsAsCsv(presets.all())};
   if (format == "json") return cli::WholeValue{};
   throw Refusal(Status::Usage, std::string(kFormat) + ": '" + format + "' is neither csv nor json");
 }
 
-cli::Answer exportAll(const cli::Arguments& arguments) {
+Answer exportAll(const Arguments& arguments) {
   const std::string format = arguments.given(kFormat) ? arguments.text(kFormat) : "csv";
   const presets::Presets presets;
-  cli::Answer answer(Outcome{presets.json(), {}}, {exportedAs(format, presets)});
+  Answer answer(Outcome{presets.json(), {}}, {exportedAs(format, presets)});
   for (const std::string& fault : presets::faultsOf(presets.all()))
     answer.notes.push_back("note: an import will refuse " + fault);
   return answer;
 }
 
-void tellFaults(cli::Answer& answer, const Json& faults) {
+void tellFaults(Answer& answer, const Json& faults) {
   for (const Json& fault : faults)
     if (answer.notes.size() < kFaultsTold) answer.notes.push_back(fault.text());
   const std::size_t more = faults.size() - answer.notes.size();
@@ -160,47 +154,45 @@ void tellFaults(cli::Answer& answer, const Json& faults) {
                          (more == 0 ? "" : " (" + std::to_string(more) + " more faults)"));
 }
 
-cli::Answer importAll(const cli::Arguments& arguments) {
-  cli::Answer answer(presets::importPresets(arguments.text(kFile), arguments.given(kDryRun)));
+Answer importAll(const Arguments& arguments) {
+  Answer answer(presets::importPresets(arguments.text(kFile), arguments.given(kDryRun)));
   if (answer.status == Status::Refused)
     tellFaults(answer, answer.value["faults"]);
   else
-    answer.layout = {cli::Fields{
-        {{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
+    answer.layout = {
+        Fields{{{"created", "{created}"}, {"updated", "{updated}"}, {"unchanged", "{unchanged}"}}}};
   return answer;
 }
 
-std::vector<cli::Option> withValues(std::vector<cli::Option> options) {
+std::vector<Option> withValues(std::vector<Option> options) {
   for (const Setting& setting : byRank(settings::presetSettings()))
-    if (setting.option != nullptr)
-      options.push_back({cli::Option::Value, setting.option, setting.help});
+    if (setting.option != nullptr) options.push_back({Option::Value, setting.option, setting.help});
   return options;
 }
 
-const cli::Option kOnePreset{cli::Option::Argument, kPreset, "An id, or a whole description"};
+const Option kOnePreset{Option::Argument, kPreset, "An id, or a whole description"};
 
 }  // namespace
 
-cli::CommandGroup presetGroup() {
-  const cli::Option id{cli::Option::Argument, kId, idSetting().help, presetIdWords};
+CommandGroup presetGroup() {
+  const Option id{Option::Argument, kId, idSetting().help, presetIdWords};
   return {
       "Camera positions",
-      {{"preset", "List, change, import and export camera positions", {}, nullptr},
-       {"preset list", "List the presets", {}, list},
-       {"preset get", "Show a preset", {kOnePreset}, get},
-       {"preset set", "Change what is given of a preset, or create it", withValues({id}), set},
-       {"preset add", "Create a preset under the next free id and print the id", withValues({}),
-        add},
-       {"preset delete", "Delete a preset", {kOnePreset}, remove},
-       {"preset export",
-        "Print all presets for an import",
-        {{cli::Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}},
-        exportAll},
-       {"preset import",
-        "Create and change presets from a CSV or JSON file, all or none",
-        {{cli::Option::HostFile, kFile, "File as 'preset export' prints it; - is standard input"},
-         {cli::Option::Flag, kDryRun, "Only show what would be done"}},
-        importAll}}};
+      {command("preset", "List, change, import and export camera positions", nullptr),
+       command("preset list", "List the presets", list),
+       command("preset get", "Show a preset", get, {kOnePreset}),
+       command("preset set", "Change what is given of a preset, or create it", set,
+               withValues({id})),
+       command("preset add", "Create a preset under the next free id and print the id", add,
+               withValues({})),
+       command("preset delete", "Delete a preset", remove, {kOnePreset}),
+       command(
+           "preset export", "Print all presets for an import", exportAll,
+           {{Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}}),
+       command("preset import", "Create and change presets from a CSV or JSON file, all or none",
+               importAll,
+               {{Option::HostFile, kFile, "File as 'preset export' prints it; - is standard input"},
+                {Option::Flag, kDryRun, "Only show what would be done"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -1,10 +1,10 @@
 #include <camcfg/params.h>
 
+#include <algorithm>
 #include <limits>
 
-#include "base/refusal.h"
+#include "base/plain_text.h"
 #include "commands/groups.h"
-#include "commands/options.h"
 #include "device/files.h"
 #include "parameters/parameter.h"
 
@@ -55,55 +55,83 @@ Json languageOrNull() {
   return CFG_SYSTEM_GetLanguage(language) == 0 ? Json(language) : Json();
 }
 
-cli::Answer system(const cli::Arguments& /*arguments*/) {
+Answer system(const Arguments& /*arguments*/) {
   device::requireDocument(CFG_FILE_BUSINESS);
   char name[CFG_TXT_CUR_SIZE] = {};
   char model[CFG_TXT_CUR_SIZE] = {};
   const bool named = CFG_SYSTEM_GetDeviceName(name, model) == 0;
 
-  cli::Answer answer;
+  Answer answer;
   answer.value["name"] = named ? Json(name) : Json();
   answer.value["model"] = named ? Json(model) : Json();
   answer.value["language"] = languageOrNull();
   for (const Port& port : kPorts) answer.value["ports"][port.name] = portOrNull(port);
-  answer.layout = {cli::Fields{{{"name", "{name}"},
-                                {"model", "{model}"},
-                                {"language", "{language}"},
-                                {"HTTP port", "{ports/http}"},
-                                {"HTTPS port", "{ports/https}"},
-                                {"RTSP port", "{ports/rtsp}"},
-                                {"RTSP over HTTP port", "{ports/rtspOverHttp}"}}}};
+  answer.layout = {Fields{{{"name", "{name}"},
+                           {"model", "{model}"},
+                           {"language", "{language}"},
+                           {"HTTP port", "{ports/http}"},
+                           {"HTTPS port", "{ports/https}"},
+                           {"RTSP port", "{ports/rtsp}"},
+                           {"RTSP over HTTP port", "{ports/rtspOverHttp}"}}}};
   return answer;
 }
 
-cli::Answer showPort(const Port& port) {
+Answer showPort(const Port& port) {
   device::requireDocument(CFG_FILE_BUSINESS);
   const Json number = portOrNull(port);
   const std::string path = std::string(kSystem) + "/" + port.parameter;
   if (number.is_null()) throw Refusal(path + ": no port is set there");
-  return {Json{{"port", port.name}, {"parameter", path}, {"value", number}},
-          {cli::Line{"{value}"}}};
+  return {Json{{"port", port.name}, {"parameter", path}, {"value", number}}, {Line{"{value}"}}};
 }
 
 cli::Command commandFor(const Port& port) {
   return {port.command,
           port.help,
-          {{cli::Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
-          [&port](const cli::Arguments& arguments) {
+          {{Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
+          [&port](const Arguments& arguments) {
             if (!arguments.given(kPort)) return showPort(port);
-            return cli::Answer(
+            return Answer(
                 parameters::setParameter(kSystem, port.parameter, arguments.text(kPort), false),
-                {cli::Line{"{section}/{name}: {before} -> {value}"}});
+                {Line{"{section}/{name}: {before} -> {value}"}});
           }};
+}
+
+// The library leaves the buffer alone when there is no such key, and otherwise writes a text with
+// its terminator into it: one without any terminator was left alone.
+bool findText(const std::string& language, const std::string& key, std::string& text) {
+  std::vector<char> buffer(CFG_LANG_TEXT_SIZE, '?');
+  if (CFG_LANG_GetString(device::argument(language), device::argument(key), buffer.data()) != 0)
+    return false;
+  const auto end = std::find(buffer.begin(), buffer.end(), '\0');
+  text.assign(buffer.begin(), end);
+  return end != buffer.end();
+}
+
+Answer lang(const Arguments& arguments) {
+  const std::string language = arguments.text(kLanguage);
+  const std::string key = arguments.text(kKey);
+  const device::Document texts = device::requireTexts(language);
+  std::string text;
+  if (!findText(language, key, text))
+    throw Refusal(language + " has no text '" + key + "'" +
+                  didYouMean(key, device::keysOf(*texts)));
+  return {Json{{"language", language}, {"key", key}, {"text", text}}, {Line{"{text}"}}};
 }
 
 }  // namespace
 
-cli::CommandGroup systemGroup() {
-  cli::CommandGroup group{"System", {}};
+CommandGroup systemGroup() {
+  CommandGroup group{"System", {}};
   group.commands.push_back({"system", "Show the device's name, language and ports", {}, system});
   for (const Port& port : kPorts) group.commands.push_back(commandFor(port));
   return group;
+}
+
+CommandGroup languageGroup() {
+  return {"Texts",
+          {command("lang", "Print a translated text", lang,
+                   {{Option::Argument, kLanguage, "Name of a language file, without .xml"},
+                    {Option::Argument, kKey, "Key of the text"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -1,11 +1,9 @@
-#include "commands/words.h"
+#include "commands/groups.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
-#include "base/decimal.h"
-#include "commands/options.h"
+#include "base/plain_text.h"
 #include "device/files.h"
 #include "document/exchange.h"
 #include "media/stream_cache.h"
@@ -40,59 +38,28 @@ Candidates entryWords(const settings::Table& table) {
   });
 }
 
+Candidates sectionWords(const Arguments& /*before*/) {
+  return plain(parameters::Parameters().sections());
+}
+
 // Sections of parameters, and what is exported by itself.
-Candidates wholeSectionWords(const cli::Arguments& before) {
+Candidates wholeSectionWords(const Arguments& before) {
   Candidates candidates = sectionWords(before);
   for (const std::string& name : document::exportNames()) candidates.push_back({name});
   return candidates;
 }
 
-struct Meaning {
-  const char* name;  ///< of an argument
-  Candidates (*words)(const cli::Arguments& before);
-};
-constexpr Meaning kMeanings[] = {
-    {kSection, sectionWords},   {kName, parameterWords},  {kValue, valueWords},
-    {kCard, cardWords},         {kField, cardFieldWords}, {kPreset, presetWords},
-    {kKind, mediaKindWords},    {kId, mediaIdWords},      {kSource, sourceIdWords},
-    {kLanguage, languageWords}, {kKey, textKeyWords},     {kSectionOption, wholeSectionWords}};
-
-}  // namespace
-
-void addWords(std::vector<cli::CommandGroup>& groups) {
-  for (cli::CommandGroup& group : groups)
-    for (cli::Command& command : group.commands)
-      for (cli::Option& option : command.options)
-        for (const Meaning& meaning : kMeanings)
-          if (!option.words && option.kind != cli::Option::Flag &&
-              std::strcmp(option.name, meaning.name) == 0)
-            option.words = meaning.words;
-}
-
-Candidates anyWord(const cli::Arguments& /*before*/) {
-  return {};
-}
-
-cli::WordFinder oneOf(std::vector<const char*> words) {
-  return [words = std::move(words)](const cli::Arguments& /*before*/) { return plain(words); };
-}
-
-Candidates sectionWords(const cli::Arguments& /*before*/) {
-  return plain(parameters::Parameters().sections());
-}
-
-Candidates parameterWords(const cli::Arguments& before) {
+Candidates parameterWords(const Arguments& before) {
   const parameters::Parameters parameters;
-  Candidates candidates;
-  for (const parameters::Parameter& parameter :
-       before.given(kSection) ? parameters.in(before.text(kSection)) : parameters.all()) {
-    const char* current = parameter.text("Cur");
-    candidates.push_back({parameter.name, current == nullptr ? "" : current});
-  }
-  return candidates;
+  const bool isGiven = before.given(kSection);
+  return forEach(isGiven ? parameters.in(before.text(kSection)) : parameters.all(),
+                 [](const parameters::Parameter& parameter) {
+                   const char* current = parameter.text("Cur");
+                   return cli::Candidate{parameter.name, current == nullptr ? "" : current};
+                 });
 }
 
-Candidates valueWords(const cli::Arguments& before) {
+Candidates valueWords(const Arguments& before) {
   if (before.given(kField))
     return plain(settings::wordsOf(settings::requireCardSetting(before.text(kField))));
   if (!before.given(kSection) || !before.given(kName)) return {};
@@ -100,7 +67,7 @@ Candidates valueWords(const cli::Arguments& before) {
   return plain(parameters.require(before.text(kSection), before.text(kName)).form().options());
 }
 
-Candidates cardWords(const cli::Arguments& /*before*/) {
+Candidates cardWords(const Arguments& /*before*/) {
   const network::Network network;
   Candidates candidates;
   for (tinyxml2::XMLElement* card : network.cards()) {
@@ -110,21 +77,62 @@ Candidates cardWords(const cli::Arguments& /*before*/) {
   return candidates;
 }
 
-Candidates cardFieldWords(const cli::Arguments& /*before*/) {
-  Candidates candidates;
-  for (const settings::Setting& setting : settings::cardSettings())
-    candidates.push_back({settings::elementOf(setting), setting.help});
-  return candidates;
+Candidates cardFieldWords(const Arguments& /*before*/) {
+  return forEach(settings::cardSettings(), [](const settings::Setting& setting) {
+    return cli::Candidate{settings::elementOf(setting), setting.help};
+  });
 }
 
-Candidates presetWords(const cli::Arguments& before) {
+Candidates presetWords(const Arguments& before) {
   Candidates candidates = presetIdWords(before);
   const Candidates ids = candidates;
   for (const cli::Candidate& preset : ids) candidates.push_back({preset.help});
   return candidates;
 }
 
-Candidates presetIdWords(const cli::Arguments& /*before*/) {
+Candidates sourceIdWords(const Arguments& /*before*/) {
+  return entryWords(settings::streamSources());
+}
+
+Candidates mediaKindWords(const Arguments& /*before*/) {
+  return forEach(settings::mediaTables(),
+                 [](const settings::Table* table) { return cli::Candidate{table->word}; });
+}
+
+Candidates mediaIdWords(const Arguments& before) {
+  for (const settings::Table* table : settings::mediaTables())
+    if (before.text(kKind) == table->word) return entryWords(*table);
+  return {};
+}
+
+Candidates languageWords(const Arguments& /*before*/) {
+  return plain(device::languages());
+}
+
+Candidates textKeyWords(const Arguments& before) {
+  return plain(device::keysOf(*device::requireTexts(before.text(kLanguage))));
+}
+
+// What is in a place, by its name.
+constexpr std::pair<std::string_view, Candidates (*)(const Arguments&)> kMeanings[] = {
+    {kSection, sectionWords},   {kName, parameterWords},  {kValue, valueWords},
+    {kCard, cardWords},         {kField, cardFieldWords}, {kPreset, presetWords},
+    {kKind, mediaKindWords},    {kId, mediaIdWords},      {kSource, sourceIdWords},
+    {kLanguage, languageWords}, {kKey, textKeyWords},     {kSectionOption, wholeSectionWords}};
+
+}  // namespace
+
+cli::WordFinder wordsFor(const std::string& name) {
+  for (const auto& [meant, words] : kMeanings)
+    if (name == meant) return words;
+  return nullptr;
+}
+
+Candidates anyWord(const Arguments& /*before*/) {
+  return {};
+}
+
+Candidates presetIdWords(const Arguments& /*before*/) {
   const presets::Presets presets;
   Candidates candidates;
   for (const presets::Preset& preset : presets.all())
@@ -133,15 +141,11 @@ Candidates presetIdWords(const cli::Arguments& /*before*/) {
   return candidates;
 }
 
-Candidates sourceIdWords(const cli::Arguments& /*before*/) {
-  return entryWords(settings::streamSources());
-}
-
-Candidates cacheIdWords(const cli::Arguments& /*before*/) {
+Candidates cacheIdWords(const Arguments& /*before*/) {
   return entryWords(settings::streamCaches());
 }
 
-Candidates allowedSourceWords(const cli::Arguments& before) {
+Candidates allowedSourceWords(const Arguments& before) {
   Candidates candidates = sourceIdWords(before);
   const auto id = decimal(before.text(kId));
   for (const media::CacheEntry& cache : media::readCaches()) {
@@ -155,23 +159,20 @@ Candidates allowedSourceWords(const cli::Arguments& before) {
   return candidates;
 }
 
-Candidates mediaKindWords(const cli::Arguments& /*before*/) {
-  return forEach(settings::mediaTables(),
-                 [](const settings::Table* table) { return cli::Candidate{table->word}; });
+void addWords(std::vector<CommandGroup>& groups) {
+  for (CommandGroup& group : groups)
+    for (cli::Command& command : group.commands)
+      for (Option& option : command.options)
+        if (!option.words && option.kind != Option::Flag) option.words = wordsFor(option.name);
 }
 
-Candidates mediaIdWords(const cli::Arguments& before) {
-  for (const settings::Table* table : settings::mediaTables())
-    if (before.text(kKind) == table->word) return entryWords(*table);
-  return {};
-}
-
-Candidates languageWords(const cli::Arguments& /*before*/) {
-  return plain(device::languages());
-}
-
-Candidates textKeyWords(const cli::Arguments& before) {
-  return plain(device::keysOf(*device::requireTexts(before.text(kLanguage))));
+std::vector<CommandGroup> allGroups() {
+  std::vector<CommandGroup> groups = {
+      filesGroup(),    lintGroup(),     parametersGroup(), explainGroup(), systemGroup(),
+      networkGroup(),  presetGroup(),   streamGroup(),     liveGroup(),    graphGroup(),
+      exchangeGroup(), languageGroup(), helpGroup(),       completeGroup()};
+  addWords(groups);
+  return groups;
 }
 
 }  // namespace camcfg::tool::commands

@@ -10,8 +10,8 @@
 #include <cstring>
 
 #include "base/library_log.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 
 namespace camcfg::tool::device {
 namespace {

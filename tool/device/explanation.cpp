@@ -4,9 +4,8 @@
 
 #include <algorithm>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 
 namespace camcfg::tool::device {
 

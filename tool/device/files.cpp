@@ -11,10 +11,9 @@
 #include <set>
 
 #include "base/library_log.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 
 namespace camcfg::tool::device {
 namespace {

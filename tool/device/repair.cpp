@@ -10,8 +10,8 @@
 #include <cstring>
 
 #include "base/library_log.h"
+#include "base/outcome.h"
 #include "base/progress.h"
-#include "base/refusal.h"
 #include "device/change.h"
 
 namespace camcfg::tool::device {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "base/host_directory.h"
+#include "base/host.h"
 #include "base/outcome.h"
 #include "device/files.h"
 

@@ -3,12 +3,10 @@
 
 #include <algorithm>
 
-#include "base/descriptor.h"
-#include "base/host_directory.h"
-#include "base/json_reader.h"
+#include "base/host.h"
+#include "base/json.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 #include "document/exchange.h"
 #include "media/media.h"
 #include "settings/media.h"

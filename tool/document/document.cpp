@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include "base/json_reader.h"
+#include "base/json.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/printable.h"
 #include "base/progress.h"
-#include "base/refusal.h"
 #include "media/media.h"
 #include "network/network.h"
 #include "parameters/parameter.h"

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <map>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 #include "device/change.h"
 #include "settings/secrets.h"
 

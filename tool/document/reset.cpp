@@ -1,8 +1,7 @@
 #include <algorithm>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 #include "document/exchange.h"
 #include "network/network.h"
 #include "parameters/parameter.h"

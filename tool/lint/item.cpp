@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "base/decimal.h"
+#include "base/plain_text.h"
 #include "lint/rules.h"
 #include "settings/value.h"
 

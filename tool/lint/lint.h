@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "base/host_file.h"
+#include "base/host.h"
 #include "device/files.h"
 #include "lint/findings.h"
 

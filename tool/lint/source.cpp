@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "base/descriptor.h"
+#include "base/host.h"
 #include "device/files.h"
 #include "lint/item.h"
 

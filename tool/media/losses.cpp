@@ -1,7 +1,7 @@
 #include <algorithm>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "media/stream_cache.h"
 
 namespace camcfg::tool::media {

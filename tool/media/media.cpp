@@ -2,8 +2,8 @@
 
 #include "base/elements.h"
 #include "base/library_log.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "media/stream_cache.h"
 #include "settings/secrets.h"
 

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include "base/decimal.h"
 #include "base/library_log.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "device/change.h"
 #include "media/stream_cache.h"
 #include "settings/node.h"

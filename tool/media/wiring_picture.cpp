@@ -1,8 +1,7 @@
 #include <algorithm>
 #include <set>
 
-#include "base/printable.h"
-#include "base/utf8.h"
+#include "base/plain_text.h"
 #include "media/wiring.h"
 
 namespace camcfg::tool::media {
@@ -198,7 +197,7 @@ class Picture {
 std::string dotText(const std::string& text) {
   // Within quotes, "\" and "&" begin what stands for other characters.
   std::string shown;
-  for (const char c : printable(utf8::repaired(text))) {
+  for (const char c : printable(asUtf8(text))) {
     if (c == '&')
       shown += "&amp;";
     else if (c == '"' || c == '\\')

@@ -1,8 +1,8 @@
 #include <camcfg/network.h>
 #include <camcfg/store.h>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "network/network.h"
 #include "settings/value.h"
 

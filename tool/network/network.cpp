@@ -2,9 +2,8 @@
 
 #include <camcfg/store.h>
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::network {

@@ -1,6 +1,6 @@
 #include <camcfg/network.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "network/network.h"
 #include "settings/value.h"
 

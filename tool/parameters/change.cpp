@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "base/decimal.h"
-#include "base/refusal.h"
+#include "base/outcome.h"
+#include "base/plain_text.h"
 #include "parameters/parameter.h"
 
 namespace camcfg::tool::parameters {

@@ -4,11 +4,9 @@
 
 #include <algorithm>
 
-#include "base/decimal.h"
 #include "base/elements.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 
 namespace camcfg::tool::parameters {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "base/elements.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
 #include "presets/preset.h"
 #include "settings/presets.h"
 

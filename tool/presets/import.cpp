@@ -2,11 +2,9 @@
 #include <map>
 
 #include "base/csv.h"
-#include "base/decimal.h"
-#include "base/json_reader.h"
+#include "base/json.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 #include "presets/preset.h"
 #include "settings/presets.h"
 #include "settings/value.h"

@@ -5,11 +5,9 @@
 
 #include <algorithm>
 
-#include "base/decimal.h"
 #include "base/elements.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
-#include "base/refusal.h"
-#include "base/spelling.h"
 #include "settings/presets.h"
 #include "settings/value.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/json_reader.h"
+#include "base/json.h"
 #include "presets/preset.h"
 #include "settings/presets.h"
 #include "settings/value.h"
@@ -51,8 +51,8 @@ Values readValues(const settings::Node& node) {
 // What is given, over what the preset has.
 Json merged(const Json* before, const Values& given) {
   Json preset = given;
-  for (const auto& [name, value] : preset.items())
-    if (value.is_null() && before != nullptr) value = before->at(name);
+  for (const std::string& name : given.names())
+    if (given.at(name).is_null() && before != nullptr) preset.at(name) = before->at(name);
   return preset;
 }
 

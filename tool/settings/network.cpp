@@ -7,8 +7,8 @@
 #include <optional>
 #include <sstream>
 
-#include "base/refusal.h"
-#include "base/spelling.h"
+#include "base/outcome.h"
+#include "base/plain_text.h"
 #include "settings/table.h"
 
 namespace camcfg::tool::settings {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "base/spelling.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::settings {
 namespace {

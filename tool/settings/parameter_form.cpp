@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "base/decimal.h"
+#include "base/plain_text.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::settings {

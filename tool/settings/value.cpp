@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/decimal.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::settings {
 namespace {

@@ -1,4 +1,4 @@
-#include "base/descriptor.h"
+#include "base/host.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

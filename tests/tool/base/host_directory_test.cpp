@@ -1,8 +1,8 @@
-#include "base/host_directory.h"
+#include "base/host.h"
 
 #include <gmock/gmock.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "camcfg/testkit/device_root.h"
 
 namespace camcfg::tests {

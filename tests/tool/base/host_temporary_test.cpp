@@ -1,4 +1,4 @@
-#include "base/host_directory.h"
+#include "base/host.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "camcfg/testkit/device_root.h"
 
 namespace camcfg::tool {

@@ -1,8 +1,8 @@
-#include "base/json_reader.h"
+#include "base/json.h"
 
 #include <gmock/gmock.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 
 namespace camcfg::tool {
 namespace {

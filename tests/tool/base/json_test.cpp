@@ -6,8 +6,6 @@
 #include <set>
 #include <stdexcept>
 
-#include "base/json_reader.h"
-
 namespace camcfg::tool {
 namespace {
 
@@ -85,9 +83,10 @@ TEST(JsonTest, SetsTellAllValuesApart) {
 }
 
 TEST(JsonTest, ItemsAreNamesWithValues) {
-  Json value = {{"a", 1}, {"b", 2}};
-  for (const auto& [name, member] : value.items()) member = name + "!";
-  EXPECT_EQ(value.dump(), "{\"a\":\"a!\",\"b\":\"b!\"}");
+  const Json value = {{"a", 1}, {"b", 2}};
+  std::string shown;
+  for (const auto& [name, member] : value.items()) shown += name + member.dump();
+  EXPECT_EQ(shown, "a1b2");
   EXPECT_THAT(value.names(), ElementsAre("a", "b"));
 }
 

@@ -1,4 +1,4 @@
-#include "base/printable.h"
+#include "base/plain_text.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "base/spelling.h"
+#include "base/plain_text.h"
 
 #include <gmock/gmock.h>
 

@@ -185,7 +185,13 @@ TEST_F(CommandLineTest, HelpIsMadeFromTheRecords) {
             "  --pan VALUE                 A value\n"
             "  --into DIR                  A directory\n"
             "\n"
-            "'camcfg --help' lists the options that every command takes.\n");
+            "'camcfg --help' lists the options that every command takes.\n"
+            "\n"
+            "Exit status:\n"
+            "  0  done\n"
+            "  1  refused, not found, or not carried out\n"
+            "  2  the command line is wrong\n"
+            "  3  the device's files are unusable\n");
 }
 
 }  // namespace

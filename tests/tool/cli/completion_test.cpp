@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 
 namespace camcfg::tests {
 namespace {

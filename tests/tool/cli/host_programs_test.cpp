@@ -1,8 +1,8 @@
-#include "cli/host_programs.h"
+#include "cli/process.h"
 
 #include <gmock/gmock.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "camcfg/testkit/device_root.h"
 
 namespace camcfg::tests {

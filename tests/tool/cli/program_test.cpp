@@ -28,7 +28,7 @@ TEST(ProgramTest, HelpListsEveryExitStatus) {
   const std::string help = runCamcfg({"--help"}).out;
   for (const char* line :
        {"\nExit status:\n  0  done\n", "\n  1  refused", "\n  2  the command line",
-        "\n  3  the device's files", "\n  4  'status' only: "})
+        "\n  3  the device's files", "\n  4  status: "})
     EXPECT_THAT(help, testing::HasSubstr(line));
 }
 
@@ -47,7 +47,13 @@ TEST(ProgramTest, HelpOfACommandListsThoseBelowIt) {
                      "  rtsp-port                   Show or set the RTSP port\n"
                      "  rtsp-over-http-port         Show or set the port of RTSP over HTTP\n"
                      "\n"
-                     "'camcfg --help' lists the options that every command takes.\n",
+                     "'camcfg --help' lists the options that every command takes.\n"
+                     "\n"
+                     "Exit status:\n"
+                     "  0  done\n"
+                     "  1  refused, not found, or not carried out\n"
+                     "  2  the command line is wrong\n"
+                     "  3  the device's files are unusable\n",
                      ""}));
 }
 

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "base/progress.h"
-#include "cli/program.h"
+#include "cli/command_line.h"
 #include "tool/terminal.h"
 #include "tool/tool_test.h"
 

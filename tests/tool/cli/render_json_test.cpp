@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "cli/render.h"
+#include "cli/answer.h"
 #include "tool/json_in.h"
 
 namespace camcfg::tests {

@@ -1,4 +1,4 @@
-#include "cli/roff.h"
+#include "cli/man_page.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "cli/shell_line.h"
+#include "cli/completion.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "cli/tone.h"
+#include "cli/terminal.h"
 
 #include <gmock/gmock.h>
 

@@ -5,7 +5,7 @@
 #include <map>
 #include <sstream>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "parameters/parameter.h"
 #include "tool/others_file.h"
 #include "tool/small_disk.h"

@@ -1,9 +1,10 @@
+#include <algorithm>
 #include <regex>
 #include <set>
 #include <sstream>
 
+#include "cli/command.h"
 #include "cli/command_line.h"
-#include "cli/topic.h"
 #include "commands/groups.h"
 #include "tool/json_in.h"
 #include "tool/tool_test.h"
@@ -138,6 +139,52 @@ TEST(HelpTest, UnknownTopicIsRefusedWithASuggestion) {
             (ToolRun{2, "",
                      "camcfg: help: there is neither a command nor a topic 'xyzxyz'; 'camcfg help' "
                      "lists them\n"}));
+}
+
+std::vector<std::string> exitStatusesOf(const std::string& command) {
+  std::vector<std::string> lines = linesOf(helpText(allGroups(), command));
+  const auto heading = std::find(lines.begin(), lines.end(), "Exit status:");
+  lines.erase(lines.begin(), heading == lines.end() ? heading : heading + 1);
+  return lines;
+}
+
+TEST(HelpTest, CommandsEndWithTheStatusesThatTheyCanEndWith) {
+  const std::string done = "  0  done";
+  const std::string refused = "  1  refused, not found, or not carried out";
+  const std::string usage = "  2  the command line is wrong";
+  const std::string unusable = "  3  the device's files are unusable";
+  using Lines = std::vector<std::string>;
+  EXPECT_EQ(exitStatusesOf("preset set"), (Lines{done, refused, usage, unusable}));
+  EXPECT_EQ(exitStatusesOf("help"), (Lines{done, refused, usage}));
+  EXPECT_EQ(exitStatusesOf("status"),
+            (Lines{done, refused, usage, unusable,
+                   "  4  the device works, but a copy is missing, broken or out of step"}));
+  EXPECT_EQ(exitStatusesOf("lint"),
+            (Lines{done, "  1  there is an error, or it was refused", usage, unusable}));
+  EXPECT_EQ(exitStatusesOf("diff"),
+            (Lines{done, "  1  something differs",
+                   "  2  the command line is wrong, or it was refused", unusable}));
+}
+
+TEST(HelpTest, MembersOfMediaEntriesAreListedWithWhatTheyPermit) {
+  const std::string srt = helpText(allGroups(), "live srt");
+  for (const char* line :
+       {"\nEach SRT instance in exported documents (live.srt):\n  NAME ",
+        "\n  mode        caller, listener  Whether it waits for calls or calls itself\n",
+        "\n  port        1..65535          Port to listen on, or to call\n",
+        "\n  latency     0..2147483647 ms  Time for sending lost packets again\n",
+        "\n  streams     list of           What the instance sends\n    id        text  "})
+    EXPECT_THAT(srt, testing::HasSubstr(line));
+  for (const char* place : {"live.websocket", "live.rtsp", "live.rtmp", "live.ndi", "live.srt"})
+    EXPECT_THAT(helpText(allGroups(), "live"), testing::HasSubstr(place));
+  for (const char* place : {"stream.sources", "stream.caches"})
+    EXPECT_THAT(helpText(allGroups(), "stream"), testing::HasSubstr(place));
+}
+
+TEST(HelpTest, FieldsOfACardAreListedWhereTheyAreSet) {
+  for (const char* command : {"network", "network set"})
+    EXPECT_THAT(helpText(allGroups(), command),
+                testing::HasSubstr("\n  MTU        68..9216 bytes        Largest packet"));
 }
 
 TEST(HelpTest, AnswersInJsonHaveTheirDocumentedShapes) {

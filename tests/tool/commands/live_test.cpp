@@ -1,6 +1,6 @@
 #include <camcfg/livemedia.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "cli/answer.h"
 #include "media/media.h"
 #include "support/device_test.h"

@@ -2,8 +2,8 @@
 #include <regex>
 #include <set>
 
-#include "cli/roff.h"
-#include "cli/topic.h"
+#include "cli/command.h"
+#include "cli/man_page.h"
 #include "commands/groups.h"
 #include "tool/tool_test.h"
 

@@ -4,7 +4,6 @@
 
 #include "cli/completion.h"
 #include "commands/groups.h"
-#include "commands/words.h"
 #include "device/files.h"
 #include "lint/lint.h"
 #include "settings/value.h"
@@ -110,10 +109,10 @@ TEST_P(OptTxtTest, TextsThatAreOfferedAreThoseOfTheCompletion) {
   testkit::DeviceRoot entered;
   entered.write(kBusiness, contents_);
   cli::Arguments before = cli::placeIn(commands::allGroups(), {""}).before;
-  before.add("SECTION", std::vector<std::string>{"A"});
-  before.add("NAME", std::vector<std::string>{"B"});
+  before["SECTION"].texts = {"A"};
+  before["NAME"].texts = {"B"};
   std::vector<std::string> words;
-  for (const cli::Candidate& candidate : commands::valueWords(before))
+  for (const cli::Candidate& candidate : commands::wordsFor("VALUE")(before))
     words.push_back(candidate.word);
   EXPECT_EQ(words, optionsIn(GetParam().optTxt));
 }

@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "cli/command_line.h"
 #include "cli/completion.h"
 #include "commands/groups.h"

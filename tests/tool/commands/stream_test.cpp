@@ -3,7 +3,7 @@
 #include <camcfg/stream.h>
 #include <sys/resource.h>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "media/media.h"
 #include "support/device_test.h"
 #include "tool/json_in.h"

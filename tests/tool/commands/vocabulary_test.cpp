@@ -1,7 +1,6 @@
-#include "commands/words.h"
+#include "commands/groups.h"
 
 #include "cli/completion.h"
-#include "commands/groups.h"
 #include "tool/tool_test.h"
 
 namespace camcfg::tests {

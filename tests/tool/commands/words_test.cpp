@@ -1,8 +1,7 @@
-#include "commands/words.h"
-
-#include "base/refusal.h"
-#include "cli/completion.h"
 #include "commands/groups.h"
+
+#include "base/outcome.h"
+#include "cli/completion.h"
 #include "tool/media_tool_test.h"
 
 namespace camcfg::tests {
@@ -32,23 +31,23 @@ class WordsTest : public testing::Test {
   static Arguments nothing() { return placeIn(allGroups(), {""}).before; }
   static Arguments given(const std::string& name, const std::string& text) {
     Arguments arguments = nothing();
-    arguments.add(name, std::vector<std::string>{text});
+    arguments[name].texts = {text};
     return arguments;
   }
   static std::vector<std::string> idsOf(const std::string& kind) {
-    return shown(mediaIdWords(given("KIND", kind)));
+    return shown(wordsFor("ID")(given("KIND", kind)));
   }
 
   testkit::DeviceRoot device;
 };
 
 TEST_F(WordsTest, ParametersAreShownWithWhatTheyAreSetTo) {
-  EXPECT_THAT(shown(parameterWords(given("SECTION", "Image"))),
+  EXPECT_THAT(shown(wordsFor("NAME")(given("SECTION", "Image"))),
               ElementsAre("Brightness (0)", "Mode (Auto)"));
 }
 
 TEST_F(WordsTest, CardsAreShownWithTheirAddresses) {
-  EXPECT_THAT(shown(cardWords(nothing())), ElementsAre("Eth0 (192.0.2.7)"));
+  EXPECT_THAT(shown(wordsFor("CARD")(nothing())), ElementsAre("Eth0 (192.0.2.7)"));
 }
 
 TEST_F(WordsTest, MediaIdsAreThoseOfTheirKind) {
@@ -59,7 +58,7 @@ TEST_F(WordsTest, MediaIdsAreThoseOfTheirKind) {
   EXPECT_THAT(idsOf("ndi"), ElementsAre("0 (One)"));
   EXPECT_THAT(idsOf("srt"), ElementsAre("0", "1 (example.com)"));
   EXPECT_THAT(idsOf("fax"), IsEmpty());
-  EXPECT_THAT(shown(mediaIdWords(nothing())), IsEmpty());
+  EXPECT_THAT(shown(wordsFor("ID")(nothing())), IsEmpty());
 }
 
 TEST_F(WordsTest, AddressesThatMayHoldPasswordsAreNotShown) {
@@ -67,14 +66,14 @@ TEST_F(WordsTest, AddressesThatMayHoldPasswordsAreNotShown) {
 }
 
 TEST_F(WordsTest, EveryKindHasIds) {
-  for (const Candidate& kind : mediaKindWords(nothing()))
+  for (const Candidate& kind : wordsFor("KIND")(nothing()))
     EXPECT_THAT(idsOf(kind.word), Not(IsEmpty()));
 }
 
 TEST_F(WordsTest, UnusableFilesAreRefused) {
   device.write(kBusiness, "<");
-  EXPECT_THROW(sectionWords(nothing()), Refusal);
-  EXPECT_THROW(textKeyWords(given("LANGUAGE", "None")), Refusal);
+  EXPECT_THROW(wordsFor("SECTION")(nothing()), Refusal);
+  EXPECT_THROW(wordsFor("KEY")(given("LANGUAGE", "None")), Refusal);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
-#include "base/host_directory.h"
+#include "base/host.h"
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -10,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-#include "base/refusal.h"
+#include "base/outcome.h"
 #include "testkit/enter_root.h"
 
 namespace camcfg::tool {
@@ -27,51 +28,69 @@ int openOrMake(const char* path) {
   return open(path, kAsDirectory);
 }
 
-std::vector<std::unique_ptr<Descriptor>>& temporaries() {
-  static std::vector<std::unique_ptr<Descriptor>> directories;
-  return directories;
-}
-
-std::string attemptName(int attempt) {
-  return "camcfg-" + std::to_string(getpid()) + "-" + std::to_string(attempt);
-}
+std::vector<std::unique_ptr<Descriptor>> temporaries;
 
 // The directory that a new one was made in; below 0, with errno set, if none may be written to.
 int makeIn(std::string& name) {
   constexpr int kAttempts = 100;
-  if (temporaries().empty()) rememberTemporaries();
-  for (const auto& directory : temporaries())
+  if (temporaries.empty()) rememberTemporaries();
+  for (const auto& directory : temporaries)
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-      name = attemptName(attempt);
+      name = "camcfg-" + std::to_string(getpid()) + "-" + std::to_string(attempt);
       if (mkdirat(directory->get(), name.c_str(), 0700) == 0) return directory->get();
       if (errno != EEXIST) break;
     }
   return -1;
 }
 
-std::vector<std::string> namesIn(int directory) {
-  std::vector<std::string> names;
-  DIR* stream = fdopendir(openat(directory, ".", kAsDirectory));
-  if (stream == nullptr) return names;
-  while (const dirent* entry = readdir(stream)) {
-    const std::string name = entry->d_name;
-    if (name != "." && name != "..") names.push_back(name);
-  }
-  closedir(stream);
-  return names;
-}
-
 // Files, and directories of files.
 void removeAllIn(int directory) {
-  for (const std::string& name : namesIn(directory)) {
-    if (unlinkat(directory, name.c_str(), 0) == 0) continue;
-    const Descriptor inner(openat(directory, name.c_str(), kAsDirectory | O_NOFOLLOW));
+  DIR* stream = fdopendir(openat(directory, ".", kAsDirectory));
+  if (stream == nullptr) return;
+  while (const dirent* entry = readdir(stream)) {
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == ".." || unlinkat(directory, entry->d_name, 0) == 0) continue;
+    const Descriptor inner(openat(directory, entry->d_name, kAsDirectory | O_NOFOLLOW));
     if (inner) removeAllIn(inner.get());
-    unlinkat(directory, name.c_str(), AT_REMOVEDIR);
+    unlinkat(directory, entry->d_name, AT_REMOVEDIR);
   }
+  closedir(stream);
 }
 
 }  // namespace
+
+bool writeAll(int fd, const std::string& text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t written = write(fd, text.data() + done, text.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    done += static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+bool readAll(int fd, std::string& text) {
+  char buffer[16384];
+  for (;;) {
+    const ssize_t got = read(fd, buffer, sizeof buffer);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    text.append(buffer, static_cast<std::size_t>(got));
+  }
+}
+
+MemoryFile::MemoryFile() : descriptor_(memfd_create("camcfg", MFD_CLOEXEC)) {}
+
+bool MemoryFile::fill(const std::string& text) const {
+  return writeAll(get(), text) && lseek(get(), 0, SEEK_SET) == 0;
+}
+
+std::string MemoryFile::contents() const {
+  std::string text;
+  if (lseek(get(), 0, SEEK_SET) == 0) readAll(get(), text);
+  return text;
+}
 
 HostDirectory::HostDirectory(const std::string& path)
     : path_(path), descriptor_(openOrMake(path.c_str())) {
@@ -110,10 +129,10 @@ std::string HostDirectory::save(const std::string& name, const std::string& byte
 
 void rememberTemporaries() {
   const char* chosen = std::getenv("TMPDIR");
-  temporaries().clear();
+  temporaries.clear();
   for (const char* path : {chosen, "/tmp", "/dev/shm"}) {
     auto directory = std::make_unique<Descriptor>(path == nullptr ? -1 : open(path, kAsDirectory));
-    if (*directory) temporaries().push_back(std::move(directory));
+    if (*directory) temporaries.push_back(std::move(directory));
   }
 }
 
@@ -128,11 +147,7 @@ HostTemporary::HostTemporary()
 }
 
 HostTemporary::~HostTemporary() {
-  try {
-    removeAllIn(descriptor_.get());
-  } catch (const std::bad_alloc&) {
-    // What is left there is the system's to remove.
-  }
+  removeAllIn(descriptor_.get());
   unlinkat(parent_, name_.c_str(), AT_REMOVEDIR);
 }
 

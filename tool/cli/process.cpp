@@ -1,4 +1,4 @@
-#include "cli/host_programs.h"
+#include "cli/process.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,31 +6,79 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 
-#include "base/descriptor.h"
-#include "base/refusal.h"
+#include "base/host.h"
+#include "base/library_log.h"
+#include "base/plain_text.h"
 
 namespace camcfg::tool::cli {
 namespace {
 
-constexpr int kNotStarted = 127;
+constexpr char kName[] = "camcfg:";
 
-std::string firstLine(const std::string& text) {
-  return text.substr(0, text.find('\n'));
+bool messagesAreColoured = false;
+
+// A configuration file must never be opened as descriptor 1 or 2 and be printed into.
+void occupyStandardDescriptors() {
+  for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = open("/dev/null", O_RDWR)) {
+    if (fd <= STDERR_FILENO) continue;
+    close(fd);
+    return;
+  }
+}
+
+// Standard output if the caller gave one; else a descriptor that nothing can be written to.
+int duplicateStandardOutput() {
+  const bool given = fcntl(STDOUT_FILENO, F_GETFD) >= 0;
+  occupyStandardDescriptors();
+  return given ? fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
+               : open("/dev/null", O_RDONLY | O_CLOEXEC);
 }
 
 // `error` is what the child process wrote of its errno; nothing if the program was started.
 void requireStarted(const HostProgram& program, const std::string& error) {
   if (error.empty()) return;
   const int number = std::stoi(error);
-  const std::string name = "'" + program.words.front() + "'";
+  const std::string name = quoted(program.words.front());
   if (number == ENOENT)
     throw Refusal("the program " + name + " is not installed; it comes with " + program.package);
   throw Refusal("cannot start " + name + ": " + std::strerror(number));
 }
 
 }  // namespace
+
+Streams::Streams() : answers_(duplicateStandardOutput()) {
+  // A file that reaches the process's size limit is a failed write, not the end of the process.
+  std::signal(SIGXFSZ, SIG_IGN);
+  const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+  dup2(nowhere ? nowhere.get() : STDERR_FILENO, STDOUT_FILENO);
+}
+
+void Streams::showLibraryOutput() {
+  dup2(STDERR_FILENO, STDOUT_FILENO);
+  std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+  showLibraryLog([](const std::string& line) { message(line); });
+}
+
+void Streams::answer(const std::string& text) const {
+  if (!writeAll(answers_.get(), text))
+    throw Refusal(std::string("standard output: ") + std::strerror(errno));
+}
+
+bool Streams::answersToTerminal() const {
+  return isatty(answers_.get()) == 1;
+}
+
+void Streams::colourMessages(const std::string& when) {
+  messagesAreColoured = wantsColours(when, isatty(STDERR_FILENO) == 1);
+}
+
+void Streams::message(const std::string& text, Tone tone) {
+  const std::string name = messagesAreColoured ? coloured(kName, tone) : kName;
+  writeAll(STDERR_FILENO, name + " " + printable(withShortWords(text)) + "\n");
+}
 
 HostPrograms::HostPrograms() : root_(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)) {}
 
@@ -61,14 +109,15 @@ std::string HostPrograms::passThrough(const HostProgram& program, const std::str
     dup2(err.get(), STDERR_FILENO);
     become(program.words);
     writeAll(error.get(), std::to_string(errno));
-    _exit(kNotStarted);
+    _exit(127);
   }
   if (child < 0) throw Refusal(std::strerror(errno));
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
   requireStarted(program, error.contents());
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-    throw Refusal("'" + program.words.front() + "' failed: " + firstLine(err.contents()));
+    throw Refusal(quoted(program.words.front()) +
+                  " failed: " + err.contents().substr(0, err.contents().find('\n')));
   return out.contents();
 }
 

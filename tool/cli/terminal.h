@@ -1,5 +1,5 @@
-#ifndef CAMCFG_TOOL_CLI_PROGRESS_LINE_H
-#define CAMCFG_TOOL_CLI_PROGRESS_LINE_H
+#ifndef CAMCFG_TOOL_CLI_TERMINAL_H
+#define CAMCFG_TOOL_CLI_TERMINAL_H
 
 #include <condition_variable>
 #include <mutex>
@@ -7,6 +7,24 @@
 #include <thread>
 
 namespace camcfg::tool::cli {
+
+/// What a piece of text means to its reader.
+enum class Tone { Plain, Good, Warning, Bad, Former, New };
+
+/// What the word for a state means: "good", "damaged". Other words are plain.
+Tone toneOfState(const std::string& word);
+
+/// The text as a terminal colours it.
+std::string coloured(const std::string& text, Tone tone);
+
+/// How many characters of a text a terminal shows; colours take no room.
+std::size_t shownWidth(const std::string& text);
+
+/// Whether to colour what goes to a place.
+/// @param when        "auto", "always" or "never"
+/// @param isTerminal  whether the place is a terminal, which "auto" asks for; not one that calls
+///                    itself "dumb", nor where NO_COLOR is set and not empty
+bool wantsColours(const std::string& when, bool isTerminal);
 
 /// Shows what a command is working on while this object lives: once that takes longer than a second,
 /// on one line of a terminal, rewritten in its place and taken away at the end.
@@ -23,11 +41,10 @@ class ProgressLine {
  private:
   void run();
   void show(const std::string& work, std::size_t seconds);
-  void remove() const;
 
   const std::string name_;
   const int terminal_;
-  std::size_t width_ = 0;  // of what is shown; the thread's, and at its end remove()'s
+  std::size_t width_ = 0;  // of what is shown; the thread's until it has ended
   std::mutex mutex_;       // guards isOver_ and work_
   std::condition_variable ended_;
   bool isOver_ = false;

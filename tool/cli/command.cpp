@@ -1,0 +1,59 @@
+#include "cli/command.h"
+
+#include <cstring>
+#include <iterator>
+#include <sstream>
+
+#include "base/plain_text.h"
+
+namespace camcfg::tool::cli {
+
+std::vector<const Command*> commandsIn(const std::vector<CommandGroup>& groups) {
+  std::vector<const Command*> all;
+  for (const CommandGroup& group : groups)
+    for (const Command& command : group.commands) all.push_back(&command);
+  return all;
+}
+
+const Command* findCommand(const std::vector<CommandGroup>& groups, const std::string& name) {
+  for (const Command* command : commandsIn(groups))
+    if (name == command->name) return command;
+  return nullptr;
+}
+
+const std::vector<Option>& globalOptions() {
+  static const std::vector<Option> options = {
+      {Option::Flag, kHelp, "Show this help", {}, "-h"},
+      {Option::Flag, kVersion, "Show the tool's version"},
+      {Option::HostDirectory, kRoot, "Work on the device tree under DIR"},
+      {Option::Flag, kJson, "Answer in JSON"},
+      {Option::Value, kColor, "Colour answers: auto (on a terminal), always or never",
+       oneOf({std::begin(kColorWords), std::end(kColorWords)}), nullptr, "WHEN"},
+      {Option::Flag, kVerbose, "Show what the library prints and logs", {}, "-v"}};
+  return options;
+}
+
+std::string exitStatuses(const Command* command) {
+  constexpr std::size_t kMeaningAt = 5;
+  std::string list;
+  for (const Topic& topic : allTopics())
+    if (std::strcmp(topic.name, "exit-status") == 0)
+      list.assign(topic.text, std::strstr(topic.text, "\n\n") + 1);
+  if (command == nullptr) return list;
+  std::map<std::string, std::string> meanings;
+  std::istringstream lines(list);
+  for (std::string line; std::getline(lines, line);) {
+    const std::string meaning = line.substr(kMeaningAt);
+    const std::string own = std::string(command->name) + ": ";
+    if (meaning.find(": ") == std::string::npos || beginsWith(meaning, own))
+      meanings[line.substr(0, kMeaningAt)] =
+          meaning.substr(beginsWith(meaning, own) ? own.size() : 0);
+  }
+  if (!command->usesDevice) meanings.erase("  3  ");
+  std::string shown;
+  for (const auto& [status, meaning] : meanings)
+    shown.append(shown.empty() ? "" : "\n").append(status).append(meaning);
+  return shown;
+}
+
+}  // namespace camcfg::tool::cli

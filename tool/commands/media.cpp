@@ -1,0 +1,180 @@
+#include <camcfg/types.h>
+
+#include <algorithm>
+#include <list>
+#include <string>
+
+#include "base/plain_text.h"
+#include "commands/groups.h"
+#include "lint/lint.h"
+#include "media/media.h"
+#include "media/stream_cache.h"
+#include "media/wiring.h"
+
+namespace camcfg::tool::commands {
+namespace {
+
+constexpr char kMarked[] = "stream cache {cache}, {mark}: {before} -> {value}";
+
+// The entries of a section, a line each, in the columns that its table names.
+Answer listingOf(const settings::Table& table, bool showSecrets) {
+  return {media::shownEntries(table, showSecrets), {columnsOf(table.settings)}};
+}
+
+std::string helpOf(const settings::Table& table) {
+  return std::string("Each ") + table.entry + " in exported documents (" + table.place + "):\n" +
+         membersHelp(table.settings,
+                     [](const settings::Setting& setting) { return setting.member; });
+}
+
+std::string helpOfAll(const std::vector<const settings::Table*>& tables) {
+  std::string text;
+  for (const settings::Table* table : tables) text += (text.empty() ? "" : "\n") + helpOf(*table);
+  return text;
+}
+
+Answer sources(const Arguments& /*arguments*/) {
+  return listingOf(settings::streamSources(), false);
+}
+
+Answer caches(const Arguments& /*arguments*/) {
+  const std::vector<media::CacheEntry> entries = media::readCaches();
+  Answer answer;
+  answer.value = media::jsonOf(entries);
+  answer.layout = {Table{"",
+                         {{kId, "{id}"},
+                          {"NAME", "{name}"},
+                          {"SIZE", "{size}"},
+                          {"ALLOWED", "{allowed}"},
+                          {"CARRIES", "{carries}"},
+                          {"DEFAULT", "{default}"},
+                          {"ENABLE", "{enable}"}}}};
+  for (const media::CacheEntry& cache : entries)
+    if (cache.marksDiffer())
+      answer.notes.push_back("note: stream cache " + std::to_string(cache.id()) +
+                             ": \"Default\", which the loader " + "reads, is at source " +
+                             std::to_string(*cache.marked(&media::AllowedSource::isDefault)) +
+                             ", but \"Enable\", which 'select' writes, at source " +
+                             std::to_string(*cache.marked(&media::AllowedSource::isEnabled)));
+  return answer;
+}
+
+Answer select(const Arguments& arguments) {
+  return Answer(media::selectSource(arguments.text(kId), arguments.text(kSource)), {Line{kMarked}});
+}
+
+Answer makeDefault(const Arguments& arguments) {
+  const bool rehearse = arguments.given(kDryRun);
+  return Answer(media::makeDefaultSource(arguments.text(kId), arguments.text(kSource), rehearse),
+                {Line{rehearse ? kMarked + std::string(" (not saved)") : kMarked}});
+}
+
+Answer allow(const Arguments& arguments) {
+  return Answer(media::allowSources(arguments.text(kId), arguments.texts(kSource)),
+                {Line{"stream cache {cache} allows {allowed}; before: {before}"}});
+}
+
+const Option kAllowedSource{Option::Argument, kSource, "Id of a source that the cache allows",
+                            allowedSourceWords};
+
+bool hasSecrets(const settings::Table& table) {
+  return std::any_of(table.settings.begin(), table.settings.end(),
+                     [](const settings::Setting& setting) { return setting.masked != nullptr; });
+}
+
+cli::Command commandFor(const settings::Table& table) {
+  // Kept for as long as the program runs, as other commands' names are.
+  static std::list<std::string> texts;
+  const char* name = texts.emplace_back("live " + std::string(table.word)).c_str();
+  const char* help = texts.emplace_back("List the " + std::string(table.entry) + "s").c_str();
+  cli::Command command{name, help, {}, [&table](const Arguments& arguments) {
+                         return listingOf(table,
+                                          hasSecrets(table) && arguments.given(kShowSecrets));
+                       }};
+  if (hasSecrets(table))
+    command.options = {{Option::Flag, kShowSecrets, "Show passwords as they are stored"}};
+  command.details = [&table] { return helpOf(table); };
+  return command;
+}
+
+// DOT as it is, other formats through Graphviz.
+cli::HostProgram programFor(const std::string& format) {
+  if (format.empty() || format == "dot") return {};
+  if (format == "svg") return {{"dot", "-Tsvg"}, "Graphviz"};
+  throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
+}
+
+// The rules about what is connected. The picture shows what they complain of.
+constexpr const char* kRules[] = {"allowed-source-missing", "channel-missing", "enable-differs",
+                                  "enabled-source-disabled", "enabled-source-missing"};
+
+Json findings() {
+  std::vector<lint::Source> sources(1);
+  lint::Source& source = sources.front();
+  source.name = CFG_FILE_MPP;
+  source.kind = lint::Kind::Media;
+  source.parsed = device::requireDocument(CFG_FILE_MPP);
+  source.document = source.parsed.get();
+  Json texts = Json::array();
+  for (const lint::Finding& finding : lint::lint(sources))
+    if (isAmong(kRules, std::string(finding.rule->id)))
+      texts.push_back(finding.text + " [" + finding.rule->id + "]");
+  return texts;
+}
+
+Answer graph(const Arguments& arguments) {
+  Answer answer;
+  answer.through = programFor(arguments.text(kFormat));
+  const media::Wiring wiring = media::readWiring();
+  answer.value = media::jsonOf(wiring);
+  answer.layout = {Verbatim{media::pictureOf(wiring)}};
+  answer.value["findings"] = findings();
+  for (const Json& finding : answer.value["findings"])
+    answer.notes.push_back("note: " + finding.text());
+  return answer;
+}
+
+}  // namespace
+
+CommandGroup streamGroup() {
+  CommandGroup group{
+      "Streams",
+      {command("stream", "Show stream sources and caches, and change caches", nullptr),
+       command("stream sources", "List the stream sources", sources),
+       command("stream caches", "List the stream caches and the sources they carry", caches),
+       command("stream cache", "Change the sources of a stream cache", nullptr,
+               {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
+       command("stream cache select", "Mark a source with \"Enable\", in place", select,
+               {kAllowedSource}),
+       command(
+           "stream cache default",
+           "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
+           {kAllowedSource, {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
+       command("stream cache allow", "Replace the sources that the cache allows", allow,
+               {{Option::Arguments, kSource, "Ids from 0 to 29"}})}};
+  group.commands[0].details = [] {
+    return helpOfAll({&settings::streamSources(), &settings::streamCaches()});
+  };
+  group.commands[1].details = [] { return helpOf(settings::streamSources()); };
+  group.commands[2].details = [] { return helpOf(settings::streamCaches()); };
+  return group;
+}
+
+CommandGroup liveGroup() {
+  CommandGroup group{"Live media",
+                     {command("live", "Show what the live media services send", nullptr)}};
+  group.commands.front().details = [] { return helpOfAll(settings::liveTables()); };
+  for (const settings::Table* table : settings::liveTables())
+    group.commands.push_back(commandFor(*table));
+  return group;
+}
+
+CommandGroup graphGroup() {
+  return {
+      "Live media",
+      {command("graph", "Draw which sources, caches and services feed which", graph,
+               {{Option::Value, kFormat, "dot, the default, or svg, which needs Graphviz' 'dot'",
+                 oneOf({"dot", "svg"})}})}};
+}
+
+}  // namespace camcfg::tool::commands
