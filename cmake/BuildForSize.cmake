@@ -29,6 +29,6 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
 endif()
 foreach(target camcfg camcfg_nothrow)
   target_compile_options(${target} PRIVATE
-    -Os $<$<BOOL:${has_no_outline_atomics}>:-mno-outline-atomics>)
+    -Os -fomit-frame-pointer $<$<BOOL:${has_no_outline_atomics}>:-mno-outline-atomics>)
 endforeach()
-target_link_options(camcfg PRIVATE -Os)
+target_link_options(camcfg PRIVATE -Os -fomit-frame-pointer)

@@ -1,5 +1,5 @@
 # What `cmake --install` lays out, in the components that the packages are made of:
-#   runtime  the shared library
+#   runtime  the shared library; the directory of its locks, made at boot
 #   dev      development link, headers, test kit, package files for CMake and pkg-config, sample set
 #   tools    the tool, its manual and completions, the start-up service
 #
@@ -12,6 +12,7 @@ set(share_dir ${CMAKE_INSTALL_DATADIR}/camcfg)
 
 install(TARGETS camcfg EXPORT camcfg-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev)
+install(FILES packaging/tmpfiles.d/camcfg.conf DESTINATION lib/tmpfiles.d COMPONENT runtime)
 install(DIRECTORY include/camcfg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
 install(TARGETS camcfg_testkit EXPORT camcfg-targets

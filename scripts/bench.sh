@@ -91,6 +91,7 @@ measure() {
   local curves=$1
   scripts/describe-machine.sh scripts/bench.sh
   python3 proof/bench/report.py tables build-bench/timings.json build-bench/peers.json "$curves"
+  build-bench/proof/bench/camcfg-locks
   rm -rf build-bench/device
   mkdir -p build-bench/device/{cfg0,cfg1,app/resource}
   cp -r resource/. build-bench/device/app/resource
@@ -112,7 +113,7 @@ publish() {
 }
 
 cmake --build --preset bench \
-  --target camcfg-tool camcfg-instructions camcfg-timings camcfg-peers
+  --target camcfg-tool camcfg-instructions camcfg-timings camcfg-locks camcfg-peers
 build-bench/proof/bench/camcfg-timings build-bench/timings.json --benchmark_min_time=0.02
 build-bench/proof/bench/camcfg-peers >build-bench/peers.json
 if [[ ${1:-} == --publish ]]; then publish; else measure build-bench; fi

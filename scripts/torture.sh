@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Tortures the library: damages its files, cuts its power, makes its system calls fail, uses it from
-# many threads. Prints what was found as tables; docs/reliability.md has those of one run each.
+# many threads and programs. Prints what was found as tables; docs/reliability.md has those of one run
+# each.
 #
 #   scripts/torture.sh          two or three minutes
 #   scripts/torture.sh --long   twenty minutes to half an hour: the published figures
@@ -19,7 +20,7 @@ case "${1-}" in
     ;;
 esac
 
-readonly programs=(damage kills power-cuts exhaustion threads)
+readonly programs=(damage kills power-cuts exhaustion threads programs lock-steps)
 
 build_with_thread_sanitizer() {
   cmake --preset tsan -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
@@ -39,8 +40,8 @@ for program in "${programs[@]}"; do chosen+=("camcfg-$program"); done
 
 scripts/install-packages.sh build tool test || exit 1
 if [[ $(uname -m) != x86_64 ]]; then
-  echo "Left out on $(uname -m): power-cuts exhaustion"
-  chosen=(camcfg-damage camcfg-kills camcfg-threads)
+  echo "Left out on $(uname -m): power-cuts exhaustion lock-steps"
+  chosen=(camcfg-damage camcfg-kills camcfg-threads camcfg-programs)
 fi
 scripts/build.sh -D CAMCFG_TORTURE=ON -- --target "${chosen[@]}" || exit 1
 build_with_thread_sanitizer camcfg-threads || exit 1

@@ -7,7 +7,17 @@
 /// and ends with CFG_SaveFile(document, path, BU_TRUE), or gives up with CFG_UnlockFile(path).
 /// In both modes the caller owns the document and deletes it.
 ///
-/// Threads: every call may come from any thread, except CFG_VerifyFileFormat, which must run alone.
+/// Threads: every call may come from any thread, except CFG_VerifyFileFormat, which must run alone
+/// in its process.
+///
+/// Programs: where the directory "/run/camcfg" exists, every lock also holds between processes: in
+/// read mode shared with other readers, in write mode exclusive. All spellings of a file's path share
+/// that lock; inside a process they are locks of their own, as without the directory. A program that
+/// dies leaves no lock; if it died in a save, the next one to open the file first restores the main
+/// copy from the backup or brings the backup up to date, with one level 4 record. A child of fork(2)
+/// holds none of its parent's locks. Calls that leave a file locked leave it locked for their own
+/// process only. Where a lock file cannot be used, one level 4 record per process and file says so,
+/// and the lock holds inside the process.
 /// No exception leaves the library; running out of memory is reported as failure.
 #ifndef CAMCFG_STORE_H
 #define CAMCFG_STORE_H
@@ -39,7 +49,8 @@ CFG_API extern pthread_mutex_t g_lockMapFileLock;
 /// Locks: the caller holds g_lockMapFileLock.
 CFG_API tag_CFG_FILE_LOCK* cfgGetLockByFile(const char* path);
 
-/// Takes the lock of a path, waiting at most 10 seconds (realtime clock).
+/// Takes the lock of a path, waiting at most 10 seconds (realtime clock) for this process's and
+/// other processes' holders together.
 /// @param path  file path, taken as it is
 /// @return 0 with the lock held; -1 when it was not free in time
 /// On failure the flag of the record is cleared although another holder may still own the mutex:
@@ -83,9 +94,12 @@ CFG_API tinyxml2::XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enR
 /// @return 0 after saving, even if the save or the copy failed;
 ///         -1 for a null path, with nothing saved and no lock released;
 ///         -1 with the lock released (if asked) for a null document, with nothing saved;
+///         -1 with a warning as cfgLockFile prints it, with nothing saved and the lock released (if
+///         asked), for a path that nobody in this process has locked, when another process kept it
+///         locked for 10 seconds;
 ///         -1 with the lock released (if asked) when memory ran out: the main copy may then be
 ///         incomplete, and the backup copy is left as it was
-/// Prints: nothing but what cfgUnlockFile does.
+/// Prints: nothing but what cfgUnlockFile does, and that warning.
 CFG_API int CFG_SaveFile(tinyxml2::XMLDocument* pstDoc, char* pcPath, tagBU_BOOL enUnlock);
 
 /// Copies a file, with the outcome that the command "cp SOURCE DESTINATION" would have had if its
@@ -116,7 +130,9 @@ CFG_API int cfgQueryFileNum(char* dir, int* count);
 ///         run out, after which nothing more is replaced
 /// Prints: on standard output "file %s \n" per name; level 6 records of the counts, of each copy
 /// that does not load ("%s load failed \n") and of each copy made ("sync %s \n").
-/// Locks: none. Threads: call once, before any other use of the files.
+/// Locks: none inside the process; between processes that of each file while it is looked at. A file
+/// that another process keeps locked for 10 seconds is left as it is, with the warning of cfgLockFile.
+/// Threads: call once, before any other use of the files in this process.
 CFG_API int CFG_VerifyFileFormat();
 
 /// Finds the first child element whose name begins with a text: "Rtsp" finds "RtspOverHttp" if that

@@ -54,6 +54,7 @@ int CFG_MPP_UpdateStreamCacheEnabledStreamSource(int s32CacheId, int s32SourceId
   // held. The caller decides whether to save or to drop it. [refused-source-open]
   kStream.print(kError, "StreamSource[%d] not found in whitelist of StreamCache[%d]\n", s32SourceId,
                 s32CacheId);
+  kStream.leaveLocked();
   return -1;
 } catch (const std::bad_alloc&) {
   return kStream.giveUp(BU_FALSE);

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "camcfg/store.h"
+#include "store/file_lock.h"
 
 namespace camcfg {
 
@@ -28,6 +29,7 @@ void MediaDocument::print(const char* level, const char* message, ...) const {
 XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const {
   closeRead();
   handle_ = CFG_GetDocByFileName(kFile, readOnly);
+  writing_ = handle_ != nullptr && readOnly != BU_TRUE;
   XMLElement* element = find(section);
   // Deliberate: a file that could not be loaded holds no lock any more, so releasing it draws a
   // warning in write mode. Callers have always seen that line after the error.
@@ -53,12 +55,23 @@ XMLElement* MediaDocument::find(const char* section) const {
 }
 
 std::int32_t MediaDocument::giveUp(tagBU_BOOL readOnly) const {
+  const bool wrote = writing_;
+  writing_ = false;
   closeRead();
-  if (readOnly != BU_TRUE) CFG_UnlockFile(kFile);
+  if (wrote)
+    CFG_UnlockFile(kFile);
+  else if (readOnly != BU_TRUE)
+    releaseInsideProcess(kFile);
   return failure_;
 }
 
+void MediaDocument::leaveLocked() const {
+  if (writing_) leaveLockedInsideProcess(kFile);
+}
+
 void MediaDocument::closeRead() const {
+  leaveLocked();
+  writing_ = false;
   delete handle_;
   handle_ = nullptr;
 }
@@ -66,6 +79,7 @@ void MediaDocument::closeRead() const {
 std::int32_t MediaDocument::closeWrite() const {
   if (handle_ == nullptr) return 0;
   const bool saved = CFG_SaveFile(handle_, kFile, BU_TRUE) == 0;
+  writing_ = false;
   closeRead();
   return saved ? 0 : failure_;
 }
@@ -96,6 +110,9 @@ const char* MediaDocument::requireText(const XMLElement& element, const char* at
 void MediaDocument::reportMissing(const char* attribute, const char* path) const {
   print(kError, "Attr `%s` is required by %s .\n", attribute, path);
 }
+
+bool streamIsWritten = false;
+bool liveMediaIsWritten = false;
 
 }  // namespace camcfg
 

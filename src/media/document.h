@@ -18,19 +18,27 @@ inline constexpr char kInfo[] = "Info";
 class MediaDocument {
  public:
   /// @param handle      the family's exported handle of its open document
+  /// @param writing     whether that was opened for writing
   /// @param topElement  element at the top of the file that holds the family's sections
   /// @param frame       the family's name in its console lines
   /// @param failure     what the family's calls return when they fail
-  constexpr MediaDocument(tinyxml2::XMLDocument*& handle, const char* topElement, const char* frame,
-                          std::int32_t failure)
-      : handle_(handle), topElement_(topElement), frame_(frame), failure_(failure) {}
+  constexpr MediaDocument(tinyxml2::XMLDocument*& handle, bool& writing, const char* topElement,
+                          const char* frame, std::int32_t failure)
+      : handle_(handle),
+        writing_(writing),
+        topElement_(topElement),
+        frame_(frame),
+        failure_(failure) {}
+
+  /// Leaves the open document as it is and its file locked, for this process only.
+  void leaveLocked() const;
 
   /// Loads the file into the handle, in place of a document that is still open, and finds a
   /// section.
   /// @return the section; null with the handle cleared and, in write mode, the lock released
   tinyxml2::XMLElement* open(const char* section, tagBU_BOOL readOnly) const;
 
-  /// Drops the open document; a lock that it holds stays held.
+  /// Drops the open document; a lock that it holds stays held for this process.
   void closeRead() const;
 
   /// Saves the open document, releases its lock and drops it.
@@ -63,13 +71,19 @@ class MediaDocument {
   tinyxml2::XMLElement* find(const char* section) const;
 
   tinyxml2::XMLDocument*& handle_;
+  bool& writing_;
   const char* topElement_;
   const char* frame_;
   std::int32_t failure_;
 };
 
-inline constexpr MediaDocument kStream(g_STREAM_xmlDoc, "Stream", "MppStream", CFG_MPP_ERR);
-inline constexpr MediaDocument kLiveMedia(g_LM_xmlDoc, "LiveMediaService", "LiveMedia", CFG_LM_ERR);
+extern bool streamIsWritten;
+extern bool liveMediaIsWritten;
+
+inline constexpr MediaDocument kStream(g_STREAM_xmlDoc, streamIsWritten, "Stream", "MppStream",
+                                       CFG_MPP_ERR);
+inline constexpr MediaDocument kLiveMedia(g_LM_xmlDoc, liveMediaIsWritten, "LiveMediaService",
+                                          "LiveMedia", CFG_LM_ERR);
 
 }  // namespace camcfg
 

@@ -3,6 +3,7 @@
 #include "camcfg/preset.h"
 #include "preset/group.h"
 #include "preset/record.h"
+#include "store/file_lock.h"
 #include "store/transaction.h"
 
 using namespace camcfg;
@@ -59,6 +60,7 @@ int CFG_PRESET_DeleteById(int s32PresetId) {
   // CFG_UnlockFile; programs that delete unknown ids call it, and a release here would make
   // theirs warn. [preset-delete-unknown]
   document.leaveLocked();
+  leaveLockedInsideProcess(CFG_FILE_PRESET);
   return 0;
 }
 

@@ -1,55 +1,47 @@
 #include <unistd.h>
 
-#include <cstring>
 #include <memory>
 #include <utility>
 
 #include "base/log.h"
 #include "base/never_freed.h"
-#include "base/text.h"
 #include "base/xml_edit.h"
 #include "camcfg/store.h"
 #include "store/file_lock.h"
+#include "store/paths.h"
 #include "store/xml_file.h"
 
 namespace {
 
+using camcfg::Access;
 using camcfg::Place;
+using camcfg::SaveStep;
 using tinyxml2::XMLDocument;
 
 // The lines that device logs have always shown for these two records.
 constexpr Place kNoDocumentPlace{"CFG_GetDocByFileName", 313};
 constexpr Place kLoadPlace{"CFG_GetDocByFileName", 324};
 
-void mainPathOf(char (&mainPath)[CFG_PATH_SIZE], const char* path) {
-  if (path[0] == '/')
-    camcfg::copyText(mainPath, path);
-  else
-    camcfg::joinPath(mainPath, CFG_DIR_MAIN, path);
-}
-
-// Deliberate: the first five characters are overwritten whatever they are, so a path outside
-// "/cfg0" gets a backup path that makes little sense. Files outside "/cfg0" are not saved by anyone
-// who wants a backup of them. [backup-path]
-void backupPathOf(char (&backupPath)[CFG_PATH_SIZE], const char (&mainPath)[CFG_PATH_SIZE]) {
-  std::memset(backupPath, 0, sizeof CFG_DIR_BACKUP);  // a shorter path ends after the directory
-  camcfg::copyText(backupPath, mainPath);
-  std::memcpy(backupPath, CFG_DIR_BACKUP, std::strlen(CFG_DIR_BACKUP));
+void copyToBackup(const char (&mainPath)[CFG_PATH_SIZE]) {
+  char backupPath[CFG_PATH_SIZE];
+  camcfg::backupPathOf(backupPath, mainPath);
+  cfgSyncCfgFile(mainPath, backupPath);
+  sync();
 }
 
 bool saveBothCopies(XMLDocument& document, const char* path) {
+  const camcfg::WorkLock lock(path);
+  if (!lock) return false;
   char mainPath[CFG_PATH_SIZE];
-  mainPathOf(mainPath, path);
+  camcfg::mainPathOf(mainPath, path);
+  lock.note(SaveStep::MainCopy);
   const bool written = camcfg::saveXml(document, mainPath);
+  if (written) lock.note(SaveStep::BackupCopy);
   sync();
   // If memory ran out while writing, the incomplete main copy must not replace the backup.
-  if (!written) return false;
-
-  char backupPath[CFG_PATH_SIZE];
-  backupPathOf(backupPath, mainPath);
-  cfgSyncCfgFile(mainPath, backupPath);
-  sync();
-  return true;
+  if (written) copyToBackup(mainPath);
+  lock.note(SaveStep::None);
+  return written;
 }
 
 }  // namespace
@@ -64,14 +56,21 @@ XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
     camcfg::logError(kLoadPlace, "Load file %s fail\n", "(null)");
     return nullptr;
   }
-  tag_CFG_FILE_LOCK* lock = camcfg::takeLock(pcPath);
+  tag_CFG_FILE_LOCK* lock =
+      camcfg::takeLock(pcPath, enReadOnly == BU_TRUE ? Access::Read : Access::Write);
   if (lock == nullptr) {
     // Deliberate: the document is abandoned, not deleted, when the lock cannot be had.
     // [document-abandoned]
     camcfg::neverFreed(std::move(document));
     return nullptr;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }
-  if (camcfg::loadXml(*document, pcPath) != camcfg::Load::Done) {
+  camcfg::FileIdentity file;
+  const camcfg::Load loaded = camcfg::loadXml(*document, pcPath, &file);
+  if (!camcfg::confirmFile(lock, file)) {
+    camcfg::releaseLock(lock, pcPath);
+    return CFG_GetDocByFileName(pcPath, enReadOnly);
+  }
+  if (loaded != camcfg::Load::Done) {
     document.reset();
     camcfg::logError(kLoadPlace, "Load file %s fail\n", pcPath);
     camcfg::releaseLock(lock, pcPath);

@@ -9,6 +9,7 @@
 #include "base/log.h"
 #include "base/text.h"
 #include "camcfg/store.h"
+#include "store/file_lock.h"
 #include "store/xml_file.h"
 
 namespace {
@@ -66,13 +67,19 @@ struct Copies {
 // Restores what is broken under one name, given how many files each directory held at the start.
 class Verification {
  public:
-  explicit Verification(const Counts& counts) : counts_(counts) {}
+  Verification(const Counts& counts, bool locks) : counts_(counts), locks_(locks) {}
 
   // False when memory or descriptors ran out: a copy that could not be loaded for lack of them is
-  // not a broken copy.
+  // not a broken copy. One that another program keeps locked is left to that program.
   bool verify(const char* name) {
     Copies copies;
     camcfg::joinPath(copies.main, CFG_DIR_MAIN, name);
+    const camcfg::WorkLock lock(copies.main, &locks_);
+    return !lock || verify(copies, name);
+  }
+
+ private:
+  bool verify(Copies& copies, const char* name) {
     const Load main = camcfg::loadXml(document_, copies.main);
     if (main == Load::Shortage) return false;
     std::printf("file %s \n", copies.main);
@@ -83,7 +90,6 @@ class Verification {
     return source != Load::Shortage;
   }
 
- private:
   Load restoreFromBackup(Copies& copies, const char* name) {
     if (counts_.backup == 0) return Load::Failed;
     camcfg::joinPath(copies.backup, CFG_DIR_BACKUP, name);
@@ -114,6 +120,7 @@ class Verification {
   }
 
   const Counts counts_;
+  const bool locks_;
   tinyxml2::XMLDocument document_;
 };
 
@@ -152,7 +159,8 @@ int CFG_VerifyFileFormat() {
     camcfg::logError(here(), "File %s didn't exist\n", path);
     return -1;
   }
-  Verification verification(counts);
+  const bool locks = camcfg::locksAreAskedFor(CFG_DIR_MAIN);
+  Verification verification(counts, locks);
   while (const dirent* entry = nextRegularFile(directory.get()))
     if (!verification.verify(entry->d_name)) return -1;
   return 0;

@@ -34,9 +34,11 @@ File streamOf(int fd, const char* mode) {
   return nullptr;
 }
 
-bool isRegular(int fd) {
-  struct stat status {};
-  return fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+bool isRegular(int fd, FileIdentity* file) {
+  struct stat status;
+  if (fstat(fd, &status) != 0) return false;
+  if (file != nullptr) *file = {status.st_dev, status.st_ino};
+  return S_ISREG(status.st_mode);
 }
 
 }  // namespace
@@ -45,14 +47,15 @@ bool isShortage(int error) {
   return error == ENOMEM || error == EMFILE || error == ENFILE;
 }
 
-Load loadXml(tinyxml2::XMLDocument& document, const char* path) try {
+Load loadXml(tinyxml2::XMLDocument& document, const char* path, FileIdentity* file) try {
   const int fd = openWithoutWaiting(path, O_RDONLY);
-  const File file = streamOf(fd, "rb");
-  if (file == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
+  const File stream = streamOf(fd, "rb");
+  if (stream == nullptr) return isShortage(errno) ? Load::Shortage : Load::Failed;
   // The file is read in one call, so a buffer would only be one more copy.
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  return isRegular(fd) && document.LoadFile(file.get()) == tinyxml2::XML_SUCCESS ? Load::Done
-                                                                                 : Load::Failed;
+  std::setvbuf(stream.get(), nullptr, _IONBF, 0);
+  return isRegular(fd, file) && document.LoadFile(stream.get()) == tinyxml2::XML_SUCCESS
+             ? Load::Done
+             : Load::Failed;
 } catch (const std::bad_alloc&) {
   return Load::Shortage;
 }

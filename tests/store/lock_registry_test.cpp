@@ -328,6 +328,32 @@ TEST_F(LockRegistryTest, ThreadsWaitingForOneFileHoldUpNoOther) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
+// Each of these looks a path up, so each waits while another thread has the registry.
+TEST_F(LockRegistryTest, ThreadsWaitForTheRegistryToLookAPathUp) {
+  tinyxml2::XMLDocument document;
+  document.Parse("<A/>");
+  device.write("/cfg0/x.xml", "<A/>");
+  const std::vector<std::function<void()>> calls = {
+      [] { cfgLockFile("/cfg0/a.xml"); }, [] { cfgUnlockFile("/cfg0/b.xml"); },
+      [] { delete CFG_GetDocByFileName(text("/cfg0/x.xml"), BU_TRUE); },
+      [&] { CFG_SaveFile(&document, text("/cfg0/c.xml"), BU_FALSE); }};
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    std::atomic<bool> done{false};
+    pthread_mutex_lock(&g_lockMapFileLock);
+    const std::size_t records = g_mapFileLock.size();
+    std::thread caller([&] {
+      calls[i]();
+      done = true;
+    });
+    std::this_thread::sleep_for(300ms);
+    EXPECT_FALSE(done) << "call " << i;
+    EXPECT_EQ(g_mapFileLock.size(), records) << "call " << i;
+    pthread_mutex_unlock(&g_lockMapFileLock);
+    caller.join();
+    EXPECT_TRUE(done);
+  }
+}
+
 TEST_F(LockRegistryTest, ThreadsHoldingTwoFilesNeverMeet) {
   constexpr int kRounds = 1000;
   int first = 0;
