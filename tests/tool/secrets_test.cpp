@@ -156,9 +156,12 @@ TEST_F(SecretsTest, EveryCommandIsAmongThoseTried) {
   const std::vector<Words> lines = commandLines();
   for (const tool::cli::CommandGroup& group : tool::commands::allGroups())
     for (const tool::cli::Command& command : group.commands)
-      EXPECT_TRUE(!command.run || std::any_of(lines.begin(), lines.end(), [&](const Words& line) {
-        return beginsWithWords(line, command.name);
-      })) << command.name;
+      // One that goes on is tried by itself.
+      EXPECT_TRUE(
+          !command.run || command.goesOn ||
+          std::any_of(lines.begin(), lines.end(),
+                      [&](const Words& line) { return beginsWithWords(line, command.name); }))
+          << command.name;
 }
 
 TEST_F(SecretsTest, NoCommandPrintsOneUnasked) {

@@ -12,14 +12,20 @@ class Descriptor {
  public:
   explicit Descriptor(int fd) : fd_(fd) {}
   ~Descriptor() { close(); }
+  Descriptor(Descriptor&& other) noexcept : fd_(other.release()) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
   explicit operator bool() const { return fd_ >= 0; }
   int get() const { return fd_; }
-  bool close() {
+  /// Gives the descriptor away: it stays open.
+  int release() {
     const int fd = fd_;
     fd_ = -1;
+    return fd;
+  }
+  bool close() {
+    const int fd = release();
     return fd < 0 || ::close(fd) == 0;
   }
 

@@ -7,6 +7,7 @@ namespace {
 
 Watcher watching;
 std::string stage;
+std::function<void(const std::string&)> announcing;
 
 }  // namespace
 
@@ -26,6 +27,14 @@ Stage::~Stage() {
 void watchWork(Watcher watcher) {
   watching = std::move(watcher);
   stage.clear();
+}
+
+void announce(const std::string& line) {
+  if (announcing) announcing(line);
+}
+
+void announceBy(std::function<void(const std::string& line)> announcer) {
+  announcing = std::move(announcer);
 }
 
 }  // namespace camcfg::tool

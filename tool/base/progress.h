@@ -30,6 +30,12 @@ using Watcher = std::function<void(const std::string& work)>;
 /// @param watcher  takes the place of the previous one; empty: nobody hears of it
 void watchWork(Watcher watcher);
 
+/// Says a line at once, while the work goes on, where somebody takes it.
+void announce(const std::string& line);
+
+/// @param announcer  prints such a line from now on
+void announceBy(std::function<void(const std::string& line)> announcer);
+
 }  // namespace camcfg::tool
 
 #endif

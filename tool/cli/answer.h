@@ -91,9 +91,10 @@ struct Look {
 /// The answer as a person reads it: its layout, block by block.
 std::string renderText(const Answer& answer, const Look& look = {});
 
-/// The answer as a program reads it: its value. Control characters are escaped, those beyond ASCII
+/// The answer as a program reads it: its value, with so many spaces for each level, or on one line
+/// if that is below 0. Control characters are escaped, those beyond ASCII
 /// too; bytes that are not UTF-8 become U+FFFD.
-std::string renderJson(const Answer& answer);
+std::string renderJson(const Answer& answer, int indent = 2);
 
 }  // namespace camcfg::tool::cli
 

@@ -14,6 +14,8 @@
 
 namespace camcfg::tool::cli {
 
+class Channel;
+
 /// What was given to a command, by the names in its options and in those of the commands above it.
 /// Asking for a name that is in none of them throws std::logic_error: it can only be a mistake.
 class Arguments {
@@ -37,6 +39,14 @@ class Arguments {
   /// All files given that are read whole.
   const std::vector<HostFile>& files(const std::string& name) const { return at(name).files; }
 
+  /// Lends the command a channel, for as long as it runs.
+  void lend(const Channel& channel) { channel_ = &channel; }
+  /// How a command answers that goes on until it is stopped.
+  const Channel& channel() const {
+    if (channel_ == nullptr) throw Refusal("nobody takes its answers");
+    return *channel_;
+  }
+
  private:
   const Given& at(const std::string& name) const {
     const auto found = known_.find(name);
@@ -45,6 +55,7 @@ class Arguments {
   }
 
   std::map<std::string, Given> known_;
+  const Channel* channel_ = nullptr;
 };
 
 /// A word that may be in a place of a command line.
@@ -115,6 +126,7 @@ struct Command {
   bool hidden = false;  ///< for programs: neither in help nor completed
   bool usesDevice = true;
   std::function<std::string()> details{};  ///< what help adds, in lines that stay as they are
+  bool goesOn = false;  ///< until it is stopped; it answers through the channel of its arguments
 
   /// The last word of the name: "select" of "stream cache select".
   std::string word() const { return name + (above().empty() ? 0 : above().size() + 1); }

@@ -91,9 +91,25 @@ void HostPrograms::become(const std::vector<std::string>& words) const {
   struct stat outside {};
   const bool isInside = stat("/", &here) == 0 && fstat(root_.get(), &outside) == 0 &&
                         (here.st_dev != outside.st_dev || here.st_ino != outside.st_ino);
-  std::signal(SIGXFSZ, SIG_DFL);
+  for (const int number : {SIGXFSZ, SIGIO}) std::signal(number, SIG_DFL);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
   if (!isInside || (fchdir(root_.get()) == 0 && chroot(".") == 0))
     execvp(pointers.front(), pointers.data());
+}
+
+pid_t HostPrograms::start(const std::vector<std::string>& words, int in, int out, int err,
+                          int fault) const {
+  const pid_t child = fork();
+  if (child < 0) throw Refusal(std::strerror(errno));
+  if (child > 0) return child;
+  dup2(in, STDIN_FILENO);
+  dup2(out, STDOUT_FILENO);
+  dup2(err, STDERR_FILENO);
+  become(words);
+  writeAll(fault, std::to_string(errno));
+  _exit(127);
 }
 
 std::string HostPrograms::passThrough(const HostProgram& program, const std::string& text) const {
@@ -102,16 +118,7 @@ std::string HostPrograms::passThrough(const HostProgram& program, const std::str
   const MemoryFile err;
   const MemoryFile error;
   if (!in.fill(text) || !error.fill("")) throw Refusal(std::strerror(errno));
-  const pid_t child = fork();
-  if (child == 0) {
-    dup2(in.get(), STDIN_FILENO);
-    dup2(out.get(), STDOUT_FILENO);
-    dup2(err.get(), STDERR_FILENO);
-    become(program.words);
-    writeAll(error.get(), std::to_string(errno));
-    _exit(127);
-  }
-  if (child < 0) throw Refusal(std::strerror(errno));
+  const pid_t child = start(program.words, in.get(), out.get(), err.get(), error.get());
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
   requireStarted(program, error.contents());

@@ -24,6 +24,9 @@ class Streams {
   /// @throws Refusal if that is not possible
   void answer(const std::string& text) const;
 
+  /// The tool's standard output.
+  int descriptor() const { return answers_.get(); }
+
   /// Whether the tool's standard output is a terminal.
   bool answersToTerminal() const;
 
@@ -49,6 +52,13 @@ class HostPrograms {
   /// @return what it wrote to standard output
   /// @throws Refusal  it is not installed, could not be started, or failed
   std::string passThrough(const HostProgram& program, const std::string& text) const;
+
+  /// Starts a program found by PATH.
+  /// @param in, out, err  its standard input, output and error
+  /// @param fault         where the child process writes its errno if it cannot become the program;
+  ///                      its status is 127 then
+  /// @throws Refusal if there can be no process
+  pid_t start(const std::vector<std::string>& words, int in, int out, int err, int fault) const;
 
  private:
   void become(const std::vector<std::string>& words) const;

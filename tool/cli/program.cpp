@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "base/progress.h"
+#include "cli/channel.h"
 #include "cli/command_line.h"
 #include "cli/process.h"
 #include "cli/terminal.h"
@@ -10,24 +12,41 @@
 namespace camcfg::tool::cli {
 namespace {
 
-std::string rendered(const Answer& answer, const Invocation& invocation, bool isTerminal,
+Look lookFor(const Invocation& invocation, const Streams& streams) {
+  const bool isTerminal = streams.answersToTerminal();
+  return {isTerminal, wantsColours(invocation.color, isTerminal)};
+}
+
+std::string rendered(const Answer& answer, const Invocation& invocation, const Look& look,
                      const HostPrograms& programs) {
   if (invocation.json) return renderJson(answer);
   if (!answer.through.words.empty())
     return programs.passThrough(answer.through, renderText(answer));
-  return renderText(answer, {isTerminal, wantsColours(invocation.color, isTerminal)});
+  return renderText(answer, look);
 }
 
-Status carryOut(const Invocation& invocation, const Streams& streams,
-                const HostPrograms& programs) {
+// Such a command ends when it is stopped, or by a refusal.
+Status goOn(Invocation& invocation, const Streams& streams, const HostPrograms& programs) try {
+  const Channel channel(streams, programs, invocation.command->name, invocation.json,
+                        lookFor(invocation, streams));
+  invocation.arguments.lend(channel);
+  invocation.command->run(invocation.arguments);
+  return Status::Done;
+} catch (const Stopped&) {
+  return Status::Done;
+}
+
+Status carryOut(Invocation& invocation, const Streams& streams, const HostPrograms& programs) {
   const std::string name = std::string(invocation.command->name) + ": ";
+  announceBy([&](const std::string& line) { Streams::message(name + line, Tone::Warning); });
   try {
+    if (invocation.command->goesOn) return goOn(invocation, streams, programs);
     std::optional<ProgressLine> progress;
     if (!invocation.verbose && !invocation.command->hidden)
       progress.emplace(invocation.command->name, STDERR_FILENO);
     const Answer answer = invocation.command->run(invocation.arguments);
     progress.reset();
-    streams.answer(rendered(answer, invocation, streams.answersToTerminal(), programs));
+    streams.answer(rendered(answer, invocation, lookFor(invocation, streams), programs));
     for (const std::string& note : answer.notes)
       Streams::message(name + note, answer.status == Status::Done ? Tone::Warning : Tone::Bad);
     return answer.status;
@@ -53,7 +72,7 @@ std::string colorIn(int argc, const char* const* argv) {
 Status run(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
   Streams streams;
   Streams::colourMessages(colorIn(argc, argv));
-  const Invocation invocation = readCommandLine(groups, argc, argv);
+  Invocation invocation = readCommandLine(groups, argc, argv);
   Streams::colourMessages(invocation.json ? "never" : invocation.color);
   if (invocation.command == nullptr) {
     streams.answer(invocation.text);

@@ -184,8 +184,8 @@ class Renderer {
 
 }  // namespace
 
-std::string renderJson(const Answer& answer) {
-  const std::string text = answer.value.dump(2);
+std::string renderJson(const Answer& answer, int indent) {
+  const std::string text = answer.value.dump(indent);
   std::string result;
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (isControl(text, at))

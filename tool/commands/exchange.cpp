@@ -1,6 +1,7 @@
 #include "document/exchange.h"
 
 #include "commands/groups.h"
+#include "device/turn.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -48,6 +49,8 @@ document::ImportOptions optionsOf(const Arguments& arguments) {
 }
 
 Answer importDocument(const Arguments& arguments) {
+  const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
+                                                   : device::Turn::allFiles());
   return changed(document::importSettings(arguments.text(kFile), optionsOf(arguments)),
                  "nothing differs from the device");
 }
@@ -99,6 +102,8 @@ Outcome resetBy(const Arguments& arguments) {
 }
 
 Answer reset(const Arguments& arguments) {
+  const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
+                                                   : device::Turn::allFiles());
   return changed(resetBy(arguments), "it has its factory values already");
 }
 

@@ -13,14 +13,18 @@ constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
 
 Answer status(const Arguments& /*arguments*/) {
-  return Answer(device::checkHealth(), {Table{"copies",
-                                              {{"FILE", "{file}"},
-                                               {"COPY", "{copy}"},
-                                               {"STATE", "{state!}"},
-                                               {"BYTES", "{bytes}"},
-                                               {"CHANGED", "{changed}"},
-                                               {"AT START", "{atStart}"}}},
-                                        Line{"health: {health!}"}});
+  Outcome outcome = device::checkHealth();
+  const char* apart = outcome.value["keptApart"].get<bool>()
+                          ? "programs: kept apart"
+                          : "programs: not kept apart ({keptApartWhyNot})";
+  return Answer(std::move(outcome), {Table{"copies",
+                                           {{"FILE", "{file}"},
+                                            {"COPY", "{copy}"},
+                                            {"STATE", "{state!}"},
+                                            {"BYTES", "{bytes}"},
+                                            {"CHANGED", "{changed}"},
+                                            {"AT START", "{atStart}"}}},
+                                     Line{"health: {health!}"}, Line{apart}});
 }
 
 Answer verify(const Arguments& arguments) {

@@ -30,6 +30,7 @@ constexpr char kKey[] = "KEY";
 constexpr char kKind[] = "KIND";
 constexpr char kLanguage[] = "LANGUAGE";
 constexpr char kName[] = "NAME";
+constexpr char kPlace[] = "PLACE";
 constexpr char kPreset[] = "PRESET";
 constexpr char kSection[] = "SECTION";
 constexpr char kSource[] = "SOURCE";
@@ -94,6 +95,7 @@ CommandGroup parametersGroup();
 CommandGroup presetGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
+CommandGroup watchGroup();
 
 /// All commands, in the order of the help text.
 std::vector<CommandGroup> allGroups();

@@ -6,6 +6,7 @@
 
 #include "base/plain_text.h"
 #include "commands/groups.h"
+#include "device/turn.h"
 #include "lint/lint.h"
 #include "media/media.h"
 #include "media/stream_cache.h"
@@ -60,16 +61,19 @@ Answer caches(const Arguments& /*arguments*/) {
 }
 
 Answer select(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_MPP});
   return Answer(media::selectSource(arguments.text(kId), arguments.text(kSource)), {Line{kMarked}});
 }
 
 Answer makeDefault(const Arguments& arguments) {
   const bool rehearse = arguments.given(kDryRun);
+  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::Files{CFG_FILE_MPP});
   return Answer(media::makeDefaultSource(arguments.text(kId), arguments.text(kSource), rehearse),
                 {Line{rehearse ? kMarked + std::string(" (not saved)") : kMarked}});
 }
 
 Answer allow(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_MPP});
   return Answer(media::allowSources(arguments.text(kId), arguments.texts(kSource)),
                 {Line{"stream cache {cache} allows {allowed}; before: {before}"}});
 }

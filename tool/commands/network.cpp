@@ -4,6 +4,7 @@
 
 #include "base/plain_text.h"
 #include "commands/groups.h"
+#include "device/turn.h"
 #include "settings/network.h"
 #include "settings/value.h"
 
@@ -112,12 +113,14 @@ Answer show(const Arguments& arguments) {
 }
 
 Answer set(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_BUSINESS});
   return Answer(network::setNetworkField(arguments.text(kCard), arguments.text(kField),
                                          arguments.text(kValue), arguments.given(kForce)),
                 {Line{"{card}/{field}: {before} -> {value}"}});
 }
 
 Answer reset(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_BUSINESS});
   Answer answer(network::resetCard(arguments.text(kCard)));
   if (answer.value["changed"].empty())
     answer.layout = {Line{"{card}: it has its factory values already"}};
@@ -127,9 +130,11 @@ Answer reset(const Arguments& arguments) {
 }
 
 Answer hostname(const Arguments& arguments) {
-  if (arguments.given(kName))
+  if (arguments.given(kName)) {
+    const device::Turn turn({CFG_FILE_BUSINESS});
     return Answer(network::setHostname(arguments.text(kName), arguments.given(kForce)),
                   {Line{"hostname: {before} -> {hostname}"}});
+  }
   const network::Network network;
   Answer answer;
   answer.value["hostname"] = network::attributeOf(&network.section(), "Hostname");

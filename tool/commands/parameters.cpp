@@ -1,7 +1,10 @@
 #include "parameters/parameter.h"
 
+#include <camcfg/types.h>
+
 #include "base/plain_text.h"
 #include "commands/groups.h"
+#include "device/turn.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -53,6 +56,7 @@ Answer get(const Arguments& arguments) {
 }
 
 Answer set(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_BUSINESS});
   return Answer(parameters::setParameter(arguments.text(kSection), arguments.text(kName),
                                          arguments.text(kValue), arguments.given(kForce)),
                 {Line{"{section}/{name}: {before} -> {value}"}});

@@ -7,6 +7,7 @@
 #include "base/library_log.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
+#include "device/turn.h"
 #include "settings/presets.h"
 #include "settings/value.h"
 
@@ -98,6 +99,7 @@ Answer store(const Arguments& arguments, int id) {
 }
 
 Answer set(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_PRESET});
   return store(arguments, requireId(arguments.text(kId)));
 }
 
@@ -115,6 +117,7 @@ int requireUnusedId() {
 }
 
 Answer add(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_PRESET});
   const presets::Presets usable;
   Answer answer = store(arguments, requireUnusedId());
   answer.layout = {Line{"{id}"}};
@@ -122,6 +125,7 @@ Answer add(const Arguments& arguments) {
 }
 
 Answer remove(const Arguments& arguments) {
+  const device::Turn turn({CFG_FILE_PRESET});
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
   Answer answer(Outcome{preset.values, {}}, {Line{"{label}: deleted"}});
@@ -155,6 +159,8 @@ void tellFaults(Answer& answer, const Json& faults) {
 }
 
 Answer importAll(const Arguments& arguments) {
+  const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
+                                                   : device::Turn::Files{CFG_FILE_PRESET});
   Answer answer(presets::importPresets(arguments.text(kFile), arguments.given(kDryRun)));
   if (answer.status == Status::Refused)
     tellFaults(answer, answer.value["faults"]);

@@ -6,6 +6,7 @@
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/files.h"
+#include "device/turn.h"
 #include "parameters/parameter.h"
 
 namespace camcfg::tool::commands {
@@ -90,6 +91,7 @@ cli::Command commandFor(const Port& port) {
           {{Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
           [&port](const Arguments& arguments) {
             if (!arguments.given(kPort)) return showPort(port);
+            const device::Turn turn({CFG_FILE_BUSINESS});
             return Answer(
                 parameters::setParameter(kSystem, port.parameter, arguments.text(kPort), false),
                 {Line{"{section}/{name}: {before} -> {value}"}});

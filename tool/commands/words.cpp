@@ -67,6 +67,18 @@ Candidates valueWords(const Arguments& before) {
   return plain(parameters.require(before.text(kSection), before.text(kName)).form().options());
 }
 
+// Sections, and the parameters of the one that is the last of the places given.
+Candidates placeWords(const Arguments& before) {
+  Candidates candidates = wholeSectionWords(before);
+  if (!before.given(kPlace)) return candidates;
+  const parameters::Parameters parameters;
+  const std::string& last = before.texts(kPlace).back();
+  if (isAmong(parameters.sections(), last))
+    for (const parameters::Parameter& parameter : parameters.in(last))
+      candidates.push_back({parameter.name});
+  return candidates;
+}
+
 Candidates cardWords(const Arguments& /*before*/) {
   const network::Network network;
   Candidates candidates;
@@ -115,10 +127,19 @@ Candidates textKeyWords(const Arguments& before) {
 
 // What is in a place, by its name.
 constexpr std::pair<std::string_view, Candidates (*)(const Arguments&)> kMeanings[] = {
-    {kSection, sectionWords},   {kName, parameterWords},  {kValue, valueWords},
-    {kCard, cardWords},         {kField, cardFieldWords}, {kPreset, presetWords},
-    {kKind, mediaKindWords},    {kId, mediaIdWords},      {kSource, sourceIdWords},
-    {kLanguage, languageWords}, {kKey, textKeyWords},     {kSectionOption, wholeSectionWords}};
+    {kSection, sectionWords},
+    {kName, parameterWords},
+    {kValue, valueWords},
+    {kCard, cardWords},
+    {kField, cardFieldWords},
+    {kPreset, presetWords},
+    {kKind, mediaKindWords},
+    {kId, mediaIdWords},
+    {kSource, sourceIdWords},
+    {kLanguage, languageWords},
+    {kPlace, placeWords},
+    {kKey, textKeyWords},
+    {kSectionOption, wholeSectionWords}};
 
 }  // namespace
 
@@ -168,9 +189,9 @@ void addWords(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),    lintGroup(),     parametersGroup(), explainGroup(), systemGroup(),
-      networkGroup(),  presetGroup(),   streamGroup(),     liveGroup(),    graphGroup(),
-      exchangeGroup(), languageGroup(), helpGroup(),       completeGroup()};
+      filesGroup(),  lintGroup(),     parametersGroup(), explainGroup(), watchGroup(),
+      systemGroup(), networkGroup(),  presetGroup(),     streamGroup(),  liveGroup(),
+      graphGroup(),  exchangeGroup(), languageGroup(),   helpGroup(),    completeGroup()};
   addWords(groups);
   return groups;
 }

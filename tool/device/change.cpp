@@ -7,11 +7,15 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/calm.h"
+#include "device/turn.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -80,6 +84,81 @@ std::pair<bool, std::string> putBack(const std::string& path, tinyxml2::XMLDocum
                        (isWhole ? std::string() : ", but not in " + backup)};
 }
 
+// What became of a change.
+struct Attempt {
+  Copy main;                 // afterwards
+  std::string fault;         // empty if it was made
+  bool isOver = false;       // another attempt would do nothing else
+  bool isDisturbed = false;  // another program saved the file meanwhile
+};
+
+constexpr int kAttempts = 3;
+
+// Another program that loaded the file before the change saves what it loaded shortly after it.
+// Where programs are kept apart, or nobody has saved lately, nobody is expected to.
+Copy readAgain(const std::string& path, const Signature& before) {
+  constexpr std::chrono::milliseconds kLately(1000);
+  constexpr std::chrono::milliseconds kShortly(20);
+  if (ageOf(before) < kLately && !whyNotKeptApart().empty()) std::this_thread::sleep_for(kShortly);
+  return loadCalmly(path);
+}
+
+void requireBackup(const Change& change) {
+  const std::string backup = pathOf(Place::Backup, change.path);
+  const bool isAlike = calmly([&] { return sameContents(loadCopy(change.path), loadCopy(backup)); },
+                              [](bool alike) { return !alike; });
+  if (!isAlike)
+    throw Refusal(change.what + ": stored in " + change.path + " but not in its backup " + backup +
+                  "; run 'camcfg verify --resync'");
+}
+
+Document requireRoom(const Change& change) {
+  Document former = requireDocument(change.path);
+  std::vector<Writing> writings;
+  addWritings(change.path, written(*former).size() + change.growth, writings);
+  const std::string obstacle = whyNotWritable(writings);
+  if (!obstacle.empty()) throw Refusal(change.what + ": " + obstacle);
+  return former;
+}
+
+// Whether the file was saved, and the value that was there before the change is there again.
+bool isAsBefore(const Change& change, tinyxml2::XMLDocument& former, tinyxml2::XMLDocument& main) {
+  return change.standing ? change.standing(main) == change.standing(former)
+                         : written(main) == written(former);
+}
+
+Attempt attemptTo(const Change& change, tinyxml2::XMLDocument& former) {
+  const Signature before = signatureOf(change.path);
+  forgetComplaint();
+  const bool accepted = change.make();
+  const Signature after = signatureOf(change.path);
+  const std::string complaint = lastComplaint();
+
+  Attempt attempt;
+  attempt.main = readAgain(change.path, before);
+  const bool loads = attempt.main.loads();
+  attempt.isOver = accepted && loads && change.arrived(*attempt.main.document);
+  if (attempt.isOver) return attempt;
+  attempt.fault = accepted ? "it did not arrive in " + change.path : "the library refused it";
+  if (!complaint.empty()) attempt.fault += " (" + complaint + ")";
+  // What the library could not load, but loads now, another program was saving.
+  const bool wasHalfWritten = loads && complaint == "Load file " + change.path + " fail";
+  attempt.isDisturbed =
+      loads &&
+      (wasHalfWritten || signatureOf(change.path) != after ||
+       (accepted && after != before && isAsBefore(change, former, *attempt.main.document)));
+  attempt.isOver = !loads || !(accepted || wasHalfWritten);
+  return attempt;
+}
+
+std::string undone(const Change& change, const Copy& main) {
+  const std::string fault =
+      change.what + ": another program's save undid it " + std::to_string(kAttempts) + " times";
+  if (!change.standing) return fault;
+  const std::optional<std::string> value = change.standing(*main.document);
+  return fault + "; " + (value ? quoted(*value) : "nothing") + " is set now";
+}
+
 }  // namespace
 
 std::string whyNotWritable(const std::vector<Writing>& writings) {
@@ -102,26 +181,17 @@ std::string whyNotWritable(const std::vector<Writing>& writings) {
 }
 
 void makeChange(const Change& change) {
-  const Document former = requireDocument(change.path);
-  std::vector<Writing> writings;
-  addWritings(change.path, written(*former).size() + change.growth, writings);
-  const std::string obstacle = whyNotWritable(writings);
-  if (!obstacle.empty()) throw Refusal(change.what + ": " + obstacle);
-
-  forgetComplaint();
-  const bool accepted = change.make();
-  const std::string complaint = lastComplaint();
-
-  const Copy main = loadCopy(change.path);
-  if (accepted && main.loads() && change.arrived(*main.document)) {
-    const std::string backup = pathOf(Place::Backup, change.path);
-    if (sameContents(main, loadCopy(backup))) return;
-    throw Refusal(change.what + ": stored in " + change.path + " but not in its backup " + backup +
-                  "; run 'camcfg verify --resync'");
+  const Turn turn({change.path.c_str()});
+  const Document former = requireRoom(change);
+  Attempt attempt;
+  bool isDisturbed = false;
+  for (int left = kAttempts; left > 0 && !attempt.isOver; --left) {
+    attempt = attemptTo(change, *former);
+    isDisturbed = isDisturbed || attempt.isDisturbed;
   }
-  std::string fault = accepted ? "it did not arrive in " + change.path : "the library refused it";
-  if (!complaint.empty()) fault += " (" + complaint + ")";
-  throw Refusal(change.what + ": " + fault + "; " + putBack(change.path, *former).second);
+  if (attempt.fault.empty()) return requireBackup(change);
+  if (isDisturbed && attempt.main.loads()) throw Refusal(undone(change, attempt.main));
+  throw Refusal(change.what + ": " + attempt.fault + "; " + putBack(change.path, *former).second);
 }
 
 FormerFiles::FormerFiles(const std::map<std::string, std::size_t>& growth) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,12 +20,16 @@ struct Change {
   std::function<bool()> make;  ///< calls the library; false if it refused
   /// Whether a document holds what was to be changed.
   std::function<bool(tinyxml2::XMLDocument&)> arrived;
+  /// What a document holds in its place, for a refusal; none: a refusal does not say that.
+  std::function<std::optional<std::string>(tinyxml2::XMLDocument&)> standing{};
 };
 
 /// Makes a change and makes sure of it. Beforehand, both copies must be writable and have room;
 /// afterwards, both are read again. The library itself ignores a failed write and has by then
 /// emptied the main copy and copied what is left of it over the backup; in that case the previous
-/// contents are written back.
+/// contents are written back. A change that another program's save undoes, by a document that it
+/// loaded before, is made again, up to three times in all; what that program saved
+/// stays.
 /// @throws Refusal  in every case but that both copies hold the change
 void makeChange(const Change& change);
 

@@ -14,6 +14,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
+#include "device/calm.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -62,11 +63,6 @@ std::vector<std::string> namesIn(const std::string& directory, Wanted wanted) {
   return names;
 }
 
-std::vector<std::string> xmlNamesIn(const std::string& directory) {
-  return namesIn(directory,
-                 [](const fs::directory_entry& entry) { return isXmlName(entry.path()); });
-}
-
 // Start-up verification looks at the names of the first directory that holds any file.
 std::vector<std::string> namesCheckedAtStart() {
   for (const Place place : {Place::Default, Place::Main, Place::Backup}) {
@@ -99,6 +95,21 @@ void compare(ConfigFile& file) {
     file.main.state = State::CutShort;
     file.main.fault = "ends before '" + missing + "', which its backup has";
   }
+}
+
+FileSet surveyOnce() {
+  const std::vector<std::string> checkedAtStart = namesCheckedAtStart();
+  std::set<std::string> names(checkedAtStart.begin(), checkedAtStart.end());
+  for (const Place place : kPlaces)
+    for (const std::string& name : xmlNamesIn(pathOf(place, ""))) names.insert(name);
+
+  FileSet set;
+  set.anyBackup = !filesIn(CFG_DIR_BACKUP).empty();
+  for (const std::string& name : names) {
+    const Stage stage(name, set.files.size() + 1, names.size());
+    set.files.push_back(surveyFile(name, isAmong(checkedAtStart, name)));
+  }
+  return set;
 }
 
 }  // namespace
@@ -135,7 +146,7 @@ Copy loadCopy(const std::string& path) {
 }
 
 Document requireDocument(const std::string& path) {
-  Copy copy = loadCopy(path);
+  Copy copy = loadCalmly(path);
   if (copy.state != State::Good)
     throw Refusal(Status::Unusable, path + " " + copy.fault + remedyFor(copy.state));
   return std::move(copy.document);
@@ -150,6 +161,11 @@ std::vector<std::string> filesIn(const std::string& directory) {
     std::error_code ignored;
     return entry.symlink_status(ignored).type() == fs::file_type::regular;
   });
+}
+
+std::vector<std::string> xmlNamesIn(const std::string& directory) {
+  return namesIn(directory,
+                 [](const fs::directory_entry& entry) { return isXmlName(entry.path()); });
 }
 
 bool isXmlName(const std::string& name) {
@@ -167,22 +183,19 @@ const ConfigFile* FileSet::find(const std::string& name) const {
   return found == files.end() ? nullptr : &*found;
 }
 
-FileSet surveyFiles() {
-  const std::vector<std::string> checkedAtStart = namesCheckedAtStart();
-  std::set<std::string> names(checkedAtStart.begin(), checkedAtStart.end());
-  for (const Place place : kPlaces)
-    for (const std::string& name : xmlNamesIn(pathOf(place, ""))) names.insert(name);
+ConfigFile surveyFile(const std::string& name, bool checkedAtStart) {
+  ConfigFile file{name, checkedAtStart, loadCopy(pathOf(Place::Main, name)),
+                  loadCopy(pathOf(Place::Backup, name)), loadCopy(pathOf(Place::Default, name))};
+  compare(file);
+  return file;
+}
 
-  FileSet set;
-  set.anyBackup = !filesIn(CFG_DIR_BACKUP).empty();
-  for (const std::string& name : names) {
-    const Stage stage(name, set.files.size() + 1, names.size());
-    set.files.push_back({name, isAmong(checkedAtStart, name), loadCopy(pathOf(Place::Main, name)),
-                         loadCopy(pathOf(Place::Backup, name)),
-                         loadCopy(pathOf(Place::Default, name))});
-    compare(set.files.back());
-  }
-  return set;
+FileSet surveyFiles() {
+  return calmly(surveyOnce, [](const FileSet& set) {
+    return std::any_of(set.files.begin(), set.files.end(), [](const ConfigFile& file) {
+      return file.main.state != State::Good || file.backup.state != State::Good;
+    });
+  });
 }
 
 void requireAnyFile(const FileSet& set) {

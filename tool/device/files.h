@@ -69,6 +69,9 @@ inline char* argument(const std::string& text) {
 /// The names of the regular files in a directory, sorted; none if it cannot be opened.
 std::vector<std::string> filesIn(const std::string& directory);
 
+/// The names ending with ".xml" of what is in a directory, sorted.
+std::vector<std::string> xmlNamesIn(const std::string& directory);
+
 /// Whether a name ends with ".xml".
 bool isXmlName(const std::string& name);
 
@@ -93,6 +96,9 @@ struct FileSet {
   /// The file of this name; null if there is none.
   const ConfigFile* find(const std::string& name) const;
 };
+
+/// Loads every copy of one file, once, whoever may be saving it.
+ConfigFile surveyFile(const std::string& name, bool checkedAtStart = false);
 
 /// Loads every copy of every file. A backup that is good but unlike its main copy is out of step.
 FileSet surveyFiles();

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "device/repair.h"
+#include "device/turn.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -163,6 +164,9 @@ Outcome checkHealth() {
     for (const std::string& finding : judgement.findings) outcome.notes.push_back(finding);
   }
   outcome.value["health"] = wordFor(worst);
+  const std::string whyNot = whyNotKeptApart();
+  outcome.value["keptApart"] = whyNot.empty();
+  outcome.value["keptApartWhyNot"] = whyNot.empty() ? Json() : Json(whyNot);
   outcome.value["findings"] = outcome.notes;
   constexpr Status kStatus[] = {Status::Done, Status::Degraded, Status::Unusable};
   outcome.status = kStatus[static_cast<std::size_t>(worst)];

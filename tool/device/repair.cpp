@@ -12,7 +12,9 @@
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/progress.h"
+#include "device/calm.h"
 #include "device/change.h"
+#include "device/turn.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -126,7 +128,7 @@ class Verification {
     const std::vector<Repair> repairs = startUpRepairs(found_);
     requireWritable(repairs, found_);
     for (const Repair& repair : repairs) keep(repair, found_);
-    verifyAsAtStart(found_);
+    verifyUndisturbed();
     now_ = surveyFiles();
     for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
   }
@@ -170,6 +172,15 @@ class Verification {
   }
 
  private:
+  // A file that the library finds half written it would replace by its backup.
+  void verifyUndisturbed() const {
+    std::vector<std::string> usable;
+    for (const ConfigFile& file : found_.files)
+      if (file.main.loads()) usable.push_back(file.path(Place::Main));
+    const ReadLeases unchanged(usable);
+    verifyAsAtStart(found_);
+  }
+
   void keep(const Repair& repair, const FileSet& set) {
     const ConfigFile* file = set.find(repair.name);
     if (keepIn_ == nullptr || file == nullptr) return;
@@ -233,6 +244,7 @@ std::vector<Repair> startUpRepairs(const FileSet& set) {
 }
 
 Outcome verify(HostDirectory* keepIn, bool resync) {
+  const Turn turn(Turn::allFiles());
   Verification verification(keepIn);
   verification.startUp();
   if (resync) verification.resync();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/plain_text.h"
+#include "device/calm.h"
 #include "document/exchange.h"
 #include "settings/secrets.h"
 
@@ -132,20 +133,7 @@ void noteUnlikeFiles(Outcome& outcome, const std::set<std::string>& compared, de
   }
 }
 
-}  // namespace
-
-Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets) {
-  Json found = Json::array();
-  for (const auto& [section, before, after] : transitions)
-    addDifferences(section->name, before, after, found);
-  if (showSecrets) return found;
-  for (Json& difference : found)
-    for (const char* side : {"before", "after"})
-      difference[side] = settings::maskedAt(difference["place"].text(), difference[side]);
-  return found;
-}
-
-Outcome compareWithCopies(device::Place other, bool showSecrets) {
+Outcome compareOnce(device::Place other, bool showSecrets) {
   const CopiedSections mains = loadFrom(device::Place::Main);
   const CopiedSections others = loadFrom(other);
   Target target;
@@ -166,6 +154,24 @@ Outcome compareWithCopies(device::Place other, bool showSecrets) {
   noteTrouble(outcome, Status::Unusable, target.faults);
   noteUnlikeFiles(outcome, alike, other);
   return outcome;
+}
+
+}  // namespace
+
+Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets) {
+  Json found = Json::array();
+  for (const auto& [section, before, after] : transitions)
+    addDifferences(section->name, before, after, found);
+  if (showSecrets) return found;
+  for (Json& difference : found)
+    for (const char* side : {"before", "after"})
+      difference[side] = settings::maskedAt(difference["place"].text(), difference[side]);
+  return found;
+}
+
+Outcome compareWithCopies(device::Place other, bool showSecrets) {
+  return device::calmly([&] { return compareOnce(other, showSecrets); },
+                        [](const Outcome& outcome) { return outcome.status != Status::Done; });
 }
 
 Outcome compareWithDocument(const std::string& text, bool showSecrets) {

@@ -4,6 +4,7 @@
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/calm.h"
 #include "media/stream_cache.h"
 #include "settings/secrets.h"
 
@@ -19,7 +20,7 @@ using tinyxml2::XMLElement;
 
 // The entries that the library loads; over a fault, it has kept those before the faulty one.
 template <typename Entries, typename Load>
-Entries loaded(const Table& table, Load load) {
+Entries loadedOnce(const Table& table, Load load) {
   const device::Document document = device::requireDocument(CFG_FILE_MPP);
   const XMLElement& section = requireSection(*document, table);
   Entries entries;
@@ -31,6 +32,12 @@ Entries loaded(const Table& table, Load load) {
   throw Refusal(Status::Unusable,
                 mediaPlace(entries.size() < elements.size() ? *elements[entries.size()] : section) +
                     ": " + (complaint.empty() ? "out of memory" : complaint));
+}
+
+template <typename Entries, typename Load>
+Entries loaded(const Table& table, Load load) {
+  return device::calmly([&] { return loadedOnce<Entries>(table, load); },
+                        [](const Entries&) { return false; });
 }
 
 // What an entry refers to must be there once all sections are written.

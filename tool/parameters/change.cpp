@@ -46,14 +46,17 @@ device::Change requireChange(const Parameters& parameters, const ParameterValue&
   // The library writes an integer in its own way.
   const std::string text =
       parameter.form().isInteger() ? std::to_string(*decimal(wanted.text)) : wanted.text;
-  const auto arrived = [section = parameter.section, name = parameter.name,
-                        text](XMLDocument& document) {
+  const auto standing = [section = parameter.section, name = parameter.name](
+                            XMLDocument& document) -> std::optional<std::string> {
     const XMLElement* element = CFG_GetElementByName(
         CFG_GetBrotherElementByName(document.FirstChildElement(), section.c_str()), name.c_str());
     const char* current = element == nullptr ? nullptr : element->Attribute("Cur");
-    return current != nullptr && current == text;
+    if (current == nullptr) return std::nullopt;
+    return current;
   };
-  return {CFG_FILE_BUSINESS, parameter.path(), text.size() * 6 + kAttributeFrame, nullptr, arrived};
+  const auto arrived = [=](XMLDocument& document) { return standing(document) == text; };
+  return {CFG_FILE_BUSINESS, parameter.path(), text.size() * 6 + kAttributeFrame,
+          nullptr,           arrived,          standing};
 }
 
 bool save(const ParameterValue& wanted) {

@@ -10,6 +10,7 @@ namespace {
 
 constexpr char kGood[] = "<A>\n    <B Cur=\"1\"/>\n</A>\n";
 constexpr char kOther[] = "<A>\n    <B Cur=\"22\"/>\n</A>\n";
+constexpr char kNotApart[] = "programs: not kept apart (/run/camcfg does not exist)\n";
 constexpr char kDamaged[] = "<A>\n    <B Cu";
 constexpr const char* kDirectories[] = {"/cfg0/", "/cfg1/", "/app/resource/defcfg/"};
 
@@ -54,7 +55,8 @@ TEST_F(StatusTest, AllCopiesInStepAreWell) {
                      "preset_cfg.xml      main     good   26     2026-02-03T04:05:06Z  stays\n"
                      "preset_cfg.xml      backup   good   26     2026-02-03T04:05:06Z  stays\n"
                      "preset_cfg.xml      default  good   26     2026-02-03T04:05:06Z  -\n"
-                     "health: well\n",
+                     "health: well\n" +
+                         std::string(kNotApart),
                      ""}));
 }
 
@@ -70,7 +72,18 @@ TEST_F(ToolTest, StoreWithoutAnyFileIsUnusable) {
             "camcfg: status: /app/resource/defcfg/" + name +
             " is missing, so no start can restore from it\n";
   }
-  EXPECT_EQ(run({"status"}), (ToolRun{3, table + "health: unusable\n", told}));
+  EXPECT_EQ(run({"status"}), (ToolRun{3, table + "health: unusable\n" + kNotApart, told}));
+}
+
+TEST_F(StatusTest, SaysWhetherProgramsAreKeptApart) {
+  device.makeDirectory("/run/camcfg");
+  EXPECT_THAT(status().out, testing::EndsWith("\nprograms: kept apart\n"));
+  EXPECT_THAT(run({"--json", "status"}).out,
+              testing::HasSubstr("\"keptApart\": true,\n  \"keptApartWhyNot\": null"));
+  device.remove("/run/camcfg");
+  device.write("/run/camcfg", "");
+  EXPECT_THAT(status().out,
+              testing::EndsWith("\nprograms: not kept apart (/run/camcfg is no directory)\n"));
 }
 
 TEST_F(StatusTest, JsonHasEveryMember) {
@@ -155,7 +168,7 @@ TEST_P(DamagedFileTest, IsReportedWithWhatStartUpDoesToIt) {
   EXPECT_EQ(result.status, damage.status);
   EXPECT_EQ(result.err, damage.findings);
   EXPECT_THAT(result.out,
-              testing::EndsWith(damage.status == 3 ? "health: unusable\n" : "health: degraded\n"));
+              testing::HasSubstr(damage.status == 3 ? "health: unusable\n" : "health: degraded\n"));
 }
 
 std::string finding(const char* path, const std::string& text) {
