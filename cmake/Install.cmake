@@ -7,6 +7,29 @@
 # except for the service, which must name the tool's whole path and is made while installing.
 include(CMakePackageConfigHelpers)
 
+# What is released, and nothing that is only for its developers: all that an installation needs.
+add_custom_target(released)
+foreach(target camcfg camcfg_testkit camcfg-tool camcfg_manual)
+  if(TARGET ${target})
+    add_dependencies(released ${target})
+  endif()
+endforeach()
+
+# Comes first: an installation of a tree that is not wholly built changes nothing.
+set(built $<TARGET_FILE:camcfg> $<TARGET_FILE:camcfg_testkit>)
+if(TARGET camcfg-tool)
+  list(APPEND built $<TARGET_FILE:camcfg-tool>)
+endif()
+if(TARGET camcfg_manual)
+  list(APPEND built ${CMAKE_BINARY_DIR}/camcfg.1)
+endif()
+install(CODE "foreach(file ${built})
+    if(NOT EXISTS \"\${file}\")
+      message(FATAL_ERROR \"\${file} is not built yet, and nothing was installed: build first, for \"
+        \"example by scripts/build.sh\")
+    endif()
+  endforeach()" ALL_COMPONENTS)
+
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/camcfg)
 set(share_dir ${CMAKE_INSTALL_DATADIR}/camcfg)
 
@@ -19,6 +42,15 @@ install(TARGETS camcfg_testkit EXPORT camcfg-targets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
 install(DIRECTORY testkit/include/camcfg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 install(DIRECTORY resource/ DESTINATION ${share_dir} COMPONENT dev)
+# Debian keeps examples under the name of the package that has them.
+set(examples_dir ${CMAKE_INSTALL_DATADIR}/doc/camcfg/examples)
+set(tools_documents_dir ${CMAKE_INSTALL_DATADIR}/doc/camcfg)
+if(CAMCFG_PACKAGES)
+  set(examples_dir ${CMAKE_INSTALL_DATADIR}/doc/libcamcfg-dev/examples)
+  set(tools_documents_dir ${CMAKE_INSTALL_DATADIR}/doc/camcfg-tools)
+endif()
+install(DIRECTORY examples/ DESTINATION ${examples_dir} COMPONENT dev
+  FILES_MATCHING PATTERN *.cpp PATTERN *.h PATTERN CMakeLists.txt PATTERN Makefile)
 
 install(EXPORT camcfg-targets NAMESPACE camcfg:: DESTINATION ${package_dir} COMPONENT dev)
 configure_package_config_file(packaging/camcfg-config.cmake.in camcfg-config.cmake
@@ -46,6 +78,8 @@ if(TARGET camcfg-tool)
   configure_file(packaging/install-service.cmake.in install-service.cmake @ONLY)
   install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install-service.cmake COMPONENT tools)
 endif()
+# The manual refers to it.
+install(FILES docs/json.md DESTINATION ${tools_documents_dir} COMPONENT tools)
 install(FILES tool/completion/camcfg.bash RENAME camcfg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 install(FILES tool/completion/_camcfg

@@ -4,6 +4,8 @@
 #
 #   scripts/build.sh [-D NAME=VALUE]... [-- --target NAME...]     everything if no target is given
 #
+# The target "released" is what is installed: `cmake --install build` needs no other. On Debian and
+# Ubuntu, as root or with sudo, what is missing is installed first.
 # Only in CI does a compiler's warning stop the build: a newer compiler may have new ones.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -14,6 +16,7 @@ while (($# > 0)) && [[ $1 != -- ]]; do
   shift
 done
 
+scripts/install-packages.sh build tool
 CMAKE_GENERATOR=${CMAKE_GENERATOR:-Ninja} cmake -S . -B build --log-level=NOTICE \
   -D CMAKE_BUILD_TYPE=Release -D CAMCFG_WERROR="${CI:-OFF}" \
   -D CMAKE_PROJECT_TOP_LEVEL_INCLUDES="$PWD/cmake/Ccache.cmake" "${options[@]}"

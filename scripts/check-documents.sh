@@ -44,6 +44,15 @@ check_path() {
   fi
 }
 
+# Without git, or outside of a repository: what is there and was not built.
+documents() {
+  if [[ -e .git ]] && command -v git >/dev/null; then
+    git ls-files -co --exclude-standard '*.md'
+  else
+    find . -name 'build*' -prune -o -name '*.md' -printf '%P\n'
+  fi
+}
+
 while read -r document; do
   while read -r link; do
     check_link "$document" "$link"
@@ -52,7 +61,7 @@ while read -r document; do
   while read -r path; do
     check_path "$document" "$path"
   done < <(grep -oP '`\K[A-Za-z0-9._*{/-]+(?=[` ])' "$document")
-done < <(git ls-files -co --exclude-standard '*.md')
+done < <(documents)
 
 # A picture shows each name of what it is drawn from.
 for drawn in docs/*.dot; do
@@ -63,6 +72,17 @@ for drawn in docs/*.dot; do
     fi
   done < <(grep -oP '[[ ]label="\K[^"\\]+' "$drawn")
 done
+
+# The table of folders names each.
+while read -r folder; do
+  checked=$((checked + 1))
+  if ! grep -qF -- "\`$folder/" docs/architecture.md; then
+    complain "docs/architecture.md does not name $folder/"
+  fi
+done < <(
+  find . -mindepth 1 -maxdepth 1 -type d ! -name .git ! -name 'build*' -printf '%P\n'
+  find {src,tool,proof} -mindepth 1 -maxdepth 1 -type d ! -name __pycache__
+)
 
 if ((checked == 0)); then
   echo "check-documents.sh: nothing was found to check" >&2

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks the packages that scripts/make-packages.sh made: lintian, then an installation by dpkg into
-# a scratch root, where they are used and removed again. Needs no network.
+# a scratch root, where they are used and removed again. Installs what it needs.
 #
 #   scripts/check-packages.sh [amd64|arm64]...     amd64 if none is given
 set -euo pipefail
@@ -18,10 +18,19 @@ fail() {
   exit 1
 }
 
-# What the packages may ask for, with what that needs in turn; and, of this machine's architecture,
-# what their scripts are run by.
-readonly below='libc6 libgcc-s1 gcc-12-base libstdc++6 libtinyxml2-9 libtinyxml2-dev'
-readonly for_scripts='libc6 libc-bin dash'
+# What the packages may ask for, and, of this machine's architecture, what their scripts are run by;
+# with what those need in turn: the names of some have a version in them.
+readonly below='libc6 libstdc++6 libtinyxml2-dev'
+readonly for_scripts='libc-bin dash'
+
+# What a package of this machine needs and is there in its architecture; the first of alternatives.
+needs() {
+  # shellcheck disable=SC2016  # dpkg-query's own variables
+  dpkg-query --show --showformat '${Pre-Depends},${Depends}\n' "$1" | tr ',' '\n' |
+    sed 's/^ *//; s/[ :(|].*//' | sort -u | while read -r name; do
+    if dpkg-query --status "$name:${1#*:}" >/dev/null 2>&1; then echo "$name"; fi
+  done
+}
 
 # Puts one of this machine's own packages into the scratch root, files and dpkg's knowledge of it.
 adopt() {
@@ -40,6 +49,13 @@ adopt() {
   done
 }
 
+adopt_with_needs() {
+  local needed
+  if grep -qxF "Adopted: $1" "$root/adopted"; then return; fi
+  adopt "$1"
+  for needed in $(needs "$1"); do adopt_with_needs "$needed:${1#*:}"; done
+}
+
 lay_out_root() {
   rm -rf "${root:?}"/*
   mkdir -p "$root"/{etc,tmp} "$root"/var/cache/ldconfig "$root"/var/lib/dpkg/{info,updates,triggers}
@@ -53,7 +69,7 @@ lay_out_root() {
   : >"$root/var/lib/dpkg/status"
   printf 'amd64\narm64\n' >"$root/var/lib/dpkg/arch"
   for package in $for_scripts; do adopt "$package:$(dpkg --print-architecture)"; done
-  for package in $below; do adopt "$package:$architecture"; done
+  for package in $below; do adopt_with_needs "$package:$architecture"; done
   ln -sf dash "$root/bin/sh"
   mkdir "$root/dev"
   : >"$root/dev/null"
@@ -124,6 +140,7 @@ check() {
   echo "$architecture: lintian found nothing; installed, used and removed"
 }
 
+scripts/install-packages.sh build deb
 for architecture in "${@:-amd64}"; do
   case $architecture in
     amd64) triplet=x86_64-linux-gnu ;;

@@ -2,7 +2,10 @@
 # Builds the tool camcfg in build/, lays out a new device under build/device from the sample factory
 # set, and shows what the tool does with it. May be run again: the device is then laid out again.
 #
-# On Debian, as root or with sudo, what is missing is installed first.
+#   scripts/demo.sh            builds first
+#   scripts/demo.sh --built    with the tool that is in build/ already
+#
+# On Debian and Ubuntu, as root or with sudo, what is missing is installed first.
 set -euo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -12,7 +15,8 @@ readonly camcfg="build/camcfg --root $device"
 
 build_tool() {
   scripts/install-packages.sh build tool
-  scripts/build.sh -- --target camcfg-tool |& scripts/show-progress.sh
+  scripts/announce.sh "Building the library and the tool" 4 100
+  scripts/build.sh -- --target released |& scripts/show-progress.sh
 }
 
 lay_out_device() {
@@ -81,10 +85,12 @@ suggest() {
   $camcfg set VideoCh1 Ch1MainCodec H264
   $camcfg lang German MenuLive
   $camcfg --help
+
+# Next: docs/getting-started.md writes a program of your own and runs it on this device.
 END
 }
 
-build_tool
+if [[ ${1-} != --built ]]; then build_tool; fi
 lay_out_device
 tour
 check_port

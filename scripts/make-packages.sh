@@ -2,6 +2,9 @@
 # Makes the Debian packages libcamcfg1, libcamcfg-dev and camcfg-tools in build-package-ARCH/.
 #
 #   scripts/make-packages.sh [amd64|arm64]...     amd64 if none is given
+#
+# Installs what it needs. Packages for arm64 are made on Debian: Ubuntu keeps that architecture's
+# packages on servers of their own.
 set -euo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,13 +21,16 @@ check_version() {
 
 make_packages() {
   local build=build-package-$1
+  if [[ $1 == arm64 ]]; then scripts/install-packages.sh cross; fi
   cmake --preset "package-$1" --log-level=NOTICE
-  cmake --build --preset "package-$1"
+  cmake --build --preset "package-$1" |& scripts/show-progress.sh
   rm -f "$build"/*.deb
   # What a library depends on is looked up among the packages of the architecture built for.
   (cd "$build" && DEB_HOST_ARCH=$1 cpack -G DEB)
+  printf '\nInstall them: apt-get install %s\n' "$(printf './%s ' "$build"/*.deb)"
 }
 
+scripts/install-packages.sh build tool deb
 check_version
 for architecture in "${@:-amd64}"; do
   make_packages "$architecture"

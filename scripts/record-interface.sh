@@ -43,6 +43,10 @@ record() {
     --out-file "$to/$2" "$1"
 }
 
+if ! command -v abidw >/dev/null; then
+  echo "record-interface.sh: abidw is not installed: scripts/install-packages.sh test" >&2
+  exit 1
+fi
 mkdir -p "$to"
 build_library
 build_records

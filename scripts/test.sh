@@ -1,12 +1,27 @@
 #!/usr/bin/env bash
 # Builds the library, the tool and the tests in build/, and runs the whole suite. Prints how far it
-# is and what fails; build/Testing/Temporary/LastTest.log has what every test printed.
+# is, what fails, and which tests were skipped for which reason;
+# build/Testing/Temporary/LastTest.log has what every test printed.
 #
-# On Debian, as root or with sudo, what is missing is installed first.
+# On Debian and Ubuntu, as root or with sudo, what is missing is installed first.
 set -euo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+suggest() {
+  cat <<END
+
+What every test printed:      build/Testing/Temporary/LastTest.log
+Only some of them again:      ctest --preset test -R NAME
+To change the code, read:     CONTRIBUTING.md
+END
+}
+
 scripts/install-packages.sh build tool test
+scripts/announce.sh "Building and running all tests" 12 350
 scripts/build.sh -D CAMCFG_TESTS=ON |& scripts/show-progress.sh
-ctest --preset test --parallel $((2 * $(nproc))) |& scripts/show-progress.sh
+status=0
+ctest --preset test --parallel $((2 * $(nproc))) |& scripts/show-progress.sh || status=$?
+scripts/name-skipped.sh
+if ((status == 0)); then suggest; fi
+exit "$status"

@@ -62,6 +62,19 @@ function(TreeIsExactlyAsListed)
   expect_equal("${got}" "${expected}")
 endfunction()
 
+function(UnbuiltTreeInstallsNothing)
+  set(unbuilt ${SCRATCH}/unbuilt)
+  run(${CMAKE_COMMAND} -S ${SOURCE} -B ${unbuilt} -G ${GENERATOR}
+    -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN})
+  execute_process(COMMAND ${CMAKE_COMMAND} --install ${unbuilt} --prefix ${SCRATCH}/nothing
+    RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE out)
+  if(status EQUAL 0 OR NOT out MATCHES "nothing was installed")
+    message(FATAL_ERROR "${status}: ${out}")
+  elseif(EXISTS ${SCRATCH}/nothing)
+    message(FATAL_ERROR "something was installed")
+  endif()
+endfunction()
+
 function(ToolRunsFromWhereItIs)
   move_tree()
   separate_arguments(emulator UNIX_COMMAND "${EMULATOR}")

@@ -201,7 +201,7 @@ bool mayMakeUserNamespaces() {
 }
 
 TEST_F(DeviceRootTest, OrdinaryUserEntersThroughAUserNamespace) {
-  if (!mayMakeUserNamespaces()) GTEST_SKIP() << "user namespaces are not permitted here";
+  if (!mayMakeUserNamespaces()) GTEST_SKIP() << "needs user namespaces, and no chroot around them";
   EXPECT_EQ(asOrdinaryUser([] {
               for (int i = 0; i < 2; ++i) {
                 const DeviceRoot device;

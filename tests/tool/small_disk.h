@@ -24,7 +24,9 @@ class SmallDisk {
         unshare(CLONE_NEWNS) == 0 || (enterRoot("/").empty() && unshare(CLONE_NEWNS) == 0);
     mounted_ = apart && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                mount("none", directory_.c_str(), "tmpfs", 0, options.c_str()) == 0;
-    if (!mounted_) fault_ = std::strerror(errno);
+    if (!mounted_)
+      fault_ = std::string("needs root or user namespaces, and no chroot around them: ") +
+               std::strerror(errno);
   }
   ~SmallDisk() {
     if (mounted_) umount2(directory_.c_str(), MNT_DETACH);

@@ -16,6 +16,9 @@ enum class Status {
   Usage = 2,     ///< the command line makes no sense
   Unusable = 3,  ///< the device's files are unusable
   Degraded = 4,  ///< 'status' only: they can be used, but a copy is missing, broken or out of step
+  NoDevice = 125,     ///< 'run' only: the device cannot be shown to the program
+  NotRunnable = 126,  ///< 'run' only: the program cannot be run
+  NotFound = 127,     ///< 'run' only: there is no such program
 };
 
 /// Ends a command. The text is one line: what, where and why.

@@ -124,6 +124,9 @@ struct Command {
   /// Exit status of a refusal, for a command whose status 1 has a meaning of its own.
   Status whenRefused = Status::Refused;
   bool hidden = false;  ///< for programs: neither in help nor completed
+  /// Its first argument is a program, which it becomes, and all after that are that program's, whatever
+  /// they look like. It gets the tool's standard output, and enters no root: it is given kRoot.
+  bool becomesProgram = false;
   bool usesDevice = true;
   std::function<std::string()> details{};  ///< what help adds, in lines that stay as they are
   bool goesOn = false;  ///< until it is stopped; it answers through the channel of its arguments

@@ -61,8 +61,10 @@ class Parser {
 
   Invocation parse(int argc, const char* const* argv) {
     Invocation invocation;
+    const int own = wordsOfTheTool(argc, argv);
+    programArguments_.assign(argv + own, argv + argc);
     try {
-      app_.parse(argc, argv);
+      app_.parse(own, argv);
     } catch (const CLI::CallForHelp&) {
       invocation.text = help(selected());
       return invocation;
@@ -79,6 +81,31 @@ class Parser {
   }
 
  private:
+  const Command* commandOf(const std::string& name) const {
+    const auto found = apps_.find(name);
+    return found == apps_.end() ? nullptr : commands_.at(found->second);
+  }
+
+  // How many of the words are not those of a program that a command becomes.
+  int wordsOfTheTool(int argc, const char* const* argv) const {
+    const Command* command = nullptr;
+    for (int i = 1; i < argc; ++i) {
+      const std::string word = argv[i];
+      if (command != nullptr && word == "--") return std::min(argc, i + 2);
+      const std::vector<Option>& options = globalOptions();
+      if (std::any_of(options.begin(), options.end(), [&](const Option& option) {
+            return word == option.name && option.value() != nullptr;
+          })) {
+        ++i;
+      } else if (word.size() < 2 || word[0] != '-') {
+        if (command != nullptr) return i + 1;
+        command = commandOf(word);
+        if (command == nullptr || !command->becomesProgram) return argc;
+      }
+    }
+    return argc;
+  }
+
   static void prepare(CLI::App& app) {
     app.require_subcommand(0, 1);
     app.allow_extras();
@@ -187,9 +214,15 @@ class Parser {
     if (app_.count(kColor) != 0) invocation.color = chosenColor();
     invocation.json = app_.count(kJson) != 0;
     invocation.verbose = app_.count(kVerbose) != 0;
+    if (invocation.command->becomesProgram) {
+      Arguments::Given& root = invocation.arguments[kRoot];
+      if (invocation.root) root.texts = {*invocation.root};
+    }
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
       for (const Option& option : commands_.at(named)->options) {
         give(invocation, option, textsOf(*named, option.name));
+        if (invocation.command->becomesProgram && option.takesMany())
+          invocation.arguments[option.name].texts = programArguments_;
       }
   }
 
@@ -227,6 +260,7 @@ class Parser {
   CLI::App app_{"Reads, changes and repairs the settings of a network video device."};
   std::map<std::string, CLI::App*> apps_;
   std::map<const CLI::App*, const Command*> commands_;
+  std::vector<std::string> programArguments_;
 };
 
 }  // namespace

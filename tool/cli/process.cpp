@@ -67,6 +67,10 @@ void Streams::answer(const std::string& text) const {
     throw Refusal(std::string("standard output: ") + std::strerror(errno));
 }
 
+void Streams::giveBackStandardOutput() const {
+  dup2(answers_.get(), STDOUT_FILENO);
+}
+
 bool Streams::answersToTerminal() const {
   return isatty(answers_.get()) == 1;
 }

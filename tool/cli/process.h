@@ -27,6 +27,9 @@ class Streams {
   /// The tool's standard output.
   int descriptor() const { return answers_.get(); }
 
+  /// Gives the tool's standard output back its place, for a program that this one becomes.
+  void giveBackStandardOutput() const;
+
   /// Whether the tool's standard output is a terminal.
   bool answersToTerminal() const;
 

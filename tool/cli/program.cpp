@@ -42,7 +42,7 @@ Status carryOut(Invocation& invocation, const Streams& streams, const HostProgra
   try {
     if (invocation.command->goesOn) return goOn(invocation, streams, programs);
     std::optional<ProgressLine> progress;
-    if (!invocation.verbose && !invocation.command->hidden)
+    if (!invocation.verbose && !invocation.command->hidden && !invocation.command->becomesProgram)
       progress.emplace(invocation.command->name, STDERR_FILENO);
     const Answer answer = invocation.command->run(invocation.arguments);
     progress.reset();
@@ -81,7 +81,9 @@ Status run(const std::vector<CommandGroup>& groups, int argc, const char* const*
   if (invocation.verbose) streams.showLibraryOutput();
   const HostPrograms programs;
   rememberTemporaries();
-  if (invocation.root)
+  if (invocation.command->becomesProgram)
+    streams.giveBackStandardOutput();
+  else if (invocation.root)
     if (const std::string error = enterRoot(*invocation.root); !error.empty())
       throw Refusal("--root " + *invocation.root + ": " + error);
   return carryOut(invocation, streams, programs);

@@ -140,7 +140,8 @@ class Renderer {
   // What replaces a place, given without its braces.
   std::string valueAt(std::string place, const Json& value, Tone tone) const {
     if (const std::size_t at = place.find_first_of("?:"); at != std::string::npos) {
-      const Json& found = member(value, place.substr(0, at));
+      const std::string name = place.substr(0, at);
+      const Json& found = member(value, name);
       const Template inner = place.substr(at + 1);
       if (place[at] == ':') return filledForEach(found, inner);
       return found.get<bool>() ? filled(inner, value) : "";

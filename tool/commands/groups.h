@@ -93,6 +93,7 @@ CommandGroup liveGroup();
 CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
+CommandGroup runGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 CommandGroup watchGroup();

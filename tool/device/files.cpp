@@ -112,6 +112,16 @@ FileSet surveyOnce() {
   return set;
 }
 
+// Whoever starts on a computer that is no device learns where to find one.
+void requireDevice() {
+  for (const char* directory : {CFG_DIR_MAIN, CFG_DIR_BACKUP, "/app"})
+    if (access(directory, F_OK) == 0) return;
+  throw Refusal(Status::Unusable,
+                "there is no device here: " CFG_DIR_MAIN ", " CFG_DIR_BACKUP
+                " and /app do not exist; '--root DIR' works on a device below DIR, and the demo "
+                "(scripts/demo.sh) lays one out in build/device");
+}
+
 }  // namespace
 
 const char* wordFor(State state) {
@@ -147,6 +157,7 @@ Copy loadCopy(const std::string& path) {
 
 Document requireDocument(const std::string& path) {
   Copy copy = loadCalmly(path);
+  if (copy.state == State::Missing) requireDevice();
   if (copy.state != State::Good)
     throw Refusal(Status::Unusable, path + " " + copy.fault + remedyFor(copy.state));
   return std::move(copy.document);
@@ -199,9 +210,10 @@ FileSet surveyFiles() {
 }
 
 void requireAnyFile(const FileSet& set) {
-  if (set.files.empty())
-    throw Refusal(Status::Unusable,
-                  "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
+  if (!set.files.empty()) return;
+  requireDevice();
+  throw Refusal(Status::Unusable,
+                "there is no file in " CFG_DIR_MAIN ", " CFG_DIR_BACKUP " or " CFG_DIR_DEFAULT);
 }
 
 std::vector<std::string> languages() {

@@ -58,7 +58,8 @@ TEST(JsonReaderTest, TheFirstOfRepeatedMembersCounts) {
 TEST(JsonReaderTest, AReasonRepeatsNothingOfTheText) {
   const JsonText read = readJson("{\"password\": \"secret\" secret}");
   EXPECT_EQ(read.value, Json());
-  EXPECT_EQ(read.reason, "syntax error while parsing object - invalid literal");
+  EXPECT_NE(read.reason, "");
+  EXPECT_THAT(read.reason, testing::Not(testing::HasSubstr("secret")));
 }
 
 TEST(JsonReaderTest, NestingEndsAtTheLimit) {

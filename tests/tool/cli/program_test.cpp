@@ -100,9 +100,7 @@ TEST_F(ParametersTest, UserWithoutPrivilegesWorksOnADeviceOfHisOwn) {
   const std::string why = nobody.whyNotEnter();
   if (!why.empty()) {
     EXPECT_EQ(nobody.run({"set", "System", "Rtsp", "8554"}),
-              (ToolRun{1, "",
-                       "camcfg: --root " + device.hostPath() +
-                           ": needs root, or permission to make a user namespace\n"}));
+              (ToolRun{1, "", "camcfg: --root " + device.hostPath() + ": " + why + "\n"}));
     return;
   }
   EXPECT_EQ(nobody.run({"set", "System", "Rtsp", "8554"}),

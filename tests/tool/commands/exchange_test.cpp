@@ -121,6 +121,13 @@ class ExchangeTest : public MediaToolTest {
   void expectRefusal(const std::string& document, const std::string& refusal) const {
     EXPECT_EQ(import(document), (ToolRun{1, "", "camcfg: import: " + refusal + "\n"}));
   }
+  /// The reason is in the words of the JSON library, which change with its version.
+  void expectNoJson(const std::string& document, const std::string& place) const {
+    const ToolRun result = import(document);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, testing::MatchesRegex("camcfg: import: " + place + ": [a-z][^\n]+\n"));
+  }
 };
 
 std::string section(const std::string& group, const std::string& name, const std::string& value) {
@@ -325,12 +332,9 @@ TEST_F(ExchangeTest, EnableMarksOfRewrittenCachesAreReportedAsLost) {
 }
 
 TEST_F(ExchangeTest, TextThatIsNoJsonIsRefusedWithLineAndColumn) {
-  expectRefusal("{\n  \"version\": 1,\n  oops\n}",
-                "line 3, column 3: syntax error while parsing object key - invalid literal");
-  expectRefusal("",
-                "line 1, column 1: syntax error while parsing value - unexpected end of input; "
-                "expected '[', '{', or a literal");
-  expectRefusal("{\"version\": 1e999}", "line 1, column 17: number overflow parsing '1e999'");
+  expectNoJson("{\n  \"version\": 1,\n  oops\n}", "line 3, column 3");
+  expectNoJson("", "line 1, column 1");
+  expectNoJson("{\"version\": 1e999}", "line 1, column 17");
 }
 
 TEST_F(ExchangeTest, NestingWithoutEndIsRefused) {

@@ -89,7 +89,7 @@ TEST_F(ChangeTest, DirectoryThatTheUserMayNotWriteToIsRefusedBeforehand) {
 
 TEST_F(ChangeTest, FullFileSystemIsRefusedBeforehandWithTheFigures) {
   const SmallDisk disk(hostPath("/cfg1"), "16k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   struct statvfs space {};
   ASSERT_EQ(statvfs(hostPath("/cfg1").c_str(), &space), 0);
   device.write(kBusinessBackup, kParameters);
@@ -103,7 +103,7 @@ TEST_F(ChangeTest, FullFileSystemIsRefusedBeforehandWithTheFigures) {
 
 TEST_F(ChangeTest, OneFileSystemMustHaveRoomForBothCopies) {
   const SmallDisk disk(hostPath("/cfg0"), "16k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   struct statvfs space {};
   ASSERT_EQ(statvfs(hostPath("/cfg0").c_str(), &space), 0);
   device.write(kBusiness, kParameters);
@@ -123,7 +123,7 @@ TEST_F(ChangeTest, OneFileSystemMustHaveRoomForBothCopies) {
 
 TEST_F(ChangeTest, ReadOnlyFileSystemIsRefusedBeforehand) {
   const SmallDisk disk(hostPath("/cfg0"), "64k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   device.write(kBusiness, kParameters);
   ASSERT_TRUE(disk.makeReadOnly());
   EXPECT_EQ(setRtsp(), (ToolRun{1, "",

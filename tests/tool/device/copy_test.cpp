@@ -32,6 +32,13 @@ TEST_P(UnusableFileTest, MissingDirectoryIsAMissingFile) {
   expectUnusable("/cfg0/business_param.xml is missing; run 'camcfg verify' to repair it");
 }
 
+TEST_P(UnusableFileTest, ComputerThatIsNoDeviceIsReportedWithWhereToFindOne) {
+  for (const char* directory : {"/cfg0", "/cfg1", "/app"}) device.remove(directory);
+  expectUnusable(
+      "there is no device here: /cfg0, /cfg1 and /app do not exist; '--root DIR' works on a device "
+      "below DIR, and the demo (scripts/demo.sh) lays one out in build/device");
+}
+
 TEST_P(UnusableFileTest, DamagedFileIsNamedAndLeftAsItIs) {
   for (const char* contents : {"", "<System><Rtsp Cur=", "no markup at all", "<A></B>"}) {
     device.write(kBusiness, contents);

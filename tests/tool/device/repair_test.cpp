@@ -24,7 +24,7 @@ class RepairTest : public ToolTest {
 
 TEST_F(RepairTest, BackupOnAFullFileSystemIsLeftAsItIsAndTheFiguresAreReported) {
   const SmallDisk disk(hostPath("/cfg1"), "16k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   struct statvfs space {};
   ASSERT_EQ(statvfs(hostPath("/cfg1").c_str(), &space), 0);
   device.write("/cfg1/big", std::string(space.f_bavail * space.f_frsize, 'x'));
@@ -40,7 +40,7 @@ TEST_F(RepairTest, BackupOnAFullFileSystemIsLeftAsItIsAndTheFiguresAreReported) 
 
 TEST_F(RepairTest, DamagedMainCopyIsRestoredInItsOwnPlaceOnAFullFileSystem) {
   const SmallDisk disk(hostPath("/cfg0"), "16k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   device.write(kMain, kDamaged);
   struct statvfs space {};
   ASSERT_EQ(statvfs(hostPath("/cfg0").c_str(), &space), 0);
@@ -52,7 +52,7 @@ TEST_F(RepairTest, DamagedMainCopyIsRestoredInItsOwnPlaceOnAFullFileSystem) {
 
 TEST_F(RepairTest, MainCopyWithoutRoomIsRefusedBeforeAnythingIsChanged) {
   const SmallDisk disk(hostPath("/cfg0"), "16k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   struct statvfs space {};
   ASSERT_EQ(statvfs(hostPath("/cfg0").c_str(), &space), 0);
   device.write("/cfg0/big", std::string(space.f_bavail * space.f_frsize, 'x'));
@@ -66,7 +66,7 @@ TEST_F(RepairTest, MainCopyWithoutRoomIsRefusedBeforeAnythingIsChanged) {
 
 TEST_F(RepairTest, ReadOnlyMainDirectoryIsRefusedBeforeAnythingIsChanged) {
   const SmallDisk disk(hostPath("/cfg0"), "64k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   device.write(kMain, kDamaged);
   device.write(kBackup, kGood);
   ASSERT_TRUE(disk.makeReadOnly());
@@ -78,7 +78,7 @@ TEST_F(RepairTest, ReadOnlyMainDirectoryIsRefusedBeforeAnythingIsChanged) {
 
 TEST_F(RepairTest, SoundFilesOnAReadOnlyDeviceVerify) {
   const SmallDisk disk(hostPath("/cfg0"), "64k");
-  if (!disk.fault().empty()) GTEST_SKIP() << "mount: " << disk.fault();
+  if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
   device.write(kMain, kGood);
   device.write(kBackup, kGood);
   ASSERT_TRUE(disk.makeReadOnly());

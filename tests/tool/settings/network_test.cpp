@@ -58,7 +58,8 @@ TEST(CardSettingsTest, SettersOfWholeCardsTakeLongerNamesUnlessTheyCompareTheWho
 }
 
 TEST(CardSettingsTest, MtuIsPermittedWithinTheLimitsOfCards) {
-  const Setting& mtu = requireCardSetting("mtu");
+  const std::string name = "mtu";
+  const Setting& mtu = requireCardSetting(name);
   EXPECT_EQ(permittedFor(mtu), "68..9216");
   EXPECT_EQ(objectionTo(mtu, "68").why, "");
   EXPECT_EQ(objectionTo(mtu, "9217").why,
