@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "base/plain_text.h"
 #include "base/outcome.h"
+#include "base/plain_text.h"
 #include "device/files.h"
 #include "document/exchange.h"
 #include "parameters/parameter.h"

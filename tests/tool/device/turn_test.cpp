@@ -8,8 +8,8 @@
 #include <csignal>
 #include <memory>
 
-#include "base/progress.h"
 #include "base/outcome.h"
+#include "base/progress.h"
 #include "support/device_test.h"
 #include "tool/background.h"
 #include "tool/tool_test.h"
