@@ -112,7 +112,7 @@ def main() -> int:
     if checked == 0 or not rules:
         print("check-words.sh: nothing was checked", file=sys.stderr)
         return 2
-    print(f"{checked} files checked for {len(rules)} habits")
+    print(f"{checked} files checked for {len(rules)} words and phrases")
     return status
 
 

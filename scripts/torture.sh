@@ -51,7 +51,7 @@ for program in "${chosen[@]}"; do run "build/proof/torture/$program"; done
 run build-tsan/proof/torture/camcfg-threads
 
 if ((${#failed[@]} > 0)); then
-  echo "torture.sh: wrong: ${failed[*]}"
+  echo "torture.sh: failed: ${failed[*]}"
   exit 1
 fi
-echo "torture.sh: nothing is wrong, $SECONDS s"
+echo "torture.sh: all passed, $SECONDS s"

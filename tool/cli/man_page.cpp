@@ -42,7 +42,7 @@ constexpr char kDescription[] =
     "\n"
     "Answers go to standard output, everything else to standard error. Options may come before "
     "or\n"
-    "after the command. A command below another is named after what that one takes.\n";
+    "after the command. A subcommand comes after its parent's arguments.\n";
 
 struct Chapter {
   const char* topic;

@@ -101,10 +101,10 @@ Answer run(const Arguments& arguments) {
 CommandGroup filesGroup() {
   return {
       "Files",
-      {command("status", "Show how every copy is and what the next start does to it", status),
+      {command("status", "Show the state of every copy and what the next start does to it", status),
        command("verify", "Check all files as at start-up and restore broken main copies", verify,
                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
-                {Option::HostDirectory, kKeepDamaged, "Save damaged bytes in DIR before"}})}};
+                {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}})}};
 }
 
 CommandGroup lintGroup() {
@@ -114,7 +114,7 @@ CommandGroup lintGroup() {
                {{Option::HostFiles, kFile,
                  "Files of any kind instead of the device's; - is standard "
                  "input"},
-                {Option::Flag, kRules, "List what is looked for, with an example each"}})}};
+                {Option::Flag, kRules, "List all rules, each with an example"}})}};
 }
 
 }  // namespace camcfg::tool::commands

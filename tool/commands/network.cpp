@@ -108,7 +108,7 @@ Answer show(const Arguments& arguments) {
   else
     answer.notes.push_back(std::string("note: applications that ask for ") + card.Value() +
                            " get " + found.Value() +
-                           ", since another name that begins like this comes first");
+                           ", since another name that begins with it comes first");
   return answer;
 }
 
@@ -167,7 +167,7 @@ CommandGroup networkGroup() {
        command("network hostname", "Show or set the host name", hostname,
                {{Option::OptionalArgument, kName, "The new name; without it the name is shown",
                  anyWord},
-                {Option::Flag, kForce, "Store a text that is no host name"}})}};
+                {Option::Flag, kForce, "Store a text that is not a host name"}})}};
   for (const std::size_t command : {0, 3}) group.commands[command].details = fieldsHelp;
   return group;
 }

@@ -51,7 +51,7 @@ Answer get(const Arguments& arguments) {
   if (!isSame(found, parameter))
     answer.notes.push_back("note: applications that ask for " + parameter.path() + " get " +
                            (found ? found->path() : "nothing") +
-                           ", since another name that begins like this comes first");
+                           ", since another name that begins with it comes first");
   return answer;
 }
 

@@ -51,7 +51,7 @@ Json requireNumber(const Setting& setting, const std::string& text) {
 
 int requireId(const std::string& text) {
   const std::string permitted = settings::permittedFor(idSetting());
-  if (!decimal(text)) throw Refusal("'" + text + "' is no id (" + permitted + ")");
+  if (!decimal(text)) throw Refusal("'" + text + "' is not an id (" + permitted + ")");
   const std::string fault = settings::objectionTo(idSetting(), text).why;
   if (!fault.empty()) throw Refusal("id " + fault);
   return *decimal32(text);

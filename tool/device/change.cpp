@@ -40,7 +40,7 @@ std::string whyNotPermitted(const std::string& path) {
   if (stat(path.c_str(), &status) != 0)
     return errno == ENOENT && maybeWritten(directory) ? "" : cannotWrite(path);
   if (!S_ISREG(status.st_mode))
-    return "cannot write " + path + ": it is no regular file; move it away";
+    return "cannot write " + path + ": it is not a regular file; move it away";
   return maybeWritten(path) ? "" : cannotWrite(path);
 }
 
@@ -139,7 +139,7 @@ Attempt attemptTo(const Change& change, tinyxml2::XMLDocument& former) {
   const bool loads = attempt.main.loads();
   attempt.isOver = accepted && loads && change.arrived(*attempt.main.document);
   if (attempt.isOver) return attempt;
-  attempt.fault = accepted ? "it did not arrive in " + change.path : "the library refused it";
+  attempt.fault = accepted ? "the change is not in " + change.path : "the library refused it";
   if (!complaint.empty()) attempt.fault += " (" + complaint + ")";
   // What the library could not load, but loads now, another program was saving.
   const bool wasHalfWritten = loads && complaint == "Load file " + change.path + " fail";

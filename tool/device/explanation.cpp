@@ -33,11 +33,10 @@ std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
                      const std::string& sought) {
   if (hits.empty()) return "no " + what + " begins with '" + sought + "'";
   const std::string why = "the first whose " + what + " begins with '" + sought + "'";
-  if (hits.front().exact) return why + ", and it is just that";
+  if (hits.front().exact) return why + ", an exact match";
   const bool hidden =
       std::any_of(hits.begin(), hits.end(), [](const Hit& hit) { return hit.exact; });
-  return why + (hidden ? "; the one of just that " + what + " comes after it"
-                       : "; none has just that " + what);
+  return why + (hidden ? "; the exact match comes later" : "; there is no exact match");
 }
 
 void startWith(std::vector<Hit>& hits, const XMLElement* answer) {

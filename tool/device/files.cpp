@@ -31,7 +31,7 @@ Copy examine(const std::string& path) {
   if (!isThere && (errno == ENOENT || errno == ENOTDIR)) return {};
   if (isThere && S_ISDIR(status.st_mode)) return {State::NotAFile, "is a directory"};
   if (isThere && !S_ISREG(status.st_mode))
-    return {State::NotAFile, "is no regular file", nullptr, S_ISFIFO(status.st_mode)};
+    return {State::NotAFile, "is not a regular file", nullptr, S_ISFIFO(status.st_mode)};
   if (!isThere || faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
     return {State::Unreadable, std::string("cannot be read: ") + std::strerror(errno)};
   return {State::Good, ""};

@@ -120,9 +120,8 @@ std::string outlookForBackup(const ConfigFile& file) {
 Judgement judge(const ConfigFile& file, const StartUp& startUp) {
   Judgement judgement;
   if (const std::optional<Place> pipe = startUp.pipe(file))
-    judgement.add(
-        Health::Unusable,
-        file.path(*pipe) + " is a pipe, at which every start waits for ever; move it away");
+    judgement.add(Health::Unusable,
+                  file.path(*pipe) + " is a pipe; every start would hang on it; move it away");
   if (file.main.state != State::Good) {
     const auto restored = startUp.outlook(file, Place::Main);
     judgement.add(
@@ -132,7 +131,7 @@ Judgement judge(const ConfigFile& file, const StartUp& startUp) {
   if (file.backup.state != State::Good)
     judgement.add(Health::Degraded,
                   file.path(Place::Backup) + " " +
-                      (file.backup.state == State::OutOfStep ? "is unlike its main copy"
+                      (file.backup.state == State::OutOfStep ? "differs from its main copy"
                                                              : file.backup.fault) +
                       startUp.outlook(file, Place::Backup).value_or(outlookForBackup(file)));
   // A file of somebody else's, not in the factory set, has no factory copy.

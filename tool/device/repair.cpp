@@ -56,7 +56,7 @@ std::string obstacleTo(const Repair& repair) {
 std::string whyNotDone(const Repair& repair) {
   if (sameContents(loadCopy(repair.source()), loadCopy(repair.target()))) return "";
   const std::string obstacle = obstacleTo(repair);
-  return obstacle.empty() ? "the copy did not arrive whole" : obstacle;
+  return obstacle.empty() ? "the copy is incomplete" : obstacle;
 }
 
 // Replaces a copy through the library, with the main copy's lock held. The other copy of the file is

@@ -114,7 +114,7 @@ std::string whyNotKeptApart() {
   if (lstat(kLocks, &status) != 0)
     return path + (errno == ENOENT || errno == ENOTDIR ? " does not exist"
                                                        : std::string(": ") + std::strerror(errno));
-  if (!S_ISDIR(status.st_mode)) return path + " is no directory";
+  if (!S_ISDIR(status.st_mode)) return path + " is not a directory";
   if (faccessat(AT_FDCWD, kLocks, W_OK | X_OK, AT_EACCESS) != 0)
     return path + ": " + std::strerror(errno);
   return "";

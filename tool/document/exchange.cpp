@@ -66,7 +66,7 @@ void carryOut(const std::vector<device::Step>& steps, Outcome& outcome) {
     if (faults.empty()) left.insert(left.begin(), written.begin(), written.end());
     if (faults.empty()) written.clear();
     outcome.notes.push_back(faults.empty()
-                                ? "all is as it was before"
+                                ? "the previous contents were restored"
                                 : "written: " + listed(written) + "; not written: " + listed(left));
   }
   outcome.value["written"] = written;

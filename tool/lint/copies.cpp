@@ -56,7 +56,7 @@ void checkCopies(const Source& source, Findings& findings) {
   if (source.copies == nullptr) return;
   const device::ConfigFile& file = *source.copies;
   if (file.main.state == device::State::Missing)
-    findings.add(kMainMissing, 1, "there is no such file, but another copy of it");
+    findings.add(kMainMissing, 1, "the main copy is missing; another copy exists");
   else
     checkBackup(file, findings);
   if (file.main.state == device::State::CutShort)

@@ -10,7 +10,7 @@
 namespace camcfg::tool::lint {
 
 enum class Severity {
-  Error,    ///< a reader fails, or gets something else than the author wrote
+  Error,    ///< a reader fails, or reads something other than the author wrote
   Warning,  ///< works, but a later lookup, save or start will surprise
 };
 

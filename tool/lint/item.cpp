@@ -59,7 +59,7 @@ std::optional<int> Item::checkInteger(const char* attribute) const {
   const std::string what = " " + quoted(written);
   const std::optional<int> read = settings::integerIn(element, attribute);
   if (!read)
-    addOf(kNotAnInteger, attribute, what + " is no integer");
+    addOf(kNotAnInteger, attribute, what + " is not an integer");
   else if (!decimal(written))
     addOf(kOddInteger, attribute, what + " is read as " + std::to_string(*read));
   else if (!decimal32(written))
@@ -84,7 +84,7 @@ void Item::requireFits(const char* attribute, std::size_t room) const {
 void Item::requirePort(const char* attribute, int port) const {
   if (port < 1 || port > kGreatestPort)
     addOf(kPortRange, attribute,
-          " " + std::to_string(port) + " is no port (1.." + std::to_string(kGreatestPort) + ")");
+          " " + std::to_string(port) + " is not a port (1.." + std::to_string(kGreatestPort) + ")");
 }
 
 void Item::checkCase(const std::vector<const char*>& known) const {

@@ -109,7 +109,7 @@ void checkMulticast(const Item& instance) {
   if (!isSameWord(instance.text("MulticastEnable"), "true")) return;
   const std::string ip = instance.text("MulticastIp");
   if (instance.has("MulticastIp") && !isMulticast(ip))
-    instance.addOf(kMulticast, "MulticastIp", ": " + quoted(ip) + " is no multicast address");
+    instance.addOf(kMulticast, "MulticastIp", ": " + quoted(ip) + " is not a multicast address");
   const std::string fault = settings::whyNotAMask(instance.text("MulticastNetmask"));
   if (instance.has("MulticastNetmask") && !fault.empty())
     instance.addOf(kMulticast, "MulticastNetmask", ": " + clipped(fault));

@@ -116,7 +116,7 @@ void checkIntegers(const Item& item) {
     item.addOf(kMinAboveMax, "Min",
                " " + std::to_string(*min) + " is above \"Max\" " + std::to_string(*max));
   if (step && *step < 1)
-    item.addOf(kBadStep, "Step", " " + std::to_string(*step) + " is no increment");
+    item.addOf(kBadStep, "Step", " " + std::to_string(*step) + " is not an increment");
   for (const char* attribute : kValues) {
     const std::optional<int> value = item.checkInteger(attribute);
     if (!value || isEmpty) continue;

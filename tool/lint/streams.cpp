@@ -70,7 +70,7 @@ void checkSize(const Item& cache) {
       cache.addOf(kCacheSizeWraps, unit.attribute,
                   what + " is 2 GiB or more and wraps to " +
                       std::to_string(static_cast<int>(size * unit.bytes)) + " bytes");
-    if (size < 1) cache.addOf(kCacheSizeEmpty, unit.attribute, what + " is no size");
+    if (size < 1) cache.addOf(kCacheSizeEmpty, unit.attribute, what + " is not a size");
   }
   if (given == 0)
     cache.add(kCacheSizeMissing, " has no \"BufferSizeB\", \"BufferSizeKB\" or \"BufferSizeMB\"");

@@ -19,7 +19,7 @@ constexpr std::size_t kEntryBytes = 64;  // of a whitelist's entry, its line's i
 
 int requireId(const std::string& text) {
   const std::optional<std::int32_t> id = decimal32(text);
-  if (!id) throw Refusal("'" + text + "' is no id");
+  if (!id) throw Refusal("'" + text + "' is not an id");
   return *id;
 }
 

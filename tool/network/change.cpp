@@ -59,9 +59,10 @@ void putFactory(tagNETWORK_CFG_S& record, const CardField& field,
   const std::optional<std::string> factory = values.of(element);
   if (factory && settings::put(setting, *factory, &record)) return;
   if (!settings::put(setting, textOf(element, "Cur"), &record))
-    refuse(pathOf(*element.Parent(), setting),
-           "it has no usable factory value, and the library would not leave its current one as it "
-           "is; set it to a permitted value first");
+    refuse(
+        pathOf(*element.Parent(), setting),
+        "it has no usable factory value, and the library would change its current value; set it to "
+        "a permitted value first");
   without.emplace_back(settings::elementOf(setting));
 }
 

@@ -41,8 +41,8 @@ tagNETWORK_CFG_S recordOf(const Json& card, const settings::Node* node) {
     if (value == nullptr || settings::put(setting, settings::inFile(setting, *value), &record))
       continue;
     if (node != nullptr)
-      node->refuse(std::string("the library would not leave its ") + setting.member +
-                   " as it is; give a permitted one");
+      node->refuse(std::string("the library would change its ") + setting.member +
+                   "; give a permitted one");
   }
   return record;
 }

@@ -29,7 +29,7 @@ std::string lossOf(const Preset& preset, const Setting& setting) {
   if (!isText(setting))
     return preset.values.at(setting.member).is_null()
                ? std::string("its ") + attribute + " " + quoted(text) +
-                     " is no integer and would become 0; " + give + " as well"
+                     " is not an integer and would become 0; " + give + " as well"
                : "";
   return std::string_view(text).size() <= kLongestDescription
              ? ""
@@ -82,7 +82,7 @@ std::function<bool()> deletionOf(const Presets& presets, const Preset& preset) {
     return [text] { return CFG_PRESET_DeleteByDesc(text.c_str()) == 0; };
   throw Refusal(preset.label() + ": the library would delete " +
                 (found == nullptr ? "none" : found->label()) +
-                ", since a description that begins like this comes first");
+                ", since a description that begins with it comes first");
 }
 
 }  // namespace

@@ -86,12 +86,12 @@ void takeMember(PresetRow& row, const std::string& name, const Json& value) {
   else if (value.is_string())
     row.values[name] = value;
   else
-    row.faults.push_back(name + " " + value.dump() + " is no text");
+    row.faults.push_back(name + " " + value.dump() + " is not a text");
 }
 
 PresetRow rowOf(const std::string& place, const Json& preset) {
   PresetRow row{place, noValues(), {}};
-  if (!preset.is_object()) row.faults.emplace_back("it is no object");
+  if (!preset.is_object()) row.faults.emplace_back("it is not an object");
   for (const auto& [name, value] : preset.items())
     if (preset.is_object()) takeMember(row, name, value);
   return row;
@@ -108,7 +108,7 @@ Json parsed(const std::string& text) {
 
 std::vector<PresetRow> readJsonRows(const std::string& text) {
   const Json presets = parsed(text);
-  if (!presets.is_array()) throw Refusal("it is no array of presets");
+  if (!presets.is_array()) throw Refusal("it is not an array of presets");
   std::vector<PresetRow> rows;
   for (const Json& preset : presets)
     rows.push_back(rowOf("preset " + std::to_string(rows.size() + 1) + " of the array", preset));

@@ -40,9 +40,10 @@ device::Lookup lookupPreset(XMLElement& group, int id) {
       lookup.hits.push_back({preset.element, preset.label(), preset.id() == id});
   startWith(lookup.hits, answer);
   if (lookup.hits.empty()) return lookup;
-  lookup.why = lookup.hits.front().exact
-                   ? "the first with the Id " + text
-                   : "it has no readable Id and counts by that of the one before it";
+  lookup.why =
+      lookup.hits.front().exact
+          ? "the first with the Id " + text
+          : "it has no readable Id and is treated as having the id of the preset before it";
   return lookup;
 }
 
@@ -177,7 +178,7 @@ std::string Presets::shadowOf(const Preset& preset) const {
   const Preset* found = lookup(description);
   if (found->element == preset.element) return "";
   return "note: applications that ask for '" + description + "' get " + found->label() +
-         ", since a description that begins like this comes first";
+         ", since a description that begins with it comes first";
 }
 
 device::Explanation explainPreset(const std::string& word) {

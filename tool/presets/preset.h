@@ -14,7 +14,7 @@
 namespace camcfg::tool::presets {
 
 /// The values of a preset in their documented shape, with every member: null is what a preset of the
-/// file lacks, or what is no integer there, and what is not given of one that is asked for.
+/// file lacks, or what is not an integer there, and what is not given of one that is asked for.
 using Values = Json;
 
 inline bool isText(const settings::Setting& setting) {

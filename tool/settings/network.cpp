@@ -37,7 +37,7 @@ std::string whyNotAHost(const std::string& text, bool loopback) {
   const std::optional<std::uint32_t> address = ipv4Of(text);
   if (!address) return notDotted(text);
   const std::uint32_t first = *address >> 24;
-  if (first == 0) return quoted(text) + " is no host's address: it begins with 0";
+  if (first == 0) return quoted(text) + " is not a host's address: it begins with 0";
   if (first == 127 && !loopback) return quoted(text) + " is the device itself, not its network";
   if (first >= 240) return quoted(text) + " is a reserved or the broadcast address";
   if (first >= 224) return quoted(text) + " is a multicast address";
@@ -50,7 +50,7 @@ std::string whyNotALabel(const std::string& label) {
     return "has a label of " + std::to_string(label.size()) + " characters, the limit is " +
            std::to_string(kLongestLabel);
   if (label.find_first_not_of(kLabelCharacters) != std::string::npos)
-    return "has a character that is no letter, digit or hyphen";
+    return "has a character that is not a letter, digit or hyphen";
   if (label.front() == '-' || label.back() == '-')
     return "has a label that begins or ends with a hyphen";
   return "";
@@ -143,7 +143,7 @@ std::string whyNotAMask(const std::string& text) {
   const std::uint32_t hosts = ~*mask;
   return (hosts & (hosts + 1)) == 0
              ? ""
-             : quoted(text) + " is no netmask: its set bits are not all at the beginning";
+             : quoted(text) + " is not a netmask: its set bits are not all at the beginning";
 }
 
 std::string whyNotDomains(const std::string& text) {

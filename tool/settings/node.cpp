@@ -97,13 +97,13 @@ std::int32_t Node::number(const Range& range) const {
                    size < static_cast<double>(range.least) ? INT64_MIN : INT64_MAX, range.least,
                    range.most));
   else if (!value_.is_number_integer())
-    refuse(described(value_) + " is no whole number");
+    refuse(described(value_) + " is not a whole number");
   return fits ? value_.get<std::int32_t>() : 0;
 }
 
 std::int32_t Node::id() const {
   const std::int32_t id = number({Number::min(), Number::max()});
-  if (id == -1) refuse("-1 is no id; it stands for none");
+  if (id == -1) refuse("-1 is not an id; it stands for none");
   return id;
 }
 

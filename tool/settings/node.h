@@ -69,7 +69,7 @@ class Node {
   bool flag() const;
   /// A text of at most so many bytes that XML can hold.
   std::string text(std::size_t most = std::string::npos) const;
-  /// What a refusal adds of the permitted text that comes nearest; empty if this is no text.
+  /// What a refusal adds of the permitted text that comes nearest; empty if this is not a text.
   std::string nearestOf(const std::vector<std::string>& texts) const;
 
  private:

@@ -78,10 +78,10 @@ Objection ParameterForm::objectionToNumber(const std::string& text) const {
     const char* limit = this->text(name);
     if (limit == nullptr) return {std::string("it has no ") + name + ", so no value is permitted"};
     if (!integerIn(element_, name))
-      return {std::string("its ") + name + " " + quoted(limit) + " is no integer"};
+      return {std::string("its ") + name + " " + quoted(limit) + " is not an integer"};
   }
   const std::optional<long long> number = decimal(text);
-  if (!number) return {quoted(text) + " is no decimal integer"};
+  if (!number) return {quoted(text) + " is not a decimal integer"};
   const auto [min, max] = limitsIn(element_, {});
   if (*number >= min && *number <= max) return {};
   return {outside(text, *number, min, max, integerIn(element_, "Step").value_or(1))};

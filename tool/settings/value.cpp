@@ -20,7 +20,7 @@ std::string textOf(const Range& limits) {
 
 Objection objectionToNumber(const std::string& text, const Range& limits) {
   const std::optional<long long> number = decimal(text);
-  if (!number) return {quoted(text) + " is no decimal integer"};
+  if (!number) return {quoted(text) + " is not a decimal integer"};
   if (*number >= limits.least && *number <= limits.most) return {};
   return {outside(text, *number, limits.least, limits.most), true};
 }

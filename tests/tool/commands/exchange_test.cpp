@@ -380,7 +380,7 @@ const Refused kRefused[] = {
      {"stream.sources[0].id: 30 is outside 0..29; the nearest permitted is 29",
       "stream.sources[0].kind: it must be one of \"VENC\", \"AI\", \"AENC\"",
       "stream.sources[0].name: it must be a text, not 5",
-      "stream.sources[0].channel: -1 is no id; it stands for none",
+      "stream.sources[0].channel: -1 is not an id; it stands for none",
       "stream.sources[0].enabled: it must be true or false, not 1",
       "stream.sources[1]: it must be an object, not 7"}},
     {"stream",
@@ -389,7 +389,7 @@ const Refused kRefused[] = {
                               "enabled": true}, {"id": 1.5}, {"id": 1}])",
      {"stream.sources[0].channel: 2147483648 is outside -2147483648..2147483647; the nearest "
       "permitted is 2147483647",
-      "stream.sources[1].id: 1.5 is no whole number", "stream.sources[1].kind: it is missing",
+      "stream.sources[1].id: 1.5 is not a whole number", "stream.sources[1].kind: it is missing",
       "stream.sources[1].name: it is missing", "stream.sources[1].channel: it is missing",
       "stream.sources[1].enabled: it is missing", "stream.sources[2].kind: it is missing",
       "stream.sources[2].name: it is missing", "stream.sources[2].channel: it is missing",
@@ -431,7 +431,8 @@ const Refused kRefused[] = {
     {"live",
      "rtmp",
      R"([{"id": 9, "enabled": true, "username": "", "video": -1}])",
-     {"live.rtmp[0].url: it is missing", "live.rtmp[0].video: -1 is no id; it stands for none"}},
+     {"live.rtmp[0].url: it is missing",
+      "live.rtmp[0].video: -1 is not an id; it stands for none"}},
     {"live",
      "srt",
      R"([{"id": 0, "mode": "listener", "hostname": "h", "port": 70000,
@@ -619,7 +620,7 @@ TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesCannotBe) {
   EXPECT_EQ(
       import(document),
       (ToolRun{1, "",
-               "camcfg: import: cannot write /cfg1/business_param.xml: it is no regular file; "
+               "camcfg: import: cannot write /cfg1/business_param.xml: it is not a regular file; "
                "move it away\n"}));
   expectBoth(kMedia);
   EXPECT_EQ(device.read(kBusiness), kDevice);
@@ -642,9 +643,9 @@ TEST_F(DeviceExchangeTest, FilesWrittenBeforeAFailureArePutBack) {
   const std::vector<std::string> words = {"import", device.hostPath() + "/document.json"};
   EXPECT_EQ(run(words, atMost),
             (ToolRun{1, "",
-                     "camcfg: import: network.hostname: it did not arrive in "
+                     "camcfg: import: network.hostname: the change is not in "
                      "/cfg0/business_param.xml; the previous contents were restored\n"
-                     "camcfg: import: all is as it was before\n"}));
+                     "camcfg: import: the previous contents were restored\n"}));
   expectBoth(kMedia);
   EXPECT_EQ(device.read(kBusiness), padded);
   EXPECT_EQ(device.read(kBusinessBackup), padded);

@@ -44,7 +44,7 @@ TEST_F(ExplainTest, ParameterIsShownInEveryCopyWithItsLimitsAndWhatItShadows) {
                      "\n"
                      "lookup of    System/Rtsp\n"
                      "answered by  Rtsp at /cfg0/business_param.xml:6\n"
-                     "why          the first whose name begins with 'Rtsp', and it is just that\n"
+                     "why          the first whose name begins with 'Rtsp', an exact match\n"
                      "shadows      RtspOverHttp (line 7)\n"
                      "\n"
                      "lookup of    Rtsp (no section)\n"
@@ -58,13 +58,12 @@ TEST_F(ExplainTest, ParameterIsShownInEveryCopyWithItsLimitsAndWhatItShadows) {
 TEST_F(ExplainTest, BeginningOfANameSaysWhatALookupFinds) {
   const ToolRun result = explain({"System", "Web"});
   EXPECT_THAT(result.out, testing::StartsWith("System/WebHttp\n"));
-  EXPECT_THAT(
-      result.out,
-      testing::HasSubstr("lookup of    System/Web\n"
-                         "answered by  WebHttp at /cfg0/business_param.xml:4\n"
-                         "why          the first whose name begins with 'Web'; none has just that "
-                         "name\n"
-                         "shadows      WebHttps (line 5)\n"));
+  EXPECT_THAT(result.out,
+              testing::HasSubstr(
+                  "lookup of    System/Web\n"
+                  "answered by  WebHttp at /cfg0/business_param.xml:4\n"
+                  "why          the first whose name begins with 'Web'; there is no exact match\n"
+                  "shadows      WebHttps (line 5)\n"));
 }
 
 TEST_F(ExplainTest, ExactNameThatAPrefixHidesIsShown) {
@@ -81,8 +80,8 @@ TEST_F(ExplainTest, ExactNameThatAPrefixHidesIsShown) {
   EXPECT_THAT(
       result.out,
       testing::HasSubstr("answered by  RtspOverHttp at /cfg0/business_param.xml:2\n"
-                         "why          the first whose name begins with 'Rtsp'; the one of just "
-                         "that name comes after it\n"
+                         "why          the first whose name begins with 'Rtsp'; the exact match "
+                         "comes later\n"
                          "shadows      Rtsp (line 3)\n"));
 }
 
@@ -170,12 +169,12 @@ TEST_F(ExplainTest, FieldOfACardIsShownWithWhatIsPermitted) {
                      "\n"
                      "lookup of    NetWork/Lan0\n"
                      "answered by  Lan0 at /cfg0/business_param.xml:2\n"
-                     "why          the first whose name begins with 'Lan0', and it is just that\n"
+                     "why          the first whose name begins with 'Lan0', an exact match\n"
                      "shadows      Lan01 (line 7)\n"
                      "\n"
                      "lookup of    NetWork/Lan0/MTU\n"
                      "answered by  MTU at /cfg0/business_param.xml:4\n"
-                     "why          the first whose name begins with 'MTU', and it is just that\n"
+                     "why          the first whose name begins with 'MTU', an exact match\n"
                      "shadows      -\n",
                      ""}));
 }
@@ -224,7 +223,7 @@ TEST_F(ExplainTest, PresetIsShownByItsDescriptionWhichAnotherOneHides) {
               testing::EndsWith("lookup of    description 'Dock'\n"
                                 "answered by  preset 3 'Dock East' at /cfg0/preset_cfg.xml:2\n"
                                 "why          the first whose description begins with 'Dock'; the "
-                                "one of just that description comes after it\n"
+                                "exact match comes later\n"
                                 "shadows      preset 4 'Dock' (line 4)\n"));
   EXPECT_EQ(explain({"preset", "Gate"}),
             (ToolRun{1, "",
@@ -322,7 +321,7 @@ TEST_F(ExplainTest, JsonHasEveryMember) {
                                             "        \"match\": \"exact\"\n"
                                             "      },\n"
                                             "      \"why\": \"the first whose name begins with "
-                                            "'IpAddr', and it is just that\",\n"
+                                            "'IpAddr', an exact match\",\n"
                                             "      \"shadows\": []\n"
                                             "    }\n"
                                             "  ]\n"

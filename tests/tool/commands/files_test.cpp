@@ -329,7 +329,7 @@ TEST_F(VerifyTest, DirectoryInPlaceOfAMainCopyIsReportedAndDoesNotKeepOthersFrom
                      "x.xml  not-a-file       good    good     yes       -          -\n"
                      "y.xml  damaged -> good  good    good     yes       backup     -\n",
                      "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot write "
-                     "/cfg0/x.xml: it is no regular file; move it away\n"}));
+                     "/cfg0/x.xml: it is not a regular file; move it away\n"}));
 }
 
 TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
@@ -340,7 +340,7 @@ TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
                      "FILE   MAIN  BACKUP      DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
                      "x.xml  good  not-a-file  good     yes       -          -\n",
                      "camcfg: verify: /cfg1/x.xml was not replaced from /cfg0/x.xml: cannot write "
-                     "/cfg1/x.xml: it is no regular file; move it away\n"}));
+                     "/cfg1/x.xml: it is not a regular file; move it away\n"}));
   EXPECT_TRUE(device.list("/cfg1/x.xml").empty());
 }
 

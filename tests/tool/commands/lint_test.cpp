@@ -101,7 +101,7 @@ TEST_F(LintFilesTest, ControlCharactersInNamesAndValuesCannotSteerATerminal) {
             "a\\nb.xml:4: error: B is not right inside the first element, and so is not found "
             "[text-not-found]\n");
   EXPECT_THAT(lint({"c.xml"}).out,
-              testing::HasSubstr("System/WebHttp: \"Cur\" '\\x1b[2J' is no integer"));
+              testing::HasSubstr("System/WebHttp: \"Cur\" '\\x1b[2J' is not an integer"));
 }
 
 TEST_F(LintFilesTest, JsonHasTheFindingsAndTheirCounts) {
@@ -167,7 +167,7 @@ TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
 
 TEST_F(LintFilesTest, RulesTakeNoFile) {
   EXPECT_EQ(lint({"--rules", "clean.xml"}),
-            (ToolRun{2, "", "camcfg: lint: --rules takes no FILE\n"}));
+            (ToolRun{2, "", "camcfg: lint: --rules cannot be combined with FILE\n"}));
 }
 
 TEST_F(ToolTest, LintOfADeviceWithoutAnyFileIsUnusable) {
@@ -180,7 +180,7 @@ TEST_F(ToolTest, LintOfADeviceWhoseMainCopiesAreAllMissingIsUnusable) {
   device.write("/app/resource/defcfg/preset_cfg.xml", kCleanPresets);
   EXPECT_EQ(run({"lint"}),
             (ToolRun{3,
-                     "/cfg0/preset_cfg.xml:1: error: there is no such file, but another copy of it "
+                     "/cfg0/preset_cfg.xml:1: error: the main copy is missing; another copy exists "
                      "[main-missing]\n",
                      ""}));
 }

@@ -163,7 +163,7 @@ TEST_F(NetworkTest, CardThatTheLibraryTakesForAnotherIsShownButNotChanged) {
   writeBoth(kShadowed);
   EXPECT_EQ(network({"show", "Lan"}).err,
             "camcfg: network show: note: applications that ask for Lan get LanWide, since another "
-            "name that begins like this comes first\n");
+            "name that begins with it comes first\n");
   const char* const why =
       "Lan: the library would take LanWide, which begins with this name and comes before it in "
       "/cfg0/business_param.xml";
@@ -286,12 +286,12 @@ INSTANTIATE_TEST_SUITE_P(
             "Wifi", "MTU", "2305",
             std::string("Wifi/MTU: 2305 is outside 576..2304; the nearest permitted is 2304") +
                 kUnlessForced},
-        RefusedSetting{"Lan0", "MTU", "1500B", "Lan0/MTU: '1500B' is no decimal integer"},
+        RefusedSetting{"Lan0", "MTU", "1500B", "Lan0/MTU: '1500B' is not a decimal integer"},
         RefusedSetting{"Lan0", "IpAddr", "",
                        std::string("Lan0/IpAddr: '' is not of the form 192.0.2.1") + kUnlessForced},
         RefusedSetting{
             "Lan0", "NetMask", "255.0.255.0",
-            std::string("Lan0/NetMask: '255.0.255.0' is no netmask: its set bits are not "
+            std::string("Lan0/NetMask: '255.0.255.0' is not a netmask: its set bits are not "
                         "all at the beginning") +
                 kUnlessForced},
         RefusedSetting{
@@ -399,8 +399,8 @@ TEST_F(NetworkTest, ResetIsRefusedWhereTheLibraryWouldChangeMoreThanItShould) {
   const std::string odd = "<NetWork><Lan0><Intf Cur=\"Eth2\"/></Lan0></NetWork>";
   writeBoth(odd);
   EXPECT_EQ(network({"reset", "Lan0"}),
-            refused("reset: Lan0/Intf: it has no usable factory value, and the library would not "
-                    "leave its current one as it is; set it to a permitted value first"));
+            refused("reset: Lan0/Intf: it has no usable factory value, and the library would "
+                    "change its current value; set it to a permitted value first"));
   expect(odd);
 }
 
@@ -426,7 +426,7 @@ TEST_F(NetworkTest, HostnameThatIsMissingIsNotFoundAndCanBeSet) {
 
 TEST_F(NetworkTest, HostnameThatIsNoneIsRefusedUnlessForced) {
   EXPECT_EQ(network({"hostname", "my_gate"}),
-            refused("hostname: 'my_gate' has a character that is no letter, digit or hyphen; "
+            refused("hostname: 'my_gate' has a character that is not a letter, digit or hyphen; "
                     "'--force' sets it anyway"));
   expect(kCards);
   EXPECT_EQ(network({"hostname", "my_gate", "--force"}),

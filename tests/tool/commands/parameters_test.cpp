@@ -98,11 +98,10 @@ constexpr char kShadowed[] =
 
 TEST_F(ToolTest, GetReadsTheNamedParameterAndSaysThatApplicationsGetAnother) {
   writeBoth(kShadowed);
-  EXPECT_EQ(
-      run({"get", "System", "Rtsp"}),
-      (ToolRun{0, "554\n",
-               "camcfg: get: note: applications that ask for System/Rtsp get "
-               "System/RtspOverHttp, since another name that begins like this comes first\n"}));
+  EXPECT_EQ(run({"get", "System", "Rtsp"}),
+            (ToolRun{0, "554\n",
+                     "camcfg: get: note: applications that ask for System/Rtsp get "
+                     "System/RtspOverHttp, since another name that begins with it comes first\n"}));
 }
 
 TEST_F(ToolTest, SetRefusesWhereTheLibraryWouldHitAnotherParameter) {
@@ -208,17 +207,17 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedValue{
             "Main", "Port", "-99999999999999999999",
             "Main/Port: -99999999999999999999 is outside 1..65535; the nearest permitted is 1"},
-        RefusedValue{"Main", "Port", "12abc", "Main/Port: '12abc' is no decimal integer"},
-        RefusedValue{"Main", "Port", "0x50", "Main/Port: '0x50' is no decimal integer"},
-        RefusedValue{"Main", "Port", "+80", "Main/Port: '+80' is no decimal integer"},
-        RefusedValue{"Main", "Port", " 80", "Main/Port: ' 80' is no decimal integer"},
-        RefusedValue{"Main", "Port", "80 ", "Main/Port: '80 ' is no decimal integer"},
-        RefusedValue{"Main", "Port", "80.0", "Main/Port: '80.0' is no decimal integer"},
-        RefusedValue{"Main", "Port", "-", "Main/Port: '-' is no decimal integer"},
-        RefusedValue{"Main", "Port", "", "Main/Port: '' is no decimal integer"},
+        RefusedValue{"Main", "Port", "12abc", "Main/Port: '12abc' is not a decimal integer"},
+        RefusedValue{"Main", "Port", "0x50", "Main/Port: '0x50' is not a decimal integer"},
+        RefusedValue{"Main", "Port", "+80", "Main/Port: '+80' is not a decimal integer"},
+        RefusedValue{"Main", "Port", " 80", "Main/Port: ' 80' is not a decimal integer"},
+        RefusedValue{"Main", "Port", "80 ", "Main/Port: '80 ' is not a decimal integer"},
+        RefusedValue{"Main", "Port", "80.0", "Main/Port: '80.0' is not a decimal integer"},
+        RefusedValue{"Main", "Port", "-", "Main/Port: '-' is not a decimal integer"},
+        RefusedValue{"Main", "Port", "", "Main/Port: '' is not a decimal integer"},
         RefusedValue{"Main", "NoMax", "1", "Main/NoMax: it has no Max, so no value is permitted"},
         RefusedValue{"Main", "NoMin", "1", "Main/NoMin: it has no Min, so no value is permitted"},
-        RefusedValue{"Main", "OddMax", "1", "Main/OddMax: its Max 'many' is no integer"},
+        RefusedValue{"Main", "OddMax", "1", "Main/OddMax: its Max 'many' is not an integer"},
         RefusedValue{"Main", "Rate", "11",
                      "Main/Rate: 11 is outside 1..10; the nearest permitted is 9"},
         RefusedValue{"Main", "Mode", "Off",

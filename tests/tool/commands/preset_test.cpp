@@ -24,7 +24,7 @@ constexpr char kDock[] =
 
 constexpr char kShadowNote[] =
     "note: applications that ask for 'Dock' get preset 3 'Dock west', since a description that "
-    "begins like this comes first\n";
+    "begins with it comes first\n";
 
 std::string added(const std::string& preset) {
   return with(kPresets, "</PresetCfg>", "    " + preset + "\n</PresetCfg>");
@@ -259,9 +259,10 @@ TEST_F(PresetTest, SetRefusesToLoseWhatIsThere) {
   EXPECT_EQ(preset({"set", "5", "--pan", "1"}),
             refused("set: preset 5: its present description would be cut to 63 bytes; give a "
                     "description as well"));
-  EXPECT_EQ(preset({"set", "0", "--tilt", "1"}),
-            refused("set: preset 0: its PanPos 'far' is no integer and would become 0; give pan as "
-                    "well"));
+  EXPECT_EQ(
+      preset({"set", "0", "--tilt", "1"}),
+      refused("set: preset 0: its PanPos 'far' is not an integer and would become 0; give pan as "
+              "well"));
   expect(presets);
   EXPECT_EQ(preset({"set", "0", "--pan", "1"}), (ToolRun{0, "preset 0: pan - -> 1\n", ""}));
 }
@@ -289,9 +290,9 @@ INSTANTIATE_TEST_SUITE_P(
                       "set: id 129 is outside 0..128; the nearest permitted is 128"},
         RefusedPreset{{"set", "--", "-1"},
                       "set: id -1 is outside 0..128; the nearest permitted is 0"},
-        RefusedPreset{{"set", "Dock"}, "set: 'Dock' is no id (0..128)"},
-        RefusedPreset{{"set", "3", "--pan", "4a"}, "set: --pan: '4a' is no decimal integer"},
-        RefusedPreset{{"set", "3", "--zoom", ""}, "set: --zoom: '' is no decimal integer"},
+        RefusedPreset{{"set", "Dock"}, "set: 'Dock' is not an id (0..128)"},
+        RefusedPreset{{"set", "3", "--pan", "4a"}, "set: --pan: '4a' is not a decimal integer"},
+        RefusedPreset{{"set", "3", "--zoom", ""}, "set: --zoom: '' is not a decimal integer"},
         RefusedPreset{{"set", "3", "--tilt", "2147483648"},
                       "set: --tilt: 2147483648 is outside -2147483648..2147483647; the nearest "
                       "permitted is 2147483647"},
@@ -364,7 +365,7 @@ TEST_F(PresetTest, DeleteTakesAPresetWithoutIdByItsDescription) {
   write(presets);
   EXPECT_EQ(preset({"delete", "Dock w"}),
             refused("delete: a preset without id 'Dock w': the library would delete preset 3 'Dock "
-                    "west', since a description that begins like this comes first"));
+                    "west', since a description that begins with it comes first"));
   expect(presets);
   write(added("<preset Description=\"Lone\"/>"));
   EXPECT_EQ(preset({"delete", "Lone"}), (ToolRun{0, "a preset without id 'Lone': deleted\n", ""}));
@@ -459,7 +460,7 @@ TEST_F(PresetTest, EveryFaultOfAnImportIsReportedWithItsLineAndNothingIsStored) 
           "camcfg: preset import: line 6: id 129 is outside 0..128; the nearest permitted is 128\n"
           "camcfg: preset import: line 7: id -1 is outside 0..128; the nearest permitted is 0\n"
           "camcfg: preset import: line 8: it has no id\n"
-          "camcfg: preset import: line 9: pan '1z' is no decimal integer\n"
+          "camcfg: preset import: line 9: pan '1z' is not a decimal integer\n"
           "camcfg: preset import: line 9: id 7 is in line 2 already\n"
           "camcfg: preset import: line 10: the description has 64 bytes, the limit is "
           "63; the nearest permitted is '" +
@@ -475,13 +476,13 @@ TEST_F(PresetTest, FaultsInJsonAreReportedByTheirPlaceInTheArray) {
              "{\"id\": 9, \"description\": 4}]"),
       (ToolRun{
           1, "",
-          "camcfg: preset import: preset 1 of the array: pan '1.5' is no decimal integer\n"
+          "camcfg: preset import: preset 1 of the array: pan '1.5' is not a decimal integer\n"
           "camcfg: preset import: preset 1 of the array: unknown member 'tlit'; did you mean "
           "'tilt'?\n"
-          "camcfg: preset import: preset 2 of the array: it is no object\n"
-          "camcfg: preset import: preset 3 of the array: id '\"1\"' is no decimal integer\n"
+          "camcfg: preset import: preset 2 of the array: it is not an object\n"
+          "camcfg: preset import: preset 3 of the array: id '\"1\"' is not a decimal integer\n"
           "camcfg: preset import: preset 4 of the array: it has no id\n"
-          "camcfg: preset import: preset 5 of the array: description 4 is no text\n"
+          "camcfg: preset import: preset 5 of the array: description 4 is not a text\n"
           "camcfg: preset import: preset 5 of the array: id 9 is in preset 1 of the array already\n"
           "camcfg: preset import: nothing was imported\n"}));
   expect(kPresets);
@@ -491,7 +492,7 @@ TEST_F(PresetTest, ManyFaultsAreCounted) {
   std::string table = "id\n";
   for (int i = 0; i < 25; ++i) table += "no\n";
   const ToolRun imported = import(table);
-  EXPECT_THAT(imported.err, testing::EndsWith("line 21: id 'no' is no decimal integer\n"
+  EXPECT_THAT(imported.err, testing::EndsWith("line 21: id 'no' is not a decimal integer\n"
                                               "camcfg: preset import: nothing was imported (5 "
                                               "more faults)\n"));
 }
@@ -505,7 +506,7 @@ TEST_F(PresetTest, ImportOfSomethingElseIsRefusedInOneLine) {
       {"id,pan,id\n", "line 1: there are two columns 'id'"},
       {"id,description\n1,\"open\n2,x\n", "line 2: a quote is not closed"},
       {"[\n{\"id\":\n]", "line 3: it is no JSON from here on"},
-      {"{\"id\": 3}", "it is no array of presets"},
+      {"{\"id\": 3}", "it is not an array of presets"},
   };
   for (const auto& [contents, why] : cases)
     EXPECT_EQ(import(contents), refused(std::string("import: ") + why)) << contents;

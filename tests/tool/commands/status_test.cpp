@@ -83,7 +83,7 @@ TEST_F(StatusTest, SaysWhetherProgramsAreKeptApart) {
   device.remove("/run/camcfg");
   device.write("/run/camcfg", "");
   EXPECT_THAT(status().out,
-              testing::EndsWith("\nprograms: not kept apart (/run/camcfg is no directory)\n"));
+              testing::EndsWith("\nprograms: not kept apart (/run/camcfg is not a directory)\n"));
 }
 
 TEST_F(StatusTest, JsonHasEveryMember) {
@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{kGood, nullptr, kGood, 4, "good stays, missing stays, good -",
                finding(kBackupAt, std::string("is missing") + kResync)},
         Damage{kGood, kOther, kGood, 4, "good stays, out-of-step stays, good -",
-               finding(kBackupAt, std::string("is unlike its main copy") + kResync)},
+               finding(kBackupAt, std::string("differs from its main copy") + kResync)},
         Damage{kGood, kGood, kDamaged, 4, "good stays, good stays, damaged -",
                finding(kDefaultAt, std::string("is not well-formed XML") + kNone)},
         // The names of the factory set are those that start-up verification looks at.
@@ -237,10 +237,8 @@ TEST_F(StatusTest, PipeAtWhichStartUpWouldWaitIsUnusable) {
   ASSERT_EQ(mkfifo((device.hostPath() + kMainAt).c_str(), 0600), 0);
   const ToolRun result = status();
   EXPECT_EQ(result.status, 3);
-  EXPECT_THAT(result.err,
-              testing::StartsWith(finding(kMainAt,
-                                          "is a pipe, at which every start waits for ever; move it "
-                                          "away")));
+  EXPECT_THAT(result.err, testing::StartsWith(finding(
+                              kMainAt, "is a pipe; every start would hang on it; move it away")));
   EXPECT_THAT(rowsOf("business_param.xml", result), testing::HasSubstr("waits-for-ever\n"));
 }
 

@@ -190,9 +190,9 @@ TEST_F(StreamTest, RefusalsSayWhatIsAllowedInstead) {
   expectRefused({"stream", "cache", "0", "allow", "0", "30"}, 1,
                 "stream cache allow: source 30 is outside 0..29; the nearest permitted is 29");
   expectRefused({"stream", "cache", "zero", "select", "0"}, 1,
-                "stream cache select: 'zero' is no id");
+                "stream cache select: 'zero' is not an id");
   expectRefused({"stream", "cache", "0", "allow", "99999999999"}, 1,
-                "stream cache allow: '99999999999' is no id");
+                "stream cache allow: '99999999999' is not an id");
 }
 
 TEST_F(StreamTest, CommandLineWithoutActionOrSourceMakesNoSense) {
@@ -250,7 +250,7 @@ TEST_F(StreamTest, WriteThatStopsShortPutsThePreviousContentsBack) {
   };
   EXPECT_EQ(run({"stream", "cache", "0", "select", "2"}, limited),
             (ToolRun{1, "",
-                     "camcfg: stream cache select: stream cache 0: it did not arrive in "
+                     "camcfg: stream cache select: stream cache 0: the change is not in "
                      "/cfg0/mpp_cfg.xml; the previous contents were restored\n"}));
   expectBoth(kMedia);
 }

@@ -36,7 +36,7 @@ class ChangeTest : public ParametersTest {
 TEST_F(ChangeTest, WriteThatStopsShortIsNoSuccessAndThePreviousContentsComeBack) {
   EXPECT_EQ(setRtspWithin(sizeof kParameters - 1),
             (ToolRun{1, "",
-                     "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; the "
+                     "camcfg: set: System/Rtsp: the change is not in /cfg0/business_param.xml; the "
                      "previous contents were restored\n"}));
   expectUnchanged();
 }
@@ -45,7 +45,7 @@ TEST_F(ChangeTest, WriteThatStopsShortTwiceSaysHowTheFilesAreLeft) {
   EXPECT_EQ(
       setRtspWithin(100),
       (ToolRun{1, "",
-               "camcfg: set: System/Rtsp: it did not arrive in /cfg0/business_param.xml; the "
+               "camcfg: set: System/Rtsp: the change is not in /cfg0/business_param.xml; the "
                "previous contents could not be restored; make room and run 'camcfg verify'\n"}));
 }
 
@@ -62,7 +62,7 @@ TEST_F(ChangeTest, DirectoryInPlaceOfTheBackupIsRefusedBeforehand) {
   device.makeDirectory(kBusinessBackup);
   EXPECT_EQ(setRtsp(), (ToolRun{1, "",
                                 "camcfg: set: System/Rtsp: cannot write /cfg1/business_param.xml: "
-                                "it is no regular file; move it away\n"}));
+                                "it is not a regular file; move it away\n"}));
   EXPECT_EQ(device.read(kBusiness), kParameters);
 }
 

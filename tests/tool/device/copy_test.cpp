@@ -66,7 +66,7 @@ TEST_P(UnusableFileTest, DirectoryInItsPlaceIsNamed) {
 TEST_P(UnusableFileTest, PipeInItsPlaceIsNotWaitedFor) {
   ASSERT_EQ(mkfifo((device.hostPath() + kBusiness).c_str(), 0600), 0);
   expectUnusable(
-      "/cfg0/business_param.xml is no regular file; move it away and run 'camcfg "
+      "/cfg0/business_param.xml is not a regular file; move it away and run 'camcfg "
       "verify' to repair it");
 }
 

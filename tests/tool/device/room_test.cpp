@@ -54,7 +54,7 @@ TEST_F(RoomTest, MissingDirectoryIsReported) {
 TEST_F(RoomTest, DirectoryInPlaceOfAFileIsReported) {
   device.makeDirectory("/cfg1/x.xml");
   EXPECT_EQ(whyNotWritable({{path("/cfg1/x.xml"), 1}}),
-            "cannot write " + path("/cfg1/x.xml") + ": it is no regular file; move it away");
+            "cannot write " + path("/cfg1/x.xml") + ": it is not a regular file; move it away");
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ std::vector<DeviceCase> deviceCases() {
          mkfifo((device.hostPath() + kMain).c_str(), 0600);
        },
        [](const DeviceRoot& device) { mkfifo((device.hostPath() + "/cfg0/pipe").c_str(), 0600); },
-       "/cfg0/mpp_cfg.xml:1: error: is no regular file [unreadable]\n"},
+       "/cfg0/mpp_cfg.xml:1: error: is not a regular file [unreadable]\n"},
       {"not-well-formed",
        [](const DeviceRoot& device) {
          device.write(kMain, "<Stream>\n<StreamSource>\n</Stream>\n");
@@ -74,7 +74,7 @@ std::vector<DeviceCase> deviceCases() {
        "/app/resource/language/Dutch.xml:1: warning: Menu has no \"Val\" [text-missing]\n"},
       {"main-missing", [](const DeviceRoot& device) { device.remove(kMain); },
        [](const DeviceRoot& device) { device.remove("/app/resource/defcfg/mpp_cfg.xml.bak"); },
-       "/cfg0/mpp_cfg.xml:1: error: there is no such file, but another copy of it "
+       "/cfg0/mpp_cfg.xml:1: error: the main copy is missing; another copy exists "
        "[main-missing]\n"},
       {"backup-missing", [](const DeviceRoot& device) { device.remove(kBackup); },
        [](const DeviceRoot& device) { device.write("/cfg0/notes.txt", ""); },

@@ -94,13 +94,13 @@ std::vector<LintCase> mediaCases() {
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastIp="223.255.255.255">)",
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastIp="224.0.0.0">)",
-       R"(x.xml:34: error: <Instance> '0': "MulticastIp": '223.255.255.255' is no multicast address [multicast]
+       R"(x.xml:34: error: <Instance> '0': "MulticastIp": '223.255.255.255' is not a multicast address [multicast]
 )"},
       {"multicast", kCleanMedia,
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastNetmask="255.0.255.0">)",
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastNetmask="255.255.0.0">)",
-       R"(x.xml:34: error: <Instance> '0': "MulticastNetmask": '255.0.255.0' is no netmask: its set bits are not all at the beginning [multicast]
+       R"(x.xml:34: error: <Instance> '0': "MulticastNetmask": '255.0.255.0' is not a netmask: its set bits are not all at the beginning [multicast]
 )"},
       {"multicast", kCleanMedia,
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",

@@ -13,7 +13,7 @@ std::vector<LintCase> networkCases() {
 )"},
       {"hostname", kCleanParameters, R"(Hostname="gate")", R"(Hostname="north gate")",
        R"(Hostname="gate.example.com")",
-       R"(x.xml:15: warning: NetWork: "Hostname": 'north gate' has a character that is no letter, digit or hyphen [hostname]
+       R"(x.xml:15: warning: NetWork: "Hostname": 'north gate' has a character that is not a letter, digit or hyphen [hostname]
 )"},
       {"too-many-cards", kCleanParameters,
        R"(    </Lan0>
@@ -123,7 +123,7 @@ x.xml:19: error: Lan0/MTU: setters find <MTUs> at line 18 [card-field-shadowed]
        R"(x.xml:21: error: Lan0/IpAddr: "Cur": '192.0.2.256' is not of the form 192.0.2.1 [network-address]
 )"},
       {"network-address", kCleanParameters, "255.255.255.0", "255.0.255.0", "255.255.0.0",
-       R"(x.xml:22: error: Lan0/NetMask: "Cur": '255.0.255.0' is no netmask: its set bits are not all at the beginning [network-address]
+       R"(x.xml:22: error: Lan0/NetMask: "Cur": '255.0.255.0' is not a netmask: its set bits are not all at the beginning [network-address]
 )"},
       {"network-address", kCleanParameters, R"(Cur="StaticIp" Def="DhcpIp")",
        R"(Cur="StaticIp" Def="StaticIp")", R"(Cur="DhcpIp" Def="DhcpIp")",

@@ -81,7 +81,7 @@ std::vector<LintCase> parameterCases() {
       {"bad-step", kCleanParameters, R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="0"/>)",
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="1"/>)",
-       R"(x.xml:10: warning: Image/Gain: "Step" 0 is no increment [bad-step]
+       R"(x.xml:10: warning: Image/Gain: "Step" 0 is not an increment [bad-step]
 )"},
       {"not-an-option", kCleanParameters, R"(<Mode Cur="Auto" Def="Auto" OptTxt="Auto,Manual">)",
        R"(<Mode Cur="Night" Def="Auto" OptTxt="Auto,Manual">)",

@@ -30,7 +30,7 @@ std::vector<LintCase> streamCases() {
 )"},
       {"cache-size-empty", kCleanMedia, R"(BufferSizeMB="8")", R"(BufferSizeMB="0")",
        R"(BufferSizeMB="1")",
-       R"(x.xml:8: warning: cache 0: "BufferSizeMB" 0 is no size [cache-size-empty]
+       R"(x.xml:8: warning: cache 0: "BufferSizeMB" 0 is not a size [cache-size-empty]
 )"},
       {"cache-several-sizes", kCleanMedia, R"(BufferSizeMB="8")",
        R"(BufferSizeB="1000" BufferSizeMB="8")", R"(BufferSizeB="1000" BufferSizeMB="-1")",

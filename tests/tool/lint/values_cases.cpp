@@ -7,10 +7,10 @@ std::vector<LintCase> valueCases() {
       {"not-an-integer", kCleanParameters, R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
        R"(<Gain Cur="4" Def="6" Min="none" Max="10" Step="2"/>)",
        R"(<Gain Cur="4" Def="6" Min="-0" Max="10" Step="2"/>)",
-       R"(x.xml:10: error: Image/Gain: "Min" 'none' is no integer [not-an-integer]
+       R"(x.xml:10: error: Image/Gain: "Min" 'none' is not an integer [not-an-integer]
 )"},
       {"not-an-integer", kCleanMedia, R"(Enabled="0")", R"(Enabled="false")", R"(Enabled="1")",
-       R"(x.xml:5: error: <AENC>: "Enabled" 'false' is no integer [not-an-integer]
+       R"(x.xml:5: error: <AENC>: "Enabled" 'false' is not an integer [not-an-integer]
 )"},
       {"integer-too-large", kCleanParameters,
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
@@ -57,10 +57,10 @@ x.xml:11: error: Image/Mode has no "OptTxt", which CFG_COM_SetTxtParam and CFG_C
 )"},
       {"port-range", kCleanParameters, R"(<Rtsp Cur="554" Def="554" Min="1")",
        R"(<Rtsp Cur="0" Def="554" Min="0")", R"(<Rtsp Cur="1" Def="554" Min="0")",
-       R"(x.xml:6: error: System/Rtsp: "Cur" 0 is no port (1..65535) [port-range]
+       R"(x.xml:6: error: System/Rtsp: "Cur" 0 is not a port (1..65535) [port-range]
 )"},
       {"port-range", kCleanMedia, R"(Port="9000")", R"(Port="65536")", R"(Port="65535")",
-       R"(x.xml:39: error: <Instance> '0': "Port" 65536 is no port (1..65535) [port-range]
+       R"(x.xml:39: error: <Instance> '0': "Port" 65536 is not a port (1..65535) [port-range]
 )"},
       {"attribute-case", kCleanParameters, R"(Hostname="gate")", R"(hostname="gate")",
        R"(Hostname="gate" hosts="")",
@@ -76,7 +76,7 @@ x.xml:15: warning: NetWork has no "Hostname" [hostname]
 )"},
       {"carried-id", kCleanPresets, R"(<preset Id="0")", R"(<preset Id="zero")",
        R"(<preset Id="1")",
-       R"(x.xml:2: error: this preset: "Id" 'zero' is no integer [not-an-integer]
+       R"(x.xml:2: error: this preset: "Id" 'zero' is not an integer [not-an-integer]
 x.xml:2: error: this preset has no readable "Id", and there is none before it to take one from [carried-id]
 )"},
       {"carried-id", kCleanParameters, R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",

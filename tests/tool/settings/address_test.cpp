@@ -25,8 +25,8 @@ TEST_P(AddressTest, SaysWhyATextCannotBeUsed) {
 }
 
 const std::string kForm = " is not of the form 192.0.2.1";
-const std::string kBroken = " is no netmask: its set bits are not all at the beginning";
-const std::string kCharacter = " has a character that is no letter, digit or hyphen";
+const std::string kBroken = " is not a netmask: its set bits are not all at the beginning";
+const std::string kCharacter = " has a character that is not a letter, digit or hyphen";
 const std::string kHyphen = " has a label that begins or ends with a hyphen";
 const std::string kLabel63(63, 'a');
 const std::string kLabels253 =
@@ -43,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
         Checked{whyNotAnAddress, "fe80::1", "'fe80::1'" + kForm},
         Checked{whyNotAnAddress, std::string("192.0.2.7\0x", 11),
                 std::string("'192.0.2.7\0x'", 13) + kForm},
-        Checked{whyNotAnAddress, "0.0.0.0", "'0.0.0.0' is no host's address: it begins with 0"},
+        Checked{whyNotAnAddress, "0.0.0.0", "'0.0.0.0' is not a host's address: it begins with 0"},
         Checked{whyNotAnAddress, "127.0.0.1", "'127.0.0.1' is the device itself, not its network"},
         Checked{whyNotAnAddress, "224.0.0.1", "'224.0.0.1' is a multicast address"},
         Checked{whyNotAnAddress, "255.255.255.255",
