@@ -4,6 +4,7 @@
 #include "document/exchange.h"
 #include "parameters/parameter.h"
 #include "presets/preset.h"
+#include "settings/media.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -104,6 +105,21 @@ Answer session(const Arguments& arguments) {
                                            arguments.given(kShowSecrets)));
 }
 
+// "source, cache, websocket or rtsp"
+const char* kindsOfSessions() {
+  static const std::string kinds = [] {
+    std::string words;
+    const auto& tables = settings::mediaTables();
+    for (const settings::Table* table : tables)
+      words += std::string(words.empty()            ? ""
+                           : table == tables.back() ? " or "
+                                                    : ", ") +
+               table->word;
+    return words;
+  }();
+  return kinds.c_str();
+}
+
 }  // namespace
 
 CommandGroup explainGroup() {
@@ -125,7 +141,7 @@ CommandGroup explainGroup() {
                {{Option::Argument, kPreset, "An id, or a description"}}),
        command("explain session",
                "Explain a stream source or cache, or a session of a live media service", session,
-               {{Option::Argument, kKind, "source, cache, websocket, rtsp, rtmp, ndi or srt"},
+               {{Option::Argument, kKind, kindsOfSessions()},
                 {Option::Argument, kId, "Its id; an RTSP session's name"},
                 {Option::Flag, kShowSecrets, "Show passwords"}})}};
 }

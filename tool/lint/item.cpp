@@ -4,6 +4,7 @@
 
 #include "base/plain_text.h"
 #include "lint/rules.h"
+#include "settings/media.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::lint {
@@ -12,8 +13,6 @@ using tinyxml2::XMLAttribute;
 using tinyxml2::XMLElement;
 
 namespace {
-
-constexpr int kGreatestPort = 65535;
 
 // Finds entries whose key, read from an attribute, an earlier one has.
 template <typename Key, typename Shown>
@@ -81,10 +80,14 @@ void Item::requireFits(const char* attribute, std::size_t room) const {
               std::to_string(room));
 }
 
-void Item::requirePort(const char* attribute, int port) const {
-  if (port < 1 || port > kGreatestPort)
-    addOf(kPortRange, attribute,
-          " " + std::to_string(port) + " is not a port (1.." + std::to_string(kGreatestPort) + ")");
+void Item::requireWithin(const settings::Range& limits, const char* attribute, int number) const {
+  if (limits.has(number)) return;
+  const std::string what = " " + std::to_string(number) + " is ";
+  if (limits == settings::kPorts)
+    addOf(kPortRange, attribute, what + "not a port (" + limits.text() + ")");
+  else
+    addOf(limits == settings::kSourceIds ? kSourceIdRange : kValueRange, attribute,
+          what + "outside " + limits.text());
 }
 
 void Item::checkCase(const std::vector<const char*>& known) const {

@@ -11,6 +11,7 @@
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "lint/findings.h"
+#include "settings/node.h"
 
 namespace camcfg::tool::lint {
 
@@ -93,8 +94,8 @@ struct Item {
   /// Finds an attribute that is longer than what readers have room for, in bytes.
   void requireFits(const char* attribute, std::size_t room) const;
 
-  /// Finds a port, given by what is read of it, that does not exist.
-  void requirePort(const char* attribute, int port) const;
+  /// Finds a number, as readers get it, that is outside.
+  void requireWithin(const settings::Range& limits, const char* attribute, int number) const;
 
   /// Finds attributes whose names differ from ones that readers know only in upper and lower case.
   void checkCase(const std::vector<const char*>& known) const;

@@ -1,5 +1,3 @@
-#include <arpa/inet.h>
-
 #include <map>
 #include <set>
 
@@ -19,8 +17,6 @@ using settings::Table;
 using tinyxml2::XMLElement;
 
 using Ids = std::set<int>;
-
-constexpr unsigned kMulticastPrefix = 0xe;  // 224.0.0.0/4
 
 void checkChannel(const Item& item, const char* attribute, const Ids& caches) {
   const int id = settings::integerIn(item.element, attribute).value_or(-1);
@@ -98,26 +94,16 @@ void checkEntries(const Elements& entries, const std::string& parent, const Tabl
   }
 }
 
-bool isMulticast(const std::string& text) {
-  in_addr address{};
-  return inet_pton(AF_INET, text.c_str(), &address) == 1 &&
-         ntohl(address.s_addr) >> 28 == kMulticastPrefix;
-}
-
 // What is left out has a value of its own that is sound.
 void checkMulticast(const Item& instance) {
   if (!isSameWord(instance.text("MulticastEnable"), "true")) return;
-  const std::string ip = instance.text("MulticastIp");
-  if (instance.has("MulticastIp") && !isMulticast(ip))
-    instance.addOf(kMulticast, "MulticastIp", ": " + quoted(ip) + " is not a multicast address");
-  const std::string fault = settings::whyNotAMask(instance.text("MulticastNetmask"));
-  if (instance.has("MulticastNetmask") && !fault.empty())
-    instance.addOf(kMulticast, "MulticastNetmask", ": " + clipped(fault));
-  const Setting& timeToLive = *settings::ndi().find("multicastTtl");
-  const int life = instance.element.IntAttribute("MulticastTTL", 1);
-  if (life < timeToLive.limits.least || life > timeToLive.limits.most)
-    instance.addOf(kMulticast, "MulticastTTL",
-                   ": " + std::to_string(life) + " is outside " + permittedFor(timeToLive));
+  const auto require = [&](const char* attribute, std::string (*whyNot)(const std::string&)) {
+    const std::string fault = whyNot(instance.text(attribute));
+    if (instance.has(attribute) && !fault.empty())
+      instance.addOf(kMulticast, attribute, ": " + clipped(fault));
+  };
+  require("MulticastIp", settings::whyNotMulticast);
+  require("MulticastNetmask", settings::whyNotAMask);
 }
 
 void checkSrtMode(const Item& instance) {
@@ -135,8 +121,6 @@ void checkSrtMode(const Item& instance) {
 
 void checkSrt(const Item& instance) {
   checkSrtMode(instance);
-  const int port = settings::integerIn(instance.element, "Port").value_or(-1);
-  if (port != -1) instance.requirePort("Port", port);
   if (!instance.text("Password").empty() && instance.element.IntAttribute("AesMode", 0) <= 0)
     instance.addAt(kSrtPasswordUnused, "Password",
                    " has a password, but no \"AesMode\" above 0 that uses it");

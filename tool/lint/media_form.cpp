@@ -58,8 +58,11 @@ void checkAttribute(const Item& entry, const AttributeForm& form) {
     if (!isSameWord(word, "true") && !isSameWord(word, "false"))
       entry.addOf(kNotASwitch, form.name, " " + quoted(word) + " is read as false");
   } else if (form.kind == settings::Kind::Integer) {
-    if (entry.checkInteger(form.name) == -1 && form.need != Need::Optional)
+    const std::optional<int> number = entry.checkInteger(form.name);
+    if (number == -1 && form.need != Need::Optional)
       entry.addOf(kMinusOne, form.name, " -1 counts as missing");
+    else if (number)
+      entry.requireWithin(form.limits, form.name, *number);
   }
 }
 

@@ -54,8 +54,8 @@ void checkValues(const Item& preset) {
   }
   const settings::Range& limits = all.front().limits;
   const std::optional<int> id = settings::integerIn(preset.element, "Id");
-  if (id && (*id < limits.least || *id > limits.most))
-    preset.addAt(kPresetIdRange, "Id", ": the id is outside " + permittedFor(all.front()));
+  if (id && !limits.has(*id))
+    preset.addAt(kPresetIdRange, "Id", ": the id is outside " + limits.text());
 }
 
 void checkLength(const Item& preset) {

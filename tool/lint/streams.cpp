@@ -18,17 +18,6 @@ std::string labelOf(const XMLElement& cache) {
   return has(cache, "Id") ? "cache " + clipped(textOf(cache, "Id")) : "this cache";
 }
 
-// Finds a source id that whitelists cannot hold.
-void checkSourceId(const XMLElement& element, Findings& findings) {
-  int id = -1;
-  element.QueryIntAttribute("Id", &id);
-  if (id < -1 || id > settings::kGreatestSourceId)
-    Item{element, tag(element.Name()), findings}.addAt(
-        kSourceIdRange, "Id",
-        ": the source id " + std::to_string(id) + " is outside 0.." +
-            std::to_string(settings::kGreatestSourceId));
-}
-
 void checkNames(const Elements& sources, Findings& findings) {
   const char* carried = nullptr;
   for (const XMLElement* source : sources) {
@@ -49,7 +38,6 @@ void checkSources(const XMLDocument& document, Findings& findings) {
   const Elements sources = entriesIn(document, settings::streamSources());
   checkNames(sources, findings);
   checkEqualIds(sources, "this source", findings);
-  for (const XMLElement* source : sources) checkSourceId(*source, findings);
 }
 
 struct SizeUnit {
@@ -166,7 +154,6 @@ void checkCarried(const Entry& carried, const Sources& sources) {
 
 void checkEntry(const Entry& entry, int carried, const Sources& sources) {
   if (entry.id == kNone) return;
-  checkSourceId(entry.item.element, entry.item.findings);
   if (entry.id == carried) return;
   if (sources.count(entry.id) == 0)
     entry.item.addAt(kAllowedSourceMissing, "Id",

@@ -17,7 +17,7 @@ constexpr std::size_t kLongestLanguage =
 void checkPort(const Item& item, const Source& /*source*/) {
   for (const char* attribute : {"Cur", "Def"})
     if (const std::optional<int> port = settings::integerIn(item.element, attribute))
-      item.requirePort(attribute, *port);
+      item.requireWithin(settings::kPorts, attribute, *port);
 }
 
 void checkDevice(const Item& item, const Source& /*source*/) {

@@ -140,10 +140,10 @@ std::vector<std::string> cacheLossNotes(const std::vector<CacheEntry>& caches,
 void requireDumpable(const std::vector<CacheEntry>& caches) {
   for (const CacheEntry& cache : caches)
     for (const AllowedSource& source : cache.allowed)
-      if (source.id < 0 || source.id > settings::kGreatestSourceId)
+      if (!settings::kSourceIds.has(source.id))
         throw Refusal("the library saves all caches, and would lose source " +
-                      std::to_string(source.id) + ofCache(cache) + ", which is outside 0.." +
-                      std::to_string(settings::kGreatestSourceId));
+                      std::to_string(source.id) + ofCache(cache) + ", which is outside " +
+                      settings::kSourceIds.text());
 }
 
 }  // namespace camcfg::tool::media

@@ -106,8 +106,8 @@ std::vector<int> requireSourceIds(const std::vector<std::string>& texts) {
   std::vector<int> ids;
   for (const std::string& text : texts) {
     const int id = requireId(text);
-    if (id < 0 || id > settings::kGreatestSourceId)
-      throw Refusal("source " + settings::outside(text, id, 0, settings::kGreatestSourceId));
+    if (!settings::kSourceIds.has(id))
+      throw Refusal("source " + settings::outside(text, id, settings::kSourceIds));
     ids.push_back(id);
   }
   std::sort(ids.begin(), ids.end());

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "settings/media.h"
+#include "settings/network.h"
 #include "settings/secrets.h"
 #include "settings/table.h"
 
@@ -55,8 +56,21 @@ void checkSrt(const Node& instance) {
   if (!listens && !hasHost) instance.refuse("a caller must have a hostname");
 }
 
+// The library stores any text, but players cannot receive what is sent to it.
+void checkNdi(const Node& instance) {
+  if (!instance.value().at("multicastEnabled").get<bool>()) return;
+  const auto require = [&](const char* name, std::string (*whyNot)(const std::string&)) {
+    const auto found = instance.value().find(name);
+    const std::string fault = found == instance.value().end() ? "" : whyNot(found->text());
+    if (!fault.empty()) instance.member(name).refuse(fault);
+  };
+  require("multicastIp", whyNotMulticast);
+  require("multicastNetmask", whyNotAMask);
+}
+
 // One that the library does not save as it loads it.
-Table storedByElements(Table table, bool isSaved) {
+Table storedByElements(Table table, bool isSaved, void (*check)(const Node& entry) = nullptr) {
+  table.check = check;
   table.calls.store = storeElements;
   table.isSaved = isSaved;
   return table;
@@ -165,7 +179,7 @@ const Table& ndi() {
            id<&Ndi::s32AudioId>("audio", nullptr, kOptional, "Stream cache of the audio")
                .fromChannel("Audio")
                .listed("AUDIO", 2)}),
-      true);
+      true, checkNdi);
   return table;
 }
 
@@ -181,7 +195,7 @@ const Table& srt() {
            .noneIsNull()
            .listed("HOST"),
        integer<&Srt::s32Port>("port", "Port", kRequired, "Port to listen on, or to call")
-           .within(1, 65535)
+           .within(kPorts)
            .listed("PORT"),
        integer<&Srt::s32AesMode>("aesMode", "AesMode", kOptional, "Mode of encryption; 0 for none")
            .within(0, kMost)

@@ -8,7 +8,7 @@
 namespace camcfg::tool::settings {
 
 /// Source ids that fit a cache's whitelist.
-constexpr int kGreatestSourceId = 29;
+constexpr Range kSourceIds{0, 29};
 
 // The sections of "/cfg0/mpp_cfg.xml", as the library loads them.
 const Table& streamSources();

@@ -18,6 +18,7 @@ using Record = tagNETWORK_CFG_S;
 
 constexpr char kLabelCharacters[] =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-";
+constexpr std::uint32_t kMulticastPrefix = 0xe;  // 224.0.0.0/4
 constexpr std::size_t kLongestLabel = 63;
 constexpr std::size_t kLongestHostname = 253;
 
@@ -144,6 +145,13 @@ std::string whyNotAMask(const std::string& text) {
   return (hosts & (hosts + 1)) == 0
              ? ""
              : quoted(text) + " is not a netmask: its set bits are not all at the beginning";
+}
+
+std::string whyNotMulticast(const std::string& text) {
+  const std::optional<std::uint32_t> address = ipv4Of(text);
+  return address && *address >> 28 == kMulticastPrefix
+             ? ""
+             : quoted(text) + " is not a multicast address";
 }
 
 std::string whyNotDomains(const std::string& text) {

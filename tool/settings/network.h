@@ -48,6 +48,9 @@ std::string whyNotAServer(const std::string& text);
 /// A netmask whose set bits are all at the beginning.
 std::string whyNotAMask(const std::string& text);
 
+/// The first address of a multicast group.
+std::string whyNotMulticast(const std::string& text);
+
 /// Domains with spaces between them, or the empty text.
 std::string whyNotDomains(const std::string& text);
 

@@ -24,8 +24,8 @@ bool isStorable(char c) {
 }
 
 // The last one that is meant: a number beyond it would be no multiple of the step.
-std::int64_t greatestOnStep(std::int64_t least, std::int64_t most, std::int64_t step) {
-  return step > 1 && least <= most ? most - (most - least) % step : most;
+std::int64_t greatestOnStep(const Range& limits, std::int64_t step) {
+  return step > 1 ? limits.most - (limits.most - limits.least) % step : limits.most;
 }
 
 // The spelling of a shorter word says nothing: "GB" is no more like "MB" than like "B".
@@ -37,13 +37,12 @@ std::string nearestIs(const std::string& value) {
 
 }  // namespace
 
-std::string outside(const std::string& written, std::int64_t number, std::int64_t least,
-                    std::int64_t most, std::int64_t step) {
-  const std::string range = std::to_string(least) + ".." + std::to_string(most);
-  std::string text = written + " is outside " + range;
-  if (least > most) return text;
-  return text +
-         nearestIs(std::to_string(number < least ? least : greatestOnStep(least, most, step)));
+std::string outside(const std::string& written, std::int64_t number, const Range& limits,
+                    std::int64_t step) {
+  std::string text = written + " is outside " + limits.text();
+  if (limits.least > limits.most) return text;
+  const bool isBelow = number < limits.least;
+  return text + nearestIs(std::to_string(isBelow ? limits.least : greatestOnStep(limits, step)));
 }
 
 std::string nearestOf(const std::string& written, const std::vector<std::string>& texts) {
@@ -94,8 +93,7 @@ std::int32_t Node::number(const Range& range) const {
       size >= static_cast<double>(range.least) && size <= static_cast<double>(range.most);
   if (!fits)
     refuse(outside(described(value_),
-                   size < static_cast<double>(range.least) ? INT64_MIN : INT64_MAX, range.least,
-                   range.most));
+                   size < static_cast<double>(range.least) ? INT64_MIN : INT64_MAX, range));
   else if (!value_.is_number_integer())
     refuse(described(value_) + " is not a whole number");
   return fits ? value_.get<std::int32_t>() : 0;

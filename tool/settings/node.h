@@ -10,14 +10,28 @@
 
 namespace camcfg::tool::settings {
 
+/// Whole numbers from `least` to `most`; all that an integer of the library can be if nothing is said.
+struct Range {
+  std::int64_t least = INT32_MIN;
+  std::int64_t most = INT32_MAX;
+
+  bool operator==(const Range& other) const { return least == other.least && most == other.most; }
+  bool has(std::int64_t number) const { return number >= least && number <= most; }
+  /// "1..65535"
+  std::string text() const { return std::to_string(least) + ".." + std::to_string(most); }
+};
+
+/// Of a service that is reached over a network.
+constexpr Range kPorts{1, 65535};
+
 // What a refusal says of the permitted value that comes nearest to the one refused.
 
 /// "70000 is outside 1..65535; the nearest permitted is 65535"
 /// @param written  the number as it was written
 /// @param number   the number, which is outside
-/// @param step     distance of the values that are meant, from `least` on; 1 if they all are
-std::string outside(const std::string& written, std::int64_t number, std::int64_t least,
-                    std::int64_t most, std::int64_t step = 1);
+/// @param step     distance of the values that are meant, from the least on; 1 if they all are
+std::string outside(const std::string& written, std::int64_t number, const Range& limits,
+                    std::int64_t step = 1);
 
 /// "; the nearest permitted is 'Manual'": the only one of the texts that holds what was written, or
 /// else the one that is spelt most like it; empty if none comes near.
@@ -33,12 +47,6 @@ struct Fault {
 };
 
 using Faults = std::vector<Fault>;
-
-/// Whole numbers from `least` to `most`.
-struct Range {
-  std::int64_t least;
-  std::int64_t most;
-};
 
 /// A value in a document that is checked while it is read. What does not fit is a fault, and reading
 /// goes on with the value that a new record would have.

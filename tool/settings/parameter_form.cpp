@@ -6,15 +6,20 @@
 namespace camcfg::tool::settings {
 namespace {
 
-constexpr std::string_view kBetween = ",;|";
-constexpr std::string_view kSeparators = ",;|/ ";
+// What separates the texts of an "OptTxt": the first of these of which it has any.
+std::string_view separatorsOf(std::string_view optTxt) {
+  for (const std::string_view separators : {",;|", "/"})
+    if (optTxt.find_first_of(separators) != std::string_view::npos) return separators;
+  return " ";
+}
 
 }  // namespace
 
 std::vector<std::string> optionsIn(std::string_view optTxt) {
   std::vector<std::string> options;
+  const std::string_view separators = separatorsOf(optTxt);
   for (std::size_t start = 0; start <= optTxt.size();) {
-    const std::size_t end = std::min(optTxt.find_first_of(kBetween, start), optTxt.size());
+    const std::size_t end = std::min(optTxt.find_first_of(separators, start), optTxt.size());
     const std::string_view option = optTxt.substr(start, end - start);
     const std::size_t first = option.find_first_not_of(' ');
     if (first != std::string_view::npos)
@@ -25,15 +30,8 @@ std::vector<std::string> optionsIn(std::string_view optTxt) {
 }
 
 bool isWholeOption(std::string_view optTxt, std::string_view text) {
-  if (text.empty()) return optionsIn(optTxt).empty();
-  for (std::size_t at = optTxt.find(text); at != std::string_view::npos;
-       at = optTxt.find(text, at + 1)) {
-    const std::size_t end = at + text.size();
-    const bool opens = at == 0 || isAmong(kSeparators, optTxt[at - 1]);
-    const bool closes = end == optTxt.size() || isAmong(kSeparators, optTxt[end]);
-    if (opens && closes) return true;
-  }
-  return false;
+  const std::vector<std::string> options = optionsIn(optTxt);
+  return text.empty() ? options.empty() : isAmong(options, text);
 }
 
 std::optional<int> integerIn(const tinyxml2::XMLElement& element, const char* attribute) {
@@ -82,9 +80,9 @@ Objection ParameterForm::objectionToNumber(const std::string& text) const {
   }
   const std::optional<long long> number = decimal(text);
   if (!number) return {quoted(text) + " is not a decimal integer"};
-  const auto [min, max] = limitsIn(element_, {});
-  if (*number >= min && *number <= max) return {};
-  return {outside(text, *number, min, max, integerIn(element_, "Step").value_or(1))};
+  const Range limits = limitsIn(element_, {});
+  if (limits.has(*number)) return {};
+  return {outside(text, *number, limits, integerIn(element_, "Step").value_or(1))};
 }
 
 Objection ParameterForm::objectionToText(const std::string& text) const {

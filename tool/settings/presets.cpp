@@ -25,7 +25,7 @@ std::string whyNotADescription(const std::string& text) {
 
 template <auto Member>
 Row number(const char* name, const char* attribute, const char* help) {
-  return integer<Member>(name, attribute, kExpected, help).within(INT32_MIN, INT32_MAX);
+  return integer<Member>(name, attribute, kExpected, help);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "settings/secrets.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "settings/media.h"
 
@@ -43,6 +44,17 @@ Json replaced(Json value, const Settings& settings, bool isMasked) {
   return result;
 }
 
+// The section that a place is in: "live.rtsp[0].name" is not in "live.rts".
+const Table* tableAt(const std::string& place) {
+  for (const Table* table : mediaTables()) {
+    const std::size_t length = std::strlen(table->place);
+    if (beginsWith(place, table->place) &&
+        (place.size() == length || place[length] == '[' || place[length] == '.'))
+      return table;
+  }
+  return nullptr;
+}
+
 const Json* entryWithKey(const Json& entries, const char* key, const Json& sought) {
   for (const Json& entry : entries)
     if (entry.is_object() && entry.contains(key) && entry.at(key) == sought) return &entry;
@@ -66,13 +78,22 @@ Json withMaskedSecrets(const Json& value, const Settings& settings) {
 }
 
 Json maskedAt(const std::string& place, const Json& value) {
-  for (const Table* table : mediaTables()) {
-    if (!beginsWith(place, table->place)) continue;
-    if (!value.is_string()) return withMaskedSecrets(value, table->settings);
-    const Setting* setting = table->find(place.substr(place.rfind('.') + 1));
-    return isSecret(setting, value) ? Json(setting->masked(value.text())) : value;
+  const Table* table = tableAt(place);
+  if (table == nullptr) return value;
+  const Settings* settings = &table->settings;
+  const Setting* setting = nullptr;
+  // The members of "live.srt[0].streams[1].id", from the outermost on.
+  for (std::size_t dot = place.find('.', std::strlen(table->place)); dot != std::string::npos;) {
+    const std::size_t next = place.find('.', dot + 1);
+    const std::string member =
+        place.substr(dot + 1, std::min(next, place.find('[', dot)) - dot - 1);
+    setting = settingOf(*settings, member);
+    if (setting == nullptr) return value;
+    if (setting->inner != nullptr) settings = &setting->inner->settings;
+    dot = next;
   }
-  return value;
+  if (!value.is_string()) return withMaskedSecrets(value, *settings);
+  return isSecret(setting, value) ? Json(setting->masked(value.text())) : value;
 }
 
 Json withoutSecrets(const Json& value, const Settings& settings) {

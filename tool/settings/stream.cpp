@@ -67,7 +67,7 @@ Json writeAllowed(const void* record) {
 void readAllowed(const Node& node, void* record) {
   Cache& cache = *static_cast<Cache*>(record);
   cache.s32AllowedMask = 0;
-  const auto readId = [](const Node& id) { return id.number({0, kGreatestSourceId}); };
+  const auto readId = [](const Node& id) { return id.number(kSourceIds); };
   for (const int id : readIds(node, readId)) cache.s32AllowedMask |= 1 << id;
   if (node.value() == Json::array()) node.refuse("a cache must allow one source at least");
 }
@@ -76,7 +76,7 @@ void readAllowed(const Node& node, void* record) {
 const Table& allowedSource() {
   static const Table table = innerTable(
       "source that a cache allows", "AllowedStreamSource", nullptr,
-      {Row("id", "Id", Kind::Id, kCarried, "The source"),
+      {Row("id", "Id", Kind::Id, kCarried, "The source").within(kSourceIds),
        Row("default", "Default", Kind::Flag, kOptional, "It is the one that is loaded"),
        Row("enable", "Enable", Kind::Flag, kOptional, "It was selected in place").notSaved()});
   return table;
@@ -97,7 +97,7 @@ const Table& streamSources() {
       "stream.sources", "source", "stream source", "id", "name", kStream, "StreamSource",
       {"VENC", "AI", "AENC"}, CFG_MPP_CloseRead,
       {integer<&Source::s32Id>("id", "Id", kRequired, "Number of the source")
-           .within(0, kGreatestSourceId)
+           .within(kSourceIds)
            .listed("ID"),
        word<&Source::s32Type>("kind", nullptr, kRequired,
                               "Video encoder, audio input or audio encoder")
@@ -128,7 +128,7 @@ const Table& streamCaches() {
                .of(allowedSource())
                .by(writeAllowed, readAllowed),
            integer<&Cache::s32EnabledSrc>("default", nullptr, kOptional, "Source that it carries")
-               .within(0, kGreatestSourceId)
+               .within(kSourceIds)
                .refersTo(streamSources())},
           checkCache);
   return table;

@@ -76,16 +76,16 @@ ElementForm formOf(const Table& table, const char* element) {
     for (const Attribute& attribute : setting.attributes)
       if (attribute.element == nullptr || std::strcmp(attribute.element, element) == 0)
         form.attributes.push_back(
-            {attribute.name, formOf(setting.kind), setting.need, setting.isSaved});
+            {attribute.name, formOf(setting.kind), setting.limits, setting.need, setting.isSaved});
     if (setting.inner == nullptr) continue;
     const std::vector<ElementForm> inner = formsOf(*setting.inner);
     form.children.insert(form.children.end(), inner.begin(), inner.end());
   }
   if (!channelTypesOf(table).empty())
-    form.children.push_back(
-        {kChannel,
-         {{"Id", Kind::Integer, Need::Required, true}, {"Type", Kind::Text, Need::Required, true}},
-         {}});
+    form.children.push_back({kChannel,
+                             {{"Id", Kind::Integer, {}, Need::Required, true},
+                              {"Type", Kind::Text, {}, Need::Required, true}},
+                             {}});
   return form;
 }
 

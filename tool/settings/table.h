@@ -23,9 +23,8 @@ class Row : public Setting {
   Row& fromChannel(const char* type) {
     return with(&Setting::channelType, type).channel().noneIsNull();
   }
-  Row& within(std::int64_t least, std::int64_t most) {
-    return with(&Setting::limits, Range{least, most});
-  }
+  Row& within(const Range& limits) { return with(&Setting::limits, limits); }
+  Row& within(std::int64_t least, std::int64_t most) { return within({least, most}); }
   Row& of(std::vector<Word> all) { return with(&Setting::words, std::move(all)); }
   Row& of(const Table& table) { return with(&Setting::inner, &table); }
   Row& in(const char* what) { return with(&Setting::unit, what); }
@@ -180,6 +179,7 @@ Table tableOf(const char* place, const char* word, const char* entry, const char
 struct AttributeForm {
   const char* name;
   Kind kind;  ///< Integer, Text or Switch
+  Range limits;
   Need need;
   bool isSaved;  ///< the library writes it when it saves the section
 };

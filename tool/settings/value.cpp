@@ -14,15 +14,11 @@ bool isSwitch(const Setting& setting) {
   return setting.kind == Kind::Switch || setting.kind == Kind::Flag;
 }
 
-std::string textOf(const Range& limits) {
-  return std::to_string(limits.least) + ".." + std::to_string(limits.most);
-}
-
 Objection objectionToNumber(const std::string& text, const Range& limits) {
   const std::optional<long long> number = decimal(text);
   if (!number) return {quoted(text) + " is not a decimal integer"};
-  if (*number >= limits.least && *number <= limits.most) return {};
-  return {outside(text, *number, limits.least, limits.most), true};
+  if (limits.has(*number)) return {};
+  return {outside(text, *number, limits), true};
 }
 
 Objection objectionToText(const Setting& setting, const std::string& text) {
@@ -113,7 +109,7 @@ std::vector<std::string> wordsOf(const Setting& setting) {
 }
 
 std::string permittedFor(const Setting& setting) {
-  if (setting.kind == Kind::Integer && setting.write == nullptr) return textOf(setting.limits);
+  if (setting.kind == Kind::Integer && setting.write == nullptr) return setting.limits.text();
   if (isSwitch(setting)) return "true, false";
   std::vector<std::string> words;
   for (const Word& word : setting.words) words.emplace_back(word.text);
@@ -122,7 +118,7 @@ std::string permittedFor(const Setting& setting) {
 
 std::string permittedInFile(const Setting& setting, const Range& limits) {
   if (setting.kind != Kind::Integer) return joined(wordsOf(setting));
-  return limits.least <= INT32_MIN && limits.most >= INT32_MAX ? "" : textOf(limits);
+  return limits == Range() ? "" : limits.text();
 }
 
 Objection objectionTo(const Setting& setting, const std::string& text, const Range& limits) {

@@ -67,15 +67,13 @@ inline std::string take(const Setting& setting, const void* record) {
 }
 
 // The texts that an "OptTxt" lists are written together in one string. Setters of the library accept
-// any part of it. Here, commas, semicolons and bars separate two texts; spaces around a text do
-// not count. Spaces and slashes may part texts, too: nobody can say whether "Slow Fast" is one or
-// two, so both are permitted.
+// any part of it. Here, commas, semicolons and bars separate two texts; where there are none of them
+// slashes do, and where there are none of these spaces. Spaces around a text do not count.
 
 /// The texts listed, as they are offered; none of them is empty.
 std::vector<std::string> optionsIn(std::string_view optTxt);
 
-/// Whether a text is one of those listed, or several that follow one another: at both of its ends
-/// there is a separator, or nothing. The empty text is one only where nothing is listed.
+/// Whether a text is one of those listed. The empty text is one only where nothing is listed.
 bool isWholeOption(std::string_view optTxt, std::string_view text);
 
 /// The integer that readers get of an attribute; none if it is missing or no integer to them.

@@ -102,12 +102,6 @@ std::vector<LintCase> mediaCases() {
        R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastNetmask="255.255.0.0">)",
        R"(x.xml:34: error: <Instance> '0': "MulticastNetmask": '255.0.255.0' is not a netmask: its set bits are not all at the beginning [multicast]
 )"},
-      {"multicast", kCleanMedia,
-       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
-       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastTTL="256">)",
-       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastEnable="true" MulticastTTL="255">)",
-       R"(x.xml:34: error: <Instance> '0': "MulticastTTL": 256 is outside 0..255 [multicast]
-)"},
       {"srt-password-unused", kCleanMedia, R"(Port="9000")", R"(Port="9000" Password="secret")",
        R"(Port="9000" AesMode="1" Password="secret")",
        R"(x.xml:39: warning: <Instance> '0' has a password, but no "AesMode" above 0 that uses it [srt-password-unused]

@@ -19,7 +19,7 @@ std::vector<LintCase> streamCases() {
        R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
         <AI Id="29" Name="rear" AiId="1"/>
 )",
-       R"(x.xml:6: error: <AI>: the source id 30 is outside 0..29 [source-id-range]
+       R"(x.xml:6: error: <AI>: "Id" 30 is outside 0..29 [source-id-range]
 )"},
       {"cache-size-missing", kCleanMedia, R"( BufferSizeKB="128")", "", R"( BufferSizeB="128")",
        R"(x.xml:12: error: cache 7 has no "BufferSizeB", "BufferSizeKB" or "BufferSizeMB" [cache-size-missing]
@@ -107,7 +107,7 @@ x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice
        R"(<AllowedStreamSource Id="1" Default="1"/>)",
        R"(x.xml:9: error: cache 0 carries source 32, which is not in its whitelist [enabled-outside-whitelist]
 x.xml:9: error: cache 0 carries source 32, which does not exist [enabled-source-missing]
-x.xml:9: error: <AllowedStreamSource>: the source id 32 is outside 0..29 [source-id-range]
+x.xml:9: error: <AllowedStreamSource>: "Id" 32 is outside 0..29 [source-id-range]
 )"},
       {"enabled-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="9" Default="1"/>)",

@@ -60,7 +60,16 @@ x.xml:11: error: Image/Mode has no "OptTxt", which CFG_COM_SetTxtParam and CFG_C
        R"(x.xml:6: error: System/Rtsp: "Cur" 0 is not a port (1..65535) [port-range]
 )"},
       {"port-range", kCleanMedia, R"(Port="9000")", R"(Port="65536")", R"(Port="65535")",
-       R"(x.xml:39: error: <Instance> '0': "Port" 65536 is not a port (1..65535) [port-range]
+       R"(x.xml:39: error: <Instance>: "Port" 65536 is not a port (1..65535) [port-range]
+)"},
+      {"value-range", kCleanMedia, R"(Latency="120")", R"(Latency="-1")", R"(Latency="0")",
+       R"(x.xml:39: error: <Instance>: "Latency" -1 is outside 0..2147483647 [value-range]
+)"},
+      {"value-range", kCleanMedia,
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastTTL="256">)",
+       R"(<Instance Id="0" Enable="true" DiscoveryServer="" GroupName="public" MainStreamName="One" MulticastTTL="255">)",
+       R"(x.xml:34: error: <Instance>: "MulticastTTL" 256 is outside 0..255 [value-range]
 )"},
       {"attribute-case", kCleanParameters, R"(Hostname="gate")", R"(hostname="gate")",
        R"(Hostname="gate" hosts="")",
