@@ -87,7 +87,8 @@ Answer answerOf(const std::vector<lint::Source>& sources) {
 Answer run(const Arguments& arguments) {
   const std::vector<HostFile>& files = arguments.files(kFile);
   if (arguments.given(kRules)) {
-    if (!files.empty()) throw Refusal(Status::Usage, std::string(kRules) + " takes no " + kFile);
+    if (!files.empty())
+      throw Refusal(Status::Usage, std::string(kRules) + " cannot be combined with " + kFile);
     return rules();
   }
   if (!files.empty()) return answerOf(lint::sourcesOf(files));

@@ -23,7 +23,7 @@ class Row : public Setting {
   Row& fromChannel(const char* type) {
     return with(&Setting::channelType, type).channel().noneIsNull();
   }
-  Row& within(const Range& limits) { return with(&Setting::limits, limits); }
+  Row& within(const Range& range) { return with(&Setting::limits, range); }
   Row& within(std::int64_t least, std::int64_t most) { return within({least, most}); }
   Row& of(std::vector<Word> all) { return with(&Setting::words, std::move(all)); }
   Row& of(const Table& table) { return with(&Setting::inner, &table); }

@@ -92,11 +92,12 @@ TEST_F(RepairTest, CopyThatStopsShortIsReportedAndLeavesTheMainCopyWhole) {
     const rlimit limit{8, 8};
     setrlimit(RLIMIT_FSIZE, &limit);
   });
-  EXPECT_EQ(result, (ToolRun{1,
-                             "FILE   MAIN  BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                             "x.xml  good  damaged  good     yes       -          -\n",
-                             "camcfg: verify: /cfg1/x.xml was not replaced from /cfg0/x.xml: the "
-                             "copy did not arrive whole\n"}));
+  EXPECT_EQ(result,
+            (ToolRun{1,
+                     "FILE   MAIN  BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                     "x.xml  good  damaged  good     yes       -          -\n",
+                     "camcfg: verify: /cfg1/x.xml was not replaced from /cfg0/x.xml: the copy is "
+                     "incomplete\n"}));
   EXPECT_EQ(device.read(kMain), kGood);
 }
 

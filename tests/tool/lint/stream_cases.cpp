@@ -105,9 +105,9 @@ x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice
       {"enabled-outside-whitelist", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="32" Default="1"/>)",
        R"(<AllowedStreamSource Id="1" Default="1"/>)",
-       R"(x.xml:9: error: cache 0 carries source 32, which is not in its whitelist [enabled-outside-whitelist]
+       R"(x.xml:9: error: <AllowedStreamSource>: "Id" 32 is outside 0..29 [source-id-range]
+x.xml:9: error: cache 0 carries source 32, which is not in its whitelist [enabled-outside-whitelist]
 x.xml:9: error: cache 0 carries source 32, which does not exist [enabled-source-missing]
-x.xml:9: error: <AllowedStreamSource>: "Id" 32 is outside 0..29 [source-id-range]
 )"},
       {"enabled-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="9" Default="1"/>)",
