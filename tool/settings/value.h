@@ -67,8 +67,8 @@ inline std::string take(const Setting& setting, const void* record) {
 }
 
 // The texts that an "OptTxt" lists are written together in one string. Setters of the library accept
-// any part of it. Here, commas, semicolons and bars separate two texts; where there are none of them
-// slashes do, and where there are none of these spaces. Spaces around a text do not count.
+// any part of it. Here, commas, semicolons and bars separate two texts; without any of them, slashes
+// do, and without these, spaces. Spaces around a text do not count.
 
 /// The texts listed, as they are offered; none of them is empty.
 std::vector<std::string> optionsIn(std::string_view optTxt);
