@@ -21,7 +21,7 @@ fail() {
 # What the packages may ask for, and, of this machine's architecture, what their scripts are run by;
 # with what those need in turn: the names of some have a version in them.
 readonly below='libc6 libstdc++6 libtinyxml2-dev'
-readonly for_scripts='libc-bin dash'
+readonly for_scripts='libc6 libc-bin dash'
 
 # What a package of this machine needs and is there in its architecture; the first of alternatives.
 needs() {

@@ -21,10 +21,9 @@
 #include "camcfg/store.h"
 #include "camcfg/testkit/device_root.h"
 
-extern "C" __attribute__((visibility("default"))) void UTIL_LOG_Print(int, char*, char*, ...) {}
-
-// Called instead of the C library's own: what a save costs without it hardly varies.
-extern "C" __attribute__((visibility("default"))) void sync() noexcept;
+extern "C" __attribute__((visibility("default"))) void UTIL_LOG_Print(int /*level*/,
+                                                                      char* /*prefix*/,
+                                                                      char* /*format*/, ...) {}
 
 namespace {
 
@@ -127,7 +126,8 @@ void compareThroughput(const DeviceRoot& device, const char* name, bool (*call)(
 
 }  // namespace
 
-extern "C" void sync() noexcept {
+// Called instead of the C library's own: what a save costs without it hardly varies.
+extern "C" __attribute__((visibility("default"))) void sync() noexcept {
   if (syncs) syscall(SYS_sync);
 }
 

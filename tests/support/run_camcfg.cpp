@@ -120,9 +120,13 @@ ToolRun runCamcfg(const std::vector<std::string>& arguments, const std::function
   });
 }
 
+std::vector<std::string> camcfgCommand(const std::vector<std::string>& arguments) {
+  return commandLine(CAMCFG_TOOL, arguments);
+}
+
 void becomeCamcfg(const std::vector<std::string>& arguments) {
   leaveLeaksUnchecked();
-  start(commandLine(CAMCFG_TOOL, arguments));
+  start(camcfgCommand(arguments));
 }
 
 }  // namespace camcfg::tests

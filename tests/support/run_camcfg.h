@@ -39,6 +39,9 @@ ToolRun runCommand(const std::vector<std::string>& words,
 ToolRun runCamcfg(const std::vector<std::string>& arguments,
                   const std::function<void()>& inChild = {}, const std::string& program = "");
 
+/// What starts the tool that was built, under the emulator where there is one, and its arguments.
+std::vector<std::string> camcfgCommand(const std::vector<std::string>& arguments);
+
 /// Becomes the tool that was built. For a child process.
 [[noreturn]] void becomeCamcfg(const std::vector<std::string>& arguments);
 

@@ -168,7 +168,8 @@ CommandGroup networkGroup() {
                {{Option::OptionalArgument, kName, "The new name; without it the name is shown",
                  anyWord},
                 {Option::Flag, kForce, "Store a text that is not a host name"}})}};
-  for (const std::size_t command : {0, 3}) group.commands[command].details = fieldsHelp;
+  for (const std::size_t command : {std::size_t{0}, std::size_t{3}})
+    group.commands[command].details = fieldsHelp;
   return group;
 }
 

@@ -152,7 +152,7 @@ Attempt attemptTo(const Change& change, tinyxml2::XMLDocument& former) {
 }
 
 std::string undone(const Change& change, const Copy& main) {
-  const std::string fault =
+  std::string fault =
       change.what + ": another program's save undid it " + std::to_string(kAttempts) + " times";
   if (!change.standing) return fault;
   const std::optional<std::string> value = change.standing(*main.document);
@@ -209,7 +209,7 @@ std::vector<std::string> FormerFiles::putBack() {
   std::vector<std::string> faults;
   for (const auto& [path, document] : documents_) {
     const auto [isAsItWas, text] = device::putBack(path, *document);
-    if (!isAsItWas) faults.push_back(path + ": " + text);
+    if (!isAsItWas) faults.push_back(std::string(path).append(": ").append(text));
   }
   return faults;
 }

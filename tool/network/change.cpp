@@ -144,8 +144,9 @@ Outcome resetCard(const std::string& name) {
                         return arrived != nullptr && written(*arrived) == expected;
                       }});
   for (const std::string& field : without)
-    outcome.notes.push_back("note: " + name + "/" + field +
-                            " has no usable factory value and stays as it is");
+    outcome.notes.push_back(std::string("note: " + name + "/")
+                                .append(field)
+                                .append(" has no usable factory value and stays as it is"));
   return outcome;
 }
 

@@ -155,6 +155,7 @@ int runProgramOfStorm(int program, std::uint32_t seed, StormState& state) {
   CFG_VerifyFileFormat();
   std::mutex oneAtATime;
   std::vector<std::thread> threads;
+  threads.reserve(kThreadsEach);
   for (int i = 0; i < kThreadsEach; ++i)
     threads.emplace_back([&, i] {
       const int cell = program * kThreadsEach + i;

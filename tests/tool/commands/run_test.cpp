@@ -35,8 +35,9 @@ TEST_F(RunTest, ChangesArriveInTheDevice) {
 
 // The tool itself is such a program: it finds its library, and no "--root" is needed any more.
 TEST_F(RunTest, ProgramFindsItsLibraries) {
-  EXPECT_EQ(run({"run", CAMCFG_TOOL, "set", "System", "Rtsp", "8554"}),
-            (ToolRun{0, "System/Rtsp: 554 -> 8554\n", ""}));
+  std::vector<std::string> words = camcfgCommand({"set", "System", "Rtsp", "8554"});
+  words.insert(words.begin(), "run");
+  EXPECT_EQ(run(words), (ToolRun{0, "System/Rtsp: 554 -> 8554\n", ""}));
   EXPECT_EQ(run({"get", "System", "Rtsp"}).out, "8554\n");
 }
 
@@ -75,9 +76,9 @@ TEST_F(RunTest, SignalsAreNotIgnored) {
 }
 
 TEST_F(RunTest, StandardInputIsThePrograms) {
-  const ToolRun piped = runCommand({"sh", "-c", "echo words | \"$@\"", "-", CAMCFG_TOOL, "--root",
-                                    device.hostPath(), "run", "cat"});
-  EXPECT_EQ(piped, (ToolRun{0, "words\n", ""}));
+  std::vector<std::string> words = camcfgCommand({"--root", device.hostPath(), "run", "cat"});
+  words.insert(words.begin(), {"sh", "-c", "echo words | \"$@\"", "-"});
+  EXPECT_EQ(runCommand(words), (ToolRun{0, "words\n", ""}));
 }
 
 TEST_F(RunTest, ArgumentsAreNotTheTools) {
