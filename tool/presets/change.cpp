@@ -73,13 +73,13 @@ std::ptrdiff_t countOf(XMLDocument& document, const std::string& text) {
                        [&](const XMLElement* preset) { return written(*preset) == text; });
 }
 
-std::function<bool()> deletionOf(const Presets& presets, const Preset& preset) {
+// Refuses a preset that the library cannot be made to delete.
+bool isDeletedByItsId(const Presets& presets, const Preset& preset) {
   const std::optional<int> id = preset.id();
-  if (id && presets.lookup(*id) == &preset) return [id] { return CFG_PRESET_DeleteById(*id) == 0; };
+  if (id && presets.lookup(*id) == &preset) return true;
   const std::string text = preset.description().value_or("");
   const Preset* found = presets.lookup(text);
-  if (preset.description() && found == &preset)
-    return [text] { return CFG_PRESET_DeleteByDesc(text.c_str()) == 0; };
+  if (preset.description() && found == &preset) return false;
   throw Refusal(preset.label() + ": the library would delete " +
                 (found == nullptr ? "none" : found->label()) +
                 ", since a description that begins with it comes first");
@@ -137,7 +137,12 @@ void deletePreset(const Presets& presets, const Preset& preset) {
   const auto arrived = [&](XMLDocument& document) {
     return presetGroupOf(document) != nullptr && countOf(document, text) == before - 1;
   };
-  device::makeChange({CFG_FILE_PRESET, preset.label(), 0, deletionOf(presets, preset), arrived});
+  const bool byId = isDeletedByItsId(presets, preset);
+  const auto erase = [&] {
+    return (byId ? CFG_PRESET_DeleteById(*preset.id())
+                 : CFG_PRESET_DeleteByDesc(preset.description()->c_str())) == 0;
+  };
+  device::makeChange({CFG_FILE_PRESET, preset.label(), 0, erase, arrived});
 }
 
 }  // namespace camcfg::tool::presets
