@@ -46,6 +46,11 @@ class CutSaveTest : public ProcessLockTest {
     EXPECT_EQ(device.read(kPath), withValue(value));
     EXPECT_EQ(device.read("/cfg1/x.xml"), withValue(value));
   }
+
+  void expectRepaired(const std::string& how) const {
+    EXPECT_THAT(log.records(),
+                ElementsAre(Logged(4, "cfgLockFile", "/cfg0/x.xml was left half saved, " + how)));
+  }
 };
 
 TEST_F(CutSaveTest, MainCopyThatWasBeingWrittenIsRestoredFromTheBackupByTheNextReader) {
@@ -53,10 +58,7 @@ TEST_F(CutSaveTest, MainCopyThatWasBeingWrittenIsRestoredFromTheBackupByTheNextR
   EXPECT_NE(device.read(kPath), withValue(1));
   EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 1);
   expectBoth(1);
-  EXPECT_THAT(log.records(),
-              ElementsAre(Logged(4, "cfgLockFile",
-                                 "/cfg0/x.xml was left half saved, copied /cfg1/x.xml to "
-                                 "/cfg0/x.xml")));
+  expectRepaired("copied /cfg1/x.xml to /cfg0/x.xml");
   log.clear();
   EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 1);
   EXPECT_THAT(log.records(), IsEmpty());
@@ -79,10 +81,7 @@ TEST_F(CutSaveTest, BackupIsBroughtUpToAMainCopyThatIsWhole) {
   EXPECT_EQ(device.read("/cfg1/x.xml"), withValue(1));
   EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 2);
   expectBoth(2);
-  EXPECT_THAT(log.records(),
-              ElementsAre(Logged(4, "cfgLockFile",
-                                 "/cfg0/x.xml was left half saved, copied /cfg0/x.xml to "
-                                 "/cfg1/x.xml")));
+  expectRepaired("copied /cfg0/x.xml to /cfg1/x.xml");
 }
 
 TEST_F(CutSaveTest, SaveThatWasCutAtItsVeryEndKeepsTheNewValue) {

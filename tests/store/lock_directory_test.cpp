@@ -24,6 +24,13 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using namespace std::chrono_literals;
 
+template <int Error>
+std::optional<int> lockFilesFailWith(const char* path) {
+  if (std::strncmp(path, "/run/camcfg", 11) != 0) return std::nullopt;
+  errno = Error;
+  return -1;
+}
+
 class LockDirectoryTest : public ProcessLockTest {
  protected:
   /// The lock file's path, of a file that is not there any more.
@@ -137,21 +144,13 @@ TEST_F(LockDirectoryTest, DirectoryOfAnotherUserIsReported) {
 
 TEST_F(LockDirectoryTest, FullFileSystemIsReported) {
   InterposedCallsScope calls;
-  calls->open = [](const char* path) -> std::optional<int> {
-    if (std::strncmp(path, "/run/camcfg", 11) != 0) return std::nullopt;
-    errno = ENOSPC;
-    return -1;
-  };
+  calls->open = lockFilesFailWith<ENOSPC>;
   expectLockedInsideOnly(strerrordesc_np(ENOSPC));
 }
 
 TEST_F(LockDirectoryTest, ShortageOfDescriptorsFailsAsATimeOutDoes) {
   InterposedCallsScope calls;
-  calls->open = [](const char* path) -> std::optional<int> {
-    if (std::strncmp(path, "/run/camcfg", 11) != 0) return std::nullopt;
-    errno = EMFILE;
-    return -1;
-  };
+  calls->open = lockFilesFailWith<EMFILE>;
   captureOutput([] { EXPECT_EQ(cfgLockFile(kPath), -1); });
   EXPECT_THAT(log.texts(), testing::ElementsAre("Lock /cfg0/x.xml timeout, a deadlock may exist!"));
   EXPECT_TRUE(isUnlocked(kPath));

@@ -1,6 +1,8 @@
 #ifndef CAMCFG_TOOL_COMMANDS_GROUPS_H
 #define CAMCFG_TOOL_COMMANDS_GROUPS_H
 
+#include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -49,6 +51,12 @@ inline cli::Command command(const char* name, const char* help, Answer (*run)(co
                             std::vector<Option> options = {}, Status whenRefused = Status::Refused,
                             bool hidden = false) {
   return {name, help, std::move(options), run, whenRefused, hidden};
+}
+
+/// The same, with what its help adds.
+inline cli::Command withDetails(cli::Command command, std::function<std::string()> details) {
+  command.details = std::move(details);
+  return command;
 }
 
 // The words that the device has, for the completion of command lines. They throw a Refusal if the

@@ -141,11 +141,17 @@ Answer graph(const Arguments& arguments) {
 }  // namespace
 
 CommandGroup streamGroup() {
-  CommandGroup group{
+  return {
       "Streams",
-      {command("stream", "Show stream sources and caches, and change caches", nullptr),
-       command("stream sources", "List the stream sources", sources),
-       command("stream caches", "List the stream caches and the sources they carry", caches),
+      {withDetails(command("stream", "Show stream sources and caches, and change caches", nullptr),
+                   [] {
+                     return helpOfAll({&settings::streamSources(), &settings::streamCaches()});
+                   }),
+       withDetails(command("stream sources", "List the stream sources", sources),
+                   [] { return helpOf(settings::streamSources()); }),
+       withDetails(
+           command("stream caches", "List the stream caches and the sources they carry", caches),
+           [] { return helpOf(settings::streamCaches()); }),
        command("stream cache", "Change the sources of a stream cache", nullptr,
                {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
        command("stream cache select", "Mark a source with \"Enable\", in place", select,
@@ -156,18 +162,13 @@ CommandGroup streamGroup() {
            {kAllowedSource, {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
        command("stream cache allow", "Replace the sources that the cache allows", allow,
                {{Option::Arguments, kSource, "Ids from 0 to 29"}})}};
-  group.commands[0].details = [] {
-    return helpOfAll({&settings::streamSources(), &settings::streamCaches()});
-  };
-  group.commands[1].details = [] { return helpOf(settings::streamSources()); };
-  group.commands[2].details = [] { return helpOf(settings::streamCaches()); };
-  return group;
 }
 
 CommandGroup liveGroup() {
-  CommandGroup group{"Live media",
-                     {command("live", "Show what the live media services send", nullptr)}};
-  group.commands.front().details = [] { return helpOfAll(settings::liveTables()); };
+  CommandGroup group{
+      "Live media",
+      {withDetails(command("live", "Show what the live media services send", nullptr),
+                   [] { return helpOfAll(settings::liveTables()); })}};
   for (const settings::Table* table : settings::liveTables())
     group.commands.push_back(commandFor(*table));
   return group;

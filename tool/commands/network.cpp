@@ -152,25 +152,25 @@ std::string fieldsHelp() {
 }  // namespace
 
 CommandGroup networkGroup() {
-  CommandGroup group{
+  return {
       "Network",
-      {command("network", "Show and change the network cards and the host name", nullptr),
+      {withDetails(
+           command("network", "Show and change the network cards and the host name", nullptr),
+           fieldsHelp),
        command("network cards", "List the cards", cards),
        command("network show", "Show the settings of a card", show,
                {kWholeCard, {Option::Flag, kFactory, "Show the factory values"}}),
-       command("network set", "Set one field of a card", set,
-               {kWholeCard,
-                {Option::Argument, kField, "A field as 'network show' names it"},
-                {Option::Argument, kValue, "A word, a number, an address or a text"},
-                {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}}),
+       withDetails(command("network set", "Set one field of a card", set,
+                           {kWholeCard,
+                            {Option::Argument, kField, "A field as 'network show' names it"},
+                            {Option::Argument, kValue, "A word, a number, an address or a text"},
+                            {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}}),
+                   fieldsHelp),
        command("network reset", "Put the factory values of a card back", reset, {kWholeCard}),
        command("network hostname", "Show or set the host name", hostname,
                {{Option::OptionalArgument, kName, "The new name; without it the name is shown",
                  anyWord},
                 {Option::Flag, kForce, "Store a text that is not a host name"}})}};
-  for (const std::size_t command : {std::size_t{0}, std::size_t{3}})
-    group.commands[command].details = fieldsHelp;
-  return group;
 }
 
 }  // namespace camcfg::tool::commands

@@ -70,26 +70,26 @@ class Programs {
 
   void conclude(int kills, int seconds, Faults& faults) {
     Table table({"family", "reads", "writes", "lost", "torn", "failed"});
-    Counts all{};
+    long wrong = 0;
+    long raises = 0;
     const auto names = stormFamilies();
     for (std::size_t i = 0; i < names.size(); ++i) {
       const Counts& counts = shared_->counts[i];
-      table.row(names[i].name, counts.reads.load(), counts.writes.load(), counts.lost.load(),
-                counts.torn.load(), counts.failed.load());
-      all.lost += counts.lost;
-      all.torn += counts.torn;
-      all.failed += counts.failed;
+      table.row(names[i].name, counts.reads.load(), counts.writes + counts.raises,
+                counts.lost.load(), counts.torn.load(), counts.failed.load());
+      wrong += counts.faults();
+      raises += counts.raises;
     }
     const int lostRaises = static_cast<int>(runInside(device_.root(), [&] {
       const long count = stormCount();
-      return count >= shared_->raised && count <= shared_->raising ? 0 : 1;
+      return count >= shared_->raised && count <= raises ? 0 : 1;
     }));
     table.print(std::to_string(kPrograms) + " programs of " + std::to_string(kThreadsEach) +
                 " threads for " + std::to_string(seconds) + " seconds, " + setting_.title + " (" +
                 std::to_string(kills) + " kills); the shared count is " +
                 (lostRaises == 0 ? "right" : "wrong") + ":");
     if (!setting_.directory) return;
-    if (all.lost + all.torn + all.failed > 0) faults.add("lost, torn or failed");
+    if (wrong > 0) faults.add("lost, torn or failed");
     if (lostRaises != 0) faults.add("the shared count is wrong");
   }
 

@@ -87,8 +87,7 @@ class Thread {
 
   void raise(std::size_t i) {
     if (!families_[i].increment) return;
-    ++state_.raising;
-    ++state_.counts[i].writes;
+    ++state_.counts[i].raises;
     if (families_[i].increment())
       ++state_.raised;
     else
@@ -102,14 +101,7 @@ class Thread {
     const int least = family.cells > 0 ? progress.done.load() : 0;
     const auto alone = turn(i);
     const int value = family.read(cell);
-    Counts& counts = state_.counts[i];
-    ++counts.reads;
-    if (value == kTorn)
-      ++counts.torn;
-    else if (value == kFailed)
-      ++counts.failed;
-    else if (value < least)
-      ++counts.lost;
+    state_.counts[i].addRead(value, least);
     return value;
   }
 

@@ -14,14 +14,6 @@ inline constexpr int kPrograms = 4;
 inline constexpr int kThreadsEach = kThreads / kPrograms;
 inline constexpr std::size_t kMostFamilies = 16;
 
-struct Counts {
-  std::atomic<long> reads{0};
-  std::atomic<long> writes{0};
-  std::atomic<long> lost{0};
-  std::atomic<long> torn{0};
-  std::atomic<long> failed{0};
-};
-
 /// How far the writer of a cell has got. A program that is killed leaves either value.
 struct Progress {
   std::atomic<int> begun{1};
@@ -33,8 +25,7 @@ struct StormState {
   std::atomic<bool> end{false};
   std::array<Counts, kMostFamilies> counts;
   std::array<std::array<Progress, kThreads>, kMostFamilies> progress;
-  std::atomic<long> raising{0};
-  std::atomic<long> raised{0};
+  std::atomic<long> raised{0};  ///< of those counted as raises, how many were reported as done
 };
 
 /// The families as programs side by side use them: each write is one transaction.

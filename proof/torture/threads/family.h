@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TORTURE_THREADS_FAMILY_H
 #define CAMCFG_TORTURE_THREADS_FAMILY_H
 
+#include <atomic>
 #include <functional>
 #include <string>
 #include <vector>
@@ -29,6 +30,28 @@ struct Family {
 
 inline constexpr int kTorn = -2;
 inline constexpr int kFailed = -1;
+
+/// What came of a family's calls.
+struct Counts {
+  std::atomic<long> reads{0};
+  std::atomic<long> writes{0};
+  std::atomic<long> raises{0};
+  std::atomic<long> lost{0};
+  std::atomic<long> torn{0};
+  std::atomic<long> failed{0};
+
+  /// Counts a read; a value that is not among those that the cell may hold is lost.
+  void addRead(int value, int least, int most = kHighest) {
+    ++reads;
+    if (value == kTorn)
+      ++torn;
+    else if (value == kFailed)
+      ++failed;
+    else if (value < least || value > most)
+      ++lost;
+  }
+  long faults() const { return lost + torn + failed; }
+};
 
 /// Those that any thread may call at any time.
 std::vector<Family> reentrantFamilies();

@@ -26,15 +26,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Counts {
-  std::atomic<long> reads{0};
-  std::atomic<long> writes{0};
-  std::atomic<long> raises{0};
-  std::atomic<long> lost{0};
-  std::atomic<long> torn{0};
-  std::atomic<long> failed{0};
-};
-
 /// One thread's use of one family.
 class Visitor {
  public:
@@ -70,14 +61,8 @@ class Visitor {
 
   void look(int cell) {
     const int value = family_.read(cell);
-    ++counts_.reads;
     int& seen = seen_[static_cast<std::size_t>(cell)];
-    if (value == kTorn)
-      ++counts_.torn;
-    else if (value == kFailed)
-      ++counts_.failed;
-    else if (value < seen || (cell == thread_ && value != seen))
-      ++counts_.lost;
+    counts_.addRead(value, seen, cell == thread_ ? seen : kHighest);
     seen = std::max(seen, value);
   }
 
@@ -117,8 +102,7 @@ class Storm {
       table.row(family.name, counts.reads.load(), counts.writes + counts.raises,
                 static_cast<long>(static_cast<double>(calls) / seconds), counts.lost.load(),
                 counts.torn.load(), counts.failed.load());
-      if (counts.lost + counts.torn + counts.failed > 0)
-        faults.add(std::string(family.name) + ": lost, torn or failed");
+      if (counts.faults() > 0) faults.add(std::string(family.name) + ": lost, torn or failed");
     }
     std::fflush(stdout);
     dup2(output, STDOUT_FILENO);
