@@ -32,22 +32,30 @@ Head headOf(const std::string& rest) {
   return {line.str(), rest};
 }
 
+/// The first line as its reader sees it; what is missing is empty.
+struct FirstLine {
+  explicit FirstLine(const std::string& line) {
+    std::istringstream words(line);
+    words >> format >> version >> size;
+  }
+
+  std::string format;
+  std::string version;
+  std::string size;
+};
+
 // A later version may go on in any way after its number.
 bool isLater(const std::string& line) {
-  std::istringstream words(line);
-  std::string format, version;
-  words >> format >> version;
-  const std::optional<long long> number = decimal(version);
-  return format == kFormat && number && *number > kVersion;
+  const FirstLine first(line);
+  const std::optional<long long> number = decimal(first.version);
+  return first.format == kFormat && number && *number > kVersion;
 }
 
 // How many bytes the first line announces for the rest.
 std::optional<std::size_t> announced(const std::string& line) {
-  std::istringstream words(line);
-  std::string format, version, size;
-  words >> format >> version >> size;
-  const std::optional<long long> number = decimal(size);
-  if (format != kFormat || !number || *number < 0) return std::nullopt;
+  const FirstLine first(line);
+  const std::optional<long long> number = decimal(first.size);
+  if (first.format != kFormat || !number || *number < 0) return std::nullopt;
   return static_cast<std::size_t>(*number);
 }
 
