@@ -6,6 +6,7 @@
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "base/progress.h"
 #include "device/calm.h"
 #include "device/room.h"
 #include "device/save.h"
@@ -43,9 +44,8 @@ std::string whyNotSaved(const std::vector<FileChange>& files) {
 
 // Other programs save the files as well, unless the device keeps them apart.
 bool areAsBefore(const std::vector<FileChange>& files) {
-  return std::all_of(files.begin(), files.end(), [](const FileChange& file) {
-    return bytesOf(file.path) == file.before;
-  });
+  return std::all_of(files.begin(), files.end(),
+                     [](const FileChange& file) { return bytesOf(file.path) == file.before; });
 }
 
 // Changes that are carried out together.
@@ -65,9 +65,9 @@ class Undertaking {
   // False if another program's save came in between.
   bool attempt() {
     const std::vector<FileChange> draft = draftOf(changes_);
+    requireRoomFor(draft);
     note(draft);
     if (files_.empty()) return true;
-    requireRoom();
     putInForce();
     if (!areAsBefore(draft)) return false;
     const Signature before = signatureOf(files_.front().path);
@@ -90,24 +90,25 @@ class Undertaking {
   }
 
   void putInForce() {
-    if (signals_.haveCome() && !isOpen_)
-      throw Refusal(changes_.front().what + ": interrupted; nothing was changed");
+    if (signals_.haveCome() && !isOpen_) throw Refusal("interrupted; nothing was changed");
     openJournal(files_);
     isOpen_ = true;
-    requireRoom();
+    requireRoomFor(files_);
   }
 
-  void requireRoom() {
-    const std::string obstacle = whyNotSaved(files_);
+  // The journal takes up room as well.
+  void requireRoomFor(const std::vector<FileChange>& files) {
+    const std::string obstacle = whyNotSaved(files);
     if (obstacle.empty()) return;
     takeBack();
-    throw Refusal(changes_.front().what + ": " + obstacle);
+    throw Refusal((changes_.size() == 1 ? changes_.front().what + ": " : "") + obstacle);
   }
 
   void save() const {
     std::vector<Contents> contents;
     for (const FileChange& file : files_)
       if (!holds(afterOf(file))) contents.push_back(afterOf(file));
+    for (const Contents& file : contents) workingOn(file.path);
     saveContents(contents);
   }
 
@@ -146,9 +147,9 @@ class Undertaking {
   }
 
   [[noreturn]] void refuseAfter(const FileChange& failed) {
-    const Change& change =
-        *std::find_if(changes_.begin(), changes_.end(),
-                      [&](const Change& each) { return each.path == failed.path; });
+    const Change& change = *std::find_if(changes_.begin(), changes_.end(), [&](const Change& each) {
+      return each.path == failed.path;
+    });
     throw Refusal(change.what + ": the change is not in " + failed.path + "; " +
                   (takeBack() ? "the previous contents were restored"
                               : "the previous contents could not be restored; make room and run "

@@ -11,8 +11,7 @@ HeldSignals::HeldSignals() {
   sigemptyset(&held_);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction action {};
-    const bool isIgnored =
-        sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+    const bool isIgnored = sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
     if (!isIgnored) sigaddset(&held_, signal);
   }
   pthread_sigmask(SIG_BLOCK, &held_, &former_);

@@ -11,8 +11,8 @@
 namespace camcfg::tool::media {
 namespace {
 
-using device::Plan;
 using device::Change;
+using device::Plan;
 using settings::ElementForm;
 using settings::Node;
 using settings::Table;

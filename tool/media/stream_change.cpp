@@ -170,9 +170,8 @@ Outcome allowSources(const std::string& cacheId, const std::vector<std::string>&
   for (const int id : ids) record->s32AllowedMask |= 1 << id;
   record->s32EnabledSrc =
       cache.marked(&AllowedSource::isEnabled).value_or(cache.record->s32EnabledSrc);
-  chosen.change(
-      [&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
-      [&](const CacheEntry& now) { return now.allowedIds() == ids; });
+  chosen.change([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
+                [&](const CacheEntry& now) { return now.allowedIds() == ids; });
 
   const bool kept = std::binary_search(ids.begin(), ids.end(), record->s32EnabledSrc);
   Outcome outcome{{{"cache", cache.id()},

@@ -13,7 +13,6 @@ using settings::Setting;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
   throw Refusal(path + ": " + why);
 }

@@ -89,7 +89,8 @@ bool storeAlone(const Values& values, XMLElement& group) {
   if (present != nullptr) place(*present, *single, nullptr);
   if (alone.SaveFile(CFG_FILE_PRESET) != tinyxml2::XML_SUCCESS || !store(values)) return false;
   const device::Copy stored = device::loadCopy(CFG_FILE_PRESET);
-  const XMLElement* element = stored.loads() ? presetGroupOf(*stored.document)->LastChildElement() : nullptr;
+  const XMLElement* element =
+      stored.loads() ? presetGroupOf(*stored.document)->LastChildElement() : nullptr;
   if (element == nullptr) return false;
   place(*element, group, present);
   return true;
@@ -105,9 +106,9 @@ bool isFoundAlone(XMLElement& group, const Values& values) {
 bool storeAll(const std::vector<Values>& presets) {
   const device::Document whole = device::requireDocument(CFG_FILE_PRESET);
   XMLElement& group = requirePresetGroup(*whole);
-  const bool areFoundAlone =
-      std::all_of(presets.begin(), presets.end(),
-                  [&](const Values& values) { return isFoundAlone(group, values); });
+  const bool areFoundAlone = std::all_of(presets.begin(), presets.end(), [&](const Values& values) {
+    return isFoundAlone(group, values);
+  });
   if (presets.size() == 1 || !areFoundAlone)
     return std::all_of(presets.begin(), presets.end(), store);
   return std::all_of(presets.begin(), presets.end(),

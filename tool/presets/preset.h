@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "base/outcome.h"
-#include "device/explanation.h"
 #include "device/change.h"
+#include "device/explanation.h"
 #include "device/section.h"
 
 namespace camcfg::tool::presets {
