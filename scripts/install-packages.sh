@@ -16,6 +16,7 @@ build  cmake                  command  cmake
 build  ninja-build            command  ninja
 build  libtinyxml2-dev        header   tinyxml2.h
 tool   libcli11-dev           header   CLI/CLI.hpp
+tool   libmd-dev              library  g++ libmd.a
 tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
@@ -39,6 +40,7 @@ cover  gcovr                  command  gcovr
 cover  python3                command  python3
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
+cross  libmd-dev:arm64        library  aarch64-linux-gnu-g++ libmd.a
 cross  libtinyxml2-dev:arm64  library  aarch64-linux-gnu-g++ libtinyxml2.so
 cross  libgtest-dev:arm64     library  aarch64-linux-gnu-g++ libgtest.a
 cross  libgmock-dev:arm64     library  aarch64-linux-gnu-g++ libgmock.a

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <exception>
+#include <mutex>
 
 #include "base/host.h"
 
@@ -26,7 +27,10 @@ std::string formatted(const char* format, va_list arguments) {
   return text;
 }
 
+// Several files may be saved side by side.
 void record(int level, const char* prefix, const std::string& text) {
+  static std::mutex recording;
+  const std::lock_guard<std::mutex> alone(recording);
   if (level <= kWarning) complaint = text;
   const char* word = level <= kError ? "error: " : level == kWarning ? "warning: " : "info: ";
   if (shown != nullptr) shown(word + std::string(prefix) + text);

@@ -1,0 +1,229 @@
+#include <camcfg/store.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <tinyxml2.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "base/outcome.h"
+#include "base/plain_text.h"
+#include "device/files.h"
+#include "device/journal.h"
+#include "device/save.h"
+#include "device/state_changes.h"
+#include "device/state_contents.h"
+#include "device/state_record.h"
+
+namespace camcfg::tool::device {
+namespace {
+
+enum class Direction { Forth, Back };
+
+/// What a copy is found to hold, seen from the change.
+enum class Held {
+  Before,
+  After,
+  Torn,    ///< missing, or what a save that was cut short leaves
+  Foreign  ///< something else
+};
+
+/// A change with its contents, or why there is none.
+struct Found {
+  Record::Kind kind = Record::Missing;
+  std::string fault;
+  RecordedChange change;
+};
+
+Found find(const StateFolder& state, const char* name) {
+  Record record = readRecord(state, name);
+  Found found{record.kind, record.fault, {}};
+  if (record.kind == Record::Incomplete) found.fault = "is damaged: its end is missing";
+  if (record.kind != Record::Whole) return found;
+  std::optional<RecordedChange> change = withContents(state, std::move(record.change));
+  if (change) {
+    found.change = std::move(*change);
+    return found;
+  }
+  // The contents are flushed with it, so it was never in force if it does not have its name yet.
+  return {Record::Incomplete, "is damaged: contents are missing", {}};
+}
+
+bool isBeginning(const std::string& bytes, const std::string& whole) {
+  return bytes.size() < whole.size() && beginsWith(whole, bytes);
+}
+
+bool parses(const std::string& bytes) {
+  tinyxml2::XMLDocument document;
+  return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS;
+}
+
+Held heldBy(const std::string& path, const FileChange& file) {
+  struct stat status {};
+  const bool isThere = lstat(path.c_str(), &status) == 0;
+  if (!isThere && errno == ENOENT) return Held::Torn;
+  if (!isThere) throw Refusal(Status::Unusable, path + ": " + std::strerror(errno));
+  if (!S_ISREG(status.st_mode) || static_cast<std::size_t>(status.st_size) > kMostBytes)
+    return Held::Foreign;
+  const std::string bytes = bytesOf(path);
+  if (bytes == file.after) return Held::After;
+  if (bytes == file.before) return Held::Before;
+  const bool isTorn =
+      isBeginning(bytes, file.after) || isBeginning(bytes, file.before) || !parses(bytes);
+  return isTorn ? Held::Torn : Held::Foreign;
+}
+
+// The main copy counts; of one that is as before, the backup may not be so.
+Held heldBy(const FileChange& file) {
+  const Held main = heldBy(file.path, file);
+  if (main != Held::Before) return main;
+  const Held backup = heldBy(pathOf(Place::Backup, file.path), file);
+  return backup == Held::After || backup == Held::Torn ? Held::Torn : Held::Before;
+}
+
+/// What is to be done to bring a change to its end.
+struct Plan {
+  std::vector<std::string> foreign;  ///< files that another program has saved since
+  std::vector<Contents> saves;
+};
+
+// The library reads a file to its first NUL.
+std::string beforeOf(const FileChange& file) {
+  return file.before.substr(0, file.before.find('\0'));
+}
+
+// A change that cannot be brought to its end everywhere is taken back where it can.
+Plan planFor(const RecordedChange& change, Direction direction) {
+  Plan plan;
+  std::vector<Held> held;
+  for (const FileChange& file : change.files) {
+    held.push_back(heldBy(file));
+    if (held.back() == Held::Foreign) plan.foreign.push_back(file.path);
+  }
+  const bool isForth = direction == Direction::Forth && plan.foreign.empty();
+  for (std::size_t i = 0; i < held.size(); ++i) {
+    const FileChange& file = change.files[i];
+    const bool isTouched = held[i] == Held::After || held[i] == Held::Torn;
+    if (!plan.foreign.empty() && !isTouched) continue;
+    const Contents save{file.path, isForth ? file.after : beforeOf(file)};
+    if (!holds(save)) plan.saves.push_back(save);
+  }
+  return plan;
+}
+
+bool isRoomShort(const std::vector<Contents>& saves) {
+  constexpr std::uintmax_t kMargin = std::uintmax_t{64} << 10;
+  std::uintmax_t needed = kMargin;
+  for (const Contents& save : saves) needed += 2 * save.bytes.size();
+  struct statvfs space {};
+  return statvfs(CFG_DIR_BACKUP, &space) == 0 &&
+         static_cast<std::uintmax_t>(space.f_bavail) * space.f_frsize < needed;
+}
+
+void removeHeld(std::vector<Contents>& saves) {
+  saves.erase(std::remove_if(saves.begin(), saves.end(), holds), saves.end());
+}
+
+// The library does not report a failed write.
+void carryOut(const StateFolder& state, std::vector<Contents> saves, const RecordedChange& change) {
+  do {
+    saveContents(saves);
+    removeHeld(saves);
+    if (saves.empty()) return;
+  } while (isRoomShort(saves) && dropOldest(state));
+  throw Refusal(Status::Unusable, "an interrupted change cannot be finished: " + describe(change) +
+                                      ": " + saves.front().path +
+                                      " could not be saved; make room and run 'camcfg verify'");
+}
+
+std::string whole(const char* name) {
+  return std::string(kStateDirectory) + "/" + name;
+}
+
+std::string uselessLine(const StateFolder& state, const char* name, const std::string& fault) {
+  return whole(name) + " " + fault + "; it was put aside as " + putAside(state, name) +
+         " and not applied";
+}
+
+std::string foreignLine(const StateFolder& state, const char* name, const Plan& plan,
+                        const RecordedChange& change) {
+  std::vector<std::string> back;
+  for (const Contents& save : plan.saves) back.push_back(save.path);
+  return "an interrupted change was not finished: " + describe(change) + ": " +
+         joined(plan.foreign) + (plan.foreign.size() == 1 ? " holds" : " hold") +
+         " something else by now" +
+         (back.empty() ? "" : "; the previous contents of " + joined(back) + " were restored") +
+         "; the journal was put aside as " + putAside(state, name);
+}
+
+void end(const StateFolder& state, const char* name, Direction direction,
+         std::vector<std::string>& lines) {
+  const Found found = find(state, name);
+  if (found.kind == Record::Missing) return;
+  if (found.kind != Record::Whole) {
+    lines.push_back(uselessLine(state, name, found.fault));
+    return;
+  }
+  const Plan plan = planFor(found.change, direction);
+  carryOut(state, plan.saves, found.change);
+  if (!plan.foreign.empty()) {
+    lines.push_back(foreignLine(state, name, plan, found.change));
+    return;
+  }
+  closeJournal();
+  if (plan.saves.empty()) return;
+  lines.push_back((direction == Direction::Forth ? "finished an interrupted change: "
+                                                 : "took back an interrupted change: ") +
+                  describe(found.change));
+}
+
+// A journal that is complete but does not have its name yet. One that is not complete was never in
+// force.
+void adoptNewJournal(const StateFolder& state, std::vector<std::string>& lines) {
+  const Found found = find(state, kNewJournal);
+  if (found.kind == Record::Incomplete)
+    state.remove(kNewJournal);
+  else if (found.kind == Record::Useless)
+    lines.push_back(uselessLine(state, kNewJournal, found.fault));
+  else if (found.kind == Record::Whole)
+    state.rename(kNewJournal, state, kJournal);
+}
+
+std::optional<RecordedChange> ifWaiting(Found found, Direction direction) {
+  if (found.kind != Record::Whole) return std::nullopt;
+  const Plan plan = planFor(found.change, direction);
+  if (!plan.foreign.empty() || plan.saves.empty()) return std::nullopt;
+  return std::move(found.change);
+}
+
+}  // namespace
+
+std::optional<RecordedChange> waitingChange() try {
+  const StateFolder state = StateFolder::existing();
+  if (!state) return std::nullopt;
+  std::optional<RecordedChange> change = ifWaiting(find(state, kRollback), Direction::Back);
+  if (change) return change;
+  Found found = find(state, kNewJournal);
+  if (found.kind != Record::Whole) found = find(state, kJournal);
+  return ifWaiting(std::move(found), Direction::Forth);
+} catch (const Refusal&) {
+  return std::nullopt;
+}
+
+std::vector<std::string> finishInterrupted() {
+  std::optional<StateFolder> state;
+  try {
+    state.emplace(StateFolder::existing());
+  } catch (const Refusal& refusal) {
+    return {refusal.what()};
+  }
+  std::vector<std::string> lines;
+  if (!*state) return lines;
+  end(*state, kRollback, Direction::Back, lines);
+  adoptNewJournal(*state, lines);
+  end(*state, kJournal, Direction::Forth, lines);
+  return lines;
+}
+
+}  // namespace camcfg::tool::device

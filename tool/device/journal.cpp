@@ -1,0 +1,95 @@
+#include "device/journal.h"
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "base/caller.h"
+#include "base/outcome.h"
+#include "device/state_changes.h"
+#include "device/state_contents.h"
+#include "device/state_record.h"
+
+namespace camcfg::tool::device {
+namespace {
+
+[[noreturn]] void refuse(const std::string& why) {
+  throw Refusal(std::string(kStateDirectory) + "/" + kJournal + " cannot be written: " + why);
+}
+
+// What the journal promises must be possible whenever it is read.
+void requireSavable(const FileChange& file) {
+  if (!isMainCopy(file.path)) refuse(file.path + " is no main copy that can be saved");
+  if (file.after.find('\0') != std::string::npos) refuse(file.path + " is to hold a NUL byte");
+  if (std::max(file.before.size(), file.after.size()) > kMostBytes)
+    refuse(file.path + " is too long");
+}
+
+bool put(const StateFolder& state, const RecordedChange& change, const std::string& text) {
+  for (const FileChange& file : change.files)
+    if (!keepContents(state, file.before) || !keepContents(state, file.after)) return false;
+  // Last, since it counts from its last byte on.
+  return state.write(kNewJournal, text);
+}
+
+bool isRoomShort() {
+  return errno == ENOSPC || errno == EDQUOT;
+}
+
+// One flush for all. If it fails, what was written must not come into force later.
+void make(const StateFolder& state, const RecordedChange& change, const std::string& text) {
+  bool isPut = put(state, change, text);
+  while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, change, text);
+  if (isPut && state.flush() && state.rename(kNewJournal, state, kJournal)) return;
+  const int error = errno;
+  state.remove(kNewJournal);
+  prune(state);
+  if (isPut) state.flush();
+  refuse(std::strerror(error));
+}
+
+void close(const StateFolder& state) {
+  if (state.remove(kRollback)) return prune(state);
+  const Record record = readRecord(state, kJournal);
+  const bool isKept =
+      record.kind == Record::Whole &&
+      state.rename(kJournal, state.madeFolder(kChanges), std::to_string(record.change.number));
+  if (!isKept) state.remove(kJournal);
+  prune(state);
+}
+
+}  // namespace
+
+// The name "journal" is not flushed: after a power cut, a complete "journal.new" counts as well, and
+// one that is not complete was not flushed either, so that no file was touched yet.
+void openJournal(const std::vector<FileChange>& files) {
+  for (const FileChange& file : files) requireSavable(file);
+  const StateFolder state = StateFolder::made();
+  state.madeFolder(kChanges);  // now, so that the change can be closed without any room
+  const RecordedChange change{nextNumber(state), std::time(nullptr), caller().command,
+                              caller().name, files};
+  const std::string text = recordText(change);
+  if (text.size() > kMostRecordBytes) refuse("it is too long");
+  make(state, change, text);
+}
+
+void turnJournal() {
+  const StateFolder state = StateFolder::existing();
+  if (!state.rename(kJournal, state, kRollback))
+    throw Refusal(Status::Unusable, std::string(kStateDirectory) + "/" + kJournal +
+                                        " cannot be renamed: " + std::strerror(errno));
+  // If this fails and power fails too, the change takes effect, as a whole.
+  state.flush();
+}
+
+// No flush: a journal whose new name is lost in a power cut is finished again, which changes
+// nothing. The next save of any file makes the name durable, since the library flushes everything.
+void closeJournal() {
+  try {
+    close(StateFolder::existing());
+  } catch (const Refusal&) {
+    return;  // it is no longer the tool's own directory, and no longer its journal
+  }
+}
+
+}  // namespace camcfg::tool::device

@@ -1,0 +1,51 @@
+#ifndef CAMCFG_TOOL_DEVICE_STATE_RECORD_H
+#define CAMCFG_TOOL_DEVICE_STATE_RECORD_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "device/journal.h"
+#include "device/state_folder.h"
+
+namespace camcfg::tool::device {
+
+// A change stands in a small text file, in the journal as in the history. Its first line,
+// "camcfg-change 1 BYTES SHA-256", is about the rest, a JSON text with number, time, command, caller
+// and files; what the files held and are to hold are contents named by their hashes.
+
+/// The most bytes of such a file.
+inline constexpr std::size_t kMostRecordBytes = std::size_t{1} << 20;
+
+/// A change as it stands in its file: in the place of contents, hashes.
+std::string recordText(const RecordedChange& change);
+
+/// What is found in the place of a change.
+struct Record {
+  enum Kind {
+    Missing,
+    Incomplete,  ///< the beginning of one, or zeros instead of its end: it was cut off
+    Useless,     ///< damaged, or by another version of the tool
+    Whole,
+  };
+  Kind kind = Missing;
+  std::string fault;      ///< why it is of no use: "is damaged: its checksum is wrong"
+  RecordedChange change;  ///< with hashes for contents
+};
+
+/// Reads a file of this directory, without its contents.
+Record readRecord(const StateFolder& folder, const std::string& name);
+
+/// A change with the contents in place of their hashes; none if some are missing or damaged.
+std::optional<RecordedChange> withContents(const StateFolder& state, RecordedChange change);
+
+/// Whether a path is one that the library saves with its backup: a file ending with ".xml" directly
+/// in the directory of the main copies.
+bool isMainCopy(const std::string& path);
+
+/// "import settings.json (2026-11-22 06:50:12)", on one line.
+std::string describe(const RecordedChange& change);
+
+}  // namespace camcfg::tool::device
+
+#endif
