@@ -130,7 +130,7 @@ std::string HostDirectory::save(const std::string& name, const std::string& byte
 void rememberTemporaries() {
   const char* chosen = std::getenv("TMPDIR");
   temporaries.clear();
-  for (const char* path : {chosen, "/tmp", "/dev/shm"}) {
+  for (const char* path : {chosen, "/dev/shm", "/tmp"}) {
     auto directory = std::make_unique<Descriptor>(path == nullptr ? -1 : open(path, kAsDirectory));
     if (*directory) temporaries.push_back(std::move(directory));
   }

@@ -42,6 +42,10 @@ Answer verify(const Arguments& arguments) {
   return answer;
 }
 
+Answer boot(const Arguments& /*arguments*/) {
+  return Answer(device::boot(), {cli::Lines{"done", "{}"}});
+}
+
 constexpr char kRules[] = "--rules";
 
 Json jsonOf(const lint::Finding& finding) {
@@ -105,7 +109,8 @@ CommandGroup filesGroup() {
       {command("status", "Show the state of every copy and what the next start does to it", status),
        command("verify", "Check all files as at start-up and restore broken main copies", verify,
                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
-                {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}})}};
+                {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
+       command("boot", "Do all that a start of the device should do", boot)}};
 }
 
 CommandGroup lintGroup() {

@@ -13,7 +13,7 @@
 #include "base/outcome.h"
 #include "base/progress.h"
 #include "device/calm.h"
-#include "device/change.h"
+#include "device/room.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
@@ -104,7 +104,7 @@ void verifyAsAtStart(const FileSet& set) {
   throw Refusal(Status::Unusable, complaint.empty() ? "out of memory" : complaint);
 }
 
-std::string bytesOf(const std::string& path) {
+std::string bytesToKeep(const std::string& path) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   std::string bytes;
   if (!file || !readAll(file.get(), bytes))
@@ -189,7 +189,7 @@ class Verification {
     const std::string path = repair.target();
     std::string as = path.substr(1);  // "/cfg0/x.xml" is kept as "cfg0-x.xml"
     as[as.find('/')] = '-';
-    kept_.push_back({{"copy", path}, {"as", keepIn_->save(as, bytesOf(path))}});
+    kept_.push_back({{"copy", path}, {"as", keepIn_->save(as, bytesToKeep(path))}});
   }
 
   Json recordOf(const ConfigFile& file) const {

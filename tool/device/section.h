@@ -31,19 +31,6 @@ class Plan {
   std::map<std::string, Json> values_;
 };
 
-/// One save of a file, or a few that belong together.
-struct Step {
-  std::string what;                ///< what is written: "live.srt"
-  std::string path;                ///< main copy of the file
-  std::size_t growth;              ///< by how many bytes the file may grow at most
-  std::function<void()> carryOut;  ///< throws a Refusal if it fails, see makeChange
-};
-
-/// A change as a step.
-inline Step stepOf(const Change& change) {
-  return {change.what, change.path, change.growth, [change] { makeChange(change); }};
-}
-
 /// A part of the device's settings that is exported and imported by itself. Its JSON has one form
 /// for one state of the device: two states are the same if their JSON is.
 struct Section {
@@ -58,8 +45,8 @@ struct Section {
   /// @return the section as it will be on the device
   std::function<Json(const settings::Node&, const Json& before, Plan&)> read;
 
-  /// The steps, in their order, that bring the section from one state to another.
-  std::function<std::vector<Step>(const Json& before, const Json& after)> steps;
+  /// The changes, in their order, that bring the section from one state to another.
+  std::function<std::vector<Change>(const Json& before, const Json& after)> changes;
 
   /// What changing it will lose, a remark each.
   std::function<std::vector<std::string>()> losses;
@@ -87,13 +74,6 @@ class FactoryValues {
   Document document_;
   std::string fault_;
 };
-
-/// At least by how many bytes a file may grow when it takes up a value: an element takes about twice
-/// what its members take in JSON.
-inline std::size_t roomFor(const Json& value) {
-  constexpr std::size_t kFrame = 1024;
-  return kFrame + 2 * value.dump().size();
-}
 
 }  // namespace camcfg::tool::device
 

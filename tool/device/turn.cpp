@@ -16,6 +16,7 @@
 #include "base/outcome.h"
 #include "base/progress.h"
 #include "device/files.h"
+#include "device/journal.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -76,34 +77,45 @@ const Turn::Files& Turn::allFiles() {
   return all;
 }
 
-Turn::Turn(const Files& files, const Patience& patience) {
+Turn::Turn(const Files& files, const Patience& patience, std::vector<std::string>* finished) {
   if (files.empty() || isTaken) return;
   Descriptor directory(openLocked());
   if (directory) waitFor(directory.get(), patience);
-  if (whyNotKeptApart().empty())
-    for (const char* path : files) lock(path);
   directory_.emplace(std::move(directory));
   isTaken = true;
+  try {
+    lockAll(waitingChange() ? allFiles() : files);
+    const std::vector<std::string> lines = finishInterrupted();
+    if (finished != nullptr)
+      *finished = lines;
+    else
+      for (const std::string& line : lines) announce(line);
+  } catch (const Refusal&) {
+    release();
+    throw;
+  }
 }
 
 Turn::~Turn() {
-  if (directory_) isTaken = false;
-  release();
+  if (directory_) release();
 }
 
 // The library's own calls lock the path as they name it. They share the lock between processes with
 // whoever in this process has it by another spelling.
-void Turn::lock(const char* path) {
-  const std::string spelling = std::string(CFG_DIR_MAIN "/./") + nameOf(path);
-  if (cfgLockFile(spelling.c_str()) != 0) {
-    release();
-    throw Refusal(std::string(path) + " is locked by another program and was not released within " +
-                  "10 s; nothing was changed");
+void Turn::lockAll(const Files& files) {
+  if (!whyNotKeptApart().empty()) return;
+  for (const char* path : files) {
+    const std::string spelling = std::string(CFG_DIR_MAIN "/./") + nameOf(path);
+    if (cfgLockFile(spelling.c_str()) != 0)
+      throw Refusal(std::string(path) +
+                    " is locked by another program and was not released within 10 s; nothing was "
+                    "changed");
+    locked_.push_back(spelling);
   }
-  locked_.push_back(spelling);
 }
 
 void Turn::release() {
+  isTaken = false;
   for (const std::string& spelling : locked_) cfgUnlockFile(spelling.c_str());
   locked_.clear();
 }

@@ -29,14 +29,17 @@ class Turn {
   /// Waits for its turn.
   /// @param files  main copies that are going to be changed; none: nothing is going to be
   ///               changed, and there is nothing to wait for
-  /// @throws Refusal that names the waiting time
-  explicit Turn(const Files& files, const Patience& patience = {});
+  /// @throws Refusal that names the waiting time; or what was interrupted cannot be finished
+  /// @param finished  receives what was done about an interrupted run, a line each; null: it is
+  ///                  announced
+  explicit Turn(const Files& files, const Patience& patience = {},
+                std::vector<std::string>* finished = nullptr);
   ~Turn();
   Turn(const Turn&) = delete;
   Turn& operator=(const Turn&) = delete;
 
  private:
-  void lock(const char* path);
+  void lockAll(const Files& files);
   void release();
 
   std::optional<Descriptor> directory_;

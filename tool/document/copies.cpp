@@ -1,12 +1,9 @@
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 
-#include "base/host.h"
 #include "base/json.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/scratch.h"
 #include "document/exchange.h"
 #include "media/media.h"
 #include "settings/media.h"
@@ -32,18 +29,19 @@ std::string told(std::string fault, device::Place place) {
   return fault;
 }
 
-// Fills the other device with the copies; says of each file why it is not among them.
-std::map<std::string, std::string> fill(const HostTemporary& device, device::Place place) {
-  std::map<std::string, std::string> faults;
+// The copies that can be read; says of each other one why it is not among them.
+std::vector<device::Contents> readable(device::Place place,
+                                       std::map<std::string, std::string>& faults) {
+  std::vector<device::Contents> files;
   for (const device::Section& section : allSections()) {
     if (faults.count(section.path) != 0) continue;
     const std::string path = device::pathOf(place, section.path);
     const device::Copy copy = device::loadCopy(path);
     const bool isGood = copy.state == device::State::Good;
     faults[section.path] = isGood ? "" : path + " " + copy.fault;
-    if (isGood) device.write("cfg0", device::nameOf(path), written(*copy.document));
+    if (isGood) files.push_back({section.path, written(*copy.document)});
   }
-  return faults;
+  return files;
 }
 
 CopiedSections loadFromMain() {
@@ -56,29 +54,10 @@ CopiedSections loadFromMain() {
   return sections;
 }
 
-// The other process's work. It ends without anything that this one has yet to do.
-[[noreturn]] void answerFrom(const HostTemporary& device, const MemoryFile& answer) {
-  try {
-    const std::string error = device.enter();
-    Json loaded = error.empty() ? Json::object() : Json(error);
-    if (error.empty())
-      for (const auto& [name, section] : loadFromMain())
-        loaded[name] = {{kValue, section.value}, {kFault, section.fault}};
-    _exit(writeAll(answer.get(), packed(loaded)) ? 0 : 1);
-  } catch (const std::exception&) {
-    _exit(1);
-  }
-}
-
-Json loadedIn(const HostTemporary& device) {
-  const MemoryFile answer;
-  const pid_t child = fork();
-  if (child == 0) answerFrom(device, answer);
-  int status = 0;
-  if (child < 0 || waitpid(child, &status, 0) != child || status != 0)
-    throw Refusal("the process that reads the copies failed");
-  Json loaded = unpacked(answer.contents());
-  if (loaded.is_string()) throw Refusal("the copies cannot be read: " + loaded.get<std::string>());
+Json loadedHere() {
+  Json loaded = Json::object();
+  for (const auto& [name, section] : loadFromMain())
+    loaded[name] = {{kValue, section.value}, {kFault, section.fault}};
   return loaded;
 }
 
@@ -144,9 +123,8 @@ device::ExplainedLookup lookupIn(const MediaCopy& copy, const Table& table, cons
 
 CopiedSections loadFrom(device::Place place) {
   if (place == device::Place::Main) return loadFromMain();
-  const HostTemporary device;
-  const std::map<std::string, std::string> faults = fill(device, place);
-  const Json loaded = loadedIn(device);
+  std::map<std::string, std::string> faults;
+  const Json loaded = device::onScratchDevice(readable(place, faults), loadedHere);
   CopiedSections sections;
   for (const device::Section& section : allSections()) {
     const Json& read = loaded.at(section.name);

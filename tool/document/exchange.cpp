@@ -30,47 +30,26 @@ void noteFaults(const device::Section& section, const Json& value, device::Plan&
                             "; an import that changes " + section.name + " will refuse it");
 }
 
-std::vector<device::Step> stepsOf(const std::vector<Transition>& transitions) {
-  std::vector<device::Step> steps;
+std::vector<device::Change> changesOf(const std::vector<Transition>& transitions) {
+  std::vector<device::Change> changes;
   for (const auto& [section, before, after] : transitions)
-    for (const device::Step& step : section->steps(before, after)) steps.push_back(step);
-  return steps;
+    for (const device::Change& change : section->changes(before, after)) changes.push_back(change);
+  return changes;
 }
 
-device::FormerFiles formerOf(const std::vector<device::Step>& steps) {
-  std::map<std::string, std::size_t> growth;
-  for (const device::Step& step : steps) growth[step.path] += step.growth;
-  return device::FormerFiles(growth);
-}
-
-std::string listed(const std::vector<std::string>& names) {
-  return names.empty() ? "nothing" : joined(names);
-}
-
-void carryOut(const std::vector<device::Step>& steps, Outcome& outcome) {
-  device::FormerFiles former = formerOf(steps);
-  std::vector<std::string> written;
-  std::vector<std::string> left;
-  for (const device::Step& step : steps) try {
-      const Stage stage(step.what, written.size() + left.size() + 1, steps.size());
-      if (left.empty()) step.carryOut();
-      (left.empty() ? written : left).push_back(step.what);
-    } catch (const Refusal& refusal) {
-      outcome.status = refusal.status();
-      outcome.notes.emplace_back(refusal.what());
-      left.push_back(step.what);
-    }
-  if (!left.empty()) {
-    const std::vector<std::string> faults = former.putBack();
-    outcome.notes.insert(outcome.notes.end(), faults.begin(), faults.end());
-    if (faults.empty()) left.insert(left.begin(), written.begin(), written.end());
-    if (faults.empty()) written.clear();
-    outcome.notes.push_back(faults.empty()
-                                ? "the previous contents were restored"
-                                : "written: " + listed(written) + "; not written: " + listed(left));
+void carryOut(const std::vector<device::Change>& changes, Outcome& outcome) {
+  std::vector<std::string> names;
+  for (const device::Change& change : changes) names.push_back(change.what);
+  bool areMade = false;
+  try {
+    device::makeChanges(changes);
+    areMade = true;
+  } catch (const Refusal& refusal) {
+    outcome.status = refusal.status();
+    outcome.notes.emplace_back(refusal.what());
   }
-  outcome.value["written"] = written;
-  outcome.value["notWritten"] = left;
+  outcome.value["written"] = areMade ? names : std::vector<std::string>();
+  outcome.value["notWritten"] = areMade ? std::vector<std::string>() : names;
 }
 
 Outcome refusedFor(const settings::Faults& faults) {
@@ -129,7 +108,7 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
   outcome.value["changes"] = differencesOf(target.transitions, options.showSecrets);
   for (const Transition& transition : target.transitions)
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
-  if (!options.rehearse) carryOut(stepsOf(target.transitions), outcome);
+  if (!options.rehearse) carryOut(changesOf(target.transitions), outcome);
   return outcome;
 }
 

@@ -11,8 +11,8 @@
 namespace camcfg::tool::media {
 namespace {
 
+using device::Change;
 using device::Plan;
-using device::Step;
 using settings::ElementForm;
 using settings::Node;
 using settings::Table;
@@ -64,14 +64,14 @@ Json readEntries(const Table& table, const Node& node, Plan& plan) {
 }
 
 // The one change that replaces all entries.
-Step replacing(const Table& table, const Json& after) {
+Change replacing(const Table& table, const Json& after) {
   const auto arrived = [&table, after](tinyxml2::XMLDocument&) {
     return loadEntries(table) == after;
   };
   const auto store = [&table, after] {
     return heard([&] { return table.calls.store(table, after); }) == 0;
   };
-  return device::stepOf({CFG_FILE_MPP, table.place, device::roomFor(after), store, arrived});
+  return {CFG_FILE_MPP, table.place, store, arrived};
 }
 
 device::Section sectionOf(const Table& table) {
@@ -79,14 +79,14 @@ device::Section sectionOf(const Table& table) {
   const auto read = [&table](const Node& node, const Json&, Plan& plan) {
     return readEntries(table, node, plan);
   };
-  const auto steps = [&table](const Json&, const Json& after) {
-    return std::vector<Step>{replacing(table, after)};
+  const auto changes = [&table](const Json&, const Json& after) {
+    return std::vector<Change>{replacing(table, after)};
   };
   // Saving caches marks, too.
   const auto losses = [&table] {
     return &table == &settings::streamCaches() ? cacheLossNotes(readCaches()) : lossNotes(table);
   };
-  return {table.place, load, read, steps, losses, CFG_FILE_MPP, &table};
+  return {table.place, load, read, changes, losses, CFG_FILE_MPP, &table};
 }
 
 }  // namespace

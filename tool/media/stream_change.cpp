@@ -15,8 +15,6 @@ namespace {
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-constexpr std::size_t kEntryBytes = 64;  // of a whitelist's entry, its line's indentation included
-
 int requireId(const std::string& text) {
   const std::optional<std::int32_t> id = decimal32(text);
   if (!id) throw Refusal("'" + text + "' is not an id");
@@ -51,17 +49,16 @@ struct Chosen {
   }
 
   /// Makes a change of the cache, with a call of the library.
-  /// @param entries  how many entries of whitelists the call may add
   /// @param arrived  whether the cache, as a document has it, holds the change
   /// @throws Refusal  see makeChange
-  void change(std::size_t entries, const std::function<int()>& call,
+  void change(const std::function<int()>& call,
               const std::function<bool(const CacheEntry&)>& arrived) const {
     const auto make = [&] { return heard([&] { return orGivenUp(call()); }) == 0; };
     const auto isThere = [&](XMLDocument& document) {
       const std::vector<CacheEntry> there = cachesOf(document, {index + 1, cache().record});
       return arrived(there.size() > index ? there[index] : CacheEntry{cache().record, {}});
     };
-    device::makeChange({CFG_FILE_MPP, name(), entries * kEntryBytes, make, isThere});
+    device::makeChange({CFG_FILE_MPP, name(), make, isThere});
   }
 
  private:
@@ -130,7 +127,6 @@ Outcome selectSource(const std::string& cacheId, const std::string& sourceId) {
   requireOwnId(chosen, source);
   requireReachable(chosen);
   chosen.change(
-      cache.allowed.size(),
       [&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); },
       [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isEnabled, source); });
 
@@ -152,14 +148,12 @@ Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceI
   outcome.notes = cacheLossNotes(chosen.all, cache.id());
   if (rehearse) return outcome;
   std::list<StreamCache> records;
-  std::size_t entries = 0;
   for (const CacheEntry& entry : chosen.all) {
     records.push_back(std::make_shared<tag_CFG_STREAM_CACHE_T>(*entry.record));
     if (&entry == &cache) records.back()->s32EnabledSrc = source;
-    entries += 1 + entry.allowed.size();
   }
   chosen.change(
-      entries, [&] { return CFG_MPP_DumpStreamCacheConfig(records); },
+      [&] { return CFG_MPP_DumpStreamCacheConfig(records); },
       [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isDefault, source); });
   return outcome;
 }
@@ -176,9 +170,8 @@ Outcome allowSources(const std::string& cacheId, const std::vector<std::string>&
   for (const int id : ids) record->s32AllowedMask |= 1 << id;
   record->s32EnabledSrc =
       cache.marked(&AllowedSource::isEnabled).value_or(cache.record->s32EnabledSrc);
-  chosen.change(
-      1 + ids.size(), [&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
-      [&](const CacheEntry& now) { return now.allowedIds() == ids; });
+  chosen.change([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
+                [&](const CacheEntry& now) { return now.allowedIds() == ids; });
 
   const bool kept = std::binary_search(ids.begin(), ids.end(), record->s32EnabledSrc);
   Outcome outcome{{{"cache", cache.id()},

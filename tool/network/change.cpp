@@ -13,9 +13,6 @@ using settings::Setting;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
-constexpr std::size_t kCardGrowth = 16 * (kAttributeFrame + std::size_t{CFG_NETWORK_TEXT_SIZE} * 6);
-
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
   throw Refusal(path + ": " + why);
 }
@@ -85,8 +82,7 @@ Json apply(XMLElement& card, const tagNETWORK_CFG_S& record) {
 
 }  // namespace
 
-device::Change hostnameChange(const std::string& what, std::size_t growth,
-                              const std::string& name) {
+device::Change hostnameChange(const std::string& what, const std::string& name) {
   const auto make = [name] {
     CFG_NETWORK_SetHostname(device::argument(name));
     return true;
@@ -94,7 +90,7 @@ device::Change hostnameChange(const std::string& what, std::size_t growth,
   const auto arrived = [name](XMLDocument& document) {
     return attributeOf(networkOf(document), "Hostname") == name;
   };
-  return {CFG_FILE_BUSINESS, what, growth, make, arrived};
+  return {CFG_FILE_BUSINESS, what, make, arrived};
 }
 
 Outcome setNetworkField(const std::string& card, const std::string& name, const std::string& value,
@@ -115,7 +111,7 @@ Outcome setNetworkField(const std::string& card, const std::string& name, const 
     XMLElement* changed = cardIn(document, card);
     return changed != nullptr && attributeOf(childOf(*changed, field), "Cur") == text;
   };
-  device::makeChange({CFG_FILE_BUSINESS, path, kAttributeFrame + text.size() * 6, make, arrived});
+  device::makeChange({CFG_FILE_BUSINESS, path, make, arrived});
   const Json before = attributeOf(&parameter, "Cur");
   return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}}, {}};
 }
@@ -134,7 +130,7 @@ Outcome resetCard(const std::string& name) {
   outcome.value = {
       {"card", name}, {"changed", apply(card, record)}, {"withoutFactoryValue", without}};
   const std::string expected = written(card);
-  device::makeChange({CFG_FILE_BUSINESS, name, kCardGrowth,
+  device::makeChange({CFG_FILE_BUSINESS, name,
                       [&] {
                         CFG_NETWORK_SetAllParam(device::argument(name), record);
                         return true;
@@ -154,7 +150,7 @@ Outcome setHostname(const std::string& name, bool force) {
   const Network network;
   const std::string fault = settings::objectionTo(settings::hostnameSetting(), name).refusal(force);
   if (!fault.empty()) throw Refusal(fault);
-  device::makeChange(hostnameChange("hostname", kAttributeFrame + name.size() * 6, name));
+  device::makeChange(hostnameChange("hostname", name));
   const Json before = attributeOf(&network.section(), "Hostname");
   return {{{"before", before}, {"hostname", name}}, {}};
 }

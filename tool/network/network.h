@@ -65,8 +65,7 @@ std::vector<std::string> spilledBy(const tinyxml2::XMLElement& card);
 device::Explanation explainCard(const std::string& card, const std::string& field);
 
 /// The change that sets the host name.
-/// @param growth  by how many bytes the file may grow at most
-device::Change hostnameChange(const std::string& what, std::size_t growth, const std::string& name);
+device::Change hostnameChange(const std::string& what, const std::string& name);
 
 /// Sets one field of the card of exactly this name.
 /// @param name   the field, whatever its letters' case

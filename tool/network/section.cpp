@@ -85,7 +85,7 @@ Json readNetwork(const settings::Node& node, const Json& before, device::Plan& /
   return after;
 }
 
-device::Step cardStep(const std::string& name, const Json& card) {
+device::Change cardChange(const std::string& name, const Json& card) {
   const auto make = [name, record = recordOf(card, nullptr)] {
     CFG_NETWORK_SetAllParam(device::argument(name), record);
     return true;
@@ -93,18 +93,16 @@ device::Step cardStep(const std::string& name, const Json& card) {
   const auto arrived = [name, card](tinyxml2::XMLDocument&) {
     return loadNetwork()[kCards][name] == card;
   };
-  return device::stepOf({CFG_FILE_BUSINESS, placeOf(name), device::roomFor(card), make, arrived});
+  return {CFG_FILE_BUSINESS, placeOf(name), make, arrived};
 }
 
-std::vector<device::Step> networkSteps(const Json& before, const Json& after) {
-  std::vector<device::Step> steps;
+std::vector<device::Change> networkChanges(const Json& before, const Json& after) {
+  std::vector<device::Change> changes;
   if (after.at(kHostname) != before.at(kHostname))
-    steps.push_back(device::stepOf(hostnameChange(memberPlace(kName, kHostname),
-                                                  device::roomFor(after.at(kHostname)),
-                                                  after.at(kHostname).text())));
+    changes.push_back(hostnameChange(memberPlace(kName, kHostname), after.at(kHostname).text()));
   for (const auto& [name, card] : after.at(kCards).items())
-    if (card != before.at(kCards).at(name)) steps.push_back(cardStep(name, card));
-  return steps;
+    if (card != before.at(kCards).at(name)) changes.push_back(cardChange(name, card));
+  return changes;
 }
 
 // Nothing of a document is at hand in which faults could be located.
@@ -139,7 +137,7 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
 
 device::Section networkSection() {
   const auto losses = [] { return std::vector<std::string>(); };
-  return {kName, loadNetwork, readNetwork, networkSteps, losses, CFG_FILE_BUSINESS};
+  return {kName, loadNetwork, readNetwork, networkChanges, losses, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::network

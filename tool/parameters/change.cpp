@@ -16,7 +16,6 @@ using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 constexpr char kName[] = "parameters";
-constexpr std::size_t kAttributeFrame = 16;  // ` Cur=""` and then some
 const settings::Range kInteger{INT32_MIN, INT32_MAX};
 
 // A parameter and the value that it is to have.
@@ -55,8 +54,7 @@ device::Change requireChange(const Parameters& parameters, const ParameterValue&
     return current;
   };
   const auto arrived = [=](XMLDocument& document) { return standing(document) == text; };
-  return {CFG_FILE_BUSINESS, parameter.path(), text.size() * 6 + kAttributeFrame,
-          nullptr,           arrived,          standing};
+  return {CFG_FILE_BUSINESS, parameter.path(), nullptr, arrived, standing};
 }
 
 bool save(const ParameterValue& wanted) {
@@ -84,17 +82,14 @@ bool saveAll(const std::vector<ParameterValue>& values) {
 
 // The change that sets several parameters with one save.
 device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values) {
-  device::Change whole{CFG_FILE_BUSINESS, kName, 0, [values] { return saveAll(values); }, nullptr};
   std::vector<device::Change> changes;
-  for (const ParameterValue& value : values) {
+  for (const ParameterValue& value : values)
     changes.push_back(requireChange(parameters, value, false));
-    whole.growth += changes.back().growth;
-  }
-  whole.arrived = [changes](XMLDocument& document) {
+  const auto arrived = [changes](XMLDocument& document) {
     return std::all_of(changes.begin(), changes.end(),
                        [&](const device::Change& change) { return change.arrived(document); });
   };
-  return whole;
+  return {CFG_FILE_BUSINESS, kName, [values] { return saveAll(values); }, arrived};
 }
 
 Json loadParameters() {
@@ -140,7 +135,7 @@ Json readParameters(const Node& node, const Json& before, device::Plan& /*plan*/
   return after;
 }
 
-std::vector<device::Step> parameterSteps(const Json& before, const Json& after) {
+std::vector<device::Change> parameterChanges(const Json& before, const Json& after) {
   const Parameters parameters;
   std::vector<ParameterValue> changed;
   for (const auto& [section, values] : after.items())
@@ -148,7 +143,7 @@ std::vector<device::Step> parameterSteps(const Json& before, const Json& after) 
       if (value != before.at(section).at(name))
         changed.push_back({parameters.require(section, name), setText(value)});
   if (changed.empty()) return {};
-  return {device::stepOf(changeOf(parameters, changed))};
+  return {changeOf(parameters, changed)};
 }
 
 }  // namespace
@@ -183,7 +178,7 @@ Json resetParameters(const Json& before, const device::FactoryValues& factory,
 
 device::Section parametersSection() {
   const auto losses = [] { return std::vector<std::string>(); };
-  return {kName, loadParameters, readParameters, parameterSteps, losses, CFG_FILE_BUSINESS};
+  return {kName, loadParameters, readParameters, parameterChanges, losses, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::parameters

@@ -17,8 +17,6 @@ using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 constexpr std::size_t kLongestDescription = PRESET_DESC_SIZE - 1;
-// A new preset whose numbers have eleven characters each and whose description is all entities.
-constexpr std::size_t kGrowth = 180 + kLongestDescription * 6;
 
 // What a record can have of a value that is not given.
 std::string lossOf(const Preset& preset, const Setting& setting) {
@@ -60,8 +58,62 @@ bool isStored(XMLDocument& document, const Values& values) {
   XMLElement* element =
       group == nullptr
           ? nullptr
-          : CFG_GetElementByNameId(group, "preset", values.at(settings::kPresetId).get<int>());
+          : CFG_GetElementByNameId(group, kElement, values.at(settings::kPresetId).get<int>());
   return element != nullptr && presetOf(*element).values == values;
+}
+
+bool store(const Values& values) {
+  tagPRESET_CFG_S record = recordOf(values);
+  return CFG_PRESET_SetParam(&record) == 0;
+}
+
+// Puts a copy of an element in the place of another one; at the end if there is no other.
+void place(const XMLElement& element, XMLElement& group, XMLElement* other) {
+  XMLDocument& document = *group.GetDocument();
+  tinyxml2::XMLNode* copy = element.DeepClone(&document);
+  if (other == nullptr) {
+    group.InsertEndChild(copy);
+    return;
+  }
+  group.InsertAfterChild(other, copy);
+  group.DeleteChild(other);
+}
+
+// The library reads and writes a whole file to store one preset. Here that file holds this one only.
+bool storeAlone(const Values& values, XMLElement& group) {
+  const int id = values.at(settings::kPresetId).get<int>();
+  XMLElement* present = CFG_GetElementByNameId(&group, kElement, id);
+  XMLDocument alone;
+  XMLElement* single = alone.NewElement(group.Value());
+  alone.InsertEndChild(single);
+  if (present != nullptr) place(*present, *single, nullptr);
+  if (alone.SaveFile(CFG_FILE_PRESET) != tinyxml2::XML_SUCCESS || !store(values)) return false;
+  const device::Copy stored = device::loadCopy(CFG_FILE_PRESET);
+  const XMLElement* element =
+      stored.loads() ? presetGroupOf(*stored.document)->LastChildElement() : nullptr;
+  if (element == nullptr) return false;
+  place(*element, group, present);
+  return true;
+}
+
+// A preset without an "Id" of its own is found by that of the one before it.
+bool isFoundAlone(XMLElement& group, const Values& values) {
+  const int id = values.at(settings::kPresetId).get<int>();
+  const XMLElement* present = CFG_GetElementByNameId(&group, kElement, id);
+  return present == nullptr || present->IntAttribute("Id", id - 1) == id;
+}
+
+bool storeAll(const std::vector<Values>& presets) {
+  const device::Document whole = device::requireDocument(CFG_FILE_PRESET);
+  XMLElement& group = requirePresetGroup(*whole);
+  const bool areFoundAlone = std::all_of(presets.begin(), presets.end(), [&](const Values& values) {
+    return isFoundAlone(group, values);
+  });
+  if (presets.size() == 1 || !areFoundAlone)
+    return std::all_of(presets.begin(), presets.end(), store);
+  return std::all_of(presets.begin(), presets.end(),
+                     [&](const Values& values) { return storeAlone(values, group); }) &&
+         CFG_SaveFile(whole.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
 }
 
 // How many presets are written exactly like this.
@@ -104,18 +156,12 @@ PresetUpdate updateOf(const Preset* existing, const Values& given) {
   return update;
 }
 
-void storePresets(const std::string& what, const std::vector<Values>& presets) {
-  const auto make = [&] {
-    return std::all_of(presets.begin(), presets.end(), [](const Values& values) {
-      tagPRESET_CFG_S record = recordOf(values);
-      return CFG_PRESET_SetParam(&record) == 0;
-    });
-  };
-  const auto arrived = [&](XMLDocument& document) {
+device::Change storing(const std::string& what, const std::vector<Values>& presets) {
+  const auto arrived = [presets](XMLDocument& document) {
     return std::all_of(presets.begin(), presets.end(),
                        [&](const Values& values) { return isStored(document, values); });
   };
-  device::makeChange({CFG_FILE_PRESET, what, presets.size() * kGrowth, make, arrived});
+  return {CFG_FILE_PRESET, what, [presets] { return storeAll(presets); }, arrived};
 }
 
 Json storePreset(const Values& given) {
@@ -125,10 +171,19 @@ Json storePreset(const Values& given) {
   const std::string what = "preset " + std::to_string(id);
   const PresetUpdate update = updateOf(existing, given);
   if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
-  storePresets(what, {update.values});
+  device::makeChange(storing(what, {update.values}));
   Json stored = update.values;
   stored["before"] = existing == nullptr ? Json() : existing->values;
   return stored;
+}
+
+device::Change deletion(int id) {
+  const auto arrived = [id](XMLDocument& document) {
+    XMLElement* group = presetGroupOf(document);
+    return group != nullptr && CFG_GetElementByNameId(group, kElement, id) == nullptr;
+  };
+  return {CFG_FILE_PRESET, elementPlace(kSection, static_cast<std::size_t>(id)),
+          [id] { return CFG_PRESET_DeleteById(id) == 0; }, arrived};
 }
 
 void deletePreset(const Presets& presets, const Preset& preset) {
@@ -142,7 +197,7 @@ void deletePreset(const Presets& presets, const Preset& preset) {
     return (byId ? CFG_PRESET_DeleteById(*preset.id())
                  : CFG_PRESET_DeleteByDesc(preset.description()->c_str())) == 0;
   };
-  device::makeChange({CFG_FILE_PRESET, preset.label(), 0, erase, arrived});
+  device::makeChange({CFG_FILE_PRESET, preset.label(), erase, arrived});
 }
 
 }  // namespace camcfg::tool::presets

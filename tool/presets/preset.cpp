@@ -18,8 +18,6 @@ using settings::Setting;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-constexpr char kElement[] = "preset";
-
 Json valueIn(const XMLElement& element, const Setting& setting) {
   const char* attribute = setting.attributes.front().name;
   if (setting.kind == settings::Kind::Integer) {

@@ -8,10 +8,15 @@
 #include <vector>
 
 #include "base/outcome.h"
+#include "device/change.h"
 #include "device/explanation.h"
 #include "device/section.h"
 
 namespace camcfg::tool::presets {
+
+/// Its place in a document, and the elements in the file.
+constexpr char kSection[] = "presets";
+constexpr char kElement[] = "preset";
 
 /// The values of a preset in their documented shape, with every member: null is what a preset of the
 /// file lacks, or what is not an integer there, and what is not given of one that is asked for.
@@ -113,10 +118,12 @@ struct PresetUpdate {
 /// @param given     the values, among them an id that the library accepts
 PresetUpdate updateOf(const Preset* existing, const Values& given);
 
-/// Creates or updates presets, all or none.
+/// The change that creates or updates presets.
 /// @param what  what is changed, the beginning of a refusal
-/// @throws Refusal  see makeChange
-void storePresets(const std::string& what, const std::vector<Values>& presets);
+device::Change storing(const std::string& what, const std::vector<Values>& presets);
+
+/// The change that deletes the preset of an id.
+device::Change deletion(int id);
 
 // Presets from files and to files.
 

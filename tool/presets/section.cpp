@@ -12,8 +12,6 @@ namespace {
 
 using settings::kPresetId;
 
-constexpr char kName[] = "presets";
-
 const Json* withId(const Json& presets, const Json& id) {
   const auto found = std::find_if(presets.begin(), presets.end(),
                                   [&](const Json& preset) { return preset.at(kPresetId) == id; });
@@ -106,32 +104,18 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
   return inFileOrder(after, before);
 }
 
-device::Step deletion(int id) {
-  const std::string what = elementPlace(kName, static_cast<std::size_t>(id));
-  return {what, CFG_FILE_PRESET, 0, [id] {
-            const Presets presets;
-            if (const Preset* preset = presets.lookup(id)) deletePreset(presets, *preset);
-          }};
-}
-
-device::Step storing(const std::vector<Values>& changed) {
-  std::size_t growth = 0;
-  for (const Values& values : changed) growth += device::roomFor(values);
-  return {kName, CFG_FILE_PRESET, growth, [changed] { storePresets(kName, changed); }};
-}
-
-std::vector<device::Step> presetSteps(const Json& before, const Json& after) {
-  std::vector<device::Step> steps;
+std::vector<device::Change> presetChanges(const Json& before, const Json& after) {
+  std::vector<device::Change> changes;
   for (const Json& preset : before)
     if (withId(after, preset.at(kPresetId)) == nullptr)
-      steps.push_back(deletion(preset.at(kPresetId).get<int>()));
+      changes.push_back(deletion(preset.at(kPresetId).get<int>()));
   std::vector<Values> changed;
   for (const Json& preset : after) {
     const Json* former = withId(before, preset.at(kPresetId));
     if (former == nullptr || *former != preset) changed.push_back(preset);
   }
-  if (!changed.empty()) steps.push_back(storing(changed));
-  return steps;
+  if (!changed.empty()) changes.push_back(storing(kSection, changed));
+  return changes;
 }
 
 }  // namespace
@@ -139,7 +123,7 @@ std::vector<device::Step> presetSteps(const Json& before, const Json& after) {
 device::Section presetsSection() {
   const auto load = [] { return Presets().json(); };
   const auto losses = [] { return std::vector<std::string>(); };
-  return {kName, load, readPresets, presetSteps, losses, CFG_FILE_PRESET};
+  return {kSection, load, readPresets, presetChanges, losses, CFG_FILE_PRESET};
 }
 
 }  // namespace camcfg::tool::presets

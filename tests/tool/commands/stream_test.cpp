@@ -243,7 +243,7 @@ TEST_F(StreamTest, MissingElementsAndFilesAreUnusable) {
                      "repair it\n"}));
 }
 
-TEST_F(StreamTest, WriteThatStopsShortPutsThePreviousContentsBack) {
+TEST_F(StreamTest, WriteThatStopsShortChangesNothing) {
   const auto limited = [] {
     const rlimit limit{sizeof kMedia - 1, sizeof kMedia - 1};
     setrlimit(RLIMIT_FSIZE, &limit);
@@ -251,7 +251,7 @@ TEST_F(StreamTest, WriteThatStopsShortPutsThePreviousContentsBack) {
   EXPECT_EQ(run({"stream", "cache", "0", "select", "2"}, limited),
             (ToolRun{1, "",
                      "camcfg: stream cache select: stream cache 0: the change is not in "
-                     "/cfg0/mpp_cfg.xml; the previous contents were restored\n"}));
+                     "/cfg0/mpp_cfg.xml; nothing was changed\n"}));
   expectBoth(kMedia);
 }
 

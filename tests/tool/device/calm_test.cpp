@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "base/outcome.h"
-#include "device/change.h"
 #include "device/files.h"
 #include "support/device_test.h"
 #include "tool/media_tool_test.h"
@@ -98,50 +97,6 @@ TEST_F(CalmTest, WritersWaitForALease) {
   lease.reset();
   const tool::Descriptor writer(open(kBusiness, O_WRONLY | O_NONBLOCK));
   EXPECT_TRUE(writer);
-}
-
-/// A change whose saves another program undoes, by what it loaded before.
-class UndoneTest : public CalmTest {
- protected:
-  Change changeUndone(int times) {
-    return {kBusiness,
-            "System/Rtsp",
-            100,
-            [this, times] {
-              const bool set = CFG_COM_SetIntParam(text("System"), text("Rtsp"), 8554) == 0;
-              if (++made <= times)
-                for (const char* path : {kBusiness, kBusinessBackup}) device.write(path, others);
-              return set;
-            },
-            [this](tinyxml2::XMLDocument& document) { return standing(document) == "8554"; },
-            [this](tinyxml2::XMLDocument& document) { return standing(document); }};
-  }
-
-  static std::optional<std::string> standing(tinyxml2::XMLDocument& document) {
-    return document.FirstChildElement("System")->FirstChildElement("Rtsp")->Attribute("Cur");
-  }
-
-  const std::string others = with(kParameters, "Brightness Cur=\"0\"", "Brightness Cur=\"5\"");
-  int made = 0;
-};
-
-TEST_F(UndoneTest, ItIsMadeAgain) {
-  makeChange(changeUndone(2));
-  EXPECT_EQ(made, 3);
-  EXPECT_THAT(device.read(kBusiness), testing::HasSubstr("Rtsp Cur=\"8554\""));
-  EXPECT_THAT(device.read(kBusiness), testing::HasSubstr("Brightness Cur=\"5\""));
-}
-
-TEST_F(UndoneTest, AfterThreeTimesItIsRefusedAndTheOthersSaveStays) {
-  try {
-    makeChange(changeUndone(9));
-    FAIL();
-  } catch (const tool::Refusal& refusal) {
-    EXPECT_STREQ(refusal.what(),
-                 "System/Rtsp: another program's save undid it 3 times; '554' is set now");
-  }
-  EXPECT_EQ(made, 3);
-  EXPECT_EQ(device.read(kBusiness), others);
 }
 
 /// While a program of the device's own saves all the time.

@@ -1,4 +1,4 @@
-#include "device/change.h"
+#include "device/room.h"
 
 #include <gmock/gmock.h>
 #include <sys/statvfs.h>

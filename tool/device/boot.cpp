@@ -1,0 +1,37 @@
+#include <algorithm>
+
+#include "device/repair.h"
+#include "device/turn.h"
+
+namespace camcfg::tool::device {
+namespace {
+
+// "/cfg0/mpp_cfg.xml was restored from /cfg1/mpp_cfg.xml", for each copy that was replaced.
+void addRestored(const Json& files, Json& done) {
+  for (const Json& file : files)
+    for (const Place to : {Place::Main, Place::Backup})
+      for (const Place from : kPlaces) {
+        const std::string name = file.at("name").text();
+        if (file.at("restored").at(wordFor(to)) != wordFor(from)) continue;
+        done.push_back(to == Place::Backup && from == Place::Main
+                           ? pathOf(to, name) + " was brought in sync with " + pathOf(from, name)
+                           : pathOf(to, name) + " was restored from " + pathOf(from, name));
+      }
+}
+
+}  // namespace
+
+Outcome boot() {
+  std::vector<std::string> finished;
+  const Turn turn(Turn::allFiles(), {}, &finished);
+  Json done(finished);
+  Outcome verified = verify(nullptr, true);
+  addRestored(verified.value["files"], done);
+  const Outcome health = checkHealth();
+  return {{{"done", done}, {"health", health.value["health"]}},
+          std::move(verified.notes),
+          std::max(health.status,
+                   verified.status == Status::Refused ? Status::Degraded : Status::Done)};
+}
+
+}  // namespace camcfg::tool::device

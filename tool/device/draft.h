@@ -1,0 +1,33 @@
+#ifndef CAMCFG_TOOL_DEVICE_DRAFT_H
+#define CAMCFG_TOOL_DEVICE_DRAFT_H
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "device/files.h"
+#include "device/journal.h"
+
+namespace camcfg::tool::device {
+
+/// One change of a configuration file, made by the library. Its functions are called on a copy of the
+/// device, in a process of their own: what they change there is lost but for the files.
+struct Change {
+  std::string path;            ///< main copy
+  std::string what;            ///< what is changed, the beginning of a refusal: "System/Rtsp"
+  std::function<bool()> make;  ///< calls the library; false if it refused
+  /// Whether a document holds what was to be changed.
+  std::function<bool(tinyxml2::XMLDocument&)> arrived;
+  /// What a document holds in its place, for a refusal; none: a refusal does not say that.
+  std::function<std::optional<std::string>(tinyxml2::XMLDocument&)> standing{};
+};
+
+/// What changes make of the files as they are now, by the library's own calls. Nothing of the device
+/// is changed.
+/// @throws Refusal  a main copy is unusable, or the library does not make one of the changes
+std::vector<FileChange> draftOf(const std::vector<Change>& changes);
+
+}  // namespace camcfg::tool::device
+
+#endif

@@ -1,0 +1,76 @@
+#include "device/room.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <map>
+
+namespace camcfg::tool::device {
+namespace {
+
+std::string directoryOf(const std::string& path) {
+  return path.substr(0, path.rfind('/'));
+}
+
+bool maybeWritten(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+std::string cannotWrite(const std::string& path) {
+  return "cannot write " + path + ": " + std::strerror(errno);
+}
+
+// An existing file is rewritten in its place; only a new one needs its directory's permission.
+std::string whyNotPermitted(const std::string& path) {
+  const std::string directory = directoryOf(path);
+  struct stat status {};
+  if (stat(directory.c_str(), &status) != 0) return cannotWrite(path);
+  if (stat(path.c_str(), &status) != 0)
+    return errno == ENOENT && maybeWritten(directory) ? "" : cannotWrite(path);
+  if (!S_ISREG(status.st_mode))
+    return "cannot write " + path + ": it is not a regular file; move it away";
+  return maybeWritten(path) ? "" : cannotWrite(path);
+}
+
+// What is to be written onto one file system, in whole blocks.
+struct Load {
+  std::string paths;
+  std::uintmax_t needed = 0;
+  std::uintmax_t free = 0;
+  bool known = false;
+
+  void add(const Writing& writing, const struct statvfs& space) {
+    const std::uintmax_t block = space.f_frsize == 0 ? 1 : space.f_frsize;
+    paths += (paths.empty() ? "" : " and ") + writing.path;
+    needed += (writing.bytes + block - 1) / block * block;
+    free = space.f_bavail * block;
+    known = space.f_blocks != 0;
+  }
+};
+
+}  // namespace
+
+std::string whyNotWritable(const std::vector<Writing>& writings) {
+  std::map<dev_t, Load> loads;
+  for (const Writing& writing : writings) {
+    std::string fault = whyNotPermitted(writing.path);
+    if (!fault.empty()) return fault;
+
+    const std::string directory = directoryOf(writing.path);
+    struct stat status {};
+    struct statvfs space {};
+    if (stat(directory.c_str(), &status) == 0 && statvfs(directory.c_str(), &space) == 0)
+      loads[status.st_dev].add(writing, space);
+  }
+  for (const auto& [device, load] : loads)
+    if (load.known && load.needed > load.free)
+      return "no room for " + load.paths + ": " + std::to_string(load.needed) +
+             " bytes are needed and " + std::to_string(load.free) + " are free";
+  return "";
+}
+
+}  // namespace camcfg::tool::device

@@ -1,0 +1,23 @@
+#ifndef CAMCFG_TOOL_DEVICE_ROOM_H
+#define CAMCFG_TOOL_DEVICE_ROOM_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace camcfg::tool::device {
+
+/// A file that is to be written.
+struct Writing {
+  std::string path;
+  std::uintmax_t bytes;  ///< free space that it needs
+};
+
+/// Why files cannot be written: a directory is missing, a file or directory may not be written to,
+/// or a file system has not room enough for all that goes onto it ("no room for ..., with the
+/// figures). Empty if nothing prevents it.
+std::string whyNotWritable(const std::vector<Writing>& writings);
+
+}  // namespace camcfg::tool::device
+
+#endif

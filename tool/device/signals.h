@@ -1,0 +1,29 @@
+#ifndef CAMCFG_TOOL_DEVICE_SIGNALS_H
+#define CAMCFG_TOOL_DEVICE_SIGNALS_H
+
+#include <csignal>
+
+namespace camcfg::tool::device {
+
+/// While this object lives, the user's wish to end the tool (SIGINT, SIGTERM, SIGHUP) waits.
+class HeldSignals {
+ public:
+  HeldSignals();
+  /// One that has come meanwhile has its effect now, unless it was ignored.
+  ~HeldSignals();
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+  /// Whether one has come.
+  bool haveCome() const;
+  /// Forgets those that have come.
+  void ignore() const;
+
+ private:
+  sigset_t held_{};
+  sigset_t former_{};
+};
+
+}  // namespace camcfg::tool::device
+
+#endif
