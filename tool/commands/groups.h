@@ -95,6 +95,7 @@ CommandGroup explainGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup helpGroup();
+CommandGroup historyGroup();
 CommandGroup languageGroup();
 CommandGroup lintGroup();
 CommandGroup liveGroup();
