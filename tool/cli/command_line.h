@@ -11,8 +11,8 @@ namespace camcfg::tool::cli {
 
 /// What a command line asks for.
 struct Invocation {
-  const Command* command = nullptr;  ///< null: only `text` is asked for
-  std::string text;                  ///< help, or the tool's version
+  const Command* command = nullptr;  ///< null: only `answer` is asked for
+  Answer answer;                     ///< help, or the tool's version
   Arguments arguments;
   std::optional<std::string> root;  ///< directory of the device; none: this system is the device
   bool json = false;
@@ -25,6 +25,9 @@ struct Invocation {
 /// @throws Refusal with the status of a usage error
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv);
+
+/// Whether a command line asks for answers in JSON, even if it makes no sense.
+bool asksForJson(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
 
 /// What "--help" after a command prints.
 /// @param command  the whole name of one of the commands; empty: the tool itself

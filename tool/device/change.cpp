@@ -189,7 +189,10 @@ void makeChange(const Change& change) {
     attempt = attemptTo(change, *former);
     isDisturbed = isDisturbed || attempt.isDisturbed;
   }
-  if (attempt.fault.empty()) return requireBackup(change);
+  if (attempt.fault.empty()) {
+    requireBackup(change);
+    return noteChange();
+  }
   if (isDisturbed && attempt.main.loads()) throw Refusal(undone(change, attempt.main));
   throw Refusal(change.what + ": " + attempt.fault + "; " + putBack(change.path, *former).second);
 }
