@@ -9,14 +9,13 @@ bool isChanged = false;
 std::size_t placeLengthIn(const std::string& text) {
   const std::string word = text.substr(0, text.find(' '));
   if (word.size() > 1 && word.back() == ':' && word.size() < text.size()) return word.size() - 1;
-  const bool isPath = word.front() != '\'' && word.find('/') != std::string::npos;
-  return isPath || word.compare(0, 2, "--") == 0 ? word.size() : 0;
+  return word.compare(0, 1, "/") == 0 || word.compare(0, 2, "--") == 0 ? word.size() : 0;
 }
 
 }  // namespace
 
 Refusal::Refusal(Status status, const std::string& text)
-    : Refusal(status, text, 0, text.empty() ? 0 : placeLengthIn(text)) {}
+    : Refusal(status, text, 0, placeLengthIn(text)) {}
 
 Refusal Refusal::about(const std::string& place, const std::string& text, Status status) {
   const std::size_t at = text.find(place);

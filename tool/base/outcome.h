@@ -26,8 +26,8 @@ enum class Status {
 /// Ends a command. The text is one line: what, where and why.
 class Refusal : public std::runtime_error {
  public:
-  /// The place is the text's first word if that is one: "System/Rtsp", "/cfg0/x.xml", "--format", or
-  /// any word before a colon.
+  /// The place is the text's first word if that has a colon after it, or is a path or an option:
+  /// "System/Rtsp: ...", "/cfg0/x.xml is ...", "--rules cannot ...".
   Refusal(Status status, const std::string& text);
   explicit Refusal(const std::string& text) : Refusal(Status::Refused, text) {}
 

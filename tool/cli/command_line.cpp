@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "base/plain_text.h"
 
@@ -272,6 +273,9 @@ class Parser {
   } catch (const Refusal& refusal) {
     throw refusal.after(std::string(invocation.command->name) + ": " + option.name + " ",
                         invocation.command->whenRefused);
+  } catch (const std::bad_alloc&) {
+    throw Refusal(option.name + std::string(": out of memory"))
+        .after(std::string(invocation.command->name) + ": ", invocation.command->whenRefused);
   }
 
   const std::vector<CommandGroup>& groups_;

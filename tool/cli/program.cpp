@@ -87,7 +87,7 @@ Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& pr
     throw refusal.after(name, ordinary ? invocation.command->whenRefused : refusal.status());
   } catch (const std::exception& error) {
     if (!changeWasMade()) throw;
-    throw Refusal(Status::NotPrinted, name + kInForce + textOf(error));
+    throw Refusal(kInForce + textOf(error)).after(name, Status::NotPrinted);
   }
 }
 

@@ -1,0 +1,155 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+
+#include "base/outcome.h"
+#include "tool/cli/every_command.h"
+
+namespace camcfg::tests {
+namespace {
+
+using tool::cli::Command;
+
+void fillStandardOutput() {
+  dup2(open("/dev/full", O_WRONLY), STDOUT_FILENO);
+}
+
+void closeStandardOutput() {
+  close(STDOUT_FILENO);
+}
+
+void leaveAPipeUnread(int descriptor) {
+  int ends[2];
+  if (pipe(ends) != 0) _exit(1);
+  dup2(ends[1], descriptor);
+  close(ends[0]);
+  close(ends[1]);
+  // Whoever started the tests may have had it ignored.
+  std::signal(SIGPIPE, SIG_DFL);
+}
+
+const std::function<void()> kBroken[] = {fillStandardOutput, closeStandardOutput,
+                                         [] { leaveAPipeUnread(STDOUT_FILENO); }};
+constexpr const char* kReasons[] = {"No space left on device", "Bad file descriptor",
+                                    "Broken pipe"};
+
+class UnprintedTest : public EveryCommandTest {
+ protected:
+  std::string contents() const {
+    std::string contents;
+    for (const char* name : {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml", "own.xml"})
+      for (const std::string directory : {"/cfg0/", "/cfg1/"})
+        if (device.exists(directory + name)) contents += device.read(directory + name);
+    return contents;
+  }
+
+  // A run on a device that is as it was.
+  ToolRun runAnew(const Words& line, const std::function<void()>& inChild) const {
+    renew();
+    return run(line, inChild);
+  }
+};
+
+// Others keep rules of their own.
+bool answersOnce(const Command& command) {
+  return !command.goesOn && !command.becomesProgram;
+}
+
+TEST_F(UnprintedTest, ChangeThatIsInForceHasAStatusOfItsOwn) {
+  const std::string before = contents();
+  for (const Command* command : commands()) {
+    if (!command->changesDevice) continue;
+    const Words line = lineFor(*command);
+    SCOPED_TRACE(lineOf(line));
+    for (std::size_t i = 0; i < std::size(kBroken); ++i)
+      for (const char* option : {"--json", "-v", "--color=never"}) {
+        Words words = line;
+        words.emplace_back(option);
+        const ToolRun result = runAnew(words, kBroken[i]);
+        EXPECT_EQ(result.status, 5) << result.err;
+        EXPECT_EQ(result.out, "");
+        EXPECT_THAT(result.err, testing::HasSubstr(std::string("camcfg: ") + command->name +
+                                                   ": the change is in force, but could not be "
+                                                   "printed: standard output: " +
+                                                   kReasons[i] + "\n"));
+        EXPECT_NE(contents(), before);
+      }
+  }
+}
+
+TEST_F(UnprintedTest, CommandThatChangesNothingIsRefusedOrEndedByTheSignal) {
+  const std::string before = contents();
+  for (const Command* command : commands()) {
+    if (command->changesDevice || !answersOnce(*command)) continue;
+    const Words line = lineFor(*command);
+    SCOPED_TRACE(lineOf(line));
+    for (const auto& inChild : {kBroken[0], kBroken[1]})
+      EXPECT_EQ(runAnew(line, inChild).status, static_cast<int>(command->whenRefused));
+    EXPECT_EQ(runAnew(line, kBroken[2]).status, 128 + SIGPIPE);
+    EXPECT_EQ(contents(), before);
+  }
+}
+
+TEST_F(UnprintedTest, DryRunHasChangedNothing) {
+  for (const Command* command : commands()) {
+    Words line = lineFor(*command);
+    for (const tool::cli::Option& option : command->options)
+      if (option.name == std::string("--dry-run")) line.emplace_back(option.name);
+    if (line.back() != "--dry-run") continue;
+    SCOPED_TRACE(lineOf(line));
+    EXPECT_EQ(runAnew(line, fillStandardOutput).status, 1);
+  }
+}
+
+TEST_F(UnprintedTest, ValueThatIsOnlyShownHasChangedNothing) {
+  EXPECT_EQ(run({"system", "rtsp-port"}, fillStandardOutput).status, 1);
+  EXPECT_EQ(run({"network", "hostname"}, fillStandardOutput).status, 1);
+}
+
+TEST_F(UnprintedTest, VerificationThatHasNothingToRestoreHasChangedNothing) {
+  EXPECT_EQ(run({"verify", "--resync"}).status, 0);
+  EXPECT_EQ(run({"verify", "--resync"}, fillStandardOutput).status, 1);
+}
+
+TEST_F(UnprintedTest, RefusedChangeKeepsItsStatus) {
+  for (const auto& inChild : kBroken)
+    for (const char* option : {"--json", "--color=never"})
+      EXPECT_EQ(run({option, "set", "System", "Rtsp", "0"}, inChild),
+                (ToolRun{1, "",
+                         "camcfg: set: System/Rtsp: 0 is outside 1..65535; the nearest permitted "
+                         "is 1\n"}));
+}
+
+TEST_F(UnprintedTest, StandardErrorThatCannotBeWrittenToChangesNoStatus) {
+  const std::function<void()> broken[] = {[] { dup2(open("/dev/full", O_WRONLY), STDERR_FILENO); },
+                                          [] { close(STDERR_FILENO); },
+                                          [] { leaveAPipeUnread(STDERR_FILENO); }};
+  for (const auto& inChild : broken) {
+    EXPECT_EQ(run({"-v", "set", "System", "Rtsp", "8554"}, inChild).status, 0);
+    EXPECT_EQ(run({"-v", "set", "System", "Rtsp", "0"}, inChild).status, 1);
+    EXPECT_EQ(run({"status", "--bogus"}, inChild).status, 2);
+    renew();
+    const ToolRun unprinted = run({"-v", "set", "System", "Rtsp", "8554"}, [&] {
+      inChild();
+      fillStandardOutput();
+    });
+    EXPECT_EQ(unprinted, (ToolRun{5, "", ""}));
+    renew();
+  }
+}
+
+TEST_F(UnprintedTest, ProgramThatIsRunEndsByTheSignalAsEver) {
+  EXPECT_EQ(
+      run({"run", "sh", "-c", "kill -PIPE $$"}, [] { leaveAPipeUnread(STDERR_FILENO); }).status,
+      128 + SIGPIPE);
+  EXPECT_EQ(
+      runCamcfg({"run", "sh", "-c", "kill -PIPE $$; exit 3"}, [] { std::signal(SIGPIPE, SIG_IGN); })
+          .status,
+      3);
+}
+
+}  // namespace
+}  // namespace camcfg::tests
