@@ -36,12 +36,12 @@ class Refusal : public std::runtime_error {
   static Refusal about(const std::string& place, const std::string& text,
                        Status status = Status::Refused);
 
-  /// The same refusal with something in front of its text, such as the command's name.
+  /// The same refusal with something before its text, such as the name of the command.
   Refusal after(const std::string& beginning, Status status) const;
 
   Status status() const { return status_; }
   /// What it is about; empty if that is not known.
-  std::string place() const { return std::string(what() + placeAt_, placeLength_); }
+  std::string place() const { return {what() + placeAt_, placeLength_}; }
 
  private:
   Refusal(Status status, const std::string& text, std::size_t placeAt, std::size_t placeLength)

@@ -113,6 +113,7 @@ TEST_F(RefusalsInJsonTest, EveryCommandAnswersToAMissingArgument) {
 TEST_F(RefusalsInJsonTest, LineWithoutACommandIsAnswered) {
   expectError(run({"--json"}), 2);
   expectError(run({"sett", "--json"}), 2);
+  expectError(run({"watch", "nowhere", "--json"}), 2);
   expectError(run({"stream", "--json"}), 2);
   expectError(run({"--json", "stream", "cahce"}), 2);
   expectError(run({"--color", "pink", "list", "--json"}), 2);

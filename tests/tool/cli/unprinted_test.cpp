@@ -65,7 +65,7 @@ TEST_F(UnprintedTest, ChangeThatIsInForceHasAStatusOfItsOwn) {
     const Words line = lineFor(*command);
     SCOPED_TRACE(lineOf(line));
     for (std::size_t i = 0; i < std::size(kBroken); ++i)
-      for (const char* option : {"--json", "-v", "--color=never"}) {
+      for (const char* option : {"--json", "-v"}) {
         Words words = line;
         words.emplace_back(option);
         const ToolRun result = runAnew(words, kBroken[i]);
