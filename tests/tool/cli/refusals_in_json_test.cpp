@@ -198,7 +198,7 @@ TEST_F(RefusalsInJsonTest, FaultsThatACommandFindsAreItsAnswer) {
   }
 }
 
-TEST_F(RefusalsInJsonTest, VersionAndHelpAreValues) {
+TEST_F(RefusalsInJsonTest, VersionIsAValue) {
   for (const Words& line : {Words{"--version", "--json"}, Words{"--json", "--version"}}) {
     const ToolRun result = run(line);
     EXPECT_EQ(result.status, 0);
@@ -206,6 +206,9 @@ TEST_F(RefusalsInJsonTest, VersionAndHelpAreValues) {
     EXPECT_EQ(answer["name"].text(), "camcfg");
     EXPECT_EQ("camcfg " + answer["version"].text() + "\n", run({"--version"}).out);
   }
+}
+
+TEST_F(RefusalsInJsonTest, HelpIsAValue) {
   const Json whole = answerOf(run({"--json", "--help"}));
   EXPECT_TRUE(whole["command"].is_null());
   EXPECT_EQ(whole["text"].text(), run({"--help"}).out);

@@ -31,10 +31,16 @@ void leaveAPipeUnread(int descriptor) {
   std::signal(SIGPIPE, SIG_DFL);
 }
 
-const std::function<void()> kBroken[] = {fillStandardOutput, closeStandardOutput,
-                                         [] { leaveAPipeUnread(STDOUT_FILENO); }};
-constexpr const char* kReasons[] = {"No space left on device", "Bad file descriptor",
-                                    "Broken pipe"};
+/// A standard output that nothing can be written to.
+struct Broken {
+  void (*inChild)();
+  const char* reason;
+};
+
+constexpr Broken kFull = {fillStandardOutput, "No space left on device"};
+constexpr Broken kClosed = {closeStandardOutput, "Bad file descriptor"};
+constexpr Broken kUnread = {[] { leaveAPipeUnread(STDOUT_FILENO); }, "Broken pipe"};
+constexpr Broken kBroken[] = {kFull, kClosed, kUnread};
 
 class UnprintedTest : public EveryCommandTest {
  protected:
@@ -46,11 +52,38 @@ class UnprintedTest : public EveryCommandTest {
     return contents;
   }
 
+  void expectInForce(const Command& command, const char* option, const Broken& output) const {
+    Words line = lineFor(command);
+    line.emplace_back(option);
+    SCOPED_TRACE(lineOf(line));
+    const ToolRun result = runOnRenewed(line, output.inChild);
+    EXPECT_EQ(result.status, 5) << result.err;
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err,
+                testing::HasSubstr(std::string("camcfg: ") + command.name +
+                                   ": the change is in force, but could not be printed: standard "
+                                   "output: " +
+                                   output.reason + "\n"));
+    EXPECT_NE(contents(), renewed_);
+  }
+
+  void expectUnchanged(const Command& command) const {
+    const Words line = lineFor(command);
+    SCOPED_TRACE(lineOf(line));
+    for (const Broken& output : {kFull, kClosed})
+      EXPECT_EQ(runOnRenewed(line, output.inChild).status, static_cast<int>(command.whenRefused));
+    EXPECT_EQ(runOnRenewed(line, kUnread.inChild).status, 128 + SIGPIPE);
+    EXPECT_EQ(contents(), renewed_);
+  }
+
   // A run on a device that is as it was.
-  ToolRun runAnew(const Words& line, const std::function<void()>& inChild) const {
+  ToolRun runOnRenewed(const Words& line, const std::function<void()>& inChild) const {
     renew();
     return run(line, inChild);
   }
+
+ private:
+  const std::string renewed_ = contents();
 };
 
 // Others keep rules of their own.
@@ -59,38 +92,16 @@ bool answersOnce(const Command& command) {
 }
 
 TEST_F(UnprintedTest, ChangeThatIsInForceHasAStatusOfItsOwn) {
-  const std::string before = contents();
   for (const Command* command : commands()) {
     if (!command->changesDevice) continue;
-    const Words line = lineFor(*command);
-    SCOPED_TRACE(lineOf(line));
-    for (std::size_t i = 0; i < std::size(kBroken); ++i)
-      for (const char* option : {"--json", "-v"}) {
-        Words words = line;
-        words.emplace_back(option);
-        const ToolRun result = runAnew(words, kBroken[i]);
-        EXPECT_EQ(result.status, 5) << result.err;
-        EXPECT_EQ(result.out, "");
-        EXPECT_THAT(result.err, testing::HasSubstr(std::string("camcfg: ") + command->name +
-                                                   ": the change is in force, but could not be "
-                                                   "printed: standard output: " +
-                                                   kReasons[i] + "\n"));
-        EXPECT_NE(contents(), before);
-      }
+    for (const Broken& output : kBroken)
+      for (const char* option : {"--json", "-v"}) expectInForce(*command, option, output);
   }
 }
 
 TEST_F(UnprintedTest, CommandThatChangesNothingIsRefusedOrEndedByTheSignal) {
-  const std::string before = contents();
-  for (const Command* command : commands()) {
-    if (command->changesDevice || !answersOnce(*command)) continue;
-    const Words line = lineFor(*command);
-    SCOPED_TRACE(lineOf(line));
-    for (const auto& inChild : {kBroken[0], kBroken[1]})
-      EXPECT_EQ(runAnew(line, inChild).status, static_cast<int>(command->whenRefused));
-    EXPECT_EQ(runAnew(line, kBroken[2]).status, 128 + SIGPIPE);
-    EXPECT_EQ(contents(), before);
-  }
+  for (const Command* command : commands())
+    if (!command->changesDevice && answersOnce(*command)) expectUnchanged(*command);
 }
 
 TEST_F(UnprintedTest, DryRunHasChangedNothing) {
@@ -100,7 +111,7 @@ TEST_F(UnprintedTest, DryRunHasChangedNothing) {
       if (option.name == std::string("--dry-run")) line.emplace_back(option.name);
     if (line.back() != "--dry-run") continue;
     SCOPED_TRACE(lineOf(line));
-    EXPECT_EQ(runAnew(line, fillStandardOutput).status, 1);
+    EXPECT_EQ(runOnRenewed(line, fillStandardOutput).status, 1);
   }
 }
 
@@ -115,9 +126,9 @@ TEST_F(UnprintedTest, VerificationThatHasNothingToRestoreHasChangedNothing) {
 }
 
 TEST_F(UnprintedTest, RefusedChangeKeepsItsStatus) {
-  for (const auto& inChild : kBroken)
+  for (const Broken& output : kBroken)
     for (const char* option : {"--json", "--color=never"})
-      EXPECT_EQ(run({option, "set", "System", "Rtsp", "0"}, inChild),
+      EXPECT_EQ(run({option, "set", "System", "Rtsp", "0"}, output.inChild),
                 (ToolRun{1, "",
                          "camcfg: set: System/Rtsp: 0 is outside 1..65535; the nearest permitted "
                          "is 1\n"}));
