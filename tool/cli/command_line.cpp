@@ -11,6 +11,7 @@
 #include <new>
 
 #include "base/plain_text.h"
+#include "cli/raw_line.h"
 
 namespace camcfg::tool::cli {
 namespace {
@@ -40,30 +41,6 @@ std::string contentsOf(const std::string& path) {
   HostFile file = read(path);
   if (!file.fault.empty()) throw Refusal::about(path, path + ": " + file.fault);
   return std::move(file.contents);
-}
-
-bool isFollowedByItsValue(const std::string& word) {
-  const std::vector<Option>& options = globalOptions();
-  return std::any_of(options.begin(), options.end(), [&](const Option& option) {
-    return word == option.name && option.value() != nullptr;
-  });
-}
-
-// How many of the words are not those of a program that a command becomes.
-int wordsOfTheTool(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
-  const Command* command = nullptr;
-  for (int i = 1; i < argc; ++i) {
-    const std::string word = argv[i];
-    if (command != nullptr && word == "--") return std::min(argc, i + 2);
-    if (isFollowedByItsValue(word)) {
-      ++i;
-    } else if (word.size() < 2 || word[0] != '-') {
-      if (command != nullptr) return i + 1;
-      command = findCommand(groups, word);
-      if (command == nullptr || !command->becomesProgram) return argc;
-    }
-  }
-  return argc;
 }
 
 // The parser's tree of commands, made from the records.
@@ -294,15 +271,6 @@ std::string helpText(const std::vector<CommandGroup>& groups, const std::string&
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv) {
   return Parser(groups).parse(argc, argv);
-}
-
-bool asksForJson(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
-  const int own = wordsOfTheTool(groups, argc, argv);
-  for (int i = 1; i < own && argv[i] != std::string_view("--"); ++i) {
-    if (argv[i] == std::string_view(kJson)) return true;
-    if (isFollowedByItsValue(argv[i])) ++i;
-  }
-  return false;
 }
 
 }  // namespace camcfg::tool::cli

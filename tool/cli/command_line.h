@@ -26,9 +26,6 @@ struct Invocation {
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
                            const char* const* argv);
 
-/// Whether a command line asks for answers in JSON, even if it makes no sense.
-bool asksForJson(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
-
 /// What "--help" after a command prints.
 /// @param command  the whole name of one of the commands; empty: the tool itself
 std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);

@@ -6,6 +6,7 @@
 #include "cli/channel.h"
 #include "cli/command_line.h"
 #include "cli/process.h"
+#include "cli/raw_line.h"
 #include "cli/terminal.h"
 #include "testkit/enter_root.h"
 
@@ -89,18 +90,6 @@ Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& pr
     if (!changeWasMade()) throw;
     throw Refusal(kInForce + textOf(error)).after(name, Status::NotPrinted);
   }
-}
-
-// When to colour, as far as that can be seen from a command line that may make no sense.
-std::string colorIn(int argc, const char* const* argv) {
-  const std::string given = std::string(kColor) + "=";
-  std::string when = "auto";
-  for (int i = 1; i < argc; ++i) {
-    const std::string word = argv[i];
-    if (word == kColor && i + 1 < argc) when = argv[i + 1];
-    if (word.compare(0, given.size(), given) == 0) when = word.substr(given.size());
-  }
-  return when;
 }
 
 Status run(Invocation& invocation, Streams& streams) {
