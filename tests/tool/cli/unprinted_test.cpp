@@ -125,6 +125,17 @@ TEST_F(UnprintedTest, VerificationThatHasNothingToRestoreHasChangedNothing) {
   EXPECT_EQ(run({"verify", "--resync"}, fillStandardOutput).status, 1);
 }
 
+TEST_F(UnprintedTest, ChangeThatFailedInAnotherWayKeepsItsStatus) {
+  for (const char* directory : {"/cfg0", "/cfg1", "/app/resource/defcfg"})
+    device.write(std::string(directory) + "/preset_cfg.xml", "<Preset");
+  const ToolRun result = run({"verify"}, fillStandardOutput);
+  EXPECT_TRUE(device.exists("/cfg0/own.xml"));
+  EXPECT_EQ(result.status, 3);
+  EXPECT_THAT(result.err, testing::HasSubstr("camcfg: verify: /cfg0/preset_cfg.xml "));
+  EXPECT_THAT(result.err, testing::EndsWith("camcfg: verify: standard output: No space left on "
+                                            "device\n"));
+}
+
 TEST_F(UnprintedTest, RefusedChangeKeepsItsStatus) {
   for (const Broken& output : kBroken)
     for (const char* option : {"--json", "--color=never"})
