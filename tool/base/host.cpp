@@ -23,7 +23,7 @@ constexpr char kPrefix[] = "camcfg-scratch-";
 constexpr int kAsDirectory = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 [[noreturn]] void refuse(const std::string& path) {
-  throw Refusal(path + ": " + std::strerror(errno));
+  throw Refusal::about(path, path + ": " + std::strerror(errno));
 }
 
 int openOrMake(const char* path) {

@@ -20,6 +20,7 @@ bool isRequired(const std::string& name) {
 
 FileSet surveyWithRequired() {
   FileSet set = surveyFiles();
+  if (set.files.empty()) requireDevice();
   for (const char* path : kRequired)
     if (set.find(nameOf(path)) == nullptr) set.files.emplace_back().name = nameOf(path);
   std::sort(set.files.begin(), set.files.end(),
