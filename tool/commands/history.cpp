@@ -91,7 +91,7 @@ CommandGroup historyGroup() {
                    {{Option::OptionalArgument, kChange, "Number of a change", changes},
                     {Option::Value, kKeep, "Keep so many changes; 0 keeps none", {}, nullptr, "N"},
                     {Option::Flag, kShowSecrets, "Show passwords"}}),
-           command("undo", "Bring settings back to what they were before a change", undo,
+           changer("undo", "Bring settings back to what they were before a change", undo,
                    {{Option::OptionalArgument, kChange,
                      "Take back this change and all later ones; without it the last one", changes},
                     {Option::Flag, kForce, "Also settings that were set to something else since"},

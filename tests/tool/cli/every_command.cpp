@@ -23,7 +23,10 @@ constexpr struct {
 } kLines[] = {
     {"status", "status"},
     {"verify", "verify --resync"},
+    {"boot", "boot"},
     {"lint", "lint"},
+    {"history", "history"},
+    {"undo", "undo"},
     {"reset", "reset System WebHttp"},
     {"list", "list"},
     {"get", "get System Rtsp"},
@@ -37,7 +40,7 @@ constexpr struct {
     {"explain session", "explain session srt 1"},
     {"system", "system"},
     {"system http-port", "system http-port 8081"},
-    {"system https-port", "system https-port 8443"},
+    {"system https-port", "system https-port 8444"},
     {"system rtsp-port", "system rtsp-port 8554"},
     {"system rtsp-over-http-port", "system rtsp-over-http-port 8082"},
     {"network cards", "network cards"},
@@ -103,6 +106,7 @@ void EveryCommandTest::renew() const {
     for (const char* directory : {"/cfg0/", "/cfg1/"}) device.write(directory + name, contents);
   }
   for (const std::string directory : {"/cfg0/", "/cfg1/"}) device.remove(directory + kOwn);
+  EXPECT_EQ(run({"set", "System", "WebHttps", "8443"}).status, 0);
 }
 
 std::vector<const tool::cli::Command*> EveryCommandTest::commands() const {
