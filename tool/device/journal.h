@@ -17,6 +17,8 @@ struct FileChange {
   std::string path;    ///< main copy
   std::string before;  ///< all that it held
   std::string after;   ///< all that it is to hold
+  /// What it was to hold by the journals in whose place this one came; filled in by openJournal().
+  std::vector<std::string> earlier{};
 };
 
 /// A change of the device, of one file or several.
@@ -28,8 +30,8 @@ struct RecordedChange {
   std::vector<FileChange> files;
 };
 
-/// Puts a change into the journal, in place of the one that is there. When this returns it is on the
-/// medium, and in force.
+/// Puts a change into the journal, in place of the one that is there, which must be an earlier
+/// attempt of this change. When this returns it is on the medium, and in force.
 /// @throws Refusal if it cannot be written; the journal is as it was
 void openJournal(const std::vector<FileChange>& files);
 

@@ -39,6 +39,9 @@ Record readRecord(const StateFolder& folder, const std::string& name);
 /// A change with the contents in place of their hashes; none if some are missing or damaged.
 std::optional<RecordedChange> withContents(const StateFolder& state, RecordedChange change);
 
+/// All contents of a file, or their hashes.
+std::vector<std::string*> contentsIn(FileChange& file);
+
 /// Whether a path is one that the library saves with its backup: a file ending with ".xml" directly
 /// in the directory of the main copies.
 bool isMainCopy(const std::string& path);
