@@ -8,7 +8,7 @@
 
 namespace camcfg::tool::device {
 
-// What the tool is about to change stands in "/cfg1/.camcfg/journal" before the first file is
+// What the tool is about to change is in "/cfg1/.camcfg/journal" before the first file is
 // touched, with what the files held until then. From the moment it is there, the change is in force:
 // if the tool dies, the next run that changes anything, 'verify' or 'boot' brings it to its end.
 
