@@ -51,6 +51,7 @@ class SecretsTest : public MediaToolTest {
     return {{"verify"},
             {"verify", "--resync"},
             {"verify", "--resync", "--keep-damaged", root + "/kept"},
+            {"boot"},
             {"run", "true"},
             {"list"},
             {"list", "NetWork"},
