@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -217,6 +218,16 @@ std::optional<RecordedChange> waitingChange() try {
   return ifWaiting(std::move(found), Direction::Forth);
 } catch (const Refusal&) {
   return std::nullopt;
+}
+
+bool hasLeftJournal() try {
+  const StateFolder state = StateFolder::existing();
+  const char* names[] = {kRollback, kNewJournal, kJournal};
+  return std::any_of(std::begin(names), std::end(names), [&](const char* name) {
+    return readRecord(state, name).kind != Record::Missing;
+  });
+} catch (const Refusal&) {
+  return false;
 }
 
 std::vector<std::string> finishInterrupted() {

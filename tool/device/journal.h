@@ -46,6 +46,10 @@ void closeJournal();
 /// or none that will be carried out.
 std::optional<RecordedChange> waitingChange();
 
+/// Whether a run has left anything that finishInterrupted() will look at, even if it is only put
+/// aside. What that touches may be any main copy.
+bool hasLeftJournal();
+
 /// Brings what an interrupted run has left to its end: wholly new if the change was in force, wholly
 /// old if not. A journal that is damaged, of a later version, or of other files than those here is
 /// put aside.

@@ -32,6 +32,7 @@ std::string refusalOf(const std::function<void()>& work) {
 }
 
 TEST_F(JournalTest, DeviceWithoutOneIsLeftAlone) {
+  EXPECT_FALSE(hasLeftJournal());
   EXPECT_THAT(finish(), IsEmpty());
   EXPECT_EQ(waitingChange(), std::nullopt);
   EXPECT_FALSE(device.exists(kState));

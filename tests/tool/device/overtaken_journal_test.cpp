@@ -17,6 +17,7 @@ TEST_F(OvertakenJournalTest, WhatAnotherProgramSavedSinceStays) {
   saveContents({{kBusiness, kNewBusiness}});
   saveContents({{kPreset, kOthers}});
   EXPECT_EQ(waitingChange(), std::nullopt);
+  EXPECT_TRUE(hasLeftJournal());
   EXPECT_THAT(finish(),
               ElementsAre("an interrupted change was not finished: import settings.json: "
                           "/cfg0/preset_cfg.xml holds something else by now; the previous "
@@ -24,6 +25,7 @@ TEST_F(OvertakenJournalTest, WhatAnotherProgramSavedSinceStays) {
                           "put aside as /cfg1/.camcfg/aside-1"));
   EXPECT_TRUE(hold(kOldBusiness, kOthers));
   EXPECT_TRUE(isIdle());
+  EXPECT_FALSE(hasLeftJournal());
   EXPECT_THAT(finish(), IsEmpty());
 }
 
