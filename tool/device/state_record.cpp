@@ -3,7 +3,6 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
-#include <ctime>
 #include <set>
 #include <sstream>
 
@@ -191,12 +190,8 @@ bool isMainCopy(const std::string& path) {
 }
 
 std::string describe(const RecordedChange& change) {
-  const auto time = static_cast<std::time_t>(change.time);
-  std::tm parts{};
-  char text[64] = "at an unknown time";
-  if (localtime_r(&time, &parts) != nullptr)
-    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts);
-  return printable(change.command) + " (" + text + ")";
+  const std::string time = utcText(change.time);
+  return printable(change.command) + " (" + (time.empty() ? "at an unknown time" : time) + ")";
 }
 
 }  // namespace camcfg::tool::device
