@@ -2,12 +2,14 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <vector>
 
@@ -17,10 +19,11 @@
 namespace camcfg::tool {
 namespace {
 
+constexpr char kPrefix[] = "camcfg-scratch-";
 constexpr int kAsDirectory = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 [[noreturn]] void refuse(const std::string& path) {
-  throw Refusal(path + ": " + std::strerror(errno));
+  throw Refusal::about(path, path + ": " + std::strerror(errno));
 }
 
 int openOrMake(const char* path) {
@@ -36,7 +39,7 @@ int makeIn(std::string& name) {
   if (temporaries.empty()) rememberTemporaries();
   for (const auto& directory : temporaries)
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-      name = "camcfg-" + std::to_string(getpid()) + "-" + std::to_string(attempt);
+      name = kPrefix + std::to_string(getpid()) + "-" + std::to_string(attempt);
       if (mkdirat(directory->get(), name.c_str(), 0700) == 0) return directory->get();
       if (errno != EEXIST) break;
     }
@@ -53,6 +56,26 @@ void removeAllIn(int directory) {
     const Descriptor inner(openat(directory, entry->d_name, kAsDirectory | O_NOFOLLOW));
     if (inner) removeAllIn(inner.get());
     unlinkat(directory, entry->d_name, AT_REMOVEDIR);
+  }
+  closedir(stream);
+}
+
+// What a run that was killed has left, of this user. A directory is locked as long as it is used; a
+// new one is given time to be locked.
+void removeLeftIn(int parent) {
+  constexpr std::time_t kYoung = 60;
+  DIR* stream = fdopendir(openat(parent, ".", kAsDirectory));
+  if (stream == nullptr) return;
+  while (const dirent* entry = readdir(stream)) {
+    struct stat status {};
+    if (std::strncmp(entry->d_name, kPrefix, sizeof kPrefix - 1) != 0 ||
+        fstatat(parent, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+        status.st_uid != geteuid() || std::time(nullptr) - status.st_mtime < kYoung)
+      continue;
+    const Descriptor left(openat(parent, entry->d_name, kAsDirectory | O_NOFOLLOW));
+    if (!left || flock(left.get(), LOCK_EX | LOCK_NB) != 0) continue;
+    removeAllIn(left.get());
+    unlinkat(parent, entry->d_name, AT_REMOVEDIR);
   }
   closedir(stream);
 }
@@ -139,10 +162,14 @@ void rememberTemporaries() {
 HostTemporary::HostTemporary()
     : parent_(makeIn(name_)),
       descriptor_(parent_ < 0 ? -1 : openat(parent_, name_.c_str(), kAsDirectory)) {
-  if (descriptor_) return;
+  if (descriptor_) {
+    flock(descriptor_.get(), LOCK_SH | LOCK_NB);
+    removeLeftIn(parent_);
+    return;
+  }
   const int error = errno;
   if (parent_ >= 0) unlinkat(parent_, name_.c_str(), AT_REMOVEDIR);
-  throw Refusal(std::string("no temporary directory can be made in TMPDIR, /tmp or /dev/shm: ") +
+  throw Refusal(std::string("no temporary directory can be made in TMPDIR, /dev/shm or /tmp: ") +
                 std::strerror(error));
 }
 

@@ -83,12 +83,12 @@ class HostDirectory {
   Descriptor descriptor_;
 };
 
-/// Remembers where the system that the tool was started on keeps temporary files: TMPDIR, /tmp,
-/// /dev/shm. Call before the device's root is entered: from inside they are out of reach.
+/// Remembers where the system that the tool was started on keeps temporary files: TMPDIR, /dev/shm,
+/// /tmp. Call before the device's root is entered: from inside they are out of reach.
 void rememberTemporaries();
 
 /// A new directory among the temporary files, for this user only. It goes with this object, with
-/// all that was written into it.
+/// all that was written into it. What killed processes have left there goes when the next one is made.
 class HostTemporary {
  public:
   /// @throws Refusal if no directory for temporary files can be written to

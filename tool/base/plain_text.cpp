@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <charconv>
+#include <ctime>
 #include <limits>
 #include <numeric>
 
@@ -193,6 +194,15 @@ std::string nearestWord(const std::string& written, const std::vector<std::strin
 std::string didYouMean(const std::string& written, const std::vector<std::string>& words) {
   const std::string nearest = nearestWord(written, words);
   return nearest.empty() ? "" : "; did you mean '" + nearest + "'?";
+}
+
+std::string utcText(std::int64_t seconds) {
+  const auto time = static_cast<std::time_t>(seconds);
+  std::tm parts{};
+  char text[sizeof "2026-11-21T11:15:13Z" + 8] = {};
+  const bool isShown = gmtime_r(&time, &parts) != nullptr &&
+                       std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) != 0;
+  return isShown ? text : "";
 }
 
 }  // namespace camcfg::tool

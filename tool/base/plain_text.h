@@ -66,6 +66,9 @@ std::optional<long long> decimal(std::string_view text);
 /// The same, if it fits into 32 bits, which is what files and the library hold.
 std::optional<std::int32_t> decimal32(std::string_view text);
 
+/// "2026-11-21T11:15:13Z", of seconds since 1970; empty if that is out of the calendar's reach.
+std::string utcText(std::int64_t seconds);
+
 // UTF-8.
 
 /// What stands for bytes that are not UTF-8.

@@ -28,15 +28,9 @@ sigset_t blocked() {
   return signals;
 }
 
-// As a write would end that finds nobody reading.
-[[noreturn]] void endUnread() {
-  raise(SIGPIPE);
-  throw Refusal(std::string("standard output: ") + std::strerror(EPIPE));
-}
-
 }  // namespace
 
-Channel::Channel(const Streams& streams, const HostPrograms& programs, std::string name, bool json,
+Channel::Channel(Streams& streams, const HostPrograms& programs, std::string name, bool json,
                  const Look& look)
     : streams_(streams),
       programs_(programs),
@@ -74,7 +68,7 @@ bool Channel::wait(int descriptor, int milliseconds) const {
       {descriptor, POLLIN, 0}, {arrived_.get(), POLLIN, 0}, {streams_.descriptor(), 0, 0}};
   if (poll(polled, 3, milliseconds) < 0 && errno != EINTR) throw Refusal(std::strerror(errno));
   if (polled[1].revents != 0) takeSignals();
-  if (polled[2].revents != 0) endUnread();
+  if (polled[2].revents != 0) Streams::endUnread();
   return polled[0].revents != 0;
 }
 

@@ -17,7 +17,7 @@ struct Stopped {};
 class Channel {
  public:
   /// @param name  of the command, at the beginning of what it says
-  Channel(const Streams& streams, const HostPrograms& programs, std::string name, bool json,
+  Channel(Streams& streams, const HostPrograms& programs, std::string name, bool json,
           const Look& look);
 
   /// Answers at once with records, a line each: as a JSON object, or as a template has it.
@@ -39,7 +39,7 @@ class Channel {
   std::string lines(const Json& records, const Template& line, const Look& look) const;
   void takeSignals() const;
 
-  const Streams& streams_;
+  Streams& streams_;
   const HostPrograms& programs_;
   const std::string name_;
   const bool json_;

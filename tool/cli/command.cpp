@@ -50,6 +50,7 @@ std::string exitStatuses(const Command* command) {
           meaning.substr(beginsWith(meaning, own) ? own.size() : 0);
   }
   if (!command->usesDevice) meanings.erase("  3  ");
+  if (!command->changesDevice) meanings.erase("  5  ");
   std::string shown;
   for (const auto& [status, meaning] : meanings)
     shown.append(shown.empty() ? "" : "\n").append(status).append(meaning);

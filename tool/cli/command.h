@@ -129,6 +129,7 @@ struct Command {
   bool becomesProgram = false;
   bool usesDevice = true;
   std::function<std::string()> details{};  ///< what help adds, in lines that stay as they are
+  bool changesDevice = false;              ///< it can end with Status::NotPrinted
   bool goesOn = false;  ///< until it is stopped; it answers through the channel of its arguments
 
   /// The last word of the name: "select" of "stream cache select".

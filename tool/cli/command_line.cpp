@@ -8,12 +8,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "base/plain_text.h"
+#include "cli/raw_line.h"
 
 namespace camcfg::tool::cli {
 namespace {
 
+constexpr char kTool[] = "camcfg";
+constexpr char kAbout[] = "Reads, changes and repairs the settings of a network video device.";
 constexpr char kVersionText[] = "camcfg " CAMCFG_VERSION;
 constexpr char kFooterBegin[] =
     "Answers go to standard output, everything else to standard error.\nExit status:\n";
@@ -35,15 +39,15 @@ HostFile read(const std::string& path) {
 
 std::string contentsOf(const std::string& path) {
   HostFile file = read(path);
-  if (!file.fault.empty()) throw Refusal(path + ": " + file.fault);
+  if (!file.fault.empty()) throw Refusal::about(path, path + ": " + file.fault);
   return std::move(file.contents);
 }
 
 // The parser's tree of commands, made from the records.
 class Parser {
  public:
-  explicit Parser(const std::vector<CommandGroup>& groups) {
-    app_.name("camcfg");
+  explicit Parser(const std::vector<CommandGroup>& groups) : groups_(groups) {
+    app_.name(kTool);
     app_.footer([] { return kFooterBegin + exitStatuses(nullptr) + kFooterEnd; });
     for (const Option& option : globalOptions()) addGlobal(option);
     app_.get_formatter()->column_width(30);
@@ -61,19 +65,23 @@ class Parser {
 
   Invocation parse(int argc, const char* const* argv) {
     Invocation invocation;
-    const int own = wordsOfTheTool(argc, argv);
+    invocation.json = asksForJson(groups_, argc, argv);
+    const int own = wordsOfTheTool(groups_, argc, argv);
     programArguments_.assign(argv + own, argv + argc);
     try {
       app_.parse(own, argv);
     } catch (const CLI::CallForHelp&) {
-      invocation.text = help(selected());
+      invocation.answer = helpOn(selected());
       return invocation;
     } catch (const CLI::CallForVersion&) {
-      invocation.text = std::string(kVersionText) + "\n";
+      invocation.answer = {Json{{"name", kTool}, {"version", CAMCFG_VERSION}},
+                           {Line{kVersionText}}};
       return invocation;
     } catch (const CLI::ParseError& error) {
       refuseUnknownWords();
-      refuse(error.what());
+      // "NAME is required", "--pan: 1 required VALUE missing"
+      const std::string text = error.what();
+      refuse(text.substr(0, text.find_first_of(": ")), text);
     }
     refuseUnknownWords();
     fill(invocation);
@@ -81,31 +89,6 @@ class Parser {
   }
 
  private:
-  const Command* commandOf(const std::string& name) const {
-    const auto found = apps_.find(name);
-    return found == apps_.end() ? nullptr : commands_.at(found->second);
-  }
-
-  // How many of the words are not those of a program that a command becomes.
-  int wordsOfTheTool(int argc, const char* const* argv) const {
-    const Command* command = nullptr;
-    for (int i = 1; i < argc; ++i) {
-      const std::string word = argv[i];
-      if (command != nullptr && word == "--") return std::min(argc, i + 2);
-      const std::vector<Option>& options = globalOptions();
-      if (std::any_of(options.begin(), options.end(), [&](const Option& option) {
-            return word == option.name && option.value() != nullptr;
-          })) {
-        ++i;
-      } else if (word.size() < 2 || word[0] != '-') {
-        if (command != nullptr) return i + 1;
-        command = commandOf(word);
-        if (command == nullptr || !command->becomesProgram) return argc;
-      }
-    }
-    return argc;
-  }
-
   static void prepare(CLI::App& app) {
     app.require_subcommand(0, 1);
     app.allow_extras();
@@ -170,12 +153,24 @@ class Parser {
     return text.substr(0, text.find_last_not_of('\n') + 1) + "\n";
   }
 
-  [[noreturn]] void refuse(const std::string& text, const std::string& suggestion = "") const {
+  Answer helpOn(const CLI::App& app) const {
+    const auto found = commands_.find(&app);
+    const bool isTool = found == commands_.end();
+    const std::string text = help(app);
+    return {Json{{"command", isTool ? Json() : Json(found->second->name)},
+                 {"help", isTool ? kAbout : found->second->help},
+                 {"text", text}},
+            {Verbatim{text}}};
+  }
+
+  [[noreturn]] void refuse(const std::string& place, const std::string& text,
+                           const std::string& suggestion = "") const {
     const auto found = commands_.find(&selected());
     const std::string command = found == commands_.end() ? "" : found->second->name;
     const std::string help = "; see 'camcfg " + command + (command.empty() ? "" : " ") + "--help'";
-    throw Refusal(Status::Usage, (command.empty() ? "" : command + ": ") + text +
-                                     (suggestion.empty() ? help : suggestion));
+    const Refusal refusal =
+        Refusal::about(place, text + (suggestion.empty() ? help : suggestion), Status::Usage);
+    throw refusal.after(command.empty() ? "" : command + ": ", Status::Usage);
   }
 
   void refuseUnknownWords() const {
@@ -183,10 +178,10 @@ class Parser {
       if (word == "--") continue;
       const CLI::App& app = selected();
       if (word.size() > 1 && word[0] == '-')
-        refuse("unknown option '" + word + "'", didYouMean(word, optionsOf(app)));
+        refuse(word, "unknown option " + tool::quoted(word), didYouMean(word, optionsOf(app)));
       if (!commandsBelow(app).empty())
-        refuse("unknown command '" + word + "'", didYouMean(word, commandsBelow(app)));
-      refuse("unexpected argument '" + word + "'");
+        refuse(word, "unknown command " + tool::quoted(word), didYouMean(word, commandsBelow(app)));
+      refuse(word, "unexpected argument " + tool::quoted(word));
     }
   }
 
@@ -208,7 +203,7 @@ class Parser {
   void fill(Invocation& invocation) const {
     const CLI::App& app = selected();
     const auto found = commands_.find(&app);
-    if (found == commands_.end() || !found->second->run) refuse("a command is missing");
+    if (found == commands_.end() || !found->second->run) refuse("", "a command is missing");
     invocation.command = found->second;
     if (app_.count(kRoot) != 0) invocation.root = textsOf(app_, kRoot).front();
     if (app_.count(kColor) != 0) invocation.color = chosenColor();
@@ -229,7 +224,7 @@ class Parser {
   std::string chosenColor() const {
     const std::string& word = textsOf(app_, kColor).back();
     if (isAmong(kColorWords, word)) return word;
-    refuse(std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
+    refuse(kColor, std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
            didYouMean(word, {std::begin(kColorWords), std::end(kColorWords)}));
   }
 
@@ -253,11 +248,15 @@ class Parser {
       given.texts = texts;
     }
   } catch (const Refusal& refusal) {
-    throw Refusal(invocation.command->whenRefused, std::string(invocation.command->name) + ": " +
-                                                       option.name + " " + refusal.what());
+    throw refusal.after(std::string(invocation.command->name) + ": " + option.name + " ",
+                        invocation.command->whenRefused);
+  } catch (const std::bad_alloc&) {
+    throw Refusal(option.name + std::string(": out of memory"))
+        .after(std::string(invocation.command->name) + ": ", invocation.command->whenRefused);
   }
 
-  CLI::App app_{"Reads, changes and repairs the settings of a network video device."};
+  const std::vector<CommandGroup>& groups_;
+  CLI::App app_{kAbout};
   std::map<std::string, CLI::App*> apps_;
   std::map<const CLI::App*, const Command*> commands_;
   std::vector<std::string> programArguments_;

@@ -11,8 +11,8 @@ namespace camcfg::tool::cli {
 
 /// What a command line asks for.
 struct Invocation {
-  const Command* command = nullptr;  ///< null: only `text` is asked for
-  std::string text;                  ///< help, or the tool's version
+  const Command* command = nullptr;  ///< null: only `answer` is asked for
+  Answer answer;                     ///< help, or the tool's version
   Arguments arguments;
   std::optional<std::string> root;  ///< directory of the device; none: this system is the device
   bool json = false;

@@ -20,6 +20,10 @@ constexpr char kName[] = "camcfg:";
 
 bool messagesAreColoured = false;
 
+// What the caller wants to happen when nobody reads what is written.
+using Handler = void (*)(int);
+Handler whenUnread = SIG_DFL;
+
 // A configuration file must never be opened as descriptor 1 or 2 and be printed into.
 void occupyStandardDescriptors() {
   for (int fd = open("/dev/null", O_RDWR); fd >= 0; fd = open("/dev/null", O_RDWR)) {
@@ -47,11 +51,18 @@ void requireStarted(const HostProgram& program, const std::string& error) {
   throw Refusal("cannot start " + name + ": " + std::strerror(number));
 }
 
+[[noreturn]] void refuseToAnswer(int error) {
+  constexpr char kPlace[] = "standard output";
+  throw Refusal::about(kPlace, std::string(kPlace) + ": " + std::strerror(error));
+}
+
 }  // namespace
 
 Streams::Streams() : answers_(duplicateStandardOutput()) {
   // A file that reaches the process's size limit is a failed write, not the end of the process.
   std::signal(SIGXFSZ, SIG_IGN);
+  // Neither is a message that nobody reads: the tool may be in the middle of a change.
+  whenUnread = std::signal(SIGPIPE, SIG_IGN);
   const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
   dup2(nowhere ? nowhere.get() : STDERR_FILENO, STDOUT_FILENO);
 }
@@ -62,12 +73,25 @@ void Streams::showLibraryOutput() {
   showLibraryLog([](const std::string& line) { message(line); });
 }
 
-void Streams::answer(const std::string& text) const {
-  if (!writeAll(answers_.get(), text))
-    throw Refusal(std::string("standard output: ") + std::strerror(errno));
+void Streams::answer(const std::string& text) {
+  isBroken_ = !writeAll(answers_.get(), text);
+  if (!isBroken_) return;
+  if (errno == EPIPE && !changeWasMade()) endUnread();
+  refuseToAnswer(errno);
+}
+
+void Streams::tryToAnswer(const std::string& text) {
+  isBroken_ = isBroken_ || !writeAll(answers_.get(), text);
+}
+
+void Streams::endUnread() {
+  std::signal(SIGPIPE, whenUnread);
+  raise(SIGPIPE);
+  refuseToAnswer(EPIPE);
 }
 
 void Streams::giveBackStandardOutput() const {
+  std::signal(SIGPIPE, whenUnread);
   dup2(answers_.get(), STDOUT_FILENO);
 }
 
@@ -79,9 +103,13 @@ void Streams::colourMessages(const std::string& when) {
   messagesAreColoured = wantsColours(when, isatty(STDERR_FILENO) == 1);
 }
 
+std::string Streams::lineOf(const std::string& text) {
+  return printable(withShortWords(text));
+}
+
 void Streams::message(const std::string& text, Tone tone) {
   const std::string name = messagesAreColoured ? coloured(kName, tone) : kName;
-  writeAll(STDERR_FILENO, name + " " + printable(withShortWords(text)) + "\n");
+  writeAll(STDERR_FILENO, name + " " + lineOf(text) + "\n");
 }
 
 HostPrograms::HostPrograms() : root_(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)) {}
@@ -96,6 +124,7 @@ void HostPrograms::become(const std::vector<std::string>& words) const {
   const bool isInside = stat("/", &here) == 0 && fstat(root_.get(), &outside) == 0 &&
                         (here.st_dev != outside.st_dev || here.st_ino != outside.st_ino);
   for (const int number : {SIGXFSZ, SIGIO}) std::signal(number, SIG_DFL);
+  std::signal(SIGPIPE, whenUnread);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -20,14 +20,24 @@ class Streams {
   /// From now on what the library prints and logs is shown on standard error.
   void showLibraryOutput();
 
-  /// Writes to the tool's standard output.
+  /// Writes to the tool's standard output. Where nobody reads it any longer, this ends the tool as
+  /// endUnread() does, unless the device was changed.
   /// @throws Refusal if that is not possible
-  void answer(const std::string& text) const;
+  void answer(const std::string& text);
+
+  /// Writes to the tool's standard output unless an earlier answer could not be written, or not all
+  /// of it. If this one cannot, nothing is said of that.
+  void tryToAnswer(const std::string& text);
+
+  /// Ends the tool as a program ends that writes where nobody reads: by SIGPIPE.
+  /// @throws Refusal if the caller had that ignored
+  [[noreturn]] static void endUnread();
 
   /// The tool's standard output.
   int descriptor() const { return answers_.get(); }
 
-  /// Gives the tool's standard output back its place, for a program that this one becomes.
+  /// Gives the tool's standard output back its place, and SIGPIPE its effect, for a program that this
+  /// one becomes.
   void giveBackStandardOutput() const;
 
   /// Whether the tool's standard output is a terminal.
@@ -37,12 +47,16 @@ class Streams {
   /// @param when  see wantsColours
   static void colourMessages(const std::string& when);
 
-  /// Writes "camcfg: TEXT" as one line to standard error.
+  /// A text as a message has it: on one line, without overlong words.
+  static std::string lineOf(const std::string& text);
+
+  /// Writes "camcfg: TEXT" as one line to standard error. That nobody can read it changes nothing.
   /// @param tone  what it means, for the colour of its beginning
   static void message(const std::string& text, Tone tone = Tone::Plain);
 
  private:
   Descriptor answers_;
+  bool isBroken_ = false;
 };
 
 /// The programs of the system that the tool was started on. Make one before the device's root is

@@ -6,11 +6,14 @@
 #include "cli/channel.h"
 #include "cli/command_line.h"
 #include "cli/process.h"
+#include "cli/raw_line.h"
 #include "cli/terminal.h"
 #include "testkit/enter_root.h"
 
 namespace camcfg::tool::cli {
 namespace {
+
+constexpr char kInForce[] = "the change is in force, but could not be printed: ";
 
 Look lookFor(const Invocation& invocation, const Streams& streams) {
   const bool isTerminal = streams.answersToTerminal();
@@ -26,7 +29,7 @@ std::string rendered(const Answer& answer, const Invocation& invocation, const L
 }
 
 // Such a command ends when it is stopped, or by a refusal.
-Status goOn(Invocation& invocation, const Streams& streams, const HostPrograms& programs) try {
+Status goOn(Invocation& invocation, Streams& streams, const HostPrograms& programs) try {
   const Channel channel(streams, programs, invocation.command->name, invocation.json,
                         lookFor(invocation, streams));
   invocation.arguments.lend(channel);
@@ -36,74 +39,110 @@ Status goOn(Invocation& invocation, const Streams& streams, const HostPrograms& 
   return Status::Done;
 }
 
-Status carryOut(Invocation& invocation, const Streams& streams, const HostPrograms& programs) {
+std::string textOf(const std::exception& error) {
+  const bool isMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+  return isMemory ? "out of memory" : error.what();
+}
+
+// Why an answer could not be printed; none if it was.
+std::optional<Refusal> print(const Answer& answer, const Invocation& invocation, Streams& streams,
+                             const HostPrograms& programs) {
+  try {
+    streams.answer(rendered(answer, invocation, lookFor(invocation, streams), programs));
+    return std::nullopt;
+  } catch (const Refusal& refusal) {
+    return refusal;
+  } catch (const std::exception& error) {
+    return Refusal(textOf(error));
+  }
+}
+
+Status finish(const Answer& answer, const Invocation& invocation, Streams& streams,
+              const HostPrograms& programs) {
+  const std::optional<Refusal> unprinted = print(answer, invocation, streams, programs);
+  for (const std::string& note : answer.notes)
+    Streams::message(std::string(invocation.command->name) + ": " + note,
+                     answer.status == Status::Done ? Tone::Warning : Tone::Bad);
+  if (!unprinted) return answer.status;
+  if (!changeWasMade()) throw Refusal(*unprinted);
+  // What was refused after a change, or put back, has its own status.
+  if (answer.status != Status::Done) throw unprinted->after("", answer.status);
+  throw unprinted->after(kInForce, Status::NotPrinted);
+}
+
+Answer outcomeOf(const Invocation& invocation) {
+  std::optional<ProgressLine> progress;
+  if (!invocation.verbose && !invocation.command->hidden && !invocation.command->becomesProgram)
+    progress.emplace(invocation.command->name, STDERR_FILENO);
+  return invocation.command->run(invocation.arguments);
+}
+
+Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& programs) {
   const std::string name = std::string(invocation.command->name) + ": ";
   announceBy([&](const std::string& line) { Streams::message(name + line, Tone::Warning); });
   try {
     if (invocation.command->goesOn) return goOn(invocation, streams, programs);
-    std::optional<ProgressLine> progress;
-    if (!invocation.verbose && !invocation.command->hidden && !invocation.command->becomesProgram)
-      progress.emplace(invocation.command->name, STDERR_FILENO);
-    const Answer answer = invocation.command->run(invocation.arguments);
-    progress.reset();
-    streams.answer(rendered(answer, invocation, lookFor(invocation, streams), programs));
-    for (const std::string& note : answer.notes)
-      Streams::message(name + note, answer.status == Status::Done ? Tone::Warning : Tone::Bad);
-    return answer.status;
+    return finish(outcomeOf(invocation), invocation, streams, programs);
   } catch (const Refusal& refusal) {
     const bool ordinary = refusal.status() == Status::Refused;
-    throw Refusal(ordinary ? invocation.command->whenRefused : refusal.status(),
-                  name + refusal.what());
+    throw refusal.after(name, ordinary ? invocation.command->whenRefused : refusal.status());
+  } catch (const std::exception& error) {
+    if (!changeWasMade()) throw;
+    throw Refusal(kInForce + textOf(error)).after(name, Status::NotPrinted);
   }
 }
 
-// When to colour, as far as that can be seen from a command line that may make no sense.
-std::string colorIn(int argc, const char* const* argv) {
-  const std::string given = std::string(kColor) + "=";
-  std::string when = "auto";
-  for (int i = 1; i < argc; ++i) {
-    const std::string word = argv[i];
-    if (word == kColor && i + 1 < argc) when = argv[i + 1];
-    if (word.compare(0, given.size(), given) == 0) when = word.substr(given.size());
-  }
-  return when;
-}
-
-Status run(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
-  Streams streams;
-  Streams::colourMessages(colorIn(argc, argv));
-  Invocation invocation = readCommandLine(groups, argc, argv);
+Status run(Invocation& invocation, Streams& streams) {
   Streams::colourMessages(invocation.json ? "never" : invocation.color);
+  const HostPrograms programs;
   if (invocation.command == nullptr) {
-    streams.answer(invocation.text);
+    streams.answer(rendered(invocation.answer, invocation, {}, programs));
     return Status::Done;
   }
   if (invocation.verbose) streams.showLibraryOutput();
-  const HostPrograms programs;
   rememberTemporaries();
   if (invocation.command->becomesProgram)
     streams.giveBackStandardOutput();
   else if (invocation.root)
     if (const std::string error = enterRoot(*invocation.root); !error.empty())
-      throw Refusal("--root " + *invocation.root + ": " + error);
+      throw Refusal::about(kRoot, std::string(kRoot) + " " + *invocation.root + ": " + error,
+                           invocation.command->whenRefused);
   return carryOut(invocation, streams, programs);
+}
+
+Json answerOf(const Refusal& refusal) {
+  const std::string place = refusal.place();
+  return {{"error",
+           {{"status", static_cast<int>(refusal.status())},
+            {"place", place.empty() ? Json() : Json(Streams::lineOf(place))},
+            {"text", Streams::lineOf(refusal.what())}}}};
+}
+
+// Says why a command ended. In JSON that is one line, for those who read the answers of a command
+// that goes on line by line. It must not follow what could be printed of an answer.
+int refuse(const Refusal& refusal, const Invocation& invocation, Streams& streams) {
+  Streams::message(refusal.what(), Tone::Bad);
+  if (invocation.json) streams.tryToAnswer(renderJson({answerOf(refusal), {}}, -1));
+  return static_cast<int>(refusal.status());
 }
 
 }  // namespace
 
 int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
-  Status status = Status::Refused;
+  Streams streams;
+  Streams::colourMessages(colorIn(argc, argv));
+  Invocation invocation;
   try {
-    status = run(groups, argc, argv);
+    invocation.json = asksForJson(groups, argc, argv);
+    invocation = readCommandLine(groups, argc, argv);
+    return static_cast<int>(run(invocation, streams));
   } catch (const Refusal& refusal) {
-    status = refusal.status();
-    Streams::message(refusal.what(), Tone::Bad);
-  } catch (const std::bad_alloc&) {
-    Streams::message("out of memory", Tone::Bad);
+    return refuse(refusal, invocation, streams);
   } catch (const std::exception& error) {
-    Streams::message(error.what(), Tone::Bad);
+    const bool known = invocation.command != nullptr;
+    return refuse(Refusal(known ? invocation.command->whenRefused : Status::Refused, textOf(error)),
+                  invocation, streams);
   }
-  return static_cast<int>(status);
 }
 
 }  // namespace camcfg::tool::cli

@@ -116,7 +116,7 @@ CommandGroup exchangeGroup() {
                {{Option::OptionalArguments, kSection, "Only these, such as stream or live.srt",
                  exportable},
                 {Option::Flag, kNoSecrets, "Leave passwords out"}}),
-       command("import", "Set the device to the contents of such a document", importDocument,
+       changer("import", "Set the device to the contents of such a document", importDocument,
                {{Option::HostFile, kFile, "The document; '-' is standard input"},
                 {Option::Flag, kDryRun, "Show what would change and write nothing"},
                 {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}}),
@@ -129,7 +129,7 @@ CommandGroup exchangeGroup() {
             {Option::Flag, kFactory, "Compare with the factory set"},
             {Option::Flag, kShowSecrets, "Show passwords"}},
            Status::Usage),
-       command(
+       changer(
            "reset", "Put factory values back: of a parameter, a section or the whole device", reset,
            {{Option::OptionalArgument, kSection, "Section of a parameter"},
             {Option::OptionalArgument, kName, "Whole name of the parameter"},

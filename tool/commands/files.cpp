@@ -107,10 +107,10 @@ CommandGroup filesGroup() {
   return {
       "Files",
       {command("status", "Show the state of every copy and what the next start does to it", status),
-       command("verify", "Check all files as at start-up and restore broken main copies", verify,
+       changer("verify", "Check all files as at start-up and restore broken main copies", verify,
                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
                 {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
-       command("boot", "Do all that a start of the device should do", boot)}};
+       changer("boot", "Do all that a start of the device should do", boot)}};
 }
 
 CommandGroup lintGroup() {

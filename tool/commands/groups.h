@@ -53,7 +53,15 @@ inline cli::Command command(const char* name, const char* help, Answer (*run)(co
   return {name, help, std::move(options), run, whenRefused, hidden};
 }
 
-/// The same, with what its help adds.
+/// The same for a command that changes the device, if only when it is given a value.
+inline cli::Command changer(const char* name, const char* help, Answer (*run)(const Arguments&),
+                            std::vector<Option> options = {}) {
+  cli::Command changer = command(name, help, run, std::move(options));
+  changer.changesDevice = true;
+  return changer;
+}
+
+/// A command with what its help adds.
 inline cli::Command withDetails(cli::Command command, std::function<std::string()> details) {
   command.details = std::move(details);
   return command;
@@ -95,6 +103,7 @@ CommandGroup explainGroup();
 CommandGroup filesGroup();
 CommandGroup graphGroup();
 CommandGroup helpGroup();
+CommandGroup historyGroup();
 CommandGroup languageGroup();
 CommandGroup lintGroup();
 CommandGroup liveGroup();

@@ -154,13 +154,13 @@ CommandGroup streamGroup() {
            [] { return helpOf(settings::streamCaches()); }),
        command("stream cache", "Change the sources of a stream cache", nullptr,
                {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
-       command("stream cache select", "Mark a source with \"Enable\", in place", select,
+       changer("stream cache select", "Mark a source with \"Enable\", in place", select,
                {kAllowedSource}),
-       command(
+       changer(
            "stream cache default",
            "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
            {kAllowedSource, {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
-       command("stream cache allow", "Replace the sources that the cache allows", allow,
+       changer("stream cache allow", "Replace the sources that the cache allows", allow,
                {{Option::Arguments, kSource, "Ids from 0 to 29"}})}};
 }
 

@@ -123,7 +123,7 @@ CommandGroup parametersGroup() {
           {command("list", "List the parameters and their current values", list,
                    {{Option::OptionalArgument, kSection, "Only this section"}}),
            command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
-           command("set", "Set a parameter and save it with its backup", set,
+           changer("set", "Set a parameter and save it with its backup", set,
                    {kOfSection,
                     kWholeName,
                     {Option::Argument, kValue, "An integer within the range, or an allowed text"},

@@ -14,7 +14,7 @@ constexpr char kProgramArguments[] = "ARGS";
 void enter(const std::string& root) try {
   device::seeDevice(root);
 } catch (const Refusal& refusal) {
-  throw Refusal(refusal.status(), std::string(cli::kRoot) + " " + root + ": " + refusal.what());
+  throw refusal.after(std::string(cli::kRoot) + " " + root + ": ", refusal.status());
 }
 
 cli::Answer run(const cli::Arguments& arguments) {

@@ -125,7 +125,10 @@ Answer lang(const Arguments& arguments) {
 CommandGroup systemGroup() {
   CommandGroup group{"System", {}};
   group.commands.push_back({"system", "Show the device's name, language and ports", {}, system});
-  for (const Port& port : kPorts) group.commands.push_back(commandFor(port));
+  for (const Port& port : kPorts) {
+    group.commands.push_back(commandFor(port));
+    group.commands.back().changesDevice = true;
+  }
   return group;
 }
 

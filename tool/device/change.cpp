@@ -175,7 +175,10 @@ class Undertaking {
   }
 
   void requireBackups() {
-    if (isOpen_) closeJournal();
+    if (isOpen_) {
+      closeJournal();
+      noteChange();
+    }
     signals_.ignore();
     for (const FileChange& file : files_) {
       const std::string backup = pathOf(Place::Backup, file.path);

@@ -112,7 +112,8 @@ FileSet surveyOnce() {
   return set;
 }
 
-// Whoever starts on a computer that is no device learns where to find one.
+}  // namespace
+
 void requireDevice() {
   for (const char* directory : {CFG_DIR_MAIN, CFG_DIR_BACKUP, "/app"})
     if (access(directory, F_OK) == 0) return;
@@ -121,8 +122,6 @@ void requireDevice() {
                 " and /app do not exist; '--root DIR' works on a device below DIR, and the demo "
                 "(scripts/demo.sh) lays one out in build/device");
 }
-
-}  // namespace
 
 const char* wordFor(State state) {
   constexpr const char* kWords[] = {"good",       "missing",    "damaged",     "no-element",

@@ -103,6 +103,9 @@ ConfigFile surveyFile(const std::string& name, bool checkedAtStart = false);
 /// Loads every copy of every file. A backup that is good but unlike its main copy is out of step.
 FileSet surveyFiles();
 
+/// @throws Refusal if none of a device's directories exists; it says where a device may be
+void requireDevice();
+
 /// @throws Refusal if a device has not a single file
 void requireAnyFile(const FileSet& set);
 

@@ -2,9 +2,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <ctime>
 #include <optional>
 
+#include "base/plain_text.h"
 #include "device/repair.h"
 #include "device/turn.h"
 
@@ -20,6 +20,7 @@ bool isRequired(const std::string& name) {
 
 FileSet surveyWithRequired() {
   FileSet set = surveyFiles();
+  if (set.files.empty()) requireDevice();
   for (const char* path : kRequired)
     if (set.find(nameOf(path)) == nullptr) set.files.emplace_back().name = nameOf(path);
   std::sort(set.files.begin(), set.files.end(),
@@ -78,14 +79,6 @@ class StartUp {
   std::vector<Repair> repairs_;
 };
 
-// "2026-11-21T11:15:13Z"
-Json timeOf(std::time_t time) {
-  std::tm parts{};
-  char text[sizeof "2026-11-21T11:15:13Z" + 8] = {};
-  if (gmtime_r(&time, &parts) == nullptr) return nullptr;
-  return std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts) == 0 ? Json() : Json(text);
-}
-
 Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
   Json record = {{"file", file.name},
                  {"copy", wordFor(place)},
@@ -97,7 +90,8 @@ Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
   struct stat status {};
   if (stat(file.path(place).c_str(), &status) != 0) return record;
   if (S_ISREG(status.st_mode)) record["bytes"] = status.st_size;
-  record["changed"] = timeOf(status.st_mtime);
+  const std::string changed = utcText(status.st_mtime);
+  if (!changed.empty()) record["changed"] = changed;
   return record;
 }
 

@@ -22,7 +22,7 @@ std::vector<RecordedChange> history() {
   for (const int number : numbersOf(changes)) {
     Record record = readRecord(changes, std::to_string(number));
     if (record.kind != Record::Whole || record.change.number != number) continue;
-    for (FileChange& file : record.change.files) file.before = file.after = "";
+    for (FileChange& file : record.change.files) file = {file.path, "", ""};
     all.push_back(std::move(record.change));
   }
   return all;

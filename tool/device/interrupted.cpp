@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -25,7 +26,7 @@ enum class Direction { Forth, Back };
 enum class Held {
   Before,
   After,
-  Torn,    ///< missing, or what a save that was cut short leaves
+  Torn,    ///< missing, or what a save that was cut short or an earlier attempt leaves
   Foreign  ///< something else
 };
 
@@ -59,6 +60,16 @@ bool parses(const std::string& bytes) {
   return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS;
 }
 
+// What an earlier attempt was to save counts as torn: it is neither the old nor the new.
+bool isTorn(const std::string& bytes, const FileChange& file) {
+  return isBeginning(bytes, file.after) || isBeginning(bytes, file.before) ||
+         std::any_of(file.earlier.begin(), file.earlier.end(),
+                     [&](const std::string& earlier) {
+                       return bytes == earlier || isBeginning(bytes, earlier);
+                     }) ||
+         !parses(bytes);
+}
+
 Held heldBy(const std::string& path, const FileChange& file) {
   struct stat status {};
   const bool isThere = lstat(path.c_str(), &status) == 0;
@@ -69,9 +80,7 @@ Held heldBy(const std::string& path, const FileChange& file) {
   const std::string bytes = bytesOf(path);
   if (bytes == file.after) return Held::After;
   if (bytes == file.before) return Held::Before;
-  const bool isTorn =
-      isBeginning(bytes, file.after) || isBeginning(bytes, file.before) || !parses(bytes);
-  return isTorn ? Held::Torn : Held::Foreign;
+  return isTorn(bytes, file) ? Held::Torn : Held::Foreign;
 }
 
 // The main copy counts; of one that is as before, the backup may not be so.
@@ -209,6 +218,16 @@ std::optional<RecordedChange> waitingChange() try {
   return ifWaiting(std::move(found), Direction::Forth);
 } catch (const Refusal&) {
   return std::nullopt;
+}
+
+bool hasLeftJournal() try {
+  const StateFolder state = StateFolder::existing();
+  const char* names[] = {kRollback, kNewJournal, kJournal};
+  return std::any_of(std::begin(names), std::end(names), [&](const char* name) {
+    return readRecord(state, name).kind != Record::Missing;
+  });
+} catch (const Refusal&) {
+  return false;
 }
 
 std::vector<std::string> finishInterrupted() {

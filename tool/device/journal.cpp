@@ -25,9 +25,24 @@ void requireSavable(const FileChange& file) {
     refuse(file.path + " is too long");
 }
 
-bool put(const StateFolder& state, const RecordedChange& change, const std::string& text) {
-  for (const FileChange& file : change.files)
-    if (!keepContents(state, file.before) || !keepContents(state, file.after)) return false;
+// What an earlier attempt has saved belongs to the change as well.
+void addEarlier(const StateFolder& state, std::vector<FileChange>& files) {
+  const Record record = readRecord(state, kJournal);
+  const auto former =
+      record.kind == Record::Whole ? withContents(state, record.change) : std::nullopt;
+  if (!former) return;
+  for (FileChange& file : files)
+    for (const FileChange& same : former->files) {
+      if (same.path != file.path) continue;
+      file.earlier = same.earlier;
+      file.earlier.push_back(same.after);
+    }
+}
+
+bool put(const StateFolder& state, RecordedChange& change, const std::string& text) {
+  for (FileChange& file : change.files)
+    for (const std::string* bytes : contentsIn(file))
+      if (!keepContents(state, *bytes)) return false;
   // Last, since it counts from its last byte on.
   return state.write(kNewJournal, text);
 }
@@ -37,7 +52,7 @@ bool isRoomShort() {
 }
 
 // One flush for all. If it fails, what was written must not come into force later.
-void make(const StateFolder& state, const RecordedChange& change, const std::string& text) {
+void make(const StateFolder& state, RecordedChange& change, const std::string& text) {
   bool isPut = put(state, change, text);
   while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, change, text);
   if (isPut && state.flush() && state.rename(kNewJournal, state, kJournal)) return;
@@ -66,8 +81,9 @@ void openJournal(const std::vector<FileChange>& files) {
   for (const FileChange& file : files) requireSavable(file);
   const StateFolder state = StateFolder::made();
   state.madeFolder(kChanges);  // now, so that the change can be closed without any room
-  const RecordedChange change{nextNumber(state), std::time(nullptr), caller().command,
-                              caller().name, files};
+  RecordedChange change{nextNumber(state), std::time(nullptr), caller().command, caller().name,
+                        files};
+  addEarlier(state, change.files);
   const std::string text = recordText(change);
   if (text.size() > kMostRecordBytes) refuse("it is too long");
   make(state, change, text);

@@ -8,7 +8,7 @@
 
 namespace camcfg::tool::device {
 
-// What the tool is about to change stands in "/cfg1/.camcfg/journal" before the first file is
+// What the tool is about to change is in "/cfg1/.camcfg/journal" before the first file is
 // touched, with what the files held until then. From the moment it is there, the change is in force:
 // if the tool dies, the next run that changes anything, 'verify' or 'boot' brings it to its end.
 
@@ -17,6 +17,8 @@ struct FileChange {
   std::string path;    ///< main copy
   std::string before;  ///< all that it held
   std::string after;   ///< all that it is to hold
+  /// What it was to hold by the journals in whose place this one came; filled in by openJournal().
+  std::vector<std::string> earlier{};
 };
 
 /// A change of the device, of one file or several.
@@ -28,8 +30,8 @@ struct RecordedChange {
   std::vector<FileChange> files;
 };
 
-/// Puts a change into the journal, in place of the one that is there. When this returns it is on the
-/// medium, and in force.
+/// Puts a change into the journal, in place of the one that is there, which must be an earlier
+/// attempt of this change. When this returns it is on the medium, and in force.
 /// @throws Refusal if it cannot be written; the journal is as it was
 void openJournal(const std::vector<FileChange>& files);
 
@@ -43,6 +45,10 @@ void closeJournal();
 /// The change that an interrupted run has left, for those who only report it; none if there is none,
 /// or none that will be carried out.
 std::optional<RecordedChange> waitingChange();
+
+/// Whether a run has left anything that finishInterrupted() will look at, even if it is only put
+/// aside. What that touches may be any main copy.
+bool hasLeftJournal();
 
 /// Brings what an interrupted run has left to its end: wholly new if the change was in force, wholly
 /// old if not. A journal that is damaged, of a later version, or of other files than those here is

@@ -130,7 +130,7 @@ class Verification {
     for (const Repair& repair : repairs) keep(repair, found_);
     verifyUndisturbed();
     now_ = surveyFiles();
-    for (const Repair& repair : repairs) attempts_.push_back({repair, whyNotDone(repair)});
+    for (const Repair& repair : repairs) add({repair, whyNotDone(repair)});
   }
 
   void resync() {
@@ -142,7 +142,7 @@ class Verification {
       } catch (const Refusal& refusal) {
         fault = refusal.what();
       }
-      attempts_.push_back({repair, fault});
+      add({repair, fault});
     }
     now_ = surveyFiles();
   }
@@ -179,6 +179,11 @@ class Verification {
       if (file.main.loads()) usable.push_back(file.path(Place::Main));
     const ReadLeases unchanged(usable);
     verifyAsAtStart(found_);
+  }
+
+  void add(Attempt attempt) {
+    if (attempt.fault.empty()) noteChange();
+    attempts_.push_back(std::move(attempt));
   }
 
   void keep(const Repair& repair, const FileSet& set) {

@@ -40,9 +40,9 @@ std::string asideName(int number) {
   return kAside + std::to_string(number);
 }
 
-void collect(const Record& record, std::set<std::string>& hashes) {
-  for (const FileChange& file : record.change.files)
-    for (const std::string& hash : {file.before, file.after}) hashes.insert(hash);
+void collect(Record record, std::set<std::string>& hashes) {
+  for (FileChange& file : record.change.files)
+    for (const std::string* hash : contentsIn(file)) hashes.insert(*hash);
 }
 
 // The contents that anything has to do with; none if that cannot be known.

@@ -8,7 +8,7 @@
 
 namespace camcfg::tool::device {
 
-// Complete changes stand in "/cfg1/.camcfg/changes", each under its number. The file of the latest
+// Complete changes are kept in "/cfg1/.camcfg/changes", each under its number. The file of the latest
 // stays, without its text if need be, so that numbers are never used twice.
 
 inline constexpr char kChanges[] = "changes";

@@ -8,7 +8,7 @@
 
 namespace camcfg::tool::device {
 
-// What files held or are to hold stands in "/cfg1/.camcfg/contents", each once however many changes
+// What files held or are to hold is kept in "/cfg1/.camcfg/contents", each once however many changes
 // have to do with it: the name of a file there is the SHA-256 of its bytes.
 
 inline constexpr char kContents[] = "contents";

@@ -2,7 +2,7 @@
 
 #include <camcfg/store.h>
 
-#include <ctime>
+#include <algorithm>
 #include <set>
 #include <sstream>
 
@@ -90,9 +90,19 @@ std::string faultOf(const RecordedChange& change) {
     if (!isMainCopy(file.path))
       return "is about " + printable(shortened(file.path)) + ", which is no main copy of a device";
     if (!paths.insert(file.path).second) return "is damaged: it names a file twice";
-    if (!isHash(file.before) || !isHash(file.after)) return "is damaged: a file has no contents";
+    if (!isHash(file.before) || !isHash(file.after) ||
+        !std::all_of(file.earlier.begin(), file.earlier.end(), isHash))
+      return "is damaged: a file has no contents";
   }
   return paths.empty() ? "is damaged: it names no file" : "";
+}
+
+FileChange fileIn(const Json& value) {
+  FileChange file{textIn(value, "path"), textIn(value, "before"), textIn(value, "after")};
+  const Json& earlier = member(value, "earlier");
+  if (earlier.is_array())
+    for (const Json& hash : earlier) file.earlier.push_back(hash.is_string() ? hash.text() : "");
+  return file;
 }
 
 std::string take(const Json& value, RecordedChange& change) {
@@ -106,8 +116,7 @@ std::string take(const Json& value, RecordedChange& change) {
   change.caller = textIn(value, "caller");
   const Json& files = member(value, "files");
   if (files.is_array())
-    for (const Json& file : files)
-      change.files.push_back({textIn(file, "path"), textIn(file, "before"), textIn(file, "after")});
+    for (const Json& file : files) change.files.push_back(fileIn(file));
   return faultOf(change);
 }
 
@@ -123,7 +132,20 @@ std::string parse(const std::string& text, RecordedChange& change) {
   }
 }
 
+Json fileRecord(const FileChange& file) {
+  Json record = {
+      {"path", file.path}, {"before", hashOf(file.before)}, {"after", hashOf(file.after)}};
+  for (const std::string& earlier : file.earlier) record["earlier"].push_back(hashOf(earlier));
+  return record;
+}
+
 }  // namespace
+
+std::vector<std::string*> contentsIn(FileChange& file) {
+  std::vector<std::string*> contents = {&file.before, &file.after};
+  for (std::string& earlier : file.earlier) contents.push_back(&earlier);
+  return contents;
+}
 
 std::string recordText(const RecordedChange& change) {
   Json value = {{"number", change.number},
@@ -131,9 +153,7 @@ std::string recordText(const RecordedChange& change) {
                 {"command", firstBytes(change.command, kMostCommandBytes)},
                 {"caller", firstBytes(change.caller, kMostCommandBytes)},
                 {"files", Json::array()}};
-  for (const FileChange& file : change.files)
-    value["files"].push_back(
-        {{"path", file.path}, {"before", hashOf(file.before)}, {"after", hashOf(file.after)}});
+  for (const FileChange& file : change.files) value["files"].push_back(fileRecord(file));
   const Head head = headOf(value.dump(1) + "\n");
   return head.line + head.rest;
 }
@@ -154,7 +174,7 @@ Record readRecord(const StateFolder& folder, const std::string& name) {
 
 std::optional<RecordedChange> withContents(const StateFolder& state, RecordedChange change) {
   for (FileChange& file : change.files)
-    for (std::string* part : {&file.before, &file.after}) {
+    for (std::string* part : contentsIn(file)) {
       std::optional<std::string> bytes = contentsOf(state, *part);
       if (!bytes) return std::nullopt;
       *part = std::move(*bytes);
@@ -170,12 +190,8 @@ bool isMainCopy(const std::string& path) {
 }
 
 std::string describe(const RecordedChange& change) {
-  const auto time = static_cast<std::time_t>(change.time);
-  std::tm parts{};
-  char text[64] = "at an unknown time";
-  if (localtime_r(&time, &parts) != nullptr)
-    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts);
-  return printable(change.command) + " (" + text + ")";
+  const std::string time = utcText(change.time);
+  return printable(change.command) + " (" + (time.empty() ? "at an unknown time" : time) + ")";
 }
 
 }  // namespace camcfg::tool::device

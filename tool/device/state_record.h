@@ -10,14 +10,14 @@
 
 namespace camcfg::tool::device {
 
-// A change stands in a small text file, in the journal as in the history. Its first line,
+// A change is kept as a small text file, in the journal as in the history. Its first line,
 // "camcfg-change 1 BYTES SHA-256", is about the rest, a JSON text with number, time, command, caller
 // and files; what the files held and are to hold are contents named by their hashes.
 
 /// The most bytes of such a file.
 inline constexpr std::size_t kMostRecordBytes = std::size_t{1} << 20;
 
-/// A change as it stands in its file: in the place of contents, hashes.
+/// A change as the text of its file: in the place of contents, hashes.
 std::string recordText(const RecordedChange& change);
 
 /// What is found in the place of a change.
@@ -38,6 +38,9 @@ Record readRecord(const StateFolder& folder, const std::string& name);
 
 /// A change with the contents in place of their hashes; none if some are missing or damaged.
 std::optional<RecordedChange> withContents(const StateFolder& state, RecordedChange change);
+
+/// All contents of a file, or their hashes.
+std::vector<std::string*> contentsIn(FileChange& file);
 
 /// Whether a path is one that the library saves with its backup: a file ending with ".xml" directly
 /// in the directory of the main copies.

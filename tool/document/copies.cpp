@@ -124,14 +124,24 @@ device::ExplainedLookup lookupIn(const MediaCopy& copy, const Table& table, cons
 CopiedSections loadFrom(device::Place place) {
   if (place == device::Place::Main) return loadFromMain();
   std::map<std::string, std::string> faults;
-  const Json loaded = device::onScratchDevice(readable(place, faults), loadedHere);
-  CopiedSections sections;
+  CopiedSections sections = loadFrom(readable(place, faults));
   for (const device::Section& section : allSections()) {
-    const Json& read = loaded.at(section.name);
+    CopiedSection& copied = sections[section.name];
     const std::string& fault = faults.at(section.path);
-    sections[section.name] = {read.at(kValue),
-                              fault.empty() ? told(read.at(kFault).text(), place) : fault};
+    copied.fault = fault.empty() ? told(copied.fault, place) : fault;
   }
+  return sections;
+}
+
+CopiedSections loadFrom(const std::vector<device::Contents>& files) {
+  const Json loaded = device::onScratchDevice(files, loadedHere);
+  CopiedSections sections;
+  for (const device::Section& section : allSections())
+    if (std::any_of(files.begin(), files.end(),
+                    [&](const device::Contents& file) { return file.path == section.path; })) {
+      const Json& read = loaded.at(section.name);
+      sections[section.name] = {read.at(kValue), read.at(kFault).text()};
+    }
   return sections;
 }
 

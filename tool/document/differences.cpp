@@ -1,57 +1,15 @@
 #include <algorithm>
-#include <map>
 #include <set>
 #include <vector>
 
 #include "base/plain_text.h"
 #include "device/calm.h"
 #include "document/exchange.h"
+#include "document/keyed.h"
 #include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
-
-const Json kNothing;
-
-bool isListOfObjects(const Json& value) {
-  return value.is_array() && std::all_of(value.begin(), value.end(),
-                                         [](const Json& element) { return element.is_object(); });
-}
-
-const Json& memberOrNothing(const Json& object, const std::string& name) {
-  const auto found = object.find(name);
-  return found == object.end() ? kNothing : *found;
-}
-
-// A list whose elements are found by a member, or by their position.
-class Keyed {
- public:
-  Keyed(const Json& list, const char* name) : list_(list) {
-    for (std::size_t i = 0; i < list.size(); ++i) {
-      const Json key = *name == '\0' ? Json(i) : memberOrNothing(list[i], name);
-      if (!key.is_null() && places_.emplace(key, i).second) keys_.push_back(key);
-    }
-  }
-
-  /// Whether every element has a key of its own.
-  bool works() const { return keys_.size() == list_.size(); }
-  const std::vector<Json>& keys() const { return keys_; }
-  const Json& at(const Json& key) const {
-    const auto found = places_.find(key);
-    return found == places_.end() ? kNothing : list_[found->second];
-  }
-  std::vector<Json> keysIn(const Keyed& other) const {
-    std::vector<Json> common;
-    for (const Json& key : keys_)
-      if (!other.at(key).is_null()) common.push_back(key);
-    return common;
-  }
-
- private:
-  const Json& list_;
-  std::vector<Json> keys_;
-  std::map<Json, std::size_t> places_;
-};
 
 void add(const std::string& place, const Json& before, const Json& after, Json& found) {
   found.push_back({{"place", place}, {"before", before}, {"after", after}});
@@ -61,8 +19,7 @@ void addDifferences(const std::string& place, const Json& before, const Json& af
 
 void addElements(const std::string& place, const Keyed& before, const Keyed& after, Json& found) {
   const auto compare = [&](const Json& key) {
-    const std::string name = key.is_string() ? key.text() : key.dump();
-    addDifferences(place + "[" + name + "]", before.at(key), after.at(key), found);
+    addDifferences(placeOf(place, key), before.at(key), after.at(key), found);
   };
   for (const Json& key : before.keys()) compare(key);
   for (const Json& key : after.keys())
@@ -76,19 +33,14 @@ void addMembers(const std::string& place, const Json& before, const Json& after,
   for (const auto& [name, member] : before.items())
     addDifferences(memberPlace(place, name), member, memberOrNothing(after, name), found);
   for (const auto& [name, member] : after.items())
-    if (!before.contains(name)) addDifferences(memberPlace(place, name), kNothing, member, found);
+    if (!before.contains(name)) addDifferences(memberPlace(place, name), Json(), member, found);
 }
 
 void addDifferences(const std::string& place, const Json& before, const Json& after, Json& found) {
   if (before == after) return;
   if (before.is_object() && after.is_object()) return addMembers(place, before, after, found);
-  const bool lists = isListOfObjects(before) && isListOfObjects(after);
-  for (const char* key : {"id", "name", ""}) {
-    if (!lists) break;
-    const Keyed former(before, key);
-    const Keyed latter(after, key);
-    if (former.works() && latter.works()) return addElements(place, former, latter, found);
-  }
+  if (const char* key = keyOf({&before, &after}))
+    return addElements(place, Keyed(before, key), Keyed(after, key), found);
   add(place, before, after, found);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/json.h"
+#include "device/save.h"
 #include "device/section.h"
 
 namespace camcfg::tool::document {
@@ -60,6 +61,10 @@ using CopiedSections = std::map<std::string, CopiedSection>;
 /// temporary files of the system that the tool was started on.
 /// @throws Refusal if that device cannot be made
 CopiedSections loadFrom(device::Place place);
+
+/// The same of a device that has these main copies only. Of the sections of other files there are
+/// none.
+CopiedSections loadFrom(const std::vector<device::Contents>& files);
 
 /// What is different between two states: an array of objects of "place", "before" and "after", null
 /// where there is nothing. Records in a list are distinguished by their "id", else by their "name",

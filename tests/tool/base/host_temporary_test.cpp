@@ -1,8 +1,11 @@
 #include "base/host.h"
 
-#include <gtest/gtest.h>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 
@@ -59,6 +62,22 @@ TEST_F(HostTemporaryTest, FileThatIsThereIsNotOverwritten) {
   const HostTemporary temporary;
   temporary.write("cfg0", "a.xml", "<A/>");
   EXPECT_THROW(temporary.write("cfg0", "a.xml", "<B/>"), Refusal);
+}
+
+/// What this process would have left an hour ago if it had been killed.
+TEST_F(HostTemporaryTest, WhatAKilledProcessHasLeftIsRemoved) {
+  const fs::path directory = host_.hostPath() + "/tmp";
+  const auto hourAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  for (const char* name : {"camcfg-scratch-1-0", "camcfg-mine", "camcfg-scratch-3-0"}) {
+    host_.write("/tmp/" + std::string(name) + "/cfg0/a.xml", "<A/>");
+    fs::last_write_time(directory / name, hourAgo);
+  }
+  host_.write("/tmp/camcfg-scratch-2-0/cfg0/a.xml", "<A/>");
+  const Descriptor used(open((directory / "camcfg-scratch-3-0").c_str(), O_RDONLY | O_DIRECTORY));
+  ASSERT_EQ(flock(used.get(), LOCK_SH), 0);
+  { const HostTemporary temporary; }
+  EXPECT_THAT(host_.list("/tmp"), testing::UnorderedElementsAre("camcfg-mine", "camcfg-scratch-2-0",
+                                                                "camcfg-scratch-3-0"));
 }
 
 TEST_F(HostTemporaryTest, BecomesTheRootOfAChildProcess) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "camcfg/testkit/device_root.h"
+#include "tool/cli/exit_statuses.h"
 
 namespace camcfg::tests {
 namespace {
@@ -165,13 +166,13 @@ TEST_F(CommandLineTest, UsageErrorsAreOneLineEach) {
 }
 
 TEST_F(CommandLineTest, HelpIsMadeFromTheRecords) {
-  const std::string help = read({"--help"}).text;
+  const std::string help = renderText(read({"--help"}).answer);
   EXPECT_THAT(help, testing::HasSubstr("\nFirst:\n"
                                        "  take                        Takes things\n"
                                        "  many                        Takes many words\n"));
   EXPECT_THAT(help, testing::HasSubstr("\nSecond:\n"
                                        "  stream                      Has others below it\n"));
-  EXPECT_EQ(read({"take", "--help"}).text,
+  EXPECT_EQ(renderText(read({"take", "--help"}).answer),
             "Takes things\n"
             "Usage: camcfg take [OPTIONS] ONE [TWO]\n"
             "\n"
@@ -184,14 +185,8 @@ TEST_F(CommandLineTest, HelpIsMadeFromTheRecords) {
             "  --quick                     A flag\n"
             "  --pan VALUE                 A value\n"
             "  --into DIR                  A directory\n"
-            "\n"
-            "'camcfg --help' lists the options that every command takes.\n"
-            "\n"
-            "Exit status:\n"
-            "  0  done\n"
-            "  1  refused, not found, or not carried out\n"
-            "  2  the command line is wrong\n"
-            "  3  the device's files are unusable\n");
+            "\n" +
+                std::string(kHelpEnd));
 }
 
 }  // namespace

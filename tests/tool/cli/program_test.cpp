@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "tool/as_nobody.h"
+#include "tool/cli/exit_statuses.h"
 #include "tool/tool_test.h"
 
 namespace camcfg::tests {
@@ -28,7 +29,7 @@ TEST(ProgramTest, HelpListsEveryExitStatus) {
   const std::string help = runCamcfg({"--help"}).out;
   for (const char* line :
        {"\nExit status:\n  0  done\n", "\n  1  refused", "\n  2  the command line",
-        "\n  3  the device's files", "\n  4  status: "})
+        "\n  3  the device's files", "\n  4  status: ", "\n  5  the change is in force"})
     EXPECT_THAT(help, testing::HasSubstr(line));
 }
 
@@ -46,14 +47,8 @@ TEST(ProgramTest, HelpOfACommandListsThoseBelowIt) {
                      "  https-port                  Show or set the HTTPS port\n"
                      "  rtsp-port                   Show or set the RTSP port\n"
                      "  rtsp-over-http-port         Show or set the port of RTSP over HTTP\n"
-                     "\n"
-                     "'camcfg --help' lists the options that every command takes.\n"
-                     "\n"
-                     "Exit status:\n"
-                     "  0  done\n"
-                     "  1  refused, not found, or not carried out\n"
-                     "  2  the command line is wrong\n"
-                     "  3  the device's files are unusable\n",
+                     "\n" +
+                         std::string(kHelpEnd),
                      ""}));
 }
 
@@ -85,6 +80,13 @@ TEST(ProgramTest, RootThatIsNoDirectoryIsRefused) {
 TEST(ProgramTest, EmptyRootIsNotTakenForTheRunningSystem) {
   EXPECT_EQ(runCamcfg({"--root", "", "list"}),
             (ToolRun{1, "", "camcfg: --root : No such file or directory\n"}));
+}
+
+TEST(ProgramTest, HelpOnACommandListsTheStatusesThatItCanEndWith) {
+  const std::string changed = "\n  5  the change is in force, but could not be printed\n";
+  EXPECT_THAT(runCamcfg({"set", "--help"}).out, testing::EndsWith(changed));
+  EXPECT_THAT(runCamcfg({"list", "--help"}).out, testing::EndsWith(kHelpEnd));
+  EXPECT_THAT(runCamcfg({"lang", "--help"}).out, testing::Not(testing::HasSubstr(changed)));
 }
 
 TEST_F(ParametersTest, RootMayBeRelative) {
@@ -120,7 +122,9 @@ TEST_F(ParametersTest, AnswerThatCannotBeWrittenIsNoSuccess) {
 
 TEST_F(ParametersTest, ClosedStandardOutputIsNotReplacedByAConfigurationFile) {
   EXPECT_EQ(run({"-v", "set", "System", "Rtsp", "8554"}, [] { close(STDOUT_FILENO); }),
-            (ToolRun{1, "", "camcfg: set: standard output: Bad file descriptor\n"}));
+            (ToolRun{5, "",
+                     "camcfg: set: the change is in force, but could not be printed: standard "
+                     "output: Bad file descriptor\n"}));
   EXPECT_EQ(device.read(kBusiness), with(kParameters, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\""));
 }
 

@@ -154,7 +154,10 @@ TEST(HelpTest, CommandsEndWithTheStatusesThatTheyCanEndWith) {
   const std::string usage = "  2  the command line is wrong";
   const std::string unusable = "  3  the device's files are unusable";
   using Lines = std::vector<std::string>;
-  EXPECT_EQ(exitStatusesOf("preset set"), (Lines{done, refused, usage, unusable}));
+  EXPECT_EQ(exitStatusesOf("preset set"),
+            (Lines{done, refused, usage, unusable,
+                   "  5  the change is in force, but could not be printed"}));
+  EXPECT_EQ(exitStatusesOf("preset get"), (Lines{done, refused, usage, unusable}));
   EXPECT_EQ(exitStatusesOf("help"), (Lines{done, refused, usage}));
   EXPECT_EQ(exitStatusesOf("status"),
             (Lines{done, refused, usage, unusable,

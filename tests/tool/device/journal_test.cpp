@@ -32,6 +32,7 @@ std::string refusalOf(const std::function<void()>& work) {
 }
 
 TEST_F(JournalTest, DeviceWithoutOneIsLeftAlone) {
+  EXPECT_FALSE(hasLeftJournal());
   EXPECT_THAT(finish(), IsEmpty());
   EXPECT_EQ(waitingChange(), std::nullopt);
   EXPECT_FALSE(device.exists(kState));
@@ -145,142 +146,26 @@ TEST_F(JournalTest, AnotherOneTakesItsPlace) {
   EXPECT_TRUE(hold(kOthers, kOldPreset));
 }
 
+TEST_F(JournalTest, WhatAnEarlierAttemptSavedBelongsToTheChange) {
+  for (const bool isTurned : {false, true})
+    for (const std::string& left : {std::string(kNewBusiness), std::string(kNewBusiness, 20)}) {
+      putBack();
+      open();
+      openJournal({{kBusiness, kOldBusiness, "<Second/>"}, {kPreset, kOldPreset, kNewPreset}});
+      openJournal({{kBusiness, kOldBusiness, kOthers}, {kPreset, kOldPreset, kNewPreset}});
+      device.write(kBusiness, left);
+      if (isTurned) turnJournal();
+      EXPECT_THAT(finish(), ElementsAre(isTurned ? kTakenBack : kFinished));
+      EXPECT_TRUE(isTurned ? isOld() : hold(kOthers, kNewPreset));
+    }
+}
+
 TEST_F(JournalTest, CompleteOneThatHasNotItsNameYetCounts) {
   open();
   std::filesystem::rename(kJournal, kNewJournal);
   EXPECT_TRUE(waitingChange());
   EXPECT_THAT(finish(), ElementsAre(kFinished));
   EXPECT_TRUE(isNew());
-}
-
-TEST_F(JournalTest, OneThatIsCutOffAnywhereIsDropped) {
-  open();
-  const std::string text = device.read(kJournal);
-  device.remove(kJournal);
-  for (std::size_t size = 0; size < text.size(); ++size)
-    for (const bool zeros : {false, true}) {
-      std::string cut = text.substr(0, size);
-      if (zeros) cut.resize(text.size());
-      device.write(kNewJournal, cut);
-      EXPECT_EQ(waitingChange(), std::nullopt) << size;
-      EXPECT_THAT(finish(), IsEmpty()) << size;
-      EXPECT_TRUE(isIdle()) << size;
-      EXPECT_TRUE(isOld()) << size;
-    }
-}
-
-TEST_F(JournalTest, CutOffOneUnderItsNameIsDamaged) {
-  open();
-  const std::string text = device.read(kJournal);
-  for (std::size_t size = 0; size < text.size(); size += 7) {
-    device.remove(kAside);
-    device.write(kJournal, text.substr(0, size));
-    EXPECT_THAT(finish(), ElementsAre(HasSubstr("journal is damaged"))) << size;
-    EXPECT_TRUE(isIdle() && isOld()) << size;
-  }
-}
-
-TEST_F(JournalTest, FlippedBitIsNeverApplied) {
-  open();
-  const std::string text = device.read(kJournal);
-  for (const char* path : {kJournal, kNewJournal})
-    for (std::size_t at = 0; at < text.size(); ++at) {
-      std::string flipped = text;
-      flipped[at] = static_cast<char>(flipped[at] ^ (1 << at % 8));
-      device.remove(kJournal);
-      device.write(path, flipped);
-      ASSERT_EQ(waitingChange(), std::nullopt) << at;
-      const Lines lines = finish();
-      ASSERT_TRUE(isIdle() && isOld()) << at;
-      if (path == kJournal) {
-        ASSERT_THAT(lines, ElementsAre(HasSubstr("was put aside"))) << at;
-      }
-    }
-}
-
-TEST_F(JournalTest, DamagedContentsAreNeverApplied) {
-  open();
-  const std::string text = device.read(kJournal);
-  for (const std::string& name : device.list("/cfg1/.camcfg/contents")) {
-    const std::string path = "/cfg1/.camcfg/contents/" + name;
-    const std::string bytes = device.read(path);
-    device.write(kJournal, text);
-    device.write(path, bytes + " ");
-    EXPECT_EQ(waitingChange(), std::nullopt);
-    EXPECT_THAT(finish(), ElementsAre(HasSubstr("journal is damaged: contents are missing")));
-    device.remove(path);
-    device.write(kNewJournal, text);
-    EXPECT_THAT(finish(), IsEmpty());
-    EXPECT_TRUE(isOld() && isIdle());
-    device.write(path, bytes);
-  }
-}
-
-TEST_F(JournalTest, DamagedContentsAreWrittenAgain) {
-  open();
-  for (const std::string& name : device.list("/cfg1/.camcfg/contents"))
-    device.write("/cfg1/.camcfg/contents/" + name, "");
-  open();
-  EXPECT_THAT(finish(), ElementsAre(kFinished));
-}
-
-TEST_F(JournalTest, WhatAnotherProgramSavedSinceStays) {
-  open();
-  saveContents({{kBusiness, kNewBusiness}});
-  saveContents({{kPreset, kOthers}});
-  EXPECT_EQ(waitingChange(), std::nullopt);
-  EXPECT_THAT(finish(),
-              ElementsAre("an interrupted change was not finished: import settings.json: "
-                          "/cfg0/preset_cfg.xml holds something else by now; the previous "
-                          "contents of /cfg0/business_param.xml were restored; the journal was "
-                          "put aside as /cfg1/.camcfg/aside-1"));
-  EXPECT_TRUE(hold(kOldBusiness, kOthers));
-  EXPECT_TRUE(isIdle());
-  EXPECT_THAT(finish(), IsEmpty());
-}
-
-TEST_F(JournalTest, WhatAnotherProgramSavedSinceStaysInATurnedChangeToo) {
-  open();
-  device.write(kBusiness, "<Sys");
-  saveContents({{kPreset, kOthers}});
-  turnJournal();
-  EXPECT_THAT(finish(), ElementsAre(HasSubstr("was not finished")));
-  EXPECT_TRUE(hold(kOldBusiness, kOthers));
-}
-
-TEST_F(JournalTest, BackupOfAFileThatIsAsBeforeIsTakenBackToo) {
-  open();
-  device.write(kBusinessBackup, kNewBusiness);
-  saveContents({{kPreset, kOthers}});
-  EXPECT_THAT(finish(), ElementsAre(HasSubstr("contents of /cfg0/business_param.xml were")));
-  EXPECT_TRUE(hold(kOldBusiness, kOthers));
-}
-
-TEST_F(JournalTest, OneThatNoFileHasToDoWithIsOnlyPutAside) {
-  open();
-  giveBoth(kOthers, kOthers);
-  EXPECT_THAT(finish(),
-              ElementsAre("an interrupted change was not finished: import settings.json: "
-                          "/cfg0/business_param.xml, /cfg0/preset_cfg.xml hold something else by "
-                          "now; the journal was put aside as /cfg1/.camcfg/aside-1"));
-  EXPECT_TRUE(hold(kOthers, kOthers));
-}
-
-TEST_F(JournalTest, OnlyAFewArePutAside) {
-  for (int i = 0; i < 5; ++i) {
-    device.write(kJournal, "x");
-    EXPECT_THAT(finish(), ElementsAre(HasSubstr("aside-" + std::to_string(i + 1))));
-  }
-  EXPECT_THAT(device.list(kState), ElementsAre("aside-3", "aside-4", "aside-5"));
-}
-
-TEST_F(JournalTest, MainCopyThatIsALinkIsNotWrittenThrough) {
-  open();
-  device.remove(kBusiness);
-  device.write("/other.xml", "<Oth");
-  ASSERT_EQ(symlink("/other.xml", kBusiness), 0);
-  EXPECT_THAT(finish(), ElementsAre(HasSubstr("was not finished")));
-  EXPECT_EQ(device.read("/other.xml"), "<Oth");
 }
 
 TEST_F(JournalTest, WhatCannotBePromisedIsRefused) {

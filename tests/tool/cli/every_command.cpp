@@ -1,0 +1,131 @@
+#include "tool/cli/every_command.h"
+
+#include <iterator>
+#include <sstream>
+
+#include "base/plain_text.h"
+#include "commands/groups.h"
+
+namespace camcfg::tests {
+namespace {
+
+// Stand for the paths of input files.
+constexpr char kDocument[] = "@document";
+constexpr char kPresetTable[] = "@presets";
+
+constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
+// What the next verification restores.
+constexpr char kOwn[] = "own.xml";
+
+constexpr struct {
+  const char* command;
+  const char* line;
+} kLines[] = {
+    {"status", "status"},
+    {"verify", "verify --resync"},
+    {"boot", "boot"},
+    {"lint", "lint"},
+    {"history", "history"},
+    {"undo", "undo"},
+    {"reset", "reset System WebHttp"},
+    {"list", "list"},
+    {"get", "get System Rtsp"},
+    {"set", "set System Rtsp 8554"},
+    {"describe", "describe Rtsp"},
+    {"watch", "watch"},
+    {"explain", "explain System Rtsp"},
+    {"explain parameter", "explain parameter System Rtsp"},
+    {"explain card", "explain card Lan0"},
+    {"explain preset", "explain preset 0"},
+    {"explain session", "explain session srt 1"},
+    {"system", "system"},
+    {"system http-port", "system http-port 8081"},
+    {"system https-port", "system https-port 8444"},
+    {"system rtsp-port", "system rtsp-port 8554"},
+    {"system rtsp-over-http-port", "system rtsp-over-http-port 8082"},
+    {"network cards", "network cards"},
+    {"network show", "network show Lan0"},
+    {"network set", "network set Lan0 MTU 1400"},
+    {"network reset", "network reset Lan0"},
+    {"network hostname", "network hostname gate"},
+    {"preset list", "preset list"},
+    {"preset get", "preset get 0"},
+    {"preset set", "preset set 0 --pan 3"},
+    {"preset add", "preset add --pan 3"},
+    {"preset delete", "preset delete 0"},
+    {"preset export", "preset export"},
+    {"preset import", "preset import @presets"},
+    {"stream sources", "stream sources"},
+    {"stream caches", "stream caches"},
+    {"stream cache select", "stream cache 0 select 1"},
+    {"stream cache default", "stream cache 0 default 1"},
+    {"stream cache allow", "stream cache 0 allow 0 1"},
+    {"live websocket", "live websocket"},
+    {"live rtsp", "live rtsp"},
+    {"live rtmp", "live rtmp"},
+    {"live ndi", "live ndi"},
+    {"live srt", "live srt"},
+    {"graph", "graph"},
+    {"lang", "lang English MenuLive"},
+    {"export", "export"},
+    {"import", "import @document"},
+    {"diff", "diff --factory"},
+    {"run", "run true"},
+    {"help", "help"},
+    {"man", "man"},
+    {"complete bash", "complete bash camcfg x"},
+    {"complete zsh", "complete zsh li"},
+};
+
+Words wordsOf(const std::string& line) {
+  std::istringstream words(line);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+}  // namespace
+
+std::string lineOf(const Words& words) {
+  return tool::joined(words, " ");
+}
+
+EveryCommandTest::EveryCommandTest() : groups_(tool::commands::allGroups()) {
+  device.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
+  device.write(std::string("/app/resource/defcfg/") + kOwn, "<Own/>\n");
+  inputs_.write("/document.json", R"({"version": 1, "parameters": {"System": {"Rtsp": 8554}},
+                                      "live": {"websocket": []}})");
+  inputs_.write("/presets.csv", "id,pan\n0,9\n");
+  renew();
+}
+
+void EveryCommandTest::renew() const {
+  for (const std::string name : kNames) {
+    std::string contents = device.read("/app/resource/defcfg/" + name);
+    if (name == kNames[0])
+      contents = with(with(contents, "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\""),
+                      "<MTU Cur=\"1500\"", "<MTU Cur=\"1300\"");
+    for (const char* directory : {"/cfg0/", "/cfg1/"}) device.write(directory + name, contents);
+  }
+  for (const std::string directory : {"/cfg0/", "/cfg1/"}) device.remove(directory + kOwn);
+  EXPECT_EQ(run({"set", "System", "WebHttps", "8443"}).status, 0);
+}
+
+std::vector<const tool::cli::Command*> EveryCommandTest::commands() const {
+  std::vector<const tool::cli::Command*> commands;
+  for (const tool::cli::Command* command : commandsIn(groups_))
+    if (command->run) commands.push_back(command);
+  return commands;
+}
+
+Words EveryCommandTest::lineFor(const tool::cli::Command& command) const {
+  Words line;
+  for (const auto& sample : kLines)
+    if (std::string(sample.command) == command.name) line = wordsOf(sample.line);
+  EXPECT_FALSE(line.empty()) << "no line for " << command.name;
+  for (std::string& word : line) {
+    if (word == kDocument) word = inputs_.hostPath() + "/document.json";
+    if (word == kPresetTable) word = inputs_.hostPath() + "/presets.csv";
+  }
+  return line;
+}
+
+}  // namespace camcfg::tests

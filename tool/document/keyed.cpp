@@ -1,0 +1,56 @@
+#include "document/keyed.h"
+
+#include <algorithm>
+
+namespace camcfg::tool::document {
+namespace {
+
+const Json kNothing;
+
+bool isListOfObjects(const Json& value) {
+  return value.is_array() && std::all_of(value.begin(), value.end(),
+                                         [](const Json& element) { return element.is_object(); });
+}
+
+}  // namespace
+
+const Json& memberOrNothing(const Json& object, const std::string& name) {
+  const auto found = object.find(name);
+  return found == object.end() ? kNothing : *found;
+}
+
+Keyed::Keyed(const Json& list, const char* name) : list_(list) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const Json key = *name == '\0' ? Json(i) : memberOrNothing(list[i], name);
+    if (!key.is_null() && places_.emplace(key, i).second) keys_.push_back(key);
+  }
+}
+
+const Json& Keyed::at(const Json& key) const {
+  const auto found = places_.find(key);
+  return found == places_.end() ? kNothing : list_[found->second];
+}
+
+std::vector<Json> Keyed::keysIn(const Keyed& other) const {
+  std::vector<Json> common;
+  for (const Json& key : keys_)
+    if (!other.at(key).is_null()) common.push_back(key);
+  return common;
+}
+
+const char* keyOf(const std::vector<const Json*>& lists) {
+  if (!std::all_of(lists.begin(), lists.end(),
+                   [](const Json* list) { return isListOfObjects(*list); }))
+    return nullptr;
+  for (const char* key : {"id", "name"})
+    if (std::all_of(lists.begin(), lists.end(),
+                    [&](const Json* list) { return Keyed(*list, key).works(); }))
+      return key;
+  return "";
+}
+
+std::string placeOf(const std::string& list, const Json& key) {
+  return list + "[" + (key.is_string() ? key.text() : key.dump()) + "]";
+}
+
+}  // namespace camcfg::tool::document
