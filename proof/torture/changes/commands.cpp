@@ -10,6 +10,7 @@ const std::vector<ChangingCommand>& changingCommands() {
       {"set", {"set", "System", "Rtsp", "8554"}, {}},
       {"network set", {"network", "set", "Lan1", "IpAddr", "192.168.90.81"}, {}},
       {"preset import", {"preset", "import", kPresets}, {}},
+      {"undo", {"undo"}, {kImport}},
   };
   return kCommands;
 }
