@@ -48,6 +48,13 @@ bool isSaidToBeStored(const Run& run) {
   return run.status == 1 && run.output.find(": stored in ") != std::string::npos;
 }
 
+// Where not even that can be undone any more: the tool says that the change stays in force.
+bool isSaidToStay(const Run& run) {
+  return (run.status == 1 || run.status == 3) &&
+         (run.output.find("the change stays in force") != std::string::npos ||
+          run.output.find("carries the change out") != std::string::npos);
+}
+
 struct Trial {
   const Scene& scene;
   const Shortage& shortage;
@@ -66,7 +73,7 @@ struct Trial {
   // What is left by a shortage that lasts is looked at once it is over.
   void judge(const Run& run, Tally& tally) const {
     const std::string where = std::string(shortage.name) + " at call " + std::to_string(at);
-    const bool isStored = isSaidToBeStored(run);
+    const bool isStored = isSaidToBeStored(run) || (shortage.lasts && isSaidToStay(run));
     const bool isLeft = !shortage.lasts && !isStored;
     const Whole atOnce = torture::judge(scene.bench().mains(), scene.before(), scene.after());
     const Whole whole = scene.recover(Recovery::Boot, where, tally);
