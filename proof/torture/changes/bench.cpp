@@ -99,8 +99,7 @@ Tree Bench::mainsOf(const Tree& tree) {
 
 std::vector<std::string> Bench::program(const Words& words) const {
   std::vector<std::string> program = {tool(), "--root", root()};
-  for (const std::string& word : words)
-    program.push_back(word.front() == '@' ? work(word) : word);
+  for (const std::string& word : words) program.push_back(word.front() == '@' ? work(word) : word);
   return program;
 }
 
@@ -114,8 +113,8 @@ Run Bench::run(const Words& words) const {
 }
 
 Run Bench::follow(const Words& words, const Followed::Decide& decide,
-                  const Followed::Returned& returned) const {
-  Followed followed(root(), program(words), work("output"));
+                  const Followed::Returned& returned, Attention attention) const {
+  Followed followed(root(), program(words), work("output"), attention);
   const int status = followed.run(decide, returned);
   return {status, output()};
 }

@@ -41,7 +41,8 @@ class Bench {
   Run run(const Words& words) const;
   /// Runs it followed.
   Run follow(const Words& words, const Followed::Decide& decide,
-             const Followed::Returned& returned = {}) const;
+             const Followed::Returned& returned = {},
+             Attention attention = Attention::Changes) const;
   /// Starts it, to be waited for.
   pid_t start(const Words& words) const;
   std::string output() const;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdio>
 #include <stdexcept>
 
 #include "torture/changes/experiments.h"
@@ -20,7 +21,8 @@ Recovery recoveryOf(long cut) {
 // Every cut of a slice, each with one of the recoveries, in turns.
 void cutSlice(const ChangingCommand& command, const Grain& grain, const Slice& slice,
               Tally& tally) {
-  const Scene scene(command);
+  Scene scene(command);
+  scene.startAgain(grain.kind != CutPoint::Byte);
   scene.layOut();
   const long count = scene.countOf(grain.kind, command.words);
   for (long i = 0; i * grain.every < count; ++i) {
@@ -33,6 +35,27 @@ void cutSlice(const ChangingCommand& command, const Grain& grain, const Slice& s
   }
 }
 
+// The same within the writes: each is made once, and what it leaves is then cut at its bytes.
+void cutWrites(const ChangingCommand& command, long every, const Slice& slice, Tally& tally) {
+  Scene scene(command);
+  scene.startAgain(false);
+  std::size_t next = 0;
+  long number = 0;
+  for (long write = 0;; ++write) {
+    scene.layOut();
+    const std::optional<Written> written = scene.cutAfterWrite(command.words, write);
+    if (!written) return;
+    for (; next < written->size; next += static_cast<std::size_t>(every), ++number) {
+      if (!slice.has(number)) continue;
+      scene.bench().put(written->cutAfter(next));
+      ++tally.cuts;
+      scene.recover(recoveryOf(number / slice.of),
+                    "byte " + std::to_string(next) + " of write " + std::to_string(write), tally);
+    }
+    next -= written->size;
+  }
+}
+
 void cutCommands(const Options& options, Faults& faults) {
   const Grain grains[] = {
       {options.longRun ? CutPoint::AnyCall : CutPoint::ChangingCall, 1, "before each call"},
@@ -41,11 +64,17 @@ void cutCommands(const Options& options, Faults& faults) {
   Table table({"command", "cut", "cuts", "old", "new", "finished", "mixed", "lost", "failed"});
   for (const ChangingCommand& command : changingCommands())
     for (const Grain& grain : grains) {
-      const Tally tally = inSlices(
-          [&](const Slice& slice, Tally& part) { cutSlice(command, grain, slice, part); });
+      const Tally tally = inSlices([&](const Slice& slice, Tally& part) {
+        if (options.longRun && grain.kind == CutPoint::Byte)
+          cutWrites(command, grain.every, slice, part);
+        else
+          cutSlice(command, grain, slice, part);
+      });
       table.row(command.name, grain.name, tally.cuts, tally.count(Whole::Old),
                 tally.count(Whole::New), tally.finished, tally.count(Whole::Mixed),
                 tally.count(Whole::Lost), tally.failed);
+      std::fprintf(stderr, "(%s, %s: %d cuts, %d wrong)\n", command.name, grain.name, tally.cuts,
+                   tally.wrong());
       if (tally.wrong() > 0) faults.add(std::string(command.name) + ", " + grain.name);
       if (tally.count(Whole::Old) == 0 || tally.count(Whole::New) == 0 || tally.finished == 0)
         faults.add(std::string(command.name) + ", " + grain.name + ": not all was tried");
@@ -77,7 +106,7 @@ void cutRecoveries(const Options& options, Faults& faults) {
       const Scene scene(command);
       scene.layOut();
       const long calls = scene.countOf(CutPoint::ChangingCall, command.words);
-      const long every = options.longRun ? 1 : 16;
+      const long every = options.longRun ? 4 : 24;
       for (long i = 0; i * every < calls; ++i)
         if (slice.has(i)) cutRecovery(scene, recovery, {CutPoint::ChangingCall, i * every}, part);
     });

@@ -22,10 +22,13 @@ void interrupt(const Scene& scene, const Interruption& interruption, const CutPo
                Tally& tally) {
   scene.layOut();
   long left = cut.at;
-  const Run run = scene.bench().follow(scene.command().words, [&](const DeviceCall& call) {
-    const bool counts = cut.kind == CutPoint::AnyCall || call.changes;
-    return counts && left-- == 0 ? Fate{interruption.kind} : Fate{};
-  });
+  const Run run = scene.bench().follow(
+      scene.command().words,
+      [&](const DeviceCall& call) {
+        const bool counts = cut.kind == CutPoint::AnyCall || call.changes;
+        return counts && left-- == 0 ? Fate{interruption.kind} : Fate{};
+      },
+      {}, attentionTo(cut.kind));
   ++tally.cuts;
   const std::string where = std::string(interruption.name) + " at " + textOf(cut);
   const Whole whole = scene.look(where, tally);

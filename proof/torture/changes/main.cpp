@@ -19,8 +19,9 @@ struct Experiment {
 };
 
 constexpr Experiment kExperiments[] = {
-    {"cuts", cutChanges},           {"power", cutPowerInChanges}, {"signals", interruptChanges},
-    {"failures", failCallsOfChanges}, {"kills", killChanges},       {"wear", measureWear},
+    {"cuts", cutChanges},          {"power", cutPowerInChanges},
+    {"signals", interruptChanges}, {"failures", failCallsOfChanges},
+    {"kills", killChanges},        {"wear", measureWear},
 };
 
 int tortureChanges(const Options& options) {

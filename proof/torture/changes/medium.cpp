@@ -4,9 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
 #include <utility>
+
+#include "torture/tracer/process_view.h"
 
 namespace camcfg::torture {
 namespace {
@@ -19,18 +20,8 @@ std::string directoryOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
 
-// Where a thread's descriptor stands in its file.
-std::size_t positionOf(pid_t thread, int descriptor) {
-  std::ifstream info("/proc/" + std::to_string(thread) + "/fdinfo/" + std::to_string(descriptor));
-  std::string word;
-  std::size_t position = 0;
-  if (!(info >> word >> position) || word != "pos:") throw std::runtime_error("fdinfo");
-  return position;
-}
-
 std::string bytesAt(pid_t thread, int descriptor, std::size_t offset, std::size_t size) {
-  const std::string path =
-      "/proc/" + std::to_string(thread) + "/fd/" + std::to_string(descriptor);
+  const std::string path = "/proc/" + std::to_string(thread) + "/fd/" + std::to_string(descriptor);
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   std::string bytes(size, '\0');
   const ssize_t got = pread(file, bytes.data(), size, static_cast<off_t>(offset));

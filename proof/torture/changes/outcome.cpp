@@ -40,14 +40,13 @@ const char* wordFor(Whole whole) {
 Whole judge(const Tree& mains, const Tree& before, const Tree& after) {
   if (mains == before) return Whole::Old;
   if (mains == after) return Whole::New;
-  const bool isKnown =
-      mains.size() == before.size() &&
-      std::all_of(mains.begin(), mains.end(), [&](const auto& file) {
-        const auto old = before.find(file.first);
-        const auto fresh = after.find(file.first);
-        return (old != before.end() && old->second == file.second) ||
-               (fresh != after.end() && fresh->second == file.second);
-      });
+  const bool isKnown = mains.size() == before.size() &&
+                       std::all_of(mains.begin(), mains.end(), [&](const auto& file) {
+                         const auto old = before.find(file.first);
+                         const auto fresh = after.find(file.first);
+                         return (old != before.end() && old->second == file.second) ||
+                                (fresh != after.end() && fresh->second == file.second);
+                       });
   return isKnown ? Whole::Mixed : Whole::Lost;
 }
 

@@ -23,12 +23,12 @@ std::vector<std::string> faultsOf(const Tree& tree);
 /// What is counted for a row of a table. Each process has its own, so that they can be added up.
 struct Tally {
   int cuts = 0;
-  int found[4] = {};   ///< by Whole
-  int failed = 0;      ///< recoveries that failed or left something behind
-  int untrue = 0;      ///< exit statuses that do not say what became of the change
-  int temporaries = 0; ///< temporary files left behind
-  int completed = 0;   ///< runs that ended before they were cut
-  int finished = 0;    ///< recoveries that had something to do
+  int found[4] = {};    ///< by Whole
+  int failed = 0;       ///< recoveries that failed or left something behind
+  int untrue = 0;       ///< exit statuses that do not say what became of the change
+  int temporaries = 0;  ///< temporary files left behind
+  int completed = 0;    ///< runs that ended before they were cut
+  int finished = 0;     ///< recoveries that had something to do
 
   int count(Whole whole) const { return found[static_cast<int>(whole)]; }
   void add(const Tally& other);

@@ -149,8 +149,8 @@ class PowerCut {
     const std::vector<Operation>& operations = chapter_.operations();
     for (std::size_t cut = 0; cut <= operations.size(); ++cut) {
       const std::size_t flushed = chapter_.unflushed(cut);
-      for (const Survivals& survivals :
-           survivalsOf(operations.data() + flushed, cut - flushed, options_.longRun ? 24 : 2, random))
+      for (const Survivals& survivals : survivalsOf(operations.data() + flushed, cut - flushed,
+                                                    options_.longRun ? 24 : 2, random))
         if (isOverwritten(operations.data() + flushed, survivals) ==
             (medley_ == Medley::Overwritten))
           tryOne(cut, survivals);
@@ -195,8 +195,8 @@ class PowerCut {
 };
 
 void cutPowerIn(Medley medley, const char* title, const Options& options, Faults& faults) {
-  Table table({"commands", "states of the medium", "old", "new", "finished", "mixed", "lost",
-               "failed"});
+  Table table(
+      {"commands", "states of the medium", "old", "new", "finished", "mixed", "lost", "failed"});
   for (const Story& story : stories()) {
     const Tally tally = inSlices([&](const Slice& slice, Tally& part) {
       PowerCut(story, medley, slice, part, options).run();
@@ -212,11 +212,13 @@ void cutPowerIn(Medley medley, const char* title, const Options& options, Faults
 }  // namespace
 
 void cutPowerInChanges(const Options& options, Faults& faults) {
-  cutPowerIn(Medley::Orderly, "Power fails at any time, and any part of what was not flushed is lost",
-             options, faults);
-  cutPowerIn(Medley::Overwritten,
-             "The same where a file was written that was not emptied before, which was to come first",
-             options, faults);
+  cutPowerIn(Medley::Orderly,
+             "Power fails at any time, and any part of what was not flushed is lost", options,
+             faults);
+  cutPowerIn(
+      Medley::Overwritten,
+      "The same where a file was written that was not emptied before, which was to come first",
+      options, faults);
 }
 
 }  // namespace camcfg::torture

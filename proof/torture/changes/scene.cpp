@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "torture/harness/child.h"
+#include "torture/tracer/process_view.h"
 
 namespace camcfg::torture {
 namespace {
@@ -46,6 +47,10 @@ Tally inSlices(const std::function<void(const Slice&, Tally&)>& work) {
   return sum;
 }
 
+Attention attentionTo(CutPoint::Kind kind) {
+  return kind == CutPoint::AnyCall ? Attention::EveryCall : Attention::Changes;
+}
+
 std::string textOf(const CutPoint& cut) {
   constexpr const char* kKinds[] = {"changing call ", "call ", "byte "};
   return kKinds[cut.kind] + std::to_string(cut.at);
@@ -78,31 +83,57 @@ std::size_t Scene::arriving(const DeviceCall& call) const {
 
 long Scene::countOf(CutPoint::Kind kind, const Words& words) const {
   long count = 0;
-  bench_.follow(words, [&](const DeviceCall& call) {
-    if (kind == CutPoint::AnyCall || (kind == CutPoint::ChangingCall && call.changes))
-      ++count;
-    else if (kind == CutPoint::Byte && movesBytes(call))
-      count += static_cast<long>(arriving(call));
-    return Fate{};
-  });
+  bench_.follow(
+      words,
+      [&](const DeviceCall& call) {
+        if (kind == CutPoint::AnyCall || (kind == CutPoint::ChangingCall && call.changes))
+          ++count;
+        else if (kind == CutPoint::Byte && movesBytes(call))
+          count += static_cast<long>(arriving(call));
+        return Fate{};
+      },
+      {}, attentionTo(kind));
   return count;
 }
 
 void Scene::cut(const Words& words, const CutPoint& cut) const {
   long left = cut.at;
+  bench_.follow(
+      words,
+      [&](const DeviceCall& call) {
+        if (cut.kind != CutPoint::Byte) {
+          const bool counts = cut.kind == CutPoint::AnyCall || call.changes;
+          return counts && left-- == 0 ? Fate{Fate::End} : Fate{};
+        }
+        if (!movesBytes(call)) return Fate{};
+        const auto size = static_cast<long>(arriving(call));
+        if (left < size)
+          return left == 0 ? Fate{Fate::End}
+                           : Fate{Fate::EndAfter, 0, static_cast<std::size_t>(left)};
+        left -= size;
+        return Fate{};
+      },
+      {}, attentionTo(cut.kind));
+}
+
+std::optional<Written> Scene::cutAfterWrite(const Words& words, long write) const {
+  Written written{};
   bench_.follow(words, [&](const DeviceCall& call) {
-    if (cut.kind != CutPoint::Byte) {
-      const bool counts = cut.kind == CutPoint::AnyCall || call.changes;
-      return counts && left-- == 0 ? Fate{Fate::End} : Fate{};
-    }
-    if (!movesBytes(call)) return Fate{};
-    const auto size = static_cast<long>(arriving(call));
-    if (left < size)
-      return left == 0 ? Fate{Fate::End}
-                       : Fate{Fate::EndAfter, 0, static_cast<std::size_t>(left)};
-    left -= size;
-    return Fate{};
+    if (!movesBytes(call) || arriving(call) == 0 || write-- != 0) return Fate{};
+    written = {{}, call.path, positionOf(call.thread, call.descriptor), arriving(call)};
+    return Fate{Fate::EndAfter, 0, written.size};
   });
+  if (written.size == 0) return std::nullopt;
+  written.tree = bench_.tree();
+  if (written.tree[written.path].value_or("").size() != written.offset + written.size)
+    throw std::runtime_error(written.path + " was not written to its end");
+  return written;
+}
+
+Tree Written::cutAfter(std::size_t bytes) const {
+  Tree cut = tree;
+  cut[path]->resize(offset + bytes);
+  return cut;
 }
 
 Whole Scene::count(const Tree& tree, const Tree& before, const Tree& after,
@@ -147,7 +178,7 @@ Whole Scene::recover(Recovery recovery, const std::string& where, Tally& tally) 
   const bool isAnother = recovery == Recovery::AnotherChange;
   const Whole whole = count(bench_.tree(), isAnother ? anotherAfterOld_ : before_,
                             isAnother ? anotherAfterNew_ : after_, place, tally);
-  if (recovery == Recovery::Boot) {
+  if (recovery == Recovery::Boot && startsAgain_) {
     const Run again = bench_.run(wordsOf(recovery));
     if (again.status != 0 || !again.output.empty())
       fail("the next boot has something to do: " + again.output);

@@ -2,6 +2,7 @@
 #define CAMCFG_TORTURE_CHANGES_SCENE_H
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "torture/changes/bench.h"
@@ -28,6 +29,18 @@ struct CutPoint {
 };
 
 std::string textOf(const CutPoint& cut);
+Attention attentionTo(CutPoint::Kind kind);
+
+/// A device as it is when the bytes of a write have arrived. Cut before, it would be the same but for
+/// the bytes missing at the end of that file.
+struct Written {
+  Tree tree;
+  std::string path;
+  std::size_t offset;  ///< of the bytes in the file
+  std::size_t size;
+
+  Tree cutAfter(std::size_t bytes) const;
+};
 
 /// A device on which a command is about to be run.
 class Scene {
@@ -39,11 +52,16 @@ class Scene {
   const Tree& before() const { return before_; }
   const Tree& after() const { return after_; }
   void layOut() const { bench_.put(start_); }
+  /// Whether boot is run once more after each boot, to find nothing to do.
+  void startAgain(bool again) { startsAgain_ = again; }
 
   /// How many places of this kind a run has.
   long countOf(CutPoint::Kind kind, const Words& words) const;
   /// Runs the tool up to the cut.
   void cut(const Words& words, const CutPoint& cut) const;
+  /// Runs the tool until the last byte of a write has arrived, counted from 0.
+  /// @return none if there are not so many
+  std::optional<Written> cutAfterWrite(const Words& words, long write) const;
   /// Judges the device as it is, and counts what is found.
   Whole look(const std::string& where, Tally& tally) const;
   /// The same once the change has been brought to its end.
@@ -63,6 +81,7 @@ class Scene {
   Tree after_;
   Tree anotherAfterOld_;
   Tree anotherAfterNew_;
+  bool startsAgain_ = true;
 };
 
 }  // namespace camcfg::torture

@@ -107,13 +107,12 @@ void failEach(const ChangingCommand& command, const Shortage& shortage, const Sl
 }  // namespace
 
 void failCallsOfChanges(const Options& /*options*/, Faults& faults) {
-  Table table({"command", "failure", "at calls", "old", "new", "mixed", "lost", "failed",
-               "untrue status"});
+  Table table(
+      {"command", "failure", "at calls", "old", "new", "mixed", "lost", "failed", "untrue status"});
   for (const ChangingCommand& command : changingCommands())
     for (const Shortage& shortage : kShortages) {
-      const Tally tally = inSlices([&](const Slice& slice, Tally& part) {
-        failEach(command, shortage, slice, part);
-      });
+      const Tally tally = inSlices(
+          [&](const Slice& slice, Tally& part) { failEach(command, shortage, slice, part); });
       table.row(command.name, shortage.name, tally.cuts, tally.count(Whole::Old),
                 tally.count(Whole::New), tally.count(Whole::Mixed), tally.count(Whole::Lost),
                 tally.failed, tally.untrue);

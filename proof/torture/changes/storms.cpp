@@ -56,9 +56,7 @@ class Lives {
   useconds_t draw(std::mt19937& random) const {
     return static_cast<useconds_t>(std::uniform_int_distribution<long>(0, usual_)(random));
   }
-  void learn(bool isTooLong) {
-    usual_ += isTooLong ? -usual_ / 8 : std::max(1L, usual_ / 64);
-  }
+  void learn(bool isTooLong) { usual_ += isTooLong ? -usual_ / 8 : std::max(1L, usual_ / 64); }
 
  private:
   long usual_;  // microseconds
@@ -123,7 +121,8 @@ class Storm {
       report(where + ": " + what);
     };
     if (whole == Whole::Mixed || whole == Whole::Lost) report(where + ": " + wordFor(whole));
-    if (status == 0 && whole != Whole::New) say(tally_.untrue, "the change was done but is not there");
+    if (status == 0 && whole != Whole::New)
+      say(tally_.untrue, "the change was done but is not there");
     if (recovery.status != 0) say(tally_.failed, recovery.output);
     for (const std::string& fault : faultsOf(tree)) say(tally_.failed, fault);
     return whole;
@@ -151,9 +150,11 @@ void killChanges(const Options& options, Faults& faults) {
   table.row(tally.cuts, tally.completed, tally.count(Whole::Old), tally.count(Whole::New),
             tally.finished, tally.count(Whole::Mixed), tally.count(Whole::Lost), tally.failed,
             tally.untrue);
-  table.print("import and set killed at random moments, every second time once the change is in force, each followed "
-              "by boot or verify, seed " +
-              std::to_string(options.seed));
+  table.print(
+      "import and set killed at random moments, every second time once the change is in force, "
+      "each followed "
+      "by boot or verify, seed " +
+      std::to_string(options.seed));
   if (tally.wrong() > 0) faults.add("kill storm");
   if (tally.finished == 0) faults.add("kill storm: no change was interrupted");
 }

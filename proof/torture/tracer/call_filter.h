@@ -3,10 +3,16 @@
 
 namespace camcfg::torture {
 
-/// From now on the tracer of this process is told of the known system calls and those that flush, and
-/// of no others; so are those of all programs that it becomes and starts.
+/// Which system calls a tracer is told of.
+enum class Attention {
+  Changes,    ///< those that may change files, and those that flush
+  EveryCall,  ///< all that are known
+};
+
+/// From now on the tracer of this process is told of these system calls and of no others; so is that
+/// of all programs that it becomes and starts.
 /// @return false, with errno set, if the system does not permit that
-bool filterKnownCalls();
+bool filterCalls(Attention attention);
 
 /// From now on all that flushes returns at once, in this process and what it becomes and starts.
 /// @return as above

@@ -12,7 +12,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "torture/tracer/call_filter.h"
 #include "torture/tracer/process_view.h"
 #include "torture/tracer/registers.h"
 
@@ -72,14 +71,15 @@ pid_t startUnfollowed(std::vector<std::string> program, const std::string& outpu
   become(program);
 }
 
-Followed::Followed(std::string root, std::vector<std::string> program, const std::string& output)
+Followed::Followed(std::string root, std::vector<std::string> program, const std::string& output,
+                   Attention attention)
     : root_(std::move(root)), child_(forked()) {
   if (child_ == 0) {
     setpgid(0, 0);
     sendTo(output);
     if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(kNotStarted);
     raise(SIGSTOP);
-    if (!filterKnownCalls()) _exit(kNotStarted);
+    if (!filterCalls(attention)) _exit(kNotStarted);
     become(program);
   }
   int status = 0;
@@ -173,8 +173,8 @@ bool Followed::describe(pid_t thread, DeviceCall& call) const {
   if (ptrace(PTRACE_GET_SYSCALL_INFO, thread, sizeof info, &info) <= 0) return false;
   const auto argument = [&](int index) { return info.seccomp.args[index]; };
   const auto number = static_cast<long>(info.seccomp.nr);
-  call = {findKnownCall(number), thread, "", "", -1, 0, 0, isFlush(number),
-          number == SYS_syncfs, isFlush(number)};
+  call = {findKnownCall(number), thread,         "", "", -1, 0, 0, isFlush(number),
+          number == SYS_syncfs,  isFlush(number)};
   // Another one may belong to a child that works on a copy.
   if (call.flushes) return linkOf(thread, "root") == root_;
   const KnownCall& known = *call.known;

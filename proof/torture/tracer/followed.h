@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "torture/tracer/call_filter.h"
 #include "torture/tracer/known_calls.h"
 
 namespace camcfg::torture {
@@ -45,7 +46,9 @@ class Followed {
   /// @param root     the device as the host sees it
   /// @param program  its path and its arguments
   /// @param output   file of the host that receives what it prints
-  Followed(std::string root, std::vector<std::string> program, const std::string& output);
+  /// @param attention  which calls can be decided about
+  Followed(std::string root, std::vector<std::string> program, const std::string& output,
+           Attention attention = Attention::Changes);
   ~Followed();
   Followed(const Followed&) = delete;
   Followed& operator=(const Followed&) = delete;

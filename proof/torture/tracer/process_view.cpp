@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <climits>
+#include <fstream>
+#include <stdexcept>
 
 namespace camcfg::torture {
 
@@ -23,6 +25,14 @@ std::string linkOf(pid_t child, const std::string& name) {
   char target[PATH_MAX];
   const ssize_t length = readlink(link.c_str(), target, sizeof target);
   return length < 0 ? "" : std::string(target, static_cast<std::size_t>(length));
+}
+
+std::size_t positionOf(pid_t thread, int descriptor) {
+  std::ifstream info("/proc/" + std::to_string(thread) + "/fdinfo/" + std::to_string(descriptor));
+  std::string word;
+  std::size_t position = 0;
+  if (!(info >> word >> position) || word != "pos:") throw std::runtime_error("fdinfo");
+  return position;
 }
 
 }  // namespace camcfg::torture

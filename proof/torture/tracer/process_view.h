@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -13,6 +14,9 @@ std::string textAt(pid_t child, std::uint64_t address);
 
 /// Where a link below "/proc/PROCESS" leads, "fd/3" or "root"; empty if there is no such link.
 std::string linkOf(pid_t child, const std::string& name);
+
+/// Where a descriptor of a process, or of a thread, stands in its file.
+std::size_t positionOf(pid_t child, int descriptor);
 
 }  // namespace camcfg::torture
 
