@@ -67,7 +67,8 @@ void letGo(Held& held) {
   if (fd < 0) return;
   for (const Held* other = g_held; other != nullptr; other = other->next)
     if (other->fd == fd) return;
-  close(fd);
+  // A program that has closed the descriptor may have got it again for something else.
+  if (held.state == Held::Waiting || isSame(stateOf(fd), held.lockFile)) close(fd);
 }
 
 void settle(Held& held, const LockFileState& lockFile, bool exclusive) {
@@ -153,15 +154,18 @@ bool takeKnown(const void* owner) {
     held = find(owner);
   }
   if (held == nullptr || held->state != Held::Idle ||
-      tryLock(held->fd, Access::Read) != Attempt::Got)
+      tryLock(held->fd, Access::Read, false) != Attempt::Got)
     return false;
   const LockFileState lockFile = stateOf(held->fd);
+  const bool isKnown = isSame(lockFile, held->lockFile) && lockFile.usable && !lockFile.deleted &&
+                       lockFile.cutSave == SaveStep::None;
+  if (!isKnown) unlock(held->fd);
   const HeldGuard guard;
-  // A program that has closed the descriptor may have got it again for something else.
-  if (!isSame(lockFile, held->lockFile)) held->fd = -1;
-  if (held->fd < 0 || lockFile.deleted || lockFile.cutSave != SaveStep::None) return false;
-  held->state = Held::Locked;
-  return true;
+  if (isKnown)
+    held->state = Held::Locked;
+  else
+    free(*held);
+  return isKnown;
 }
 
 // Files reported as not locked between programs: those of a device, and some more. What comes after
@@ -218,18 +222,24 @@ class Approach {
 
   Step step() {
     const bool opened = held_.fd >= 0 || open();
-    const Attempt attempt = opened ? tryLock(held_.fd, access_) : Attempt::Impossible;
+    const bool queues = ++attempts_ > kHurried;
+    const Attempt attempt = opened ? tryLock(held_.fd, access_, queues) : Attempt::Impossible;
     if (attempt == Attempt::Impossible) return refused(errno);
     const LockFileState state = stateOf(held_.fd);
     if (!state.usable) return unusable("no file of ours");
+    if (!state.permits) givePermissions(held_.fd);
     return attempt == Attempt::Got ? use(state) : share(state);
   }
 
  private:
   bool open() {
     const HeldGuard guard;
-    held_.fd = openLockFile(name_);
-    return held_.fd >= 0;
+    const int fd = openLockFile(name_);
+    // Whoever seemed to have this descriptor had it closed by the program.
+    for (Held* other = g_held; other != nullptr; other = other->next)
+      if (other->fd == fd) other->fd = -1;
+    held_.fd = fd;
+    return fd >= 0;
   }
 
   Step refused(int error) {
@@ -268,7 +278,9 @@ class Approach {
   }
 
   static constexpr int kRefusals = 6;
+  static constexpr int kHurried = 6;  // some 3 ms: until then whoever comes first gets it
   int refusals_ = 0;
+  int attempts_ = 0;
   Held& held_;
   const char* path_;
   const LockFileName name_;
@@ -323,7 +335,7 @@ Holding holdingOf(const void* owner) {
   const HeldGuard guard;
   const Held* held = settled(owner);
   if (held == nullptr) return Holding::Nothing;
-  return held->state == Held::Left ? Holding::Left : Holding::Lock;
+  return held->exclusive ? Holding::Exclusive : Holding::Other;
 }
 
 bool confirmFile(const void* owner, const FileIdentity& file) {
