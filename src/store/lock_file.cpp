@@ -81,8 +81,7 @@ Attempt tryLock(int fd, Access access, bool queues) {
     return Attempt::Got;
   }
   if (errno != EAGAIN && errno != EACCES) return Attempt::Impossible;
-  if (queues) setLock(fd, F_WRLCK, kTurnstile, 1);
-  return Attempt::Busy;
+  return queues && setLock(fd, F_WRLCK, kTurnstile, 1) ? Attempt::BusyAsNext : Attempt::Busy;
 }
 
 void unlock(int fd) {

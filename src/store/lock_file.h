@@ -37,11 +37,15 @@ class LockFileName {
 /// @return the descriptor; -1 with errno set
 int openLockFile(const LockFileName& name);
 
-enum class Attempt : char { Got, Busy, Impossible };
+enum class Attempt : char {
+  Got,
+  Busy,
+  BusyAsNext,  ///< nobody else gets it until this descriptor has had it or is closed
+  Impossible
+};
 
 /// Tries once to lock an open lock file. Closing releases.
-/// @param queues  after a failure nobody else gets it until this descriptor has had it or is closed;
-///                one waits like that at a time
+/// @param queues  after a failure, asks to be next
 /// @return Impossible with errno set where the system has no such locks
 Attempt tryLock(int fd, Access access, bool queues);
 

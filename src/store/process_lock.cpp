@@ -195,19 +195,20 @@ class Waiting {
   explicit Waiting(const timespec& deadline) : deadline_(deadline) {}
 
   // False when the deadline has passed.
-  bool sleep() {
+  bool sleep(bool isNext) {
     timespec now{};
     timespec_get(&now, TIME_UTC);
     if (now.tv_sec > deadline_.tv_sec ||
         (now.tv_sec == deadline_.tv_sec && now.tv_nsec >= deadline_.tv_nsec))
       return false;
     nanosleep(&pause_, nullptr);
-    pause_.tv_nsec = std::min(2 * pause_.tv_nsec, kLongest);
+    pause_.tv_nsec = std::min(2 * pause_.tv_nsec, isNext ? kNext : kLongest);
     return true;
   }
 
  private:
   static constexpr long kLongest = 2'000'000;
+  static constexpr long kNext = 200'000;  // while one waits for the next, the file is idle
   const timespec& deadline_;
   timespec pause_{0, 50'000};
 };
@@ -228,8 +229,11 @@ class Approach {
     const LockFileState state = stateOf(held_.fd);
     if (!state.usable) return unusable("no file of ours");
     if (!state.permits) givePermissions(held_.fd);
+    isNext_ = attempt == Attempt::BusyAsNext;
     return attempt == Attempt::Got ? use(state) : share(state);
   }
+
+  bool isNext() const { return isNext_; }
 
  private:
   bool open() {
@@ -278,9 +282,10 @@ class Approach {
   }
 
   static constexpr int kRefusals = 6;
-  static constexpr int kHurried = 6;  // some 3 ms: until then whoever comes first gets it
+  static constexpr int kHurried = 10;  // some 11 ms: until then whoever comes first gets it
   int refusals_ = 0;
   int attempts_ = 0;
+  bool isNext_ = false;
   Held& held_;
   const char* path_;
   const LockFileName name_;
@@ -307,7 +312,7 @@ bool takeBetweenProcesses(const void* owner, const char* path, Access access,
   Approach approach(*held, path, access);
   Waiting waiting(deadline);
   Approach::Step step = approach.step();
-  while (step == Approach::Busy && waiting.sleep()) step = approach.step();
+  while (step == Approach::Busy && waiting.sleep(approach.isNext())) step = approach.step();
   if (step != Approach::Got) {
     const HeldGuard guard;
     free(*held);

@@ -318,10 +318,14 @@ TEST_F(ProcessLockTest, ChildInheritsNoLock) {
 TEST_F(ProcessLockTest, ChildOfAKilledProgramHoldsNothingOfIt) {
   OtherProgram other([](OtherProgram& self) {
     const Document document = openDocument(kPath, BU_FALSE);
+    int ready[2];
+    char mark = 'x';
+    if (pipe(ready) != 0) return 1;
     if (fork() == 0) {
-      sleep(5);
+      if (write(ready[1], &mark, 1) == 1) sleep(5);
       _exit(0);
     }
+    if (read(ready[0], &mark, 1) != 1) return 2;
     self.pause();
     return 0;
   });
