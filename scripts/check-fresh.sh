@@ -67,8 +67,8 @@ ubuntu_keyring() {
   local apt=(apt-get -qq -o "Dir::State::Lists=$work/apt/lists" -o "Dir::Cache=$work/apt/cache"
     -o "Dir::Etc::SourceList=$work/apt/sources.list" -o Dir::Etc::SourceParts=/dev/null
     -o APT::Sandbox::User=root)
-  (cd "$work/apt" && "${apt[@]}" update && "${apt[@]}" download ubuntu-archive-keyring &&
-    dpkg-deb -x ubuntu-archive-keyring_*.deb .) >&2
+  (cd "$work/apt" && "${apt[@]}" update && "${apt[@]}" download ubuntu-keyring &&
+    dpkg-deb -x ubuntu-keyring_*.deb .) >&2
   echo "$work/apt/$keyring"
 }
 

@@ -65,6 +65,12 @@ run() {
   if ((status != 0)); then echo "(exit status $status)"; fi
 }
 
+# A start checks the files in the order of their directory, which differs from system to system.
+in_order() {
+  grep '^file /cfg0/' "$1" | LC_ALL=C sort || true
+  grep -v '^file /cfg0/' "$1" || true
+}
+
 # What a command prints, or that this is left out.
 transcript() {
   local command=${1/scripts\/demo.sh/scripts/demo.sh --built}
@@ -72,7 +78,7 @@ transcript() {
   if [[ $2 == ... && $(tail -n 1 "$scratch/printed") != '(exit status'* ]]; then
     echo ...
   else
-    sed 's/ *$//' "$scratch/printed"
+    in_order "$scratch/printed" | sed 's/ *$//'
   fi
 }
 
