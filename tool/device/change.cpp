@@ -55,14 +55,23 @@ class Undertaking {
   explicit Undertaking(const std::vector<Change>& changes) : changes_(changes) {}
 
   void carryOut() {
-    for (int left = kAttempts; left > 0; --left)
-      if (attempt()) return requireBackups();
+    if (isMade()) return requireBackups();
     const std::string fault = undone();
     takeBack();
     throw Refusal(fault);
   }
 
  private:
+  // Whatever stops a further attempt, what an earlier one did must not stay in force.
+  bool isMade() try {
+    for (int left = kAttempts; left > 0; --left)
+      if (attempt()) return true;
+    return false;
+  } catch (...) {
+    takeBack();
+    throw;
+  }
+
   // False if another program's save came in between.
   bool attempt() {
     const std::vector<FileChange> draft = draftOf(changes_);
@@ -102,7 +111,6 @@ class Undertaking {
     std::string obstacle = whyNotSaved(files);
     while (beginsWith(obstacle, kNoRoom) && forgetOldest()) obstacle = whyNotSaved(files);
     if (obstacle.empty()) return;
-    takeBack();
     throw Refusal((changes_.size() == 1 ? changes_.front().what + ": " : "") + obstacle);
   }
 

@@ -56,11 +56,12 @@ void make(const StateFolder& state, RecordedChange& change, const std::string& t
   bool isPut = put(state, change, text);
   while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, change, text);
   if (isPut && state.flush() && state.rename(kNewJournal, state, kJournal)) return;
-  const int error = errno;
-  state.remove(kNewJournal);
+  const std::string fault = std::strerror(errno);
+  // On a medium that takes no change any more.
+  const bool isLeft = isPut && !state.remove(kNewJournal);
   prune(state);
   if (isPut) state.flush();
-  refuse(std::strerror(error));
+  refuse(fault + (isLeft ? ", nor removed; the next 'camcfg verify' carries the change out" : ""));
 }
 
 void close(const StateFolder& state) {
@@ -93,7 +94,9 @@ void turnJournal() {
   const StateFolder state = StateFolder::existing();
   if (!state.rename(kJournal, state, kRollback))
     throw Refusal(Status::Unusable, std::string(kStateDirectory) + "/" + kJournal +
-                                        " cannot be renamed: " + std::strerror(errno));
+                                        " cannot be renamed: " + std::strerror(errno) +
+                                        "; the change stays in force: make room and run "
+                                        "'camcfg verify', which completes it");
   // If this fails and power fails too, the change takes effect, as a whole.
   state.flush();
 }

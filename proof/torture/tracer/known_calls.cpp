@@ -11,7 +11,7 @@ namespace {
 using Kind = CallKind;
 
 constexpr KnownCall kKnown[] = {
-    // number, name, kind, directory, path, descriptor, size, flags
+    // number, name, kind, directory, path, descriptor, size, flags, new name's directory and path
     {SYS_open, "open", Kind::Open, -1, 0, -1, -1, 1},
     {SYS_openat, "openat", Kind::Open, 0, 1, -1, -1, 2},
     {SYS_read, "read", Kind::Read, -1, -1, 0, 2},
@@ -35,16 +35,26 @@ constexpr KnownCall kKnown[] = {
     {SYS_fdatasync, "fdatasync", Kind::Change, -1, -1, 0},
     {SYS_unlink, "unlink", Kind::Change, -1, 0},
     {SYS_unlinkat, "unlinkat", Kind::Change, 0, 1},
-    {SYS_rename, "rename", Kind::Change, -1, 0},
-    {SYS_renameat, "renameat", Kind::Change, 0, 1},
-    {SYS_renameat2, "renameat2", Kind::Change, 0, 1},
-    {SYS_link, "link", Kind::Change, -1, 0},
-    {SYS_linkat, "linkat", Kind::Change, 0, 1},
+    {SYS_rename, "rename", Kind::Change, -1, 0, -1, -1, -1, -1, 1},
+    {SYS_renameat, "renameat", Kind::Change, 0, 1, -1, -1, -1, 2, 3},
+    {SYS_renameat2, "renameat2", Kind::Change, 0, 1, -1, -1, -1, 2, 3},
+    {SYS_link, "link", Kind::Change, -1, 0, -1, -1, -1, -1, 1},
+    {SYS_linkat, "linkat", Kind::Change, 0, 1, -1, -1, -1, 2, 3},
     {SYS_mkdir, "mkdir", Kind::Change, -1, 0},
     {SYS_mkdirat, "mkdirat", Kind::Change, 0, 1},
+    {SYS_rmdir, "rmdir", Kind::Change, -1, 0},
+    {SYS_chmod, "chmod", Kind::Change, -1, 0},
+    {SYS_fchmod, "fchmod", Kind::Change, -1, -1, 0},
+    {SYS_fchmodat, "fchmodat", Kind::Change, 0, 1},
 };
 
 }  // namespace
+
+std::vector<long> knownNumbers() {
+  std::vector<long> numbers;
+  for (const KnownCall& call : kKnown) numbers.push_back(call.number);
+  return numbers;
+}
 
 const KnownCall* findKnownCall(long number) {
   const auto* found = std::find_if(std::begin(kKnown), std::end(kKnown),

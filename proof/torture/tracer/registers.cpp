@@ -37,4 +37,11 @@ void returnError(pid_t child, int error) {
   setRegister(child, &user_regs_struct::rax, -error);
 }
 
+std::int64_t returnedBy(pid_t child) {
+  user_regs_struct registers{};
+  if (ptrace(PTRACE_GETREGS, child, nullptr, &registers) != 0)
+    throw std::runtime_error("registers");
+  return static_cast<std::int64_t>(registers.rax);
+}
+
 }  // namespace camcfg::torture

@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 
 namespace camcfg::torture {
 
@@ -15,6 +16,9 @@ void replaceArgument(pid_t child, int argument, std::size_t value);
 
 /// At the end of a system call: lets it return an error.
 void returnError(pid_t child, int error);
+
+/// At the end of a system call: what it returns.
+std::int64_t returnedBy(pid_t child);
 
 }  // namespace camcfg::torture
 

@@ -2,18 +2,17 @@
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
-#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <climits>
 #include <csignal>
 #include <cstdint>
 #include <stdexcept>
 #include <utility>
 
 #include "torture/harness/child.h"
+#include "torture/tracer/process_view.h"
 #include "torture/tracer/registers.h"
 
 namespace camcfg::torture {
@@ -37,24 +36,6 @@ bool callEntered(pid_t child, SystemCall& call) {
   call.number = static_cast<std::int64_t>(info.entry.nr);
   for (std::size_t i = 0; i < call.arguments.size(); ++i) call.arguments[i] = info.entry.args[i];
   return true;
-}
-
-std::string textAt(pid_t child, std::uint64_t address) {
-  char text[PATH_MAX] = {};
-  // As far as the page reaches: what lies after it may not be mapped.
-  const std::size_t size = 4096 - address % 4096;
-  const iovec here{text, size < sizeof text ? size : sizeof text - 1};
-  // NOLINTNEXTLINE(performance-no-int-to-ptr)
-  const iovec there{reinterpret_cast<void*>(address), here.iov_len};
-  process_vm_readv(child, &here, 1, &there, 1, 0);
-  return text;
-}
-
-std::string linkOf(pid_t child, const std::string& name) {
-  const std::string link = "/proc/" + std::to_string(child) + "/" + name;
-  char target[PATH_MAX];
-  const ssize_t length = readlink(link.c_str(), target, sizeof target);
-  return length < 0 ? "" : std::string(target, static_cast<std::size_t>(length));
 }
 
 int argumentAsInt(const SystemCall& call, int index) {

@@ -1,0 +1,38 @@
+#ifndef CAMCFG_TORTURE_CHANGES_COMMANDS_H
+#define CAMCFG_TORTURE_CHANGES_COMMANDS_H
+
+#include <string>
+#include <vector>
+
+namespace camcfg::torture {
+
+/// The arguments of a run of the tool. kAllSections, kFewSections and kPresets stand for documents.
+using Words = std::vector<std::string>;
+
+inline constexpr char kAllSections[] = "@all-sections.json";  ///< changes every section
+inline constexpr char kFewSections[] = "@few-sections.json";  ///< changes two files back
+inline constexpr char kPresets[] = "@presets.csv";
+
+/// A command that changes the device, all or nothing. A new one needs a row in kCommands only.
+struct ChangingCommand {
+  const char* name;
+  Words words;
+  std::vector<Words> before;  ///< what is run first, undisturbed
+};
+
+const std::vector<ChangingCommand>& changingCommands();
+
+/// A command that changes a setting that none of them changes: it finishes what was interrupted and
+/// then makes its own change.
+const Words& anotherChange();
+
+/// What brings an interrupted change to its end.
+enum class Recovery { Boot, Verify, AnotherChange };
+inline constexpr Recovery kRecoveries[] = {Recovery::Boot, Recovery::Verify,
+                                           Recovery::AnotherChange};
+
+const Words& wordsOf(Recovery recovery);
+
+}  // namespace camcfg::torture
+
+#endif
