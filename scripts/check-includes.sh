@@ -63,7 +63,8 @@ add_row tests/tool/cli "$tool_support $enter_root tool/base tool/cli"
 add_row tool/topics tool/cli/command.h
 add_row tool/commands "$below tool/cli tool/topics"
 add_row tests/tool/commands "$tool_support $below tool/cli tool/topics"
-add_row tool/main.cpp "tool/cli tool/commands"
+add_row tool/main.cpp "tool/base tool/cli tool/commands"
+add_row tool/flush.cpp tool/device
 add_row tests/tool "$tool_support $enter_root tool"
 
 # What is tested as a whole.

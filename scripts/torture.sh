@@ -5,6 +5,7 @@
 #
 #   scripts/torture.sh          three or four minutes
 #   scripts/torture.sh --long   three quarters of an hour to an hour: the published figures
+#   scripts/torture.sh --arm64  half a minute: programs side by side, built for 64-bit ARM, in qemu
 #
 # Fails if any program found something wrong. The programs that trace system calls run only on
 # x86-64; elsewhere they are left out and named.
@@ -12,15 +13,24 @@ set -uo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
+torture_arm64() {
+  scripts/install-packages.sh build tool cross || exit 1
+  cmake --preset arm64 -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
+    cmake --build --preset arm64 --target camcfg-programs || exit 1
+  # No -L: proof/torture/README.md says why.
+  exec qemu-aarch64 build-arm64/proof/torture/camcfg-programs
+}
+
 case "${1-}" in
   '' | --long) readonly length=("$@") ;;
+  --arm64) torture_arm64 ;;
   *)
-    echo "Usage: $0 [--long]" >&2
+    echo "Usage: $0 [--long | --arm64]" >&2
     exit 2
     ;;
 esac
 
-readonly programs=(damage kills power-cuts exhaustion threads programs lock-steps changes)
+readonly programs=(damage kills power-cuts exhaustion threads programs tool-and-programs lock-steps changes)
 
 build_with_thread_sanitizer() {
   cmake --preset tsan -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
@@ -41,7 +51,7 @@ for program in "${programs[@]}"; do chosen+=("camcfg-$program"); done
 scripts/install-packages.sh build tool test || exit 1
 if [[ $(uname -m) != x86_64 ]]; then
   echo "Left out on $(uname -m): power-cuts exhaustion lock-steps changes"
-  chosen=(camcfg-damage camcfg-kills camcfg-threads camcfg-programs)
+  chosen=(camcfg-damage camcfg-kills camcfg-threads camcfg-programs camcfg-tool-and-programs)
 fi
 scripts/build.sh -D CAMCFG_TORTURE=ON -- --target "${chosen[@]}" || exit 1
 build_with_thread_sanitizer camcfg-threads || exit 1

@@ -3,6 +3,7 @@
 #include "commands/groups.h"
 
 int main(int argc, char** argv) {
-  camcfg::tool::rememberCaller(argc, argv);
-  return camcfg::tool::cli::runProgram(camcfg::tool::commands::allGroups(), argc, argv);
+  using namespace camcfg::tool;
+  rememberCaller(argc, argv);
+  return cli::runProgram(commands::allGroups(), argc, argv, commands::remarks);
 }

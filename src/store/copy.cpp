@@ -77,7 +77,10 @@ bool copyContents(int from, int to) {
 
 // The new file is made exclusively, so that a dangling link is not written through.
 int openDestination(int directory, const char* name, mode_t mode) {
-  const int existing = openat(directory, name, O_WRONLY | O_TRUNC | O_NONBLOCK | O_CLOEXEC);
+  constexpr int kFlags = O_WRONLY | O_TRUNC | O_CLOEXEC;
+  int existing = openat(directory, name, kFlags | O_NONBLOCK);
+  // Somebody has a lease on the file and is asked to give it up. That is worth waiting for.
+  if (existing < 0 && errno == EWOULDBLOCK) existing = openat(directory, name, kFlags);
   if (existing >= 0 || errno != ENOENT) return existing;
   return openat(directory, name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
 }

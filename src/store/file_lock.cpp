@@ -105,9 +105,9 @@ WorkLock::WorkLock(const char* path, const bool* asked) : owner_(nullptr) {
   const tag_CFG_FILE_LOCK* record = searchRecord(path);
   pthread_mutex_unlock(&g_lockMapFileLock);
   const Holding holding = holdingOf(record);
-  if (holding == Holding::Lock) owner_ = record;
+  if (holding == Holding::Exclusive) owner_ = record;
   // Whoever locked it when the device did not ask for more keeps to that until it is done.
-  const bool decided = record != nullptr && holding != Holding::Left && isLocked(record);
+  const bool decided = record != nullptr && holding != Holding::Other && isLocked(record);
   if (owner_ != nullptr || decided) return;
   owner_ = this;
   had_ = takeBetweenProcesses(this, path, Access::Write, lockDeadline());

@@ -18,8 +18,8 @@ namespace {
 constexpr mode_t kLockFileMode = 0660;
 constexpr int kFlags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
-// Byte 0 is the lock. Byte 1 is a turnstile that everybody passes on the way to it: a writer who
-// has to wait stays in it, so that readers who keep coming do not keep the writer waiting.
+// Byte 0 is the lock. Byte 1 is a turnstile that everybody passes on the way to it: whoever has
+// waited for some time stays in it, so that those who come again and again have to wait as well.
 constexpr off_t kLock = 0;
 constexpr off_t kTurnstile = 1;
 
@@ -38,6 +38,16 @@ std::uint64_t hashOf(const char* text) {
   std::uint64_t hash = 0xcbf29ce484222325;
   for (; *text != '\0'; ++text) hash = (hash ^ static_cast<unsigned char>(*text)) * 0x100000001b3;
   return hash;
+}
+
+// A program may have closed its standard streams: what it prints then must not end up in a lock file.
+int keepFromStreams(int fd) {
+  if (fd < 0 || fd > STDERR_FILENO) return fd;
+  const int moved = fcntl(fd, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  const int error = errno;
+  close(fd);
+  errno = error;
+  return moved;
 }
 
 bool setLock(int fd, short type, off_t first, off_t count) {
@@ -60,19 +70,18 @@ LockFileName::LockFileName(const char* path) {
 }
 
 int openLockFile(const LockFileName& name) {
-  const int fd = open(name.path(), kFlags);
-  return fd >= 0 || errno != ENOENT ? fd : open(name.path(), kFlags | O_CREAT, kLockFileMode);
+  int fd = open(name.path(), kFlags);
+  if (fd < 0 && errno == ENOENT) fd = open(name.path(), kFlags | O_CREAT, kLockFileMode);
+  return keepFromStreams(fd);
 }
 
-Attempt tryLock(int fd, Access access) {
-  const bool reads = access == Access::Read;
-  if (setLock(fd, reads ? F_RDLCK : F_WRLCK, kLock, 2)) {
-    if (reads) setLock(fd, F_UNLCK, kTurnstile, 1);
+Attempt tryLock(int fd, Access access, bool queues) {
+  if (setLock(fd, access == Access::Read ? F_RDLCK : F_WRLCK, kLock, 2)) {
+    setLock(fd, F_UNLCK, kTurnstile, 1);
     return Attempt::Got;
   }
   if (errno != EAGAIN && errno != EACCES) return Attempt::Impossible;
-  if (!reads) setLock(fd, F_WRLCK, kTurnstile, 1);
-  return Attempt::Busy;
+  return queues && setLock(fd, F_WRLCK, kTurnstile, 1) ? Attempt::BusyAsNext : Attempt::Busy;
 }
 
 void unlock(int fd) {
@@ -81,12 +90,19 @@ void unlock(int fd) {
 
 LockFileState stateOf(int fd) {
   struct stat status {};
-  if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink > 1) return {};
-  if ((status.st_mode & 0777) != kLockFileMode) static_cast<void>(fchmod(fd, kLockFileMode));
+  if (fstat(fd, &status) != 0) return {};
   const off_t noted = status.st_size - kNotedSize;
   const bool cut = noted > 0 && noted <= static_cast<off_t>(SaveStep::BackupCopy);
-  return {true, status.st_nlink == 0, cut ? static_cast<SaveStep>(noted) : SaveStep::None,
-          status.st_dev, status.st_ino};
+  return {S_ISREG(status.st_mode) && status.st_nlink <= 1,
+          (status.st_mode & 0777) == kLockFileMode,
+          status.st_nlink == 0,
+          cut ? static_cast<SaveStep>(noted) : SaveStep::None,
+          status.st_dev,
+          status.st_ino};
+}
+
+void givePermissions(int fd) {
+  static_cast<void>(fchmod(fd, kLockFileMode));
 }
 
 void note(int fd, SaveStep step) {

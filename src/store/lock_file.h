@@ -37,12 +37,17 @@ class LockFileName {
 /// @return the descriptor; -1 with errno set
 int openLockFile(const LockFileName& name);
 
-enum class Attempt : char { Got, Busy, Impossible };
+enum class Attempt : char {
+  Got,
+  Busy,
+  BusyAsNext,  ///< nobody else gets it until this descriptor has had it or is closed
+  Impossible
+};
 
-/// Tries once to lock an open lock file. After a failure for writing, no new reader gets it until
-/// this descriptor has had it or is closed. Closing releases.
+/// Tries once to lock an open lock file. Closing releases.
+/// @param queues  after a failure, asks to be next
 /// @return Impossible with errno set where the system has no such locks
-Attempt tryLock(int fd, Access access);
+Attempt tryLock(int fd, Access access, bool queues);
 
 /// Releases the lock and keeps the descriptor.
 void unlock(int fd);
@@ -50,6 +55,7 @@ void unlock(int fd);
 /// What is known about an open lock file.
 struct LockFileState {
   bool usable;       ///< a regular file of one name, or of none
+  bool permits;      ///< has the permissions that lock files have
   bool deleted;      ///< of none: whoever opens the name now gets another one
   SaveStep cutSave;  ///< how far a save got whose program died
   dev_t device;
@@ -60,8 +66,11 @@ inline bool isSame(const LockFileState& one, const LockFileState& other) {
   return one.inode == other.inode && one.device == other.device;
 }
 
-/// Also gives the file its permissions, if it is ours, whatever the umask was when it was made.
+/// @return of a descriptor that is not open, one that is the same as no other's
 LockFileState stateOf(int fd);
+
+/// Gives a lock file its permissions, if it is ours, whatever the umask was when it was made.
+void givePermissions(int fd);
 
 /// Notes how far a save has got. Needs no room in the file system.
 void note(int fd, SaveStep step);

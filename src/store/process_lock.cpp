@@ -67,7 +67,8 @@ void letGo(Held& held) {
   if (fd < 0) return;
   for (const Held* other = g_held; other != nullptr; other = other->next)
     if (other->fd == fd) return;
-  close(fd);
+  // A program that has closed the descriptor may have got it again for something else.
+  if (held.state == Held::Waiting || isSame(stateOf(fd), held.lockFile)) close(fd);
 }
 
 void settle(Held& held, const LockFileState& lockFile, bool exclusive) {
@@ -153,15 +154,18 @@ bool takeKnown(const void* owner) {
     held = find(owner);
   }
   if (held == nullptr || held->state != Held::Idle ||
-      tryLock(held->fd, Access::Read) != Attempt::Got)
+      tryLock(held->fd, Access::Read, false) != Attempt::Got)
     return false;
   const LockFileState lockFile = stateOf(held->fd);
+  const bool isKnown = isSame(lockFile, held->lockFile) && lockFile.usable && !lockFile.deleted &&
+                       lockFile.cutSave == SaveStep::None;
+  if (!isKnown) unlock(held->fd);
   const HeldGuard guard;
-  // A program that has closed the descriptor may have got it again for something else.
-  if (!isSame(lockFile, held->lockFile)) held->fd = -1;
-  if (held->fd < 0 || lockFile.deleted || lockFile.cutSave != SaveStep::None) return false;
-  held->state = Held::Locked;
-  return true;
+  if (isKnown)
+    held->state = Held::Locked;
+  else
+    free(*held);
+  return isKnown;
 }
 
 // Files reported as not locked between programs: those of a device, and some more. What comes after
@@ -191,19 +195,20 @@ class Waiting {
   explicit Waiting(const timespec& deadline) : deadline_(deadline) {}
 
   // False when the deadline has passed.
-  bool sleep() {
+  bool sleep(bool isNext) {
     timespec now{};
     timespec_get(&now, TIME_UTC);
     if (now.tv_sec > deadline_.tv_sec ||
         (now.tv_sec == deadline_.tv_sec && now.tv_nsec >= deadline_.tv_nsec))
       return false;
     nanosleep(&pause_, nullptr);
-    pause_.tv_nsec = std::min(2 * pause_.tv_nsec, kLongest);
+    pause_.tv_nsec = std::min(2 * pause_.tv_nsec, isNext ? kNext : kLongest);
     return true;
   }
 
  private:
   static constexpr long kLongest = 2'000'000;
+  static constexpr long kNext = 200'000;  // while one waits for the next, the file is idle
   const timespec& deadline_;
   timespec pause_{0, 50'000};
 };
@@ -218,18 +223,27 @@ class Approach {
 
   Step step() {
     const bool opened = held_.fd >= 0 || open();
-    const Attempt attempt = opened ? tryLock(held_.fd, access_) : Attempt::Impossible;
+    const bool queues = ++attempts_ > kHurried;
+    const Attempt attempt = opened ? tryLock(held_.fd, access_, queues) : Attempt::Impossible;
     if (attempt == Attempt::Impossible) return refused(errno);
     const LockFileState state = stateOf(held_.fd);
     if (!state.usable) return unusable("no file of ours");
+    if (!state.permits) givePermissions(held_.fd);
+    isNext_ = attempt == Attempt::BusyAsNext;
     return attempt == Attempt::Got ? use(state) : share(state);
   }
+
+  bool isNext() const { return isNext_; }
 
  private:
   bool open() {
     const HeldGuard guard;
-    held_.fd = openLockFile(name_);
-    return held_.fd >= 0;
+    const int fd = openLockFile(name_);
+    // Whoever seemed to have this descriptor had it closed by the program.
+    for (Held* other = g_held; other != nullptr; other = other->next)
+      if (other->fd == fd) other->fd = -1;
+    held_.fd = fd;
+    return fd >= 0;
   }
 
   Step refused(int error) {
@@ -268,7 +282,10 @@ class Approach {
   }
 
   static constexpr int kRefusals = 6;
+  static constexpr int kHurried = 10;  // some 11 ms: until then whoever comes first gets it
   int refusals_ = 0;
+  int attempts_ = 0;
+  bool isNext_ = false;
   Held& held_;
   const char* path_;
   const LockFileName name_;
@@ -295,7 +312,7 @@ bool takeBetweenProcesses(const void* owner, const char* path, Access access,
   Approach approach(*held, path, access);
   Waiting waiting(deadline);
   Approach::Step step = approach.step();
-  while (step == Approach::Busy && waiting.sleep()) step = approach.step();
+  while (step == Approach::Busy && waiting.sleep(approach.isNext())) step = approach.step();
   if (step != Approach::Got) {
     const HeldGuard guard;
     free(*held);
@@ -323,7 +340,7 @@ Holding holdingOf(const void* owner) {
   const HeldGuard guard;
   const Held* held = settled(owner);
   if (held == nullptr) return Holding::Nothing;
-  return held->state == Held::Left ? Holding::Left : Holding::Lock;
+  return held->exclusive ? Holding::Exclusive : Holding::Other;
 }
 
 bool confirmFile(const void* owner, const FileIdentity& file) {

@@ -37,7 +37,11 @@ enum class Change : char {
 /// Changes what an owner holds; does nothing for an owner that holds nothing.
 void changeHolding(const void* owner, Change change);
 
-enum class Holding : char { Nothing, Lock, Left };
+enum class Holding : char {
+  Nothing,
+  Exclusive,
+  Other  ///< a reader's lock, or one that was left to others: not enough for a save
+};
 /// Nothing for null.
 Holding holdingOf(const void* owner);
 

@@ -75,7 +75,8 @@ class Verification {
     Copies copies;
     camcfg::joinPath(copies.main, CFG_DIR_MAIN, name);
     const camcfg::WorkLock lock(copies.main, &locks_);
-    return !lock || verify(copies, name);
+    if (!lock) return camcfg::loadXml(document_, copies.main) != Load::Shortage;
+    return verify(copies, name);
   }
 
  private:

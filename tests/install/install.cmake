@@ -84,7 +84,7 @@ endfunction()
 
 function(ServiceNamesTheInstalledTool)
   file(STRINGS ${first}/lib/systemd/system/camcfg-verify.service lines REGEX "^ExecStart=")
-  expect_equal("${lines}" "ExecStart=${first}/bin/camcfg -v verify --resync")
+  expect_equal("${lines}" "ExecStart=${first}/bin/camcfg -v boot")
 endfunction()
 
 function(ServiceIsSoundBySystemd)
@@ -119,7 +119,7 @@ function(DestdirComesBeforeThePrefix)
   expect_equal("${everything}" "${expected}")
   file(STRINGS ${stage}/opt/camcfg/lib/systemd/system/camcfg-verify.service lines
     REGEX "^ExecStart=")
-  expect_equal("${lines}" "ExecStart=/opt/camcfg/bin/camcfg -v verify --resync")
+  expect_equal("${lines}" "ExecStart=/opt/camcfg/bin/camcfg -v boot")
 endfunction()
 
 # Fails unless every test was run and passed.

@@ -3,7 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 #include "support/device_test.h"
 #include "support/without_override.h"
@@ -44,6 +46,20 @@ TEST_F(CopyTest, NewFileIsMadeSilently) {
 TEST_F(CopyTest, LongerFileIsReplacedWhole) {
   device.write("/to.xml", std::string(100000, 'x'));
   EXPECT_EQ(copy("/from.xml", "/to.xml"), 0);
+  EXPECT_EQ(device.read("/to.xml"), contents);
+}
+
+TEST_F(CopyTest, FileThatSomebodyHasALeaseOnIsReplacedWhenThatIsGivenUp) {
+  device.write("/to.xml", "old");
+  std::signal(SIGIO, SIG_IGN);
+  const int leased = open("/to.xml", O_RDONLY | O_CLOEXEC);
+  if (fcntl(leased, F_SETLEASE, F_RDLCK) != 0) GTEST_SKIP() << "no leases here";
+  std::thread holder([leased] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    close(leased);
+  });
+  EXPECT_EQ(copy("/from.xml", "/to.xml"), 0);
+  holder.join();
   EXPECT_EQ(device.read("/to.xml"), contents);
 }
 

@@ -31,8 +31,41 @@ std::optional<int> lockFilesFailWith(const char* path) {
   return -1;
 }
 
+int descriptorOf(const std::string& path) {
+  struct stat wanted {};
+  if (stat(path.c_str(), &wanted) != 0) return -1;
+  for (int fd = 0; fd < 100; ++fd) {
+    struct stat status {};
+    if (fstat(fd, &status) == 0 && status.st_ino == wanted.st_ino && status.st_dev == wanted.st_dev)
+      return fd;
+  }
+  return -1;
+}
+
 class LockDirectoryTest : public ProcessLockTest {
  protected:
+  // A file of the program's own, under a descriptor that the library had.
+  static inline int theirs = -1;
+
+  void takeDescriptorOf(const std::string& lockFile) {
+    const int fd = descriptorOf(lockFile);
+    ASSERT_GE(fd, 0);
+    device.write("/other", "theirs");
+    chmod("/other", 0600);
+    const int file = ::open("/other", O_RDWR);
+    theirs = dup2(file, fd);
+    close(file);
+  }
+  static int theirsIsOpen() { return lseek(theirs, 0, SEEK_END) == 6 ? 0 : 1; }
+  static bool theirsIsUnlocked() {
+    const int fd = ::open("/other", O_RDWR | O_CLOEXEC);
+    struct flock range {};
+    range.l_type = F_WRLCK;
+    const bool isUnlocked = fcntl(fd, F_OFD_SETLK, &range) == 0;
+    close(fd);
+    return isUnlocked;
+  }
+
   /// The lock file's path, of a file that is not there any more.
   std::string takeLockFileAway() {
     cfgLockFile(kPath);
@@ -156,6 +189,15 @@ TEST_F(LockDirectoryTest, ShortageOfDescriptorsFailsAsATimeOutDoes) {
   EXPECT_TRUE(isUnlocked(kPath));
 }
 
+TEST_F(LockDirectoryTest, ShortageOfDescriptorsEndsVerification) {
+  InterposedCallsScope calls;
+  calls->open = [](const char*) -> std::optional<int> {
+    errno = EMFILE;
+    return -1;
+  };
+  captureOutput([] { EXPECT_EQ(CFG_VerifyFileFormat(), -1); });
+}
+
 TEST_F(LockDirectoryTest, LockFileIsForOwnerAndGroupWhateverTheMask) {
   for (const mode_t mask : {0u, 022u, 077u}) {
     const mode_t before = umask(mask);
@@ -180,25 +222,60 @@ TEST_F(LockDirectoryTest, LockFileThatWasDeletedIsMadeAgain) {
 }
 
 TEST_F(LockDirectoryTest, DescriptorThatTheProgramClosedIsNotUsedForAnotherFile) {
-  openDocument(kPath, BU_TRUE);
-  const int before = dup(0);
-  // The lock file's descriptor is one of the lowest; all are closed and taken again.
-  for (int fd = 3; fd < before; ++fd) {
+  const std::vector<std::pair<const char*, std::function<void()>>> works = {
+      {"read", [] { EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 1); }},
+      {"write", [] { EXPECT_EQ(save(openDocument(kPath, BU_FALSE), 1), 0); }},
+      {"fork",
+       [] { EXPECT_EQ(OtherProgram([](OtherProgram&) { return theirsIsOpen(); }).wait(), 0); }},
+  };
+  for (const auto& [name, work] : works) {
+    openDocument(kPath, BU_TRUE);
+    takeDescriptorOf(lockFileOf(kName));
+    for (int round = 0; round < 2; ++round) work();
+    EXPECT_EQ(theirsIsOpen(), 0) << name;
+    EXPECT_TRUE(theirsIsUnlocked()) << name;
     struct stat status {};
-    struct stat lockFile {};
-    fstat(fd, &status);
-    stat(lockFileOf(kName).c_str(), &lockFile);
-    if (status.st_ino != lockFile.st_ino || status.st_dev != lockFile.st_dev) continue;
-    close(fd);
-    device.write("/other", "theirs");
-    const int taken = ::open("/other", O_RDWR);
-    EXPECT_EQ(taken, fd);
-    EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 1);
-    EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 1);
-    EXPECT_EQ(lseek(taken, 0, SEEK_END), 6) << "still open, still theirs";
-    EXPECT_EQ(close(taken), 0);
+    EXPECT_EQ(fstat(theirs, &status), 0) << name;
+    EXPECT_EQ(status.st_mode & 0777, 0600u) << name;
+    close(theirs);
   }
-  close(before);
+}
+
+TEST_F(LockDirectoryTest, DescriptorThatTheProgramClosedInAWritingSessionIsNotClosedOnceMore) {
+  const Document document = openDocument(kPath, BU_FALSE);
+  takeDescriptorOf(lockFileOf(kName));
+  EXPECT_EQ(save(document, 2), 0);
+  EXPECT_EQ(theirsIsOpen(), 0);
+  close(theirs);
+}
+
+// The next lock file gets the descriptor that the first one had.
+TEST_F(LockDirectoryTest, LockOfAnotherFileSurvivesAReadByADescriptorThatTheProgramClosed) {
+  openDocument(kPath, BU_TRUE);
+  close(descriptorOf(lockFileOf(kName)));
+  device.write("/cfg0/y.xml", "<A/>");
+  const Document document = openDocument("/cfg0/y.xml", BU_FALSE);
+  EXPECT_EQ(valueOf(openDocument(kPath, BU_TRUE)), 1);
+  EXPECT_FALSE(othersMayRead("y.xml"));
+  CFG_UnlockFile(text("/cfg0/y.xml"));
+}
+
+TEST_F(LockDirectoryTest, LockFileThatGotASecondNameIsNotLeftLocked) {
+  openDocument(kPath, BU_TRUE);
+  const std::string path = lockFileOf(kName);
+  ASSERT_EQ(link(path.c_str(), "/second"), 0);
+  openDocument(kPath, BU_TRUE);
+  openDocument(kPath, BU_TRUE);
+  EXPECT_TRUE(othersMayWrite(kName));
+}
+
+TEST_F(LockDirectoryTest, LockFileIsNoStandardStreamOfAProgramThatClosedThem) {
+  OtherProgram other([](OtherProgram&) {
+    for (const int stream : {0, 1, 2}) close(stream);
+    openDocument(kPath, BU_TRUE);
+    return descriptorOf(lockFileOf(kName));
+  });
+  EXPECT_GT(other.wait(), 2);
 }
 
 }  // namespace

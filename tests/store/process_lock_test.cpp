@@ -7,6 +7,8 @@
 #include <atomic>
 #include <thread>
 
+#include "support/interposed_calls.h"
+
 namespace camcfg::tests {
 namespace {
 
@@ -89,6 +91,56 @@ TEST_F(ProcessLockTest, ReaderWaitsForAnotherProgramsSaveAndReadsWhatItSaved) {
   EXPECT_EQ(other.finish(), 0);
   reader.join();
   EXPECT_EQ(value, 2);
+}
+
+// It saves again as soon as it has saved, so the file is free for some microseconds at a time.
+int saveWithoutPause(OtherProgram& self) {
+  insteadOfSync = [] { std::this_thread::sleep_for(20ms); };
+  const auto end = Clock::now() + 8s;
+  bool isPaused = false;
+  while (Clock::now() < end) {
+    const Document document = openDocument(kPath, BU_FALSE);
+    if (!isPaused) self.pause();
+    isPaused = true;
+    save(document, 1);
+  }
+  return 0;
+}
+
+TEST_F(ProcessLockTest, ProgramThatSavesAgainAndAgainKeepsNobodyOut) {
+  OtherProgram other(saveWithoutPause);
+  other.waitForPause();
+  other.resume();
+  for (const tagBU_BOOL readOnly : {BU_TRUE, BU_FALSE})
+    for (int round = 0; round < 10; ++round) {
+      const auto start = Clock::now();
+      const Document document = openDocument(kPath, readOnly);
+      EXPECT_LT(Clock::now() - start, 500ms);
+      ASSERT_NE(document, nullptr);
+      if (readOnly != BU_TRUE) CFG_UnlockFile(text(kPath));
+    }
+}
+
+TEST_F(ProcessLockTest, SaveOfAFileThatNobodyOpenedWaitsForThisProgramsReaders) {
+  std::atomic<bool> reads{false};
+  std::atomic<bool> hasRead{false};
+  InterposedCallsScope calls;
+  calls->open = [&](const std::string& path) -> std::optional<int> {
+    if (path != kPath || reads.exchange(true)) return std::nullopt;
+    std::this_thread::sleep_for(300ms);
+    hasRead = true;
+    return std::nullopt;
+  };
+  std::thread reader([] { openDocument(kPath, BU_TRUE); });
+  while (!reads) std::this_thread::yield();
+  Document document = std::make_unique<tinyxml2::XMLDocument>();
+  document->Parse("<A/>");
+  insteadOfSync = [&] {
+    EXPECT_TRUE(hasRead);
+    EXPECT_FALSE(othersMayRead(kName));
+  };
+  EXPECT_EQ(save(document, 2, kPath, BU_FALSE), 0);
+  reader.join();
 }
 
 TEST_F(ProcessLockTest, WritersOfTwoProgramsTakeTurns) {
@@ -266,10 +318,14 @@ TEST_F(ProcessLockTest, ChildInheritsNoLock) {
 TEST_F(ProcessLockTest, ChildOfAKilledProgramHoldsNothingOfIt) {
   OtherProgram other([](OtherProgram& self) {
     const Document document = openDocument(kPath, BU_FALSE);
+    int ready[2];
+    char mark = 'x';
+    if (pipe(ready) != 0) return 1;
     if (fork() == 0) {
-      sleep(5);
+      if (write(ready[1], &mark, 1) == 1) sleep(5);
       _exit(0);
     }
+    if (read(ready[0], &mark, 1) != 1) return 2;
     self.pause();
     return 0;
   });

@@ -30,9 +30,14 @@ Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
 /// @param command  the whole name of one of the commands; empty: the tool itself
 std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
 
+/// What there is to say about the device after any command that uses it, a line each. It throws
+/// nothing.
+using Remarks = std::function<std::vector<std::string>()>;
+
 /// Runs the command that a command line asks for and prints its answer.
 /// @return the exit status
-int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
+int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv,
+               const Remarks& remarks = {});
 
 }  // namespace camcfg::tool::cli
 

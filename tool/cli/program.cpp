@@ -77,13 +77,21 @@ Answer outcomeOf(const Invocation& invocation) {
   return invocation.command->run(invocation.arguments);
 }
 
-Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& programs) {
+Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& programs,
+                const Remarks& remarks) {
   const std::string name = std::string(invocation.command->name) + ": ";
   announceBy([&](const std::string& line) { Streams::message(name + line, Tone::Warning); });
+  const auto remark = [&] {
+    if (!remarks || !invocation.command->usesDevice) return;
+    for (const std::string& line : remarks()) announce("note: " + line);
+  };
   try {
     if (invocation.command->goesOn) return goOn(invocation, streams, programs);
-    return finish(outcomeOf(invocation), invocation, streams, programs);
+    const Status status = finish(outcomeOf(invocation), invocation, streams, programs);
+    remark();
+    return status;
   } catch (const Refusal& refusal) {
+    remark();
     const bool ordinary = refusal.status() == Status::Refused;
     throw refusal.after(name, ordinary ? invocation.command->whenRefused : refusal.status());
   } catch (const std::exception& error) {
@@ -92,7 +100,7 @@ Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& pr
   }
 }
 
-Status run(Invocation& invocation, Streams& streams) {
+Status run(Invocation& invocation, Streams& streams, const Remarks& remarks) {
   Streams::colourMessages(invocation.json ? "never" : invocation.color);
   const HostPrograms programs;
   if (invocation.command == nullptr) {
@@ -107,7 +115,7 @@ Status run(Invocation& invocation, Streams& streams) {
     if (const std::string error = enterRoot(*invocation.root); !error.empty())
       throw Refusal::about(kRoot, std::string(kRoot) + " " + *invocation.root + ": " + error,
                            invocation.command->whenRefused);
-  return carryOut(invocation, streams, programs);
+  return carryOut(invocation, streams, programs, remarks);
 }
 
 Json answerOf(const Refusal& refusal) {
@@ -128,14 +136,15 @@ int refuse(const Refusal& refusal, const Invocation& invocation, Streams& stream
 
 }  // namespace
 
-int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
+int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv,
+               const Remarks& remarks) {
   Streams streams;
   Streams::colourMessages(colorIn(argc, argv));
   Invocation invocation;
   try {
     invocation.json = asksForJson(groups, argc, argv);
     invocation = readCommandLine(groups, argc, argv);
-    return static_cast<int>(run(invocation, streams));
+    return static_cast<int>(run(invocation, streams, remarks));
   } catch (const Refusal& refusal) {
     return refuse(refusal, invocation, streams);
   } catch (const std::exception& error) {

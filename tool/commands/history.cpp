@@ -85,6 +85,13 @@ Answer undo(const Arguments& arguments) {
 
 }  // namespace
 
+std::vector<std::string> remarks() {
+  const std::optional<device::RecordedChange> change = device::interruptedChange();
+  if (!change) return {};
+  return {"an interrupted change is waiting: " + device::describe(*change) +
+          "; 'camcfg boot' or the next change brings it to its end"};
+}
+
 CommandGroup historyGroup() {
   return {"History",
           {command("history", "List the last changes, or show what one of them changed", history,

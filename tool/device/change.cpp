@@ -8,6 +8,7 @@
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "device/calm.h"
+#include "device/history.h"
 #include "device/room.h"
 #include "device/save.h"
 #include "device/signals.h"
@@ -105,9 +106,10 @@ class Undertaking {
     requireRoomFor(files_);
   }
 
-  // The journal takes up room as well.
+  // The journal takes up room as well, and so does the history.
   void requireRoomFor(const std::vector<FileChange>& files) {
-    const std::string obstacle = whyNotSaved(files);
+    std::string obstacle = whyNotSaved(files);
+    while (beginsWith(obstacle, kNoRoom) && forgetOldest()) obstacle = whyNotSaved(files);
     if (obstacle.empty()) return;
     throw Refusal((changes_.size() == 1 ? changes_.front().what + ": " : "") + obstacle);
   }

@@ -12,7 +12,7 @@
 namespace camcfg::tool::device {
 
 /// One change of a configuration file, made by the library. Its functions are called on a copy of the
-/// device, in a process of their own: what they change there is lost but for the files.
+/// device, in a process of their own: of what they change there, only the files count.
 struct Change {
   std::string path;            ///< main copy
   std::string what;            ///< what is changed, the beginning of a refusal: "System/Rtsp"

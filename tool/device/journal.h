@@ -30,6 +30,9 @@ struct RecordedChange {
   std::vector<FileChange> files;
 };
 
+/// "import settings.json (2026-11-22T06:50:12Z)", on one line.
+std::string describe(const RecordedChange& change);
+
 /// Puts a change into the journal, in place of the one that is there, which must be an earlier
 /// attempt of this change. When this returns it is on the medium, and in force.
 /// @throws Refusal if it cannot be written; the journal is as it was

@@ -68,7 +68,7 @@ std::string whyNotWritable(const std::vector<Writing>& writings) {
   }
   for (const auto& [device, load] : loads)
     if (load.known && load.needed > load.free)
-      return "no room for " + load.paths + ": " + std::to_string(load.needed) +
+      return kNoRoom + load.paths + ": " + std::to_string(load.needed) +
              " bytes are needed and " + std::to_string(load.free) + " are free";
   return "";
 }

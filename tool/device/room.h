@@ -13,6 +13,9 @@ struct Writing {
   std::uintmax_t bytes;  ///< free space that it needs
 };
 
+/// How an obstacle begins that is gone when something is removed.
+constexpr char kNoRoom[] = "no room for ";
+
 /// Why files cannot be written: a directory is missing, a file or directory may not be written to,
 /// or a file system has not room enough for all that goes onto it ("no room for ..., with the
 /// figures). Empty if nothing prevents it.

@@ -2,14 +2,20 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <ctime>
-#include <initializer_list>
+#include <iterator>
 
 namespace camcfg::tool::device {
+namespace {
+
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+}  // namespace
 
 HeldSignals::HeldSignals() {
   sigemptyset(&held_);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : kSignals) {
     struct sigaction action {};
     const bool isIgnored = sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
     if (!isIgnored) sigaddset(&held_, signal);
@@ -24,9 +30,9 @@ HeldSignals::~HeldSignals() {
 bool HeldSignals::haveCome() const {
   sigset_t pending{};
   sigpending(&pending);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-    if (sigismember(&held_, signal) != 0 && sigismember(&pending, signal) != 0) return true;
-  return false;
+  return std::any_of(std::begin(kSignals), std::end(kSignals), [&](int signal) {
+    return sigismember(&held_, signal) != 0 && sigismember(&pending, signal) != 0;
+  });
 }
 
 void HeldSignals::ignore() const {

@@ -46,9 +46,6 @@ std::vector<std::string*> contentsIn(FileChange& file);
 /// in the directory of the main copies.
 bool isMainCopy(const std::string& path);
 
-/// "import settings.json (2026-11-22 06:50:12)", on one line.
-std::string describe(const RecordedChange& change);
-
 }  // namespace camcfg::tool::device
 
 #endif

@@ -16,7 +16,6 @@
 #include "base/outcome.h"
 #include "base/progress.h"
 #include "device/files.h"
-#include "device/journal.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -84,7 +83,7 @@ Turn::Turn(const Files& files, const Patience& patience, std::vector<std::string
   directory_.emplace(std::move(directory));
   isTaken = true;
   try {
-    lockAll(waitingChange() ? allFiles() : files);
+    lockAll(hasLeftJournal() ? allFiles() : files);
     const std::vector<std::string> lines = finishInterrupted();
     if (finished != nullptr)
       *finished = lines;
@@ -118,6 +117,13 @@ void Turn::release() {
   isTaken = false;
   for (const std::string& spelling : locked_) cfgUnlockFile(spelling.c_str());
   locked_.clear();
+}
+
+std::optional<RecordedChange> interruptedChange() {
+  if (!hasLeftJournal()) return std::nullopt;
+  const Descriptor directory(openLocked());
+  const bool isAtWork = directory && flock(directory.get(), LOCK_SH | LOCK_NB) != 0;
+  return isAtWork ? std::nullopt : waitingChange();
 }
 
 std::string whyNotKeptApart() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/host.h"
+#include "device/journal.h"
 
 namespace camcfg::tool::device {
 
@@ -45,6 +46,10 @@ class Turn {
   std::optional<Descriptor> directory_;
   std::vector<std::string> locked_;
 };
+
+/// The change that an interrupted run has left, for those who only report it; none while some run is
+/// at work.
+std::optional<RecordedChange> interruptedChange();
 
 /// Why the programs of this device do not wait for each other when they change settings: the
 /// directory for the locks between them is missing or of no use. Empty if they do.

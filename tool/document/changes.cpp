@@ -136,7 +136,8 @@ std::vector<Transition> Changes::look() {
 
 bool Changes::isUneasy() const {
   return sections_.empty() || std::any_of(faults_.begin(), faults_.end(), [&](const auto& fault) {
-           return states_.at(fault.first).wasRead;
+           const State& state = states_.at(fault.first);
+           return state.wasRead || state.isBeingWritten;
          });
 }
 
@@ -152,6 +153,7 @@ void Changes::lookAt(const std::string& path, std::vector<Transition>& found) {
                           (device::isOpenForWriting(path) && device::ageOf(now.main) < kSlowSave);
   if (isChanging || device::ageOf(now.main) < kTick) state.main = device::Signature{-1};
   if (isChanging) {
+    state.isBeingWritten = true;
     faults_[path] = path + " is being written";
     return;
   }

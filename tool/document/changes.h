@@ -38,7 +38,7 @@ class Changes {
   const std::map<std::string, std::string>& faults() const { return faults_; }
   /// The files that are looked at.
   static std::vector<std::string> files();
-  /// Whether one of them could be read before and cannot now, or none can.
+  /// Whether one of them could be read before and cannot now, or is being written, or none can be read.
   bool isUneasy() const;
 
  private:
@@ -46,6 +46,7 @@ class Changes {
     device::Signature main{-1};
     device::Signature backup{};
     bool wasRead = false;
+    bool isBeingWritten = false;
   };
 
   void lookAt(const std::string& path, std::vector<Transition>& found);

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "tool/background.h"
 #include "tool/media_tool_test.h"
@@ -136,6 +137,18 @@ TEST_F(WatchTest, WaitsForTheEndOfASlowSave) {
   ASSERT_TRUE(watch.shows("\n"));
   EXPECT_THAT(watch.taken(),
               MatchesRegex(kTime + std::string("parameters.System.Rtsp: 554 -> ") + "8554\n"));
+}
+
+// For three seconds after a change a file that is kept open counts as being written.
+TEST_F(WatchTest, ReadsAFileThatAProgramKeepsOpenFromBeforeItsStart) {
+  std::ofstream file(hostPath(kBusiness), std::ios::trunc);
+  file << kParameters << std::flush;
+  Background watch(line({}));
+  std::this_thread::sleep_for(std::chrono::seconds(6));
+  watch.taken();
+  file.seekp(0);
+  file << withRtsp(555) << std::flush;
+  EXPECT_TRUE(watch.shows("parameters.System.Rtsp: 554 -> 555\n", 10000));
 }
 
 TEST_F(WatchTest, SurvivesADirectoryThatGoesAndComesBack) {

@@ -1,4 +1,4 @@
-#include "tool/cli/every_command.h"
+#include "tool/commands/every_command.h"
 
 #include <iterator>
 #include <sstream>

@@ -6,7 +6,7 @@
 
 #include "base/json.h"
 #include "cli/command_line.h"
-#include "tool/cli/every_command.h"
+#include "tool/commands/every_command.h"
 
 namespace camcfg::tests {
 namespace {

@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "base/outcome.h"
-#include "tool/cli/every_command.h"
+#include "tool/commands/every_command.h"
 
 namespace camcfg::tests {
 namespace {
