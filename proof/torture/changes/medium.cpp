@@ -52,9 +52,9 @@ int Medium::newFile(bool isDirectory) {
 }
 
 void Medium::apply(const Operation& operation, Survival survival) {
-  const auto file = static_cast<std::size_t>(operation.file + 1);
-  if (files_.size() < file) files_.resize(file);
-  if (operation.kind == Operation::MakeDirectory) files_.back().isDirectory = true;
+  const auto file = static_cast<std::size_t>(operation.file);
+  if (operation.file >= 0 && files_.size() <= file) files_.resize(file + 1);
+  if (operation.kind == Operation::MakeDirectory) files_[file].isDirectory = true;
   if (survival == Survival::None || operation.kind == Operation::Flush) return;
   if (operation.kind == Operation::Write) return write(operation, survival);
   if (operation.kind == Operation::Truncate)
