@@ -52,7 +52,7 @@ int Medium::newFile(bool isDirectory) {
 }
 
 void Medium::apply(const Operation& operation, Survival survival) {
-  const auto file = static_cast<std::size_t>(operation.file + 1);
+  const auto file = static_cast<std::size_t>(operation.file) + 1;
   if (files_.size() < file) files_.resize(file);
   if (operation.kind == Operation::MakeDirectory) files_.back().isDirectory = true;
   if (survival == Survival::None || operation.kind == Operation::Flush) return;

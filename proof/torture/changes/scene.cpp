@@ -145,7 +145,7 @@ Whole Scene::count(const Tree& tree, const Tree& before, const Tree& after,
   const std::vector<std::string> faults = faultsOf(tree);
   if (!faults.empty()) ++tally.failed;
   for (const std::string& fault : faults)
-    report(std::string(command_.name) + ", " + where + ": " + fault);
+    report(std::string(command_.name).append(", ").append(where).append(": ").append(fault));
   return whole;
 }
 
