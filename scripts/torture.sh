@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Tortures the library: damages its files, cuts its power, makes its system calls fail, uses it from
-# many threads and programs. Prints what was found as tables; docs/reliability.md has those of one run
-# each.
+# many threads and programs. Does the like to the tool while it changes settings. Prints what was
+# found as tables; docs/reliability.md has those of one run each.
 #
-#   scripts/torture.sh          two or three minutes
-#   scripts/torture.sh --long   twenty minutes to half an hour: the published figures
+#   scripts/torture.sh          three or four minutes
+#   scripts/torture.sh --long   three quarters of an hour to an hour: the published figures
 #   scripts/torture.sh --arm64  half a minute: programs side by side, built for 64-bit ARM, in qemu
 #
 # Fails if any program found something wrong. The programs that trace system calls run only on
@@ -30,7 +30,7 @@ case "${1-}" in
     ;;
 esac
 
-readonly programs=(damage kills power-cuts exhaustion threads programs tool-and-programs lock-steps)
+readonly programs=(damage kills power-cuts exhaustion threads programs tool-and-programs lock-steps changes)
 
 build_with_thread_sanitizer() {
   cmake --preset tsan -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
@@ -50,7 +50,7 @@ for program in "${programs[@]}"; do chosen+=("camcfg-$program"); done
 
 scripts/install-packages.sh build tool test || exit 1
 if [[ $(uname -m) != x86_64 ]]; then
-  echo "Left out on $(uname -m): power-cuts exhaustion lock-steps"
+  echo "Left out on $(uname -m): power-cuts exhaustion lock-steps changes"
   chosen=(camcfg-damage camcfg-kills camcfg-threads camcfg-programs camcfg-tool-and-programs)
 fi
 scripts/build.sh -D CAMCFG_TORTURE=ON -- --target "${chosen[@]}" || exit 1

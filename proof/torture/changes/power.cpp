@@ -27,6 +27,22 @@ std::vector<Story> stories() {
 }
 
 using Survivals = std::vector<Survival>;
+using Operations = std::vector<Operation>;
+
+// The first operation that is not flushed when power fails before the operation `cut`.
+std::size_t unflushed(const Operations& operations, std::size_t cut) {
+  while (cut > 0 && operations[cut - 1].kind != Operation::Flush) --cut;
+  return cut;
+}
+
+Tree afterPowerCut(const Tree& start, const Operations& operations, std::size_t cut,
+                   const Survivals& survivals) {
+  Medium medium(start);
+  const std::size_t flushed = cut - survivals.size();
+  for (std::size_t i = 0; i < cut; ++i)
+    medium.apply(operations[i], i < flushed ? Survival::Whole : survivals[i - flushed]);
+  return medium.tree();
+}
 
 /// The commands of a story as they were carried out once.
 class Chapter {
@@ -49,21 +65,8 @@ class Chapter {
   }
 
   const Bench& bench() const { return bench_; }
-  const std::vector<Operation>& operations() const { return operations_; }
-
-  /// The first operation that is not flushed when power fails before the operation `cut`.
-  std::size_t unflushed(std::size_t cut) const {
-    while (cut > 0 && operations_[cut - 1].kind != Operation::Flush) --cut;
-    return cut;
-  }
-
-  Tree after(std::size_t cut, const Survivals& survivals) const {
-    Medium medium(start_);
-    const std::size_t flushed = cut - survivals.size();
-    for (std::size_t i = 0; i < cut; ++i)
-      medium.apply(operations_[i], i < flushed ? Survival::Whole : survivals[i - flushed]);
-    return medium.tree();
-  }
+  const Operations& operations() const { return operations_; }
+  const Tree& start() const { return start_; }
 
   // A command that has ended must be in force.
   std::pair<Tree, Tree> allowed(std::size_t cut) const {
@@ -80,9 +83,20 @@ class Chapter {
   Bench bench_;
   Tree start_;
   std::vector<Tree> states_;
-  std::vector<Operation> operations_;
+  Operations operations_;
   std::vector<std::size_t> ends_;
 };
+
+Survivals drawn(const Operation* first, std::size_t count, std::mt19937& random) {
+  std::uniform_int_distribution<int> any(0, 3);
+  Survivals survivals(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const int number = any(random);
+    survivals[i] = first[i].kind == Operation::Write ? static_cast<Survival>(number)
+                                                     : static_cast<Survival>(number % 2);
+  }
+  return survivals;
+}
 
 // All, nothing, all but one, only one; then any, by chance.
 std::vector<Survivals> survivalsOf(const Operation* first, std::size_t count, int draws,
@@ -100,16 +114,7 @@ std::vector<Survivals> survivalsOf(const Operation* first, std::size_t count, in
     addWith(Survival::Whole, i, Survival::Zeros);
     addWith(Survival::Whole, i, Survival::Half);
   }
-  std::uniform_int_distribution<int> any(0, 3);
-  for (int draw = 0; draw < draws; ++draw) {
-    Survivals drawn(count);
-    for (std::size_t i = 0; i < count; ++i) {
-      const int number = any(random);
-      drawn[i] = first[i].kind == Operation::Write ? static_cast<Survival>(number)
-                                                   : static_cast<Survival>(number % 2);
-    }
-    all.push_back(drawn);
-  }
+  for (int draw = 0; draw < draws; ++draw) all.push_back(drawn(first, count, random));
   return all;
 }
 
@@ -141,16 +146,17 @@ class PowerCut {
         slice_(slice),
         tally_(tally),
         options_(options),
-        chapter_(story) {}
+        chapter_(story),
+        random_(options.seed + static_cast<std::uint32_t>(slice.index)) {}
 
   void run() {
     // Alike in all slices.
     std::mt19937 random(options_.seed);
-    const std::vector<Operation>& operations = chapter_.operations();
+    const Operations& operations = chapter_.operations();
     for (std::size_t cut = 0; cut <= operations.size(); ++cut) {
-      const std::size_t flushed = chapter_.unflushed(cut);
+      const std::size_t flushed = unflushed(operations, cut);
       for (const Survivals& survivals : survivalsOf(operations.data() + flushed, cut - flushed,
-                                                    options_.longRun ? 24 : 2, random))
+                                                    options_.longRun ? 200 : 2, random))
         if (isOverwritten(operations.data() + flushed, survivals) ==
             (medley_ == Medley::Overwritten))
           tryOne(cut, survivals);
@@ -160,29 +166,51 @@ class PowerCut {
  private:
   // The short run takes a sample of what is different.
   void tryOne(std::size_t cut, const Survivals& survivals) {
-    const Tree left = chapter_.after(cut, survivals);
+    const Tree left = afterPowerCut(chapter_.start(), chapter_.operations(), cut, survivals);
     if (!seen_.insert({left, chapter_.allowed(cut)}).second) return;
     const long number = static_cast<long>(seen_.size()) - 1;
     const long every = options_.longRun ? 1 : 4;
     if (number % every != 0 || !slice_.has(number / every)) return;
     chapter_.bench().put(left);
     ++tally_.cuts;
-    start(cut, chapter_.allowed(cut));
+    const std::string where = name_ + ", power fails before operation " + std::to_string(cut);
+    const bool hasFinished = start(where, chapter_.allowed(cut));
+    if (hasFinished && medley_ == Medley::Orderly)
+      failAgain(left, where + " and again in boot", chapter_.allowed(cut));
   }
 
-  void start(std::size_t cut, const std::pair<Tree, Tree>& allowed) {
+  // While boot finishes a change, power fails once more, at a moment drawn by chance.
+  void failAgain(const Tree& left, const std::string& where, const std::pair<Tree, Tree>& allowed) {
+    constexpr int kDraws = 3;
+    chapter_.bench().put(left);
+    Recording recording(chapter_.bench(), left);
+    recording.run({"boot"});
+    const Operations& operations = recording.operations();
+    std::uniform_int_distribution<std::size_t> anyCut(0, operations.size());
+    for (int draw = 0; draw < kDraws; ++draw) {
+      const std::size_t cut = anyCut(random_);
+      const std::size_t flushed = unflushed(operations, cut);
+      const Survivals survivals = drawn(operations.data() + flushed, cut - flushed, random_);
+      if (isOverwritten(operations.data() + flushed, survivals)) continue;
+      chapter_.bench().put(afterPowerCut(left, operations, cut, survivals));
+      ++tally_.cuts;
+      start(where, allowed);
+    }
+  }
+
+  // True if it finished a change.
+  bool start(const std::string& where, const std::pair<Tree, Tree>& allowed) {
     const Run run = chapter_.bench().run({"boot"});
     if (run.hasFinished()) ++tally_.finished;
     const Tree tree = chapter_.bench().tree();
     const Whole whole = judge(Bench::mainsOf(tree), allowed.first, allowed.second);
     ++tally_.found[static_cast<int>(whole)];
-    const std::string where =
-        name_ + ", power fails before operation " + std::to_string(cut) + ": ";
-    if (whole == Whole::Mixed || whole == Whole::Lost) report(where + wordFor(whole));
+    if (whole == Whole::Mixed || whole == Whole::Lost) report(where + ": " + wordFor(whole));
     std::vector<std::string> faults = faultsOf(tree);
     if (run.status != 0) faults.push_back("status " + std::to_string(run.status));
     if (!faults.empty()) ++tally_.failed;
-    for (const std::string& fault : faults) report(where + fault + "; boot: " + run.output);
+    for (const std::string& fault : faults) report(where + ": " + fault + "; boot: " + run.output);
+    return run.hasFinished();
   }
 
   const std::string name_;
@@ -191,6 +219,7 @@ class PowerCut {
   Tally& tally_;
   const Options& options_;
   const Chapter chapter_;
+  std::mt19937 random_;
   std::set<std::pair<Tree, std::pair<Tree, Tree>>> seen_;
 };
 

@@ -1,11 +1,13 @@
 #include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <random>
 #include <stdexcept>
+#include <thread>
+#include <utility>
 
 #include "torture/changes/experiments.h"
 #include "torture/changes/scene.h"
@@ -13,6 +15,8 @@
 
 namespace camcfg::torture {
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 // The changes of a storm, one after the other, over and over.
 const Words kChanges[] = {
@@ -53,8 +57,8 @@ class Lives {
  public:
   explicit Lives(long usual) : usual_(usual) {}
 
-  useconds_t draw(std::mt19937& random) const {
-    return static_cast<useconds_t>(std::uniform_int_distribution<long>(0, usual_)(random));
+  std::chrono::microseconds draw(std::mt19937& random) const {
+    return std::chrono::microseconds(std::uniform_int_distribution<long>(0, usual_)(random));
   }
   void learn(bool isTooLong) { usual_ += isTooLong ? -usual_ / 8 : std::max(1L, usual_ / 64); }
 
@@ -84,30 +88,38 @@ class Storm {
  private:
   int killAtAnyTime() {
     const pid_t child = bench_.start(kChanges[change_]);
-    return end(child, anyTime_);
-  }
-
-  int killInForce() {
-    constexpr int kPatience = 1000000;
-    const std::string journal = bench_.root() + "/cfg1/.camcfg/journal.new";
-    const pid_t child = bench_.start(kChanges[change_]);
-    for (int i = 0; i < kPatience && access(journal.c_str(), F_OK) != 0 && isAlive(child); ++i)
-      continue;
-    return end(child, inForce_);
-  }
-
-  static bool isAlive(pid_t child) {
-    siginfo_t info{};
-    return waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           info.si_pid == 0;
-  }
-
-  int end(pid_t child, Lives& lives) {
-    usleep(lives.draw(random_));
+    waitFor(anyTime_.draw(random_));
     ::kill(child, SIGKILL);
-    const int status = waitFor(child);
-    lives.learn(status == 0);
+    const int status = torture::waitFor(child);
+    anyTime_.learn(status == 0);
     return status;
+  }
+
+  // From the first flush on, which is the journal's.
+  int killInForce() {
+    bool isComing = false;
+    const auto decide = [&](const DeviceCall& call) {
+      if (call.flushes && !std::exchange(isComing, true)) killGroupLater(getpgid(call.thread));
+      return Fate{};
+    };
+    const int status = bench_.follow(kChanges[change_], decide).status;
+    inForce_.learn(status == 0);
+    return status;
+  }
+
+  void killGroupLater(pid_t group) {
+    const std::chrono::microseconds life = inForce_.draw(random_);
+    if (fork() != 0) return;
+    waitFor(life);
+    ::kill(-group, SIGKILL);
+    _exit(0);
+  }
+
+  // A process that sleeps for less is woken too late.
+  static void waitFor(std::chrono::microseconds time) {
+    if (time > std::chrono::milliseconds(2)) return std::this_thread::sleep_for(time);
+    const auto end = Clock::now() + time;
+    while (Clock::now() < end) continue;
   }
 
   Whole look(const Tree& before, const Tree& after, int status, const Run& recovery,

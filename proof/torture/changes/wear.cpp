@@ -18,6 +18,7 @@ const ChangingCommand kMeasured[] = {
     {"set", {"set", "System", "Rtsp", "8554"}, {}},
     {"preset import", {"preset", "import", kPresets}, {}},
     {"import", {"import", kAllSections}, {}},
+    {"undo", {"undo"}, {{"import", kAllSections}}},
 };
 
 Wear wearOf(const Bench& bench, const Words& words) {
@@ -40,10 +41,11 @@ void measureWear(const Options& /*options*/, Faults& faults) {
   Table table({"command", "bytes", "flushes", "copies written", "bytes after other changes"});
   for (const ChangingCommand& command : kMeasured) {
     const Bench bench;
+    for (const Words& words : command.before) bench.run(words);
     const Wear first = wearOf(bench, command.words);
     const Bench used;
-    used.run({"set", "System", "WebHttps", "8443"});
-    used.run({"set", "System", "RtspOverHttp", "8085"});
+    for (const char* name : {"WebHttps", "RtspOverHttp"}) used.run({"set", "System", name, "8443"});
+    for (const Words& words : command.before) used.run(words);
     const Wear later = wearOf(used, command.words);
     table.row(command.name, first.bytes, first.flushes, first.openings, later.bytes);
     if (first.bytes == 0 || first.flushes == 0) faults.add("wear: nothing reached the medium");

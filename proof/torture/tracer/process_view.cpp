@@ -3,6 +3,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <fstream>
 #include <stdexcept>
@@ -10,13 +11,14 @@
 namespace camcfg::torture {
 
 std::string textAt(pid_t child, std::uint64_t address) {
-  char text[PATH_MAX] = {};
-  // As far as the page reaches: what lies after it may not be mapped.
-  const std::size_t size = 4096 - address % 4096;
-  const iovec here{text, size < sizeof text ? size : sizeof text - 1};
+  char text[PATH_MAX + 1] = {};
+  // In two parts, since the page after the one where it begins may not be mapped.
+  const std::size_t first = std::min<std::size_t>(4096 - address % 4096, PATH_MAX);
+  const iovec here{text, PATH_MAX};
   // NOLINTNEXTLINE(performance-no-int-to-ptr)
-  const iovec there{reinterpret_cast<void*>(address), here.iov_len};
-  process_vm_readv(child, &here, 1, &there, 1, 0);
+  const auto at = [](std::uint64_t place) { return reinterpret_cast<void*>(place); };
+  const iovec there[] = {{at(address), first}, {at(address + first), PATH_MAX - first}};
+  process_vm_readv(child, &here, 1, there, 2, 0);
   return text;
 }
 

@@ -3,6 +3,7 @@
 #include <sys/ptrace.h>
 #include <sys/user.h>
 
+#include <cerrno>
 #include <stdexcept>
 
 namespace camcfg::torture {
@@ -14,13 +15,17 @@ constexpr Register user_regs_struct::*kArguments[] = {
     &user_regs_struct::rdi, &user_regs_struct::rsi, &user_regs_struct::rdx,
     &user_regs_struct::r10, &user_regs_struct::r8,  &user_regs_struct::r9};
 
+// Somebody else may have killed a child that is stopped.
+bool isStill(long result) {
+  if (result != 0 && errno != ESRCH) throw std::runtime_error("registers");
+  return result == 0;
+}
+
 void setRegister(pid_t child, Register user_regs_struct::*name, long long value) {
   user_regs_struct registers{};
-  if (ptrace(PTRACE_GETREGS, child, nullptr, &registers) != 0)
-    throw std::runtime_error("registers");
+  if (!isStill(ptrace(PTRACE_GETREGS, child, nullptr, &registers))) return;
   registers.*name = static_cast<Register>(value);
-  if (ptrace(PTRACE_SETREGS, child, nullptr, &registers) != 0)
-    throw std::runtime_error("registers");
+  isStill(ptrace(PTRACE_SETREGS, child, nullptr, &registers));
 }
 
 }  // namespace
@@ -39,8 +44,7 @@ void returnError(pid_t child, int error) {
 
 std::int64_t returnedBy(pid_t child) {
   user_regs_struct registers{};
-  if (ptrace(PTRACE_GETREGS, child, nullptr, &registers) != 0)
-    throw std::runtime_error("registers");
+  if (!isStill(ptrace(PTRACE_GETREGS, child, nullptr, &registers))) return -ESRCH;
   return static_cast<std::int64_t>(registers.rax);
 }
 
