@@ -70,6 +70,17 @@ bool isTorn(const std::string& bytes, const FileChange& file) {
          !parses(bytes);
 }
 
+// What is left where a power cut has lost the emptying of a file but not all that was written after
+// it: of each byte the old or the new one. A program that saved such contents saved both copies.
+bool isOverwritten(const std::string& bytes, const FileChange& file) {
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const bool isOld = i < file.before.size() && bytes[i] == file.before[i];
+    const bool isNew = i < file.after.size() && bytes[i] == file.after[i];
+    if (!isOld && !isNew) return false;
+  }
+  return !holds({file.path, bytes});
+}
+
 Held heldBy(const std::string& path, const FileChange& file) {
   struct stat status {};
   const bool isThere = lstat(path.c_str(), &status) == 0;
@@ -80,7 +91,7 @@ Held heldBy(const std::string& path, const FileChange& file) {
   const std::string bytes = bytesOf(path);
   if (bytes == file.after) return Held::After;
   if (bytes == file.before) return Held::Before;
-  return isTorn(bytes, file) ? Held::Torn : Held::Foreign;
+  return isTorn(bytes, file) || isOverwritten(bytes, file) ? Held::Torn : Held::Foreign;
 }
 
 // The main copy counts; of one that is as before, the backup may not be so.

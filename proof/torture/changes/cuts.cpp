@@ -31,7 +31,7 @@ void cutSlice(const ChangingCommand& command, const Grain& grain, const Slice& s
     scene.layOut();
     scene.cut(command.words, cut);
     ++tally.cuts;
-    scene.recover(recoveryOf(i / slice.of), textOf(cut), tally);
+    scene.recover(recoveryOf(i / slice.of), command.name + (", " + textOf(cut)), tally);
   }
 }
 
@@ -49,8 +49,10 @@ void cutWrites(const ChangingCommand& command, long every, const Slice& slice, T
       if (!slice.has(number)) continue;
       scene.bench().put(written->cutAfter(next));
       ++tally.cuts;
-      scene.recover(recoveryOf(number / slice.of),
-                    "byte " + std::to_string(next) + " of write " + std::to_string(write), tally);
+      scene.recover(
+          recoveryOf(number / slice.of),
+          command.name + (", byte " + std::to_string(next)) + " of write " + std::to_string(write),
+          tally);
     }
     next -= written->size;
   }
@@ -94,7 +96,9 @@ void cutRecovery(const Scene& scene, Recovery recovery, const CutPoint& first, T
     scene.bench().put(left);
     scene.cut(words, second);
     ++tally.cuts;
-    scene.recoverWhole(textOf(first) + ", " + words.front() + " cut at " + textOf(second), tally);
+    scene.recoverWhole(scene.command().name + (", " + textOf(first)) + ", " + words.front() +
+                           " cut at " + textOf(second),
+                       tally);
   }
 }
 

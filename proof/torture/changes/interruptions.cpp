@@ -30,13 +30,14 @@ void interrupt(const Scene& scene, const Interruption& interruption, const CutPo
       },
       {}, attentionTo(cut.kind));
   ++tally.cuts;
-  const std::string where = std::string(interruption.name) + " at " + textOf(cut);
+  const std::string where =
+      std::string(scene.command().name) + ", " + interruption.name + " at " + textOf(cut);
   const Whole whole = scene.look(where, tally);
   const Whole said = run.status == 0 ? Whole::New : Whole::Old;
   if (whole != said || (run.status != 0 && run.status != interruption.status)) {
     ++tally.untrue;
-    report(std::string(scene.command().name) + ", " + where + ": status " +
-           std::to_string(run.status) + ", " + wordFor(whole) + ": " + run.output);
+    report(where,
+           "status " + std::to_string(run.status) + ", " + wordFor(whole) + ": " + run.output);
   }
   tally.temporaries += scene.bench().leftTemporaries();
 }

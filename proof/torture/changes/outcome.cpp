@@ -76,8 +76,8 @@ void Tally::add(const Tally& other) {
   finished += other.finished;
 }
 
-void report(const std::string& what) {
-  std::fprintf(stderr, "WRONG: %s\n", what.c_str());
+void report(const std::string& where, const std::string& what) {
+  std::fprintf(stderr, "WRONG: %s: %s\n", where.c_str(), what.c_str());
 }
 
 }  // namespace camcfg::torture

@@ -37,7 +37,7 @@ struct Tally {
 };
 
 /// Reports on standard error what is wrong.
-void report(const std::string& what);
+void report(const std::string& where, const std::string& what);
 
 }  // namespace camcfg::torture
 

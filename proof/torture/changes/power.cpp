@@ -205,11 +205,12 @@ class PowerCut {
     const Tree tree = chapter_.bench().tree();
     const Whole whole = judge(Bench::mainsOf(tree), allowed.first, allowed.second);
     ++tally_.found[static_cast<int>(whole)];
-    if (whole == Whole::Mixed || whole == Whole::Lost) report(where + ": " + wordFor(whole));
+    if (whole == Whole::Mixed || whole == Whole::Lost) report(where, wordFor(whole));
     std::vector<std::string> faults = faultsOf(tree);
     if (run.status != 0) faults.push_back("status " + std::to_string(run.status));
     if (!faults.empty()) ++tally_.failed;
-    for (const std::string& fault : faults) report(where + ": " + fault + "; boot: " + run.output);
+    for (const std::string& fault : faults) report(where, fault);
+    if (!faults.empty()) report(where, "boot says " + run.output);
     return run.hasFinished();
   }
 

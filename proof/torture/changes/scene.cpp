@@ -140,12 +140,10 @@ Whole Scene::count(const Tree& tree, const Tree& before, const Tree& after,
                    const std::string& where, Tally& tally) const {
   const Whole whole = judge(Bench::mainsOf(tree), before, after);
   ++tally.found[static_cast<int>(whole)];
-  if (whole == Whole::Mixed || whole == Whole::Lost)
-    report(std::string(command_.name) + ", " + where + ": " + wordFor(whole));
+  if (whole == Whole::Mixed || whole == Whole::Lost) report(where, wordFor(whole));
   const std::vector<std::string> faults = faultsOf(tree);
   if (!faults.empty()) ++tally.failed;
-  for (const std::string& fault : faults)
-    report(std::string(command_.name).append(", ").append(where).append(": ").append(fault));
+  for (const std::string& fault : faults) report(where, fault);
   return whole;
 }
 
@@ -160,7 +158,7 @@ void Scene::recoverWhole(const std::string& where, Tally& tally) const {
   const bool hasAnother = mains == anotherAfterOld_ || mains == anotherAfterNew_;
   if (run.status != 0) {
     ++tally.failed;
-    report(std::string(command_.name) + ", " + where + ": boot: " + run.output);
+    report(where, "boot says " + run.output);
   }
   count(bench_.tree(), hasAnother ? anotherAfterOld_ : before_,
         hasAnother ? anotherAfterNew_ : after_, where, tally);
@@ -171,7 +169,7 @@ Whole Scene::recover(Recovery recovery, const std::string& where, Tally& tally) 
   const std::string place = where + ", then " + wordsOf(recovery).front();
   const auto fail = [&](const std::string& why) {
     ++tally.failed;
-    report(std::string(command_.name) + ", " + place + ": " + why);
+    report(place, why);
   };
   if (run.status != 0) fail("status " + std::to_string(run.status) + ": " + run.output);
   if (run.hasFinished()) ++tally.finished;

@@ -72,7 +72,8 @@ struct Trial {
 
   // What is left by a shortage that lasts is looked at once it is over.
   void judge(const Run& run, Tally& tally) const {
-    const std::string where = std::string(shortage.name) + " at call " + std::to_string(at);
+    const std::string where =
+        std::string(scene.command().name) + ", " + shortage.name + " at call " + std::to_string(at);
     const bool isStored = isSaidToBeStored(run) || (shortage.lasts && isSaidToStay(run));
     const bool isLeft = !shortage.lasts && !isStored;
     const Whole atOnce = torture::judge(scene.bench().mains(), scene.before(), scene.after());
@@ -82,9 +83,8 @@ struct Trial {
                         (run.status == 0 || run.status == 1 || run.status == 3);
     if (isTrue) return;
     ++tally.untrue;
-    report(std::string(scene.command().name) + ", " + where + ": status " +
-           std::to_string(run.status) + ", at once " + wordFor(atOnce) + ", after boot " +
-           wordFor(whole) + ": " + run.output);
+    report(where, "status " + std::to_string(run.status) + ", at once " + wordFor(atOnce) +
+                      ", after boot " + wordFor(whole) + ": " + run.output);
   }
 };
 

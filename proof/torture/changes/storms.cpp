@@ -130,9 +130,9 @@ class Storm {
     ++tally_.found[static_cast<int>(whole)];
     const auto say = [&](int& count, const std::string& what) {
       ++count;
-      report(where + ": " + what);
+      report(where, what);
     };
-    if (whole == Whole::Mixed || whole == Whole::Lost) report(where + ": " + wordFor(whole));
+    if (whole == Whole::Mixed || whole == Whole::Lost) report(where, wordFor(whole));
     if (status == 0 && whole != Whole::New)
       say(tally_.untrue, "the change was done but is not there");
     if (recovery.status != 0) say(tally_.failed, recovery.output);
