@@ -30,7 +30,7 @@ Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
 /// @param command  the whole name of one of the commands; empty: the tool itself
 std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
 
-/// What there is to say about the device after any command that uses it, a line each. It throws
+/// What is to be said about the device after any command that uses it, a line each. It throws
 /// nothing.
 using Remarks = std::function<std::vector<std::string>()>;
 

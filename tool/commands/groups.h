@@ -118,7 +118,7 @@ CommandGroup watchGroup();
 /// All commands, in the order of the help text.
 std::vector<CommandGroup> allGroups();
 
-/// What there is to say about the device after any command.
+/// What is to be said about the device after any command.
 std::vector<std::string> remarks();
 
 }  // namespace camcfg::tool::commands

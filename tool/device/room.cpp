@@ -68,8 +68,8 @@ std::string whyNotWritable(const std::vector<Writing>& writings) {
   }
   for (const auto& [device, load] : loads)
     if (load.known && load.needed > load.free)
-      return kNoRoom + load.paths + ": " + std::to_string(load.needed) +
-             " bytes are needed and " + std::to_string(load.free) + " are free";
+      return kNoRoom + load.paths + ": " + std::to_string(load.needed) + " bytes are needed and " +
+             std::to_string(load.free) + " are free";
   return "";
 }
 

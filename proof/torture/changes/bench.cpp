@@ -39,7 +39,7 @@ std::string withAllSectionsChanged(std::string document) {
   return document;
 }
 
-// Standard output alone: an export has notes on standard error.
+// Standard output only: an export has notes on standard error.
 std::string documentIn(const std::string& output) {
   const std::size_t start = output.find("\n{") + 1;
   return output.substr(start, output.find("\n}\n", start) + 3 - start);

@@ -24,7 +24,7 @@ std::vector<std::string> faultsOf(const Tree& tree);
 struct Tally {
   int cuts = 0;
   int found[4] = {};    ///< by Whole
-  int failed = 0;       ///< recoveries that failed or left something behind
+  int failed = 0;       ///< recoveries that failed or left something there
   int untrue = 0;       ///< exit statuses that do not say what became of the change
   int temporaries = 0;  ///< temporary files left behind
   int completed = 0;    ///< runs that ended before they were cut

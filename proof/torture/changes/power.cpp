@@ -98,7 +98,7 @@ Survivals drawn(const Operation* first, std::size_t count, std::mt19937& random)
   return survivals;
 }
 
-// All, nothing, all but one, one alone; then any, by chance.
+// All, nothing, all but one, only one; then any, by chance.
 std::vector<Survivals> survivalsOf(const Operation* first, std::size_t count, int draws,
                                    std::mt19937& random) {
   std::vector<Survivals> all = {Survivals(count, Survival::None)};

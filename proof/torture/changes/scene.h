@@ -31,8 +31,8 @@ struct CutPoint {
 std::string textOf(const CutPoint& cut);
 Attention attentionTo(CutPoint::Kind kind);
 
-/// A device as it is when the bytes of a write have arrived. Cut before, it would be the same but for
-/// the bytes missing at the end of that file.
+/// A device as it is when the bytes of a write have arrived. Cut before, it would be the same
+/// except for the bytes missing at the end of that file.
 struct Written {
   Tree tree;
   std::string path;

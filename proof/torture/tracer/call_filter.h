@@ -3,14 +3,14 @@
 
 namespace camcfg::torture {
 
-/// Which system calls a tracer is told of.
+/// Which system calls a tracer sees.
 enum class Attention {
   Changes,    ///< those that may change files, and those that flush
   EveryCall,  ///< all that are known
 };
 
-/// From now on the tracer of this process is told of these system calls and of no others; so is that
-/// of all programs that it becomes and starts.
+/// From now on the tracer of this process sees these system calls and no others; so does that of all
+/// programs that it becomes and starts.
 /// @return false, with errno set, if the system does not permit that
 bool filterCalls(Attention attention);
 

@@ -55,7 +55,7 @@ class Followed {
 
   /// Runs it to its end.
   /// @param decide    is asked before each call on the device
-  /// @param returned  is told the result of each that changes something
+  /// @param returned  gets the result of each that changes something
   /// @return its exit status; 128 and the signal's number if a signal ended it
   int run(const Decide& decide, const Returned& returned = {});
 

@@ -15,7 +15,7 @@ std::string textAt(pid_t child, std::uint64_t address);
 /// Where a link below "/proc/PROCESS" leads, "fd/3" or "root"; empty if there is no such link.
 std::string linkOf(pid_t child, const std::string& name);
 
-/// Where a descriptor of a process, or of a thread, stands in its file.
+/// The position of a descriptor of a process, or of a thread, in its file.
 std::size_t positionOf(pid_t child, int descriptor);
 
 }  // namespace camcfg::torture
