@@ -16,7 +16,7 @@ std::string textAt(pid_t child, std::uint64_t address);
 std::string linkOf(pid_t child, const std::string& name);
 
 /// The position of a descriptor of a process, or of a thread, in its file.
-std::size_t positionOf(pid_t child, int descriptor);
+std::size_t positionOf(pid_t thread, int descriptor);
 
 }  // namespace camcfg::torture
 
