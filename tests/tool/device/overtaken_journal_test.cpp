@@ -46,6 +46,23 @@ TEST_F(OvertakenJournalTest, BackupOfAFileThatIsAsBeforeIsTakenBackToo) {
   EXPECT_TRUE(hold(kOldBusiness, kOthers));
 }
 
+// A power cut may lose the emptying of a file and keep a part of what was written after it.
+TEST_F(OvertakenJournalTest, FileOfOldAndNewBytesIsTornEvenIfItLoads) {
+  const std::string woven = with(kOldPreset, "One", "Twe");
+  open();
+  device.write(kPreset, woven);
+  EXPECT_THAT(finish(), ElementsAre("finished an interrupted change: import settings.json"));
+  EXPECT_TRUE(isNew());
+}
+
+TEST_F(OvertakenJournalTest, ProgramThatSavedSuchBytesSavedBothCopies) {
+  const std::string woven = with(kOldPreset, "One", "Twe");
+  open();
+  saveContents({{kPreset, woven}});
+  EXPECT_THAT(finish(), ElementsAre(HasSubstr("/cfg0/preset_cfg.xml holds something else")));
+  EXPECT_TRUE(hold(kOldBusiness, woven));
+}
+
 TEST_F(OvertakenJournalTest, OneThatNoFileHasToDoWithIsOnlyPutAside) {
   open();
   giveBoth(kOthers, kOthers);

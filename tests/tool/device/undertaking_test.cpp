@@ -1,4 +1,7 @@
 #include <camcfg/params.h>
+#include <camcfg/preset.h>
+
+#include <mutex>
 
 #include "base/host.h"
 #include "base/outcome.h"
@@ -27,19 +30,24 @@ class UndertakingTest : public testing::Test, Temporaries {
   ~UndertakingTest() override { insteadOfSync = nullptr; }
 
   /// @param afterFlush  is called after each flush of a file of the device, with its number from 1
-  void setRtsp(const std::function<void(int flush)>& afterFlush) {
+  /// @param more  changes that are made with it
+  void setRtsp(const std::function<void(int flush)>& afterFlush, std::vector<Change> more = {}) {
     insteadOfSync = [this, afterFlush] {
+      const std::lock_guard<std::mutex> guard(saving_);
       if (!savesForNobody()) afterFlush(++flushes_);
     };
-    makeChange({kBusiness, "System/Rtsp",
-                [] { return CFG_COM_SetIntParam(text("System"), text("Rtsp"), 8554) == 0; },
-                [](tinyxml2::XMLDocument& document) { return standing(document) == "8554"; },
-                standing});
+    more.insert(
+        more.begin(),
+        {kBusiness, "System/Rtsp",
+         [] { return CFG_COM_SetIntParam(text("System"), text("Rtsp"), 8554) == 0; },
+         [](tinyxml2::XMLDocument& document) { return standing(document) == "8554"; }, standing});
+    makeChanges(more);
   }
 
-  std::string refusalOf(const std::function<void(int flush)>& afterFlush) {
+  std::string refusalOf(const std::function<void(int flush)>& afterFlush,
+                        const std::vector<Change>& more = {}) {
     try {
-      setRtsp(afterFlush);
+      setRtsp(afterFlush, more);
     } catch (const tool::Refusal& refusal) {
       return refusal.what();
     }
@@ -63,6 +71,7 @@ class UndertakingTest : public testing::Test, Temporaries {
   int made = 0;
 
  private:
+  std::mutex saving_;
   int flushes_ = 0;
 };
 
@@ -106,6 +115,33 @@ TEST_F(UndertakingTest, BackupThatIsNotWrittenIsReported) {
             }),
             "System/Rtsp: stored in /cfg0/business_param.xml but not in its backup "
             "/cfg1/business_param.xml; run 'camcfg verify --resync'");
+}
+
+// Two files, one of which another program saves; and then no further journal can be written.
+TEST_F(UndertakingTest, AttemptThatCannotBeRepeatedLeavesNoFileChanged) {
+  constexpr char kPresets[] = "<PresetCfg>\n</PresetCfg>\n";
+  for (const char* path : {"/cfg0/preset_cfg.xml", "/cfg1/preset_cfg.xml"})
+    device.write(path, kPresets);
+  const Change preset{"/cfg0/preset_cfg.xml", "presets",
+                      [] {
+                        tagPRESET_CFG_S record{};
+                        return CFG_PRESET_SetParam(&record) == 0;
+                      },
+                      [](tinyxml2::XMLDocument& document) {
+                        return document.FirstChildElement()->FirstChildElement() != nullptr;
+                      }};
+  const std::string refusal = refusalOf(
+      [this](int flush) {
+        if (flush != 4) return;
+        for (const char* path : {kBusiness, kBusinessBackup}) device.write(path, others);
+        device.makeDirectory("/cfg1/.camcfg/journal.new");
+      },
+      {preset});
+  EXPECT_THAT(refusal, testing::HasSubstr("/cfg1/.camcfg/journal cannot be written"));
+  EXPECT_EQ(device.read(kBusiness), others);
+  EXPECT_EQ(device.read("/cfg0/preset_cfg.xml"), kPresets);
+  EXPECT_EQ(device.read("/cfg1/preset_cfg.xml"), kPresets);
+  EXPECT_FALSE(hasLeftJournal());
 }
 
 }  // namespace
