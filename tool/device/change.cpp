@@ -132,12 +132,11 @@ class Undertaking {
   }
 
   bool areComplete() {
-    for (const FileChange& file : files_) {
+    return std::all_of(files_.begin(), files_.end(), [this](const FileChange& file) {
       const Arrival arrival = arrivalOf(file);
       if (arrival == Arrival::WriteFailed) refuseAfter(file);
-      if (arrival == Arrival::Undone) return false;
-    }
-    return true;
+      return arrival == Arrival::Complete;
+    });
   }
 
   Arrival arrivalOf(const FileChange& file) const {
