@@ -39,6 +39,7 @@ std::vector<device::Change> changesOf(const std::vector<Transition>& transitions
 
 void carryOut(const std::vector<device::Change>& changes, Outcome& outcome) {
   std::vector<std::string> names;
+  names.reserve(changes.size());
   for (const device::Change& change : changes) names.push_back(change.what);
   bool areMade = false;
   try {
