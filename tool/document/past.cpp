@@ -23,8 +23,10 @@ Json recordOf(const device::RecordedChange& change) {
 }
 
 [[noreturn]] void refuseUnknown(int number) {
+  const std::vector<device::RecordedChange> changes = device::history();
   std::vector<int> kept;
-  for (const device::RecordedChange& change : device::history()) kept.push_back(change.number);
+  kept.reserve(changes.size());
+  for (const device::RecordedChange& change : changes) kept.push_back(change.number);
   throw Refusal("change " + std::to_string(number) + " is not kept" +
                 (kept.empty() ? "; no change is" : "; there are " + joined(kept)));
 }

@@ -83,6 +83,7 @@ bool saveAll(const std::vector<ParameterValue>& values) {
 // The change that sets several parameters with one save.
 device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values) {
   std::vector<device::Change> changes;
+  changes.reserve(values.size());
   for (const ParameterValue& value : values)
     changes.push_back(requireChange(parameters, value, false));
   const auto arrived = [changes](XMLDocument& document) {
