@@ -41,6 +41,7 @@ using Side = std::string device::FileChange::*;
 
 CopiedSections sectionsOf(const std::vector<device::FileChange>& files, Side side) {
   std::vector<device::Contents> contents;
+  contents.reserve(files.size());
   for (const device::FileChange& file : files) contents.push_back({file.path, file.*side});
   return loadFrom(contents);
 }
