@@ -103,6 +103,13 @@ bool readAll(int fd, std::string& text) {
   }
 }
 
+std::optional<std::string> readFile(const std::string& path) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  std::string bytes;
+  if (!file || !readAll(file.get(), bytes)) return std::nullopt;
+  return bytes;
+}
+
 MemoryFile::MemoryFile() : descriptor_(memfd_create("camcfg", MFD_CLOEXEC)) {}
 
 bool MemoryFile::fill(const std::string& text) const {

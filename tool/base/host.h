@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <optional>
 #include <string>
 
 namespace camcfg::tool {
@@ -38,6 +39,9 @@ bool writeAll(int fd, const std::string& text);
 
 /// Reads all that is left. False, with errno set, when that failed.
 bool readAll(int fd, std::string& text);
+
+/// The bytes of a file, without waiting for anybody; none, with errno set, if it cannot be read.
+std::optional<std::string> readFile(const std::string& path);
 
 /// A file without a name, in memory: it needs no directory and no room on the device.
 class MemoryFile {

@@ -151,7 +151,9 @@ Json& Json::operator[](std::string_view name) {
   if (is_null()) value_ = Object();
   auto* object = std::get_if<Object>(&value_);
   if (object == nullptr) failOver("no object");
-  if (contains(name)) return at(name);
+  const auto found = std::find(object->names.begin(), object->names.end(), name);
+  if (found != object->names.end())
+    return object->values[static_cast<std::size_t>(found - object->names.begin())];
   object->names.emplace_back(name);
   return object->values.emplace_back();
 }

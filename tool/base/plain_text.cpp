@@ -1,5 +1,6 @@
 #include "base/plain_text.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <ctime>
@@ -133,6 +134,8 @@ std::string_view firstBytes(std::string_view text, std::size_t most) {
 }
 
 std::string printable(const std::string& text) {
+  const auto isPlain = [](char c) { return c >= ' ' && c <= '~'; };
+  if (std::all_of(text.begin(), text.end(), isPlain)) return text;
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
     const Sequence sequence = sequenceAt(text, at);

@@ -58,6 +58,7 @@ std::string coloured(const std::string& text, Tone tone) {
 }
 
 std::size_t shownWidth(const std::string& text) {
+  if (text.find('\x1b') == std::string::npos) return characters(text);
   std::string shown;
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (text[at] == '\x1b')

@@ -23,12 +23,6 @@ constexpr auto kQuiet = 300ms;
 constexpr auto kLongest = 3000ms;
 constexpr auto kInterval = 10ms;
 
-std::string bytesOf(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  std::string bytes;
-  return file && readAll(file.get(), bytes) ? bytes : "";
-}
-
 // A lease on a file that nobody has open for writing; below 0 without one, with EAGAIN for a file
 // that somebody is writing.
 int lease(const std::string& path) {
@@ -50,7 +44,7 @@ bool isMain(const std::string& path) {
 }
 
 bool isBackupAlike(const std::string& path) {
-  return !isMain(path) || bytesOf(path) == bytesOf(pathOf(Place::Backup, path));
+  return !isMain(path) || readFile(path) == readFile(pathOf(Place::Backup, path));
 }
 
 }  // namespace
@@ -79,7 +73,14 @@ bool isOpenForWriting(const std::string& path) {
   return !leased && errno == EAGAIN;
 }
 
-Calm::Calm() : noted_(filesNow()) {}
+Calm::Calm() : noted_(latest()) {}
+
+// What was seen a while ago is as good a beginning: a file that has changed since is read again once
+// more, if there is any doubt.
+Calm::Files& Calm::latest() {
+  static Files files = filesNow();
+  return files;
+}
 
 Calm::Files Calm::filesNow() {
   std::set<std::string> names;
@@ -109,7 +110,7 @@ bool Calm::lookAgain() {
           return !isMain(file.first) || !isOpenForWriting(file.first);
         })) {
       const bool isChanged = now != noted_;
-      noted_ = now;
+      noted_ = latest() = now;
       return isChanged;
     }
     if (Clock::now() >= *deadline_) return false;

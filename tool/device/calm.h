@@ -32,7 +32,7 @@ std::chrono::milliseconds ageOf(const Signature& signature);
 /// system does not say.
 bool isOpenForWriting(const std::string& path);
 
-/// The files as they were when somebody began to read them.
+/// The files as they were before somebody began to read them.
 class Calm {
  public:
   Calm();
@@ -46,6 +46,7 @@ class Calm {
   using Files = std::map<std::string, Signature>;  // by path
 
   static Files filesNow();
+  static Files& latest();
 
   Files noted_;
   std::optional<std::chrono::steady_clock::time_point> deadline_;

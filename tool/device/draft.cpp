@@ -10,16 +10,19 @@
 namespace camcfg::tool::device {
 namespace {
 
-bool parses(const std::string& bytes) {
+bool isWhole(const std::string& bytes) {
   tinyxml2::XMLDocument document;
-  return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS;
+  return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS &&
+         document.FirstChildElement() != nullptr;
 }
 
 // A program may be saving the file.
 Contents requireContents(const std::string& path) {
+  const std::optional<std::string> bytes = readFile(path);
+  if (bytes && isWhole(*bytes)) return {path, *bytes};
   requireDocument(path);
   return {path, calmly([&] { return bytesOf(path); },
-                       [](const std::string& bytes) { return !parses(bytes); })};
+                       [](const std::string& now) { return !isWhole(now); })};
 }
 
 std::vector<Contents> filesOf(const std::vector<Change>& changes) {
@@ -31,15 +34,30 @@ std::vector<Contents> filesOf(const std::vector<Change>& changes) {
   return files;
 }
 
-void make(const Change& change) {
-  forgetComplaint();
-  const bool accepted = change.make();
-  const std::string complaint = lastComplaint();
-  const Copy main = loadCopy(change.path);
-  if (accepted && main.loads() && change.arrived(*main.document)) return;
-  std::string fault = accepted ? "the change is not in " + change.path : "the library refused it";
+[[noreturn]] void refuse(const Change& change, std::string fault, const std::string& complaint) {
   if (!complaint.empty()) fault += " (" + complaint + ")";
   throw Refusal(change.what + ": " + fault + "; nothing was changed");
+}
+
+// What the library complained of, although it made the change.
+std::string make(const Change& change) {
+  forgetComplaint();
+  const bool accepted = change.make();
+  std::string complaint = lastComplaint();
+  if (!accepted) refuse(change, "the library refused it", complaint);
+  return complaint;
+}
+
+void makeAll(const std::vector<Change>& changes, const std::vector<Contents>& files) {
+  std::vector<std::string> complaints;
+  complaints.reserve(changes.size());
+  for (const Change& change : changes) complaints.push_back(make(change));
+  for (const Contents& file : files) {
+    const Copy main = loadCopy(file.path);
+    for (std::size_t i = 0; i < changes.size(); ++i)
+      if (changes[i].path == file.path && !(main.loads() && changes[i].arrived(*main.document)))
+        refuse(changes[i], "the change is not in " + file.path, complaints[i]);
+  }
 }
 
 }  // namespace
@@ -47,7 +65,7 @@ void make(const Change& change) {
 std::vector<FileChange> draftOf(const std::vector<Change>& changes) {
   const std::vector<Contents> files = filesOf(changes);
   const Json after = onScratchDevice(files, [&] {
-    for (const Change& change : changes) make(change);
+    makeAll(changes, files);
     Json contents = Json::array();
     for (const Contents& file : files) contents.push_back(bytesOf(file.path));
     return contents;

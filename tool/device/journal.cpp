@@ -39,12 +39,25 @@ void addEarlier(const StateFolder& state, std::vector<FileChange>& files) {
     }
 }
 
-bool put(const StateFolder& state, RecordedChange& change, const std::string& text) {
-  for (FileChange& file : change.files)
-    for (const std::string* bytes : contentsIn(file))
-      if (!keepContents(state, *bytes)) return false;
+// A change that is to be put in the journal.
+struct Entry {
+  explicit Entry(RecordedChange made)
+      : change(std::move(made)), hashes(withHashes(change)), text(recordText(hashes)) {}
+
+  RecordedChange change;
+  RecordedChange hashes;
+  std::string text;
+};
+
+bool put(const StateFolder& state, Entry& entry) {
+  for (std::size_t i = 0; i < entry.change.files.size(); ++i) {
+    const std::vector<std::string*> contents = contentsIn(entry.change.files[i]);
+    const std::vector<std::string*> hashes = contentsIn(entry.hashes.files[i]);
+    for (std::size_t j = 0; j < contents.size(); ++j)
+      if (!keepContents(state, *hashes[j], *contents[j])) return false;
+  }
   // Last, since it counts from its last byte on.
-  return state.write(kNewJournal, text);
+  return state.write(kNewJournal, entry.text);
 }
 
 bool isRoomShort() {
@@ -52,9 +65,9 @@ bool isRoomShort() {
 }
 
 // One flush for all. If it fails, what was written must not come into force later.
-void make(const StateFolder& state, RecordedChange& change, const std::string& text) {
-  bool isPut = put(state, change, text);
-  while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, change, text);
+void make(const StateFolder& state, Entry& entry) {
+  bool isPut = put(state, entry);
+  while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, entry);
   if (isPut && state.flush() && state.rename(kNewJournal, state, kJournal)) return;
   const std::string fault = std::strerror(errno);
   // On a medium that takes no change any more.
@@ -85,9 +98,9 @@ void openJournal(const std::vector<FileChange>& files) {
   RecordedChange change{nextNumber(state), std::time(nullptr), caller().command, caller().name,
                         files};
   addEarlier(state, change.files);
-  const std::string text = recordText(change);
-  if (text.size() > kMostRecordBytes) refuse("it is too long");
-  make(state, change, text);
+  Entry entry(std::move(change));
+  if (entry.text.size() > kMostRecordBytes) refuse("it is too long");
+  make(state, entry);
 }
 
 void turnJournal() {

@@ -105,11 +105,9 @@ void verifyAsAtStart(const FileSet& set) {
 }
 
 std::string bytesToKeep(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  std::string bytes;
-  if (!file || !readAll(file.get(), bytes))
-    throw Refusal("cannot keep " + path + ": " + std::strerror(errno));
-  return bytes;
+  std::optional<std::string> bytes = readFile(path);
+  if (!bytes) throw Refusal("cannot keep " + path + ": " + std::strerror(errno));
+  return std::move(*bytes);
 }
 
 // A repair and why it was not done; done if there is no fault.

@@ -17,13 +17,6 @@
 namespace camcfg::tool::device {
 namespace {
 
-std::optional<std::string> readFile(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  std::string bytes;
-  if (!file || !readAll(file.get(), bytes)) return std::nullopt;
-  return bytes;
-}
-
 bool isAt(const std::string& path, const std::string& bytes) {
   return readFile(path) == bytes;
 }

@@ -6,15 +6,6 @@
 #include <cerrno>
 
 namespace camcfg::tool::device {
-namespace {
-
-std::optional<std::string> readContents(const StateFolder& folder, const std::string& hash) {
-  StateFile file = folder.read(hash, kMostBytes);
-  if (!file.isThere || !file.fault.empty() || hashOf(file.bytes) != hash) return std::nullopt;
-  return std::move(file.bytes);
-}
-
-}  // namespace
 
 std::string hashOf(const std::string& bytes) {
   std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
@@ -27,12 +18,12 @@ bool isHash(const std::string& text) {
          text.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-bool keepContents(const StateFolder& state, const std::string& bytes) {
+bool keepContents(const StateFolder& state, const std::string& hash, const std::string& bytes) {
   const StateFolder folder = state.madeFolder(kContents);
   if (!folder) return false;
-  const std::string hash = hashOf(bytes);
   // After a power cut there may be a file of this name without its bytes.
-  if (readContents(folder, hash)) return true;
+  const StateFile present = folder.read(hash, kMostBytes);
+  if (present.isThere && present.fault.empty() && present.bytes == bytes) return true;
   if (folder.write("new", bytes) && folder.rename("new", folder, hash)) return true;
   const int error = errno;
   folder.remove("new");
@@ -41,7 +32,9 @@ bool keepContents(const StateFolder& state, const std::string& bytes) {
 }
 
 std::optional<std::string> contentsOf(const StateFolder& state, const std::string& hash) {
-  return readContents(state.folder(kContents), hash);
+  StateFile file = state.folder(kContents).read(hash, kMostBytes);
+  if (!file.isThere || !file.fault.empty() || hashOf(file.bytes) != hash) return std::nullopt;
+  return std::move(file.bytes);
 }
 
 }  // namespace camcfg::tool::device

@@ -22,9 +22,9 @@ std::string hashOf(const std::string& bytes);
 /// Whether a text can be the name of contents.
 bool isHash(const std::string& text);
 
-/// Makes sure that contents are kept. They are not on the medium yet. False, with errno set, when
-/// that failed.
-bool keepContents(const StateFolder& state, const std::string& bytes);
+/// Makes sure that contents are kept under their hash. They are not on the medium yet. False, with
+/// errno set, when that failed.
+bool keepContents(const StateFolder& state, const std::string& hash, const std::string& bytes);
 
 /// The contents of a name; none if they are missing or damaged.
 std::optional<std::string> contentsOf(const StateFolder& state, const std::string& hash);

@@ -133,9 +133,8 @@ std::string parse(const std::string& text, RecordedChange& change) {
 }
 
 Json fileRecord(const FileChange& file) {
-  Json record = {
-      {"path", file.path}, {"before", hashOf(file.before)}, {"after", hashOf(file.after)}};
-  for (const std::string& earlier : file.earlier) record["earlier"].push_back(hashOf(earlier));
+  Json record = {{"path", file.path}, {"before", file.before}, {"after", file.after}};
+  if (!file.earlier.empty()) record["earlier"] = file.earlier;
   return record;
 }
 
@@ -145,6 +144,12 @@ std::vector<std::string*> contentsIn(FileChange& file) {
   std::vector<std::string*> contents = {&file.before, &file.after};
   for (std::string& earlier : file.earlier) contents.push_back(&earlier);
   return contents;
+}
+
+RecordedChange withHashes(RecordedChange change) {
+  for (FileChange& file : change.files)
+    for (std::string* part : contentsIn(file)) *part = hashOf(*part);
+  return change;
 }
 
 std::string recordText(const RecordedChange& change) {

@@ -17,7 +17,10 @@ namespace camcfg::tool::device {
 /// The most bytes of such a file.
 inline constexpr std::size_t kMostRecordBytes = std::size_t{1} << 20;
 
-/// A change as the text of its file: in the place of contents, hashes.
+/// A change with hashes in place of its contents.
+RecordedChange withHashes(RecordedChange change);
+
+/// A change with hashes in place of its contents, as the text of its file.
 std::string recordText(const RecordedChange& change);
 
 /// What is found in the place of a change.

@@ -12,7 +12,11 @@ namespace camcfg::tool::document {
 namespace {
 
 void add(const std::string& place, const Json& before, const Json& after, Json& found) {
-  found.push_back({{"place", place}, {"before", before}, {"after", after}});
+  Json difference = Json::object();
+  difference["place"] = place;
+  difference["before"] = before;
+  difference["after"] = after;
+  found.push_back(std::move(difference));
 }
 
 void addDifferences(const std::string& place, const Json& before, const Json& after, Json& found);

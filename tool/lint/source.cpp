@@ -80,8 +80,9 @@ Source deviceSource(const std::string& path, const device::Copy& copy) {
   source.fault = copy.fault;
   source.document = copy.document.get();
   if (copy.loads() || copy.state == device::State::Damaged) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    source.isRead = file && readAll(file.get(), source.bytes);
+    std::optional<std::string> bytes = readFile(path);
+    source.isRead = bytes.has_value();
+    if (bytes) source.bytes = std::move(*bytes);
   }
   if (source.isRead && !copy.loads()) source.parsed = parse(source.bytes);
   return source;

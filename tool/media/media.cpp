@@ -18,20 +18,23 @@ using settings::Node;
 using settings::Table;
 using tinyxml2::XMLElement;
 
+// Why the library cannot load a section, of which it has kept so many entries.
+[[noreturn]] void refuseLoad(const Table& table, std::size_t kept, const std::string& complaint) {
+  const device::Document document = device::requireDocument(CFG_FILE_MPP);
+  const XMLElement& section = requireSection(*document, table);
+  const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
+  throw Refusal(Status::Unusable, mediaPlace(kept < elements.size() ? *elements[kept] : section) +
+                                      ": " + (complaint.empty() ? "out of memory" : complaint));
+}
+
 // The entries that the library loads; over a fault, it has kept those before the faulty one.
 template <typename Entries, typename Load>
 Entries loadedOnce(const Table& table, Load load) {
-  const device::Document document = device::requireDocument(CFG_FILE_MPP);
-  const XMLElement& section = requireSection(*document, table);
   Entries entries;
   forgetComplaint();
   if (heard([&] { return load(entries); }) == 0) return entries;
   table.calls.closeRead();
-  const std::string complaint = lastComplaint();
-  const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
-  throw Refusal(Status::Unusable,
-                mediaPlace(entries.size() < elements.size() ? *elements[entries.size()] : section) +
-                    ": " + (complaint.empty() ? "out of memory" : complaint));
+  refuseLoad(table, entries.size(), lastComplaint());
 }
 
 template <typename Entries, typename Load>

@@ -53,13 +53,14 @@ tagPRESET_CFG_S recordOf(const Values& values) {
   return record;
 }
 
-bool isStored(XMLDocument& document, const Values& values) {
+bool areStored(XMLDocument& document, const std::vector<Values>& presets) {
   XMLElement* group = presetGroupOf(document);
-  XMLElement* element =
-      group == nullptr
-          ? nullptr
-          : CFG_GetElementByNameId(group, kElement, values.at(settings::kPresetId).get<int>());
-  return element != nullptr && presetOf(*element).values == values;
+  if (group == nullptr) return false;
+  const PresetIndex index(*group);
+  return std::all_of(presets.begin(), presets.end(), [&](const Values& values) {
+    XMLElement* element = index.find(values.at(settings::kPresetId).get<int>());
+    return element != nullptr && presetOf(*element).values == values;
+  });
 }
 
 bool store(const Values& values) {
@@ -67,53 +68,33 @@ bool store(const Values& values) {
   return CFG_PRESET_SetParam(&record) == 0;
 }
 
-// Puts a copy of an element in the place of another one; at the end if there is no other.
-void place(const XMLElement& element, XMLElement& group, XMLElement* other) {
-  XMLDocument& document = *group.GetDocument();
-  tinyxml2::XMLNode* copy = element.DeepClone(&document);
-  if (other == nullptr) {
-    group.InsertEndChild(copy);
-    return;
+void write(const Values& values, XMLElement& element) {
+  for (const Setting& setting : settings::presetSettings()) {
+    const char* attribute = setting.attributes.front().name;
+    const Json& value = values.at(setting.member);
+    if (isText(setting))
+      element.SetAttribute(attribute, value.text().c_str());
+    else
+      element.SetAttribute(attribute, value.get<int>());
   }
-  group.InsertAfterChild(other, copy);
-  group.DeleteChild(other);
 }
 
-// The library reads and writes a whole file to store one preset. Here that file holds this one only.
-bool storeAlone(const Values& values, XMLElement& group) {
-  const int id = values.at(settings::kPresetId).get<int>();
-  XMLElement* present = CFG_GetElementByNameId(&group, kElement, id);
-  XMLDocument alone;
-  XMLElement* single = alone.NewElement(group.Value());
-  alone.InsertEndChild(single);
-  if (present != nullptr) place(*present, *single, nullptr);
-  if (alone.SaveFile(CFG_FILE_PRESET) != tinyxml2::XML_SUCCESS || !store(values)) return false;
-  const device::Copy stored = device::loadCopy(CFG_FILE_PRESET);
-  const XMLElement* element =
-      stored.loads() ? presetGroupOf(*stored.document)->LastChildElement() : nullptr;
-  if (element == nullptr) return false;
-  place(*element, group, present);
-  return true;
-}
-
-// A preset without an "Id" of its own is found by that of the one before it.
-bool isFoundAlone(XMLElement& group, const Values& values) {
-  const int id = values.at(settings::kPresetId).get<int>();
-  const XMLElement* present = CFG_GetElementByNameId(&group, kElement, id);
-  return present == nullptr || present->IntAttribute("Id", id - 1) == id;
+// The library reads and writes the whole file for each preset that it stores. Here it does so once.
+bool storeTogether(const std::vector<Values>& presets) {
+  XMLDocument* opened = nullptr;
+  XMLElement* group = cfgGetPresetCfgNode(&opened, BU_FALSE);
+  if (group == nullptr) return false;
+  const device::Document document(opened);
+  const PresetIndex index(*group);
+  for (const Values& values : presets) {
+    XMLElement* element = index.find(values.at(settings::kPresetId).get<int>());
+    write(values, element == nullptr ? *group->InsertNewChildElement(kElement) : *element);
+  }
+  return CFG_SaveFile(opened, device::argument(CFG_FILE_PRESET), BU_TRUE) == 0;
 }
 
 bool storeAll(const std::vector<Values>& presets) {
-  const device::Document whole = device::requireDocument(CFG_FILE_PRESET);
-  XMLElement& group = requirePresetGroup(*whole);
-  const bool areFoundAlone = std::all_of(presets.begin(), presets.end(), [&](const Values& values) {
-    return isFoundAlone(group, values);
-  });
-  if (presets.size() == 1 || !areFoundAlone)
-    return std::all_of(presets.begin(), presets.end(), store);
-  return std::all_of(presets.begin(), presets.end(),
-                     [&](const Values& values) { return storeAlone(values, group); }) &&
-         CFG_SaveFile(whole.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
+  return presets.size() == 1 ? store(presets.front()) : storeTogether(presets);
 }
 
 // How many presets are written exactly like this.
@@ -157,10 +138,7 @@ PresetUpdate updateOf(const Preset* existing, const Values& given) {
 }
 
 device::Change storing(const std::string& what, const std::vector<Values>& presets) {
-  const auto arrived = [presets](XMLDocument& document) {
-    return std::all_of(presets.begin(), presets.end(),
-                       [&](const Values& values) { return isStored(document, values); });
-  };
+  const auto arrived = [presets](XMLDocument& document) { return areStored(document, presets); };
   return {CFG_FILE_PRESET, what, [presets] { return storeAll(presets); }, arrived};
 }
 

@@ -55,6 +55,10 @@ device::Lookup lookupPreset(XMLElement& group, const std::string& description) {
   return lookup;
 }
 
+bool isPreset(const XMLElement& element) {
+  return beginsWith(element.Value(), kElement);
+}
+
 std::string permitted(const Setting& setting) {
   if (!isText(setting)) return settings::permittedInFile(setting, setting.limits);
   return "up to " + std::to_string(setting.field.room - 1) + " bytes";
@@ -63,9 +67,12 @@ std::string permitted(const Setting& setting) {
 }  // namespace
 
 Values noValues() {
-  Values values = Json::object();
-  for (const Setting& setting : settings::presetSettings()) values[setting.member] = nullptr;
-  return values;
+  static const Values none = [] {
+    Values values = Json::object();
+    for (const Setting& setting : settings::presetSettings()) values[setting.member] = nullptr;
+    return values;
+  }();
+  return none;
 }
 
 std::optional<int> Preset::id() const {
@@ -112,14 +119,29 @@ Preset presetOf(XMLElement& element) {
 std::vector<Preset> presetsIn(XMLElement& group) {
   std::vector<Preset> presets;
   for (XMLElement* element : childrenOf(group))
-    if (beginsWith(element->Value(), kElement)) presets.push_back(presetOf(*element));
+    if (isPreset(*element)) presets.push_back(presetOf(*element));
   return presets;
+}
+
+PresetIndex::PresetIndex(XMLElement& group) {
+  std::optional<int> id;
+  for (XMLElement* element : childrenOf(group)) {
+    if (!isPreset(*element)) continue;
+    const std::optional<int> own = settings::integerIn(*element, "Id");
+    if (own) id = own;
+    if (id) elements_.emplace(*id, element);
+  }
+}
+
+XMLElement* PresetIndex::find(int id) const {
+  const auto found = elements_.find(id);
+  return found == elements_.end() ? nullptr : found->second;
 }
 
 Presets::Presets()
     : document_(device::requireDocument(CFG_FILE_PRESET)),
-      group_(&requirePresetGroup(*document_)),
-      all_(presetsIn(*group_)) {}
+      index_(requirePresetGroup(*document_)),
+      all_(presetsIn(requirePresetGroup(*document_))) {}
 
 Json Presets::json() const {
   Json list = Json::array();
@@ -128,7 +150,7 @@ Json Presets::json() const {
 }
 
 const Preset* Presets::lookup(int id) const {
-  const XMLElement* element = CFG_GetElementByNameId(group_, kElement, id);
+  const XMLElement* element = index_.find(id);
   const auto found = std::find_if(all_.begin(), all_.end(), [&](const Preset& preset) {
     return preset.element == element && preset.id() == id;
   });

@@ -3,6 +3,7 @@
 
 #include <tinyxml2.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -40,6 +41,19 @@ struct Preset {
   std::string label() const;
 };
 
+/// Finds the presets of a group as the library does: the first of an id counts, and one without a
+/// readable "Id" has that of the one before it.
+class PresetIndex {
+ public:
+  explicit PresetIndex(tinyxml2::XMLElement& group);
+
+  /// Null if there is none.
+  tinyxml2::XMLElement* find(int id) const;
+
+ private:
+  std::map<int, tinyxml2::XMLElement*> elements_;
+};
+
 /// The presets of "/cfg0/preset_cfg.xml".
 class Presets {
  public:
@@ -67,7 +81,7 @@ class Presets {
   const Preset& requireDescription(const std::string& description) const;
 
   device::Document document_;
-  tinyxml2::XMLElement* group_;
+  PresetIndex index_;
   std::vector<Preset> all_;
 };
 

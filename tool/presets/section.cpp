@@ -1,6 +1,8 @@
 #include <camcfg/types.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "base/json.h"
 #include "presets/preset.h"
@@ -12,16 +14,28 @@ namespace {
 
 using settings::kPresetId;
 
-const Json* withId(const Json& presets, const Json& id) {
-  const auto found = std::find_if(presets.begin(), presets.end(),
-                                  [&](const Json& preset) { return preset.at(kPresetId) == id; });
-  return found == presets.end() ? nullptr : &*found;
-}
+// The first preset of each id.
+class ById {
+ public:
+  explicit ById(const Json& presets) {
+    for (const Json& preset : presets) presets_.emplace(preset.at(kPresetId), &preset);
+  }
+
+  // Null if there is none.
+  const Json* find(const Json& id) const {
+    const auto found = presets_.find(id);
+    return found == presets_.end() ? nullptr : found->second;
+  }
+
+ private:
+  std::map<Json, const Json*> presets_;
+};
 
 // Whether each preset is found by an id of its own.
 bool areDistinct(const Json& presets) {
+  const ById byId(presets);
   return std::all_of(presets.begin(), presets.end(), [&](const Json& preset) {
-    return !preset.at(kPresetId).is_null() && withId(presets, preset.at(kPresetId)) == &preset;
+    return !preset.at(kPresetId).is_null() && byId.find(preset.at(kPresetId)) == &preset;
   });
 }
 
@@ -33,8 +47,9 @@ bool isGiven(const settings::Node& node, const char* name) {
 // The form of the description is looked at when it is known whether it changes.
 Values readValues(const settings::Node& node) {
   Values values = noValues();
-  const settings::Settings& all = settings::presetSettings();
-  if (!node.isObjectOf(settings::membersOf(all))) return values;
+  static const settings::Settings& all = settings::presetSettings();
+  static const std::vector<std::string> members = settings::membersOf(all);
+  if (!node.isObjectOf(members)) return values;
   for (const settings::Setting& setting : all) {
     const char* member = setting.member;
     if (isGiven(node, member))
@@ -60,11 +75,11 @@ Json faulty(const settings::Node& node) {
 }
 
 // A preset as it will be. One that is to be as it is stays so, whatever it lacks.
-Json readPreset(const settings::Node& node, const Presets& presets, const Json& before) {
+Json readPreset(const settings::Node& node, const Presets& presets, const ById& before) {
   const std::size_t faults = node.faults();
   const Values given = readValues(node);
   if (node.faults() != faults) return faulty(node);
-  const Json* former = withId(before, given.at(kPresetId));
+  const Json* former = before.find(given.at(kPresetId));
   if (former != nullptr && merged(former, given) == *former) return *former;
   const PresetUpdate update = updateOf(presets.lookup(given.at(kPresetId).get<int>()), given);
   if (!update.fault.empty()) node.refuse(update.fault);
@@ -74,10 +89,12 @@ Json readPreset(const settings::Node& node, const Presets& presets, const Json& 
 // In the order that the file will have: those that are there keep theirs, new ones come last.
 Json inFileOrder(const Json& presets, const Json& before) {
   Json ordered = Json::array();
+  const ById there(before);
+  const ById stated(presets);
   for (const Json& former : before)
-    if (const Json* preset = withId(presets, former.at(kPresetId))) ordered.push_back(*preset);
+    if (const Json* preset = stated.find(former.at(kPresetId))) ordered.push_back(*preset);
   for (const Json& preset : presets)
-    if (withId(before, preset.at(kPresetId)) == nullptr) ordered.push_back(preset);
+    if (there.find(preset.at(kPresetId)) == nullptr) ordered.push_back(preset);
   return ordered;
 }
 
@@ -93,11 +110,13 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
     return before;
   }
   const Presets presets;
+  const ById former(before);
+  std::set<Json> ids;
   Json after = Json::array();
   for (std::size_t i = 0; i < node.value().size(); ++i) {
-    const Json preset = readPreset(node.element(i), presets, before);
+    const Json preset = readPreset(node.element(i), presets, former);
     const Json& id = preset.at(kPresetId);
-    if (!id.is_null() && withId(after, id) != nullptr)
+    if (!id.is_null() && !ids.insert(id).second)
       node.element(i).member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }
@@ -105,14 +124,16 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
 }
 
 std::vector<device::Change> presetChanges(const Json& before, const Json& after) {
+  const ById former(before);
+  const ById kept(after);
   std::vector<device::Change> changes;
   for (const Json& preset : before)
-    if (withId(after, preset.at(kPresetId)) == nullptr)
+    if (kept.find(preset.at(kPresetId)) == nullptr)
       changes.push_back(deletion(preset.at(kPresetId).get<int>()));
   std::vector<Values> changed;
   for (const Json& preset : after) {
-    const Json* former = withId(before, preset.at(kPresetId));
-    if (former == nullptr || *former != preset) changed.push_back(preset);
+    const Json* same = former.find(preset.at(kPresetId));
+    if (same == nullptr || *same != preset) changed.push_back(preset);
   }
   if (!changed.empty()) changes.push_back(storing(kSection, changed));
   return changes;

@@ -124,7 +124,7 @@ TEST_F(HostileJournalTest, LinkInPlaceOfTheContentsIsNotFollowed) {
 
 TEST_F(HostileJournalTest, CommandLineIsShownOnOneLineAndCut) {
   RecordedChange change{1, 0, "a\nb\x1b[1m" + std::string(10000, 'x'), "", files()};
-  device.write(kJournal, recordText(change));
+  device.write(kJournal, recordText(withHashes(change)));
   const Lines lines = finishInterrupted();
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_THAT(lines[0], HasSubstr("a\\nb\\x1b[1m"));
@@ -134,7 +134,7 @@ TEST_F(HostileJournalTest, CommandLineIsShownOnOneLineAndCut) {
 
 TEST_F(HostileJournalTest, TimeBeyondAllCalendarsIsShown) {
   RecordedChange change{1, INT64_MAX, "set", "", files()};
-  device.write(kJournal, recordText(change));
+  device.write(kJournal, recordText(withHashes(change)));
   EXPECT_THAT(finish(), ElementsAre("finished an interrupted change: set (at an unknown time)"));
 }
 
