@@ -48,16 +48,26 @@ std::string make(const Change& change) {
   return complaint;
 }
 
+// The first change that a file does not hold; the last one of a file that is no longer whole. None
+// if it holds all.
+std::optional<std::size_t> missingIn(const std::string& path, const std::vector<Change>& changes) {
+  const Copy main = loadCopy(path);
+  std::optional<std::size_t> last;
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    if (changes[i].path != path) continue;
+    if (main.loads() && !changes[i].arrived(*main.document)) return i;
+    last = i;
+  }
+  return main.loads() ? std::nullopt : last;
+}
+
 void makeAll(const std::vector<Change>& changes, const std::vector<Contents>& files) {
   std::vector<std::string> complaints;
   complaints.reserve(changes.size());
   for (const Change& change : changes) complaints.push_back(make(change));
-  for (const Contents& file : files) {
-    const Copy main = loadCopy(file.path);
-    for (std::size_t i = 0; i < changes.size(); ++i)
-      if (changes[i].path == file.path && !(main.loads() && changes[i].arrived(*main.document)))
-        refuse(changes[i], "the change is not in " + file.path, complaints[i]);
-  }
+  for (const Contents& file : files)
+    if (const std::optional<std::size_t> missing = missingIn(file.path, changes))
+      refuse(changes[*missing], "the change is not in " + file.path, complaints[*missing]);
 }
 
 }  // namespace

@@ -409,6 +409,29 @@ TEST_F(PresetTest, ImportRestoresAnExportOnAnEmptyDevice) {
   }
 }
 
+TEST_F(PresetTest, ImportOfSeveralWritesWhatTheLibraryWritesOneByOne) {
+  const std::string odd =
+      "<!-- kept --><PresetCfg a=\"1\"><preset Id=\"x\" PanPos=\"1\"/><other Id=\"7\"/>"
+      "<presets Id=\"7\" TiltPos=\"0x10\"/><preset PanPos=\"2\"/><preset Id=\" 3\" "
+      "Description=\"a&lt;b\"/>"
+      "<preset Id=\"3\"/><preset Id=\"-1\"/><preset Id=\"y\"/>text</PresetCfg><PresetCfg/>\n";
+  const std::vector<std::string> rows = {"7,-5,\"say \"\"&<>'\"\"\"", "3,2147483647,",
+                                         "128,-2147483648,a b", "0,4,\xc3\xa9", "9,,end"};
+  const std::string header = "id,pan,description\n";
+  for (const std::string& presets : {std::string(kPresets), odd, std::string("<PresetCfg/>\n")}) {
+    write(presets);
+    std::string all = header;
+    for (const std::string& row : rows) {
+      all += row + "\n";
+      ASSERT_EQ(import(header + row + "\n").status, 0);
+    }
+    const std::string expected = device.read(kFile);
+    write(presets);
+    ASSERT_EQ(import(all).status, 0);
+    expect(expected);
+  }
+}
+
 TEST_F(PresetTest, ImportLeavesAloneWhatItDoesNotName) {
   EXPECT_EQ(import("pan,id\r\n-9,5\r\n,3\r\n"),
             (ToolRun{0, "created    -\nupdated    5\nunchanged  3\n", ""}));
