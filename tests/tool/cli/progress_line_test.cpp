@@ -68,15 +68,16 @@ void run(std::vector<const char*> words) {
   _exit(runProgram(kGroups, static_cast<int>(words.size()), words.data()));
 }
 
-/// What a command shows at a terminal, which does all its work slowly enough to be shown.
-std::string shown(const std::vector<const char*>& words) {
+/// What a command shows at a terminal.
+/// @param first  what it waits for that does its work slowly
+std::string shown(const std::vector<const char*>& words, const std::string& first = ", 1 s") {
   gate();
   Terminal terminal([&] {
     setenv("NO_COLOR", "1", 1);
     run(words);
   });
   if (std::find(words.begin(), words.end(), std::string("--slowly")) != words.end()) {
-    terminal.readUntil(", 1 s");
+    terminal.readUntil(first);
     gate().open();
     terminal.readUntil("b, ");
     gate().open();
@@ -112,7 +113,7 @@ TEST(ProgressLineTest, NothingIsShownWhereTheLibrarysOutputIsShown) {
 
 TEST(ProgressLineTest, LineFitsTheTerminalAndCannotSteerIt) {
   const std::string endless = std::string(40, 'x') + "\x1b[2J" + std::string(200, 'y');
-  const std::string text = shown({"work", endless.c_str(), "--sleep"});
+  const std::string text = shown({"work", endless.c_str(), "--slowly"}, "xxx");
   EXPECT_EQ(text.find('\x1b'), std::string::npos);
   const std::size_t next = text.find('\r', 1);
   EXPECT_EQ(next, 80U) << text;
