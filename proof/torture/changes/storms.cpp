@@ -38,7 +38,7 @@ class Forecast {
 
  private:
   Tree find(const Tree& mains, std::size_t change) const {
-    Tree tree = {{"/cfg0", {}}, {"/cfg1", {}}, {"/run/camcfg", {}}};
+    Tree tree = {{"/cfg0", {}}, {"/cfg1", {}}, {kLockDirectory, {}}};
     for (const auto& [path, bytes] : mains) {
       tree[path] = bytes;
       tree["/cfg1" + path.substr(5)] = bytes;

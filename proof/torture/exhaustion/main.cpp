@@ -33,7 +33,10 @@ struct Tally {
 
 class Exhaustion {
  public:
-  explicit Exhaustion(Faults& faults) : faults_(faults) { device_.fill(); }
+  Exhaustion(Faults& faults, bool areKeptApart) : faults_(faults) {
+    device_.fill();
+    if (areKeptApart) device_.makeDirectory(kLockDirectory);
+  }
 
   void tryAll(const Operation& operation) {
     const Trial trial(device_, operation);
@@ -45,7 +48,7 @@ class Exhaustion {
                     tallies_[i][lasting == Lasting::OneCall ? 0 : 1]);
   }
 
-  void print(std::size_t functions) const {
+  void print(const std::string& title) const {
     Table table({"condition", "lasts", "runs", "failed as stated", "read nevertheless",
                  "stored in both copies", "in neither", "main good", "backup good",
                  "both damaged"});
@@ -56,8 +59,7 @@ class Exhaustion {
                   tally.failed, tally.read, tally.stored, tally.notStored, tally.mainGood,
                   tally.backupGood, tally.bothDamaged);
       }
-    table.print("Shortages at each system call and each allocation of " +
-                std::to_string(functions) + " calls of exported functions");
+    table.print(title);
     std::printf("In %d of the runs without memory tinyxml2 lost a block.\n\n", lostByTinyxml2_);
   }
 
@@ -144,10 +146,14 @@ int exhaust(const Options& /*options*/) {
   Faults faults;
   for (const std::string& name : functionsLeftOut(CAMCFG_SYMBOLS))
     faults.add(name + " is exported and not tried");
-  Exhaustion exhaustion(faults);
   const std::vector<Operation> all = operations();
-  for (const Operation& operation : all) exhaustion.tryAll(operation);
-  exhaustion.print(all.size());
+  const std::string calls = std::to_string(all.size()) + " calls of exported functions";
+  for (const bool areKeptApart : {false, true}) {
+    Exhaustion exhaustion(faults, areKeptApart);
+    for (const Operation& operation : all) exhaustion.tryAll(operation);
+    exhaustion.print("Shortages at each system call and each allocation of " + calls +
+                     (areKeptApart ? std::string(", with ") + kLockDirectory : ""));
+  }
   return faults.conclude("exhaustion");
 }
 
