@@ -4,7 +4,8 @@
 //   camcfg-exhaustion [--long] [--seed N]
 // Wrong: a result that is not as stated, a failed call that changed a file, a lock, a block of
 // memory or a descriptor left behind, and a next call that does not do what it should. What becomes
-// of the copies when a save fails, which no result reports, is counted.
+// of the copies when a save fails, which no result reports, is counted. With --long, all of it once more
+// with programs kept apart.
 #include <cstdio>
 
 #include "torture/exhaustion/trial.h"
@@ -146,13 +147,14 @@ class Exhaustion {
       std::vector<std::array<Tally, 2>>(conditions().size());
 };
 
-int exhaust(const Options& /*options*/) {
+int exhaust(const Options& options) {
   Faults faults;
   for (const std::string& name : functionsLeftOut(CAMCFG_SYMBOLS))
     faults.add(name + " is exported and not tried");
   const std::vector<Operation> all = operations();
   const std::string calls = std::to_string(all.size()) + " calls of exported functions";
   for (const bool areKeptApart : {false, true}) {
+    if (areKeptApart && !options.longRun) break;
     Exhaustion exhaustion(faults, areKeptApart);
     for (const Operation& operation : all) exhaustion.tryAll(operation);
     exhaustion.print("Shortages at each system call and each allocation of " + calls +
