@@ -3,6 +3,7 @@
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/repair.h"
+#include "document/document.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
 
@@ -12,8 +13,27 @@ namespace {
 constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
 
+// A device is not well whose files load, but not all that is in them.
+void addUnreadSections(Outcome& outcome, Json& findings) {
+  for (const auto& [name, fault] : document::unreadSections()) {
+    findings.push_back(std::string(name)
+                           .append(" cannot be read: ")
+                           .append(fault)
+                           .append("; 'camcfg help recovery' says what to do"));
+    if (outcome.status != Status::Done) continue;
+    outcome.status = Status::Degraded;
+    outcome.value["health"] = "degraded";
+  }
+}
+
 Answer status(const Arguments& /*arguments*/) {
   Outcome outcome = device::checkHealth();
+  Json unread = Json::array();
+  addUnreadSections(outcome, unread);
+  for (const Json& finding : unread) {
+    outcome.notes.push_back(finding.text());
+    outcome.value["findings"].push_back(finding);
+  }
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
@@ -43,7 +63,10 @@ Answer verify(const Arguments& arguments) {
 }
 
 Answer boot(const Arguments& /*arguments*/) {
-  return Answer(device::boot(), {cli::Lines{"done", "{}"}});
+  Outcome outcome = device::boot();
+  Json unread;
+  addUnreadSections(outcome, unread);
+  return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
 }
 
 constexpr char kRules[] = "--rules";

@@ -56,6 +56,14 @@ Table columnsOf(const settings::Settings& settings) {
   return table;
 }
 
+Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout) {
+  Answer answer(std::move(readable.value), std::move(layout));
+  for (const device::Unread& unread : readable.unread)
+    answer.notes.push_back("left out: " + unread.fault);
+  if (!readable.unread.empty()) answer.status = Status::Degraded;
+  return answer;
+}
+
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const Setting& setting)) {
   Answer answer(Json::array(), {cli::Lines{}});

@@ -145,6 +145,19 @@ CopiedSections loadFrom(const std::vector<device::Contents>& files) {
   return sections;
 }
 
+std::map<std::string, std::string> unreadSections() {
+  std::map<std::string, std::string> faults;
+  for (const device::Section& section : allSections()) {
+    if (device::loadCopy(section.path).state != device::State::Good) continue;
+    try {
+      section.load();
+    } catch (const Refusal& refusal) {
+      faults[section.name] = refusal.what();
+    }
+  }
+  return faults;
+}
+
 device::Explanation explainSession(const std::string& kindWord, const std::string& id,
                                    bool showSecrets) {
   const Table& table = requireKind(kindWord);

@@ -77,12 +77,6 @@ bool CacheEntry::markedOnly(Mark mark, int sourceId) const {
          });
 }
 
-bool CacheEntry::marksDiffer() const {
-  const auto byDefault = marked(&AllowedSource::isDefault);
-  const auto enabled = marked(&AllowedSource::isEnabled);
-  return byDefault && enabled && *byDefault != *enabled;
-}
-
 std::vector<CacheEntry> cachesOf(tinyxml2::XMLDocument& document,
                                  const std::list<StreamCache>& records) {
   const settings::Table& table = settings::streamCaches();
