@@ -93,6 +93,7 @@ settings::Settings byRank(settings::Settings settings);
 Table columnsOf(const settings::Settings& settings);
 
 /// What can be read of something, with what is left out, and why, in the notes.
+/// @throws Refusal (unusable) if nothing can be read
 Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
 
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.

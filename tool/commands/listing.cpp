@@ -57,6 +57,8 @@ Table columnsOf(const settings::Settings& settings) {
 }
 
 Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout) {
+  if (readable.value.empty() && !readable.unread.empty())
+    throw Refusal(Status::Unusable, readable.unread.front().fault);
   Answer answer(std::move(readable.value), std::move(layout));
   for (const device::Unread& unread : readable.unread)
     answer.notes.push_back("left out: " + unread.fault);

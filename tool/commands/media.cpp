@@ -139,7 +139,12 @@ Answer graph(const Arguments& arguments) {
     const media::Wiring wiring = media::readWiring();
     return Json{{"wiring", media::jsonOf(wiring)}, {"picture", media::pictureOf(wiring)}};
   };
-  Answer drawn = readableAnswer(media::asFarAsReadable(draw), {});
+  device::Readable readable = media::asFarAsReadable(draw);
+  const Json& wiring = readable.value["wiring"];
+  if (!readable.unread.empty() &&
+      std::all_of(wiring.begin(), wiring.end(), [](const Json& list) { return list.empty(); }))
+    readable.value = nullptr;
+  Answer drawn = readableAnswer(std::move(readable), {});
   answer.layout = {Verbatim{drawn.value["picture"].text()}};
   answer.value = std::move(drawn.value["wiring"]);
   answer.notes = std::move(drawn.notes);

@@ -34,7 +34,7 @@ class Plan {
 /// Something in a file that keeps a section, or an entry of it, from being read.
 struct Unread {
   std::string fault;  ///< where it is and why: "/cfg0/mpp_cfg.xml:57: ..."
-  std::string was;    ///< as the file has it, passwords masked; empty if it has nothing
+  std::string was;    ///< as the file has it, passwords masked; empty if the section is missing
 };
 
 /// As much of a section as can be read.

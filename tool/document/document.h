@@ -68,7 +68,8 @@ CopiedSections loadFrom(device::Place place);
 /// none.
 CopiedSections loadFrom(const std::vector<device::Contents>& files);
 
-/// Why sections cannot be read, by name, of files that can be loaded.
+/// Why sections cannot be read, by name, of files that can be loaded. A section that is missing counts
+/// where the factory set has it.
 std::map<std::string, std::string> unreadSections();
 
 /// What is different between two states: an array of objects of "place", "before" and "after", null

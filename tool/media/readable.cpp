@@ -66,16 +66,13 @@ XMLElement& madeSection(tinyxml2::XMLDocument& document, const Table& table) {
 }
 
 // Removes the entries that do not load, one after the other. Their lines are those of the device's file.
-Json stripped(tinyxml2::XMLDocument& document, const Table& table) {
-  Json unread = Json::array();
-  if (sectionIn(document, table) == nullptr)
-    unread.push_back({{kFault, whyMissing(document, table)}, {kWas, ""}});
+void strip(tinyxml2::XMLDocument& document, const Table& table, Json& unread) {
   XMLElement& section = madeSection(document, table);
   for (;;) {
     device::saveContents({{CFG_FILE_MPP, written(document)}});
     Json entries;
     forgetComplaint();
-    if (heard([&] { return table.calls.load(table, entries); }) == 0) return unread;
+    if (heard([&] { return table.calls.load(table, entries); }) == 0) return;
     table.calls.closeRead();
     const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
     if (entries.size() >= elements.size()) throw Refusal(Status::Unusable, lastComplaint());
@@ -88,8 +85,12 @@ Json stripped(tinyxml2::XMLDocument& document, const Table& table) {
 
 Json strippedFile(tinyxml2::XMLDocument& document) {
   Json unread = Json::object();
-  for (const Table* table : settings::mediaTables())
-    unread[table->place] = stripped(document, *table);
+  for (const Table* table : settings::mediaTables()) {
+    unread[table->place] = Json::array();
+    if (sectionIn(document, *table) == nullptr)
+      unread[table->place].push_back({{kFault, whyMissing(document, *table)}, {kWas, ""}});
+  }
+  for (const Table* table : settings::mediaTables()) strip(document, *table, unread[table->place]);
   return {{kBytes, written(document)}, {kUnread, unread}};
 }
 

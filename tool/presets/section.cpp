@@ -120,7 +120,7 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
       node.element(i).member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }
-  return inFileOrder(after, before);
+  return areDistinct(before) ? inFileOrder(after, before) : after;
 }
 
 std::vector<device::Change> replacement(const Json& after) {
