@@ -4,6 +4,7 @@
 #include "device/files.h"
 #include "device/repair.h"
 #include "document/document.h"
+#include "document/trial.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
 
@@ -37,7 +38,8 @@ Answer status(const Arguments& /*arguments*/) {
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
-  return Answer(std::move(outcome), {Table{"copies",
+  outcome.value["pending"] = document::pendingChange();
+  Answer answer(std::move(outcome), {Table{"copies",
                                            {{"FILE", "{file}"},
                                             {"COPY", "{copy}"},
                                             {"STATE", "{state!}"},
@@ -45,6 +47,11 @@ Answer status(const Arguments& /*arguments*/) {
                                             {"CHANGED", "{changed}"},
                                             {"AT START", "{atStart}"}}},
                                      Line{"health: {health!}"}, Line{apart}});
+  if (!answer.value["pending"].is_null())
+    answer.layout.emplace_back(
+        Line{"on trial: change {pending/number} by {pending/caller}, until {pending/until} "
+             "({pending/secondsLeft} s left): {pending/command}"});
+  return answer;
 }
 
 Answer verify(const Arguments& arguments) {
@@ -57,13 +64,14 @@ Answer verify(const Arguments& arguments) {
                         {"AT START", "{checkedAtStart}"},
                         {"MAIN FROM", "{restored/main}"},
                         {"BACKUP FROM", "{restored/backup}"}}}});
+  document::rollBackWhatIsOver();
   if (!answer.value["kept"].empty())
     answer.layout.emplace_back(Table{"kept", {{"DAMAGED COPY", "{copy}"}, {"KEPT AS", "{as}"}}});
   return answer;
 }
 
 Answer boot(const Arguments& /*arguments*/) {
-  Outcome outcome = device::boot();
+  Outcome outcome = device::boot(document::rollBackAtStart);
   Json unread;
   addUnreadSections(outcome, unread);
   return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
@@ -130,10 +138,10 @@ CommandGroup filesGroup() {
   return {
       "Files",
       {command("status", "Show the state of every copy and what the next start does to it", status),
-       changer("verify", "Check all files as at start-up and restore broken main copies", verify,
-               {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
-                {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
-       changer("boot", "Do all that a start of the device should do", boot)}};
+       restorer("verify", "Check all files as at start-up and restore broken main copies", verify,
+                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
+                 {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
+       restorer("boot", "Do all that a start of the device should do", boot)}};
 }
 
 CommandGroup lintGroup() {
