@@ -13,10 +13,10 @@ namespace camcfg::tool {
 /// The tool's exit status.
 enum class Status {
   Done = 0,
-  Refused = 1,   ///< refused, not found, or not carried out
-  Usage = 2,     ///< the command line makes no sense
-  Unusable = 3,  ///< the device's files are unusable
-  Degraded = 4,  ///< 'status' only: they can be used, but a copy is missing, broken or out of step
+  Refused = 1,        ///< refused, not found, or not carried out
+  Usage = 2,          ///< the command line makes no sense
+  Unusable = 3,       ///< the device's files are unusable
+  Degraded = 4,       ///< they can be used, but not all is as it should be, or can be read
   NotPrinted = 5,     ///< a change is in force, but could not be printed
   RolledBack = 6,     ///< 'try' only: the change was not confirmed
   NoDevice = 125,     ///< 'run' only: the device cannot be shown to the program

@@ -106,9 +106,11 @@ bool Calm::lookAgain() {
     const bool isQuiet = Clock::now() - since >= kQuiet ||
                          all([](const auto& file) { return ageOf(file.second) >= kQuiet; }) ||
                          all([](const auto& file) { return isBackupAlike(file.first); });
-    if (isQuiet && all([](const auto& file) {
-          return !isMain(file.first) || !isOpenForWriting(file.first);
-        })) {
+    const auto isClosed = [](const auto& file) {
+      return !isMain(file.first) || !isOpenForWriting(file.first);
+    };
+    // A save may have ended between the look at the files and the look at who writes them.
+    if (isQuiet && all(isClosed) && filesNow() == now) {
       const bool isChanged = now != noted_;
       noted_ = latest() = now;
       return isChanged;

@@ -7,6 +7,7 @@
 
 #include "torture/changes/bench.h"
 #include "torture/changes/outcome.h"
+#include "torture/harness/options.h"
 
 namespace camcfg::torture {
 
@@ -20,6 +21,15 @@ struct Slice {
 
 /// Runs work in as many processes as there are processors, each with its slice.
 Tally inSlices(const std::function<void(const Slice&, Tally&)>& work);
+
+/// Kills so many runs, in as many storms as there are processors.
+template <typename Storm>
+Tally killInStorms(const Options& options, long kills) {
+  return inSlices([&](const Slice& slice, Tally& part) {
+    Storm storm(options.seed + static_cast<std::uint32_t>(slice.index), part);
+    for (long i = 0; i < kills / slice.of; ++i) storm.kill(i);
+  });
+}
 
 /// Where a run of the tool is cut: before a call, or when so many bytes of all that it writes have
 /// arrived.

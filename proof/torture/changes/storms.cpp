@@ -157,11 +157,7 @@ class Storm {
 }  // namespace
 
 void killChanges(const Options& options, Faults& faults) {
-  const long kills = options.longRun ? 10000 : 400;
-  const Tally tally = inSlices([&](const Slice& slice, Tally& part) {
-    Storm storm(options.seed + static_cast<std::uint32_t>(slice.index), part);
-    for (long i = 0; i < kills / slice.of; ++i) storm.kill(i);
-  });
+  const Tally tally = killInStorms<Storm>(options, options.longRun ? 10000 : 400);
   Table table({"kills", "done before", "old", "new", "finished", "mixed", "lost", "failed",
                "untrue status"});
   table.row(tally.cuts, tally.completed, tally.count(Whole::Old), tally.count(Whole::New),

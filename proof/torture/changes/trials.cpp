@@ -64,11 +64,7 @@ class TrialStorm {
 }  // namespace
 
 void killTrials(const Options& options, Faults& faults) {
-  const long kills = options.longRun ? 1000 : 80;
-  const Tally tally = inSlices([&](const Slice& slice, Tally& part) {
-    TrialStorm storm(options.seed + static_cast<std::uint32_t>(slice.index), part);
-    for (long i = 0; i < kills / slice.of; ++i) storm.kill(i);
-  });
+  const Tally tally = killInStorms<TrialStorm>(options, options.longRun ? 1000 : 80);
   Table table({"kills", "done before", "old", "finished", "not old", "failed"});
   table.row(tally.cuts, tally.completed, tally.count(Whole::Old), tally.finished,
             tally.cuts - tally.count(Whole::Old), tally.failed);

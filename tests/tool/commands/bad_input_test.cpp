@@ -8,8 +8,8 @@
 #include "base/outcome.h"
 #include "parameters/parameter.h"
 #include "tool/others_file.h"
+#include "tool/sample_test.h"
 #include "tool/small_disk.h"
-#include "tool/tool_test.h"
 
 namespace camcfg::tests {
 namespace {
@@ -77,13 +77,9 @@ std::size_t linesIn(const std::string& text) {
 }
 
 /// A device on which every command that writes has something to change.
-class BadInputTest : public ToolTest {
+class BadInputTest : public SampleTest {
  protected:
   BadInputTest() {
-    device.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
-    device.makeDirectory("/cfg0");
-    device.makeDirectory("/cfg1");
-    run({"verify", "--resync"});
     run({"set", "System", "WebHttp", "81"});
     run({"network", "hostname", "other"});
     run({"preset", "set", "0", "--tilt", "5"});

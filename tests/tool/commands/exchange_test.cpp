@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "tool/media_tool_test.h"
+#include "tool/sample_test.h"
 
 namespace camcfg::tests {
 namespace {
@@ -657,11 +658,7 @@ TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesWouldNotBeWhole) {
                                 "}\n"));
 }
 
-TEST_F(ToolTest, SampleDeviceComesBackWhole) {
-  device.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
-  device.makeDirectory("/cfg0");
-  device.makeDirectory("/cfg1");
-  ASSERT_EQ(run({"verify", "--resync"}).status, 0);
+TEST_F(SampleTest, ComesBackWholeFromItsExport) {
   const std::string document = run({"export"}).out;
   device.write("/document.json", document);
   const std::string file = device.hostPath() + "/document.json";

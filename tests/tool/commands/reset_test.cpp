@@ -1,4 +1,4 @@
-#include "tool/tool_test.h"
+#include "tool/sample_test.h"
 
 namespace camcfg::tests {
 namespace {
@@ -6,25 +6,12 @@ namespace {
 constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 constexpr char kDefaults[] = "/app/resource/defcfg/";
 
-/// The sample device as it is new, with backups.
-class ResetTest : public ToolTest {
+class ResetTest : public SampleTest {
  protected:
-  ResetTest() {
-    device.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
-    device.makeDirectory("/cfg0");
-    device.makeDirectory("/cfg1");
-    EXPECT_EQ(run({"verify", "--resync"}).status, 0);
-  }
-
   void done(const std::vector<std::string>& arguments) const {
     EXPECT_EQ(run(arguments).status, 0) << arguments.front();
   }
 
-  // Replaces a part of both copies of a file, or of its factory copy.
-  void change(const std::string& name, const std::string& part, const std::string& other) const {
-    for (const char* directory : {"/cfg0/", "/cfg1/"})
-      device.write(directory + name, with(device.read(directory + name), part, other));
-  }
   void changeDefault(const std::string& name, const std::string& part,
                      const std::string& other) const {
     device.write(kDefaults + name, with(device.read(kDefaults + name), part, other));

@@ -1,6 +1,6 @@
 #include "base/json.h"
 #include "tool/json_in.h"
-#include "tool/tool_test.h"
+#include "tool/sample_test.h"
 
 namespace camcfg::tests {
 namespace {
@@ -16,24 +16,14 @@ constexpr char kMedia[] = "/cfg0/mpp_cfg.xml";
 constexpr char kPresets[] = "/cfg0/preset_cfg.xml";
 
 /// The sample device, of which a section does not load.
-class UnreadSectionsTest : public ToolTest {
+class UnreadSectionsTest : public SampleTest {
  protected:
   UnreadSectionsTest() {
-    device.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
-    device.makeDirectory("/cfg0");
-    device.makeDirectory("/cfg1");
-    EXPECT_EQ(run({"verify", "--resync"}).status, 0);
     sound_ = run({"export"}).out;
     device.write("/sound.json", sound_);
   }
 
-  void replace(const std::string& path, const std::string& part, const std::string& other) const {
-    const std::string text = with(device.read(path), part, other);
-    device.write(path, text);
-    device.write("/cfg1" + path.substr(5), text);
-  }
-
-  void refuseMode() const { replace(kMedia, "Mode=\"Listener\"", "Mode=\"Rendezvous\""); }
+  void refuseMode() const { change("mpp_cfg.xml", "Mode=\"Listener\"", "Mode=\"Rendezvous\""); }
 
   ToolRun import(const std::vector<std::string>& options = {}) const {
     std::vector<std::string> words = {"import", device.hostPath() + "/sound.json"};
@@ -95,7 +85,7 @@ TEST_F(UnreadSectionsTest, ImportAndResetReplaceASectionWithAFaultyEntry) {
 }
 
 TEST_F(UnreadSectionsTest, ImportAndResetReplaceASourceWithoutAnId) {
-  replace(kMedia, "<VENC Id=\"0\"", "<VENC");
+  change("mpp_cfg.xml", "<VENC Id=\"0\"", "<VENC");
   expectThatImportAndResetReplace("stream.sources");
 }
 
@@ -103,7 +93,7 @@ TEST_F(UnreadSectionsTest, ImportAndResetMakeAMissingSection) {
   const std::string text = device.read(kMedia);
   const std::size_t begin = text.find("<SRT>");
   const std::size_t end = text.find("</SRT>") + 6;
-  replace(kMedia, text.substr(begin, end - begin), "");
+  change("mpp_cfg.xml", text.substr(begin, end - begin), "");
   expectThatImportAndResetReplace("live.srt");
 }
 
@@ -115,12 +105,13 @@ TEST_F(UnreadSectionsTest, ImportAndResetMakeAMissingGroupOfPresets) {
 }
 
 TEST_F(UnreadSectionsTest, ImportAndResetReplacePresetsOfTheSameId) {
-  replace(kPresets, "preset Id=\"1\"", "preset Id=\"0\"");
+  change("preset_cfg.xml", "preset Id=\"1\"", "preset Id=\"0\"");
   expectThatImportAndResetReplace("presets");
 }
 
 TEST_F(UnreadSectionsTest, ReportSaysWhatWasThere) {
-  replace(kMedia, "Mode=\"Listener\"", "Mode=\"Rendezvous\" AesMode=\"1\" Password=\"geheimnis\"");
+  change("mpp_cfg.xml", "Mode=\"Listener\"",
+         "Mode=\"Rendezvous\" AesMode=\"1\" Password=\"geheimnis\"");
   const ToolRun rehearsed = import({"--dry-run"});
   EXPECT_EQ(rehearsed.status, 0);
   EXPECT_THAT(rehearsed.out,
@@ -192,7 +183,7 @@ TEST_F(UnreadSectionsTest, PartialExportLeavesOutFilesThatCannotBeLoaded) {
 
 TEST_F(UnreadSectionsTest, ListingsShowTheRestWithTheFaultsOfTheOther) {
   refuseMode();
-  replace(kMedia, "<VENC Id=\"0\"", "<VENC");
+  change("mpp_cfg.xml", "<VENC Id=\"0\"", "<VENC");
   const std::string sessions = run({"live", "srt"}).out;
   EXPECT_THAT(sessions, AllOf(HasSubstr("ingest.example.com"), Not(HasSubstr("9000"))));
   EXPECT_THAT(run({"stream", "sources"}).out,
@@ -205,6 +196,7 @@ TEST_F(UnreadSectionsTest, ListingsShowTheRestWithTheFaultsOfTheOther) {
     EXPECT_THAT(listed.err, HasSubstr(": left out: /cfg0/")) << words.front();
   }
   EXPECT_EQ(run({"live", "rtsp"}).status, 0);
+  EXPECT_EQ(run({"list"}).status, 0);
   EXPECT_EQ(run({"stream", "caches"}).status, 0);
 }
 
