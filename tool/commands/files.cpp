@@ -11,6 +11,7 @@ namespace {
 
 constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
+constexpr char kNoSalvage[] = "--no-salvage";
 
 Answer status(const Arguments& /*arguments*/) {
   Outcome outcome = device::checkHealth();
@@ -42,8 +43,8 @@ Answer verify(const Arguments& arguments) {
   return answer;
 }
 
-Answer boot(const Arguments& /*arguments*/) {
-  return Answer(device::boot(), {cli::Lines{"done", "{}"}});
+Answer boot(const Arguments& arguments) {
+  return Answer(device::boot(!arguments.given(kNoSalvage)), {cli::Lines{"done", "{}"}});
 }
 
 constexpr char kRules[] = "--rules";
@@ -110,7 +111,10 @@ CommandGroup filesGroup() {
        changer("verify", "Check all files as at start-up and restore broken main copies", verify,
                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
                 {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
-       changer("boot", "Do all that a start of the device should do", boot)}};
+       changer("boot", "Do all that a start of the device should do", boot,
+               {{Option::Flag, kNoSalvage,
+                 "Replace files of which no copy loads by factory copies, whatever is left of "
+                 "them"}})}};
 }
 
 CommandGroup lintGroup() {

@@ -111,6 +111,7 @@ CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
 CommandGroup runGroup();
+CommandGroup salvageGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 CommandGroup watchGroup();

@@ -43,12 +43,6 @@ std::string whyNotSaved(const std::vector<FileChange>& files) {
   return whyNotWritable(writings);
 }
 
-// Other programs save the files as well, unless the device keeps them apart.
-bool areAsBefore(const std::vector<FileChange>& files) {
-  return std::all_of(files.begin(), files.end(),
-                     [](const FileChange& file) { return bytesOf(file.path) == file.before; });
-}
-
 // Changes that are carried out together.
 class Undertaking {
  public:
@@ -84,6 +78,19 @@ class Undertaking {
     save();
     waitForOthers(before);
     return areComplete();
+  }
+
+  // Other programs save the files as well, unless the device keeps them apart.
+  bool areAsBefore(const std::vector<FileChange>& files) const {
+    return std::all_of(files.begin(), files.end(), [this](const FileChange& file) {
+      return isReplaced(readFile(file.path), changeOf(file)) || bytesOf(file.path) == file.before;
+    });
+  }
+
+  // The first change of a file.
+  const Change& changeOf(const FileChange& file) const {
+    return *std::find_if(changes_.begin(), changes_.end(),
+                         [&](const Change& change) { return change.path == file.path; });
   }
 
   // A file that an earlier attempt has changed held something else before.
@@ -156,9 +163,7 @@ class Undertaking {
   }
 
   [[noreturn]] void refuseAfter(const FileChange& failed) {
-    const Change& change = *std::find_if(changes_.begin(), changes_.end(), [&](const Change& each) {
-      return each.path == failed.path;
-    });
+    const Change& change = changeOf(failed);
     throw Refusal(change.what + ": the change is not in " + failed.path + "; " +
                   (takeBack() ? "the previous contents were restored"
                               : "the previous contents could not be restored; make room and run "

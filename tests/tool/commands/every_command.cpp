@@ -24,6 +24,7 @@ constexpr struct {
     {"status", "status"},
     {"verify", "verify --resync"},
     {"boot", "boot"},
+    {"salvage", "salvage --apply @damaged"},
     {"lint", "lint"},
     {"history", "history"},
     {"undo", "undo"},
