@@ -186,12 +186,19 @@ class Scanner {
       element.all = bytes_.substr(start, end - start);
       return open_.pop_back();
     }
+    if (!open_.empty()) disown(open_.back());
     if (!open_.empty() || isAtTop_) damage();
     // Its beginning is lost. All since the damage that is in no other element is in this one.
     std::vector<int> inner;
     inner.swap(loose_);
     add({name, {}, {}});
     for (const int index : inner) found_[index].parent = loose_.back();
+  }
+
+  // Either the start tag or the end tag of an element has a wrong name.
+  void disown(int index) {
+    for (std::size_t i = static_cast<std::size_t>(index); i < found_.size(); ++i)
+      if (found_[i].parent == index) found_[i].parent = FoundElement::Unknown;
   }
 
   std::string_view bytes_;

@@ -12,8 +12,8 @@ const Table& settingsTable() {
                            {{"FILE", "{file}"},
                             {"SETTING", "{place}"},
                             {"SOURCE", "{source}"},
-                            {"VALUE", "{value}"},
-                            {"BACKUP", "{backup}"}}};
+                            {"BACKUP HAS", "{backup}"},
+                            {"VALUE", "{value}"}}};
   return table;
 }
 

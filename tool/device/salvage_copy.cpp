@@ -41,7 +41,7 @@ void SalvageReport::add(const std::string& place, const char* source, Json value
   settings.push_back({{"place", place},
                       {"source", source},
                       {"value", std::move(value)},
-                      {"backup", source == kDisputed ? std::move(backup) : Json()}});
+                      {"backup", source == std::string_view(kDisputed) ? std::move(backup) : Json()}});
 }
 
 void SalvageReport::refuse(const SalvageCopy& copy, const FoundElement& element,

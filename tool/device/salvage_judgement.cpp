@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <fstream>
 
 #include "base/host.h"
 #include "base/library_log.h"
@@ -107,7 +108,7 @@ class Trials {
     const auto end = [](const char* name) { return std::string("</") + name + ">"; };
     std::string text = tag(table.parent) + tag(table.section);
     for (std::size_t i = first; i < last; ++i) text += candidates_[i]->text();
-    saveContents({{CFG_FILE_MPP, text + end(table.section) + end(table.parent)}});
+    std::ofstream(CFG_FILE_MPP) << text << end(table.section) << end(table.parent);
   }
 
   const std::vector<Candidate*>& candidates_;

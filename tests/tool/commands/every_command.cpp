@@ -12,6 +12,7 @@ namespace {
 // Stand for the paths of input files.
 constexpr char kDocument[] = "@document";
 constexpr char kPresetTable[] = "@presets";
+constexpr char kDamaged[] = "@damaged";
 
 constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 // What the next verification restores.
@@ -95,6 +96,8 @@ EveryCommandTest::EveryCommandTest() : groups_(tool::commands::allGroups()) {
   inputs_.write("/document.json", R"({"version": 1, "parameters": {"System": {"Rtsp": 8554}},
                                       "live": {"websocket": []}})");
   inputs_.write("/presets.csv", "id,pan\n0,9\n");
+  inputs_.write("/business_param.xml",
+                R"(<System><Rtsp Cur="8554" Def="554" Min="1" Max="65535" Step="1"/><Web)");
   renew();
 }
 
@@ -125,6 +128,7 @@ Words EveryCommandTest::lineFor(const tool::cli::Command& command) const {
   for (std::string& word : line) {
     if (word == kDocument) word = inputs_.hostPath() + "/document.json";
     if (word == kPresetTable) word = inputs_.hostPath() + "/presets.csv";
+    if (word == kDamaged) word = inputs_.hostPath() + "/business_param.xml";
   }
   return line;
 }
