@@ -77,6 +77,7 @@ add_row tests/proof "$support proof/fuzz"
 add_row proof/bench "$testkit"
 add_row proof/fuzz "$support testkit tool"
 add_row proof/torture "$support $enter_root"
+add_row proof/torture/salvage "$support proof/torture tests/tool tool"
 
 # Where the compiler looks for headers.
 declare -rA roots=(
