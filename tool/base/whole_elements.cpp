@@ -85,6 +85,26 @@ class TagReader {
   bool isEmpty_ = false;
 };
 
+/// Where a text comes next. Asked from the beginning to the end, it goes through the bytes once.
+class Next {
+ public:
+  Next(std::string_view bytes, std::string_view text) : bytes_(bytes), text_(text) {}
+
+  std::size_t from(std::size_t start) {
+    if (!at_ || *at_ < start) at_ = bytes_.find(text_, start);
+    return *at_;
+  }
+  /// Where it ends; the end of the bytes if it does not come.
+  std::size_t endFrom(std::size_t start) {
+    return from(start) == kNowhere ? bytes_.size() : *at_ + text_.size();
+  }
+
+ private:
+  std::string_view bytes_;
+  std::string_view text_;
+  std::optional<std::size_t> at_;
+};
+
 class Scanner {
  public:
   explicit Scanner(std::string_view bytes) : bytes_(bytes) {}
@@ -133,21 +153,20 @@ class Scanner {
     suspects_.reset();
   }
 
-  // A comment, a declaration, or "<!...>".
+  // A comment, a declaration, or "<!...>". One in which bytes are damaged or another comment begins
+  // may have ended anywhere.
   void passOther() {
     const bool isComment = startsHere(kCommentStart);
-    const std::string_view ending = isComment ? kCommentEnd : startsHere("<?") ? "?>" : ">";
+    Next& ending = isComment ? commentEnd_ : startsHere("<?") ? declarationEnd_ : tagEnd_;
     const std::size_t start = at_ + (isComment ? kCommentStart.size() : 2);
-    const std::size_t end = bytes_.find(ending, start);
-    const std::string_view inner = bytes_.substr(std::min(start, bytes_.size()), end - start);
-    const std::size_t nul = inner.find('\0');
-    const std::size_t other = isComment ? inner.find(kCommentStart) : kNowhere;
-    if (nul == kNowhere && other == kNowhere) {
-      if (isComment) suspects_.reset();
-      return moveTo(end == kNowhere ? bytes_.size() : end + ending.size());
+    const std::size_t broken =
+        std::min(nul_.from(start), isComment ? commentStart_.from(start) : kNowhere);
+    if (broken < ending.from(start)) {
+      damage();
+      return moveTo(broken);
     }
-    damage();
-    moveTo(start + std::min(nul, other));
+    if (isComment) suspects_.reset();
+    moveTo(ending.endFrom(start));
   }
 
   void passTag() {
@@ -197,7 +216,7 @@ class Scanner {
 
   // Either the start tag or the end tag of an element has a wrong name.
   void disown(int index) {
-    for (std::size_t i = static_cast<std::size_t>(index); i < found_.size(); ++i)
+    for (auto i = static_cast<std::size_t>(index); i < found_.size(); ++i)
       if (found_[i].parent == index) found_[i].parent = FoundElement::Unknown;
   }
 
@@ -209,6 +228,11 @@ class Scanner {
   std::vector<int> loose_;  // elements since the damage that are in no other one so far
   bool isAtTop_ = true;     // while nothing is damaged
   std::optional<std::size_t> suspects_;  // the first element that may be in a comment
+  Next nul_{bytes_, std::string_view("\0", 1)};
+  Next commentStart_{bytes_, kCommentStart};
+  Next commentEnd_{bytes_, kCommentEnd};
+  Next declarationEnd_{bytes_, "?>"};
+  Next tagEnd_{bytes_, ">"};
 };
 
 }  // namespace

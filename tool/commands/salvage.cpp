@@ -21,7 +21,7 @@ Answer salvage(const Arguments& arguments) {
   Answer answer(device::salvage(arguments.files(kFile), arguments.given(kApply)));
   const Json& value = answer.value;
   if (value["files"].empty()) {
-    if (answer.status == Status::Done) answer.layout = {Line{"every file loads"}};
+    if (answer.status == Status::Done) answer.layout = {Line{"there is nothing to salvage"}};
     return answer;
   }
   answer.layout = {settingsTable()};

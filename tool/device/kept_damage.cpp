@@ -7,6 +7,7 @@
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/history.h"
 #include "device/state_contents.h"
 #include "device/state_folder.h"
 
@@ -50,7 +51,9 @@ std::string keepDamaged(const std::string& path) {
     if (folder.read(kept, kMostBytes).bytes == *bytes) return pathOf(kept);
   }
   const std::string kept = name + "." + std::to_string(numbers.empty() ? 1 : *numbers.rbegin() + 1);
-  if (!folder.write(kept, *bytes) || !folder.flush()) refuse(path, std::strerror(errno));
+  while (!folder.write(kept, *bytes))
+    if (errno != ENOSPC || !forgetOldest()) refuse(path, std::strerror(errno));
+  if (!folder.flush()) refuse(path, std::strerror(errno));
   for (; numbers.size() >= kMostKept; numbers.erase(numbers.begin()))
     folder.remove(name + "." + std::to_string(*numbers.begin()));
   return pathOf(kept);

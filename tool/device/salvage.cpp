@@ -57,9 +57,12 @@ bool canBeReplaced(const Copy& copy) {
 }
 
 std::vector<Task> damagedFiles() {
+  const FileSet set = surveyFiles();
   std::vector<Task> tasks;
   for (const char* path : kFiles) {
-    const ConfigFile file = surveyFile(nameOf(path));
+    const ConfigFile* found = set.find(nameOf(path));
+    if (found == nullptr) continue;
+    const ConfigFile& file = *found;
     Task task{path};
     for (const Place place : {Place::Main, Place::Backup})
       task.set(place, bytesIn(file.path(place), file.copy(place)), wordFor(file.copy(place).state));
@@ -136,8 +139,8 @@ std::vector<Task> tasksOf(const std::vector<HostFile>& files) {
 // What start-up verification would make of a file: the contents that a change of it starts from.
 std::string insteadOf(const std::string& path) {
   const std::string backup = pathOf(Place::Backup, path);
-  return device::bytesOf(loadCopy(backup).state == State::Good ? backup
-                                                               : pathOf(Place::Default, path));
+  const Bytes bytes = loadCopy(backup).state == State::Good ? readFile(backup) : std::nullopt;
+  return bytes && !hasHole(bytes) ? *bytes : device::bytesOf(pathOf(Place::Default, path));
 }
 
 Change changeTo(const Salvaged& salvaged) {
@@ -171,6 +174,7 @@ Json keptCopies(const std::vector<Salvaged>& files) {
 Json applied(const std::vector<Salvaged>& files) {
   Json kept = keptCopies(files);
   std::vector<Change> changes;
+  changes.reserve(files.size());
   for (const Salvaged& file : files) changes.push_back(changeTo(file));
   makeChanges(changes);
   return kept;
@@ -211,13 +215,23 @@ std::vector<Salvaged> salvagedOf(const std::vector<Task>& tasks, Outcome& outcom
   return files;
 }
 
-// "40 settings from main, 2 from backup, 1 disputed, 3 from factory"
+// "settings from main: 40, backup: 2, disputed: 1, factory: 3"
 std::string summaryOf(const SalvagedFile& file) {
   std::string text = "settings from";
   for (const char* source : kSources)
     text += (source == kSources[0] ? " " : ", ") + std::string(source) + ": " +
             std::to_string(file.from(source));
   return text;
+}
+
+void salvageLost(const Task& task, Json& done) {
+  std::optional<SalvagedFile> file = salvaged(task);
+  if (!file || file->from(kFromFactory) == file->settings.size()) return;
+  const std::vector<Salvaged> found = {{task, std::move(*file)}};
+  const Json kept = applied(found);
+  done.push_back(task.path + " was salvaged; " + summaryOf(found.front().file));
+  for (const Json& copy : kept)
+    done.push_back(copy.at("copy").text() + " was kept as " + copy.at("as").text());
 }
 
 }  // namespace
@@ -271,14 +285,9 @@ std::vector<std::string> salvageBeforeStart(Json& done) {
     const bool isLost = std::any_of(repairs.begin(), repairs.end(), [&](const Repair& repair) {
       return repair.target() == task.path && repair.from == Place::Default;
     });
-    std::optional<SalvagedFile> file = isLost ? salvaged(task) : std::nullopt;
-    if (!file || file->from(kFromFactory) == file->settings.size()) continue;
-    const std::vector<Salvaged> found = {{task, std::move(*file)}};
+    if (!isLost) continue;
     try {
-      const Json kept = applied(found);
-      done.push_back(task.path + " was salvaged; " + summaryOf(found.front().file));
-      for (const Json& copy : kept)
-        done.push_back(copy.at("copy").text() + " was kept as " + copy.at("as").text());
+      salvageLost(task, done);
     } catch (const Refusal& refusal) {
       notes.push_back(task.path + " was not salvaged: " + refusal.what());
     }

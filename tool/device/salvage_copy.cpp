@@ -38,10 +38,11 @@ bool SalvageCopy::isIn(const FoundElement& element,
 }
 
 void SalvageReport::add(const std::string& place, const char* source, Json value, Json backup) {
-  settings.push_back({{"place", place},
-                      {"source", source},
-                      {"value", std::move(value)},
-                      {"backup", source == std::string_view(kDisputed) ? std::move(backup) : Json()}});
+  settings.push_back(
+      {{"place", place},
+       {"source", source},
+       {"value", std::move(value)},
+       {"backup", source == std::string_view(kDisputed) ? std::move(backup) : Json()}});
 }
 
 void SalvageReport::refuse(const SalvageCopy& copy, const FoundElement& element,

@@ -43,7 +43,7 @@ using SalvageCopies = std::vector<SalvageCopy>;
 /// What came out of the copies of a file.
 struct SalvageReport {
   Json settings = Json::array();  ///< "place", "source", "value", "backup"
-  Json notTaken = Json::array();  ///< "copy", "line", "place", "reason"
+  Json notTaken = Json::array();  ///< "copy", "line", "place", "reason"; the first ones
 
   /// @param backup  what the backup has where the source is "disputed"
   void add(const std::string& place, const char* source, Json value, Json backup);
@@ -59,6 +59,7 @@ constexpr char kDisputed[] = "disputed";  ///< from the main copy; the backup ha
 
 // Why something is not taken.
 constexpr char kUnknownPlace[] = "its place is not known";
+constexpr char kTooMany[] = "there are too many before it";
 constexpr char kTwice[] = "it is there more than once, with different values";
 
 /// @param main, backup  what the copies have; null: nothing that can be taken

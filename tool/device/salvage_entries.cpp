@@ -21,15 +21,23 @@ using tinyxml2::XMLElement;
 constexpr char kPreset[] = "preset";  // the beginning of the name of a preset's element
 constexpr char kPresets[] = "PresetCfg";
 
+void addNames(const std::vector<ElementForm>& forms, std::vector<std::string>& names) {
+  for (const ElementForm& form : forms) {
+    names.emplace_back(form.name);
+    addNames(form.children, names);
+  }
+}
+
 std::vector<EntryList> listsOf(const XMLDocument& document) {
   std::vector<EntryList> lists;
   if (document.FirstChildElement(kPresets) != nullptr)
     lists.push_back({"presets", settings::kPresetId, {kPresets}, &settings::presetSettings()});
   for (const Table* table : settings::mediaTables()) {
     const XMLElement* top = document.FirstChildElement(table->parent);
-    if (top != nullptr && top->FirstChildElement(table->section) != nullptr)
-      lists.push_back(
-          {table->place, table->key, {table->section, table->parent}, &table->settings, table});
+    if (top == nullptr || top->FirstChildElement(table->section) == nullptr) continue;
+    lists.push_back(
+        {table->place, table->key, {table->section, table->parent}, &table->settings, table});
+    addNames(formsOf(*table), lists.back().names);
   }
   return lists;
 }
@@ -39,17 +47,6 @@ XMLElement* sectionOf(XMLDocument& document, const EntryList& list) {
   for (auto name = list.outer.rbegin(); name != list.outer.rend(); ++name)
     node = node->FirstChildElement(std::string(*name).c_str());
   return node->ToElement();
-}
-
-bool isIn(const std::vector<ElementForm>& forms, std::string_view name) {
-  return std::any_of(forms.begin(), forms.end(), [&](const ElementForm& form) {
-    return isSameWord(form.name, name) || isIn(form.children, name);
-  });
-}
-
-// Whether a list has elements of this name, as entries or inside of them.
-bool knows(const EntryList& list, std::string_view name) {
-  return list.table == nullptr ? list.isEntry(name) : isIn(formsOf(*list.table), name);
 }
 
 // What one copy has of a list: what is permitted, once for each key.
@@ -76,18 +73,23 @@ class Salvage {
 
  private:
   void addCandidates(std::size_t copy) {
+    std::map<const EntryList*, std::size_t> numbers;
     for (const FoundElement& element : copies_[copy].elements) {
       if (!element.isWhole()) continue;
       std::vector<const EntryList*> mayHave;
       for (const EntryList& list : lists_)
         if (element.parent == FoundElement::Unknown
-                ? knows(list, element.name)
+                ? list.knows(element.name)
                 : list.isEntry(element.name) && copies_[copy].isIn(element, list.outer))
           mayHave.push_back(&list);
-      if (mayHave.size() == 1 && mayHave.front()->isEntry(element.name))
-        candidates_.push_back({mayHave.front(), copy, &element});
-      else if (!mayHave.empty())
+      if (mayHave.empty()) continue;
+      const EntryList& list = *mayHave.front();
+      if (mayHave.size() > 1 || !list.isEntry(element.name))
         report_.refuse(copies_[copy], element, std::string(element.name), kUnknownPlace);
+      else if (++numbers[&list] > kMostValues)
+        report_.refuse(copies_[copy], element, list.place, kTooMany);
+      else
+        candidates_.push_back({&list, copy, &element});
     }
   }
 
@@ -193,6 +195,12 @@ bool EntryList::isEntry(std::string_view name) const {
   if (table == nullptr) return beginsWith(name, kPreset);
   return std::any_of(table->elements.begin(), table->elements.end(),
                      [&](const char* element) { return isSameWord(element, name); });
+}
+
+bool EntryList::knows(std::string_view name) const {
+  return isEntry(name) || std::any_of(names.begin(), names.end(), [&](const std::string& known) {
+           return isSameWord(known, name);
+         });
 }
 
 bool salvageEntries(XMLDocument& document, const SalvageCopies& copies, SalvageReport& report) {

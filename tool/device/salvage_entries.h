@@ -18,8 +18,12 @@ struct EntryList {
   const settings::Settings* settings;      ///< of an entry
   const settings::Table* table = nullptr;  ///< null: of presets
 
+  std::vector<std::string> names{};  ///< of elements that are in it anywhere
+
   /// Whether an element of this name is one of its entries.
   bool isEntry(std::string_view name) const;
+  /// Whether an element of this name may be in it, as an entry or inside of one.
+  bool knows(std::string_view name) const;
 };
 
 /// An element that may become an entry.

@@ -76,7 +76,7 @@ class BothDamagedTest : public SalvageTest {
 };
 
 TEST_F(SalvageTest, ThereIsNothingToSalvageWhereEveryFileLoads) {
-  EXPECT_EQ(run({"salvage"}), (ToolRun{0, "every file loads\n", ""}));
+  EXPECT_EQ(run({"salvage"}), (ToolRun{0, "there is nothing to salvage\n", ""}));
   const Json answer = salvaged({"--apply"});
   EXPECT_EQ(answer["files"], Json::array());
   EXPECT_EQ(answer["applied"], Json(false));
