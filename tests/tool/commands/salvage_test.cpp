@@ -1,7 +1,12 @@
 #include <gmock/gmock.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <map>
 
+#include "base/caller.h"
+#include "device/journal.h"
 #include "tool/json_in.h"
 #include "tool/media_tool_test.h"
 
@@ -318,6 +323,24 @@ TEST_F(BothDamagedTest, NoSalvageTurnsThatOff) {
                         "/app/resource/defcfg/business_param.xml\n"));
   EXPECT_EQ(device.read(kBusiness), kParameters);
   EXPECT_FALSE(device.exists("/cfg1/.camcfg/damaged"));
+}
+
+TEST_F(BothDamagedTest, AnInterruptedSalvageIsFinishedByTheStart) {
+  const std::string salvaged = with(main_, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
+  const pid_t killed = fork();
+  if (killed == 0) {
+    device.enter();
+    const char* words[] = {"camcfg", "salvage", "--apply"};
+    tool::rememberCaller(3, words);
+    tool::device::openJournal({{kBusiness, kParameters, salvaged}});
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(killed, &status, 0);
+  ASSERT_EQ(status, 0);
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("finished an interrupted change: salvage --apply ("));
+  EXPECT_EQ(device.read(kBusiness), salvaged);
+  EXPECT_EQ(device.read(kBusinessBackup), salvaged);
 }
 
 TEST_F(SalvageTest, TheStartTakesAGoodBackupAsItIs) {
