@@ -48,7 +48,7 @@ run() {
 chosen=()
 for program in "${programs[@]}"; do chosen+=("camcfg-$program"); done
 
-scripts/install-packages.sh build tool test || exit 1
+scripts/install-packages.sh build tool test torture || exit 1
 if [[ $(uname -m) != x86_64 ]]; then
   echo "Left out on $(uname -m): power-cuts exhaustion lock-steps changes"
   chosen=(camcfg-damage camcfg-salvage camcfg-kills camcfg-threads camcfg-programs camcfg-tool-and-programs)

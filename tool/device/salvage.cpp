@@ -1,140 +1,25 @@
 #include "device/salvage.h"
 
-#include <camcfg/types.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <cstring>
 
 #include "base/plain_text.h"
 #include "device/change.h"
 #include "device/kept_damage.h"
 #include "device/repair.h"
 #include "device/salvage_copy.h"
+#include "device/salvage_task.h"
 #include "device/save.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
 namespace {
 
-using Bytes = std::optional<std::string>;
-
-constexpr const char* kFiles[] = {CFG_FILE_BUSINESS, CFG_FILE_MPP, CFG_FILE_PRESET};
 constexpr const char* kSources[] = {kFromMain, kFromBackup, kDisputed, kFromFactory};
 
-// The copies of a file that are looked at.
-struct Task {
-  std::string path;  // of the main copy
-  std::array<Bytes, 2> copies{};
-  std::array<std::string, 2> states{};
-
-  void set(Place place, Bytes bytes, const std::string& state) {
-    const auto index = static_cast<std::size_t>(place);
-    copies[index] = std::move(bytes);
-    states[index] = state;
-  }
-};
-
 struct Salvaged {
-  const Task& task;
+  const SalvageTask& task;
   SalvagedFile file;
 };
-
-// Bytes that can be read without waiting for anybody.
-Bytes bytesIn(const std::string& path, const Copy& copy) {
-  const bool isFile = copy.state != State::NotAFile && copy.state != State::Missing;
-  return isFile ? readFile(path) : std::nullopt;
-}
-
-// The library reads a file to its first NUL.
-bool hasHole(const Bytes& bytes) {
-  return bytes && bytes->find('\0') != std::string::npos;
-}
-
-bool canBeReplaced(const Copy& copy) {
-  return copy.state != State::NotAFile && copy.state != State::Unreadable;
-}
-
-std::vector<Task> damagedFiles() {
-  const FileSet set = surveyFiles();
-  std::vector<Task> tasks;
-  for (const char* path : kFiles) {
-    const ConfigFile* found = set.find(nameOf(path));
-    if (found == nullptr) continue;
-    const ConfigFile& file = *found;
-    Task task{path};
-    for (const Place place : {Place::Main, Place::Backup})
-      task.set(place, bytesIn(file.path(place), file.copy(place)), wordFor(file.copy(place).state));
-    const bool isDamaged =
-        !file.main.loads() || file.main.state == State::CutShort || hasHole(task.copies[0]);
-    const bool isAnythingLeft = task.copies[0] || task.copies[1];
-    if (isDamaged && isAnythingLeft && canBeReplaced(file.main)) tasks.push_back(std::move(task));
-  }
-  return tasks;
-}
-
-std::string stemOf(const char* path) {
-  const std::string name = nameOf(path);
-  return name.substr(0, name.rfind('.'));
-}
-
-std::optional<SalvagedFile> salvaged(const Task& task) {
-  const Bytes factory = readFile(pathOf(Place::Default, task.path));
-  return factory ? device::salvaged(task.copies[0], task.copies[1], *factory) : std::nullopt;
-}
-
-// The file that a copy belongs to: by its name, else the one of which it has the most.
-std::string fileOf(const std::string& path, const std::string& bytes) {
-  for (const char* file : kFiles)
-    if (nameOf(path).find(stemOf(file)) != std::string::npos) return file;
-  std::string best;
-  std::size_t most = 0;
-  for (const char* file : kFiles) {
-    Task task{file};
-    task.copies[0] = bytes;
-    const std::optional<SalvagedFile> found = salvaged(task);
-    const std::size_t number = found ? found->from(kFromMain) : 0;
-    if (number <= most) continue;
-    most = number;
-    best = file;
-  }
-  if (best.empty()) throw Refusal::about(path, path + ": nothing in it says what it configures");
-  return best;
-}
-
-// A path of the device's is the device's; another one is of the system that the tool was started on.
-std::string bytesOf(const HostFile& file) {
-  for (const char* main : kFiles)
-    for (const Place place : {Place::Main, Place::Backup})
-      if (file.path == pathOf(place, main)) return device::bytesOf(file.path);
-  if (!file.fault.empty()) throw Refusal::about(file.path, file.path + ": " + file.fault);
-  return file.contents;
-}
-
-// Of a file in "cfg1", and of one that was kept from there.
-Place placeOf(const std::string& path) {
-  const std::string directory = nameOf(path.substr(0, path.size() - nameOf(path).size() - 1));
-  const bool isBackup = directory == nameOf("/cfg1") || beginsWith(nameOf(path), "cfg1-");
-  return isBackup ? Place::Backup : Place::Main;
-}
-
-std::vector<Task> tasksOf(const std::vector<HostFile>& files) {
-  std::vector<Task> tasks;
-  for (const HostFile& file : files) {
-    std::string bytes = bytesOf(file);
-    const std::string path = fileOf(file.path, bytes);
-    auto task = std::find_if(tasks.begin(), tasks.end(),
-                             [&](const Task& each) { return each.path == path; });
-    if (task == tasks.end()) task = tasks.insert(task, {path});
-    const Place place = file.path.find('/') == std::string::npos ? Place::Main : placeOf(file.path);
-    if (task->copies[static_cast<std::size_t>(place)])
-      throw Refusal(Status::Usage,
-                    file.path + " is a second " + wordFor(place) + " copy of " + path);
-    task->set(place, std::move(bytes), "given");
-  }
-  return tasks;
-}
 
 // What start-up verification would make of a file: the contents that a change of it starts from.
 std::string insteadOf(const std::string& path) {
@@ -163,7 +48,7 @@ Json keptCopies(const std::vector<Salvaged>& files) {
     for (const Place place : {Place::Main, Place::Backup}) {
       const std::string path = pathOf(place, file.task.path);
       const Copy copy = loadCopy(path);
-      const Bytes bytes = bytesIn(path, copy);
+      const Bytes bytes = bytesOf(path, copy);
       if (bytes && (!copy.loads() || hasHole(bytes)))
         kept.push_back({{"copy", path}, {"as", keepDamaged(path)}});
     }
@@ -199,10 +84,10 @@ void append(Json& list, const Json& records, const std::string& file) {
   }
 }
 
-std::vector<Salvaged> salvagedOf(const std::vector<Task>& tasks, Outcome& outcome) {
+std::vector<Salvaged> salvagedOf(const std::vector<SalvageTask>& tasks, Outcome& outcome) {
   std::vector<Salvaged> files;
-  for (const Task& task : tasks) {
-    std::optional<SalvagedFile> file = salvaged(task);
+  for (const SalvageTask& task : tasks) {
+    std::optional<SalvagedFile> file = task.salvaged();
     if (file) {
       files.push_back({task, std::move(*file)});
       continue;
@@ -224,8 +109,8 @@ std::string summaryOf(const SalvagedFile& file) {
   return text;
 }
 
-void salvageLost(const Task& task, Json& done) {
-  std::optional<SalvagedFile> file = salvaged(task);
+void salvageLost(const SalvageTask& task, Json& done) {
+  std::optional<SalvagedFile> file = task.salvaged();
   if (!file || file->from(kFromFactory) == file->settings.size()) return;
   const std::vector<Salvaged> found = {{task, std::move(*file)}};
   const Json kept = applied(found);
@@ -236,29 +121,10 @@ void salvageLost(const Task& task, Json& done) {
 
 }  // namespace
 
-std::size_t SalvagedFile::from(const char* source) const {
-  return static_cast<std::size_t>(
-      std::count_if(settings.begin(), settings.end(),
-                    [&](const Json& setting) { return setting.at("source").text() == source; }));
-}
-
-std::optional<SalvagedFile> salvaged(const Bytes& main, const Bytes& backup,
-                                     const std::string& factory) {
-  const Document document = parsedDocument(factory);
-  if (document == nullptr) return std::nullopt;
-  const std::string none;
-  const SalvageCopies copies = {{Place::Main, main ? *main : none},
-                                {Place::Backup, backup ? *backup : none},
-                                {Place::Default, factory}};
-  SalvageReport report;
-  if (!salvageEntries(*document, copies, report)) salvageParameters(*document, copies, report);
-  return SalvagedFile{written(*document), std::move(report.settings), std::move(report.notTaken)};
-}
-
 Outcome salvage(const std::vector<HostFile>& files, bool apply) {
   const Turn turn(apply ? Turn::allFiles() : Turn::Files());
   if (files.empty()) requireDevice();
-  const std::vector<Task> tasks = files.empty() ? damagedFiles() : tasksOf(files);
+  const std::vector<SalvageTask> tasks = files.empty() ? damagedFiles() : copiesGiven(files);
   Outcome outcome;
   outcome.value = {{"applied", false},
                    {"files", Json::array()},
@@ -281,7 +147,7 @@ Outcome salvage(const std::vector<HostFile>& files, bool apply) {
 std::vector<std::string> salvageBeforeStart(Json& done) {
   std::vector<std::string> notes;
   const std::vector<Repair> repairs = startUpRepairs(surveyFiles());
-  for (const Task& task : damagedFiles()) {
+  for (const SalvageTask& task : damagedFiles()) {
     const bool isLost = std::any_of(repairs.begin(), repairs.end(), [&](const Repair& repair) {
       return repair.target() == task.path && repair.from == Place::Default;
     });

@@ -1,6 +1,9 @@
 #include "device/salvage_copy.h"
 
+#include <algorithm>
+
 #include "base/plain_text.h"
+#include "device/salvage.h"
 #include "settings/node.h"
 
 namespace camcfg::tool::device {
@@ -59,6 +62,26 @@ std::string whyNotStorable(const std::string& text, std::size_t most) {
   settings::Node(value, "", faults).text(most);
   if (!faults.empty()) return faults.front().reason;
   return asUtf8(text) == text ? "" : "it is not UTF-8";
+}
+
+std::size_t SalvagedFile::from(const char* source) const {
+  return static_cast<std::size_t>(
+      std::count_if(settings.begin(), settings.end(),
+                    [&](const Json& setting) { return setting.at("source").text() == source; }));
+}
+
+std::optional<SalvagedFile> salvaged(const std::optional<std::string>& main,
+                                     const std::optional<std::string>& backup,
+                                     const std::string& factory) {
+  const Document document = parsedDocument(factory);
+  if (document == nullptr) return std::nullopt;
+  const std::string none;
+  const SalvageCopies copies = {{Place::Main, main ? *main : none},
+                                {Place::Backup, backup ? *backup : none},
+                                {Place::Default, factory}};
+  SalvageReport report;
+  if (!salvageEntries(*document, copies, report)) salvageParameters(*document, copies, report);
+  return SalvagedFile{written(*document), std::move(report.settings), std::move(report.notTaken)};
 }
 
 }  // namespace camcfg::tool::device
