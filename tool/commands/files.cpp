@@ -3,6 +3,7 @@
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/repair.h"
+#include "document/document.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
 
@@ -13,8 +14,27 @@ constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
 constexpr char kNoSalvage[] = "--no-salvage";
 
+// A device is not well whose files load, but not all that is in them.
+void addUnreadSections(Outcome& outcome, Json& findings) {
+  for (const auto& [name, fault] : document::unreadSections()) {
+    findings.push_back(std::string(name)
+                           .append(" cannot be read: ")
+                           .append(fault)
+                           .append("; 'camcfg help recovery' says what to do"));
+    if (outcome.status != Status::Done) continue;
+    outcome.status = Status::Degraded;
+    outcome.value["health"] = "degraded";
+  }
+}
+
 Answer status(const Arguments& /*arguments*/) {
   Outcome outcome = device::checkHealth();
+  Json unread = Json::array();
+  addUnreadSections(outcome, unread);
+  for (const Json& finding : unread) {
+    outcome.notes.push_back(finding.text());
+    outcome.value["findings"].push_back(finding);
+  }
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
@@ -44,7 +64,10 @@ Answer verify(const Arguments& arguments) {
 }
 
 Answer boot(const Arguments& arguments) {
-  return Answer(device::boot(!arguments.given(kNoSalvage)), {cli::Lines{"done", "{}"}});
+  Outcome outcome = device::boot(!arguments.given(kNoSalvage));
+  Json unread;
+  addUnreadSections(outcome, unread);
+  return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
 }
 
 constexpr char kRules[] = "--rules";

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "device/section.h"
 #include "settings/setting.h"
 
 namespace camcfg::tool::commands {
@@ -90,6 +91,10 @@ settings::Settings byRank(settings::Settings settings);
 
 /// A table of the settings that are listed.
 Table columnsOf(const settings::Settings& settings);
+
+/// What can be read of something, with what is left out, and why, in the notes.
+/// @throws Refusal (unusable) if nothing can be read
+Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
 
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.
 /// @param name  what a setting is called

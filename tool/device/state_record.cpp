@@ -3,6 +3,7 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <sstream>
 

@@ -100,8 +100,9 @@ class Undoing {
   std::vector<device::Change> changes() const {
     std::vector<device::Change> all;
     for (const device::FileChange& file : restored_) all.push_back(restoring(file));
-    for (const auto& [section, before, after] : merged_)
-      for (const device::Change& change : section->changes(before, after)) all.push_back(change);
+    for (const Transition& merged : merged_)
+      for (const device::Change& change : merged.section->changes(merged.before, merged.after))
+        all.push_back(change);
     return all;
   }
 

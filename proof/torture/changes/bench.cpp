@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kPlaces[] = {"/cfg0", "/cfg1", "/run/camcfg"};
+constexpr const char* kPlaces[] = {"/cfg0", "/cfg1", kLockDirectory};
 
 void replace(std::string& text, const std::string& what, const std::string& by) {
   const std::size_t at = text.find(what);
@@ -54,7 +54,7 @@ std::string tool() {
 
 Bench::Bench() : work_(device_.root() + ".work") {
   device_.fill();
-  device_.makeDirectory("/run/camcfg");
+  device_.makeDirectory(kLockDirectory);
   fs::create_directory(work_);
   fs::create_directory(work("tmp"));
   setenv("TMPDIR", work("tmp").c_str(), 1);

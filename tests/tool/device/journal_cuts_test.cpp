@@ -1,9 +1,4 @@
-#include <sys/ptrace.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-
+#include "support/traced_child.h"
 #include "tool/device/journal_device.h"
 
 namespace camcfg::tests {
@@ -15,24 +10,10 @@ using namespace tool::device;
 /// @param call  which one, counted from 0, of those that begin or end
 /// @return whether it was killed, and not over before
 bool killAtCall(int call, const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-    raise(SIGSTOP);
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  for (int left = call; left > 0 && WIFSTOPPED(status); --left) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
-  }
-  const bool isKilled = WIFSTOPPED(status);
-  if (isKilled) {
-    kill(child, SIGKILL);
-    waitpid(child, &status, 0);
-  }
+  TracedChild child(work);
+  for (int left = call; left > 0 && child.isStopped(); --left) child.goOn();
+  const bool isKilled = child.isStopped();
+  if (isKilled) child.killNow();
   return isKilled;
 }
 
