@@ -72,7 +72,8 @@ std::string otherOption(const std::string& options, const std::string& present, 
 
 void mark(XMLElement& element, int number) {
   const std::string text = std::to_string(number);
-  const bool isAddress = has(element, "Cur") && std::strstr(element.Attribute("Cur"), "192.168.");
+  const bool isAddress =
+      has(element, "Cur") && std::strstr(element.Attribute("Cur"), "192.168.") != nullptr;
   if (has(element, "OptTxt"))
     element.SetAttribute(
         "Cur", otherOption(element.Attribute("OptTxt"), element.Attribute("Cur"), number).c_str());
@@ -181,8 +182,14 @@ std::string SalvageScene::faultOf(const tool::device::SalvagedFile& salvaged) co
     const std::string source = setting.at("source").text();
     const Values& copy = source == "factory" ? inFactory : source == "backup" ? inBackup : inMain;
     if (result.count(place) == 0 || copy.count(place) == 0 || at(result, place) != at(copy, place))
-      return place + " from " + source + " is '" + at(result, place) + "', there it was '" +
-             at(copy, place) + "'";
+      return std::string(place)
+          .append(" from ")
+          .append(source)
+          .append(" is '")
+          .append(at(result, place))
+          .append("', there it was '")
+          .append(at(copy, place))
+          .append("'");
     if (source == "disputed" && at(inBackup, place) == at(inMain, place))
       return place + " is no matter of dispute";
   }
