@@ -200,9 +200,9 @@ int salvage(const Options& options) {
   Shared<Tallies> tallies;
   std::vector<std::function<int()>> tasks;
   for (std::size_t i = 0; i < std::size(kSampleFiles); ++i)
-    for (std::size_t j = 0; j < std::size(kDamages); ++j)
-      tasks.push_back([&options, i, j, &tally = tallies->of[i][j]] {
-        return Experiment(kSampleFiles[i], kDamages[j], tally).run(options);
+    for (const Damage& damage : kDamages)
+      tasks.emplace_back([&options, i, &damage, &tally = tallies->of[i][&damage - kDamages]] {
+        return Experiment(kSampleFiles[i], damage, tally).run(options);
       });
   Faults faults;
   if (runSideBySide(tasks) > 0) faults.add("a part of the program failed");
