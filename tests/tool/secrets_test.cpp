@@ -58,6 +58,8 @@ class SecretsTest : public MediaToolTest {
             {"history"},
             {"history", "1"},
             {"undo"},
+            {"confirm"},
+            {"cancel"},
             {"run", "true"},
             {"list"},
             {"list", "NetWork"},

@@ -4,6 +4,7 @@
 #include "device/files.h"
 #include "device/repair.h"
 #include "document/document.h"
+#include "document/trial.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
 
@@ -38,7 +39,8 @@ Answer status(const Arguments& /*arguments*/) {
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
-  return Answer(std::move(outcome), {Table{"copies",
+  outcome.value["pending"] = document::pendingChange();
+  Answer answer(std::move(outcome), {Table{"copies",
                                            {{"FILE", "{file}"},
                                             {"COPY", "{copy}"},
                                             {"STATE", "{state!}"},
@@ -46,6 +48,11 @@ Answer status(const Arguments& /*arguments*/) {
                                             {"CHANGED", "{changed}"},
                                             {"AT START", "{atStart}"}}},
                                      Line{"health: {health!}"}, Line{apart}});
+  if (!answer.value["pending"].is_null())
+    answer.layout.emplace_back(
+        Line{"on trial: change {pending/number} by {pending/caller}, until {pending/until} "
+             "({pending/secondsLeft} s left): {pending/command}"});
+  return answer;
 }
 
 Answer verify(const Arguments& arguments) {
@@ -58,13 +65,14 @@ Answer verify(const Arguments& arguments) {
                         {"AT START", "{checkedAtStart}"},
                         {"MAIN FROM", "{restored/main}"},
                         {"BACKUP FROM", "{restored/backup}"}}}});
+  document::rollBackWhatIsOver();
   if (!answer.value["kept"].empty())
     answer.layout.emplace_back(Table{"kept", {{"DAMAGED COPY", "{copy}"}, {"KEPT AS", "{as}"}}});
   return answer;
 }
 
 Answer boot(const Arguments& arguments) {
-  Outcome outcome = device::boot(!arguments.given(kNoSalvage));
+  Outcome outcome = device::boot(!arguments.given(kNoSalvage), document::rollBackAtStart);
   Json unread;
   addUnreadSections(outcome, unread);
   return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
@@ -131,13 +139,13 @@ CommandGroup filesGroup() {
   return {
       "Files",
       {command("status", "Show the state of every copy and what the next start does to it", status),
-       changer("verify", "Check all files as at start-up and restore broken main copies", verify,
-               {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
-                {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
-       changer("boot", "Do all that a start of the device should do", boot,
-               {{Option::Flag, kNoSalvage,
-                 "Replace files of which no copy loads by factory copies, whatever is left of "
-                 "them"}})}};
+       restorer("verify", "Check all files as at start-up and restore broken main copies", verify,
+                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
+                 {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
+       restorer("boot", "Do all that a start of the device should do", boot,
+                {{Option::Flag, kNoSalvage,
+                  "Replace files of which no copy loads by factory copies, whatever is left of "
+                  "them"}})}};
 }
 
 CommandGroup lintGroup() {

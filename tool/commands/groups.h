@@ -54,11 +54,19 @@ inline cli::Command command(const char* name, const char* help, Answer (*run)(co
   return {name, help, std::move(options), run, whenRefused, hidden};
 }
 
-/// The same for a command that changes the device, if only when it is given a value.
+/// The same for a command that restores what was there, and sets nothing.
+inline cli::Command restorer(const char* name, const char* help, Answer (*run)(const Arguments&),
+                             std::vector<Option> options = {}) {
+  cli::Command restorer = command(name, help, run, std::move(options));
+  restorer.changesDevice = true;
+  return restorer;
+}
+
+/// The same for a command that changes settings, if only when it is given a value.
 inline cli::Command changer(const char* name, const char* help, Answer (*run)(const Arguments&),
                             std::vector<Option> options = {}) {
-  cli::Command changer = command(name, help, run, std::move(options));
-  changer.changesDevice = true;
+  cli::Command changer = restorer(name, help, run, std::move(options));
+  changer.changesSettings = true;
   return changer;
 }
 
@@ -119,10 +127,14 @@ CommandGroup runGroup();
 CommandGroup salvageGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
+CommandGroup trialGroup();
 CommandGroup watchGroup();
 
 /// All commands, in the order of the help text.
 std::vector<CommandGroup> allGroups();
+
+/// What is done before any command: a change on trial is rolled back when its time is over.
+void prepare(const cli::Command& command, const Arguments& arguments);
 
 /// What is to be said about the device after any command.
 std::vector<std::string> remarks();

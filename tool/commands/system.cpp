@@ -98,6 +98,7 @@ CommandGroup systemGroup() {
   for (const SystemPort& port : settings::systemPorts()) {
     group.commands.push_back(commandFor(port));
     group.commands.back().changesDevice = true;
+    group.commands.back().changesSettings = true;
   }
   return group;
 }

@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_DEVICE_REPAIR_H
 #define CAMCFG_TOOL_DEVICE_REPAIR_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -50,10 +51,11 @@ Outcome verify(HostDirectory* keepIn, bool resync);
 /// files of which no copy loads is salvaged, and then files are verified and brought in sync as with
 /// verify(nullptr, true).
 /// @param salvages  false: such files become factory copies
+/// @param last  what is done then; it returns what that was, a line each
 /// @return "done": what was done, a line each; "health" as of checkHealth, with its status; notes on
 ///         what could not be done
 /// @throws Refusal  nothing can be done
-Outcome boot(bool salvages);
+Outcome boot(bool salvages, const std::function<std::vector<std::string>()>& last);
 
 }  // namespace camcfg::tool::device
 

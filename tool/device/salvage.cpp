@@ -9,6 +9,7 @@
 #include "device/salvage_copy.h"
 #include "device/salvage_task.h"
 #include "device/save.h"
+#include "device/trial.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
@@ -123,6 +124,7 @@ void salvageLost(const SalvageTask& task, Json& done) {
 
 Outcome salvage(const std::vector<HostFile>& files, bool apply) {
   const Turn turn(apply ? Turn::allFiles() : Turn::Files());
+  if (apply) requireNoTrial();
   if (files.empty()) requireDevice();
   const std::vector<SalvageTask> tasks = files.empty() ? damagedFiles() : copiesGiven(files);
   Outcome outcome;
