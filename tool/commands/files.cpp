@@ -5,6 +5,7 @@
 #include "device/repair.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "upgrade/upgrade.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -43,7 +44,7 @@ Answer verify(const Arguments& arguments) {
 }
 
 Answer boot(const Arguments& /*arguments*/) {
-  return Answer(device::boot(), {cli::Lines{"done", "{}"}});
+  return Answer(upgrade::upgradeAtStart(device::boot()), {cli::Lines{"done", "{}"}});
 }
 
 constexpr char kRules[] = "--rules";

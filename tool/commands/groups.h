@@ -113,6 +113,7 @@ CommandGroup presetGroup();
 CommandGroup runGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
+CommandGroup upgradeGroup();
 CommandGroup watchGroup();
 
 /// All commands, in the order of the help text.

@@ -189,10 +189,10 @@ void addWords(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),  lintGroup(),     parametersGroup(), explainGroup(),  watchGroup(),
-      systemGroup(), networkGroup(),  presetGroup(),     streamGroup(),   liveGroup(),
-      graphGroup(),  exchangeGroup(), historyGroup(),    languageGroup(), runGroup(),
-      helpGroup(),   completeGroup()};
+      filesGroup(),  lintGroup(),     parametersGroup(), explainGroup(), watchGroup(),
+      systemGroup(), networkGroup(),  presetGroup(),     streamGroup(),  liveGroup(),
+      graphGroup(),  exchangeGroup(), historyGroup(),    upgradeGroup(), languageGroup(),
+      runGroup(),    helpGroup(),     completeGroup()};
   addWords(groups);
   return groups;
 }

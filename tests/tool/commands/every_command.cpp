@@ -25,6 +25,7 @@ constexpr struct {
     {"verify", "verify --resync"},
     {"boot", "boot"},
     {"lint", "lint"},
+    {"upgrade", "upgrade"},
     {"history", "history"},
     {"undo", "undo"},
     {"reset", "reset System WebHttp"},
