@@ -27,6 +27,8 @@ constexpr char kMark[] = "mark";
 constexpr char kNew[] = ".new";
 constexpr char kFiles[] = "files";
 constexpr char kMerged[] = "merged";
+constexpr char kBase[] = "base";
+constexpr const char* kHashes[] = {kFiles, kBase, kMerged};
 constexpr int kFormat = 1;
 
 std::string newOf(const std::string& name) {
@@ -57,11 +59,12 @@ bool areHashes(const Json& value) {
 Json markIn(const StateFolder& folder, const std::string& name) try {
   const device::StateFile file = folder.read(name, device::kMostBytes);
   if (!file.isThere || !file.fault.empty()) return nullptr;
-  Json mark = readJson(file.bytes).value;
-  const bool isOurs = mark.is_object() && mark.contains("format") && mark["format"] == kFormat &&
-                      mark.contains(kFiles) && areHashes(mark[kFiles]) && mark.contains(kMerged) &&
-                      areHashes(mark[kMerged]);
-  return isOurs ? mark : Json();
+  const Json read = readJson(file.bytes).value;
+  const bool isOurs = read.is_object() && read.contains("format") && read["format"] == kFormat &&
+                      std::all_of(std::begin(kHashes), std::end(kHashes), [&](const char* member) {
+                        return read.contains(member) && areHashes(read[member]);
+                      });
+  return isOurs ? read : Json();
 } catch (const Refusal&) {
   return nullptr;
 }
@@ -168,11 +171,14 @@ std::optional<FactorySet> keptSet() {
   return set;
 }
 
-void stage(const FactorySet& set, const std::vector<Contents>& merged) {
+void stage(const FactorySet& set, const FactorySet* base, const std::vector<Contents>& merged) {
   const StateFolder folder = StateFolder::made().madeFolder(kFolder);
   if (!folder) refuse(errno);
   const std::vector<Contents> files = named(set);
-  const Json mark = {{"format", kFormat}, {kFiles, hashesOf(files)}, {kMerged, hashesOf(merged)}};
+  const Json mark = {{"format", kFormat},
+                     {kFiles, hashesOf(files)},
+                     {kBase, base == nullptr ? Json::object() : hashesOf(named(*base))},
+                     {kMerged, hashesOf(merged)}};
   bool isWritten = std::all_of(files.begin(), files.end(), [&](const Contents& file) {
     return write(folder, newOf(file.path), file.bytes);
   });
@@ -182,6 +188,13 @@ void stage(const FactorySet& set, const std::vector<Contents>& merged) {
   const int error = errno;
   dropStaged(folder);
   refuse(error);
+}
+
+bool isMergedFrom(const FactorySet& base, const Contents& main) {
+  const Json mark = markIn(StateFolder::existing().folder(kFolder), kMark);
+  return !mark.is_null() && mark.at(kBase) == hashesOf(named(base)) &&
+         mark.at(kMerged).contains(main.path) &&
+         mark.at(kMerged).at(main.path) == Json(hashOf(main.bytes));
 }
 
 void keepStaged() {

@@ -40,9 +40,14 @@ FactorySet setOf(const std::string& directory, const std::vector<HostFile>& file
 std::optional<FactorySet> keptSet();
 
 /// Writes the set that is going to be kept, before the main copies are changed.
+/// @param base    the old set; null if there was none
 /// @param merged  what the main copies are going to hold
 /// @throws Refusal  it cannot be written; all is as it was
-void stage(const FactorySet& set, const std::vector<device::Contents>& merged);
+void stage(const FactorySet& set, const FactorySet* base,
+           const std::vector<device::Contents>& merged);
+
+/// Whether a main copy is what the last upgrade made of it, from this old set to the one that is kept.
+bool isMergedFrom(const FactorySet& base, const device::Contents& main);
 
 /// Keeps the set that was staged, in place of the former one.
 /// @throws Refusal  it cannot be written; the next upgrade is asked to do it

@@ -16,21 +16,39 @@ namespace {
 
 using tinyxml2::XMLNode;
 
-// Findings by their rule and text, without lines: a merge moves them.
-using Found = std::map<std::string, bool>;  // whether it is an error
+// A finding as it is reported.
+struct Finding {
+  std::string text;
+  bool isError;
+};
+
+// By their rule and text, without lines: a merge moves them.
+using Found = std::map<std::string, Finding>;
+
+std::string withoutLines(std::string text) {
+  constexpr std::string_view kLine = " line ";
+  for (std::size_t at = text.find(kLine); at != std::string::npos; at = text.find(kLine, at + 1)) {
+    const std::size_t number = at + kLine.size();
+    text.erase(number, text.find_first_not_of("0123456789", number) - number);
+  }
+  return text;
+}
 
 Found findingsOf(const std::string& path, const std::string& text) {
   Found found;
-  for (const lint::Finding& finding : lint::lint(lint::sourcesOf({HostFile{path, text, ""}})))
-    found[path + ": " + wordFor(finding.rule->severity) + ": " + finding.text + " [" +
-          finding.rule->id + "]"] = finding.rule->severity == lint::Severity::Error;
+  for (const lint::Finding& finding : lint::lint(lint::sourcesOf({HostFile{path, text, ""}}))) {
+    const lint::Rule& rule = *finding.rule;
+    found[withoutLines(finding.text) + rule.id] = {
+        path + ": " + wordFor(rule.severity) + ": " + finding.text + " [" + rule.id + "]",
+        rule.severity == lint::Severity::Error};
+  }
   return found;
 }
 
 std::vector<std::string> newIn(const Found& now, const Found& known, bool onlyErrors) {
   std::vector<std::string> fresh;
-  for (const auto& [text, isError] : now)
-    if (known.count(text) == 0 && (isError || !onlyErrors)) fresh.push_back(text);
+  for (const auto& [key, finding] : now)
+    if (known.count(key) == 0 && (finding.isError || !onlyErrors)) fresh.push_back(finding.text);
   return fresh;
 }
 

@@ -44,11 +44,11 @@ Json Merge::value(const std::string& place, const Json& base, const Json& factor
   if (factory == user) return user;
   if (!ways_.hasBase) return withoutBase(place, factory, user);
   if (factory == base) return user;
-  if (user == base) return fromFactory(place, base, factory, user);
   if (areObjects({&base, &factory, &user})) return members(place, base, factory, user);
   if (areIds({&base, &factory, &user})) return ids(place, base, factory, user);
   if (const char* key = keyOf(base, factory, user)) return records(key, place, base, factory, user);
-  return conflict(place, base, factory, user);
+  return user == base ? fromFactory(place, base, factory, user)
+                      : conflict(place, base, factory, user);
 }
 
 // Nobody knows whether the new set brought a record, or the device had deleted it.
@@ -68,6 +68,13 @@ Json Merge::withoutBase(const std::string& place, const Json& factory, const Jso
              "without an old set it may have been deleted here"});
   }
   return user;
+}
+
+void Merge::limit(const std::string& place, const Json& factory, const Json& user,
+                  const Json& permitted, const std::string& reason) {
+  for (Entry& entry : entries_)
+    if (entry.place == place) entry.after = permitted;
+  add({kLimit, place, {}, factory, user, permitted, reason});
 }
 
 Json Merge::fromFactory(const std::string& place, const Json& base, const Json& factory,

@@ -26,6 +26,9 @@ class Merge {
   /// The value that a place is to have; null on any side where there is nothing.
   Json value(const std::string& place, const Json& base, const Json& factory, const Json& user);
 
+  /// Notes that a value that was to stay is not permitted.
+  void limit(const std::string& place, const Json& factory, const Json& user, const Json& permitted,
+             const std::string& reason);
   void add(Entry entry) { entries_.push_back(std::move(entry)); }
   const Entries& entries() const { return entries_; }
 

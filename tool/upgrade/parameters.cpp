@@ -134,7 +134,7 @@ void put(const std::string& place, const Leaf& leaf, const Leaf& user, const Jso
   const_cast<XMLElement*>(leaf.element)
       ->SetAttribute(leaf.attribute.c_str(), permitted.value.c_str());
   if (!permitted.reason.empty())
-    merge.add({kLimit, place, {}, factory, user.value(), leaf.value(), permitted.reason});
+    merge.limit(place, factory, user.value(), leaf.value(), permitted.reason);
 }
 
 void mergeValues(const XMLDocument* base, const XMLDocument& factory, const XMLDocument& user,

@@ -49,10 +49,15 @@ Plan planOf(const UpgradeOptions& options, bool withRules) {
   if (plan.installed.files.empty())
     throw Refusal(Status::Unusable, "there is no factory set in /app/resource/defcfg");
   const std::vector<Rule> rules = withRules ? rulesFor(plan, options.rules) : std::vector<Rule>();
+  const bool isKept = keptSet() == plan.installed;
   for (const Contents& file : plan.installed.files) {
     device::requireDocument(file.path);
-    const Sides sides{plan.base ? plan.base->of(file.path) : std::nullopt, file.bytes,
-                      device::bytesOf(file.path)};
+    const std::string now = device::bytesOf(file.path);
+    if (isKept && plan.base && isMergedFrom(*plan.base, {file.path, now})) {
+      plan.files.push_back({file.path, now, now, {}, {}});
+      continue;
+    }
+    const Sides sides{plan.base ? plan.base->of(file.path) : std::nullopt, file.bytes, now};
     plan.files.push_back(
         mergeFile(file.path, sides, rules, options.onConflict == OnConflict::Factory));
   }
@@ -101,7 +106,7 @@ void carryOut(const Plan& plan) {
     if (file.before != file.after) changes.push_back(changeOf(file));
   }
   if (changes.empty() && keptSet() == plan.installed) return;
-  stage(plan.installed, merged);
+  stage(plan.installed, plan.base ? &*plan.base : nullptr, merged);
   try {
     device::makeChanges(changes);
   } catch (const Refusal&) {
