@@ -77,6 +77,13 @@ void Merge::limit(const std::string& place, const Json& factory, const Json& use
   add({kLimit, place, {}, factory, user, permitted, reason});
 }
 
+void Merge::hold(const std::string& place, const Json& user, const std::string& reason) {
+  entries_.erase(std::remove_if(entries_.begin(), entries_.end(),
+                                [&](const Entry& entry) { return beginsWith(entry.place, place); }),
+                 entries_.end());
+  add({kHeld, place, {}, {}, user, user, reason});
+}
+
 Json Merge::fromFactory(const std::string& place, const Json& base, const Json& factory,
                         const Json& user) {
   if (ways_.held.count(place) != 0) return user;

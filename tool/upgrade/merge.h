@@ -29,6 +29,8 @@ class Merge {
   /// Notes that a value that was to stay is not permitted.
   void limit(const std::string& place, const Json& factory, const Json& user, const Json& permitted,
              const std::string& reason);
+  /// Notes that a record stays as it is after all, whatever was said of its members.
+  void hold(const std::string& place, const Json& user, const std::string& reason);
   void add(Entry entry) { entries_.push_back(std::move(entry)); }
   const Entries& entries() const { return entries_; }
 

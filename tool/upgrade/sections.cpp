@@ -103,7 +103,8 @@ class SectionsOfFile {
         transplant(*media::sectionIn(*user_, *section.table), *factory_, *section.table);
         continue;
       }
-      const Json value = mergedOf(section.name, factory.value, user.value);
+      Json value = mergedOf(section.name, factory.value, user.value);
+      if (section.table != nullptr) value = checked(*section.table, value, user.value);
       if (value != factory.value) targets.push_back({&section, factory.value, value});
     }
     return madeOf(path_, written(*factory_), targets);
@@ -114,6 +115,22 @@ class SectionsOfFile {
     const auto base = ofBase_.find(name);
     const bool isThere = base != ofBase_.end() && whyNotMerged(base->second).empty();
     return merge_.value(name, isThere ? base->second.value : Json::array(), factory, user);
+  }
+
+  // Members that are fine each may not fit together: a source that is selected but not allowed.
+  Json checked(const settings::Table& table, const Json& merged, const Json& user) {
+    if (table.check == nullptr) return merged;
+    const document::Keyed present(user, table.key);
+    Json result = Json::array();
+    for (const Json& record : merged) {
+      const Json& own = present.at(record.at(table.key));
+      const std::string place = document::placeOf(table.place, record.at(table.key));
+      settings::Faults faults;
+      if (record != own) table.check(settings::Node(record, place, faults));
+      if (!faults.empty()) merge_.hold(place, own, faults.front().reason);
+      if (faults.empty() || !own.is_null()) result.push_back(faults.empty() ? record : own);
+    }
+    return result;
   }
 
   const std::string& path_;
