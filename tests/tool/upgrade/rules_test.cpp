@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "base/host.h"
+#include "base/json.h"
 #include "base/plain_text.h"
 #include "upgrade/parsed.h"
 
@@ -106,6 +108,15 @@ TEST_F(UpgradeRulesTest, FaultsAreNamedWithTheirPlaces) {
   EXPECT_THAT(faultsIn(R"({"version": 2, "rules": [{"version": 2, "drop": {"section": "A"}},
                                                    {"version": 1, "drop": {"section": "B"}}]})"),
               ElementsAre("rules[1]: rules must be in the order of their versions"));
+}
+
+// The schema is tested with the same cases.
+TEST_F(UpgradeRulesTest, CasesAreJudgedAsTheSchemaJudgesThem) {
+  const tool::Json cases = tool::readJson(*tool::readFile(CAMCFG_RULE_CASES)).value;
+  ASSERT_GT(cases.size(), 30U);
+  for (const tool::Json& each : cases)
+    EXPECT_EQ(faultsIn(each.at("rules").dump()).empty(), each.at("valid").get<bool>())
+        << each.dump();
 }
 
 TEST_F(UpgradeRulesTest, RuleThatLeadsNowhereIsAFault) {
