@@ -27,7 +27,7 @@ struct FactorySet {
 /// The factory set in place, as far as it can be read.
 FactorySet installedSet();
 
-/// A set of files that the command line named, and of the rules beside them.
+/// A set of files that the command line named, and of its rules.
 /// @throws Refusal  none of them is a file of settings
 FactorySet setOf(const std::string& directory, const std::vector<HostFile>& files);
 
@@ -49,7 +49,7 @@ void stage(const FactorySet& set, const FactorySet* base,
 /// Whether a main copy is what the last upgrade made of it, from this old set to the one that is kept.
 bool isMergedFrom(const FactorySet& base, const device::Contents& main);
 
-/// Keeps the set that was staged, in place of the former one.
+/// Keeps the set that was staged, in place of the previous one.
 /// @throws Refusal  it cannot be written; the next upgrade is asked to do it
 void keepStaged();
 

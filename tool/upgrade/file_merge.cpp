@@ -63,7 +63,7 @@ void removeComments(XMLNode& node) {
   }
 }
 
-// Whether two files are the same but for comments and spaces.
+// Whether two files are the same except for comments and spaces.
 bool areAlike(const std::string& a, const std::string& b) {
   const auto plain = [](const std::string& text) {
     const device::Document document = parsed(text);
@@ -154,14 +154,14 @@ class FileMerge {
 
   void holdAll() {
     const std::size_t before = errors_.size();
-    const Ways former = ways_;
+    const Ways previous = ways_;
     const Entries entries = entries_;
     const std::string reason = "it would bring in " + joined(errors_, "; ");
     for (const Entry& entry : entries)
       if (isFromFactory(entry)) ways_.held.insert(entry.place);
     merge();
     if (errors_.size() >= before) {
-      ways_ = former;
+      ways_ = previous;
       return merge();
     }
     for (const Entry& entry : entries)

@@ -67,27 +67,27 @@ std::int64_t nearestIn(const XMLElement& element, std::int64_t number) {
 }
 
 // A text, or what is no number.
-Permitted textFor(const XMLElement& element, const XMLElement* former, const std::string& value,
+Permitted textFor(const XMLElement& element, const XMLElement* previous, const std::string& value,
                   const std::string& factory) {
   const Objection now = objectionIn(element, value);
   if (now.why.empty()) return {value, ""};
-  const bool wasMinded = former != nullptr && !objectionIn(*former, value).why.empty();
+  const bool wasMinded = previous != nullptr && !objectionIn(*previous, value).why.empty();
   if (now.canBeForced && wasMinded) return {value, ""};
   return {factory, now.why + "; it has the factory value"};
 }
 
 }  // namespace
 
-Permitted permittedFor(const XMLElement& element, const XMLElement* former,
+Permitted permittedFor(const XMLElement& element, const XMLElement* previous,
                        const std::string& value, const std::string& factory) {
   const std::optional<long long> number = decimal(value);
-  if (!isNumber(element) || !number) return textFor(element, former, value, factory);
+  if (!isNumber(element) || !number) return textFor(element, previous, value, factory);
   const Range limits = limitsOf(element);
   if (limits.least > limits.most) return {value, ""};
   if (!limits.has(*number))
     return {std::to_string(nearestIn(element, *number)),
             value + " is outside " + limits.text() + "; it has the nearest permitted value"};
-  const bool wasOnStep = former == nullptr || offStep(*former, *number) == 0;
+  const bool wasOnStep = previous == nullptr || offStep(*previous, *number) == 0;
   if (offStep(element, *number) == 0 || !wasOnStep) return {value, ""};
   return {std::to_string(nearestIn(element, *number)), value + " is not on a step of " +
                                                            textOf(element, "Step") +

@@ -16,8 +16,8 @@ struct Permitted {
 /// The value to be kept if it is permitted; else the nearest number, or the factory value for a text.
 /// What the old element did not mind either, and the library takes, stays: a number between two steps
 /// or a part of a text.
-/// @param former  the element that the value comes from; null if there is none
-Permitted permittedFor(const tinyxml2::XMLElement& element, const tinyxml2::XMLElement* former,
+/// @param previous  the element that the value comes from; null if there is none
+Permitted permittedFor(const tinyxml2::XMLElement& element, const tinyxml2::XMLElement* previous,
                        const std::string& value, const std::string& factory);
 
 }  // namespace camcfg::tool::upgrade

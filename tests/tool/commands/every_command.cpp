@@ -12,6 +12,7 @@ namespace {
 // Stand for the paths of input files.
 constexpr char kDocument[] = "@document";
 constexpr char kPresetTable[] = "@presets";
+constexpr char kOldSet[] = "@old";
 
 constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 // What the next verification restores.
@@ -25,7 +26,7 @@ constexpr struct {
     {"verify", "verify --resync"},
     {"boot", "boot"},
     {"lint", "lint"},
-    {"upgrade", "upgrade"},
+    {"upgrade", "upgrade --on-conflict factory --from @old"},
     {"history", "history"},
     {"undo", "undo"},
     {"reset", "reset System WebHttp"},
@@ -94,6 +95,9 @@ EveryCommandTest::EveryCommandTest() : groups_(tool::commands::allGroups()) {
   device.write(std::string("/app/resource/defcfg/") + kOwn, "<Own/>\n");
   inputs_.write("/document.json", R"({"version": 1, "parameters": {"System": {"Rtsp": 8554}},
                                       "live": {"websocket": []}})");
+  inputs_.write("/old/business_param.xml",
+                with(device.read(std::string("/app/resource/defcfg/") + kNames[0]),
+                     "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"79\""));
   inputs_.write("/presets.csv", "id,pan\n0,9\n");
   renew();
 }
@@ -124,6 +128,7 @@ Words EveryCommandTest::lineFor(const tool::cli::Command& command) const {
   EXPECT_FALSE(line.empty()) << "no line for " << command.name;
   for (std::string& word : line) {
     if (word == kDocument) word = inputs_.hostPath() + "/document.json";
+    if (word == kOldSet) word = inputs_.hostPath() + "/old";
     if (word == kPresetTable) word = inputs_.hostPath() + "/presets.csv";
   }
   return line;

@@ -268,7 +268,7 @@ TEST_F(UpgradeTest, RunningItAgainChangesNothing) {
   EXPECT_EQ(get("System", "Rtsp"), "554\n");
 }
 
-TEST_F(UpgradeTest, UndoReturnsToTheFormerFirmwaresSettings) {
+TEST_F(UpgradeTest, UndoReturnsToThePreviousFirmwaresSettings) {
   start();
   set("System", "Rtsp", "8554");
   const std::string before = device.read(kBusiness);
