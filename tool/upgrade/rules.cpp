@@ -48,7 +48,7 @@ bool hasMember(const Node& node, const char* name) {
 
 // Names with slashes between them, as many as the subject has at least.
 std::string readPath(const Node& node, int subject) {
-  const std::string path = node.text();
+  std::string path = node.text();
   const auto slashes = std::count(path.begin(), path.end(), '/');
   const bool hasEmpty = path.empty() || path.front() == '/' || path.back() == '/' ||
                         path.find("//") != std::string::npos;
