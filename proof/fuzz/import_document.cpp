@@ -60,7 +60,7 @@ void importDocument(const Input& input) {
     writeFile(file.path, given.empty() ? smallFile(file.name) : given);
   }
   try {
-    tool::document::exportSettings({}, true);
+    tool::document::exportSettings({}, {});
     importTwice(input.part(0));
   } catch (const tool::Refusal& refusal) {
     require(*refusal.what() != '\0', "a refusal says why");

@@ -2,14 +2,12 @@
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <stdexcept>
 
 #include "camcfg/params.h"
 #include "store/process_lock_test.h"
+#include "support/traced_child.h"
 
 namespace camcfg::tests {
 namespace {
@@ -56,21 +54,11 @@ void count(pid_t child, Asked& asked) {
 }
 
 Asked callsOf(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-    raise(SIGSTOP);
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+  TracedChild child(work);
   Asked asked;
-  while (ptrace(PTRACE_SYSCALL, child, nullptr, 0L) == 0 && waitpid(child, &status, 0) == child &&
-         WIFSTOPPED(status))
-    if (WSTOPSIG(status) == (SIGTRAP | 0x80)) count(child, asked);
-  EXPECT_TRUE(WIFEXITED(status));
+  for (child.goOn(); child.isStopped(); child.goOn())
+    if (child.isAtSystemCall()) count(child.id(), asked);
+  EXPECT_TRUE(child.hasExited());
   return asked;
 }
 

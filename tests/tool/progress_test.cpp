@@ -71,7 +71,7 @@ TEST_F(ProgressTest, SectionsAreShownWhenTheyAreExportedAndImported) {
   const testkit::DeviceRoot device;
   device.write(kBusiness, kParameters);
   device.write(kBusinessBackup, kParameters);
-  const std::string document = exportSettings({"parameters"}, true).value.dump();
+  const std::string document = exportSettings({"parameters"}, {}).value.dump();
   EXPECT_THAT(stages(), testing::Contains("parameters (8 of 10)"));
   heard.clear();
   importSettings(with(document, "554", "8554"), {});

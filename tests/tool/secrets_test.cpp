@@ -55,6 +55,8 @@ class SecretsTest : public MediaToolTest {
             {"history"},
             {"history", "1"},
             {"undo"},
+            {"confirm"},
+            {"cancel"},
             {"run", "true"},
             {"upgrade"},
             {"upgrade", "--check-rules", "--rules", root + "/rules.json"},

@@ -39,16 +39,26 @@ void Terminal::type(const std::string& keys) const {
 }
 
 // At the end of the program, a terminal cannot be read any more.
-std::string Terminal::readToEnd() {
-  std::string shown;
+bool Terminal::readMore() {
   char buffer[4096];
-  for (ssize_t got; (got = read(terminal_, buffer, sizeof buffer)) > 0;)
-    shown.append(buffer, static_cast<std::size_t>(got));
+  const ssize_t got = read(terminal_, buffer, sizeof buffer);
+  if (got > 0) shown_.append(buffer, static_cast<std::size_t>(got));
+  return got > 0;
+}
+
+void Terminal::readUntil(const std::string& part) {
+  while (shown_.find(part) == std::string::npos && readMore()) {
+  }
+}
+
+std::string Terminal::readToEnd() {
+  while (readMore()) {
+  }
   int status = 0;
   waitpid(child_, &status, 0);
   constexpr int kSignalled = 128;
   status_ = WIFEXITED(status) ? WEXITSTATUS(status) : kSignalled + WTERMSIG(status);
-  return shown;
+  return shown_;
 }
 
 }  // namespace camcfg::tests

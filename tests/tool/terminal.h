@@ -2,6 +2,7 @@
 #define CAMCFG_TESTS_TOOL_TERMINAL_H
 
 #include <sys/types.h>
+
 #include <functional>
 #include <string>
 
@@ -17,6 +18,8 @@ class Terminal {
   Terminal& operator=(const Terminal&) = delete;
 
   void type(const std::string& keys) const;
+  /// Reads what the terminal shows until this is among it, or until the program ends.
+  void readUntil(const std::string& part);
   /// Reads what the terminal shows until the program ends.
   /// @return all that it showed, with "\r\n" for each line break
   std::string readToEnd();
@@ -25,8 +28,11 @@ class Terminal {
   int status() const { return status_; }
 
  private:
+  bool readMore();
+
   pid_t child_;
   int terminal_ = -1;
+  std::string shown_;
   int status_ = -1;
 };
 

@@ -32,6 +32,7 @@ int openOrMake(const char* path) {
 }
 
 std::vector<std::unique_ptr<Descriptor>> temporaries;
+std::string boot;
 
 // The directory that a new one was made in; below 0, with errno set, if none may be written to.
 int makeIn(std::string& name) {
@@ -164,6 +165,16 @@ void rememberTemporaries() {
     auto directory = std::make_unique<Descriptor>(path == nullptr ? -1 : open(path, kAsDirectory));
     if (*directory) temporaries.push_back(std::move(directory));
   }
+}
+
+void rememberBoot() {
+  const Descriptor file(open("/proc/sys/kernel/random/boot_id", O_RDONLY | O_CLOEXEC));
+  std::string text;
+  if (file && readAll(file.get(), text)) boot = text.substr(0, text.find('\n'));
+}
+
+const std::string& bootName() {
+  return boot;
 }
 
 HostTemporary::HostTemporary()

@@ -91,6 +91,13 @@ class HostDirectory {
 /// /tmp. Call before the device's root is entered: from inside they are out of reach.
 void rememberTemporaries();
 
+/// Remembers which run of the kernel this is. Call before the device's root is entered: from inside
+/// that cannot be known.
+void rememberBoot();
+
+/// Names the run of the kernel that was remembered; empty if none was.
+const std::string& bootName();
+
 /// A new directory among the temporary files, for this user only. It goes with this object, with
 /// all that was written into it. What killed processes have left there goes when the next one is made.
 class HostTemporary {

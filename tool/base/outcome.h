@@ -18,6 +18,7 @@ enum class Status {
   Unusable = 3,  ///< the device's files are unusable
   Degraded = 4,  ///< 'status' only: they can be used, but a copy is missing, broken or out of step
   NotPrinted = 5,     ///< a change is in force, but could not be printed
+  RolledBack = 6,     ///< 'try' only: the change was not confirmed
   NoDevice = 125,     ///< 'run' only: the device cannot be shown to the program
   NotRunnable = 126,  ///< 'run' only: the program cannot be run
   NotFound = 127,     ///< 'run' only: there is no such program

@@ -53,6 +53,10 @@ void Channel::answer(const Json& records, const Template& line) const {
   streams_.answer(lines(records, line, look_));
 }
 
+void Channel::answer(const Answer& answer, const Json& json) const {
+  streams_.answer(json_ ? renderJson({json, {}}, -1) : renderText(answer, look_));
+}
+
 void Channel::say(const std::string& text) const {
   Streams::message(name_ + ": " + text, Tone::Warning);
 }
@@ -70,6 +74,11 @@ bool Channel::wait(int descriptor, int milliseconds) const {
   if (polled[1].revents != 0) takeSignals();
   if (polled[2].revents != 0) Streams::endUnread();
   return polled[0].revents != 0;
+}
+
+void Channel::pause(int milliseconds) const {
+  pollfd polled{arrived_.get(), POLLIN, 0};
+  if (poll(&polled, 1, milliseconds) > 0) takeSignals();
 }
 
 void Channel::feed(const std::string& commandLine, const Json& records,

@@ -24,6 +24,12 @@ class Channel {
   /// @throws Refusal if standard output cannot be written to
   void answer(const Json& records, const Template& line) const;
 
+  /// Answers with a whole answer, as a command does that ends: in JSON its value, on one line.
+  /// @param json  the value in place of the answer's own
+  /// @throws Refusal as above
+  void answer(const Answer& answer, const Json& json) const;
+  void answer(const Json& json) const { this->answer({Json(), {}}, json); }
+
   /// Runs a shell's command line on the system that the tool was started on, with the same lines on
   /// its standard input, and waits until it ends. If it fails, that is said on standard error.
   void feed(const std::string& commandLine, const Json& records, const Template& line) const;
@@ -34,6 +40,9 @@ class Channel {
   /// Waits until a descriptor can be read, for so many milliseconds at most, or for ever if below 0.
   /// @return whether it can be read
   bool wait(int descriptor, int milliseconds) const;
+
+  /// Waits for so many milliseconds, whether anybody reads standard output or not.
+  void pause(int milliseconds) const;
 
  private:
   std::string lines(const Json& records, const Template& line, const Look& look) const;

@@ -1,5 +1,6 @@
 #include "cli/command.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <sstream>
@@ -33,6 +34,21 @@ const std::vector<Option>& globalOptions() {
   return options;
 }
 
+namespace {
+
+// Whether a row of "set, live: ..." is about a command: "set", or any below "live".
+bool isAbout(const std::string& names, const std::string& command) {
+  for (std::size_t begin = 0; begin < names.size();) {
+    const std::size_t end = std::min(names.find(", ", begin), names.size());
+    const std::string name = names.substr(begin, end - begin);
+    if (command == name || beginsWith(command, name + " ")) return true;
+    begin = end + 2;
+  }
+  return false;
+}
+
+}  // namespace
+
 std::string exitStatuses(const Command* command) {
   constexpr std::size_t kMeaningAt = 5;
   std::string list;
@@ -44,10 +60,10 @@ std::string exitStatuses(const Command* command) {
   std::istringstream lines(list);
   for (std::string line; std::getline(lines, line);) {
     const std::string meaning = line.substr(kMeaningAt);
-    const std::string own = std::string(command->name) + ": ";
-    if (meaning.find(": ") == std::string::npos || beginsWith(meaning, own))
-      meanings[line.substr(0, kMeaningAt)] =
-          meaning.substr(beginsWith(meaning, own) ? own.size() : 0);
+    const std::size_t colon = meaning.find(": ");
+    const bool isGeneral = colon == std::string::npos;
+    if (isGeneral || isAbout(meaning.substr(0, colon), command->name))
+      meanings[line.substr(0, kMeaningAt)] = meaning.substr(isGeneral ? 0 : colon + 2);
   }
   if (!command->usesDevice) meanings.erase("  3  ");
   if (!command->changesDevice) meanings.erase("  5  ");

@@ -15,6 +15,7 @@
 namespace camcfg::tool::cli {
 
 class Channel;
+struct Command;
 
 /// What was given to a command, by the names in its options and in those of the commands above it.
 /// Asking for a name that is in none of them throws std::logic_error: it can only be a mistake.
@@ -39,6 +40,14 @@ class Arguments {
   /// All files given that are read whole.
   const std::vector<HostFile>& files(const std::string& name) const { return at(name).files; }
 
+  /// The command that this one carries out, and what was given to it; null: there is none.
+  const Command* innerCommand() const { return inner_; }
+  const Arguments& inner() const { return *innerArguments_; }
+  void setInner(const Command& command, Arguments arguments) {
+    inner_ = &command;
+    innerArguments_ = std::make_shared<const Arguments>(std::move(arguments));
+  }
+
   /// Lends the command a channel, for as long as it runs.
   void lend(const Channel& channel) { channel_ = &channel; }
   /// How a command answers that goes on until it is stopped.
@@ -56,6 +65,8 @@ class Arguments {
 
   std::map<std::string, Given> known_;
   const Channel* channel_ = nullptr;
+  const Command* inner_ = nullptr;
+  std::shared_ptr<const Arguments> innerArguments_;
 };
 
 /// A word that may be in a place of a command line.
@@ -136,7 +147,10 @@ struct Command {
   bool usesDevice = true;
   std::function<std::string()> details{};  ///< what help adds, in lines that stay as they are
   bool changesDevice = false;              ///< it can end with Status::NotPrinted
+  bool changesSettings = false;            ///< it can be carried out by another command
   bool goesOn = false;  ///< until it is stopped; it answers through the channel of its arguments
+  /// What follows its own options is another command that changes settings, with what that takes.
+  bool takesCommand = false;
 
   /// The last word of the name: "select" of "stream cache select".
   std::string word() const { return name + (above().empty() ? 0 : above().size() + 1); }

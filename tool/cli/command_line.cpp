@@ -81,7 +81,7 @@ class Parser {
     Invocation invocation;
     invocation.json = asksForJson(groups_, argc, argv);
     const int own = wordsOfTheTool(groups_, argc, argv);
-    programArguments_.assign(argv + own, argv + argc);
+    others_.assign(argv + std::max(own, 1) - 1, argv + argc);
     try {
       app_.parse(own, argv);
     } catch (const CLI::CallForHelp&) {
@@ -231,8 +231,29 @@ class Parser {
       for (const Option& option : commands_.at(named)->options) {
         give(invocation, option, textsOf(*named, option.name));
         if (invocation.command->becomesProgram && option.takesMany())
-          invocation.arguments[option.name].texts = programArguments_;
+          invocation.arguments[option.name].texts = {others_.begin() + 1, others_.end()};
       }
+    if (invocation.command->takesCommand) takeCommand(invocation);
+  }
+
+  // Options that every command takes may be given to either.
+  void takeCommand(Invocation& invocation) const {
+    std::vector<const char*> words = {kTool};
+    words.insert(words.end(), others_.begin(), others_.end());
+    Invocation inner = readCommandLine(groups_, static_cast<int>(words.size()), words.data());
+    invocation.json = invocation.json || inner.json;
+    invocation.verbose = invocation.verbose || inner.verbose;
+    if (inner.root) invocation.root = inner.root;
+    if (inner.color != "auto") invocation.color = inner.color;
+    if (inner.command == nullptr) {
+      invocation.command = nullptr;
+      invocation.answer = std::move(inner.answer);
+      return;
+    }
+    if (!inner.command->changesSettings)
+      refuse(inner.command->name, tool::quoted(inner.command->name) +
+                                      " cannot be tried; only commands that change settings can");
+    invocation.arguments.setInner(*inner.command, std::move(inner.arguments));
   }
 
   std::string chosenColor() const {
@@ -276,7 +297,7 @@ class Parser {
   CLI::App app_{kAbout};
   std::map<std::string, CLI::App*> apps_;
   std::map<const CLI::App*, const Command*> commands_;
-  std::vector<std::string> programArguments_;
+  std::vector<const char*> others_;  // words of another program or command, the first included
 };
 
 }  // namespace

@@ -30,14 +30,17 @@ Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
 /// @param command  the whole name of one of the commands; empty: the tool itself
 std::string helpText(const std::vector<CommandGroup>& groups, const std::string& command);
 
-/// What is to be said about the device after any command that uses it, a line each. It throws
-/// nothing.
-using Remarks = std::function<std::vector<std::string>()>;
+/// What goes with any command that uses the device. These throw nothing.
+struct Customs {
+  std::function<void(const Command&, const Arguments&)> before;
+  std::function<std::vector<std::string>()>
+      remarks;  ///< what is to be said afterwards, a line each
+};
 
 /// Runs the command that a command line asks for and prints its answer.
 /// @return the exit status
 int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv,
-               const Remarks& remarks = {});
+               const Customs& customs = {});
 
 }  // namespace camcfg::tool::cli
 

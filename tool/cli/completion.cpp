@@ -23,6 +23,8 @@ class Reading {
   void take(const std::string& word) {
     if (!awaited_.empty())
       give(std::exchange(awaited_, ""), word);
+    else if (takesCommand_ && (word == "--" || !isOption(word)))
+      takeInner(word);
     else if (word == "--" && !onlyArguments_)
       onlyArguments_ = true;
     else if (isOption(word))
@@ -58,8 +60,19 @@ class Reading {
     return !onlyArguments_ && word.size() > 1 && word[0] == '-' && !decimal(word);
   }
 
+  // From here on the line is that of the command that the first one carries out.
+  void takeInner(const std::string& word) {
+    takesCommand_ = false;
+    isInner_ = true;
+    above_.clear();
+    options_.clear();
+    arguments_.clear();
+    if (word != "--") take(word);
+  }
+
   void enter(const Command& command) {
     above_ = command.name;
+    takesCommand_ = command.takesCommand;
     arguments_.clear();
     for (const Option& option : command.options)
       (option.isNamed() ? options_ : arguments_).push_back(&option);
@@ -123,7 +136,8 @@ class Reading {
         if (asksForText(option) == last) offer(option);
   }
 
-  void addArguments(CompletionPlace& place) const {
+  void addArguments(CompletionPlace& place) {
+    if (takesCommand_) takeInner("--");
     if (!arguments_.empty()) addWordsOf(*arguments_.front(), place);
     if (arguments_.empty() || !arguments_.front()->isRequired()) addCommands(place);
   }
@@ -131,7 +145,8 @@ class Reading {
   // Those directly below the one that was named.
   void addCommands(CompletionPlace& place) const {
     for (const Command* command : commandsIn(groups_))
-      if (!command->hidden && command->above() == above_)
+      if (!command->hidden && command->above() == above_ &&
+          (!isInner_ || command->changesSettings || !command->run))
         place.fixed.push_back({command->word(), command->help});
   }
 
@@ -141,6 +156,8 @@ class Reading {
   std::vector<const Option*> arguments_;  // of that command, those that are still to come
   std::string awaited_;                   // option whose value comes next
   bool onlyArguments_ = false;
+  bool takesCommand_ = false;
+  bool isInner_ = false;  // only what can be carried out by another command may be there
   Arguments before_;
   std::optional<std::string> root_;
 };

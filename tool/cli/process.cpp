@@ -1,13 +1,16 @@
 #include "cli/process.h"
 
 #include <fcntl.h>
+#include <sys/select.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 
 #include "base/host.h"
 #include "base/library_log.h"
@@ -39,6 +42,31 @@ int duplicateStandardOutput() {
   occupyStandardDescriptors();
   return given ? fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
                : open("/dev/null", O_RDONLY | O_CLOEXEC);
+}
+
+bool waitsForNoReader = false;
+
+// Writes by a process of its own, which has no file open that anybody may wait for.
+bool writeApart(int fd, const std::string& text) {
+  constexpr int kLooks = 500;
+  constexpr timespec kInterval{0, 2'000'000};
+  const pid_t child = fork();
+  if (child < 0) return writeAll(fd, text);
+  if (child == 0) {
+    dup2(fd, STDERR_FILENO);
+    if (close_range(STDERR_FILENO + 1, ~0U, 0) != 0)
+      for (int other = STDERR_FILENO + 1; other < FD_SETSIZE; ++other) close(other);
+    _exit(writeAll(STDERR_FILENO, text) ? 0 : errno);
+  }
+  int status = 0;
+  for (int look = 0; look < kLooks && waitpid(child, &status, WNOHANG) == 0; ++look)
+    nanosleep(&kInterval, nullptr);
+  errno = WIFEXITED(status) ? WEXITSTATUS(status) : EPIPE;
+  return errno == 0;
+}
+
+bool put(int fd, const std::string& text) {
+  return waitsForNoReader ? writeApart(fd, text) : writeAll(fd, text);
 }
 
 // `error` is what the child process wrote of its errno; nothing if the program was started.
@@ -74,7 +102,7 @@ void Streams::showLibraryOutput() {
 }
 
 void Streams::answer(const std::string& text) {
-  isBroken_ = !writeAll(answers_.get(), text);
+  isBroken_ = !put(answers_.get(), text);
   if (!isBroken_) return;
   if (errno == EPIPE && !changeWasMade()) endUnread();
   refuseToAnswer(errno);
@@ -95,6 +123,10 @@ void Streams::giveBackStandardOutput() const {
   dup2(answers_.get(), STDOUT_FILENO);
 }
 
+void Streams::waitForNoReader() {
+  waitsForNoReader = true;
+}
+
 bool Streams::answersToTerminal() const {
   return isatty(answers_.get()) == 1;
 }
@@ -109,7 +141,7 @@ std::string Streams::lineOf(const std::string& text) {
 
 void Streams::message(const std::string& text, Tone tone) {
   const std::string name = messagesAreColoured ? coloured(kName, tone) : kName;
-  writeAll(STDERR_FILENO, name + " " + lineOf(text) + "\n");
+  put(STDERR_FILENO, name + " " + lineOf(text) + "\n");
 }
 
 HostPrograms::HostPrograms() : root_(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)) {}

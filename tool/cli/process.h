@@ -40,6 +40,10 @@ class Streams {
   /// one becomes.
   void giveBackStandardOutput() const;
 
+  /// From now on a reader who has stopped reading stops the tool no longer: after a second it goes on,
+  /// while its text waits to be read.
+  static void waitForNoReader();
+
   /// Whether the tool's standard output is a terminal.
   bool answersToTerminal() const;
 

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "base/progress.h"
+#include "base/system_log.h"
 #include "cli/channel.h"
 #include "cli/command_line.h"
 #include "cli/process.h"
@@ -33,8 +34,7 @@ Status goOn(Invocation& invocation, Streams& streams, const HostPrograms& progra
   const Channel channel(streams, programs, invocation.command->name, invocation.json,
                         lookFor(invocation, streams));
   invocation.arguments.lend(channel);
-  invocation.command->run(invocation.arguments);
-  return Status::Done;
+  return invocation.command->run(invocation.arguments).status;
 } catch (const Stopped&) {
   return Status::Done;
 }
@@ -78,13 +78,15 @@ Answer outcomeOf(const Invocation& invocation) {
 }
 
 Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& programs,
-                const Remarks& remarks) {
+                const Customs& customs) {
   const std::string name = std::string(invocation.command->name) + ": ";
   announceBy([&](const std::string& line) { Streams::message(name + line, Tone::Warning); });
   const auto remark = [&] {
-    if (!remarks || !invocation.command->usesDevice) return;
-    for (const std::string& line : remarks()) announce("note: " + line);
+    if (!customs.remarks || !invocation.command->usesDevice) return;
+    for (const std::string& line : customs.remarks()) announce("note: " + line);
   };
+  if (customs.before && invocation.command->usesDevice && !invocation.command->hidden)
+    customs.before(*invocation.command, invocation.arguments);
   try {
     if (invocation.command->goesOn) return goOn(invocation, streams, programs);
     const Status status = finish(outcomeOf(invocation), invocation, streams, programs);
@@ -100,7 +102,7 @@ Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& pr
   }
 }
 
-Status run(Invocation& invocation, Streams& streams, const Remarks& remarks) {
+Status run(Invocation& invocation, Streams& streams, const Customs& customs) {
   Streams::colourMessages(invocation.json ? "never" : invocation.color);
   const HostPrograms programs;
   if (invocation.command == nullptr) {
@@ -109,13 +111,15 @@ Status run(Invocation& invocation, Streams& streams, const Remarks& remarks) {
   }
   if (invocation.verbose) streams.showLibraryOutput();
   rememberTemporaries();
+  rememberBoot();
+  openSystemLog();
   if (invocation.command->becomesProgram)
     streams.giveBackStandardOutput();
   else if (invocation.root)
     if (const std::string error = enterRoot(*invocation.root); !error.empty())
       throw Refusal::about(kRoot, std::string(kRoot) + " " + *invocation.root + ": " + error,
                            invocation.command->whenRefused);
-  return carryOut(invocation, streams, programs, remarks);
+  return carryOut(invocation, streams, programs, customs);
 }
 
 Json answerOf(const Refusal& refusal) {
@@ -137,14 +141,14 @@ int refuse(const Refusal& refusal, const Invocation& invocation, Streams& stream
 }  // namespace
 
 int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* const* argv,
-               const Remarks& remarks) {
+               const Customs& customs) {
   Streams streams;
   Streams::colourMessages(colorIn(argc, argv));
   Invocation invocation;
   try {
     invocation.json = asksForJson(groups, argc, argv);
     invocation = readCommandLine(groups, argc, argv);
-    return static_cast<int>(run(invocation, streams, remarks));
+    return static_cast<int>(run(invocation, streams, customs));
   } catch (const Refusal& refusal) {
     return refuse(refusal, invocation, streams);
   } catch (const std::exception& error) {

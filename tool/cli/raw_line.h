@@ -10,7 +10,8 @@ namespace camcfg::tool::cli {
 
 // What can be seen from a command line that is not parsed yet, and may make no sense.
 
-/// How many of its words are not those of a program that a command becomes.
+/// How many of its words are not those of the program that a command becomes, or of the command that
+/// it carries out; the first of these counts.
 int wordsOfTheTool(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
 
 /// Whether it asks for answers in JSON.

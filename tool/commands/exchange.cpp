@@ -9,6 +9,7 @@ namespace {
 constexpr char kAll[] = "--all";
 constexpr char kBackup[] = "--backup";
 constexpr char kNoSecrets[] = "--no-secrets";
+constexpr char kPartial[] = "--partial";
 constexpr char kYes[] = "--yes";
 
 int countOf(const Arguments& arguments, std::initializer_list<const char*> names) {
@@ -24,8 +25,8 @@ Candidates exportable(const Arguments& /*before*/) {
 }
 
 Answer exportDocument(const Arguments& arguments) {
-  Outcome outcome =
-      document::exportSettings(arguments.texts(kSection), !arguments.given(kNoSecrets));
+  Outcome outcome = document::exportSettings(
+      arguments.texts(kSection), {!arguments.given(kNoSecrets), arguments.given(kPartial)});
   const std::string text = document::printJson(outcome.value);
   return Answer(std::move(outcome), {Verbatim{text}});
 }
@@ -115,7 +116,8 @@ CommandGroup exchangeGroup() {
       {command("export", "Print settings as one JSON document", exportDocument,
                {{Option::OptionalArguments, kSection, "Only these, such as stream or live.srt",
                  exportable},
-                {Option::Flag, kNoSecrets, "Leave passwords out"}}),
+                {Option::Flag, kNoSecrets, "Leave passwords out"},
+                {Option::Flag, kPartial, "Leave out, and name, what cannot be read"}}),
        changer("import", "Set the device to the contents of such a document", importDocument,
                {{Option::HostFile, kFile, "The document; '-' is standard input"},
                 {Option::Flag, kDryRun, "Show what would change and write nothing"},

@@ -3,6 +3,8 @@
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/repair.h"
+#include "document/document.h"
+#include "document/trial.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
 #include "upgrade/upgrade.h"
@@ -13,12 +15,32 @@ namespace {
 constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
 
+// A device is not well whose files load, but not all that is in them.
+void addUnreadSections(Outcome& outcome, Json& findings) {
+  for (const auto& [name, fault] : document::unreadSections()) {
+    findings.push_back(std::string(name)
+                           .append(" cannot be read: ")
+                           .append(fault)
+                           .append("; 'camcfg help recovery' says what to do"));
+    if (outcome.status != Status::Done) continue;
+    outcome.status = Status::Degraded;
+    outcome.value["health"] = "degraded";
+  }
+}
+
 Answer status(const Arguments& /*arguments*/) {
   Outcome outcome = device::checkHealth();
+  Json unread = Json::array();
+  addUnreadSections(outcome, unread);
+  for (const Json& finding : unread) {
+    outcome.notes.push_back(finding.text());
+    outcome.value["findings"].push_back(finding);
+  }
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
-  return Answer(std::move(outcome), {Table{"copies",
+  outcome.value["pending"] = document::pendingChange();
+  Answer answer(std::move(outcome), {Table{"copies",
                                            {{"FILE", "{file}"},
                                             {"COPY", "{copy}"},
                                             {"STATE", "{state!}"},
@@ -26,6 +48,11 @@ Answer status(const Arguments& /*arguments*/) {
                                             {"CHANGED", "{changed}"},
                                             {"AT START", "{atStart}"}}},
                                      Line{"health: {health!}"}, Line{apart}});
+  if (!answer.value["pending"].is_null())
+    answer.layout.emplace_back(
+        Line{"on trial: change {pending/number} by {pending/caller}, until {pending/until} "
+             "({pending/secondsLeft} s left): {pending/command}"});
+  return answer;
 }
 
 Answer verify(const Arguments& arguments) {
@@ -38,13 +65,17 @@ Answer verify(const Arguments& arguments) {
                         {"AT START", "{checkedAtStart}"},
                         {"MAIN FROM", "{restored/main}"},
                         {"BACKUP FROM", "{restored/backup}"}}}});
+  document::rollBackWhatIsOver();
   if (!answer.value["kept"].empty())
     answer.layout.emplace_back(Table{"kept", {{"DAMAGED COPY", "{copy}"}, {"KEPT AS", "{as}"}}});
   return answer;
 }
 
 Answer boot(const Arguments& /*arguments*/) {
-  return Answer(upgrade::upgradeAtStart(device::boot()), {cli::Lines{"done", "{}"}});
+  Outcome outcome = upgrade::upgradeAtStart(device::boot(document::rollBackAtStart));
+  Json unread;
+  addUnreadSections(outcome, unread);
+  return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
 }
 
 constexpr char kRules[] = "--rules";
@@ -108,10 +139,10 @@ CommandGroup filesGroup() {
   return {
       "Files",
       {command("status", "Show the state of every copy and what the next start does to it", status),
-       changer("verify", "Check all files as at start-up and restore broken main copies", verify,
-               {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
-                {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
-       changer("boot", "Do all that a start of the device should do", boot)}};
+       restorer("verify", "Check all files as at start-up and restore broken main copies", verify,
+                {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
+                 {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
+       restorer("boot", "Do all that a start of the device should do", boot)}};
 }
 
 CommandGroup lintGroup() {

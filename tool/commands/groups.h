@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "device/section.h"
 #include "settings/setting.h"
 
 namespace camcfg::tool::commands {
@@ -53,11 +54,19 @@ inline cli::Command command(const char* name, const char* help, Answer (*run)(co
   return {name, help, std::move(options), run, whenRefused, hidden};
 }
 
-/// The same for a command that changes the device, if only when it is given a value.
+/// The same for a command that restores what was there, and sets nothing.
+inline cli::Command restorer(const char* name, const char* help, Answer (*run)(const Arguments&),
+                             std::vector<Option> options = {}) {
+  cli::Command restorer = command(name, help, run, std::move(options));
+  restorer.changesDevice = true;
+  return restorer;
+}
+
+/// The same for a command that changes settings, if only when it is given a value.
 inline cli::Command changer(const char* name, const char* help, Answer (*run)(const Arguments&),
                             std::vector<Option> options = {}) {
-  cli::Command changer = command(name, help, run, std::move(options));
-  changer.changesDevice = true;
+  cli::Command changer = restorer(name, help, run, std::move(options));
+  changer.changesSettings = true;
   return changer;
 }
 
@@ -91,6 +100,10 @@ settings::Settings byRank(settings::Settings settings);
 /// A table of the settings that are listed.
 Table columnsOf(const settings::Settings& settings);
 
+/// What can be read of something, with what is left out, and why, in the notes.
+/// @throws Refusal (unusable) if nothing can be read
+Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
+
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.
 /// @param name  what a setting is called
 std::string membersHelp(const settings::Settings& settings,
@@ -113,11 +126,15 @@ CommandGroup presetGroup();
 CommandGroup runGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
+CommandGroup trialGroup();
 CommandGroup upgradeGroup();
 CommandGroup watchGroup();
 
 /// All commands, in the order of the help text.
 std::vector<CommandGroup> allGroups();
+
+/// What is done before any command: a change on trial is rolled back when its time is over.
+void prepare(const cli::Command& command, const Arguments& arguments);
 
 /// What is to be said about the device after any command.
 std::vector<std::string> remarks();

@@ -93,17 +93,21 @@ std::vector<std::string> remarks() {
 }
 
 CommandGroup historyGroup() {
-  return {"History",
-          {command("history", "List the last changes, or show what one of them changed", history,
-                   {{Option::OptionalArgument, kChange, "Number of a change", changes},
-                    {Option::Value, kKeep, "Keep so many changes; 0 keeps none", {}, nullptr, "N"},
-                    {Option::Flag, kShowSecrets, "Show passwords"}}),
-           changer("undo", "Bring settings back to what they were before a change", undo,
-                   {{Option::OptionalArgument, kChange,
-                     "Take back this change and all later ones; without it the last one", changes},
-                    {Option::Flag, kForce, "Also settings that were set to something else since"},
-                    {Option::Flag, kDryRun, "Show what would change and change nothing"},
-                    {Option::Flag, kShowSecrets, "Show passwords"}})}};
+  return {
+      "History",
+      {command("history", "List the last changes, or show what one of them changed", history,
+               {{Option::OptionalArgument, kChange, "Number of a change", changes},
+                {Option::Value, kKeep, "Keep so many changes; 0 keeps none", {}, nullptr, "N"},
+                {Option::Flag, kShowSecrets, "Show passwords"}}),
+       changer(
+           "undo", "Bring settings back to what they were before a change", undo,
+           {{Option::OptionalArgument, kChange,
+             "Take back this change and all later ones; without it the last one", changes},
+            {Option::Flag, kForce,
+             "Also settings that were set to something else since, and confirm a change that is on "
+             "trial first"},
+            {Option::Flag, kDryRun, "Show what would change and change nothing"},
+            {Option::Flag, kShowSecrets, "Show passwords"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -56,6 +56,16 @@ Table columnsOf(const settings::Settings& settings) {
   return table;
 }
 
+Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout) {
+  if (readable.value.empty() && !readable.unread.empty())
+    throw Refusal(Status::Unusable, readable.unread.front().fault);
+  Answer answer(std::move(readable.value), std::move(layout));
+  for (const device::Unread& unread : readable.unread)
+    answer.notes.push_back("left out: " + unread.fault);
+  if (!readable.unread.empty()) answer.status = Status::Degraded;
+  return answer;
+}
+
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const Setting& setting)) {
   Answer answer(Json::array(), {cli::Lines{}});

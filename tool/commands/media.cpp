@@ -9,6 +9,7 @@
 #include "device/turn.h"
 #include "lint/lint.h"
 #include "media/media.h"
+#include "media/readable.h"
 #include "media/stream_cache.h"
 #include "media/wiring.h"
 
@@ -19,7 +20,9 @@ constexpr char kMarked[] = "stream cache {cache}, {mark}: {before} -> {value}";
 
 // The entries of a section, a line each, in the columns that its table names.
 Answer listingOf(const settings::Table& table, bool showSecrets) {
-  return {media::shownEntries(table, showSecrets), {columnsOf(table.settings)}};
+  return readableAnswer(
+      media::asFarAsReadable([&] { return media::shownEntries(table, showSecrets); }, &table),
+      {columnsOf(table.settings)});
 }
 
 std::string helpOf(const settings::Table& table) {
@@ -38,25 +41,28 @@ Answer sources(const Arguments& /*arguments*/) {
   return listingOf(settings::streamSources(), false);
 }
 
+std::string whyUnlike(const Json& cache) {
+  return "note: stream cache " + cache["id"].dump() +
+         ": \"Default\", which the loader reads, is at source " + cache["default"].dump() +
+         ", but \"Enable\", which 'select' writes, at source " + cache["enable"].dump();
+}
+
 Answer caches(const Arguments& /*arguments*/) {
-  const std::vector<media::CacheEntry> entries = media::readCaches();
-  Answer answer;
-  answer.value = media::jsonOf(entries);
-  answer.layout = {Table{"",
-                         {{kId, "{id}"},
-                          {"NAME", "{name}"},
-                          {"SIZE", "{size}"},
-                          {"ALLOWED", "{allowed}"},
-                          {"CARRIES", "{carries}"},
-                          {"DEFAULT", "{default}"},
-                          {"ENABLE", "{enable}"}}}};
-  for (const media::CacheEntry& cache : entries)
-    if (cache.marksDiffer())
-      answer.notes.push_back("note: stream cache " + std::to_string(cache.id()) +
-                             ": \"Default\", which the loader " + "reads, is at source " +
-                             std::to_string(*cache.marked(&media::AllowedSource::isDefault)) +
-                             ", but \"Enable\", which 'select' writes, at source " +
-                             std::to_string(*cache.marked(&media::AllowedSource::isEnabled)));
+  Answer answer =
+      readableAnswer(media::asFarAsReadable([] { return media::jsonOf(media::readCaches()); },
+                                            &settings::streamCaches()),
+                     {Table{"",
+                            {{kId, "{id}"},
+                             {"NAME", "{name}"},
+                             {"SIZE", "{size}"},
+                             {"ALLOWED", "{allowed}"},
+                             {"CARRIES", "{carries}"},
+                             {"DEFAULT", "{default}"},
+                             {"ENABLE", "{enable}"}}}});
+  for (const Json& cache : answer.value)
+    if (!cache["default"].is_null() && !cache["enable"].is_null() &&
+        cache["default"] != cache["enable"])
+      answer.notes.push_back(whyUnlike(cache));
   return answer;
 }
 
@@ -129,9 +135,20 @@ Json findings() {
 Answer graph(const Arguments& arguments) {
   Answer answer;
   answer.through = programFor(arguments.text(kFormat));
-  const media::Wiring wiring = media::readWiring();
-  answer.value = media::jsonOf(wiring);
-  answer.layout = {Verbatim{media::pictureOf(wiring)}};
+  const auto draw = [] {
+    const media::Wiring wiring = media::readWiring();
+    return Json{{"wiring", media::jsonOf(wiring)}, {"picture", media::pictureOf(wiring)}};
+  };
+  device::Readable readable = media::asFarAsReadable(draw);
+  const Json& wiring = readable.value["wiring"];
+  if (!readable.unread.empty() &&
+      std::all_of(wiring.begin(), wiring.end(), [](const Json& list) { return list.empty(); }))
+    readable.value = nullptr;
+  Answer drawn = readableAnswer(std::move(readable), {});
+  answer.layout = {Verbatim{drawn.value["picture"].text()}};
+  answer.value = std::move(drawn.value["wiring"]);
+  answer.notes = std::move(drawn.notes);
+  answer.status = drawn.status;
   answer.value["findings"] = findings();
   for (const Json& finding : answer.value["findings"])
     answer.notes.push_back("note: " + finding.text());

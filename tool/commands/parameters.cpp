@@ -119,17 +119,21 @@ const Option kWholeName{Option::Argument, kName, "Whole name; PARENT/NAME for on
 }  // namespace
 
 CommandGroup parametersGroup() {
-  return {"Parameters",
-          {command("list", "List the parameters and their current values", list,
-                   {{Option::OptionalArgument, kSection, "Only this section"}}),
-           command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
-           changer("set", "Set a parameter and save it with its backup", set,
-                   {kOfSection,
-                    kWholeName,
-                    {Option::Argument, kValue, "An integer within the range, or an allowed text"},
-                    {Option::Flag, kForce, "Set a text that is only a part of an allowed one"}}),
-           command("describe", "Show a parameter's type, limits, default and value", describe,
-                   {kWholeName})}};
+  return {
+      "Parameters",
+      {command("list", "List the parameters and their current values", list,
+               {{Option::OptionalArgument, kSection, "Only this section"}}),
+       command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
+       changer(
+           "set", "Set a parameter and save it with its backup", set,
+           {kOfSection,
+            kWholeName,
+            {Option::Argument, kValue, "An integer within the range, or an allowed text"},
+            {Option::Flag, kForce,
+             "Set a text that is only a part of an allowed one, and confirm a change that is on "
+             "trial first"}}),
+       command("describe", "Show a parameter's type, limits, default and value", describe,
+               {kWholeName})}};
 }
 
 }  // namespace camcfg::tool::commands

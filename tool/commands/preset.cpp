@@ -28,7 +28,8 @@ const Setting& idSetting() {
 }
 
 Answer list(const Arguments& /*arguments*/) {
-  return Answer(Outcome{presets::Presets().json(), {}}, {columnsOf(settings::presetSettings())});
+  return readableAnswer(presets::presetsSection().readable(),
+                        {columnsOf(settings::presetSettings())});
 }
 
 Answer get(const Arguments& arguments) {

@@ -1,53 +1,25 @@
 #include <camcfg/params.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/turn.h"
 #include "parameters/parameter.h"
+#include "settings/system.h"
 
 namespace camcfg::tool::commands {
 namespace {
 
-constexpr int kUnset = std::numeric_limits<int>::min();
+using settings::kSystemSection;
+using settings::SystemPort;
+
 constexpr char kPort[] = "PORT";
-constexpr char kSystem[] = "System";
 
-struct Port {
-  const char* command;
-  const char* name;  ///< in the answer of "system"
-  const char* parameter;
-  const char* help;
-  int (*read)();
-};
-
-int webPort(std::size_t which) {
-  int ports[] = {kUnset, kUnset};
-  CFG_SYSTEM_GetHttpPort(&ports[0], &ports[1]);
-  return ports[which];
-}
-
-int orUnset(int port) {
-  return port == 0 ? kUnset : port;
-}
-
-constexpr Port kPorts[] = {
-    {"system http-port", "http", "WebHttp", "Show or set the HTTP port", [] { return webPort(0); }},
-    {"system https-port", "https", "WebHttps", "Show or set the HTTPS port",
-     [] { return webPort(1); }},
-    {"system rtsp-port", "rtsp", "Rtsp", "Show or set the RTSP port",
-     [] { return orUnset(CFG_SYSTEM_GetRtspPort()); }},
-    {"system rtsp-over-http-port", "rtspOverHttp", "RtspOverHttp",
-     "Show or set the port of RTSP over HTTP",
-     [] { return orUnset(CFG_SYSTEM_GetRtspOverHttpPort()); }},
-};
-
-Json portOrNull(const Port& port) {
-  const int number = port.read();
-  return number == kUnset ? Json() : Json(number);
+Json numberOrNull(const SystemPort& port) {
+  const std::optional<int> number = port.read();
+  return number ? Json(*number) : Json();
 }
 
 // Neither text need be there; the library writes no terminator after the language.
@@ -66,35 +38,33 @@ Answer system(const Arguments& /*arguments*/) {
   answer.value["name"] = named ? Json(name) : Json();
   answer.value["model"] = named ? Json(model) : Json();
   answer.value["language"] = languageOrNull();
-  for (const Port& port : kPorts) answer.value["ports"][port.name] = portOrNull(port);
-  answer.layout = {Fields{{{"name", "{name}"},
-                           {"model", "{model}"},
-                           {"language", "{language}"},
-                           {"HTTP port", "{ports/http}"},
-                           {"HTTPS port", "{ports/https}"},
-                           {"RTSP port", "{ports/rtsp}"},
-                           {"RTSP over HTTP port", "{ports/rtspOverHttp}"}}}};
+  Fields fields{{{"name", "{name}"}, {"model", "{model}"}, {"language", "{language}"}}};
+  for (const SystemPort& port : settings::systemPorts()) {
+    answer.value["ports"][port.member] = numberOrNull(port);
+    fields.fields.push_back({port.label, std::string("{ports/") + port.member + "}"});
+  }
+  answer.layout = {std::move(fields)};
   return answer;
 }
 
-Answer showPort(const Port& port) {
+Answer showPort(const SystemPort& port) {
   device::requireDocument(CFG_FILE_BUSINESS);
-  const Json number = portOrNull(port);
-  const std::string path = std::string(kSystem) + "/" + port.parameter;
-  if (number.is_null()) throw Refusal(path + ": no port is set there");
-  return {Json{{"port", port.name}, {"parameter", path}, {"value", number}}, {Line{"{value}"}}};
+  const std::optional<int> number = port.read();
+  const std::string path = std::string(kSystemSection) + "/" + port.parameter;
+  if (!number) throw Refusal(path + ": no port is set there");
+  return {Json{{"port", port.member}, {"parameter", path}, {"value", *number}}, {Line{"{value}"}}};
 }
 
-cli::Command commandFor(const Port& port) {
+cli::Command commandFor(const SystemPort& port) {
   return {port.command,
           port.help,
           {{Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
           [&port](const Arguments& arguments) {
             if (!arguments.given(kPort)) return showPort(port);
             const device::Turn turn({CFG_FILE_BUSINESS});
-            return Answer(
-                parameters::setParameter(kSystem, port.parameter, arguments.text(kPort), false),
-                {Line{"{section}/{name}: {before} -> {value}"}});
+            return Answer(parameters::setParameter(kSystemSection, port.parameter,
+                                                   arguments.text(kPort), false),
+                          {Line{"{section}/{name}: {before} -> {value}"}});
           }};
 }
 
@@ -125,9 +95,10 @@ Answer lang(const Arguments& arguments) {
 CommandGroup systemGroup() {
   CommandGroup group{"System", {}};
   group.commands.push_back({"system", "Show the device's name, language and ports", {}, system});
-  for (const Port& port : kPorts) {
+  for (const SystemPort& port : settings::systemPorts()) {
     group.commands.push_back(commandFor(port));
     group.commands.back().changesDevice = true;
+    group.commands.back().changesSettings = true;
   }
   return group;
 }

@@ -187,12 +187,30 @@ void addWords(std::vector<CommandGroup>& groups) {
         if (!option.words && option.kind != Option::Flag) option.words = wordsFor(option.name);
 }
 
+namespace {
+
+// Where a command has the option for something else, it is for this as well.
+void addForce(std::vector<CommandGroup>& groups) {
+  for (CommandGroup& group : groups)
+    for (cli::Command& command : group.commands) {
+      const bool hasIt =
+          std::any_of(command.options.begin(), command.options.end(),
+                      [](const Option& option) { return option.name == std::string_view(kForce); });
+      if (command.changesSettings && !hasIt)
+        command.options.push_back(
+            {Option::Flag, kForce, "Confirm a change that is on trial first"});
+    }
+}
+
+}  // namespace
+
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),  lintGroup(),     parametersGroup(), explainGroup(), watchGroup(),
-      systemGroup(), networkGroup(),  presetGroup(),     streamGroup(),  liveGroup(),
-      graphGroup(),  exchangeGroup(), historyGroup(),    upgradeGroup(), languageGroup(),
-      runGroup(),    helpGroup(),     completeGroup()};
+      filesGroup(),    lintGroup(),     parametersGroup(), explainGroup(), watchGroup(),
+      systemGroup(),   networkGroup(),  presetGroup(),     streamGroup(),  liveGroup(),
+      graphGroup(),    exchangeGroup(), historyGroup(),    trialGroup(),   upgradeGroup(),
+      languageGroup(), runGroup(),      helpGroup(),       completeGroup()};
+  addForce(groups);
   addWords(groups);
   return groups;
 }

@@ -21,12 +21,18 @@ void addRestored(const Json& files, Json& done) {
 
 }  // namespace
 
-Outcome boot() {
+Outcome boot(const std::function<std::vector<std::string>()>& last) {
   std::vector<std::string> finished;
   const Turn turn(Turn::allFiles(), {}, &finished);
   Json done(finished);
   Outcome verified = verify(nullptr, true);
   addRestored(verified.value["files"], done);
+  try {
+    for (const std::string& line : last()) done.push_back(line);
+  } catch (const Refusal& refusal) {
+    verified.notes.emplace_back(refusal.what());
+    verified.status = std::max(verified.status, Status::Refused);
+  }
   const Outcome health = checkHealth();
   return {{{"done", done}, {"health", health.value["health"]}},
           std::move(verified.notes),

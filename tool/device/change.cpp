@@ -12,6 +12,7 @@
 #include "device/room.h"
 #include "device/save.h"
 #include "device/signals.h"
+#include "device/trial.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
@@ -242,6 +243,7 @@ Turn::Files pathsOf(const std::vector<Change>& changes) {
 void makeChanges(const std::vector<Change>& changes) {
   if (changes.empty()) return;
   const Turn turn(pathsOf(changes));
+  requireNoTrial();
   Undertaking(changes).carryOut();
 }
 

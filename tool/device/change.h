@@ -14,6 +14,7 @@ namespace camcfg::tool::device {
 /// to three times in all; what that program saved stays.
 /// An interruption by the user (SIGINT, SIGTERM, SIGHUP) ends the tool as ever until the change is in
 /// force; from then on the tool completes it, and its exit status says so.
+/// While another change is on trial, none is made, unless that one is confirmed first.
 /// @throws Refusal  in every case but that both copies of all files hold the changes
 void makeChanges(const std::vector<Change>& changes);
 

@@ -16,6 +16,7 @@
 #include "device/state_changes.h"
 #include "device/state_contents.h"
 #include "device/state_record.h"
+#include "device/trial.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -253,6 +254,7 @@ std::vector<std::string> finishInterrupted() {
   end(*state, kRollback, Direction::Back, lines);
   adoptNewJournal(*state, lines);
   end(*state, kJournal, Direction::Forth, lines);
+  if (const std::string line = putUselessTrialAside(*state); !line.empty()) lines.push_back(line);
   return lines;
 }
 

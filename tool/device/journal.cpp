@@ -9,6 +9,7 @@
 #include "device/state_changes.h"
 #include "device/state_contents.h"
 #include "device/state_record.h"
+#include "device/trial.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -80,9 +81,13 @@ void make(const StateFolder& state, Entry& entry) {
 void close(const StateFolder& state) {
   if (state.remove(kRollback)) return prune(state);
   const Record record = readRecord(state, kJournal);
-  const bool isKept =
-      record.kind == Record::Whole &&
-      state.rename(kJournal, state.madeFolder(kChanges), std::to_string(record.change.number));
+  const bool isWhole = record.kind == Record::Whole;
+  // First, so that the trial ends however often this is interrupted.
+  if (isWhole && record.change.takesBack != 0 &&
+      record.change.takesBack == readRecord(state, kTrial).change.number)
+    moveTrial(state, TrialEnd::RolledBack);
+  const bool isKept = isWhole && record.change.trial ? state.rename(kJournal, state, kTrial)
+                                                     : moveToHistory(state, kJournal);
   if (!isKept) state.remove(kJournal);
   prune(state);
 }
@@ -95,8 +100,9 @@ void openJournal(const std::vector<FileChange>& files) {
   for (const FileChange& file : files) requireSavable(file);
   const StateFolder state = StateFolder::made();
   state.madeFolder(kChanges);  // now, so that the change can be closed without any room
-  RecordedChange change{nextNumber(state), std::time(nullptr), caller().command, caller().name,
-                        files};
+  RecordedChange change{
+      nextNumber(state), std::time(nullptr), caller().command, caller().name, files, nextTrial()};
+  nameRollback(change);
   addEarlier(state, change.files);
   Entry entry(std::move(change));
   if (entry.text.size() > kMostRecordBytes) refuse("it is too long");

@@ -21,6 +21,13 @@ struct FileChange {
   std::vector<std::string> earlier{};
 };
 
+/// For how long a change is in force unless somebody confirms it.
+struct Trial {
+  std::string boot;        ///< names the run of the kernel in which the change was made
+  std::int64_t begin = 0;  ///< milliseconds on the clock that begins with it and that nobody sets
+  std::int64_t end = 0;    ///< the same
+};
+
 /// A change of the device, of one file or several.
 struct RecordedChange {
   int number = 0;         ///< from 1, in the order of the changes
@@ -28,6 +35,8 @@ struct RecordedChange {
   std::string command;    ///< the command line that made it
   std::string caller;     ///< who called it
   std::vector<FileChange> files;
+  std::optional<Trial> trial{};
+  int takesBack = 0;  ///< the number of the change on trial that this one rolls back; 0: none
 };
 
 /// "import settings.json (2026-11-22T06:50:12Z)", on one line.
@@ -41,8 +50,9 @@ void openJournal(const std::vector<FileChange>& files);
 /// From now on the change in the journal is to be taken back.
 void turnJournal();
 
-/// The change in the journal is complete: it goes into the history. One that was to be taken back
-/// leaves no trace.
+/// The change in the journal is complete: it goes into the history, one on trial only when the trial
+/// ends, which it does with the change that rolls it back. One that was to be taken back leaves no
+/// trace.
 void closeJournal();
 
 /// The change that an interrupted run has left, for those who only report it; none if there is none,

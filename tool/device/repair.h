@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_DEVICE_REPAIR_H
 #define CAMCFG_TOOL_DEVICE_REPAIR_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -48,10 +49,11 @@ Outcome verify(HostDirectory* keepIn, bool resync);
 
 /// All that a start should do: what an interrupted run has left is brought to its end, and then files
 /// are verified and brought in sync as with verify(nullptr, true).
+/// @param last  what is done then; it returns what that was, a line each
 /// @return "done": what was done, a line each; "health" as of checkHealth, with its status; notes on
 ///         what could not be done
 /// @throws Refusal  nothing can be done
-Outcome boot();
+Outcome boot(const std::function<std::vector<std::string>()>& last);
 
 }  // namespace camcfg::tool::device
 

@@ -23,11 +23,15 @@ std::optional<std::string> textOf(const XMLElement* element, const char* attribu
 
 }  // namespace
 
+Readable readableOf(const Section& section) {
+  return section.readable ? section.readable() : Readable{section.load(), {}};
+}
+
 const Json& Plan::of(const std::string& name) {
   const auto found = values_.find(name);
   if (found != values_.end()) return found->second;
   for (const Section& section : sections_)
-    if (section.name == name) set(name, section.load());
+    if (section.name == name) set(name, readableOf(section).value);
   return values_[name];
 }
 

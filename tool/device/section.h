@@ -31,6 +31,18 @@ class Plan {
   std::map<std::string, Json> values_;
 };
 
+/// Something in a file that keeps a section, or an entry of it, from being read.
+struct Unread {
+  std::string fault;  ///< where it is and why: "/cfg0/mpp_cfg.xml:57: ..."
+  std::string was;    ///< as the file has it, passwords masked; empty if the section is missing
+};
+
+/// As much of a section as can be read.
+struct Readable {  // NOLINT(bugprone-exception-escape): moving a Json throws none
+  Json value;
+  std::vector<Unread> unread;  ///< what is left out; none if this is all
+};
+
 /// A part of the device's settings that is exported and imported by itself. Its JSON has one form
 /// for one state of the device: two states are the same if their JSON is.
 struct Section {
@@ -53,7 +65,18 @@ struct Section {
 
   const char* path;                        ///< main copy of the file that it is in
   const settings::Table* table = nullptr;  ///< of its entries, where it has any
+
+  /// What can be read if not all can; none: all or nothing.
+  /// @throws Refusal if the file cannot be loaded
+  std::function<Readable()> readable{};
+
+  /// The changes that bring the section to a state whatever the file has in its place.
+  std::function<std::vector<Change>(const Json& after)> replacement{};
 };
+
+/// As much of a section as can be read.
+/// @throws Refusal if that is nothing
+Readable readableOf(const Section& section);
 
 /// What a new device has for the parameters and cards of "/cfg0/business_param.xml": what its factory
 /// copy holds. Where that is missing or broken, or lacks the element, its "Def" is used instead.

@@ -36,8 +36,11 @@ bool HeldSignals::haveCome() const {
 }
 
 void HeldSignals::ignore() const {
+  sigset_t ours = held_;
+  for (const int signal : kSignals)
+    if (sigismember(&former_, signal) != 0) sigdelset(&ours, signal);
   const timespec now{};
-  while (haveCome() && sigtimedwait(&held_, nullptr, &now) > 0) {
+  while (sigtimedwait(&ours, nullptr, &now) > 0) {
   }
 }
 

@@ -16,7 +16,7 @@ class HeldSignals {
 
   /// Whether one has come.
   bool haveCome() const;
-  /// Forgets those that have come.
+  /// Forgets those that have come, unless somebody held them before and waits for them.
   void ignore() const;
 
  private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <optional>
 #include <set>
@@ -48,7 +49,7 @@ void collect(Record record, std::set<std::string>& hashes) {
 // The contents that anything has to do with; none if that cannot be known.
 std::optional<std::set<std::string>> usedContents(const StateFolder& state) {
   std::set<std::string> used;
-  for (const char* name : {kJournal, kNewJournal, kRollback}) {
+  for (const char* name : {kJournal, kNewJournal, kRollback, kTrial}) {
     const Record record = readRecord(state, name);
     if (record.kind == Record::Useless) return std::nullopt;
     collect(record, used);
@@ -126,9 +127,16 @@ std::vector<int> numbersOf(const StateFolder& changes) {
   return numbersAfter(changes, "");
 }
 
+bool moveToHistory(const StateFolder& state, const char* name) {
+  const Record record = readRecord(state, name);
+  return record.kind == Record::Whole &&
+         state.rename(name, state.madeFolder(kChanges), std::to_string(record.change.number));
+}
+
 int nextNumber(const StateFolder& state) {
   const std::vector<int> numbers = numbersOf(state.folder(kChanges));
-  return after(numbers.empty() ? 0 : numbers.back());
+  const int latest = numbers.empty() ? 0 : numbers.back();
+  return after(std::max(latest, readRecord(state, kTrial).change.number));
 }
 
 int keptChanges(const StateFolder& state) {

@@ -17,10 +17,15 @@ inline constexpr char kChanges[] = "changes";
 inline constexpr char kJournal[] = "journal";         ///< the change in force
 inline constexpr char kNewJournal[] = "journal.new";  ///< the same, once it is complete
 inline constexpr char kRollback[] = "rollback";       ///< a change that is to be taken back
+inline constexpr char kTrial[] = "trial";             ///< the change on trial, once it is complete
 inline constexpr char kKeep[] = "keep";               ///< how many complete changes are kept
 
 /// The numbers of all changes in the history, the latest last.
 std::vector<int> numbersOf(const StateFolder& changes);
+
+/// Puts a complete change into the history, under its number. False, with nothing moved, if it is not
+/// whole or cannot be moved.
+bool moveToHistory(const StateFolder& state, const char* name);
 
 /// The number of the next change.
 int nextNumber(const StateFolder& state);

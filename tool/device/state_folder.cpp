@@ -40,17 +40,17 @@ StateFolder StateFolder::checked(int fd) {
 }
 
 StateFolder StateFolder::existing() {
-  const int fd = open(kStateDirectory, kAsDirectory);
+  const int fd = ::open(kStateDirectory, kAsDirectory);
   struct stat status {};
   if (fd < 0 && lstat(kStateDirectory, &status) != 0 && (errno == ENOENT || errno == ENOTDIR))
     return StateFolder(-1);
-  return checked(fd >= 0 ? fd : open(kStateDirectory, kAsDirectory));
+  return checked(fd >= 0 ? fd : ::open(kStateDirectory, kAsDirectory));
 }
 
 StateFolder StateFolder::made() {
   mkdir(kStateDirectory, 0700);
   const int error = errno;
-  const int fd = open(kStateDirectory, kAsDirectory);
+  const int fd = ::open(kStateDirectory, kAsDirectory);
   // Of a directory that is not there, what counts is why it could not be made.
   if (fd < 0 && errno == ENOENT) errno = error;
   return checked(fd);
@@ -65,14 +65,30 @@ StateFolder StateFolder::madeFolder(const char* name) const {
   return folder(name);
 }
 
+Descriptor StateFolder::open(const std::string& name) const {
+  return Descriptor(
+      openat(descriptor_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+}
+
+bool StateFolder::seal(const std::string& name, bool isSealed) const {
+  return fchmodat(descriptor_.get(), name.c_str(), isSealed ? 0400 : 0600, 0) == 0;
+}
+
+bool StateFolder::has(const std::string& name, const Descriptor& file) const {
+  struct stat named {};
+  struct stat opened {};
+  return *this && fstat(file.get(), &opened) == 0 &&
+         fstatat(descriptor_.get(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+         named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+}
+
 StateFile StateFolder::read(const std::string& name, std::size_t most) const {
   StateFile file;
   struct stat status {};
   file.isThere =
       *this && fstatat(descriptor_.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
   if (!file.isThere) return file;
-  const Descriptor opened(
-      openat(descriptor_.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  const Descriptor opened = open(name);
   if (!opened || fstat(opened.get(), &status) != 0)
     file.fault = S_ISLNK(status.st_mode) ? "it is a link" : std::strerror(errno);
   else if (!S_ISREG(status.st_mode))

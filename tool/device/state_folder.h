@@ -38,6 +38,12 @@ class StateFolder {
 
   /// Reads a file of at most so many bytes.
   StateFile read(const std::string& name, std::size_t most) const;
+  /// Opens a file for reading, to lock it. Not open if there is none.
+  Descriptor open(const std::string& name) const;
+  /// Lets only root write to a file of this user, or this user as well. Whoever has it open sees that.
+  bool seal(const std::string& name, bool isSealed) const;
+  /// Whether an open file has this name.
+  bool has(const std::string& name, const Descriptor& file) const;
   /// How many bytes a file has; 0 if there is no such file.
   std::size_t size(const std::string& name) const;
   /// Writes a new file in place of whatever file has the name. False, with errno set, when that

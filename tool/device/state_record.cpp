@@ -3,6 +3,7 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <sstream>
 
@@ -105,6 +106,12 @@ FileChange fileIn(const Json& value) {
   return file;
 }
 
+std::optional<Trial> trialIn(const Json& value) {
+  if (!value.is_object()) return std::nullopt;
+  return Trial{textIn(value, "boot"), integerIn(value, "begin").value_or(0),
+               integerIn(value, "end").value_or(0)};
+}
+
 std::string take(const Json& value, RecordedChange& change) {
   const std::optional<std::int64_t> number = integerIn(value, "number");
   const std::optional<std::int64_t> time = integerIn(value, "time");
@@ -114,6 +121,8 @@ std::string take(const Json& value, RecordedChange& change) {
   change.time = *time;
   change.command = textIn(value, "command");
   change.caller = textIn(value, "caller");
+  change.trial = trialIn(member(value, "trial"));
+  change.takesBack = static_cast<int>(integerIn(value, "takesBack").value_or(0));
   const Json& files = member(value, "files");
   if (files.is_array())
     for (const Json& file : files) change.files.push_back(fileIn(file));
@@ -159,6 +168,10 @@ std::string recordText(const RecordedChange& change) {
                 {"caller", firstBytes(change.caller, kMostCommandBytes)},
                 {"files", Json::array()}};
   for (const FileChange& file : change.files) value["files"].push_back(fileRecord(file));
+  if (change.trial)
+    value["trial"] = {
+        {"boot", change.trial->boot}, {"begin", change.trial->begin}, {"end", change.trial->end}};
+  if (change.takesBack != 0) value["takesBack"] = change.takesBack;
   const Head head = headOf(value.dump(1) + "\n");
   return head.line + head.rest;
 }

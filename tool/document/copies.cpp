@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "base/json.h"
@@ -130,6 +131,13 @@ device::ExplainedLookup lookupIn(const MediaCopy& copy, const Table& table, cons
   return lookup;
 }
 
+std::optional<device::Unread> firstUnread(const device::Section& section) try {
+  const device::Readable readable = readableOf(section);
+  return readable.unread.empty() ? std::nullopt : std::optional(readable.unread.front());
+} catch (const Refusal& refusal) {
+  return device::Unread{refusal.what(), ""};
+}
+
 }  // namespace
 
 CopiedSections loadFrom(device::Place place) {
@@ -152,6 +160,20 @@ CopiedSections loadFrom(const std::vector<device::Contents>& files) {
   for (const auto& [name, read] : loaded.items())
     sections[name] = {read.at(kValue), read.at(kFault).text()};
   return sections;
+}
+
+std::map<std::string, std::string> unreadSections() {
+  std::map<std::string, std::string> faults;
+  std::optional<CopiedSections> factory;
+  for (const device::Section& section : allSections()) {
+    if (device::loadCopy(section.path).state != device::State::Good) continue;
+    const std::optional<device::Unread> unread = firstUnread(section);
+    if (!unread) continue;
+    if (unread->was.empty() && !factory) factory = loadFrom(device::Place::Default);
+    if (!unread->was.empty() || factory->at(section.name).fault.empty())
+      faults[section.name] = unread->fault;
+  }
+  return faults;
 }
 
 device::Explanation explainSession(const std::string& kindWord, const std::string& id,

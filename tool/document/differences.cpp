@@ -116,8 +116,11 @@ Outcome compareOnce(device::Place other, bool showSecrets) {
 
 Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets) {
   Json found = Json::array();
-  for (const auto& [section, before, after] : transitions)
+  for (const auto& [section, before, after, replaced] : transitions) {
+    for (const device::Unread& unread : replaced)
+      if (!unread.was.empty()) add(section->name, unread.was, Json(), found);
     addDifferences(section->name, before, after, found);
+  }
   if (showSecrets) return found;
   for (Json& difference : found)
     for (const char* side : {"before", "after"})

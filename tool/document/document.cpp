@@ -113,15 +113,16 @@ std::string pathTo(const device::Section& section) {
 }
 
 void Target::read(const device::Section& section, const Json& stated) {
-  const Json before = section.load();
+  const auto [before, unread] = readableOf(section);
   const Json given =
       section.table == nullptr ? stated : settings::withKeptSecrets(stated, *section.table, before);
   // What the device holds already is not for this document to repair.
-  const Json after = given == before
-                         ? before
-                         : section.read(settings::Node(given, section.name, faults), before, plan);
+  const bool isHeld = given == before && unread.empty();
+  const Json after =
+      isHeld ? before : section.read(settings::Node(given, section.name, faults), before, plan);
   plan.set(section.name, after);
-  add(section, before, after);
+  if (unread.empty()) return add(section, before, after);
+  transitions.push_back({&section, before, after, unread});
 }
 
 void Target::add(const device::Section& section, const Json& before, const Json& after) {

@@ -30,6 +30,7 @@ struct Transition {
   const device::Section* section;
   Json before;
   Json after;
+  std::vector<device::Unread> replaced{};  ///< what could not be read, and makes way for the rest
 };
 
 /// What is to become of the device, gathered section by section.
@@ -38,7 +39,8 @@ struct Target {
   settings::Faults faults;              ///< why it cannot be brought about
   device::Plan plan{allSections()};
 
-  /// Reads what a section is to be and checks it against the device and what was read before.
+  /// Reads what a section is to be and checks it against the device and what was read before. Of a
+  /// section that does not load whole, nothing stays that is not in the document.
   /// @throws Refusal if the device's files are unusable
   void read(const device::Section& section, const Json& stated);
   void add(const device::Section& section, const Json& before, const Json& after);
@@ -65,6 +67,10 @@ CopiedSections loadFrom(device::Place place);
 /// The same of a device that has these main copies only. Of the sections of other files there are
 /// none.
 CopiedSections loadFrom(const std::vector<device::Contents>& files);
+
+/// Why sections cannot be read, by name, of files that can be loaded. A section that is missing counts
+/// where the factory set has it.
+std::map<std::string, std::string> unreadSections();
 
 /// What is different between two states: an array of objects of "place", "before" and "after", null
 /// where there is nothing. Records in a list are distinguished by their "id", else by their "name",

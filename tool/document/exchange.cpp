@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -30,10 +31,28 @@ void noteFaults(const device::Section& section, const Json& value, device::Plan&
                             "; an import that changes " + section.name + " will refuse it");
 }
 
+// What of a section can be exported; none if that is nothing, which only a partial export takes.
+std::optional<Json> readForExport(const device::Section& section, bool isPartial,
+                                  Outcome& outcome) {
+  if (!isPartial) return section.load();
+  try {
+    device::Readable readable = readableOf(section);
+    for (const device::Unread& unread : readable.unread)
+      outcome.notes.push_back("left out of " + section.name + ": " + unread.fault);
+    return std::move(readable.value);
+  } catch (const Refusal& refusal) {
+    if (refusal.status() != Status::Unusable) throw;
+    outcome.notes.push_back("left out: " + section.name + ": " + refusal.what());
+    return std::nullopt;
+  }
+}
+
 std::vector<device::Change> changesOf(const std::vector<Transition>& transitions) {
   std::vector<device::Change> changes;
-  for (const auto& [section, before, after] : transitions)
-    for (const device::Change& change : section->changes(before, after)) changes.push_back(change);
+  for (const auto& [section, before, after, replaced] : transitions)
+    for (const device::Change& change :
+         replaced.empty() ? section->changes(before, after) : section->replacement(after))
+      changes.push_back(change);
   return changes;
 }
 
@@ -78,7 +97,7 @@ std::vector<std::string> exportNames() {
   return names;
 }
 
-Outcome exportSettings(const std::vector<std::string>& names, bool withSecrets) {
+Outcome exportSettings(const std::vector<std::string>& names, const ExportOptions& options) {
   requireKnown(names);
   Outcome outcome;
   outcome.value = {{kVersionMember, kVersion}};
@@ -90,12 +109,14 @@ Outcome exportSettings(const std::vector<std::string>& names, bool withSecrets) 
       return isWithin(section, name);
     });
     if (!wanted && !names.empty()) continue;
-    const Json value = section.load();
+    const std::optional<Json> read = readForExport(section, options.isPartial, outcome);
+    if (!read) continue;
+    const Json& value = *read;
     noteFaults(section, value, plan, outcome);
     const Json open =
         section.table == nullptr ? value : settings::withoutSecrets(value, section.table->settings);
-    outcome.value.at_path(pathTo(section)) = withSecrets ? value : open;
-    if (withSecrets && open != value)
+    outcome.value.at_path(pathTo(section)) = options.withSecrets ? value : open;
+    if (options.withSecrets && open != value)
       outcome.notes.push_back("note: " + section.name +
                               " holds passwords in clear; '--no-secrets' leaves them out");
   }
@@ -107,8 +128,13 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
   Outcome outcome;
   outcome.value["dryRun"] = options.rehearse;
   outcome.value["changes"] = differencesOf(target.transitions, options.showSecrets);
-  for (const Transition& transition : target.transitions)
+  for (const Transition& transition : target.transitions) {
+    for (const device::Unread& unread : transition.replaced)
+      outcome.notes.push_back("note: " + transition.section->name + " is replaced, since " +
+                              unread.fault);
+    if (!transition.replaced.empty()) continue;
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
+  }
   if (!options.rehearse) carryOut(changesOf(target.transitions), outcome);
   return outcome;
 }

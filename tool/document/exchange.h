@@ -13,11 +13,16 @@ namespace camcfg::tool::document {
 /// What may be exported by itself: groups of sections, "live", and the sections, "live.srt".
 std::vector<std::string> exportNames();
 
+/// How an export is made.
+struct ExportOptions {
+  bool withSecrets = true;  ///< passwords are in it
+  bool isPartial = false;   ///< what cannot be read is left out, and named in the notes
+};
+
 /// The settings of a device as one JSON document.
-/// @param names        sections, "live.srt", or groups of them, "live"; none: all
-/// @param withSecrets  whether passwords are in it
+/// @param names  sections, "live.srt", or groups of them, "live"; none: all
 /// @throws Refusal  an unknown section, or unusable files
-Outcome exportSettings(const std::vector<std::string>& names, bool withSecrets);
+Outcome exportSettings(const std::vector<std::string>& names, const ExportOptions& options);
 
 /// How an import is carried out.
 struct ImportOptions {

@@ -12,16 +12,6 @@
 namespace camcfg::tool::document {
 namespace {
 
-Json recordOf(const device::RecordedChange& change) {
-  Json files = Json::array();
-  for (const device::FileChange& file : change.files) files.push_back(file.path);
-  return {{"number", change.number},
-          {"time", utcText(change.time)},
-          {"caller", change.caller},
-          {"command", change.command},
-          {"files", files}};
-}
-
 [[noreturn]] void refuseUnknown(int number) {
   const std::vector<device::RecordedChange> changes = device::history();
   std::vector<int> kept;
@@ -100,8 +90,9 @@ class Undoing {
   std::vector<device::Change> changes() const {
     std::vector<device::Change> all;
     for (const device::FileChange& file : restored_) all.push_back(restoring(file));
-    for (const auto& [section, before, after] : merged_)
-      for (const device::Change& change : section->changes(before, after)) all.push_back(change);
+    for (const Transition& merged : merged_)
+      for (const device::Change& change : merged.section->changes(merged.before, merged.after))
+        all.push_back(change);
     return all;
   }
 
@@ -163,6 +154,16 @@ std::vector<device::RecordedChange> changesSince(std::optional<int> number) {
 
 }  // namespace
 
+Json recordOf(const device::RecordedChange& change) {
+  Json files = Json::array();
+  for (const device::FileChange& file : change.files) files.push_back(file.path);
+  return {{"number", change.number},
+          {"time", utcText(change.time)},
+          {"caller", change.caller},
+          {"command", change.command},
+          {"files", files}};
+}
+
 Outcome listChanges() {
   Outcome outcome;
   outcome.value = {{"keep", device::historyLimit()}, {"changes", Json::array()}};
@@ -197,6 +198,12 @@ Outcome undoChanges(std::optional<int> number, bool force, const ImportOptions& 
   }
   if (!options.rehearse) device::makeChanges(undoing.changes());
   return outcome;
+}
+
+std::vector<std::string> takeBack(const device::RecordedChange& change) {
+  const Undoing undoing({change}, false);
+  device::makeChanges(undoing.changes());
+  return undoing.conflicts();
 }
 
 }  // namespace camcfg::tool::document

@@ -2,7 +2,10 @@
 #define CAMCFG_TOOL_DOCUMENT_PAST_H
 
 #include <optional>
+#include <string>
+#include <vector>
 
+#include "device/journal.h"
 #include "document/exchange.h"
 
 namespace camcfg::tool::document {
@@ -26,6 +29,14 @@ Outcome showChange(int number, bool showSecrets);
 ///         forced
 /// @throws Refusal  the change is not kept, or see makeChanges
 Outcome undoChanges(std::optional<int> number, bool force, const ImportOptions& options);
+
+/// Takes a single change back, as far as its settings were not set to something else since.
+/// @return the places of those that were, which stay
+/// @throws Refusal  see makeChanges
+std::vector<std::string> takeBack(const device::RecordedChange& change);
+
+/// "number", "time", "caller", "command" and "files" of a change.
+Json recordOf(const device::RecordedChange& change);
 
 }  // namespace camcfg::tool::document
 

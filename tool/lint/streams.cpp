@@ -40,24 +40,18 @@ void checkSources(const XMLDocument& document, Findings& findings) {
   checkEqualIds(sources, "this source", findings);
 }
 
-struct SizeUnit {
-  const char* attribute;
-  long long bytes;
-};
-constexpr SizeUnit kUnits[] = {
-    {"BufferSizeB", 1}, {"BufferSizeKB", 1LL << 10}, {"BufferSizeMB", 1LL << 20}};
-
 void checkSize(const Item& cache) {
   int given = 0;
-  for (const SizeUnit& unit : kUnits) {
+  for (const settings::SizeUnit& unit : settings::kCacheSizeUnits) {
     const int size = settings::integerIn(cache.element, unit.attribute).value_or(-1);
     if (size == -1) continue;
     ++given;
     const std::string what = " " + std::to_string(size);
-    if (size * unit.bytes > std::numeric_limits<int>::max())
+    const long long bytes = static_cast<long long>(size) * unit.bytes;
+    if (bytes > std::numeric_limits<int>::max())
       cache.addOf(kCacheSizeWraps, unit.attribute,
                   what + " is 2 GiB or more and wraps to " +
-                      std::to_string(static_cast<int>(size * unit.bytes)) + " bytes");
+                      std::to_string(static_cast<int>(bytes)) + " bytes");
     if (size < 1) cache.addOf(kCacheSizeEmpty, unit.attribute, what + " is not a size");
   }
   if (given == 0)
@@ -109,9 +103,10 @@ std::vector<Entry> whitelistOf(const XMLElement& cache, Findings& findings) {
   std::vector<Entry> entries;
   int id = cache.IntAttribute("Id", kNone);
   for (const XMLElement* element : media::entriesOf(cache, {"AllowedStreamSource"})) {
-    const bool isReadable = element->QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS;
+    const std::optional<int> own = settings::integerIn(*element, "Id");
+    id = own.value_or(id);
     entries.push_back({{*element, labelOf(cache), findings}, id});
-    if (!isReadable)
+    if (!own)
       entries.back().item.add(
           kCarriedSourceId,
           ": this entry has no readable \"Id\" and stands for " + entries.back().source());

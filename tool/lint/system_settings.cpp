@@ -3,6 +3,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "settings/system.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::lint {
@@ -37,22 +38,22 @@ void checkLanguage(const Item& item, const Source& source) {
                std::string(": there is no ") + CFG_DIR_LANGUAGE + clipped(language) + kSuffix);
 }
 
-struct Setting {
+// A setting that applications read by a call of its own.
+struct Read {
   const char* name;
   const char* reader;
   void (*check)(const Item& item, const Source& source);
 };
 
-constexpr Setting kSettings[] = {
-    {"Language", "CFG_SYSTEM_GetLanguage", checkLanguage},
-    {"DeviceAttr", "CFG_SYSTEM_GetDeviceName", checkDevice},
-    {"WebHttp", "CFG_SYSTEM_GetHttpPort", checkPort},
-    {"WebHttps", "CFG_SYSTEM_GetHttpPort", checkPort},
-    {"Rtsp", "CFG_SYSTEM_GetRtspPort", checkPort},
-    {"RtspOverHttp", "CFG_SYSTEM_GetRtspOverHttpPort", checkPort},
-};
+std::vector<Read> settingsRead() {
+  std::vector<Read> all = {{"Language", "CFG_SYSTEM_GetLanguage", checkLanguage},
+                           {"DeviceAttr", "CFG_SYSTEM_GetDeviceName", checkDevice}};
+  for (const settings::SystemPort& port : settings::systemPorts())
+    all.push_back({port.parameter, port.reader, checkPort});
+  return all;
+}
 
-void addMissing(const XMLElement& system, const Setting& setting, Findings& findings) {
+void addMissing(const XMLElement& system, const Read& setting, Findings& findings) {
   const std::string what = std::string("System has no <") + setting.name + ">";
   for (const XMLElement* element : childrenOf(system))
     if (beginsWith(element->Name(), setting.name))
@@ -65,11 +66,11 @@ void addMissing(const XMLElement& system, const Setting& setting, Findings& find
 }  // namespace
 
 void checkSystemSettings(const Source& source, Findings& findings) {
-  const XMLElement* system = source.document->FirstChildElement("System");
+  const XMLElement* system = source.document->FirstChildElement(settings::kSystemSection);
   if (system == nullptr) return;
-  for (const Setting& setting : kSettings)
+  for (const Read& setting : settingsRead())
     if (const XMLElement* element = system->FirstChildElement(setting.name))
-      setting.check(Item{*system, "System", findings}.inner(*element), source);
+      setting.check(Item{*system, settings::kSystemSection, findings}.inner(*element), source);
     else
       addMissing(*system, setting, findings);
 }

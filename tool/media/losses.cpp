@@ -70,23 +70,15 @@ void addUnreadHost(const XMLElement& instance, Losses& losses) {
     losses.push_back("\"Hostname\" of the listener" + atLine(instance));
 }
 
-struct Size {
-  const char* attribute;
-  int unit;
-};
-
-constexpr Size kSizes[] = {
-    {"BufferSizeB", 1}, {"BufferSizeKB", 1 << 10}, {"BufferSizeMB", 1 << 20}};
-
 std::string ofCache(const CacheEntry& cache) {
   return " of stream cache " + std::to_string(cache.id());
 }
 
 // Of several sizes the one that the loader chose is written.
 void addSizes(const CacheEntry& cache, const XMLElement& element, Losses& losses) {
-  for (const Size& size : kSizes)
-    if (size.unit != cache.record->s32BufUnit && element.Attribute(size.attribute) != nullptr)
-      losses.push_back("\"" + std::string(size.attribute) + "\"" + ofCache(cache));
+  for (const settings::SizeUnit& unit : settings::kCacheSizeUnits)
+    if (unit.bytes != cache.record->s32BufUnit && element.Attribute(unit.attribute) != nullptr)
+      losses.push_back("\"" + std::string(unit.attribute) + "\"" + ofCache(cache));
 }
 
 // Each source gets one entry, and one source the mark.

@@ -5,6 +5,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/calm.h"
+#include "media/readable.h"
 #include "media/stream_cache.h"
 #include "settings/secrets.h"
 
@@ -89,7 +90,15 @@ device::Section sectionOf(const Table& table) {
   const auto losses = [&table] {
     return &table == &settings::streamCaches() ? cacheLossNotes(readCaches()) : lossNotes(table);
   };
-  return {table.place, load, read, changes, losses, CFG_FILE_MPP, &table};
+  const auto readable = [&table, load] { return asFarAsReadable(load, &table); };
+  const auto replacement = [&table](const Json& after) {
+    Change change = replacing(table, after);
+    change.make = [&table, store = std::move(change.make)] {
+      return ensureSection(table) && store();
+    };
+    return std::vector<Change>{change};
+  };
+  return {table.place, load, read, changes, losses, CFG_FILE_MPP, &table, readable, replacement};
 }
 
 }  // namespace
@@ -99,13 +108,17 @@ const XMLElement* sectionIn(const tinyxml2::XMLDocument& document, const Table& 
   return top == nullptr ? nullptr : top->FirstChildElement(table.section);
 }
 
+std::string whyMissing(const tinyxml2::XMLDocument& document, const Table& table) {
+  const XMLElement* top = document.FirstChildElement(table.parent);
+  return std::string(CFG_FILE_MPP) + " has no <" + table.parent + ">" +
+         (top == nullptr ? "" : std::string("<") + table.section + ">");
+}
+
 XMLElement& requireSection(tinyxml2::XMLDocument& document, const Table& table) {
   XMLElement* top = document.FirstChildElement(table.parent);
   XMLElement* section = top == nullptr ? nullptr : top->FirstChildElement(table.section);
-  if (section != nullptr) return *section;
-  throw Refusal(Status::Unusable,
-                std::string(CFG_FILE_MPP) + " has no <" + table.parent + ">" +
-                    (top == nullptr ? "" : std::string("<") + table.section + ">"));
+  if (section == nullptr) throw Refusal(Status::Unusable, whyMissing(document, table));
+  return *section;
 }
 
 std::vector<const XMLElement*> entriesOf(const XMLElement& parent,

@@ -24,7 +24,10 @@ std::vector<device::Section> sections();
 const tinyxml2::XMLElement* sectionIn(const tinyxml2::XMLDocument& document,
                                       const settings::Table& table);
 
-/// The same.
+/// Why there is no such section.
+std::string whyMissing(const tinyxml2::XMLDocument& document, const settings::Table& table);
+
+/// The section.
 /// @throws Refusal if it is missing
 tinyxml2::XMLElement& requireSection(tinyxml2::XMLDocument& document, const settings::Table& table);
 

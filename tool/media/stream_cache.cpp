@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <set>
 
+#include "settings/value.h"
+
 namespace camcfg::tool::media {
 namespace {
 
@@ -14,9 +16,10 @@ std::vector<AllowedSource> allowedBy(const XMLElement& cache, int cacheId) {
   std::vector<AllowedSource> allowed;
   int id = cacheId;
   for (const XMLElement* entry : entriesOf(cache, {"AllowedStreamSource"})) {
-    const bool hasId = entry->QueryIntAttribute("Id", &id) == tinyxml2::XML_SUCCESS;
-    allowed.push_back(
-        {id, hasId, entry->IntAttribute("Default", 0) != 0, entry->IntAttribute("Enable", 0) != 0});
+    const std::optional<int> own = settings::integerIn(*entry, "Id");
+    id = own.value_or(id);
+    allowed.push_back({id, own.has_value(), entry->IntAttribute("Default", 0) != 0,
+                       entry->IntAttribute("Enable", 0) != 0});
   }
   return allowed;
 }
@@ -72,12 +75,6 @@ bool CacheEntry::markedOnly(Mark mark, int sourceId) const {
          std::all_of(allowed.begin(), allowed.end(), [=](const AllowedSource& source) {
            return !(source.*mark) || source.id == sourceId;
          });
-}
-
-bool CacheEntry::marksDiffer() const {
-  const auto byDefault = marked(&AllowedSource::isDefault);
-  const auto enabled = marked(&AllowedSource::isEnabled);
-  return byDefault && enabled && *byDefault != *enabled;
 }
 
 std::vector<CacheEntry> cachesOf(tinyxml2::XMLDocument& document,

@@ -34,8 +34,6 @@ struct CacheEntry {
   std::optional<int> marked(Mark mark) const;
   /// Whether a mark is at the entries of one source and nowhere else.
   bool markedOnly(Mark mark, int sourceId) const;
-  /// Both marks are there and name different sources.
-  bool marksDiffer() const;
 };
 
 /// The stream caches of the device.

@@ -79,18 +79,33 @@ void write(const Values& values, XMLElement& element) {
   }
 }
 
+// Those that are there stay in their places.
+void write(const std::vector<Values>& presets, XMLElement& group) {
+  const PresetIndex index(group);
+  for (const Values& values : presets) {
+    XMLElement* element = index.find(values.at(settings::kPresetId).get<int>());
+    write(values, element == nullptr ? *group.InsertNewChildElement(kElement) : *element);
+  }
+}
+
 // The library reads and writes the whole file for each preset that it stores. Here it does so once.
 bool storeTogether(const std::vector<Values>& presets) {
   XMLDocument* opened = nullptr;
   XMLElement* group = cfgGetPresetCfgNode(&opened, BU_FALSE);
   if (group == nullptr) return false;
   const device::Document document(opened);
-  const PresetIndex index(*group);
-  for (const Values& values : presets) {
-    XMLElement* element = index.find(values.at(settings::kPresetId).get<int>());
-    write(values, element == nullptr ? *group->InsertNewChildElement(kElement) : *element);
-  }
+  write(presets, *group);
   return CFG_SaveFile(opened, device::argument(CFG_FILE_PRESET), BU_TRUE) == 0;
+}
+
+// Whatever presets there are, and where there is no group of them.
+bool storeInstead(const std::vector<Values>& presets) {
+  const device::Document document = device::requireDocument(CFG_FILE_PRESET);
+  XMLElement* group = presetGroupOf(*document);
+  if (group == nullptr) group = document->InsertEndChild(document->NewElement(kGroup))->ToElement();
+  for (const Preset& preset : presetsIn(*group)) group->DeleteChild(preset.element);
+  write(presets, *group);
+  return CFG_SaveFile(document.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
 }
 
 bool storeAll(const std::vector<Values>& presets) {
@@ -140,6 +155,15 @@ PresetUpdate updateOf(const Preset* existing, const Values& given) {
 device::Change storing(const std::string& what, const std::vector<Values>& presets) {
   const auto arrived = [presets](XMLDocument& document) { return areStored(document, presets); };
   return {CFG_FILE_PRESET, what, [presets] { return storeAll(presets); }, arrived};
+}
+
+device::Change replacing(const std::vector<Values>& presets) {
+  const auto arrived = [presets](XMLDocument& document) {
+    XMLElement* group = presetGroupOf(document);
+    return group != nullptr && presetsIn(*group).size() == presets.size() &&
+           areStored(document, presets);
+  };
+  return {CFG_FILE_PRESET, kSection, [presets] { return storeInstead(presets); }, arrived};
 }
 
 Json storePreset(const Values& given) {

@@ -99,13 +99,16 @@ std::optional<int> idIn(const std::string& word) {
 }
 
 XMLElement* presetGroupOf(XMLDocument& document) {
-  return CFG_GetBrotherElementByName(document.FirstChildElement(), "PresetCfg");
+  return CFG_GetBrotherElementByName(document.FirstChildElement(), kGroup);
+}
+
+std::string whyNoGroup() {
+  return std::string(CFG_FILE_PRESET) + " has no element " + kGroup;
 }
 
 XMLElement& requirePresetGroup(XMLDocument& document) {
   XMLElement* group = presetGroupOf(document);
-  if (group == nullptr)
-    throw Refusal(Status::Unusable, std::string(CFG_FILE_PRESET) + " has no element PresetCfg");
+  if (group == nullptr) throw Refusal(Status::Unusable, whyNoGroup());
   return *group;
 }
 

@@ -17,6 +17,7 @@ namespace camcfg::tool::presets {
 
 /// Its place in a document, and the elements in the file.
 constexpr char kSection[] = "presets";
+constexpr char kGroup[] = "PresetCfg";
 constexpr char kElement[] = "preset";
 
 /// The values of a preset in their documented shape, with every member: null is what a preset of the
@@ -92,6 +93,9 @@ tinyxml2::XMLElement* presetGroupOf(tinyxml2::XMLDocument& document);
 /// @throws Refusal if there is none
 tinyxml2::XMLElement& requirePresetGroup(tinyxml2::XMLDocument& document);
 
+/// Why there is none.
+std::string whyNoGroup();
+
 /// The presets of a group, in their order.
 std::vector<Preset> presetsIn(tinyxml2::XMLElement& group);
 
@@ -135,6 +139,9 @@ PresetUpdate updateOf(const Preset* existing, const Values& given);
 /// The change that creates or updates presets.
 /// @param what  what is changed, the beginning of a refusal
 device::Change storing(const std::string& what, const std::vector<Values>& presets);
+
+/// The change after which there are these presets and no others.
+device::Change replacing(const std::vector<Values>& presets);
 
 /// The change that deletes the preset of an id.
 device::Change deletion(int id);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 
 #include "base/json.h"
@@ -75,13 +76,15 @@ Json faulty(const settings::Node& node) {
 }
 
 // A preset as it will be. One that is to be as it is stays so, whatever it lacks.
-Json readPreset(const settings::Node& node, const Presets& presets, const ById& before) {
+Json readPreset(const settings::Node& node, const std::optional<Presets>& presets,
+                const ById& before) {
   const std::size_t faults = node.faults();
   const Values given = readValues(node);
   if (node.faults() != faults) return faulty(node);
   const Json* former = before.find(given.at(kPresetId));
   if (former != nullptr && merged(former, given) == *former) return *former;
-  const PresetUpdate update = updateOf(presets.lookup(given.at(kPresetId).get<int>()), given);
+  const int id = given.at(kPresetId).get<int>();
+  const PresetUpdate update = updateOf(presets ? presets->lookup(id) : nullptr, given);
   if (!update.fault.empty()) node.refuse(update.fault);
   return update.values;
 }
@@ -105,11 +108,8 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
                 " presets; fix them first");
     return before;
   }
-  if (!areDistinct(before)) {
-    node.refuse("the device has presets without an id or with the same one; fix them first");
-    return before;
-  }
-  const Presets presets;
+  std::optional<Presets> presets;
+  if (!before.empty()) presets.emplace();
   const ById former(before);
   std::set<Json> ids;
   Json after = Json::array();
@@ -120,10 +120,16 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
       node.element(i).member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }
-  return inFileOrder(after, before);
+  return areDistinct(before) ? inFileOrder(after, before) : after;
 }
 
+std::vector<device::Change> replacement(const Json& after) {
+  return {replacing({after.begin(), after.end()})};
+}
+
+// Of presets without an id, or with the same one, the library finds one at most.
 std::vector<device::Change> presetChanges(const Json& before, const Json& after) {
+  if (!areDistinct(before)) return replacement(after);
   const ById former(before);
   const ById kept(after);
   std::vector<device::Change> changes;
@@ -144,7 +150,13 @@ std::vector<device::Change> presetChanges(const Json& before, const Json& after)
 device::Section presetsSection() {
   const auto load = [] { return Presets().json(); };
   const auto losses = [] { return std::vector<std::string>(); };
-  return {kSection, load, readPresets, presetChanges, losses, CFG_FILE_PRESET};
+  const auto readable = [=] {
+    const bool hasGroup = presetGroupOf(*device::requireDocument(CFG_FILE_PRESET)) != nullptr;
+    return hasGroup ? device::Readable{load(), {}}
+                    : device::Readable{Json::array(), {{whyNoGroup(), ""}}};
+  };
+  return {kSection,        load,    readPresets, presetChanges, losses,
+          CFG_FILE_PRESET, nullptr, readable,    replacement};
 }
 
 }  // namespace camcfg::tool::presets

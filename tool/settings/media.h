@@ -10,6 +10,17 @@ namespace camcfg::tool::settings {
 /// Source ids that fit a cache's whitelist.
 constexpr Range kSourceIds{0, 29};
 
+/// A unit that the size of a stream cache is given in.
+struct SizeUnit {
+  const char* attribute;
+  const char* name;
+  int bytes;
+};
+
+/// The smallest first.
+constexpr SizeUnit kCacheSizeUnits[] = {
+    {"BufferSizeB", "B", 1}, {"BufferSizeKB", "KB", 1 << 10}, {"BufferSizeMB", "MB", 1 << 20}};
+
 // The sections of "/cfg0/mpp_cfg.xml", as the library loads them.
 const Table& streamSources();
 const Table& streamCaches();

@@ -1,6 +1,7 @@
 #include "settings/node.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
 #include "base/plain_text.h"

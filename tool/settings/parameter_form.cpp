@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 
 #include "base/plain_text.h"
 #include "settings/value.h"

@@ -34,12 +34,19 @@ std::shared_ptr<Source> sharedSource(const Source& source) {
 }
 
 const Settings& cacheSize() {
+  std::vector<Word> units;
+  for (const SizeUnit& unit : kCacheSizeUnits) units.push_back({unit.name, unit.bytes});
   static const Settings settings = {
       integer<&Cache::s32BufSize>("value", nullptr, kRequired, "How many of the unit")
           .within(0, kLibraryCounts - 1),
-      word<&Cache::s32BufUnit>("unit", nullptr, kRequired, "What is counted")
-          .of({{"B", 1}, {"KB", 1 << 10}, {"MB", 1 << 20}})};
+      word<&Cache::s32BufUnit>("unit", nullptr, kRequired, "What is counted").of(units)};
   return settings;
+}
+
+std::vector<Attribute> sizeAttributes() {
+  std::vector<Attribute> attributes;
+  for (const SizeUnit& unit : kCacheSizeUnits) attributes.push_back({unit.attribute});
+  return attributes;
 }
 
 Json writeSize(const void* record) {
@@ -122,7 +129,7 @@ const Table& streamCaches() {
           {id<&Cache::s32Id>("id", "Id", kRequired, "Number of the cache, the channel of services"),
            text<&Cache::strName>("name", "Name", kRequired, "What it is called"),
            Row("size", nullptr, Kind::Integer, kOptional, "Size of the buffer")
-               .from({{"BufferSizeB"}, {"BufferSizeKB"}, {"BufferSizeMB"}})
+               .from(sizeAttributes())
                .by(writeSize, readSize),
            Row("allowed", nullptr, Kind::Ids, kOptional, "Sources that it may carry")
                .of(allowedSource())

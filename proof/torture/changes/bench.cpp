@@ -1,8 +1,11 @@
 #include "torture/changes/bench.h"
 
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 #include "torture/harness/child.h"
@@ -12,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kPlaces[] = {"/cfg0", "/cfg1", "/run/camcfg"};
+constexpr const char* kPlaces[] = {"/cfg0", "/cfg1", kLockDirectory};
 
 void replace(std::string& text, const std::string& what, const std::string& by) {
   const std::size_t at = text.find(what);
@@ -54,7 +57,7 @@ std::string tool() {
 
 Bench::Bench() : work_(device_.root() + ".work") {
   device_.fill();
-  device_.makeDirectory("/run/camcfg");
+  device_.makeDirectory(kLockDirectory);
   fs::create_directory(work_);
   fs::create_directory(work("tmp"));
   setenv("TMPDIR", work("tmp").c_str(), 1);
@@ -105,6 +108,20 @@ std::vector<std::string> Bench::program(const Words& words) const {
 
 pid_t Bench::start(const Words& words) const {
   return startUnfollowed(program(words), work("output"));
+}
+
+void Bench::putOnTrial(const Words& words, bool isOver) const {
+  Words trying = {"try", "--for", isOver ? "1s" : "7d", "--"};
+  trying.insert(trying.end(), words.begin(), words.end());
+  const pid_t child = start(trying);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (output().find("is on trial until") == std::string::npos) {
+    if (std::chrono::steady_clock::now() > end) throw std::runtime_error("no trial: " + output());
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  kill(child, SIGKILL);
+  waitFor(child);
+  if (isOver) std::this_thread::sleep_for(std::chrono::milliseconds(1200));
 }
 
 Run Bench::run(const Words& words) const {

@@ -21,7 +21,10 @@ struct Run {
   std::string output;  ///< on both streams
 
   /// Whether it says that it finished what another run had begun.
-  bool hasFinished() const { return output.find("an interrupted change") != std::string::npos; }
+  bool hasFinished() const {
+    return output.find("an interrupted change") != std::string::npos ||
+           output.find("rolled back change") != std::string::npos;
+  }
 };
 
 /// A device that the built tool runs on.
@@ -46,6 +49,9 @@ class Bench {
   /// Starts it, to be waited for.
   pid_t start(const Words& words) const;
   std::string output() const;
+  /// Puts on trial what a command changes, for a second or for a week, and kills the process that
+  /// waits. The time is over when this returns, or will not be.
+  void putOnTrial(const Words& words, bool isOver) const;
 
   /// What is left among the temporary files, which is removed.
   int leftTemporaries() const;

@@ -15,6 +15,21 @@ const std::vector<ChangingCommand>& changingCommands() {
   return kCommands;
 }
 
+const std::vector<ChangingCommand>& endsOfTrials() {
+  static const Words kImport = {"import", kAllSections};
+  static const std::vector<ChangingCommand> kCommands = {
+      {"confirm", {"confirm"}, {}, kImport},
+      {"rollback", {"list"}, {}, kImport, true},
+  };
+  return kCommands;
+}
+
+std::vector<ChangingCommand> allCommands() {
+  std::vector<ChangingCommand> all = changingCommands();
+  all.insert(all.end(), endsOfTrials().begin(), endsOfTrials().end());
+  return all;
+}
+
 const Words& anotherChange() {
   static const Words kWords = {"set", "System", "RtspOverHttp", "8085"};
   return kWords;

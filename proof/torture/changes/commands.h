@@ -18,9 +18,20 @@ struct ChangingCommand {
   const char* name;
   Words words;
   std::vector<Words> before;  ///< what is run first, undisturbed
+  /// A change that is on trial then, without anybody that waits; none: nothing is. The command is one
+  /// that ends the trial, and boot whatever it leaves: the old settings are those before the trial,
+  /// the new ones those on trial.
+  Words tried{};
+  bool isOver = false;  ///< the time of the trial is: the new settings must not be found any more
 };
 
 const std::vector<ChangingCommand>& changingCommands();
+
+/// Those that end a trial.
+const std::vector<ChangingCommand>& endsOfTrials();
+
+/// All of them.
+std::vector<ChangingCommand> allCommands();
 
 /// A command that changes a setting that none of them changes: it finishes what was interrupted and
 /// then makes its own change.

@@ -18,6 +18,8 @@ void interruptChanges(const Options& options, Faults& faults);
 void failCallsOfChanges(const Options& options, Faults& faults);
 /// Runs are killed at random moments.
 void killChanges(const Options& options, Faults& faults);
+/// The same for changes on trial, which must be rolled back.
+void killTrials(const Options& options, Faults& faults);
 /// What reaches the medium.
 void measureWear(const Options& options, Faults& faults);
 

@@ -21,7 +21,8 @@ struct Experiment {
 constexpr Experiment kExperiments[] = {
     {"cuts", cutChanges},          {"power", cutPowerInChanges},
     {"signals", interruptChanges}, {"failures", failCallsOfChanges},
-    {"kills", killChanges},        {"wear", measureWear},
+    {"kills", killChanges},        {"trials", killTrials},
+    {"wear", measureWear},
 };
 
 int tortureChanges(const Options& options) {

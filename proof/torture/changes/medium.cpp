@@ -79,7 +79,7 @@ void Medium::write(const Operation& operation, Survival survival) {
 
 // What lies in a directory that is not there is not there either.
 Tree Medium::tree() const {
-  Tree tree = {{"/run/camcfg", std::nullopt}};
+  Tree tree = {{kLockDirectory, std::nullopt}};
   for (const auto& [path, file] : names_) {
     const File& found = files_[static_cast<std::size_t>(file)];
     const std::string directory = directoryOf(path);

@@ -63,11 +63,23 @@ Scene::Scene(const ChangingCommand& command) : command_(command) {
   require(bench_.run(anotherChange()), "another change");
   anotherAfterOld_ = bench_.mains();
   layOut();
+  if (!command.tried.empty()) {
+    beginTrial();
+    return;
+  }
   require(bench_.run(command.words), command.name);
   after_ = bench_.mains();
   require(bench_.run(anotherChange()), "another change");
   anotherAfterNew_ = bench_.mains();
   if (after_ == before_) throw std::runtime_error(std::string(command.name) + " changes nothing");
+  bench_.leftTemporaries();
+}
+
+void Scene::beginTrial() {
+  bench_.putOnTrial(command_.tried, command_.isOver);
+  start_ = bench_.tree();
+  after_ = bench_.mains();
+  if (after_ == before_) throw std::runtime_error(std::string(command_.name) + ": no trial");
   bench_.leftTemporaries();
 }
 
@@ -165,6 +177,7 @@ void Scene::recoverWhole(const std::string& where, Tally& tally) const {
 }
 
 Whole Scene::recover(Recovery recovery, const std::string& where, Tally& tally) const {
+  if (!command_.tried.empty()) recovery = Recovery::Boot;
   const Run run = bench_.run(wordsOf(recovery));
   const std::string place = where + ", then " + wordsOf(recovery).front();
   const auto fail = [&](const std::string& why) {
@@ -176,6 +189,7 @@ Whole Scene::recover(Recovery recovery, const std::string& where, Tally& tally) 
   const bool isAnother = recovery == Recovery::AnotherChange;
   const Whole whole = count(bench_.tree(), isAnother ? anotherAfterOld_ : before_,
                             isAnother ? anotherAfterNew_ : after_, place, tally);
+  if (command_.isOver && whole == Whole::New) fail("it is not rolled back");
   if (recovery == Recovery::Boot && startsAgain_) {
     const Run again = bench_.run(wordsOf(recovery));
     if (again.status != 0 || !again.output.empty())

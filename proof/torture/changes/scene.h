@@ -70,6 +70,7 @@ class Scene {
   void recoverWhole(const std::string& where, Tally& tally) const;
 
  private:
+  void beginTrial();
   Whole count(const Tree& tree, const Tree& before, const Tree& after, const std::string& where,
               Tally& tally) const;
   std::size_t arriving(const DeviceCall& call) const;

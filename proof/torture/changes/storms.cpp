@@ -19,11 +19,12 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // The changes of a storm, one after the other, over and over.
+const Words kUndo = {"undo"};
 const Words kChanges[] = {
-    {"import", kAllSections},
-    {"set", "System", "Rtsp", "8554"},
-    {"import", kFewSections},
-    {"set", "System", "WebHttps", "8443"},
+    {"import", kAllSections}, kUndo,
+    {"import", kAllSections}, {"set", "System", "Rtsp", "8554"},
+    {"import", kFewSections}, kUndo,
+    {"import", kFewSections}, {"set", "System", "WebHttps", "8443"},
 };
 
 /// Finds out what a change makes of main copies, on a device where nothing disturbs it.
@@ -37,7 +38,7 @@ class Forecast {
 
  private:
   Tree find(const Tree& mains, std::size_t change) const {
-    Tree tree = {{"/cfg0", {}}, {"/cfg1", {}}, {"/run/camcfg", {}}};
+    Tree tree = {{"/cfg0", {}}, {"/cfg1", {}}, {kLockDirectory, {}}};
     for (const auto& [path, bytes] : mains) {
       tree[path] = bytes;
       tree["/cfg1" + path.substr(5)] = bytes;
@@ -73,15 +74,18 @@ class Storm {
 
   void kill(long number) {
     const Tree before = bench_.mains();
-    const Tree after = forecast_.after(before, change_);
+    const bool isUndo = kChanges[change_] == kUndo;
+    const Tree after = isUndo ? former_ : forecast_.after(before, change_);
     // Half of them once the change is in force, which is a small part of its time.
     const int status = number % 2 == 0 ? killAtAnyTime() : killInForce();
     ++tally_.cuts;
     if (status == 0) ++tally_.completed;
     const Recovery recovery = number % 4 < 2 ? Recovery::Boot : Recovery::Verify;
     const Run run = bench_.run(wordsOf(recovery));
-    if (look(before, after, status, run, "kill " + std::to_string(number)) == Whole::New)
+    if (look(before, after, status, run, "kill " + std::to_string(number)) == Whole::New) {
       change_ = (change_ + 1) % std::size(kChanges);
+      former_ = before;
+    }
     bench_.leftTemporaries();
   }
 
@@ -145,6 +149,7 @@ class Storm {
   Bench bench_;
   Forecast forecast_;
   std::size_t change_ = 0;
+  Tree former_;  // before the latest change
   Lives anyTime_{20000};
   Lives inForce_{400};
 };
@@ -163,9 +168,8 @@ void killChanges(const Options& options, Faults& faults) {
             tally.finished, tally.count(Whole::Mixed), tally.count(Whole::Lost), tally.failed,
             tally.untrue);
   table.print(
-      "import and set killed at random moments, every second time once the change is in force, "
-      "each followed "
-      "by boot or verify, seed " +
+      "import, undo and set killed at random moments, every second time once the change is in "
+      "force, each followed by boot or verify, seed " +
       std::to_string(options.seed));
   if (tally.wrong() > 0) faults.add("kill storm");
   if (tally.finished == 0) faults.add("kill storm: no change was interrupted");

@@ -4,7 +4,8 @@
 //   camcfg-exhaustion [--long] [--seed N]
 // Wrong: a result that is not as stated, a failed call that changed a file, a lock, a block of
 // memory or a descriptor left behind, and a next call that does not do what it should. What becomes
-// of the copies when a save fails, which no result reports, is counted.
+// of the copies when a save fails, which no result reports, is counted. With --long, all of it once more
+// with programs kept apart.
 #include <cstdio>
 
 #include "torture/exhaustion/trial.h"
@@ -33,7 +34,10 @@ struct Tally {
 
 class Exhaustion {
  public:
-  explicit Exhaustion(Faults& faults) : faults_(faults) { device_.fill(); }
+  Exhaustion(Faults& faults, bool areKeptApart) : faults_(faults), areKeptApart_(areKeptApart) {
+    device_.fill();
+    if (areKeptApart) device_.makeDirectory(kLockDirectory);
+  }
 
   void tryAll(const Operation& operation) {
     const Trial trial(device_, operation);
@@ -45,7 +49,7 @@ class Exhaustion {
                     tallies_[i][lasting == Lasting::OneCall ? 0 : 1]);
   }
 
-  void print(std::size_t functions) const {
+  void print(const std::string& title) const {
     Table table({"condition", "lasts", "runs", "failed as stated", "read nevertheless",
                  "stored in both copies", "in neither", "main good", "backup good",
                  "both damaged"});
@@ -56,8 +60,7 @@ class Exhaustion {
                   tally.failed, tally.read, tally.stored, tally.notStored, tally.mainGood,
                   tally.backupGood, tally.bothDamaged);
       }
-    table.print("Shortages at each system call and each allocation of " +
-                std::to_string(functions) + " calls of exported functions");
+    table.print(title);
     std::printf("In %d of the runs without memory tinyxml2 lost a block.\n\n", lostByTinyxml2_);
   }
 
@@ -69,7 +72,8 @@ class Exhaustion {
       const Outcome outcome = trial.run(strike);
       if (!outcome.struck) return;
       ++tally.runs;
-      const std::string fault = faultOf(trial, operation, reference, outcome);
+      const bool mayLoadAgain = areKeptApart_ && strike.lasting == Lasting::OneCall;
+      const std::string fault = faultOf(trial, operation, reference, outcome, mayLoadAgain);
       if (!fault.empty())
         faults_.add(operation.name + ", " + strike.condition->name + " at " + outcome.struckCall +
                     (strike.lasting == Lasting::OneCall ? "" : " and on") + ": " + fault);
@@ -78,12 +82,14 @@ class Exhaustion {
     }
   }
 
-  static std::string faultOf(const Trial& trial, const Operation& operation,
-                             const Outcome& reference, const Outcome& outcome) {
+  // Where programs are kept apart, a reader whose file is not the one that its lock file is open for
+  // closes that and loads once more.
+  std::string faultOf(const Trial& trial, const Operation& operation, const Outcome& reference,
+                      const Outcome& outcome, bool mayLoadAgain) const {
     const bool failed = outcome.result == operation.failure;
     const bool succeeded = outcome.result == operation.success;
     if (!failed && !succeeded) return "result " + std::to_string(outcome.result);
-    if (operation.either != Either::Always && outcome.duringFirstLoad && !failed)
+    if (operation.either != Either::Always && outcome.duringFirstLoad && !failed && !mayLoadAgain)
       return "succeeded without its file";
     if (operation.either == Either::Never && outcome.afterFirstLoad && !succeeded)
       return "failed though its file was loaded";
@@ -102,13 +108,13 @@ class Exhaustion {
     return outcome.starved && outcome.blocksLeft == 1;
   }
 
-  static std::string leftBehind(const Operation& operation, bool succeeded,
-                                const Outcome& reference, const Outcome& outcome) {
+  std::string leftBehind(const Operation& operation, bool succeeded, const Outcome& reference,
+                         const Outcome& outcome) const {
     const int locks = succeeded && operation.leavesLocked ? 1 : 0;
     if (outcome.locksLeft > locks) return "a lock is left";
     if (outcome.blocksLeft != 0 && !isLostByTinyxml2(outcome))
       return std::to_string(outcome.blocksLeft) + " blocks left";
-    if (outcome.descriptorsLeft != 0)
+    if (outcome.descriptorsLeft > 0 || (outcome.descriptorsLeft < 0 && !areKeptApart_))
       return std::to_string(outcome.descriptorsLeft) + " descriptors left";
     if (outcome.nextResult != operation.success) return "the next call failed";
     if (!(outcome.nextCopies == reference.copies)) return "the next call did something else";
@@ -134,20 +140,26 @@ class Exhaustion {
   }
 
   Faults& faults_;
+  const bool areKeptApart_;
   Device device_;
   int lostByTinyxml2_ = 0;
   std::vector<std::array<Tally, 2>> tallies_ =
       std::vector<std::array<Tally, 2>>(conditions().size());
 };
 
-int exhaust(const Options& /*options*/) {
+int exhaust(const Options& options) {
   Faults faults;
   for (const std::string& name : functionsLeftOut(CAMCFG_SYMBOLS))
     faults.add(name + " is exported and not tried");
-  Exhaustion exhaustion(faults);
   const std::vector<Operation> all = operations();
-  for (const Operation& operation : all) exhaustion.tryAll(operation);
-  exhaustion.print(all.size());
+  const std::string calls = std::to_string(all.size()) + " calls of exported functions";
+  for (const bool areKeptApart : {false, true}) {
+    if (areKeptApart && !options.longRun) break;
+    Exhaustion exhaustion(faults, areKeptApart);
+    for (const Operation& operation : all) exhaustion.tryAll(operation);
+    exhaustion.print("Shortages at each system call and each allocation of " + calls +
+                     (areKeptApart ? std::string(", with ") + kLockDirectory : ""));
+  }
   return faults.conclude("exhaustion");
 }
 

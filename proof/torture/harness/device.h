@@ -10,6 +10,9 @@
 
 namespace camcfg::torture {
 
+/// Where a device asks for locks between programs.
+inline constexpr char kLockDirectory[] = "/run/camcfg";
+
 /// The files of the sample set.
 inline constexpr std::array<const char*, 3> kSampleFiles = {"business_param.xml", "mpp_cfg.xml",
                                                             "preset_cfg.xml"};

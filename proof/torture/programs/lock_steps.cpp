@@ -74,7 +74,7 @@ constexpr Work kWorks[] = {
 class Steps {
  public:
   Steps(const Work& work, Faults& faults) : work_(work), faults_(faults) {
-    device_.makeDirectory("/run/camcfg");
+    device_.makeDirectory(kLockDirectory);
   }
 
   /// Kills at the step of this number.
@@ -129,8 +129,8 @@ class Steps {
     device_.write(kOther, kOld);
     device_.write(kPath, work_.damaged ? "<A" : kOld);
     device_.write("/cfg1/x.xml", kOld);
-    device_.remove("/run/camcfg");
-    device_.makeDirectory("/run/camcfg");
+    device_.remove(kLockDirectory);
+    device_.makeDirectory(kLockDirectory);
   }
 
   // What a program finds that comes after the killed one.

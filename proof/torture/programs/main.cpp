@@ -42,7 +42,7 @@ constexpr std::array<Setting, 3> kSettings = {{
 class Programs {
  public:
   Programs(const Setting& setting, std::uint32_t seed) : setting_(setting), random_(seed) {
-    if (setting.directory) device_.makeDirectory("/run/camcfg");
+    if (setting.directory) device_.makeDirectory(kLockDirectory);
     const int status = runInside(device_.root(), [] {
       layOutStorm();
       return 0;

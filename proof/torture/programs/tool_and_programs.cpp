@@ -78,7 +78,7 @@ class Storm {
  public:
   explicit Storm(bool directory) {
     device_.fill();
-    if (directory) device_.makeDirectory("/run/camcfg");
+    if (directory) device_.makeDirectory(kLockDirectory);
   }
 
   void run(std::chrono::seconds duration) {

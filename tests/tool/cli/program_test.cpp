@@ -29,7 +29,7 @@ TEST(ProgramTest, HelpListsEveryExitStatus) {
   const std::string help = runCamcfg({"--help"}).out;
   for (const char* line :
        {"\nExit status:\n  0  done\n", "\n  1  refused", "\n  2  the command line",
-        "\n  3  the device's files", "\n  4  status: ", "\n  5  the change is in force"})
+        "\n  3  the device's files", "\n  4  status, boot: ", "\n  5  the change is in force"})
     EXPECT_THAT(help, testing::HasSubstr(line));
 }
 

@@ -1,7 +1,9 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <regex>
+#include <stdexcept>
 #include <thread>
 
 #include "base/progress.h"
@@ -15,27 +17,51 @@ namespace {
 using namespace tool;
 using namespace tool::cli;
 
-/// Works for a while on what it is given, and then on something with a shorter name.
+/// Keeps a command at its work until its test lets it go on.
+class Gate {
+ public:
+  Gate() {
+    if (pipe(ends_) != 0) throw std::runtime_error("pipe");
+  }
+  void open() const { EXPECT_EQ(write(ends_[1], "", 1), 1); }
+  void pass() const {
+    char byte = 0;
+    if (read(ends_[0], &byte, 1) != 1) _exit(99);
+  }
+
+ private:
+  int ends_[2] = {};
+};
+
+const Gate& gate() {
+  static const Gate gate;
+  return gate;
+}
+
+/// Works on what it is given, and then on something with a shorter name.
 Answer work(const Arguments& arguments) {
-  constexpr std::chrono::milliseconds kMoreThanASecond(2000);
+  constexpr std::chrono::milliseconds kMoreThanASecond(1500);
   const Stage stage("a.xml", 1, 2);
   workingOn(arguments.text("WHAT"));
-  if (arguments.given("--slowly")) std::this_thread::sleep_for(kMoreThanASecond);
+  if (arguments.given("--slowly")) gate().pass();
   workingOn("b");
-  if (arguments.given("--slowly")) std::this_thread::sleep_for(kMoreThanASecond / 2);
+  if (arguments.given("--slowly")) gate().pass();
+  if (arguments.given("--sleep")) std::this_thread::sleep_for(kMoreThanASecond);
   if (arguments.given("--fail")) throw Refusal("it failed");
   Answer answer;
   answer.layout = {Line{"done"}};
   return answer;
 }
 
-const std::vector<CommandGroup> kGroups = {{"First",
-                                            {{"work",
-                                              "Works",
-                                              {{Option::Argument, "WHAT", "A word"},
-                                               {Option::Flag, "--slowly", "Take time"},
-                                               {Option::Flag, "--fail", "Fail"}},
-                                              work}}}};
+const std::vector<CommandGroup> kGroups = {
+    {"First",
+     {{"work",
+       "Works",
+       {{Option::Argument, "WHAT", "A word"},
+        {Option::Flag, "--slowly", "Wait until the work was shown"},
+        {Option::Flag, "--sleep", "Wait for as long as it takes to be shown"},
+        {Option::Flag, "--fail", "Fail"}},
+       work}}}};
 
 void run(std::vector<const char*> words) {
   words.insert(words.begin(), "camcfg");
@@ -43,11 +69,19 @@ void run(std::vector<const char*> words) {
 }
 
 /// What a command shows at a terminal.
-std::string shown(const std::vector<const char*>& words) {
+/// @param first  what it waits for that does its work slowly
+std::string shown(const std::vector<const char*>& words, const std::string& first = ", 1 s") {
+  gate();
   Terminal terminal([&] {
     setenv("NO_COLOR", "1", 1);
     run(words);
   });
+  if (std::find(words.begin(), words.end(), std::string("--slowly")) != words.end()) {
+    terminal.readUntil(first);
+    gate().open();
+    terminal.readUntil("b, ");
+    gate().open();
+  }
   return terminal.readToEnd();
 }
 
@@ -74,12 +108,12 @@ TEST(ProgressLineTest, QuickWorkIsNotShown) {
 }
 
 TEST(ProgressLineTest, NothingIsShownWhereTheLibrarysOutputIsShown) {
-  EXPECT_EQ(shown({"-v", "work", "/cfg0/a.xml", "--slowly"}), "done\r\n");
+  EXPECT_EQ(shown({"-v", "work", "/cfg0/a.xml", "--sleep"}), "done\r\n");
 }
 
 TEST(ProgressLineTest, LineFitsTheTerminalAndCannotSteerIt) {
   const std::string endless = std::string(40, 'x') + "\x1b[2J" + std::string(200, 'y');
-  const std::string text = shown({"work", endless.c_str(), "--slowly"});
+  const std::string text = shown({"work", endless.c_str(), "--slowly"}, "xxx");
   EXPECT_EQ(text.find('\x1b'), std::string::npos);
   const std::size_t next = text.find('\r', 1);
   EXPECT_EQ(next, 80U) << text;
@@ -93,7 +127,7 @@ TEST(ProgressLineTest, NothingIsShownWhereThereIsNoTerminal) {
     const pid_t child = fork();
     if (child == 0) {
       close(ends[0]);
-      run({"work", "/cfg0/a.xml", "--slowly"});
+      run({"work", "/cfg0/a.xml", "--sleep"});
     }
     close(ends[1]);
     close(STDERR_FILENO);
@@ -106,12 +140,16 @@ TEST(ProgressLineTest, NothingIsShownWhereThereIsNoTerminal) {
 }
 
 TEST(ProgressLineTest, AnswersInPipesDoNotHideIt) {
+  gate();
   Terminal terminal([] {
     int ends[2];
     if (pipe(ends) != 0) _exit(1);
     dup2(ends[1], STDOUT_FILENO);
     run({"work", "/cfg0/a.xml", "--slowly"});
   });
+  terminal.readUntil(kLine);
+  gate().open();
+  gate().open();
   const std::string text = terminal.readToEnd();
   EXPECT_EQ(text.find(kLine), 0U) << text;
   EXPECT_THAT(text, testing::EndsWith(" \r"));

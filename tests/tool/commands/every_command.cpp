@@ -1,10 +1,12 @@
 #include "tool/commands/every_command.h"
 
+#include <csignal>
 #include <iterator>
 #include <sstream>
 
 #include "base/plain_text.h"
 #include "commands/groups.h"
+#include "tool/background.h"
 
 namespace camcfg::tests {
 namespace {
@@ -29,6 +31,9 @@ constexpr struct {
     {"upgrade", "upgrade --on-conflict factory --from @old"},
     {"history", "history"},
     {"undo", "undo"},
+    {"try", "try --for 1s -- set System Rtsp 8554"},
+    {"confirm", "confirm"},
+    {"cancel", "cancel"},
     {"reset", "reset System WebHttp"},
     {"list", "list"},
     {"get", "get System Rtsp"},
@@ -112,6 +117,14 @@ void EveryCommandTest::renew() const {
   }
   for (const std::string directory : {"/cfg0/", "/cfg1/"}) device.remove(directory + kOwn);
   EXPECT_EQ(run({"set", "System", "WebHttps", "8443"}).status, 0);
+}
+
+void EveryCommandTest::renewFor(const tool::cli::Command& command) const {
+  renew();
+  if (command.name != std::string("confirm") && command.name != std::string("cancel")) return;
+  Background trial({"--root", device.hostPath(), "try", "set", "System", "Rtsp", "8554"});
+  EXPECT_TRUE(trial.says("is on trial"));
+  trial.end(SIGKILL);
 }
 
 std::vector<const tool::cli::Command*> EveryCommandTest::commands() const {

@@ -22,6 +22,9 @@ class EveryCommandTest : public ToolTest {
   /// Puts the device back into the state in which everything can be done.
   void renew() const;
 
+  /// The same for one command: for one that ends a trial, a change is on trial.
+  void renewFor(const tool::cli::Command& command) const;
+
   /// All commands that can be run, in the order of the help text.
   std::vector<const tool::cli::Command*> commands() const;
 

@@ -161,7 +161,9 @@ TEST(HelpTest, CommandsEndWithTheStatusesThatTheyCanEndWith) {
   EXPECT_EQ(exitStatusesOf("help"), (Lines{done, refused, usage}));
   EXPECT_EQ(exitStatusesOf("status"),
             (Lines{done, refused, usage, unusable,
-                   "  4  the device works, but a copy is missing, broken or out of step"}));
+                   "  4  it works, but a copy or a section is not as it should be"}));
+  EXPECT_EQ(exitStatusesOf("live srt"), (Lines{done, refused, usage, unusable,
+                                               "  4  a part could not be read and is left out"}));
   EXPECT_EQ(exitStatusesOf("lint"),
             (Lines{done, "  1  there is an error, or it was refused", usage, unusable}));
   EXPECT_EQ(exitStatusesOf("diff"),

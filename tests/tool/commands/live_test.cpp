@@ -116,6 +116,7 @@ struct Fault {
   const char* part;
   const char* other;
   const char* refusal;
+  bool isOnly = false;  ///< there is no other entry
 };
 void PrintTo(const Fault& fault, std::ostream* out) {
   *out << fault.service;
@@ -125,21 +126,24 @@ class LiveFaultTest : public MediaToolTest, public testing::WithParamInterface<F
 
 TEST_P(LiveFaultTest, IsReportedWithItsPlaceAndTheReason) {
   giveWith(GetParam().part, GetParam().other);
-  expectRefused({"live", GetParam().service}, 3,
-                std::string("live ") + GetParam().service + ": " + GetParam().refusal);
+  const ToolRun listed = run({"live", GetParam().service});
+  EXPECT_EQ(listed.status, GetParam().isOnly ? 3 : 4);
+  EXPECT_EQ(listed.out.empty(), GetParam().isOnly);
+  EXPECT_EQ(listed.err, std::string("camcfg: live ") + GetParam().service + ": " +
+                            (GetParam().isOnly ? "" : "left out: ") + GetParam().refusal + "\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Services, LiveFaultTest,
     testing::Values(
         Fault{"websocket", "Name=\"listen\"", "",
-              "/cfg0/mpp_cfg.xml:21: Attr `Name` is required by <WEBSOCKET><Channel>"},
+              "/cfg0/mpp_cfg.xml:21: Attr `Name` is required by <WEBSOCKET><Channel>", true},
         Fault{"rtsp", "<MediaGroup Name=\"empty\"", "<MediaGroup",
               "/cfg0/mpp_cfg.xml:28: Attr `Name` is required by <RTSP><MediaGroup>"},
         Fault{"rtmp", "url=\"rtmp://192.0.2.2/b\"", "",
               "/cfg0/mpp_cfg.xml:34: Attr `url` is required by <RTSP><MediaGroup>"},
         Fault{"ndi", "Type=\"MainVideo\"", "",
-              "/cfg0/mpp_cfg.xml:37: Attr `Type` is required by <NDI><Session><Channel>"},
+              "/cfg0/mpp_cfg.xml:37: Attr `Type` is required by <NDI><Session><Channel>", true},
         Fault{"srt", "Mode=\"Caller\"", "Mode=\"Shout\"",
               "/cfg0/mpp_cfg.xml:49: Bad srt mode = Shout, only allow {Listener, Caller}, skip "
               "instance"}));

@@ -22,6 +22,7 @@ bool isRequired(const Option& option) {
 
 // What may be typed for an option, or in the place of an argument.
 Words typed(const Option& option) {
+  if (option.name == std::string("COMMAND")) return {"undo"};
   switch (option.kind) {
     case Option::Flag:
       return {option.name};

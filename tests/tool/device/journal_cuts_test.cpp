@@ -1,46 +1,13 @@
-#include <sys/ptrace.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-
 #include "tool/device/journal_device.h"
+#include "tool/device/killed.h"
 
 namespace camcfg::tests {
 namespace {
 
 using namespace tool::device;
 
-/// Runs a piece of work in a child process that is killed right before one of its system calls.
-/// @param call  which one, counted from 0, of those that begin or end
-/// @return whether it was killed, and not over before
-bool killAtCall(int call, const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-    raise(SIGSTOP);
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  for (int left = call; left > 0 && WIFSTOPPED(status); --left) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
-  }
-  const bool isKilled = WIFSTOPPED(status);
-  if (isKilled) {
-    kill(child, SIGKILL);
-    waitpid(child, &status, 0);
-  }
-  return isKilled;
-}
-
 class JournalCutsTest : public JournalTest {
  protected:
-  // Three is odd, so that calls are cut both at their beginning and their end.
-  static constexpr int kStep = 3;
-
   void startAgain() const {
     device.remove(kState);
     putBack();
@@ -49,7 +16,7 @@ class JournalCutsTest : public JournalTest {
   /// Kills some work at call after call; what is left must be finished to one of two states.
   void cut(const std::function<void()>& prepare, const std::function<void()>& work,
            bool mayBeOld) const {
-    for (int call = 1;; call += kStep) {
+    for (int call = 1;; call += kCallStep) {
       startAgain();
       prepare();
       const bool isKilled = killAtCall(call, work);
@@ -88,7 +55,7 @@ TEST_F(JournalCutsTest, FinishingIsFinishedByTheNextRun) {
 }
 
 TEST_F(JournalCutsTest, TakingBackIsFinishedByTheNextRun) {
-  for (int call = 1, isKilled = true; isKilled; call += kStep) {
+  for (int call = 1, isKilled = true; isKilled; call += kCallStep) {
     startAgain();
     open();
     saveContents({{kBusiness, kNewBusiness}});
@@ -101,7 +68,7 @@ TEST_F(JournalCutsTest, TakingBackIsFinishedByTheNextRun) {
 }
 
 TEST_F(JournalCutsTest, PuttingAsideIsFinishedByTheNextRun) {
-  for (int call = 1, isKilled = true; isKilled; call += kStep) {
+  for (int call = 1, isKilled = true; isKilled; call += kCallStep) {
     startAgain();
     open();
     saveContents({{kBusiness, kNewBusiness}, {kPreset, kOthers}});
@@ -113,7 +80,7 @@ TEST_F(JournalCutsTest, PuttingAsideIsFinishedByTheNextRun) {
 }
 
 TEST_F(JournalCutsTest, NumbersGoOnWhereverForgettingIsCut) {
-  for (int call = 1, isKilled = true; isKilled; call += kStep) {
+  for (int call = 1, isKilled = true; isKilled; call += kCallStep) {
     startAgain();
     complete(kNewBusiness);
     complete(kOldBusiness);
