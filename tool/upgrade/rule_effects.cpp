@@ -204,8 +204,9 @@ settings::Faults faultsOf(const Rules& rules, const std::vector<const XMLDocumen
       forEach(const_cast<XMLDocument&>(*document), isMember ? parentOf(*name) : *name,
               [&](XMLNode& node) {
                 const XMLElement* element = node.ToElement();
-                isThere = isThere || (element != nullptr &&
-                                      (!isMember || element->Attribute(lastOf(*name).c_str())));
+                isThere = isThere ||
+                          (element != nullptr &&
+                           (!isMember || element->Attribute(lastOf(*name).c_str()) != nullptr));
               });
     if (!isThere)
       faults.push_back({elementPlace("rules", i),
