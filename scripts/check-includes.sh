@@ -45,6 +45,7 @@ device
 parameters network presets media
 document
 lint
+upgrade
 commands'
 
 readonly tool_support="$support tests/tool tests/system/sample_set.h"

@@ -26,6 +26,7 @@ test   groff-base             command  groff
 test   make                   command  make
 test   mandoc                 command  mandoc
 test   pkg-config             command  pkg-config
+test   python3-jsonschema     file     /usr/lib/python3/dist-packages/jsonschema/__init__.py
 test   zsh                    command  zsh
 bench  augeas-lenses          file     /usr/share/augeas/lenses/dist/xml.aug
 bench  gnuplot-nox            command  gnuplot

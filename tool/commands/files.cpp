@@ -7,6 +7,7 @@
 #include "document/trial.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "upgrade/upgrade.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -72,7 +73,8 @@ Answer verify(const Arguments& arguments) {
 }
 
 Answer boot(const Arguments& arguments) {
-  Outcome outcome = device::boot(!arguments.given(kNoSalvage), document::rollBackAtStart);
+  Outcome outcome = upgrade::upgradeAtStart(
+      device::boot(!arguments.given(kNoSalvage), document::rollBackAtStart));
   Json unread;
   addUnreadSections(outcome, unread);
   return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});

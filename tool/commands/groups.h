@@ -128,6 +128,7 @@ CommandGroup salvageGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 CommandGroup trialGroup();
+CommandGroup upgradeGroup();
 CommandGroup watchGroup();
 
 /// All commands, in the order of the help text.

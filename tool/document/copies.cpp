@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <optional>
+#include <set>
 
 #include "base/json.h"
 #include "base/outcome.h"
@@ -45,9 +46,19 @@ std::vector<device::Contents> readable(device::Place place,
   return files;
 }
 
-CopiedSections loadFromMain() {
+using Paths = std::set<std::string>;
+
+Paths allPaths() {
+  Paths paths;
+  for (const device::Section& section : allSections()) paths.insert(section.path);
+  return paths;
+}
+
+// A file that is not there would be waited for.
+CopiedSections loadFromMain(const Paths& paths) {
   CopiedSections sections;
   for (const device::Section& section : allSections()) try {
+      if (paths.count(section.path) == 0) continue;
       sections[section.name] = {section.load(), ""};
     } catch (const Refusal& refusal) {
       sections[section.name] = {nullptr, refusal.what()};
@@ -55,9 +66,9 @@ CopiedSections loadFromMain() {
   return sections;
 }
 
-Json loadedHere() {
+Json loadedHere(const Paths& paths) {
   Json loaded = Json::object();
-  for (const auto& [name, section] : loadFromMain())
+  for (const auto& [name, section] : loadFromMain(paths))
     loaded[name] = {{kValue, section.value}, {kFault, section.fault}};
   return loaded;
 }
@@ -130,7 +141,7 @@ std::optional<device::Unread> firstUnread(const device::Section& section) try {
 }  // namespace
 
 CopiedSections loadFrom(device::Place place) {
-  if (place == device::Place::Main) return loadFromMain();
+  if (place == device::Place::Main) return loadFromMain(allPaths());
   std::map<std::string, std::string> faults;
   CopiedSections sections = loadFrom(readable(place, faults));
   for (const device::Section& section : allSections()) {
@@ -142,14 +153,12 @@ CopiedSections loadFrom(device::Place place) {
 }
 
 CopiedSections loadFrom(const std::vector<device::Contents>& files) {
-  const Json loaded = device::onScratchDevice(files, loadedHere);
+  Paths paths;
+  for (const device::Contents& file : files) paths.insert(file.path);
+  const Json loaded = device::onScratchDevice(files, [&] { return loadedHere(paths); });
   CopiedSections sections;
-  for (const device::Section& section : allSections())
-    if (std::any_of(files.begin(), files.end(),
-                    [&](const device::Contents& file) { return file.path == section.path; })) {
-      const Json& read = loaded.at(section.name);
-      sections[section.name] = {read.at(kValue), read.at(kFault).text()};
-    }
+  for (const auto& [name, read] : loaded.items())
+    sections[name] = {read.at(kValue), read.at(kFault).text()};
   return sections;
 }
 
