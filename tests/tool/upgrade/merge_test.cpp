@@ -7,14 +7,13 @@
 namespace camcfg::tests {
 namespace {
 
-using tool::Json;
 using namespace tool::upgrade;
 
 class UpgradeMergeTest : public testing::Test {
  protected:
   std::string merged(const char* base, const char* factory, const char* user) {
     Merge merge(ways);
-    const std::string result = merge.value("x", jsonIn(base), jsonIn(factory), jsonIn(user)).dump();
+    std::string result = merge.value("x", jsonIn(base), jsonIn(factory), jsonIn(user)).dump();
     said.clear();
     for (const Entry& entry : merge.entries()) said += entry.what + " " + entry.place + "\n";
     return result;

@@ -39,7 +39,8 @@ using Settings = std::multiset<std::string>;
 void addSettings(const std::string& place, const tool::Json& value, Settings& all) {
   const char* key = tool::document::keyOf({&value});
   if (value.is_object())
-    for (const auto& [name, member] : value.items()) addSettings(place + "." + name, member, all);
+    for (const auto& [name, member] : value.items())
+      addSettings(tool::memberPlace(place, name), member, all);
   else if (key != nullptr && *key != '\0')
     for (const tool::Json& record : value)
       addSettings(tool::document::placeOf(place, record.at(key)), record, all);
@@ -87,6 +88,24 @@ bool hasLimited(const MergedFile& file) {
                      [](const auto& entry) { return entry.what == tool::upgrade::kLimit; });
 }
 
+/// That nothing that all three agree on changes.
+void expectNothingLost(const char* path, const Triple& triple, const std::string& result) {
+  const Settings now = settingsOf(path, result);
+  const Settings factory = settingsOf(path, triple.factory);
+  const Settings user = settingsOf(path, triple.user);
+  for (const std::string& setting : settingsOf(path, triple.base))
+    EXPECT_TRUE(factory.count(setting) * user.count(setting) == 0 || now.count(setting) != 0)
+        << setting;
+}
+
+/// That there is no error that neither the new set nor the device has.
+void expectNoNewErrors(const char* path, const Triple& triple, const std::string& result) {
+  const std::set<std::string> inFactory = errorsOf(path, triple.factory);
+  const std::set<std::string> onDevice = errorsOf(path, triple.user);
+  for (const std::string& error : errorsOf(path, result))
+    EXPECT_TRUE(inFactory.count(error) + onDevice.count(error) != 0) << error;
+}
+
 /// That a merge of a triple has the properties that every merge has.
 void expectProperties(const char* path, const Triple& triple) {
   const MergedFile file = mergedFile(path, triple.base, triple.factory, triple.user);
@@ -103,17 +122,8 @@ void expectProperties(const char* path, const Triple& triple) {
     EXPECT_EQ(merged(path, {triple.base, triple.factory, result}), result);
   }
 
-  const Settings now = settings(result);
-  const Settings factory = settings(triple.factory);
-  const Settings user = settings(triple.user);
-  for (const std::string& setting : settings(triple.base))
-    EXPECT_TRUE(factory.count(setting) * user.count(setting) == 0 || now.count(setting) != 0)
-        << setting;
-
-  const std::set<std::string> known = errorsOf(path, triple.factory);
-  const std::set<std::string> knownToo = errorsOf(path, triple.user);
-  for (const std::string& error : errorsOf(path, result))
-    EXPECT_TRUE(known.count(error) + knownToo.count(error) != 0) << error;
+  expectNothingLost(path, triple, result);
+  expectNoNewErrors(path, triple, result);
 }
 
 class UpgradePropertiesTest : public testing::Test, QuickSaves {

@@ -41,7 +41,8 @@ class UpgradeRulesTest : public testing::Test {
     tool::settings::Faults faults;
     readRules(text, faults);
     std::vector<std::string> texts;
-    for (const auto& [place, reason] : faults) texts.push_back(place + ": " + reason);
+    for (const auto& [place, reason] : faults)
+      texts.push_back(std::string(place).append(": ").append(reason));
     return texts;
   }
 
