@@ -8,6 +8,7 @@
 #include "settings/network.h"
 #include "settings/value.h"
 #include "upgrade/limits.h"
+#include "upgrade/values.h"
 
 namespace camcfg::tool::upgrade {
 namespace {
@@ -18,7 +19,6 @@ using tinyxml2::XMLElement;
 
 constexpr char kNetwork[] = "NetWork";
 constexpr char kCards[] = "network.cards";
-constexpr const char* kFormAttributes[] = {"Def", "Min", "Max", "Step", "OptTxt"};
 
 // An attribute that is a value. The element is null where a document has no such value.
 struct Leaf {
@@ -59,23 +59,11 @@ class Leaves {
   std::map<std::string, Leaf> byPlace_;
 };
 
-template <typename Found>
-void forEachValue(const XMLElement& element, const Found& found) {
-  for (const XMLAttribute* each = element.FirstAttribute(); each != nullptr; each = each->Next())
-    if (!isAmong(kFormAttributes, std::string_view(each->Name()))) found(*each);
-}
-
-std::string pathOf(const std::string& parent, const std::string& name) {
-  return parent.empty() ? name : parent + "/" + name;
-}
-
 // @param path  of the element in its section: "AudCodec/Profile"; empty: the section itself
 void collect(const XMLElement& element, const std::string& section, const std::string& path,
              Leaves& leaves) {
   forEachValue(element, [&](const XMLAttribute& each) {
-    const bool isValue = each.Name() == std::string_view("Cur");
-    const std::string name = isValue ? path : pathOf(path, each.Name());
-    leaves.add(memberPlace(section, name), element, each);
+    leaves.add(memberPlace(section, pathOf(path, each)), element, each);
   });
   for (const XMLElement* child : childrenOf(element))
     collect(*child, section, pathOf(path, child->Name()), leaves);
@@ -99,23 +87,23 @@ const XMLElement* cardIn(const XMLDocument* document, const std::string& name) {
   return network == nullptr ? nullptr : network->FirstChildElement(name.c_str());
 }
 
-Leaves leavesOfCard(const XMLElement& card) {
+// The fields of a card, by their names; none if there is no card.
+Leaves fieldsOf(const XMLElement* card) {
   Leaves leaves;
-  forEachValue(card, [&](const XMLAttribute& each) { leaves.add(each.Name(), card, each); });
-  for (const XMLElement* field : childrenOf(card)) {
+  if (card == nullptr) return leaves;
+  forEachValue(*card, [&](const XMLAttribute& each) { leaves.add(each.Name(), *card, each); });
+  for (const XMLElement* field : childrenOf(*card)) {
     const settings::Setting* setting = settings::cardSettingOf(field->Name());
     const std::string name = setting == nullptr ? field->Name() : setting->member;
-    forEachValue(*field, [&](const XMLAttribute& each) {
-      const bool isValue = each.Name() == std::string_view("Cur");
-      leaves.add(isValue ? name : pathOf(name, each.Name()), *field, each);
-    });
+    forEachValue(*field,
+                 [&](const XMLAttribute& each) { leaves.add(pathOf(name, each), *field, each); });
   }
   return leaves;
 }
 
 Json valuesOf(const XMLElement* card) {
   if (card == nullptr) return nullptr;
-  const Leaves leaves = leavesOfCard(*card);
+  const Leaves leaves = fieldsOf(card);
   Json values = Json::object();
   for (const std::string& name : leaves.places()) values[name] = leaves.at(name).value();
   return values;
@@ -137,51 +125,52 @@ void put(const std::string& place, const Leaf& leaf, const Leaf& user, const Jso
     merge.limit(place, factory, user.value(), leaf.value(), permitted.reason);
 }
 
-void mergeValues(const XMLDocument* base, const XMLDocument& factory, const XMLDocument& user,
-                 Merge& merge) {
-  const Leaves old = base == nullptr ? Leaves() : leavesOf(*base);
-  const Leaves offered = leavesOf(factory);
-  const Leaves present = leavesOf(user);
-  for (const std::string& place : offered.places()) {
-    const Leaf leaf = offered.at(place);
-    const Leaf mine = present.at(place);
-    // What is there is up to the new set: a parameter is no user's to delete.
+// What is there is up to the new set: neither a parameter nor a field is the user's to add or delete.
+// @param placeOf  names the place of a value in the report
+template <typename PlaceOf>
+void mergeLeaves(const Leaves& old, const Leaves& offered, const Leaves& present,
+                 const PlaceOf& placeOf, Merge& merge) {
+  for (const std::string& name : offered.places()) {
+    const std::string place = placeOf(name);
+    const Leaf leaf = offered.at(name);
+    const Leaf mine = present.at(name);
     const Json value = mine.value().is_null()
                            ? merge.value(place, {}, leaf.value(), {})
-                           : merge.value(place, old.at(place).value(), leaf.value(), mine.value());
+                           : merge.value(place, old.at(name).value(), leaf.value(), mine.value());
     put(place, leaf, mine, value, merge);
   }
-  for (const std::string& place : present.places())
-    if (offered.at(place).element == nullptr)
+  for (const std::string& name : present.places())
+    if (offered.at(name).element == nullptr)
       merge.add({kDropped,
-                 place,
-                 old.at(place).value(),
+                 placeOf(name),
+                 old.at(name).value(),
                  {},
-                 present.at(place).value(),
+                 present.at(name).value(),
                  {},
                  "the new factory set does not have it"});
+}
+
+void mergeValues(const XMLDocument* base, const XMLDocument& factory, const XMLDocument& user,
+                 Merge& merge) {
+  mergeLeaves(
+      base == nullptr ? Leaves() : leavesOf(*base), leavesOf(factory), leavesOf(user),
+      [](const std::string& place) { return place; }, merge);
 }
 
 void mergeCard(const std::string& name, const XMLDocument* base, XMLElement& network,
                const XMLDocument& user, Merge& merge) {
   const std::string place = memberPlace(kCards, name);
   XMLElement* card = network.FirstChildElement(name.c_str());
+  const XMLElement* old = cardIn(base, name);
   const XMLElement* mine = cardIn(&user, name);
-  const Json present = valuesOf(mine);
-  const Json values = merge.value(place, valuesOf(cardIn(base, name)), valuesOf(card), present);
-  if (values.is_null()) {
-    if (card != nullptr) network.DeleteChild(card);
-    return;
-  }
-  if (card == nullptr) {
+  if (card != nullptr && mine != nullptr)
+    return mergeLeaves(
+        fieldsOf(old), fieldsOf(card), fieldsOf(mine),
+        [&](const std::string& field) { return memberPlace(place, field); }, merge);
+  const Json values = merge.value(place, valuesOf(old), valuesOf(card), valuesOf(mine));
+  if (values.is_null() && card != nullptr) network.DeleteChild(card);
+  if (!values.is_null() && mine != nullptr)
     network.InsertEndChild(mine->DeepClone(network.GetDocument()));
-    return;
-  }
-  const Leaves fields = leavesOfCard(*card);
-  const Leaves own = mine == nullptr ? Leaves() : leavesOfCard(*mine);
-  for (const auto& [field, value] : values.items())
-    if (fields.at(field).element != nullptr)
-      put(memberPlace(place, field), fields.at(field), own.at(field), value, merge);
 }
 
 // A card that the new set lacks may be the device's own.

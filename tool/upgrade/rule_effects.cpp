@@ -6,6 +6,7 @@
 #include "base/plain_text.h"
 #include "settings/media.h"
 #include "upgrade/rules.h"
+#include "upgrade/values.h"
 
 namespace camcfg::tool::upgrade {
 namespace {
@@ -78,7 +79,7 @@ class Application {
     const Json value = textOrNull(element.Attribute("Cur"));
     if (rule_.action == Rule::Map) return mapIn(element, "Cur");
     if (rule_.action == Rule::Drop) {
-      report(kDropped, value, {});
+      reportDropped(element, rule_.from);
       element.Parent()->DeleteChild(&element);
       return;
     }
@@ -115,11 +116,29 @@ class Application {
     }
   }
 
+  // Each value that goes; of an element without any, the element itself.
+  void reportDropped(const XMLElement& element, const std::string& path) {
+    bool hasValues = false;
+    forEachValue(element, [&](const tinyxml2::XMLAttribute& each) {
+      hasValues = true;
+      report(kDropped, each.Value(), {}, pathOf(path, each));
+    });
+    for (const XMLElement* child : childrenOf(element)) {
+      hasValues = true;
+      reportDropped(*child, pathOf(path, child->Name()));
+    }
+    if (!hasValues) report(kDropped, {}, {}, path);
+  }
+
   void report(const char* what, const Json& before, const Json& after) {
+    report(what, before, after, rule_.from);
+  }
+
+  void report(const char* what, const Json& before, const Json& after, const std::string& place) {
     if (entries_ == nullptr) return;
     const bool isShown = rule_.subject != Rule::Member || !isSecret(lastOf(rule_.from));
     entries_->push_back({what,
-                         rule_.from,
+                         place,
                          {},
                          {},
                          isShown ? before : Json(),

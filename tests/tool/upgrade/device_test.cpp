@@ -164,6 +164,19 @@ TEST_F(UpgradeTest, CardsOfTheUserStayAndDeletedOnesStayDeleted) {
   EXPECT_THAT(device.read(kBusiness), AllOf(HasSubstr("<Own>"), Not(HasSubstr("<Eth0>"))));
 }
 
+TEST_F(UpgradeTest, FieldsOfCardsAreThoseOfTheNewSet) {
+  start();
+  writeBoth(with(kParameters, "<IpAddr Cur=\"192.0.2.7\" Def=\"192.0.2.1\"/>",
+                 "<IpAddr Cur=\"192.0.2.8\"/><Vlan Cur=\"7\"/>"));
+  install("<IpAddr Cur=\"192.0.2.7\" Def=\"192.0.2.1\"/>", "<MTU Cur=\"1500\" Def=\"1500\"/>");
+  const tool::Json answer = upgraded();
+  EXPECT_EQ(placesIn(answer, "dropped"), "network.cards.Eth0.ipAddr\nnetwork.cards.Eth0.Vlan\n");
+  EXPECT_EQ(placesIn(answer, "added"), "network.cards.Eth0.mtu\n");
+  EXPECT_EQ(answer.at("conflicts").size(), 0U);
+  EXPECT_THAT(device.read(kBusiness),
+              AllOf(HasSubstr("<MTU"), Not(HasSubstr("IpAddr")), Not(HasSubstr("Vlan"))));
+}
+
 TEST_F(UpgradeTest, PresetsAreMergedByTheirIds) {
   start();
   EXPECT_EQ(run({"preset", "set", "1", "--tilt", "5"}).status, 0);

@@ -82,6 +82,18 @@ TEST_F(UpgradeRulesTest, NameThatIsTakenStays) {
   EXPECT_EQ(applied({{2, Rule::Rename, Rule::Parameter, "System/A", "System/B", {}}}, text), text);
 }
 
+TEST_F(UpgradeRulesTest, WhateverIsDroppedIsListed) {
+  Entries entries;
+  applied(
+      {{2, Rule::Drop, Rule::Section, "Image", "", {}}},
+      "<Image><Mode Cur=\"Auto\" Def=\"Auto\"/><View Width=\"1\"><In Cur=\"2\"/></View></Image>",
+      &entries);
+  std::vector<std::string> listed;
+  for (const Entry& entry : entries) listed.push_back(entry.place + " " + entry.before.dump());
+  EXPECT_THAT(listed,
+              ElementsAre("Image/Mode \"Auto\"", "Image/View/Width \"1\"", "Image/View/In \"2\""));
+}
+
 TEST_F(UpgradeRulesTest, SecretsAreNotReported) {
   Entries entries;
   applied({{2, Rule::Drop, Rule::Member, "RTMP/Target/password", "", {}}},
