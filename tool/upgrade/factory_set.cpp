@@ -28,6 +28,7 @@ constexpr char kNew[] = ".new";
 constexpr char kFiles[] = "files";
 constexpr char kMerged[] = "merged";
 constexpr char kBase[] = "base";
+constexpr char kApplied[] = "applied";
 constexpr const char* kHashes[] = {kFiles, kBase, kMerged};
 constexpr int kFormat = 1;
 
@@ -81,10 +82,13 @@ bool has(const StateFolder& folder, const std::string& name, const Json& hash) {
 
 // History makes room.
 bool write(const StateFolder& folder, const std::string& name, const std::string& bytes) {
-  bool isWritten = folder.write(name, bytes);
-  while (!isWritten && errno == ENOSPC && device::forgetOldest())
-    isWritten = folder.write(name, bytes);
-  return isWritten;
+  while (!folder.write(name, bytes)) {
+    const int error = errno;
+    const bool hasRoom = error == ENOSPC && device::forgetOldest();
+    errno = error;
+    if (!hasRoom) return false;
+  }
+  return true;
 }
 
 void dropStaged(const StateFolder& folder) {
@@ -168,6 +172,15 @@ std::optional<FactorySet> keptSet() {
     if (std::optional<std::string> bytes = read(device::nameOf(path)))
       set.files.push_back({path, std::move(*bytes)});
   set.rules = read(kRulesName).value_or("");
+  if (mark.contains(kApplied) && mark.at(kApplied).is_number_integer())
+    set.applied = std::max(0, mark.at(kApplied).get<int>());
+  return set;
+}
+
+FactorySet completed(FactorySet set, const std::optional<FactorySet>& kept) {
+  if (!kept) return set;
+  for (const Contents& file : kept->files)
+    if (!set.of(file.path)) set.files.push_back(file);
   return set;
 }
 
@@ -178,7 +191,8 @@ void stage(const FactorySet& set, const FactorySet* base, const std::vector<Cont
   const Json mark = {{"format", kFormat},
                      {kFiles, hashesOf(files)},
                      {kBase, base == nullptr ? Json::object() : hashesOf(named(*base))},
-                     {kMerged, hashesOf(merged)}};
+                     {kMerged, hashesOf(merged)},
+                     {kApplied, set.applied}};
   bool isWritten = std::all_of(files.begin(), files.end(), [&](const Contents& file) {
     return write(folder, newOf(file.path), file.bytes);
   });

@@ -18,6 +18,7 @@ inline constexpr char kRulesName[] = "upgrade.json";
 struct FactorySet {
   std::vector<device::Contents> files;  ///< by the main copies that they are for
   std::string rules;                    ///< text of its rules; empty if it has none
+  int applied = 0;  ///< of a kept set: up to which version rules were applied that are not its own
 
   /// What it has for a main copy; none if it has nothing.
   std::optional<std::string> of(const std::string& path) const;
@@ -36,6 +37,7 @@ FactorySet setOf(const std::string& directory, const std::vector<HostFile>& file
 // the next set is there under "NAME.new"; "mark" is replaced last.
 
 /// The set that is kept; none if there is none. A file that is damaged is not in it.
+/// What the set in place lacked when it was merged is still there of the set before.
 /// @throws Refusal  the tool's own directory cannot be used
 std::optional<FactorySet> keptSet();
 
@@ -48,6 +50,9 @@ void stage(const FactorySet& set, const FactorySet* base,
 
 /// Whether a main copy is what the last upgrade made of it, from this old set to the one that is kept.
 bool isMergedFrom(const FactorySet& base, const device::Contents& main);
+
+/// A set with what only the kept one has: a firmware whose file is damaged does not lose the base.
+FactorySet completed(FactorySet set, const std::optional<FactorySet>& kept);
 
 /// Keeps the set that was staged, in place of the previous one.
 /// @throws Refusal  it cannot be written; the next upgrade is asked to do it

@@ -86,6 +86,7 @@ class SectionsOfFile {
       const CopiedSection& user = ofUser_.at(section.name);
       const CopiedSection& factory = ofFactory_.at(section.name);
       if (section.table != nullptr && media::sectionIn(*user_, *section.table) == nullptr) {
+        if (media::sectionIn(*factory_, *section.table) == nullptr) continue;
         merge_.add({kAdded,
                     section.name,
                     {},
@@ -96,7 +97,8 @@ class SectionsOfFile {
         continue;
       }
       std::string fault = whyNotMerged(user);
-      if (fault.empty()) fault = factory.fault;
+      if (fault.empty() && !factory.fault.empty())
+        fault = "it stays, since the new factory set has none that can be read";
       if (!fault.empty()) {
         merge_.add({kUnmerged, section.name, {}, {}, {}, {}, fault});
         if (section.table == nullptr) return userText_;

@@ -20,8 +20,10 @@ using device::Contents;
 // All that an upgrade is going to do.
 struct Plan {
   FactorySet installed;
+  FactorySet next;  ///< the set that is going to be kept
   std::optional<FactorySet> base;
-  std::vector<MergedFile> files;
+  std::vector<MergedFile> files{};
+  std::vector<std::string> notes{};
 
   bool changesAnything() const {
     return std::any_of(files.begin(), files.end(),
@@ -36,20 +38,42 @@ struct Plan {
   }
 };
 
+// The rules of the old set. Those of a kept set that are faulty are passed by, with a note: nobody
+// can correct them, and they are only needed on the way back.
+Rules oldRulesOf(Plan& plan, bool isKept) {
+  constexpr char kName[] = "the rules of the old set";
+  if (!isKept) return requireRules(plan.base->rules, kName);
+  Rules old;
+  try {
+    old = requireRules(plan.base->rules, kName);
+  } catch (const Refusal& refusal) {
+    plan.notes.push_back(std::string("note: not used: ") + refusal.what());
+    settings::Faults ignored;
+    old.version = std::max(0, readRules(plan.base->rules, ignored).version);
+  }
+  old.version = std::max(old.version, plan.base->applied);
+  return old;
+}
+
 // The rules that lead from the old set to the new one. Those that lead back are the old set's.
-std::vector<Rule> rulesFor(const Plan& plan, const std::optional<std::string>& given) {
-  const Rules now = requireRules(given.value_or(plan.installed.rules), kRulesFile);
+std::vector<Rule> rulesFor(Plan& plan, const UpgradeOptions& options) {
+  const Rules now = requireRules(options.rules.value_or(plan.installed.rules),
+                                 options.rules ? "--rules" : kRulesFile);
+  if (options.rules) plan.next.applied = std::max(plan.next.applied, now.version);
   if (!plan.base) return rulesBetween(0, now.version, now.all);
-  const Rules old = requireRules(plan.base->rules, "the rules of the old set");
+  const Rules old = oldRulesOf(plan, !options.from);
   return rulesBetween(old.version, now.version, old.version > now.version ? old.all : now.all);
 }
 
 Plan planOf(const UpgradeOptions& options, bool withRules) {
-  Plan plan{installedSet(), options.from ? options.from : keptSet(), {}};
+  const std::optional<FactorySet> kept = keptSet();
+  Plan plan{installedSet(), {}, options.from ? options.from : kept};
+  plan.next = completed(plan.installed, kept);
+  const bool isKept = kept == plan.next;
+  if (isKept) plan.next.applied = kept->applied;
   if (plan.installed.files.empty())
     throw Refusal(Status::Unusable, "there is no factory set in /app/resource/defcfg");
-  const std::vector<Rule> rules = withRules ? rulesFor(plan, options.rules) : std::vector<Rule>();
-  const bool isKept = keptSet() == plan.installed;
+  const std::vector<Rule> rules = withRules ? rulesFor(plan, options) : std::vector<Rule>();
   for (const Contents& file : plan.installed.files) {
     device::requireDocument(file.path);
     const std::string now = device::bytesOf(file.path);
@@ -105,8 +129,9 @@ void carryOut(const Plan& plan) {
     merged.push_back({file.path, file.after});
     if (file.before != file.after) changes.push_back(changeOf(file));
   }
-  if (changes.empty() && keptSet() == plan.installed) return;
-  stage(plan.installed, plan.base ? &*plan.base : nullptr, merged);
+  const std::optional<FactorySet> kept = keptSet();
+  if (changes.empty() && kept == plan.next && kept->applied == plan.next.applied) return;
+  stage(plan.next, plan.base ? &*plan.base : nullptr, merged);
   try {
     device::makeChanges(changes);
   } catch (const Refusal&) {
@@ -133,9 +158,14 @@ Outcome outcomeOf(const Plan& plan, const UpgradeOptions& options) {
     for (const std::string& finding : file.findings) outcome.value["findings"].push_back(finding);
   }
   for (const Entry& entry : plan.conflicts()) outcome.value["conflicts"].push_back(entry.place);
+  outcome.notes = plan.notes;
   if (!plan.base)
     outcome.notes.emplace_back(
         "note: there is no old factory set to compare with: every value that is permitted stays");
+  for (const Contents& file : plan.installed.files)
+    if (plan.base && !plan.base->of(file.path))
+      outcome.notes.push_back("note: the old factory set has no " + device::nameOf(file.path) +
+                              " to compare with: every value in it that is permitted stays");
   return outcome;
 }
 
@@ -163,8 +193,12 @@ Outcome upgradeAtStart(Outcome booted) try {
   const device::Turn turn(device::Turn::allFiles());
   settle();
   const FactorySet installed = installedSet();
-  if (installed.files.empty() || keptSet() == installed) return booted;
+  const std::optional<FactorySet> kept = keptSet();
+  if (installed.files.empty() || kept == completed(installed, kept)) return booted;
   const Outcome outcome = upgrade({});
+  // A device that only keeps its first set has nothing to compare with, and nothing to say about it.
+  if (kept || !outcome.value.at("files").empty())
+    booted.notes.insert(booted.notes.end(), outcome.notes.begin(), outcome.notes.end());
   if (outcome.value.at("files").empty()) return booted;
   const std::size_t conflicts = outcome.value.at("conflicts").size();
   booted.value["done"].push_back(

@@ -248,6 +248,28 @@ TEST_F(UpgradeTest, WithoutAnOldSetWhatIsPermittedStays) {
   EXPECT_EQ(get("System", "Own"), "1\n");
 }
 
+TEST_F(UpgradeTest, FileThatTheOldSetLacksIsReported) {
+  set("System", "Rtsp", "8554");
+  install("<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
+  device.remove("/old/business_param.xml");
+  const ToolRun result = run({"upgrade", "--from", device.hostPath() + "/old"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.err, HasSubstr("the old factory set has no business_param.xml"));
+  EXPECT_EQ(get("System", "WebHttp"), "80\n");
+}
+
+TEST_F(UpgradeTest, DamagedFactoryFileDoesNotLoseTheOldOne) {
+  start();
+  set("System", "Rtsp", "8554");
+  device.write(kBusinessDefault, "<");
+  EXPECT_EQ(run({"boot"}).status, 4);
+  device.write(kBusinessDefault, kParameters);
+  install("<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("merged with the new factory set"));
+  EXPECT_EQ(get("System", "WebHttp"), "81\n");
+  EXPECT_EQ(get("System", "Rtsp"), "8554\n");
+}
+
 TEST_F(UpgradeTest, RehearsalWritesNothing) {
   set("System", "Rtsp", "8554");
   install("<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
@@ -336,6 +358,34 @@ TEST_F(UpgradeTest, BootGoesOnWhenRulesAreFaulty) {
   EXPECT_EQ(result.status, 4);
   EXPECT_THAT(result.err, HasSubstr("the factory set was not merged: /app/resource/upgrade.json"));
   EXPECT_EQ(get("System", "WebHttp"), "80\n");
+}
+
+TEST_F(UpgradeTest, FaultyRulesOfTheOldSetDoNotStopTheNextUpgrade) {
+  device.write(kRules, "{");
+  start();
+  device.remove(kRules);
+  install("<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
+  const ToolRun result = run({"boot"});
+  EXPECT_THAT(result.err, HasSubstr("not used: the rules of the old set"));
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(get("System", "WebHttp"), "81\n");
+}
+
+TEST_F(UpgradeTest, RulesOfTheCommandLineAreAppliedOnce) {
+  start();
+  set("Image", "Mode", "Manual");
+  device.write("/rules.json", R"({"version": 2, "rules": [{"version": 2, "map": {"parameter":
+      "Image/Mode", "values": {"Manual": "Half-Auto", "Half-Auto": "Manual"}}}]})");
+  const Words words = {"upgrade", "--rules", device.hostPath() + "/rules.json"};
+  EXPECT_EQ(run(words).status, 0);
+  EXPECT_EQ(get("Image", "Mode"), "Half-Auto\n");
+  set("System", "Rtsp", "8554");
+  EXPECT_EQ(run(words).status, 0);
+  EXPECT_EQ(get("Image", "Mode"), "Half-Auto\n");
+  start();
+  EXPECT_EQ(get("Image", "Mode"), "Half-Auto\n");
+  device.write("/rules.json", "{");
+  EXPECT_THAT(run(words).err, HasSubstr("camcfg: upgrade: --rules: byte"));
 }
 
 TEST_F(UpgradeTest, RulesAreChecked) {
