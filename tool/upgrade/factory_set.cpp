@@ -11,6 +11,7 @@
 #include "base/plain_text.h"
 #include "device/files.h"
 #include "device/history.h"
+#include "device/scratch.h"
 #include "device/state_contents.h"
 #include "device/state_folder.h"
 
@@ -118,7 +119,27 @@ bool isMade(const StateFolder& folder, const Json& mark) {
   });
 }
 
+// Whether the library loads a file.
+// @param bytes  what it has, to be tried on a device of its own; null: on this one
+bool isLoaded(const std::string& path, const std::string* bytes) {
+  const auto load = [&] { return Json(device::loadCopy(path).state == device::State::Good); };
+  return (bytes == nullptr ? load() : device::onScratchDevice({{path, *bytes}}, load)).get<bool>();
+}
+
 }  // namespace
+
+std::string readMain(const std::string& path, bool onCopies) {
+  const std::optional<std::string> bytes = onCopies ? readFile(path) : std::nullopt;
+  const auto load = [&] {
+    device::requireDocument(path);
+    return Json();
+  };
+  if (bytes)
+    device::onScratchDevice({{path, *bytes}}, load);
+  else
+    load();
+  return bytes ? *bytes : device::bytesOf(path);
+}
 
 std::optional<std::string> FactorySet::of(const std::string& path) const {
   for (const Contents& file : files)
@@ -130,12 +151,13 @@ bool FactorySet::operator==(const FactorySet& other) const {
   return hashesOf(named(*this)) == hashesOf(named(other));
 }
 
-FactorySet installedSet() {
+FactorySet installedSet(bool onCopies) {
   FactorySet set;
   for (const char* path : kPaths) {
     const std::string copy = device::pathOf(device::Place::Default, path);
-    if (device::loadCopy(copy).state == device::State::Good)
-      set.files.push_back({path, device::bytesOf(copy)});
+    std::optional<std::string> bytes = readFile(copy);
+    if (bytes && isLoaded(onCopies ? path : copy, onCopies ? &*bytes : nullptr))
+      set.files.push_back({path, std::move(*bytes)});
   }
   set.rules = readFile(kRulesFile).value_or("");
   return set;

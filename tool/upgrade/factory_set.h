@@ -26,7 +26,14 @@ struct FactorySet {
 };
 
 /// The factory set in place, as far as it can be read.
-FactorySet installedSet();
+/// @param onCopies  see readMain
+FactorySet installedSet(bool onCopies = false);
+
+/// The bytes of a main copy that the library loads.
+/// @param onCopies  let it try on a copy: where it loads the file itself, it leaves a lock, and it
+///                  restores what a save that was cut off has left
+/// @throws Refusal  it cannot be loaded
+std::string readMain(const std::string& path, bool onCopies);
 
 /// A set of files that the command line named, and of its rules.
 /// @throws Refusal  none of them is a file of settings

@@ -67,7 +67,7 @@ std::vector<Rule> rulesFor(Plan& plan, const UpgradeOptions& options) {
 
 Plan planOf(const UpgradeOptions& options, bool withRules) {
   const std::optional<FactorySet> kept = keptSet();
-  Plan plan{installedSet(), {}, options.from ? options.from : kept};
+  Plan plan{installedSet(options.rehearse), {}, options.from ? options.from : kept};
   plan.next = completed(plan.installed, kept);
   const bool isKept = kept == plan.next;
   if (isKept) plan.next.applied = kept->applied;
@@ -75,8 +75,7 @@ Plan planOf(const UpgradeOptions& options, bool withRules) {
     throw Refusal(Status::Unusable, "there is no factory set in /app/resource/defcfg");
   const std::vector<Rule> rules = withRules ? rulesFor(plan, options) : std::vector<Rule>();
   for (const Contents& file : plan.installed.files) {
-    device::requireDocument(file.path);
-    const std::string now = device::bytesOf(file.path);
+    const std::string now = readMain(file.path, options.rehearse);
     if (isKept && plan.base && isMergedFrom(*plan.base, {file.path, now})) {
       plan.files.push_back({file.path, now, now, {}, {}});
       continue;

@@ -1,5 +1,7 @@
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "base/host.h"
 #include "tool/json_in.h"
 #include "tool/media_tool_test.h"
@@ -279,6 +281,18 @@ TEST_F(UpgradeTest, RehearsalWritesNothing) {
   EXPECT_EQ(answer.at("files").dump(), "[\"/cfg0/business_param.xml\"]");
   EXPECT_EQ(device.read(kBusiness), before);
   EXPECT_FALSE(device.exists("/cfg1/.camcfg/factory"));
+}
+
+TEST_F(UpgradeTest, RehearsalLeavesNotEvenLocks) {
+  install("<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
+  device.makeDirectory("/run/camcfg");
+  EXPECT_EQ(upgraded({"--dry-run", "--from", device.hostPath() + "/old"}).at("files").size(), 1U);
+  EXPECT_TRUE(std::filesystem::is_empty(device.hostPath() + "/run/camcfg"));
+  device.write(kBusiness, "<");
+  const ToolRun damaged = run({"upgrade", "--dry-run"});
+  EXPECT_EQ(damaged.status, 3);
+  EXPECT_THAT(damaged.err, HasSubstr("/cfg0/business_param.xml "));
+  EXPECT_TRUE(std::filesystem::is_empty(device.hostPath() + "/run/camcfg"));
 }
 
 TEST_F(UpgradeTest, OldSetMustBeOne) {
