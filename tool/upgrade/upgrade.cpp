@@ -168,6 +168,26 @@ Outcome outcomeOf(const Plan& plan, const UpgradeOptions& options) {
   return outcome;
 }
 
+// "; conflicts: 1, dropped: 2": how much there is that somebody should look at.
+std::string countsOf(const Json& answer) {
+  constexpr std::pair<const char*, const char*> kCounted[] = {{kConflict, "conflicts"},
+                                                              {kLimit, "limited"},
+                                                              {kDropped, "dropped"},
+                                                              {kHeld, "held"},
+                                                              {kUnmerged, "not merged"}};
+  std::vector<std::string> counts;
+  const auto add = [&](const char* word, std::size_t count) {
+    if (count != 0) counts.push_back(std::string(word) + ": " + std::to_string(count));
+  };
+  const Json& changes = answer.at("changes");
+  for (const auto& [what, word] : kCounted)
+    add(word, static_cast<std::size_t>(std::count_if(
+                  changes.begin(), changes.end(),
+                  [&, &is = what](const Json& entry) { return entry.at("what") == is; })));
+  add("found now", answer.at("findings").size());
+  return counts.empty() ? "" : "; " + joined(counts);
+}
+
 }  // namespace
 
 Outcome upgrade(const UpgradeOptions& options) {
@@ -199,10 +219,8 @@ Outcome upgradeAtStart(Outcome booted) try {
   if (kept || !outcome.value.at("files").empty())
     booted.notes.insert(booted.notes.end(), outcome.notes.begin(), outcome.notes.end());
   if (outcome.value.at("files").empty()) return booted;
-  const std::size_t conflicts = outcome.value.at("conflicts").size();
-  booted.value["done"].push_back(
-      "the settings were merged with the new factory set" +
-      (conflicts == 0 ? std::string() : "; conflicts: " + std::to_string(conflicts)));
+  booted.value["done"].push_back("the settings were merged with the new factory set" +
+                                 countsOf(outcome.value));
   return booted;
 } catch (const Refusal& refusal) {
   booted.notes.push_back(std::string("note: the factory set was not merged: ") + refusal.what());

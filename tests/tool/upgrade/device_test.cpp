@@ -337,11 +337,12 @@ TEST_F(UpgradeTest, GoingBackIsTheSameMergeTheOtherWay) {
   install("<Rtsp Cur=\"554\"", "<Own Cur=\"1\" Min=\"0\" Max=\"1\"/><RtspPort Cur=\"555\"");
   device.write(kRules, R"({"version": 2, "rules": [{"version": 2, "rename":
       {"parameter": "System/Rtsp", "to": "System/RtspPort"}}]})");
-  EXPECT_THAT(run({"boot"}).out, HasSubstr("merged with the new factory set; conflicts: 1"));
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("merged with the new factory set; conflicts: 1\n"));
   EXPECT_EQ(get("System", "RtspPort"), "8554\n");
   device.write(kBusinessDefault, kParameters);
   device.remove(kRules);
-  EXPECT_EQ(run({"boot"}).out, "the settings were merged with the new factory set; conflicts: 1\n");
+  EXPECT_EQ(run({"boot"}).out,
+            "the settings were merged with the new factory set; conflicts: 1, dropped: 1\n");
   EXPECT_EQ(device.read(kBusiness), before);
 }
 
