@@ -6,6 +6,7 @@
 #include <map>
 
 #include "base/elements.h"
+#include "base/outcome.h"
 #include "base/plain_text.h"
 #include "lint/lint.h"
 #include "upgrade/parameters.h"
@@ -81,6 +82,8 @@ bool applyAll(const std::vector<Rule>& rules, const std::string& path, std::stri
   for (const Rule& rule : rules) apply(rule, *document, path == CFG_FILE_BUSINESS, &entries);
   if (written(*document) == before) return false;
   text = written(*document);
+  if (parsed(text)->Error())
+    throw Refusal(path + ": the rules make a file of it that cannot be read");
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include "upgrade/rules.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "base/json.h"
 #include "base/outcome.h"
@@ -46,14 +47,33 @@ bool hasMember(const Node& node, const char* name) {
   return node.value().contains(name);
 }
 
+// A name as files have them: whatever else it held would end it, or the file.
+bool isName(const std::string& name) {
+  const auto isInName = [](unsigned char c) {
+    return std::isalnum(c) != 0 || c >= 0x80 || c == '_' || c == ':' || c == '-' || c == '.';
+  };
+  const auto isFirst = [&](unsigned char c) {
+    return isInName(c) && std::isdigit(c) == 0 && c != '-' && c != '.';
+  };
+  return !name.empty() && isFirst(static_cast<unsigned char>(name.front())) &&
+         std::all_of(name.begin(), name.end(), isInName);
+}
+
+bool areNames(const std::string& path) {
+  std::size_t begin = 0;
+  for (std::size_t end = path.find('/'); end != std::string::npos; end = path.find('/', begin)) {
+    if (!isName(path.substr(begin, end - begin))) return false;
+    begin = end + 1;
+  }
+  return isName(path.substr(begin));
+}
+
 // Names with slashes between them, as many as the subject has at least.
 std::string readPath(const Node& node, int subject) {
   std::string path = node.text();
   const auto slashes = std::count(path.begin(), path.end(), '/');
-  const bool hasEmpty = path.empty() || path.front() == '/' || path.back() == '/' ||
-                        path.find("//") != std::string::npos;
   const bool fits = subject == Rule::Section ? slashes == 0 : slashes > 0;
-  if (node.value().is_string() && (hasEmpty || !fits))
+  if (node.value().is_string() && !(areNames(path) && fits))
     node.refuse(subject == Rule::Section ? "it must be one name"
                                          : "it must be names with slashes between them");
   return path;
@@ -85,6 +105,8 @@ void readBody(const Node& body, Rule& rule) {
   if (rule.action == Rule::Rename && hasMember(body, kTo)) {
     rule.to = readTarget(body.member(kTo), rule.subject);
     if (rule.to == rule.from) body.member(kTo).refuse("it is the name that it has");
+    if (beginsWith(rule.to, rule.from + "/"))
+      body.member(kTo).refuse("it is inside of what gets the name");
   }
   if (rule.action == Rule::Map && hasMember(body, kValues)) readValues(body.member(kValues), rule);
 }

@@ -19,7 +19,7 @@ void forEachValue(const tinyxml2::XMLElement& element, const Found& found) {
     if (!isAmong(kFormAttributes, std::string_view(each->Name()))) found(*each);
 }
 
-/// The path of an element in another one; the name alone if there is no other one.
+/// The path of an element in another one; the name if there is no other one.
 inline std::string pathOf(const std::string& parent, const std::string& name) {
   return parent.empty() ? name : parent + "/" + name;
 }

@@ -386,6 +386,51 @@ TEST_F(UpgradeTest, FaultyRulesOfTheOldSetDoNotStopTheNextUpgrade) {
   EXPECT_EQ(get("System", "WebHttp"), "81\n");
 }
 
+TEST_F(UpgradeTest, StepByStepIsTheSameAsAtOnce) {
+  constexpr char kThree[] = R"({"version": 3, "rules": [
+      {"version": 2, "rename": {"parameter": "System/Rtsp", "to": "System/RtspPort"}},
+      {"version": 2, "map": {"parameter": "Image/Mode", "values": {"Manual": "Hand", "Half-Auto": "Half"}}},
+      {"version": 3, "rename": {"parameter": "System/RtspPort", "to": "Image/Port"}},
+      {"version": 3, "map": {"parameter": "Image/Mode", "values": {"Hand": "Half", "Half": "Hand"}}}]})";
+  const std::string first = with(kParameters, "Auto,Half-Auto,Manual", "Auto,Half,Hand");
+  const std::string port = "<Rtsp Cur=\"554\" Def=\"554\" Min=\"1\" Max=\"65535\" Step=\"1\"/>";
+  const std::string renamed = "<RtspPort" + port.substr(5);
+  const auto firmware = [&](const std::string& parameters) {
+    device.write(kBusinessDefault, parameters);
+    device.write(kRules, kThree);
+  };
+  const std::string second = with(first, port, renamed);
+  const std::string third =
+      with(with(first, port, ""), "</Image>", "    <Port" + port.substr(5) + "\n</Image>");
+  const auto prepare = [&] {
+    give("/app/resource/defcfg/", kParameters, kMedia, kOldPresets);
+    writeBoth(kParameters);
+    device.remove(kRules);
+    run({"boot"});
+    set("System", "Rtsp", "8554");
+    set("Image", "Mode", "Manual");
+  };
+
+  prepare();
+  firmware(second);
+  device.write(
+      kRules,
+      with(with(kThree, "\"version\": 3", "\"version\": 2"),
+           std::string(kThree).substr(std::string(kThree).find(",\n      {\"version\": 3")), "]}"));
+  EXPECT_EQ(run({"boot"}).status, 0);
+  EXPECT_EQ(get("System", "RtspPort") + get("Image", "Mode"), "8554\nHand\n");
+  firmware(third);
+  EXPECT_EQ(run({"boot"}).status, 0);
+  const std::string byStep = device.read(kBusiness);
+  EXPECT_THAT(byStep, AllOf(HasSubstr("<Port Cur=\"8554\""), HasSubstr("<Mode Cur=\"Half\"")));
+
+  device.write(kBusinessDefault, kParameters);
+  prepare();
+  firmware(third);
+  EXPECT_EQ(run({"boot"}).status, 0);
+  EXPECT_EQ(device.read(kBusiness), byStep);
+}
+
 TEST_F(UpgradeTest, RulesOfTheCommandLineAreAppliedOnce) {
   start();
   set("Image", "Mode", "Manual");

@@ -118,6 +118,10 @@ TEST_F(UpgradeRulesTest, FaultsAreNamedWithTheirPlaces) {
       faultsIn(
           R"({"version": 1, "rules": [{"version": 1, "rename": {"section": "A", "to": "A"}}]})"),
       ElementsAre("rules[0].rename.to: it is the name that it has"));
+  EXPECT_THAT(
+      faultsIn(
+          R"({"version": 1, "rules": [{"version": 1, "rename": {"parameter": "A/B", "to": "A/B/C"}}]})"),
+      ElementsAre("rules[0].rename.to: it is inside of what gets the name"));
   EXPECT_THAT(faultsIn(R"({"version": 2, "rules": [{"version": 2, "drop": {"section": "A"}},
                                                    {"version": 1, "drop": {"section": "B"}}]})"),
               ElementsAre("rules[1]: rules must be in the order of their versions"));
