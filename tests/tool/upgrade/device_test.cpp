@@ -229,6 +229,34 @@ TEST_F(UpgradeTest, MediaSectionsAreMergedAndSecretsMasked) {
       Not(HasSubstr("Zq7")));
 }
 
+TEST_F(UpgradeTest, ReferencesThatLeadNowhereAreReported) {
+  start();
+  const std::string own = with(kMedia, "<AllowedStreamSource Id=\"2\"/>",
+                               "<AllowedStreamSource Id=\"2\"/><AllowedStreamSource Id=\"1\"/>");
+  device.write(kMpp, own);
+  device.write(kMppBackup, own);
+  device.write(kMppDefault,
+               with(with(kMedia, "<AENC Id=\"1\" Name=\"mic\" AencId=\"3\" Enabled=\"0\"/>", ""),
+                    "<AllowedStreamSource Id=\"1\"/>", ""));
+  const tool::Json findings = upgraded({"--dry-run"}).at("findings");
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_THAT(findings[0].text(), HasSubstr("cache 0 allows source 1, which does not exist"));
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("; dropped: 1, found now: 1"));
+}
+
+TEST_F(UpgradeTest, SectionThatNeitherSideHasIsNotAdded) {
+  const std::string media(kMedia);
+  const std::size_t begin = media.find("    <NDI>");
+  const std::size_t end = media.find("</NDI>\n") + 7;
+  const std::string without = std::string(media).erase(begin, end - begin);
+  for (const char* path : {kMpp, kMppBackup, kMppDefault}) device.write(path, without);
+  start();
+  device.write(kMppDefault, with(without, "BufferSizeMB=\"8\"", "BufferSizeMB=\"16\""));
+  const tool::Json answer = upgraded({"--dry-run"});
+  EXPECT_EQ(placesIn(answer, "factory"), "stream.caches[0].size.value\n");
+  EXPECT_EQ(placesIn(answer, "added"), "");
+}
+
 TEST_F(UpgradeTest, SectionThatCannotBeReadStaysAsItIs) {
   start();
   const std::string faulty = with(kMedia, "Mode=\"Listener\"", "Mode=\"Rendezvous\"");
