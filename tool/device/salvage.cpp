@@ -111,34 +111,29 @@ std::string summaryOf(const SalvagedFile& file) {
   return text;
 }
 
-// Where nothing can be kept, no change can be noted either. What verification would do instead loses
-// the damaged copies as well, and the settings with them.
-void storeUnkept(const SalvageTask& task, const SalvagedFile& file) {
+// Without a journal and a history. What verification would do instead loses the damaged copies as well,
+// and the settings with them.
+void storeUnnoted(const SalvageTask& task, const SalvagedFile& file) {
   const std::string obstacle = whyNotWritable({replacing(task.path, file.bytes.size())});
   if (!obstacle.empty()) throw Refusal(obstacle);
   saveContents({{task.path, file.bytes}});
   if (bytesOf(task.path) != file.bytes) throw Refusal("the copy is incomplete");
 }
 
-// What could not be kept is noted.
 void salvageLost(const SalvageTask& task, Json& done, std::vector<std::string>& notes) {
   std::optional<SalvagedFile> file = task.salvaged();
   if (!file || file->from(kFromFactory) == file->settings.size()) return;
   const std::vector<Salvaged> found = {{task, std::move(*file)}};
   Json kept = Json::array();
-  std::string whyNotKept;
   try {
-    kept = keptCopies(found);
+    kept = applied(found);
   } catch (const Refusal& refusal) {
-    whyNotKept = refusal.what();
+    if (readFile(task.path) != task.copies[0]) throw;
+    storeUnnoted(task, found.front().file);
+    notes.push_back(task.path +
+                    " was salvaged, but its damaged copies may not be kept: " + refusal.what());
   }
-  if (whyNotKept.empty())
-    makeChange(changeTo(found.front()));
-  else
-    storeUnkept(task, found.front().file);
   done.push_back(task.path + " was salvaged; " + summaryOf(found.front().file));
-  if (!whyNotKept.empty())
-    notes.push_back(task.path + ": damaged copies were not kept: " + whyNotKept);
   for (const Json& copy : kept)
     done.push_back(copy.at("copy").text() + " was kept as " + copy.at("as").text());
 }

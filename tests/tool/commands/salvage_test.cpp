@@ -361,8 +361,9 @@ TEST_F(BothDamagedTest, WhereNothingCanBeKeptTheStartSalvagesAndSaysSo) {
   const ToolRun result = run({"boot"});
   EXPECT_THAT(result.out,
               HasSubstr("/cfg0/business_param.xml was salvaged; settings from main: 3"));
-  EXPECT_THAT(result.err, HasSubstr("/cfg0/business_param.xml: damaged copies were not kept: "
-                                    "/cfg1/.camcfg is not a directory; move it away"));
+  EXPECT_THAT(result.err,
+              HasSubstr("/cfg0/business_param.xml was salvaged, but its damaged "
+                        "copies may not be kept: /cfg1/.camcfg is not a directory; move it away"));
   EXPECT_EQ(device.read(kBusiness), expected);
   EXPECT_EQ(device.read(kBusinessBackup), expected);
 }
