@@ -34,10 +34,6 @@ bool isDamaged(const SalvageTask& task, const ConfigFile& file) {
          hasHole(task.copies[0]) || isRestInBackup(task, file);
 }
 
-bool canBeReplaced(const Copy& copy) {
-  return copy.state != State::NotAFile && copy.state != State::Unreadable;
-}
-
 // The file that a copy belongs to: by its name, else the one of which it has the most.
 std::string fileOf(const std::string& path, const std::string& bytes) {
   for (const char* file : kFiles)
@@ -108,7 +104,7 @@ std::vector<SalvageTask> damagedFiles() {
     for (const Place place : {Place::Main, Place::Backup})
       task.set(place, bytesOf(file.path(place), file.copy(place)), wordFor(file.copy(place).state));
     const bool isAnythingLeft = task.copies[0] || task.copies[1];
-    if (isAnythingLeft && canBeReplaced(file.main) && isDamaged(task, file))
+    if (isAnythingLeft && file.main.state != State::Unreadable && isDamaged(task, file))
       tasks.push_back(std::move(task));
   }
   return tasks;

@@ -63,7 +63,7 @@ TEST_F(SalvageFullDiskTest, WhatIsRefusedChangesNothing) {
   EXPECT_TRUE(wasRefused);
 }
 
-TEST_F(SalvageFullDiskTest, TheStartSalvagesHoweverLittleRoomThereIs) {
+TEST_F(SalvageFullDiskTest, TheStartSalvagesWithLittleRoom) {
   const std::string why = mountDisk();
   if (!why.empty()) GTEST_SKIP() << why;
   for (std::size_t left = 0; left < kPages; ++left) {

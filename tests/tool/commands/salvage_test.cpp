@@ -401,6 +401,15 @@ TEST_F(CutBetweenElementsTest, TheStartSalvagesBeforeItReplacesTheBackup) {
   EXPECT_EQ(device.read(kBusiness), upTo(main_, "<NetWork"));
 }
 
+TEST_F(CutBetweenElementsTest, ASectionThatNoCopyHasComesFromTheFactoryCopy) {
+  writeBoth(upTo(main_, "<NetWork"));
+  EXPECT_EQ(run({"status"}).status, 4);
+  EXPECT_EQ(run({"salvage"}).out, "there is nothing to salvage\n");
+  ASSERT_EQ(run({"salvage", "--apply", kBusiness}).status, 0);
+  EXPECT_EQ(device.read(kBusiness), main_);
+  EXPECT_EQ(run({"status"}).status, 0);
+}
+
 TEST_F(CutBetweenElementsTest, AMainCopyWithoutAnElementIsKept) {
   device.write(kBusiness, "<!-- parameters -->\n");
   device.write(kBusinessBackup, upTo(main_, "    <Rtsp "));
@@ -424,6 +433,18 @@ TEST_F(CutBetweenElementsTest, AMainCopyThatLacksNothingIsLeftAsItIs) {
       run({"boot"}).out,
       AllOf(HasSubstr("/cfg1/business_param.xml was brought in sync with /cfg0/business_param.xml"),
             Not(HasSubstr("salvaged"))));
+}
+
+TEST_F(SalvageTest, ADirectoryInPlaceOfTheMainCopyIsInTheWay) {
+  const std::string rest = upTo(kParameters, "</NetWork>");
+  device.write(kBusinessBackup, rest);
+  device.remove(kBusiness);
+  device.makeDirectory(kBusiness);
+  EXPECT_EQ(said(salvaged(), "System/Rtsp"), "backup 554");
+  EXPECT_THAT(run({"salvage", "--apply"}).err, HasSubstr("is not a regular file; move it away"));
+  EXPECT_EQ(device.read(kBusinessBackup), rest);
+  EXPECT_THAT(run({"boot"}).err, HasSubstr("/cfg0/business_param.xml was not salvaged: "));
+  EXPECT_EQ(device.read("/cfg1/.camcfg/damaged/cfg1-business_param.xml.1"), rest);
 }
 
 TEST_F(SalvageTest, TheListOfWhatIsNotTakenHasAnEnd) {
