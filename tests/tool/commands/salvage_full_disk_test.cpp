@@ -40,6 +40,13 @@ class SalvageFullDiskTest : public ParametersTest {
     }
   }
 
+  void expectUntouched(std::size_t left) const {
+    EXPECT_EQ(device.read(kBusiness), damaged_) << left;
+    EXPECT_EQ(device.read(kBusinessBackup), damaged_) << left;
+    EXPECT_THAT(run({"history"}).out, Not(HasSubstr("salvage"))) << left;
+    EXPECT_THAT(run({"status"}).err, Not(HasSubstr("interrupted"))) << left;
+  }
+
   const std::string whole_ = with(kParameters, "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
   const std::string damaged_ = whole_.substr(0, whole_.find("</NetWork>"));
 
@@ -55,10 +62,7 @@ TEST_F(SalvageFullDiskTest, WhatIsRefusedChangesNothing) {
     damageAndFill(left);
     if (run({"salvage", "--apply"}).status == 0) continue;
     wasRefused = true;
-    EXPECT_EQ(device.read(kBusiness), damaged_) << left;
-    EXPECT_EQ(device.read(kBusinessBackup), damaged_) << left;
-    EXPECT_THAT(run({"history"}).out, Not(HasSubstr("salvage"))) << left;
-    EXPECT_THAT(run({"status"}).err, Not(HasSubstr("interrupted"))) << left;
+    expectUntouched(left);
   }
   EXPECT_TRUE(wasRefused);
 }
