@@ -10,6 +10,8 @@ namespace {
 constexpr std::string_view kSpace = " \t\r\n";
 constexpr std::string_view kCommentStart = "<!--";
 constexpr std::string_view kCommentEnd = "-->";
+constexpr std::string_view kTextStart = "<![CDATA[";
+constexpr std::string_view kTextEnd = "]]>";
 constexpr std::size_t kNowhere = std::string_view::npos;
 
 bool isSpace(char c) {
@@ -134,8 +136,8 @@ class Scanner {
 
   void passText(std::string_view text) {
     if (text.find_first_not_of(kSpace) == kNowhere) return;
+    if (text.find(kCommentEnd) != kNowhere || text.find(kTextEnd) != kNowhere) dropSuspects();
     damage();
-    if (text.find(kCommentEnd) != kNowhere) dropSuspects();
   }
 
   // From here on, what elements are in is not known.
@@ -143,29 +145,47 @@ class Scanner {
     open_.clear();
     loose_.clear();
     isAtTop_ = false;
-    if (!suspects_) suspects_ = found_.size();
+    if (!areSuspect_) suspects_ = found_.size();
+    areSuspect_ = true;
   }
 
-  // All since the damage may have been in the comment that ends here.
+  // All since the damage, or the last comment, may have been in the comment that ends here.
   void dropSuspects() {
-    for (std::size_t i = suspects_.value_or(found_.size()); i < found_.size(); ++i)
-      found_[i] = FoundElement();
-    suspects_.reset();
+    for (std::size_t i = suspects_; i < found_.size(); ++i) found_[i] = FoundElement();
+    clearSuspects();
   }
 
-  // A comment, a declaration, or "<!...>". One in which bytes are damaged or another comment begins
-  // may have ended anywhere.
+  void clearSuspects() {
+    suspects_ = found_.size();
+    areSuspect_ = false;
+  }
+
+  // Where what begins with "<!" or "<?" has its end; null if nothing begins like that.
+  Next* endingHere() {
+    if (startsHere(kCommentStart)) return &commentEnd_;
+    if (startsHere(kTextStart)) return &textEnd_;
+    if (startsHere("<?")) return &declarationEnd_;
+    return startsHere("<!DOCTYPE") ? &tagEnd_ : nullptr;
+  }
+
+  // A comment, a text, or a declaration. One in which bytes are damaged or another comment begins may
+  // have ended anywhere.
   void passOther() {
-    const bool isComment = startsHere(kCommentStart);
-    Next& ending = isComment ? commentEnd_ : startsHere("<?") ? declarationEnd_ : tagEnd_;
-    const std::size_t start = at_ + (isComment ? kCommentStart.size() : 2);
+    Next* const found = endingHere();
+    const std::size_t start = at_ + (startsHere(kCommentStart) ? kCommentStart.size() : 2);
+    if (found == nullptr) {
+      damage();
+      return moveTo(start);
+    }
+    Next& ending = *found;
+    const bool isComment = found == &commentEnd_;
     const std::size_t broken =
         std::min(nul_.from(start), isComment ? commentStart_.from(start) : kNowhere);
     if (broken < ending.from(start)) {
       damage();
       return moveTo(broken);
     }
-    if (isComment) suspects_.reset();
+    if (isComment) clearSuspects();
     moveTo(ending.endFrom(start));
   }
 
@@ -224,13 +244,15 @@ class Scanner {
   std::size_t at_ = 0;
   int line_ = 1;
   std::vector<FoundElement> found_;
-  std::vector<int> open_;   // elements whose end is still to come
-  std::vector<int> loose_;  // elements since the damage that are in no other one so far
-  bool isAtTop_ = true;     // while nothing is damaged
-  std::optional<std::size_t> suspects_;  // the first element that may be in a comment
+  std::vector<int> open_;     // elements whose end is still to come
+  std::vector<int> loose_;    // elements since the damage that are in no other one so far
+  bool isAtTop_ = true;       // while nothing is damaged
+  std::size_t suspects_ = 0;  // the first element that may be in a comment of which the end comes
+  bool areSuspect_ = false;   // since a damage
   Next nul_{bytes_, std::string_view("\0", 1)};
   Next commentStart_{bytes_, kCommentStart};
   Next commentEnd_{bytes_, kCommentEnd};
+  Next textEnd_{bytes_, kTextEnd};
   Next declarationEnd_{bytes_, "?>"};
   Next tagEnd_{bytes_, ">"};
 };

@@ -27,7 +27,7 @@ struct FoundElement {
 /// The elements of an XML document whose tags are whole, whatever the bytes between them hold. Nothing
 /// is repaired or guessed: after a damage, what an element is in is known only if an end tag says it.
 /// A tag with a NUL or a bare "<" in it counts as damaged, and so does text between tags; what may
-/// have been in a comment is left out.
+/// have been in a comment, or in a CDATA section, is left out.
 /// @param bytes  must outlive the result
 std::vector<FoundElement> elementsIn(std::string_view bytes);
 

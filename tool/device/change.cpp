@@ -122,7 +122,8 @@ class Undertaking {
     throw Refusal((changes_.size() == 1 ? changes_.front().what + ": " : "") + obstacle);
   }
 
-  void save() const {
+  void save() {
+    isBegun_ = true;
     std::vector<Contents> contents;
     for (const FileChange& file : files_)
       if (!holds(afterOf(file))) contents.push_back(afterOf(file));
@@ -172,13 +173,14 @@ class Undertaking {
   }
 
   // Puts the previous contents back where the change, or a part of it, is. What other programs saved
-  // stays. False if that failed; it is then tried again by the next run.
+  // stays, and so does a damaged file before the first save. False if that failed; it is then tried
+  // again by the next run.
   bool takeBack() {
     if (!isOpen_) return true;
     turnJournal();
     std::vector<Contents> former;
     for (const FileChange& file : files_)
-      if (beginsWith(file.after, bytesOf(file.path)) || !loadCopy(file.path).loads())
+      if (isBegun_ && (beginsWith(file.after, bytesOf(file.path)) || !loadCopy(file.path).loads()))
         former.push_back(beforeOf(file));
     saveContents(former);
     const bool isRestored = std::all_of(former.begin(), former.end(), [](const Contents& file) {
@@ -232,6 +234,7 @@ class Undertaking {
   const HeldSignals signals_;
   std::vector<FileChange> files_;
   bool isOpen_ = false;
+  bool isBegun_ = false;  // files have been written
 };
 
 Turn::Files pathsOf(const std::vector<Change>& changes) {

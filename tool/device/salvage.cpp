@@ -6,6 +6,7 @@
 #include "device/change.h"
 #include "device/kept_damage.h"
 #include "device/repair.h"
+#include "device/room.h"
 #include "device/salvage_copy.h"
 #include "device/salvage_task.h"
 #include "device/save.h"
@@ -50,7 +51,7 @@ Json keptCopies(const std::vector<Salvaged>& files) {
       const std::string path = pathOf(place, file.task.path);
       const Copy copy = loadCopy(path);
       const Bytes bytes = bytesOf(path, copy);
-      if (bytes && (!copy.loads() || hasHole(bytes)))
+      if (bytes && (copy.state != State::Good || hasHole(bytes)))
         kept.push_back({{"copy", path}, {"as", keepDamaged(path)}});
     }
   return kept;
@@ -110,14 +111,45 @@ std::string summaryOf(const SalvagedFile& file) {
   return text;
 }
 
-void salvageLost(const SalvageTask& task, Json& done) {
+// Without a journal and a history. What verification would do instead loses the damaged copies as well,
+// and the settings with them.
+void storeUnnoted(const SalvageTask& task, const SalvagedFile& file) {
+  const std::string obstacle = whyNotWritable({replacing(task.path, file.bytes.size())});
+  if (!obstacle.empty()) throw Refusal(obstacle);
+  saveContents({{task.path, file.bytes}});
+  if (bytesOf(task.path) != file.bytes) throw Refusal("the copy is incomplete");
+}
+
+void salvageLost(const SalvageTask& task, Json& done, std::vector<std::string>& notes) {
   std::optional<SalvagedFile> file = task.salvaged();
   if (!file || file->from(kFromFactory) == file->settings.size()) return;
   const std::vector<Salvaged> found = {{task, std::move(*file)}};
-  const Json kept = applied(found);
+  Json kept = Json::array();
+  try {
+    kept = applied(found);
+  } catch (const Refusal& refusal) {
+    if (readFile(task.path) != task.copies[0]) throw;
+    storeUnnoted(task, found.front().file);
+    notes.push_back(task.path +
+                    " was salvaged, but its damaged copies may not be kept: " + refusal.what());
+  }
   done.push_back(task.path + " was salvaged; " + summaryOf(found.front().file));
   for (const Json& copy : kept)
     done.push_back(copy.at("copy").text() + " was kept as " + copy.at("as").text());
+}
+
+// Whether the start would take the factory copy, or leave a main copy that ends early, and lose the
+// rest.
+bool isLost(const SalvageTask& task, const FileSet& set) {
+  const std::vector<Repair> repairs = startUpRepairs(set);
+  const bool isReplaced = std::any_of(repairs.begin(), repairs.end(), [&](const Repair& repair) {
+    return repair.target() == task.path && repair.from == Place::Default;
+  });
+  const ConfigFile& file = *set.find(nameOf(task.path));
+  const bool isBackupGood =
+      file.backup.state == State::Good || file.backup.state == State::OutOfStep;
+  return isReplaced ||
+         (!isBackupGood && (!file.main.loads() || !elementCutOff(file.main, file.factory).empty()));
 }
 
 }  // namespace
@@ -148,14 +180,11 @@ Outcome salvage(const std::vector<HostFile>& files, bool apply) {
 
 std::vector<std::string> salvageBeforeStart(Json& done) {
   std::vector<std::string> notes;
-  const std::vector<Repair> repairs = startUpRepairs(surveyFiles());
+  const FileSet set = surveyFiles();
   for (const SalvageTask& task : damagedFiles()) {
-    const bool isLost = std::any_of(repairs.begin(), repairs.end(), [&](const Repair& repair) {
-      return repair.target() == task.path && repair.from == Place::Default;
-    });
-    if (!isLost) continue;
+    if (!isLost(task, set)) continue;
     try {
-      salvageLost(task, done);
+      salvageLost(task, done, notes);
     } catch (const Refusal& refusal) {
       notes.push_back(task.path + " was not salvaged: " + refusal.what());
     }

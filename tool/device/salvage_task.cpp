@@ -19,8 +19,19 @@ std::string stemOf(const char* path) {
   return name.substr(0, name.rfind('.'));
 }
 
-bool canBeReplaced(const Copy& copy) {
-  return copy.state != State::NotAFile && copy.state != State::Unreadable;
+// Whether the main copy loads but ends early, as the factory copy shows, and a damaged backup has some
+// of the rest.
+bool isRestInBackup(const SalvageTask& task, const ConfigFile& file) {
+  if (!task.copies[1] || file.backup.state == State::Good ||
+      file.backup.state == State::OutOfStep || elementCutOff(file.main, file.factory).empty())
+    return false;
+  const std::optional<SalvagedFile> found = task.salvaged();
+  return found && found->from(kFromBackup) != 0;
+}
+
+bool isDamaged(const SalvageTask& task, const ConfigFile& file) {
+  return (file.main.state != State::Good && file.main.state != State::OutOfStep) ||
+         hasHole(task.copies[0]) || isRestInBackup(task, file);
 }
 
 // The file that a copy belongs to: by its name, else the one of which it has the most.
@@ -92,10 +103,9 @@ std::vector<SalvageTask> damagedFiles() {
     SalvageTask task{path};
     for (const Place place : {Place::Main, Place::Backup})
       task.set(place, bytesOf(file.path(place), file.copy(place)), wordFor(file.copy(place).state));
-    const bool isDamaged =
-        !file.main.loads() || file.main.state == State::CutShort || hasHole(task.copies[0]);
     const bool isAnythingLeft = task.copies[0] || task.copies[1];
-    if (isDamaged && isAnythingLeft && canBeReplaced(file.main)) tasks.push_back(std::move(task));
+    if (isAnythingLeft && file.main.state != State::Unreadable && isDamaged(task, file))
+      tasks.push_back(std::move(task));
   }
   return tasks;
 }

@@ -32,7 +32,8 @@ struct SalvageTask {
   std::optional<SalvagedFile> salvaged() const;
 };
 
-/// The files of the device whose main copies are damaged and of which a copy is left.
+/// The files of the device whose main copies are damaged and of which a copy is left. One that loads is
+/// damaged if it ends early, or has a hole.
 std::vector<SalvageTask> damagedFiles();
 
 /// Copies that a caller has named, by the files that they are of.

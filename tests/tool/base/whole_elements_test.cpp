@@ -92,6 +92,17 @@ TEST(WholeElementsTest, WhatMayHaveBeenInACommentIsLeftOut) {
   EXPECT_THAT(namesIn("<a/><!-- x <b/> <!-- y --><d/>"), ElementsAre("a", "d/?"));
 }
 
+TEST(WholeElementsTest, WhatIsInACommentWithADamagedBeginningIsLeftOut) {
+  EXPECT_THAT(namesIn("<a><!-, <b/> <c/> --><d/></a>"), ElementsAre("a...", "d/a/?"));
+  EXPECT_THAT(namesIn("<!-- x --><a/> <b/> --><d/>"), ElementsAre("d/?"));
+  EXPECT_THAT(namesIn("<a/><!-- x --><b/> --><d/>"), ElementsAre("a", "d/?"));
+}
+
+TEST(WholeElementsTest, WhatIsInATextIsLeftOut) {
+  EXPECT_THAT(namesIn("<a><![CDATA[<b/> > <c/>]]><d/></a>"), ElementsAre("a", "d/a"));
+  EXPECT_THAT(namesIn("<a>" + kZeroes + "<b/> > <c/>]]><d/></a>"), ElementsAre("a...", "d/a/?"));
+}
+
 TEST(WholeElementsTest, AnythingIsRead) {
   for (const std::string bytes : {"", "<", "</", "<a", "<!", "<!--", "<?", "</a>", "<a b",
                                   "<a b=", "<a b='", "<!-->", "<a/", "-->", "<a><"})

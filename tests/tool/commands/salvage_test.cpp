@@ -355,12 +355,104 @@ TEST_F(SalvageTest, WhereNothingIsLeftTheStartTakesTheFactoryCopy) {
   EXPECT_EQ(device.read(kBusiness), kParameters);
 }
 
-TEST_F(BothDamagedTest, WhereNothingCanBeKeptTheStartSaysSoAndGoesOn) {
+TEST_F(BothDamagedTest, WhereNothingCanBeKeptTheStartSalvagesAndSaysSo) {
+  const std::string expected = with(main_, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"8554\"");
   device.write("/cfg1/.camcfg", "in the way");
   const ToolRun result = run({"boot"});
-  EXPECT_THAT(result.err, HasSubstr("/cfg0/business_param.xml was not salvaged: /cfg1/.camcfg "
-                                    "is not a directory; move it away"));
-  EXPECT_EQ(device.read(kBusiness), kParameters);
+  EXPECT_THAT(result.out,
+              HasSubstr("/cfg0/business_param.xml was salvaged; settings from main: 3"));
+  EXPECT_THAT(result.err,
+              HasSubstr("/cfg0/business_param.xml was salvaged, but its damaged "
+                        "copies may not be kept: /cfg1/.camcfg is not a directory; move it away"));
+  EXPECT_EQ(device.read(kBusiness), expected);
+  EXPECT_EQ(device.read(kBusinessBackup), expected);
+}
+
+TEST_F(BothDamagedTest, TheStartSalvagesWithoutABackupDirectory) {
+  device.remove("/cfg1");
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("/cfg0/business_param.xml was salvaged; "));
+  EXPECT_EQ(run({"get", "System", "WebHttps"}).out, "444\n");
+}
+
+/// Main copies that load, although a part of them is missing, and damaged backups that have more.
+class CutBetweenElementsTest : public SalvageTest {
+ protected:
+  void cut(const std::string& before) const {
+    device.write(kBusiness, upTo(main_, before));
+    device.write(kBusinessBackup, upTo(kParameters, "</NetWork>"));
+  }
+
+  const std::string main_ = with(kParameters, "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
+};
+
+TEST_F(CutBetweenElementsTest, TheRestComesFromTheBackup) {
+  cut("<NetWork");
+  ASSERT_EQ(run({"get", "System", "WebHttp"}).out, "81\n");
+  const Json answer = salvaged();
+  EXPECT_EQ(said(answer, "System/WebHttp"), "disputed 81, backup \"80\"");
+  EXPECT_EQ(said(answer, "NetWork/Eth0/IpAddr"), "backup 192.0.2.7");
+}
+
+TEST_F(CutBetweenElementsTest, TheStartSalvagesBeforeItReplacesTheBackup) {
+  cut("<NetWork");
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("/cfg0/business_param.xml was salvaged; "));
+  EXPECT_EQ(device.read(kBusiness), main_);
+  EXPECT_EQ(run({"undo"}).status, 0);
+  EXPECT_EQ(device.read(kBusiness), upTo(main_, "<NetWork"));
+}
+
+TEST_F(CutBetweenElementsTest, ASectionThatNoCopyHasComesFromTheFactoryCopy) {
+  writeBoth(upTo(main_, "<NetWork"));
+  EXPECT_EQ(run({"status"}).status, 4);
+  EXPECT_EQ(run({"salvage"}).out, "there is nothing to salvage\n");
+  ASSERT_EQ(run({"salvage", "--apply", kBusiness}).status, 0);
+  EXPECT_EQ(device.read(kBusiness), main_);
+  EXPECT_EQ(run({"status"}).status, 0);
+}
+
+TEST_F(CutBetweenElementsTest, AMainCopyWithoutAnElementIsKept) {
+  device.write(kBusiness, "<!-- parameters -->\n");
+  device.write(kBusinessBackup, upTo(main_, "    <Rtsp "));
+  EXPECT_EQ(said(salvaged(), "System/WebHttp"), "backup 81");
+  EXPECT_THAT(run({"boot"}).out, AllOf(HasSubstr("/cfg0/business_param.xml was salvaged; "),
+                                       HasSubstr("/cfg0/business_param.xml was kept as ")));
+  EXPECT_EQ(run({"get", "System", "WebHttp"}).out, "81\n");
+}
+
+TEST_F(CutBetweenElementsTest, ABackupWithoutAnElementIsNotTaken) {
+  device.write(kBusiness, upTo(main_, "</NetWork>"));
+  device.write(kBusinessBackup, "<!-- parameters -->\n");
+  EXPECT_THAT(run({"boot"}).out, HasSubstr("/cfg0/business_param.xml was salvaged; "));
+  EXPECT_EQ(run({"get", "System", "WebHttp"}).out, "81\n");
+}
+
+TEST_F(CutBetweenElementsTest, AMainCopyThatLacksNothingIsLeftAsItIs) {
+  device.write(kBusiness, main_ + "<Own Cur=\"1\"/>\n" + std::string(9, '\0'));
+  device.write(kBusinessBackup, upTo(kParameters, "</NetWork>"));
+  EXPECT_THAT(
+      run({"boot"}).out,
+      AllOf(HasSubstr("/cfg1/business_param.xml was brought in sync with /cfg0/business_param.xml"),
+            Not(HasSubstr("salvaged"))));
+}
+
+TEST_F(SalvageTest, ADirectoryInPlaceOfTheMainCopyIsInTheWay) {
+  const std::string rest = upTo(kParameters, "</NetWork>");
+  device.write(kBusinessBackup, rest);
+  device.remove(kBusiness);
+  device.makeDirectory(kBusiness);
+  EXPECT_EQ(said(salvaged(), "System/Rtsp"), "backup 554");
+  EXPECT_THAT(run({"salvage", "--apply"}).err, HasSubstr("is not a regular file; move it away"));
+  EXPECT_EQ(device.read(kBusinessBackup), rest);
+  EXPECT_THAT(run({"boot"}).err, HasSubstr("/cfg0/business_param.xml was not salvaged: "));
+  EXPECT_EQ(device.read("/cfg1/.camcfg/damaged/cfg1-business_param.xml.1"), rest);
+}
+
+TEST_F(SalvageTest, TheListOfWhatIsNotTakenHasAnEnd) {
+  std::string unknown = "<Own>";
+  for (int i = 0; i < 3000; ++i) unknown += "<a" + std::to_string(i) + "/>";
+  device.write(kBusiness, unknown);
+  device.write(kBusinessBackup, "<System");
+  EXPECT_EQ(salvaged()["notTaken"].size(), 2000U);
 }
 
 }  // namespace
