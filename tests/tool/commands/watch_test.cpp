@@ -94,9 +94,11 @@ TEST_F(WatchTest, AnswersInJsonAnObjectALine) {
   Background watch(line({"--json"}));
   for (int port = 600; port < 900 && !watch.shows("\n", 300); ++port)
     device.write(kBusiness, withRtsp(port));
-  EXPECT_THAT(watch.taken(),
+  // A slow machine may show the next one as well, or begin with one.
+  const std::string shown = watch.taken();
+  EXPECT_THAT(shown.substr(0, shown.find('\n')),
               MatchesRegex("\\{\"time\":\"....-..-..T..:..:..\\....Z\",\"place\":"
-                           "\"parameters.System.Rtsp\",\"before\":554,\"after\":6..\\}\n"));
+                           "\"parameters.System.Rtsp\",\"before\":...,\"after\":...\\}"));
   EXPECT_EQ(watch.end(SIGINT), 0);
 }
 
