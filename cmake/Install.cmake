@@ -79,7 +79,7 @@ if(TARGET camcfg-tool)
   install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install-service.cmake COMPONENT tools)
 endif()
 # The manual refers to it.
-install(FILES docs/json.md DESTINATION ${tools_documents_dir} COMPONENT tools)
+install(FILES docs/json.md docs/upgrade.schema.json DESTINATION ${tools_documents_dir} COMPONENT tools)
 install(FILES tool/completion/camcfg.bash RENAME camcfg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 install(FILES tool/completion/_camcfg

@@ -45,6 +45,7 @@ device
 parameters network presets media
 document
 lint
+upgrade
 commands'
 
 readonly tool_support="$support tests/tool tests/system/sample_set.h"
@@ -77,6 +78,7 @@ add_row tests/proof "$support proof/fuzz"
 add_row proof/bench "$testkit"
 add_row proof/fuzz "$support testkit tool"
 add_row proof/torture "$support $enter_root"
+add_row proof/torture/salvage "$support proof/torture tests/tool tool"
 
 # Where the compiler looks for headers.
 declare -rA roots=(

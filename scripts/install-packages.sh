@@ -3,9 +3,9 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench cover cross deb docs lint fuzz mutate speed fresh. On Debian
-# and Ubuntu, as root or with sudo, what is missing is installed, after a line that says how much that
-# is; elsewhere it is listed, and the exit status is 1. Asks no questions but sudo's password.
+# NEED is one of: build tool test bench cover cross deb docs lint fuzz mutate speed fresh
+# torture. On Debian and Ubuntu, as root or with sudo, what is missing is installed, after a line that
+# says how much that is; elsewhere it is listed, and the exit status is 1. Asks no questions but sudo's password.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -26,6 +26,7 @@ test   groff-base             command  groff
 test   make                   command  make
 test   mandoc                 command  mandoc
 test   pkg-config             command  pkg-config
+test   python3-jsonschema     file     /usr/lib/python3/dist-packages/jsonschema/__init__.py
 test   zsh                    command  zsh
 bench  augeas-lenses          file     /usr/share/augeas/lenses/dist/xml.aug
 bench  gnuplot-nox            command  gnuplot
@@ -62,7 +63,8 @@ mutate python3                command  python3
 mutate util-linux             command  prlimit
 speed  ccache                 command  ccache
 fresh  debootstrap            command  debootstrap
-fresh  git                    command  git'
+fresh  git                    command  git
+torture  libxml2-utils        command  xmllint'
 
 has_command() {
   command -v "$1" >/dev/null

@@ -30,7 +30,7 @@ case "${1-}" in
     ;;
 esac
 
-readonly programs=(damage kills power-cuts exhaustion threads programs tool-and-programs lock-steps changes)
+readonly programs=(damage salvage kills power-cuts exhaustion threads programs tool-and-programs lock-steps changes)
 
 build_with_thread_sanitizer() {
   cmake --preset tsan -DCAMCFG_TORTURE=ON -DCAMCFG_WERROR="${CI:-OFF}" &&
@@ -48,10 +48,10 @@ run() {
 chosen=()
 for program in "${programs[@]}"; do chosen+=("camcfg-$program"); done
 
-scripts/install-packages.sh build tool test || exit 1
+scripts/install-packages.sh build tool test torture || exit 1
 if [[ $(uname -m) != x86_64 ]]; then
   echo "Left out on $(uname -m): power-cuts exhaustion lock-steps changes"
-  chosen=(camcfg-damage camcfg-kills camcfg-threads camcfg-programs camcfg-tool-and-programs)
+  chosen=(camcfg-damage camcfg-salvage camcfg-kills camcfg-threads camcfg-programs camcfg-tool-and-programs)
 fi
 scripts/build.sh -D CAMCFG_TORTURE=ON -- --target "${chosen[@]}" || exit 1
 build_with_thread_sanitizer camcfg-threads || exit 1

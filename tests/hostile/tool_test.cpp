@@ -67,6 +67,32 @@ TEST_F(ToolHostileTest, ADocumentWithAMillionRecordsIsRefused) {
             (ToolRun{1, "", "camcfg: preset import: it holds a list of more than 2000 values\n"}));
 }
 
+// Each shape of damage many times over.
+TEST_F(ToolHostileTest, DamagedCopiesOfManyMegabytesAreSalvagedInBoundedTime) {
+  device.copyFromHost(CAMCFG_RESOURCE_DIR, "/app/resource");
+  const std::string zero(1, '\0');
+  for (const std::string& part :
+       {std::string("<a>"), std::string("</a>"), std::string("<a></b>"), std::string("<!--"),
+        "<!--" + zero, "<?" + zero, std::string("-->"), std::string("<a b='"),
+        std::string("<Rtsp Cur=\"1\"/>"), std::string("<preset Id=\"1\"/>"),
+        std::string("<Instance/>"), std::string("<Cache Id=\"x\" Name=\"y\"/>")}) {
+    std::string contents;
+    for (int i = 0; i < kMany / 5; ++i) contents += part;
+    for (const char* name : {"business_param", "mpp_cfg", "preset_cfg"}) {
+      SCOPED_TRACE(part + " in " + name);
+      device.write(std::string("/") + name, contents);
+      ToolRun outcome;
+      cost = costOf(
+          [&] {
+            outcome = run({"salvage", "--json", device.hostPath() + "/" + name});
+          },
+          RUSAGE_CHILDREN);
+      EXPECT_TRUE(cost.isBounded()) << testing::PrintToString(cost);
+      EXPECT_EQ(outcome.status, 0) << outcome.err;
+    }
+  }
+}
+
 TEST_F(ToolHostileTest, AnObjectWithAMillionMembersIsRefused) {
   EXPECT_EQ(runOn({"import"}, manyMembers()),
             (ToolRun{1, "", "camcfg: import: it holds an object of more than 2000 values\n"}));

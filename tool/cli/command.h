@@ -101,25 +101,31 @@ struct Option {
     HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
     HostFiles,  ///< any number of those, to the end; an unreadable one is reported, not refused
     OptionalHostFile,  ///< HostFile that may be left out
+    HostFileValue,     ///< "--name FILE": a HostFile
+    HostFolder,        ///< "--name DIR": what some files in a directory outside the root hold
   };
   Kind kind;
   const char* name;
   const char* help;
   WordFinder words{};  ///< completes what is there; none: the words that go by the option's name
-  const char* shortName = nullptr;  ///< "-v"
-  const char* valueName = nullptr;  ///< of a Value in help texts; null: "VALUE"
+  const char* shortName = nullptr;   ///< "-v"
+  const char* valueName = nullptr;   ///< of a Value in help texts; null: "VALUE"
+  std::vector<const char*> files{};  ///< of a HostFolder; those that do not exist are left out
 
   bool isNamed() const { return name[0] == '-'; }
   bool isRequired() const { return kind == Argument || kind == Arguments || kind == HostFile; }
   bool isHostFile() const {
-    return kind == HostFile || kind == HostFiles || kind == OptionalHostFile;
+    return kind == HostFile || kind == HostFiles || kind == OptionalHostFile ||
+           kind == HostFileValue;
   }
+  bool isDirectory() const { return kind == HostDirectory || kind == HostFolder; }
   bool takesMany() const {
     return kind == Arguments || kind == OptionalArguments || kind == HostFiles;
   }
   /// What help texts call the value of a named option; null if it takes none.
   const char* value() const {
-    if (kind == HostDirectory) return "DIR";
+    if (isDirectory()) return "DIR";
+    if (kind == HostFileValue) return "FILE";
     return kind != Value ? nullptr : valueName == nullptr ? "VALUE" : valueName;
   }
 };

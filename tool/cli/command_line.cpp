@@ -43,6 +43,20 @@ std::string contentsOf(const std::string& path) {
   return std::move(file.contents);
 }
 
+// The files of a directory that are there.
+std::vector<HostFile> filesIn(const std::string& directory, const std::vector<const char*>& names) {
+  const Descriptor folder(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder) throw Refusal::about(directory, directory + ": " + std::strerror(errno));
+  std::vector<HostFile> files;
+  for (const char* name : names) {
+    const Descriptor file(openat(folder.get(), name, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file && errno == ENOENT) continue;
+    HostFile& read = files.emplace_back(HostFile{name, "", ""});
+    if (!file || !readAll(file.get(), read.contents)) read.fault = std::strerror(errno);
+  }
+  return files;
+}
+
 // The parser's tree of commands, made from the records.
 class Parser {
  public:
@@ -263,6 +277,9 @@ class Parser {
       std::transform(texts.begin(), texts.end(), given.files.begin(), read);
     } else if (option.isHostFile()) {
       given.texts = {contentsOf(texts.front())};
+    } else if (option.kind == Option::HostFolder) {
+      given.files = filesIn(texts.front(), option.files);
+      given.texts = texts;
     } else if (option.kind == Option::HostDirectory) {
       given.directory = std::make_unique<HostDirectory>(texts.front());
     } else {

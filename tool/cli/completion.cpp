@@ -111,7 +111,7 @@ class Reading {
 
   static void addWordsOf(const Option& option, CompletionPlace& place) {
     place.words = option.words;
-    if (option.kind == Option::HostDirectory) place.kind = CompletionPlace::OfDirectories;
+    if (option.isDirectory()) place.kind = CompletionPlace::OfDirectories;
     if (option.isHostFile()) place.kind = CompletionPlace::OfFiles;
   }
 

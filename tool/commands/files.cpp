@@ -7,12 +7,14 @@
 #include "document/trial.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "upgrade/upgrade.h"
 
 namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
+constexpr char kNoSalvage[] = "--no-salvage";
 
 // A device is not well whose files load, but not all that is in them.
 void addUnreadSections(Outcome& outcome, Json& findings) {
@@ -70,8 +72,9 @@ Answer verify(const Arguments& arguments) {
   return answer;
 }
 
-Answer boot(const Arguments& /*arguments*/) {
-  Outcome outcome = device::boot(document::rollBackAtStart);
+Answer boot(const Arguments& arguments) {
+  Outcome outcome = upgrade::upgradeAtStart(
+      device::boot(!arguments.given(kNoSalvage), document::rollBackAtStart));
   Json unread;
   addUnreadSections(outcome, unread);
   return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
@@ -141,7 +144,10 @@ CommandGroup filesGroup() {
        restorer("verify", "Check all files as at start-up and restore broken main copies", verify,
                 {{Option::Flag, kResync, "Then bring backups in sync with their main copies"},
                  {Option::HostDirectory, kKeepDamaged, "Save the damaged copies in DIR first"}}),
-       restorer("boot", "Do all that a start of the device should do", boot)}};
+       restorer("boot", "Do all that a start of the device should do", boot,
+                {{Option::Flag, kNoSalvage,
+                  "Replace files of which no copy loads by factory copies, whatever is left of "
+                  "them"}})}};
 }
 
 CommandGroup lintGroup() {

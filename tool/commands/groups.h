@@ -124,9 +124,11 @@ CommandGroup networkGroup();
 CommandGroup parametersGroup();
 CommandGroup presetGroup();
 CommandGroup runGroup();
+CommandGroup salvageGroup();
 CommandGroup streamGroup();
 CommandGroup systemGroup();
 CommandGroup trialGroup();
+CommandGroup upgradeGroup();
 CommandGroup watchGroup();
 
 /// All commands, in the order of the help text.

@@ -206,10 +206,10 @@ void addForce(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),  lintGroup(),     parametersGroup(), explainGroup(), watchGroup(),
-      systemGroup(), networkGroup(),  presetGroup(),     streamGroup(),  liveGroup(),
-      graphGroup(),  exchangeGroup(), historyGroup(),    trialGroup(),   languageGroup(),
-      runGroup(),    helpGroup(),     completeGroup()};
+      filesGroup(),   salvageGroup(),  lintGroup(),     parametersGroup(), explainGroup(),
+      watchGroup(),   systemGroup(),   networkGroup(),  presetGroup(),     streamGroup(),
+      liveGroup(),    graphGroup(),    exchangeGroup(), historyGroup(),    trialGroup(),
+      upgradeGroup(), languageGroup(), runGroup(),      helpGroup(),       completeGroup()};
   addForce(groups);
   addWords(groups);
   return groups;

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "device/repair.h"
+#include "device/salvage.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
@@ -21,12 +22,15 @@ void addRestored(const Json& files, Json& done) {
 
 }  // namespace
 
-Outcome boot(const std::function<std::vector<std::string>()>& last) {
+Outcome boot(bool salvages, const std::function<std::vector<std::string>()>& last) {
   std::vector<std::string> finished;
   const Turn turn(Turn::allFiles(), {}, &finished);
   Json done(finished);
+  const std::vector<std::string> notSalvaged =
+      salvages ? salvageBeforeStart(done) : std::vector<std::string>();
   Outcome verified = verify(nullptr, true);
   addRestored(verified.value["files"], done);
+  verified.notes.insert(verified.notes.begin(), notSalvaged.begin(), notSalvaged.end());
   try {
     for (const std::string& line : last()) done.push_back(line);
   } catch (const Refusal& refusal) {

@@ -44,12 +44,6 @@ std::string whyNotSaved(const std::vector<FileChange>& files) {
   return whyNotWritable(writings);
 }
 
-// Other programs save the files as well, unless the device keeps them apart.
-bool areAsBefore(const std::vector<FileChange>& files) {
-  return std::all_of(files.begin(), files.end(),
-                     [](const FileChange& file) { return bytesOf(file.path) == file.before; });
-}
-
 // Changes that are carried out together.
 class Undertaking {
  public:
@@ -87,6 +81,19 @@ class Undertaking {
     return areComplete();
   }
 
+  // Other programs save the files as well, unless the device keeps them apart.
+  bool areAsBefore(const std::vector<FileChange>& files) const {
+    return std::all_of(files.begin(), files.end(), [this](const FileChange& file) {
+      return isReplaced(readFile(file.path), changeOf(file)) || bytesOf(file.path) == file.before;
+    });
+  }
+
+  // The first change of a file.
+  const Change& changeOf(const FileChange& file) const {
+    return *std::find_if(changes_.begin(), changes_.end(),
+                         [&](const Change& change) { return change.path == file.path; });
+  }
+
   // A file that an earlier attempt has changed held something else before.
   void note(std::vector<FileChange> draft) {
     for (FileChange& file : draft)
@@ -115,7 +122,8 @@ class Undertaking {
     throw Refusal((changes_.size() == 1 ? changes_.front().what + ": " : "") + obstacle);
   }
 
-  void save() const {
+  void save() {
+    isBegun_ = true;
     std::vector<Contents> contents;
     for (const FileChange& file : files_)
       if (!holds(afterOf(file))) contents.push_back(afterOf(file));
@@ -157,9 +165,7 @@ class Undertaking {
   }
 
   [[noreturn]] void refuseAfter(const FileChange& failed) {
-    const Change& change = *std::find_if(changes_.begin(), changes_.end(), [&](const Change& each) {
-      return each.path == failed.path;
-    });
+    const Change& change = changeOf(failed);
     throw Refusal(change.what + ": the change is not in " + failed.path + "; " +
                   (takeBack() ? "the previous contents were restored"
                               : "the previous contents could not be restored; make room and run "
@@ -167,13 +173,14 @@ class Undertaking {
   }
 
   // Puts the previous contents back where the change, or a part of it, is. What other programs saved
-  // stays. False if that failed; it is then tried again by the next run.
+  // stays, and so does a damaged file before the first save. False if that failed; it is then tried
+  // again by the next run.
   bool takeBack() {
     if (!isOpen_) return true;
     turnJournal();
     std::vector<Contents> former;
     for (const FileChange& file : files_)
-      if (beginsWith(file.after, bytesOf(file.path)) || !loadCopy(file.path).loads())
+      if (isBegun_ && (beginsWith(file.after, bytesOf(file.path)) || !loadCopy(file.path).loads()))
         former.push_back(beforeOf(file));
     saveContents(former);
     const bool isRestored = std::all_of(former.begin(), former.end(), [](const Contents& file) {
@@ -227,6 +234,7 @@ class Undertaking {
   const HeldSignals signals_;
   std::vector<FileChange> files_;
   bool isOpen_ = false;
+  bool isBegun_ = false;  // files have been written
 };
 
 Turn::Files pathsOf(const std::vector<Change>& changes) {
@@ -243,7 +251,8 @@ Turn::Files pathsOf(const std::vector<Change>& changes) {
 void makeChanges(const std::vector<Change>& changes) {
   if (changes.empty()) return;
   const Turn turn(pathsOf(changes));
-  requireNoTrial();
+  // What a start salvages comes before the end of a trial.
+  if (changes.front().instead.empty()) requireNoTrial();
   Undertaking(changes).carryOut();
 }
 

@@ -17,8 +17,10 @@ bool isWhole(const std::string& bytes) {
 }
 
 // A program may be saving the file.
-Contents requireContents(const std::string& path) {
+Contents requireContents(const Change& change) {
+  const std::string& path = change.path;
   const std::optional<std::string> bytes = readFile(path);
+  if (isReplaced(bytes, change)) return {path, change.instead};
   if (bytes && isWhole(*bytes)) return {path, *bytes};
   requireDocument(path);
   return {path, calmly([&] { return bytesOf(path); },
@@ -30,7 +32,7 @@ std::vector<Contents> filesOf(const std::vector<Change>& changes) {
   for (const Change& change : changes)
     if (std::none_of(files.begin(), files.end(),
                      [&](const Contents& file) { return file.path == change.path; }))
-      files.push_back(requireContents(change.path));
+      files.push_back(requireContents(change));
   return files;
 }
 
@@ -71,6 +73,11 @@ void makeAll(const std::vector<Change>& changes, const std::vector<Contents>& fi
 }
 
 }  // namespace
+
+bool isReplaced(const std::optional<std::string>& bytes, const Change& change) {
+  return !change.instead.empty() &&
+         (!bytes || bytes->find('\0') != std::string::npos || !isWhole(*bytes));
+}
 
 std::vector<FileChange> draftOf(const std::vector<Change>& changes) {
   const std::vector<Contents> files = filesOf(changes);

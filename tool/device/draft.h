@@ -21,7 +21,13 @@ struct Change {
   std::function<bool(tinyxml2::XMLDocument&)> arrived;
   /// What a document holds in its place, for a refusal; none: a refusal does not say that.
   std::function<std::optional<std::string>(tinyxml2::XMLDocument&)> standing{};
+  /// What the file counts as holding before the change where its main copy is damaged; empty: it must
+  /// not be.
+  std::string instead{};
 };
+
+/// Whether the bytes of a file are replaced, since they are of no use to start from.
+bool isReplaced(const std::optional<std::string>& bytes, const Change& change);
 
 /// What changes make of the files as they are now, by the library's own calls. Nothing of the device
 /// is changed.

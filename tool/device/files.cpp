@@ -72,23 +72,10 @@ std::vector<std::string> namesCheckedAtStart() {
   return {};
 }
 
-// A save that is cut off between two top-level elements, or between a comment and the first of them,
-// leaves a file that still parses. The library never removes such an element, so the backup is the
-// older but whole copy then.
-std::string elementCutOff(const tinyxml2::XMLDocument& main, const tinyxml2::XMLDocument& backup) {
-  const tinyxml2::XMLElement* kept = main.FirstChildElement();
-  const tinyxml2::XMLElement* whole = backup.FirstChildElement();
-  while (kept != nullptr && whole != nullptr && std::strcmp(kept->Value(), whole->Value()) == 0) {
-    kept = kept->NextSiblingElement();
-    whole = whole->NextSiblingElement();
-  }
-  return kept == nullptr && whole != nullptr ? whole->Value() : "";
-}
-
 void compare(ConfigFile& file) {
   const bool parses = file.main.state == State::Good || file.main.state == State::NoElement;
   if (!parses || file.backup.state != State::Good || sameContents(file.main, file.backup)) return;
-  const std::string missing = elementCutOff(*file.main.document, *file.backup.document);
+  const std::string missing = elementCutOff(file.main, file.backup);
   if (missing.empty()) {
     file.backup.state = State::OutOfStep;
   } else {
@@ -164,6 +151,18 @@ Document requireDocument(const std::string& path) {
 
 bool sameContents(const Copy& a, const Copy& b) {
   return a.loads() && b.loads() && written(*a.document) == written(*b.document);
+}
+
+// The library never removes a top-level element.
+std::string elementCutOff(const Copy& cut, const Copy& whole) {
+  if (!cut.loads() || !whole.loads()) return "";
+  const tinyxml2::XMLElement* kept = cut.document->FirstChildElement();
+  const tinyxml2::XMLElement* next = whole.document->FirstChildElement();
+  while (kept != nullptr && next != nullptr && std::strcmp(kept->Value(), next->Value()) == 0) {
+    kept = kept->NextSiblingElement();
+    next = next->NextSiblingElement();
+  }
+  return kept == nullptr && next != nullptr ? next->Value() : "";
 }
 
 std::vector<std::string> filesIn(const std::string& directory) {

@@ -61,6 +61,12 @@ Document requireDocument(const std::string& path);
 /// Whether two documents are the same to the library.
 bool sameContents(const Copy& a, const Copy& b);
 
+/// The first top-level element that a copy lacks at its end: a save that is cut off between two of
+/// them, or between a comment and the first of them, leaves a file that still loads. Empty if it lacks
+/// none, or one of the two does not load.
+/// @param whole  an older copy, or one with the same elements
+std::string elementCutOff(const Copy& cut, const Copy& whole);
+
 /// A text as the interface takes it: the library's `char*` arguments are not written to.
 inline char* argument(const std::string& text) {
   return const_cast<char*>(text.c_str());

@@ -19,8 +19,6 @@
 namespace camcfg::tool::device {
 namespace {
 
-constexpr std::size_t kBlock = 512;  // of st_blocks
-
 // What remains to be replaced after start-up verification so that each file has two good copies that
 // are the same.
 std::vector<Repair> resyncRepairs(const FileSet& set) {
@@ -35,15 +33,10 @@ std::vector<Repair> resyncRepairs(const FileSet& set) {
   return repairs;
 }
 
-// The room that a repair takes beyond what the copy that it replaces gives back.
 Writing writingOf(const Repair& repair) {
   struct stat source {};
-  struct stat target {};
   stat(repair.source().c_str(), &source);
-  stat(repair.target().c_str(), &target);
-  const auto bytes = static_cast<std::uintmax_t>(source.st_size);
-  const std::uintmax_t given = static_cast<std::uintmax_t>(target.st_blocks) * kBlock;
-  return {repair.target(), bytes > given ? bytes - given : 0};
+  return replacing(repair.target(), static_cast<std::uintmax_t>(source.st_size));
 }
 
 // What prevents a repair.

@@ -47,13 +47,15 @@ std::string outlookFor(const ConfigFile& file);
 /// @throws Refusal  before anything was changed
 Outcome verify(HostDirectory* keepIn, bool resync);
 
-/// All that a start should do: what an interrupted run has left is brought to its end, and then files
-/// are verified and brought in sync as with verify(nullptr, true).
+/// All that a start should do: what an interrupted run has left is brought to its end, what is left of
+/// files of which no copy loads is salvaged, and then files are verified and brought in sync as with
+/// verify(nullptr, true).
+/// @param salvages  false: such files become factory copies
 /// @param last  what is done then; it returns what that was, a line each
 /// @return "done": what was done, a line each; "health" as of checkHealth, with its status; notes on
 ///         what could not be done
 /// @throws Refusal  nothing can be done
-Outcome boot(const std::function<std::vector<std::string>()>& last);
+Outcome boot(bool salvages, const std::function<std::vector<std::string>()>& last);
 
 }  // namespace camcfg::tool::device
 

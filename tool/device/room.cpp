@@ -12,6 +12,8 @@
 namespace camcfg::tool::device {
 namespace {
 
+constexpr std::uintmax_t kStatBlock = 512;  // of st_blocks
+
 std::string directoryOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
@@ -53,6 +55,13 @@ struct Load {
 };
 
 }  // namespace
+
+Writing replacing(const std::string& path, std::uintmax_t bytes) {
+  struct stat present {};
+  stat(path.c_str(), &present);
+  const std::uintmax_t given = static_cast<std::uintmax_t>(present.st_blocks) * kStatBlock;
+  return {path, bytes > given ? bytes - given : 0};
+}
 
 std::string whyNotWritable(const std::vector<Writing>& writings) {
   std::map<dev_t, Load> loads;

@@ -13,6 +13,10 @@ struct Writing {
   std::uintmax_t bytes;  ///< free space that it needs
 };
 
+/// A file of so many bytes that replaces the one at its path: it needs room beyond what that one gives
+/// back.
+Writing replacing(const std::string& path, std::uintmax_t bytes);
+
 /// How an obstacle begins that is gone when something is removed.
 constexpr char kNoRoom[] = "no room for ";
 

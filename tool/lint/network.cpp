@@ -66,14 +66,6 @@ void checkHostname(const Item& network) {
   if (!fault.empty()) network.addOf(kHostname, "Hostname", ": " + clipped(fault));
 }
 
-// A card that gets its address from the network needs none here.
-bool isLeftOut(const Item& field, const Setting& setting, const char* attribute) {
-  const auto& [element, word] = setting.neededIf;
-  if (!field.text(attribute).empty() || element == nullptr) return false;
-  const XMLElement* other = field.element.Parent()->FirstChildElement(element);
-  return other == nullptr || textOf(*other, attribute) != word;
-}
-
 void checkMtu(const Item& field, const Setting& setting, const char* attribute) {
   const std::optional<int> mtu = field.checkInteger(attribute);
   const auto [min, max] = settings::limitsIn(field.element, setting.limits);
@@ -92,7 +84,7 @@ void checkText(const Item& field, const Setting& setting, const char* attribute)
     return;
   }
   field.requireFits(attribute, setting.field.room - 1);
-  if (isLeftOut(field, setting, attribute)) return;
+  if (text.empty() && settings::mayBeEmpty(setting, field.element, attribute)) return;
   const std::string fault = setting.whyNotUsable(text);
   if (!fault.empty()) field.addOf(kNetworkAddress, attribute, ": " + clipped(fault));
 }

@@ -200,6 +200,13 @@ const Setting* cardSettingWrittenInto(std::string_view element) {
   return nullptr;
 }
 
+bool mayBeEmpty(const Setting& setting, const tinyxml2::XMLElement& field, const char* attribute) {
+  const auto& [element, word] = setting.neededIf;
+  if (element == nullptr) return false;
+  const tinyxml2::XMLElement* other = field.Parent()->FirstChildElement(element);
+  return other == nullptr || textOf(*other, attribute) != word;
+}
+
 const Setting& requireCardSetting(const std::string& name) {
   std::vector<std::string> names;
   for (const Setting& setting : cardSettings()) {

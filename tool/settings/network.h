@@ -1,6 +1,8 @@
 #ifndef CAMCFG_TOOL_SETTINGS_NETWORK_H
 #define CAMCFG_TOOL_SETTINGS_NETWORK_H
 
+#include <tinyxml2.h>
+
 #include <string>
 #include <string_view>
 
@@ -26,6 +28,10 @@ const Setting* cardSettingOf(std::string_view element);
 /// The setting that is written into an element of this longer name, too, when a whole card is set;
 /// null if there is none.
 const Setting* cardSettingWrittenInto(std::string_view element);
+
+/// Whether a card's field may be empty: its address, where the card gets one from the network.
+/// @param attribute  of the field, "Cur" or "Def"
+bool mayBeEmpty(const Setting& setting, const tinyxml2::XMLElement& field, const char* attribute);
 
 /// The setting of an element's name, in upper or lower case.
 /// @throws Refusal if there is none

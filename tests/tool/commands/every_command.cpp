@@ -14,6 +14,8 @@ namespace {
 // Stand for the paths of input files.
 constexpr char kDocument[] = "@document";
 constexpr char kPresetTable[] = "@presets";
+constexpr char kDamaged[] = "@damaged";
+constexpr char kOldSet[] = "@old";
 
 constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 // What the next verification restores.
@@ -26,7 +28,9 @@ constexpr struct {
     {"status", "status"},
     {"verify", "verify --resync"},
     {"boot", "boot"},
+    {"salvage", "salvage --apply @damaged"},
     {"lint", "lint"},
+    {"upgrade", "upgrade --on-conflict factory --from @old"},
     {"history", "history"},
     {"undo", "undo"},
     {"try", "try --for 1s -- set System Rtsp 8554"},
@@ -98,7 +102,12 @@ EveryCommandTest::EveryCommandTest() : groups_(tool::commands::allGroups()) {
   device.write(std::string("/app/resource/defcfg/") + kOwn, "<Own/>\n");
   inputs_.write("/document.json", R"({"version": 1, "parameters": {"System": {"Rtsp": 8554}},
                                       "live": {"websocket": []}})");
+  inputs_.write("/old/business_param.xml",
+                with(device.read(std::string("/app/resource/defcfg/") + kNames[0]),
+                     "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"79\""));
   inputs_.write("/presets.csv", "id,pan\n0,9\n");
+  inputs_.write("/business_param.xml",
+                R"(<System><Rtsp Cur="8554" Def="554" Min="1" Max="65535" Step="1"/><Web)");
   renew();
 }
 
@@ -136,7 +145,9 @@ Words EveryCommandTest::lineFor(const tool::cli::Command& command) const {
   EXPECT_FALSE(line.empty()) << "no line for " << command.name;
   for (std::string& word : line) {
     if (word == kDocument) word = inputs_.hostPath() + "/document.json";
+    if (word == kOldSet) word = inputs_.hostPath() + "/old";
     if (word == kPresetTable) word = inputs_.hostPath() + "/presets.csv";
+    if (word == kDamaged) word = inputs_.hostPath() + "/business_param.xml";
   }
   return line;
 }

@@ -44,6 +44,18 @@ TEST_F(TrialEndsTest, InterruptedWaitRollsBackAtOnce) {
   }
 }
 
+TEST_F(TrialEndsTest, WhatTheStartSalvagesOfATriedChangeIsRolledBack) {
+  device.write(kBusinessDefault, kParameters);
+  ASSERT_EQ(run({"set", "Image", "Brightness", "20"}).status, 0);
+  leaveOnTrial();
+  const std::string text = device.read(kBusiness);
+  writeBoth(text.substr(0, text.find("<NetWork")) + "<Net");
+  EXPECT_EQ(run({"salvage", "--apply"}).status, 1);
+  EXPECT_THAT(run({"boot"}).out, AllOf(HasSubstr("was salvaged"), HasSubstr("rolled back")));
+  EXPECT_EQ(port(), "554\n");
+  EXPECT_EQ(run({"get", "Image", "Brightness"}).out, "20\n");
+}
+
 TEST_F(TrialEndsTest, WaitGoesOnWhereTheConnectionBreaks) {
   OnTrial trial(device, trying("4s"));
   EXPECT_TRUE(trial.shows("8554\n"));

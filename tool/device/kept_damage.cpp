@@ -1,0 +1,62 @@
+#include "device/kept_damage.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <set>
+
+#include "base/outcome.h"
+#include "base/plain_text.h"
+#include "device/history.h"
+#include "device/state_contents.h"
+#include "device/state_folder.h"
+
+namespace camcfg::tool::device {
+namespace {
+
+constexpr char kDamaged[] = "damaged";
+constexpr std::size_t kMostKept = 4;  // of one copy
+
+[[noreturn]] void refuse(const std::string& path, const std::string& why) {
+  throw Refusal(path + " cannot be kept: " + why);
+}
+
+// The numbers of what is kept under a name.
+std::set<int> numbersOf(const StateFolder& folder, const std::string& name) {
+  std::set<int> numbers;
+  for (const std::string& each : folder.names()) {
+    if (!beginsWith(each, name + ".")) continue;
+    const auto number = decimal32(each.substr(name.size() + 1));
+    if (number && *number > 0) numbers.insert(*number);
+  }
+  return numbers;
+}
+
+}  // namespace
+
+std::string keepDamaged(const std::string& path) {
+  const std::optional<std::string> bytes = readFile(path);
+  if (!bytes) refuse(path, std::strerror(errno));
+  std::string name = path.substr(1);
+  std::replace(name.begin(), name.end(), '/', '-');
+  const StateFolder folder = StateFolder::made().madeFolder(kDamaged);
+  if (!folder)
+    refuse(path, std::string(kStateDirectory) + "/" + kDamaged + ": " + std::strerror(errno));
+  const auto pathOf = [&](const std::string& kept) {
+    return std::string(kStateDirectory) + "/" + kDamaged + "/" + kept;
+  };
+  std::set<int> numbers = numbersOf(folder, name);
+  for (const int number : numbers) {
+    const std::string kept = name + "." + std::to_string(number);
+    if (folder.read(kept, kMostBytes).bytes == *bytes) return pathOf(kept);
+  }
+  const std::string kept = name + "." + std::to_string(numbers.empty() ? 1 : *numbers.rbegin() + 1);
+  while (!folder.write(kept, *bytes))
+    if (errno != ENOSPC || !forgetOldest()) refuse(path, std::strerror(errno));
+  if (!folder.flush()) refuse(path, std::strerror(errno));
+  for (; numbers.size() >= kMostKept; numbers.erase(numbers.begin()))
+    folder.remove(name + "." + std::to_string(*numbers.begin()));
+  return pathOf(kept);
+}
+
+}  // namespace camcfg::tool::device
