@@ -36,7 +36,6 @@ Copy examine(const std::string& path) {
   if (leadsNowhere && isLink(path)) return {State::NotAFile, "is a link to nothing"};
   if (leadsNowhere) return {};
   if (isThere && S_ISDIR(status.st_mode)) return {State::NotAFile, "is a directory"};
-  if (isThere && S_ISFIFO(status.st_mode)) return {State::NotAFile, "is a pipe"};
   if (isThere && !S_ISREG(status.st_mode)) return {State::NotAFile, "is not a regular file"};
   if (!isThere || faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
     return {State::Unreadable, std::string("cannot be read: ") + std::strerror(errno)};
