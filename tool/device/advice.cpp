@@ -55,6 +55,16 @@ void adviseMoving(const Moved& moved, Advice& advice) {
   advice.outlook = "; move " + (isItself ? "it" : joined(advice.move)) + " away";
 }
 
+// A link to nothing that leads to where another copy will be comes to life with that, but is none of
+// its own.
+bool leadsToAnother(const ConfigFile& file, Place place) {
+  return file.copy(place).state == State::NotAFile &&
+         std::any_of(kPlaces.begin(), kPlaces.end(), [&](Place other) {
+           return other != place && areOneFile(file.path(other), file.path(place)) &&
+                  linkBetween(file.path(other), file.path(place)) == file.path(place);
+         });
+}
+
 bool isAnyGood(const ConfigFile& file) {
   return file.backup.state == State::Good || file.factory.state == State::Good;
 }
@@ -72,7 +82,8 @@ Advice adviceOn(const FileSet& set, const ConfigFile& file, Place place, bool is
   const std::string refusal = whyNotVerified(set);
   Forecast start(set, file);
   start.start();
-  if (start.state(place) == State::Good) {
+  const bool isItsOwn = !leadsToAnother(file, place);
+  if (isItsOwn && start.state(place) == State::Good) {
     advice.outlook = "; the next start" + restoresFrom(start, place);
     if (isSalvaged) advice.outlook += ", 'camcfg boot' from what it can salvage";
     if (refusal.empty()) advice.command = kVerify;
@@ -83,7 +94,7 @@ Advice adviceOn(const FileSet& set, const ConfigFile& file, Place place, bool is
   const std::string runs = std::string("'camcfg ") + kResync + "'";
   if (!refusal.empty()) {
     advice.outlook = withoutAdvice(file, place, refusal);
-  } else if (resync.state(place) == State::Good) {
+  } else if (isItsOwn && resync.state(place) == State::Good) {
     advice.command = kResync;
     advice.outlook = "; " + runs +
                      (place == Place::Main ? restoresFrom(resync, place) : " brings it up to date");
@@ -128,8 +139,9 @@ Advice adviceOnLink(const FileSet& set, const ConfigFile& file, Place place, Pla
   });
   if (moved == std::end(kWritten)) return advice;
   adviseMoving({{*moved, link}}, advice);
-  if (!whyNotVerified(set).empty() || !isGoodAfter(set, file, *moved, {{*moved, link}}))
-    return advice;
+  const bool isEachGood = isGoodAfter(set, file, *moved, {{*moved, link}}) &&
+                          isGoodAfter(set, file, place, {{*moved, link}});
+  if (!whyNotVerified(set).empty() || !isEachGood) return advice;
   advice.command = kResync;
   advice.outlook += std::string(" and run 'camcfg ") + kResync + "'";
   return advice;

@@ -68,7 +68,7 @@ std::string Forecast::obstacleTo(const Repair& repair) const {
   if (!repair.fitsTheCopy()) return "its name is too long for the library to copy it";
   const std::string path = repair.target();
   const std::string directory = path.substr(0, path.rfind('/'));
-  if (isMoved(repair.to) || (makesDirectories_ && canBeMade(directory))) return "";
+  if (isMoved(repair.to) || (makesDirectories_ && isGoingToBeMade(directory))) return "";
   struct stat source {};
   const std::optional<Place>& held = holds_[indexOf(repair.from)];
   if (held) stat(file_.path(*held).c_str(), &source);

@@ -29,15 +29,24 @@ std::string directoryOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
 
-fs::path resolved(const std::string& path) {
-  std::error_code error;
-  const fs::path whole = fs::weakly_canonical(path, error);
-  return error ? fs::path(path) : whole;
+// Where a path leads, also if there is nothing.
+fs::path resolved(const fs::path& path, int links = 0) {
+  constexpr int kMostLinks = 40;
+  if (path == path.root_path() || links == kMostLinks) return path;
+  if (!fs::is_symlink(ownStatus(path)))
+    return resolved(path.parent_path(), links) / path.filename();
+  std::error_code ignored;
+  const fs::path target = path.parent_path() / fs::read_symlink(path, ignored);
+  return resolved(target.lexically_normal(), links + 1);
 }
 
 bool isAnyFile() {
   return std::any_of(kPlaces.begin(), kPlaces.end(),
                      [](Place place) { return !filesIn(pathOf(place, "")).empty(); });
+}
+
+bool canBeMade(const std::string& directory) {
+  return !fs::exists(ownStatus(directory)) && faccessat(AT_FDCWD, "/", W_OK, AT_EACCESS) == 0;
 }
 
 // Whoever may not give a directory to its owner keeps it.
@@ -46,7 +55,7 @@ bool makeLike(const char* directory, const char* other) {
   constexpr mode_t kPermissions = 07777;
   if (!canBeMade(directory) || mkdir(directory, kUsual) != 0) return false;
   struct stat like {};
-  if (stat(other, &like) != 0) return true;
+  if (stat(other, &like) != 0 || !S_ISDIR(like.st_mode)) return true;
   const int isKept = chown(directory, like.st_uid, like.st_gid);
   return chmod(directory, like.st_mode & kPermissions) == 0 || isKept != 0;
 }
@@ -68,16 +77,17 @@ bool areOneFile(const std::string& a, const std::string& b) {
 }
 
 std::string linkBetween(const std::string& a, const std::string& b) {
+  std::error_code ignored;
+  if (fs::is_symlink(ownStatus(a)) && fs::read_symlink(a, ignored) == b) return a;
   for (const std::string& path : {b, a, directoryOf(b), directoryOf(a)})
     if (fs::is_symlink(ownStatus(path))) return path;
   struct stat status {};
   return stat(b.c_str(), &status) == 0 && status.st_nlink > 1 ? b : "";
 }
 
-bool canBeMade(const std::string& directory) {
-  const std::string parent = directoryOf(directory).empty() ? "/" : directoryOf(directory);
-  return !fs::exists(ownStatus(directory)) &&
-         faccessat(AT_FDCWD, parent.c_str(), W_OK, AT_EACCESS) == 0;
+bool isGoingToBeMade(const std::string& directory) {
+  const std::string made = resolved(directory);
+  return (made == CFG_DIR_MAIN || made == CFG_DIR_BACKUP) && canBeMade(made) && isAnyFile();
 }
 
 std::vector<std::string> makeDirectories() {

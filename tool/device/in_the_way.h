@@ -17,8 +17,8 @@ bool areOneFile(const std::string& a, const std::string& b);
 /// that is one; of two names of a file the second. Empty if no name can be, as of a bind mount.
 std::string linkBetween(const std::string& a, const std::string& b);
 
-/// Whether a directory does not exist and can be made.
-bool canBeMade(const std::string& directory);
+/// Whether a directory of copies does not exist, and makeDirectories is going to make it.
+bool isGoingToBeMade(const std::string& directory);
 
 /// Makes the directories of main copies and backups where they do not exist on a device with files,
 /// each with the owner and the permissions of the other.

@@ -205,7 +205,7 @@ class Verification {
 // A main copy that is no file, or may not be used, or has too long a name, must not keep the others from
 // being restored.
 std::string whyNotVerified(const FileSet& set) {
-  if (canBeMade(CFG_DIR_MAIN)) return "";
+  if (isGoingToBeMade(CFG_DIR_MAIN)) return "";
   std::vector<Writing> mains;
   for (const Repair& repair : startUpRepairs(set)) {
     const State state = set.find(repair.name)->main.state;

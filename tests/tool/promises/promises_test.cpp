@@ -101,6 +101,11 @@ class PromisesTest : public QuickSaves, public testing::Test {
     return tool::device::checkHealth().value;
   }
 
+  static void verifyAsAtStart() {
+    const Silence silence;
+    CFG_VerifyFileFormat();
+  }
+
   // "Well" is a device of which every copy is a file of its own, loads, and is in sync.
   static void expectTruth(const Json& promised) {
     if (promised.at("health") != "well") return;
@@ -127,9 +132,8 @@ class PromisesTest : public QuickSaves, public testing::Test {
       const std::string path = copy.at("path").text();
       const std::string state = copy.at(member).text();
       EXPECT_EQ(found.at("state").text(), state) << member << " of " << path;
-      EXPECT_EQ(holdsElement(path),
-                (state == "good" || state == "out-of-step" || state == "cut-short") &&
-                    access(path.c_str(), R_OK) == 0)
+      if (state == "cut-short") continue;  // of all its elements, perhaps
+      EXPECT_EQ(holdsElement(path), state == "good" || state == "out-of-step")
           << member << " of " << path;
     }
   }
@@ -222,6 +226,10 @@ class PromisesTest : public QuickSaves, public testing::Test {
     }
   }
 
+  // Salvage tries what it finds on a device among the host's temporary files.
+  struct Host {
+    Host() { tool::rememberTemporaries(); }
+  } host_;
   testkit::DeviceRoot device_;
   WithoutOverride obeyPermissions_;
   LaterClock later_;
@@ -239,7 +247,7 @@ Kind kind(int number) {
 /// One of the three files, with every combination of copies, the others being as given.
 class EveryCombination : public PromisesTest, public testing::WithParamInterface<Kind> {
  protected:
-  void compareAll(const Kinds& others) {
+  void compareAll(const Kinds& others, int every) {
     int number = 0;
     for (int backup = 0; backup < kKinds; ++backup)
       for (int factory = 0; factory < kKinds; ++factory) {
@@ -247,22 +255,22 @@ class EveryCombination : public PromisesTest, public testing::WithParamInterface
         scene.files.fill(others);
         scene.files[static_cast<std::size_t>(++number) % 3] = {GetParam(), kind(backup),
                                                                kind(factory)};
-        compare(scene);
+        if (number % every == 0) compare(scene);
         if (isEnough()) return;
       }
   }
 };
 
 TEST_P(EveryCombination, OfOneFileBesideSoundOnes) {
-  compareAll(kSound);
+  compareAll(kSound, 1);
 }
 
 TEST_P(EveryCombination, OfOneFileWithoutBackupsOfTheOthers) {
-  compareAll({Kind::Good, Kind::Missing, Kind::Good});
+  compareAll({Kind::Good, Kind::Missing, Kind::Good}, 7);
 }
 
 TEST_P(EveryCombination, OfOneFileWithoutFactoryCopiesOfTheOthers) {
-  compareAll({Kind::Good, Kind::Good, Kind::Missing});
+  compareAll({Kind::Good, Kind::Good, Kind::Missing}, 7);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfMain, EveryCombination, testing::ValuesIn([] {
