@@ -43,7 +43,10 @@ bool isGoodAfter(const FileSet& set, const ConfigFile& file, Place place, const 
 // The least that has to be moved away before `verify --resync` makes a copy good; nothing if that does
 // not help.
 Moved whatToMove(const FileSet& set, const ConfigFile& file, Place place) {
-  const Moved all = allInTheWay(file);
+  Moved all = allInTheWay(file);
+  std::stable_sort(all.begin(), all.end(), [&](const auto& a, const auto& b) {
+    return a.first == place && b.first != place;
+  });
   for (const auto& each : all)
     if (isGoodAfter(set, file, place, {each})) return {each};
   return isGoodAfter(set, file, place, all) ? all : Moved();
@@ -58,11 +61,14 @@ void adviseMoving(const Moved& moved, Advice& advice) {
 // A link to nothing that leads to where another copy will be comes to life with that, but is none of
 // its own.
 bool leadsToAnother(const ConfigFile& file, Place place) {
-  return file.copy(place).state == State::NotAFile &&
-         std::any_of(kPlaces.begin(), kPlaces.end(), [&](Place other) {
-           return other != place && areOneFile(file.path(other), file.path(place)) &&
-                  linkBetween(file.path(other), file.path(place)) == file.path(place);
-         });
+  const State state = file.copy(place).state;
+  if (state != State::NotAFile && state != State::Missing) return false;
+  const std::string path = file.path(place);
+  return std::any_of(kPlaces.begin(), kPlaces.end(), [&](Place other) {
+    if (other == place || !areOneFile(file.path(other), path)) return false;
+    const std::string link = linkBetween(file.path(other), path);
+    return !link.empty() && beginsWith(path, link);
+  });
 }
 
 bool isAnyGood(const ConfigFile& file) {

@@ -70,12 +70,9 @@ class Prospects {
 };
 
 Json recordOf(const ConfigFile& file, Place place) {
-  Json record = {{"file", file.name},
-                 {"copy", wordFor(place)},
-                 {"path", file.path(place)},
-                 {"state", wordFor(file.copy(place).state)},
-                 {"bytes", nullptr},
-                 {"changed", nullptr}};
+  Json record = {{"file", file.name},        {"copy", wordFor(place)},
+                 {"path", file.path(place)}, {"state", wordFor(file.copy(place).state)},
+                 {"bytes", nullptr},         {"changed", nullptr}};
   struct stat status {};
   if (stat(file.path(place).c_str(), &status) != 0) return record;
   if (S_ISREG(status.st_mode)) record["bytes"] = status.st_size;
