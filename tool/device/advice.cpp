@@ -40,24 +40,6 @@ bool isGoodAfter(const FileSet& set, const ConfigFile& file, Place place, const 
   return forecast.state(place) == State::Good;
 }
 
-// The least that has to be moved away before `verify --resync` makes a copy good; nothing if that does
-// not help.
-Moved whatToMove(const FileSet& set, const ConfigFile& file, Place place) {
-  Moved all = allInTheWay(file);
-  std::stable_sort(all.begin(), all.end(), [&](const auto& a, const auto& b) {
-    return a.first == place && b.first != place;
-  });
-  for (const auto& each : all)
-    if (isGoodAfter(set, file, place, {each})) return {each};
-  return isGoodAfter(set, file, place, all) ? all : Moved();
-}
-
-void adviseMoving(const Moved& moved, Advice& advice) {
-  for (const auto& [place, path] : moved) advice.move.push_back(path);
-  const bool isItself = advice.move.size() == 1 && advice.move.front() == advice.path;
-  advice.outlook = "; move " + (isItself ? "it" : joined(advice.move)) + " away";
-}
-
 // A link to nothing that leads to where another copy will be comes to life with that, but is none of
 // its own.
 bool leadsToAnother(const ConfigFile& file, Place place) {
@@ -69,6 +51,25 @@ bool leadsToAnother(const ConfigFile& file, Place place) {
     const std::string link = linkBetween(file.path(other), path);
     return !link.empty() && beginsWith(path, link);
   });
+}
+
+// The least that has to be moved away before `verify --resync` makes a copy good; nothing if that does
+// not help.
+Moved whatToMove(const FileSet& set, const ConfigFile& file, Place place) {
+  Moved all = allInTheWay(file);
+  std::stable_sort(all.begin(), all.end(), [&](const auto& a, const auto& b) {
+    return a.first == place && b.first != place;
+  });
+  const bool isItsOwn = !leadsToAnother(file, place);
+  for (const auto& each : all)
+    if ((isItsOwn || each.first == place) && isGoodAfter(set, file, place, {each})) return {each};
+  return isGoodAfter(set, file, place, all) ? all : Moved();
+}
+
+void adviseMoving(const Moved& moved, Advice& advice) {
+  for (const auto& [place, path] : moved) advice.move.push_back(path);
+  const bool isItself = advice.move.size() == 1 && advice.move.front() == advice.path;
+  advice.outlook = "; move " + (isItself ? "it" : joined(advice.move)) + " away";
 }
 
 bool isAnyGood(const ConfigFile& file) {
