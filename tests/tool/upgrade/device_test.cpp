@@ -404,6 +404,10 @@ TEST_F(UpgradeTest, GoingBackIsTheSameMergeTheOtherWay) {
       {"parameter": "System/Rtsp", "to": "System/RtspPort"}}]})");
   EXPECT_THAT(run({"boot"}).out, HasSubstr("merged with the new factory set; conflicts: 1\n"));
   EXPECT_EQ(get("System", "RtspPort"), "8554\n");
+  EXPECT_EQ(run({"undo"}).status, 0);
+  const tool::Json again =
+      upgraded({"--from", device.hostPath() + "/old", "--rules", device.hostPath() + kRules});
+  EXPECT_EQ(placesIn(again, "rule"), "parameters.System.Rtsp\n");
   device.write(kBusinessDefault, kParameters);
   device.remove(kRules);
   EXPECT_EQ(run({"boot"}).out,

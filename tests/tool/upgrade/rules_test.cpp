@@ -91,8 +91,9 @@ TEST_F(UpgradeRulesTest, WhateverIsDroppedIsListed) {
       &entries);
   std::vector<std::string> listed;
   for (const Entry& entry : entries) listed.push_back(entry.place + " " + entry.before.dump());
-  EXPECT_THAT(listed,
-              ElementsAre("Image/Mode \"Auto\"", "Image/View/Width \"1\"", "Image/View/In \"2\""));
+  EXPECT_THAT(listed, ElementsAre("parameters.Image.Mode \"Auto\"",
+                                  "parameters.Image[\"View/Width\"] \"1\"",
+                                  "parameters.Image[\"View/In\"] \"2\""));
 }
 
 TEST_F(UpgradeRulesTest, SecretsAreNotReported) {
