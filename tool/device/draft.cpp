@@ -4,17 +4,12 @@
 
 #include "base/library_log.h"
 #include "base/outcome.h"
+#include "base/plain_text.h"
 #include "device/calm.h"
 #include "device/scratch.h"
 
 namespace camcfg::tool::device {
 namespace {
-
-bool isWhole(const std::string& bytes) {
-  tinyxml2::XMLDocument document;
-  return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS &&
-         document.FirstChildElement() != nullptr;
-}
 
 // A program may be saving the file.
 Contents requireContents(const Change& change) {
@@ -73,6 +68,17 @@ void makeAll(const std::vector<Change>& changes, const std::vector<Contents>& fi
 }
 
 }  // namespace
+
+Change changeTo(const Contents& file, const std::string& instead) {
+  const auto make = [file] {
+    saveContents({file});
+    return true;
+  };
+  const auto arrived = [file](tinyxml2::XMLDocument& document) {
+    return written(document) == written(*parsed(file.bytes));
+  };
+  return {file.path, file.path, make, arrived, {}, instead};
+}
 
 bool isReplaced(const std::optional<std::string>& bytes, const Change& change) {
   return !change.instead.empty() &&

@@ -8,6 +8,7 @@
 
 #include "device/files.h"
 #include "device/journal.h"
+#include "device/save.h"
 
 namespace camcfg::tool::device {
 
@@ -25,6 +26,9 @@ struct Change {
   /// not be.
   std::string instead{};
 };
+
+/// The change that makes a file what it is given here, byte for byte.
+Change changeTo(const Contents& file, const std::string& instead = "");
 
 /// Whether the bytes of a file are replaced, since they are of no use to start from.
 bool isReplaced(const std::optional<std::string>& bytes, const Change& change);
