@@ -146,10 +146,6 @@ Json loadEntries(const Table& table) {
   return loaded<Json>(table, [&](Json& entries) { return table.calls.load(table, entries); });
 }
 
-std::list<StreamSource> loadStreamSources() {
-  return loaded<std::list<StreamSource>>(settings::streamSources(), CFG_MPP_LoadStreamSourceConfig);
-}
-
 std::list<StreamCache> loadStreamCaches() {
   return loaded<std::list<StreamCache>>(settings::streamCaches(), CFG_MPP_LoadStreamCacheConfig);
 }

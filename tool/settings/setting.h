@@ -166,6 +166,11 @@ std::string permittedFor(const Setting& setting);
 /// The setting of a member; null if there is none.
 const Setting* settingOf(const Settings& settings, std::string_view member);
 
+/// What an answer calls a setting, next to its value: "focus mode".
+inline const char* labelOf(const Setting& setting) {
+  return setting.label == nullptr ? setting.member : setting.label;
+}
+
 /// How the library loads and saves the entries of a section, as JSON by the rows of its table.
 struct Calls {
   /// Loads the entries; over a fault, those before the faulty one.
@@ -181,7 +186,7 @@ struct Calls {
 struct Table {
   const char* place;   ///< in documents: "live.srt"; of an inner table: the member
   const char* word;    ///< on the command line: "srt"
-  const char* entry;   ///< what an entry is called: "SRT instance"
+  const char* entry;   ///< what an entry is called, the service first: "SRT instance"
   const char* key;     ///< member that distinguishes entries; null: none does
   const char* label;   ///< member that says which one an entry is; null: the key does
   const char* parent;  ///< element at the top of the file
@@ -192,6 +197,8 @@ struct Table {
   /// What must be true of an entry beyond each of its settings; asked when those are fine.
   void (*check)(const Node& entry) = nullptr;
   bool isSaved = true;  ///< the library saves the section whole, and drops what it does not know
+  /// What an entry is called as a session of its service; null: by its label, or else its key.
+  std::string (*sessionName)(const Json& entry) = nullptr;
 
   const Setting* find(std::string_view member) const { return settingOf(settings, member); }
 };
