@@ -27,7 +27,47 @@ XMLElement& requireTop(XMLDocument& document, const std::string& name) {
                 didYouMean(name, namesFrom(document.FirstChildElement())));
 }
 
+Json jsonOf(const Hit& hit) {
+  return {{"name", hit.name}, {"line", hit.line}, {"match", hit.exact ? "exact" : "prefix"}};
+}
+
+Json textOrNull(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
+}
+
 }  // namespace
+
+// The first hit answers, the others are in its shadow.
+Json jsonOf(const Lookup& lookup, const std::string& path) {
+  Json answer;
+  Json shadows = Json::array();
+  for (const Hit& hit : lookup.hits)
+    if (answer.is_null())
+      answer = jsonOf(hit);
+    else
+      shadows.push_back(jsonOf(hit));
+  return {{"asked", lookup.asked},
+          {"path", path},
+          {"answeredBy", answer},
+          {"why", lookup.why},
+          {"shadows", shadows}};
+}
+
+Json copyRow(Place place, const std::string& path, State state, const std::string& fault,
+             std::optional<int> line) {
+  return {{"copy", wordFor(place)},
+          {"path", path},
+          {"state", wordFor(state)},
+          {"line", line ? Json(*line) : Json()},
+          {"fault", textOrNull(fault)}};
+}
+
+Json valueRow(const std::string& name, const std::string& permitted) {
+  Json row = {{"name", name}};
+  for (const Place place : kPlaces) row[wordFor(place)] = nullptr;
+  row["permitted"] = textOrNull(permitted);
+  return row;
+}
 
 std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
                      const std::string& sought) {
@@ -48,7 +88,8 @@ Lookup lookupByName(XMLElement& parent, const std::string& name, const std::stri
   for (XMLElement* element = parent.FirstChildElement(); element != nullptr;
        element = element->NextSiblingElement())
     if (beginsWith(element->Value(), name))
-      lookup.hits.push_back({element, element->Value(), element->Value() == name});
+      lookup.hits.push_back(
+          {element->Value(), element->GetLineNum(), element->Value() == name, element});
   startWith(lookup.hits, CFG_GetElementByName(&parent, name.c_str()));
   lookup.why = whyFirst(lookup.hits, "name", name);
   return lookup;
@@ -59,8 +100,8 @@ Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name
   for (XMLElement* section = document.FirstChildElement(); section != nullptr;
        section = section->NextSiblingElement())
     if (XMLElement* element = CFG_GetElementByName(section, name.c_str()))
-      lookup.hits.push_back({element, std::string(section->Value()) + "/" + element->Value(),
-                             element->Value() == name});
+      lookup.hits.push_back({std::string(section->Value()) + "/" + element->Value(),
+                             element->GetLineNum(), element->Value() == name, element});
   lookup.why = lookup.hits.empty() ? "no section has a name that begins with '" + name + "'"
                                    : "the first section in which a name begins with '" + name + "'";
   return lookup;
@@ -74,13 +115,6 @@ XMLElement* elementAt(XMLDocument& document, const ElementPath& path) {
   return element;
 }
 
-void ExplainedLookup::add(const Found& found) {
-  if (answeredBy)
-    shadows.push_back(found);
-  else
-    answeredBy = found;
-}
-
 ExplainedFile::ExplainedFile(const char* mainPath) {
   for (std::size_t i = 0; i < kPlaces.size(); ++i) {
     paths_[i] = pathOf(kPlaces[i], mainPath);
@@ -90,12 +124,6 @@ ExplainedFile::ExplainedFile(const char* mainPath) {
   if (tried_ == copies_.size())
     throw Refusal(Status::Unusable, std::string(mainPath) + " " + copies_[0].fault +
                                         " and no other copy of it is good");
-}
-
-ExplainedLookup ExplainedFile::told(const Lookup& lookup) const {
-  ExplainedLookup told{lookup.asked, paths_[tried_], std::nullopt, lookup.why, {}};
-  for (const Hit& hit : lookup.hits) told.add({hit.name, hit.element->GetLineNum(), hit.exact});
-  return told;
 }
 
 ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,

@@ -35,7 +35,8 @@ device::Lookup lookupPreset(XMLElement& group, int id) {
   XMLElement* answer = CFG_GetElementByNameId(&group, kElement, id);
   for (const Preset& preset : presetsIn(group))
     if (preset.element == answer || preset.id() == id)
-      lookup.hits.push_back({preset.element, preset.label(), preset.id() == id});
+      lookup.hits.push_back(
+          {preset.label(), preset.element->GetLineNum(), preset.id() == id, preset.element});
   startWith(lookup.hits, answer);
   if (lookup.hits.empty()) return lookup;
   lookup.why =
@@ -50,7 +51,8 @@ device::Lookup lookupPreset(XMLElement& group, const std::string& description) {
   device::Lookup lookup{"description '" + description + "'", {}, ""};
   for (const Preset& preset : presetsIn(group))
     if (preset.description() && beginsWith(*preset.description(), description))
-      lookup.hits.push_back({preset.element, preset.label(), preset.description() == description});
+      lookup.hits.push_back({preset.label(), preset.element->GetLineNum(),
+                             preset.description() == description, preset.element});
   lookup.why = whyFirst(lookup.hits, "description", description);
   return lookup;
 }
@@ -221,13 +223,13 @@ device::Explanation explainPreset(const std::string& word) {
                ? nullptr
                : CFG_GetElementByNameId(others, kElement, *preset.id());
   };
-  device::Explanation explanation{preset.label(), file.copies(find), {}, {file.told(lookup)}};
+  device::Explanation explanation{preset.label(), file.copies(find)};
+  explanation.lookups.push_back(file.told(lookup));
   for (const Setting& setting : settings::presetSettings()) {
     const auto take = [&](XMLElement& element) {
       return presetOf(element).values.at(setting.member);
     };
-    explanation.values.push_back(file.value(setting.member, find, take));
-    explanation.values.back().permitted = permitted(setting);
+    explanation.values.push_back(file.value(setting.member, permitted(setting), find, take));
   }
   return explanation;
 }
