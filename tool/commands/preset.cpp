@@ -2,8 +2,6 @@
 
 #include <camcfg/preset.h>
 
-#include <algorithm>
-
 #include "base/library_log.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"

@@ -8,6 +8,7 @@
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "device/calm.h"
+#include "device/draft.h"
 #include "device/history.h"
 #include "device/room.h"
 #include "device/save.h"

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/elements.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 
@@ -14,17 +15,17 @@ using tinyxml2::XMLElement;
 
 namespace {
 
-std::vector<std::string> namesFrom(const XMLElement* first) {
+template <typename Parent>
+std::vector<std::string> namesIn(const Parent& parent) {
   std::vector<std::string> names;
-  for (; first != nullptr; first = first->NextSiblingElement()) names.emplace_back(first->Value());
+  for (const XMLElement* child : childrenOf(parent)) names.emplace_back(child->Value());
   return names;
 }
 
 XMLElement& requireTop(XMLDocument& document, const std::string& name) {
   XMLElement* section = CFG_GetBrotherElementByName(document.FirstChildElement(), name.c_str());
   if (section != nullptr) return *section;
-  throw Refusal("there is no section '" + name + "'" +
-                didYouMean(name, namesFrom(document.FirstChildElement())));
+  throw Refusal("there is no section '" + name + "'" + didYouMean(name, namesIn(document)));
 }
 
 Json jsonOf(const Hit& hit) {
@@ -58,7 +59,7 @@ Json copyRow(Place place, const std::string& path, State state, const std::strin
   return {{"copy", wordFor(place)},
           {"path", path},
           {"state", wordFor(state)},
-          {"line", line ? Json(*line) : Json()},
+          {"line", line},
           {"fault", textOrNull(fault)}};
 }
 
@@ -85,8 +86,7 @@ void startWith(std::vector<Hit>& hits, const XMLElement* answer) {
 
 Lookup lookupByName(XMLElement& parent, const std::string& name, const std::string& asked) {
   Lookup lookup{asked, {}, ""};
-  for (XMLElement* element = parent.FirstChildElement(); element != nullptr;
-       element = element->NextSiblingElement())
+  for (XMLElement* element : childrenOf(parent))
     if (beginsWith(element->Value(), name))
       lookup.hits.push_back(
           {element->Value(), element->GetLineNum(), element->Value() == name, element});
@@ -97,8 +97,7 @@ Lookup lookupByName(XMLElement& parent, const std::string& name, const std::stri
 
 Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name) {
   Lookup lookup{name + " (no section)", {}, ""};
-  for (XMLElement* section = document.FirstChildElement(); section != nullptr;
-       section = section->NextSiblingElement())
+  for (XMLElement* section : childrenOf(document))
     if (XMLElement* element = CFG_GetElementByName(section, name.c_str()))
       lookup.hits.push_back({std::string(section->Value()) + "/" + element->Value(),
                              element->GetLineNum(), element->Value() == name, element});
@@ -136,7 +135,7 @@ ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
     const Lookup lookup = lookupByName(*element, name, joined(asked, "/"));
     if (lookup.hits.empty())
       throw Refusal(joined(path, "/") + " has nothing whose name begins with '" + name + "'" +
-                    didYouMean(name, namesFrom(element->FirstChildElement())));
+                    didYouMean(name, namesIn(*element)));
     explanation.lookups.push_back(file.told(lookup));
     XMLElement* exact = element->FirstChildElement(name.c_str());
     element = exact == nullptr ? lookup.hits.front().element : exact;

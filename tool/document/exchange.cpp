@@ -1,7 +1,6 @@
 #include "document/exchange.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
 
 #include "base/outcome.h"

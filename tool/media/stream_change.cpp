@@ -94,7 +94,7 @@ void requireReachable(const Chosen& chosen) {
 Outcome markOutcome(const CacheEntry& cache, Mark mark, int sourceId) {
   return {{{"cache", cache.id()},
            {"mark", mark == &AllowedSource::isDefault ? "Default" : "Enable"},
-           {"before", idOrNull(cache.marked(mark))},
+           {"before", cache.marked(mark)},
            {"value", sourceId}},
           {}};
 }

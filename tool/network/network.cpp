@@ -37,8 +37,7 @@ XMLElement* childOf(XMLElement& parent, const std::string& name) {
 }
 
 Json attributeOf(const XMLElement* element, const char* attribute) {
-  const char* text = element == nullptr ? nullptr : element->Attribute(attribute);
-  return text == nullptr ? Json() : Json(text);
+  return element == nullptr ? nullptr : element->Attribute(attribute);
 }
 
 std::vector<CardField> fieldsOf(XMLElement& card) {

@@ -20,12 +20,8 @@ using tinyxml2::XMLElement;
 
 Json valueIn(const XMLElement& element, const Setting& setting) {
   const char* attribute = setting.attributes.front().name;
-  if (setting.kind == settings::Kind::Integer) {
-    const std::optional<int> number = settings::integerIn(element, attribute);
-    return number ? Json(*number) : Json();
-  }
-  const char* text = element.Attribute(attribute);
-  return text == nullptr ? Json() : Json(text);
+  return isText(setting) ? Json(element.Attribute(attribute))
+                         : Json(settings::integerIn(element, attribute));
 }
 
 // What a lookup finds by id.

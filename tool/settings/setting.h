@@ -116,8 +116,8 @@ struct Condition {
   const char* word{};
 };
 
-/// A column of a listing: heading, and places for members as in "{id} {name}".
-struct Column {
+/// The column of a listing that a setting is in, with places for members as in "{id} {name}".
+struct ListedAs {
   const char* heading = nullptr;
   std::string cell;
   int rank = 0;  ///< columns of a higher rank come later
@@ -139,7 +139,7 @@ struct Setting {
   const char* unit{};
   const char* channelType{};  ///< it is the "Id" of the <Channel> of this "Type"
   const Table* inner{};       ///< of a List: its records; of other kinds: elements inside the entry
-  Column column{};            ///< in listings; without a heading: not listed by itself
+  ListedAs column{};          ///< in listings; without a heading: not listed by itself
   bool isChannel = false;     ///< it is the id of a stream cache
   bool isSaved = true;        ///< the library writes it when it saves the section
   const Table* refersTo{};    ///< it is the key of an entry of this table

@@ -38,7 +38,7 @@ class Row : public Setting {
     return listed(heading, "{" + std::string(member) + "}", rank);
   }
   Row& listed(const char* heading, std::string cell, int rank = 0) {
-    return with(&Setting::column, Column{heading, std::move(cell), rank});
+    return with(&Setting::column, ListedAs{heading, std::move(cell), rank});
   }
   Row& refersTo(const Table& table) { return with(&Setting::refersTo, &table); }
   Row& notSaved() { return with(&Setting::isSaved, false); }
