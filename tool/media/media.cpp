@@ -98,7 +98,7 @@ device::Section sectionOf(const Table& table) {
     };
     return std::vector<Change>{change};
   };
-  return {table.place, load, read, changes, losses, CFG_FILE_MPP, &table, readable, replacement};
+  return {table.place, load, read, changes, CFG_FILE_MPP, &table, readable, replacement, losses};
 }
 
 }  // namespace
