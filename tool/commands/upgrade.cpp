@@ -68,7 +68,9 @@ Answer upgradeDevice(const Arguments& arguments) {
   if (!answer.value["findings"].empty())
     answer.layout.emplace_back(cli::Lines{"findings", "found now: {}"});
   if (answer.status != Status::Done) return answer;
-  if (answer.value["files"].empty())
+  if (answer.value["mergedBefore"] == true && answer.value["files"].empty())
+    answer.layout.emplace_back(Line{"the factory set in place has been merged before"});
+  else if (answer.value["files"].empty())
     answer.layout.emplace_back(Line{"no file differs from what the new factory set makes of it"});
   else if (options.rehearse)
     answer.layout.emplace_back(Line{"nothing was written"});

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "device/files.h"
+#include "device/save.h"
 
 namespace camcfg::tool::device {
 
@@ -24,6 +25,9 @@ struct Change {
   /// not be.
   std::string instead{};
 };
+
+/// The change that makes a file what it is given here, byte for byte.
+Change changeTo(const Contents& file, const std::string& instead = "");
 
 /// Makes changes, all or none, and makes sure of them. What they make of the files is found out on
 /// copies of them; it goes into the journal and is then saved, each file once. Whatever ends the tool

@@ -10,12 +10,6 @@
 namespace camcfg::tool::device {
 namespace {
 
-bool isWhole(const std::string& bytes) {
-  tinyxml2::XMLDocument document;
-  return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS &&
-         document.FirstChildElement() != nullptr;
-}
-
 // A program may be saving the file.
 Contents requireContents(const Change& change) {
   const std::string& path = change.path;

@@ -141,6 +141,17 @@ Copy loadCopy(const std::string& path) {
   return {State::NoElement, "holds no element", std::move(copy.document)};
 }
 
+Document parsed(std::string_view text) {
+  auto document = std::make_unique<tinyxml2::XMLDocument>(true, tinyxml2::PRESERVE_WHITESPACE);
+  document->Parse(text.data(), text.size());
+  return document;
+}
+
+bool isWhole(std::string_view text) {
+  const Document document = parsed(text);
+  return !document->Error() && document->FirstChildElement() != nullptr;
+}
+
 Document requireDocument(const std::string& path) {
   Copy copy = loadCalmly(path);
   if (copy.state == State::Missing) requireDevice();

@@ -6,6 +6,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace camcfg::tool::device {
@@ -57,6 +58,12 @@ Copy loadCopy(const std::string& path);
 /// Loads a main copy for a command that cannot do without it.
 /// @throws Refusal that names the file, its fault and what repairs it
 Document requireDocument(const std::string& path);
+
+/// A text as the library parses files; with an error if it is not well-formed.
+Document parsed(std::string_view text);
+
+/// Whether a text is well-formed and has an element.
+bool isWhole(std::string_view text);
 
 /// Whether two documents are the same to the library.
 bool sameContents(const Copy& a, const Copy& b);

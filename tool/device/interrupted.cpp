@@ -56,11 +56,6 @@ bool isBeginning(const std::string& bytes, const std::string& whole) {
   return bytes.size() < whole.size() && beginsWith(whole, bytes);
 }
 
-bool parses(const std::string& bytes) {
-  tinyxml2::XMLDocument document;
-  return document.Parse(bytes.data(), bytes.size()) == tinyxml2::XML_SUCCESS;
-}
-
 // What an earlier attempt was to save counts as torn: it is neither the old nor the new.
 bool isTorn(const std::string& bytes, const FileChange& file) {
   return isBeginning(bytes, file.after) || isBeginning(bytes, file.before) ||
@@ -68,7 +63,7 @@ bool isTorn(const std::string& bytes, const FileChange& file) {
                      [&](const std::string& earlier) {
                        return bytes == earlier || isBeginning(bytes, earlier);
                      }) ||
-         !parses(bytes);
+         parsed(bytes)->Error();
 }
 
 // What is left where a power cut has lost the emptying of a file but not all that was written after

@@ -30,19 +30,6 @@ std::string insteadOf(const std::string& path) {
   return bytes && !hasHole(bytes) ? *bytes : device::bytesOf(pathOf(Place::Default, path));
 }
 
-Change changeTo(const Salvaged& salvaged) {
-  const std::string& path = salvaged.task.path;
-  const std::string& bytes = salvaged.file.bytes;
-  const auto make = [path, bytes] {
-    saveContents({{path, bytes}});
-    return true;
-  };
-  const auto arrived = [bytes](tinyxml2::XMLDocument& document) {
-    return written(document) == written(*parsedDocument(bytes));
-  };
-  return {path, path, make, arrived, {}, insteadOf(path)};
-}
-
 // Damaged copies of the device, which are about to be replaced.
 Json keptCopies(const std::vector<Salvaged>& files) {
   Json kept = Json::array();
@@ -62,7 +49,8 @@ Json applied(const std::vector<Salvaged>& files) {
   Json kept = keptCopies(files);
   std::vector<Change> changes;
   changes.reserve(files.size());
-  for (const Salvaged& file : files) changes.push_back(changeTo(file));
+  for (const Salvaged& file : files)
+    changes.push_back(changeTo({file.task.path, file.file.bytes}, insteadOf(file.task.path)));
   makeChanges(changes);
   return kept;
 }

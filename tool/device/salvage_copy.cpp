@@ -8,16 +8,10 @@
 
 namespace camcfg::tool::device {
 
-Document parsedDocument(std::string_view text) {
-  auto document = std::make_unique<tinyxml2::XMLDocument>(true, tinyxml2::PRESERVE_WHITESPACE);
-  const bool isWhole = document->Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS &&
-                       document->FirstChildElement() != nullptr;
-  return isWhole ? std::move(document) : nullptr;
-}
-
 Document parsedElement(std::string_view text) {
-  Document document = parsedDocument(text);
-  const bool isAlone = document != nullptr && document->FirstChild() == document->LastChild();
+  Document document = parsed(text);
+  const bool isAlone = !document->Error() && document->FirstChildElement() != nullptr &&
+                       document->FirstChild() == document->LastChild();
   return isAlone ? std::move(document) : nullptr;
 }
 
@@ -74,8 +68,8 @@ std::size_t SalvagedFile::from(const char* source) const {
 std::optional<SalvagedFile> salvaged(const std::optional<std::string>& main,
                                      const std::optional<std::string>& backup,
                                      const std::string& factory) {
-  const Document document = parsedDocument(factory);
-  if (document == nullptr) return std::nullopt;
+  if (!isWhole(factory)) return std::nullopt;
+  const Document document = parsed(factory);
   const std::string none;
   const SalvageCopies copies = {{Place::Main, main ? *main : none},
                                 {Place::Backup, backup ? *backup : none},

@@ -14,10 +14,6 @@ namespace camcfg::tool::device {
 // What the parts of salvage share.
 
 /// Parses a text with the library's options.
-/// @return null if it is not well-formed or has no element
-Document parsedDocument(std::string_view text);
-
-/// The same.
 /// @return null if it is not one whole element, or anything else is with it
 Document parsedElement(std::string_view text);
 

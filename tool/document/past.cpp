@@ -55,20 +55,6 @@ std::vector<Transition> transitionsOf(const std::vector<device::FileChange>& fil
   return transitions;
 }
 
-// The change that makes a file what it once was, byte for byte.
-device::Change restoring(const device::FileChange& file) {
-  const auto restore = [file] {
-    device::saveContents({{file.path, file.after}});
-    return true;
-  };
-  const auto arrived = [file](tinyxml2::XMLDocument& document) {
-    tinyxml2::XMLDocument former;
-    former.Parse(file.after.data(), file.after.size());
-    return written(document) == written(former);
-  };
-  return {file.path, file.path, restore, arrived};
-}
-
 // What becomes of the device when changes are taken back.
 class Undoing {
  public:
@@ -89,7 +75,8 @@ class Undoing {
 
   std::vector<device::Change> changes() const {
     std::vector<device::Change> all;
-    for (const device::FileChange& file : restored_) all.push_back(restoring(file));
+    for (const device::FileChange& file : restored_)
+      all.push_back(device::changeTo({file.path, file.after}));
     for (const Transition& merged : merged_)
       for (const device::Change& change : merged.section->changes(merged.before, merged.after))
         all.push_back(change);

@@ -57,13 +57,6 @@ FileKind kindOf(const XMLDocument& document) {
   return anyIs(isLanguage) ? FileKind::Language : FileKind::Unknown;
 }
 
-// With the library's options.
-device::Document parse(const std::string& bytes) {
-  auto document = std::make_unique<XMLDocument>(true, tinyxml2::PRESERVE_WHITESPACE);
-  document->Parse(bytes.data(), bytes.size());
-  return document;
-}
-
 // The library reads some files as such whatever is in them.
 FileKind kindOfDeviceFile(const Source& source) {
   if (source.name == CFG_FILE_BUSINESS) return FileKind::Parameters;
@@ -83,7 +76,7 @@ Source deviceSource(const std::string& path, const device::Copy& copy) {
     source.isRead = bytes.has_value();
     if (bytes) source.bytes = std::move(*bytes);
   }
-  if (source.isRead && !copy.loads()) source.parsed = parse(source.bytes);
+  if (source.isRead && !copy.loads()) source.parsed = device::parsed(source.bytes);
   return source;
 }
 
@@ -97,7 +90,7 @@ std::vector<Source> sourcesOf(const std::vector<HostFile>& files) {
     source.fault = file.fault;
     source.isRead = file.fault.empty();
     source.bytes = file.contents;
-    if (source.isRead) source.parsed = parse(source.bytes);
+    if (source.isRead) source.parsed = device::parsed(source.bytes);
     if (source.isRead && !source.parsed->Error()) source.document = source.parsed.get();
     if (source.isWhole()) source.kind = kindOf(*source.document);
     sources.push_back(std::move(source));

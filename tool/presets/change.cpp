@@ -72,7 +72,9 @@ void write(const Values& values, XMLElement& element) {
   for (const Setting& setting : settings::presetSettings()) {
     const char* attribute = setting.attributes.front().name;
     const Json& value = values.at(setting.member);
-    if (isText(setting))
+    if (value.is_null())
+      element.DeleteAttribute(attribute);
+    else if (isText(setting))
       element.SetAttribute(attribute, value.text().c_str());
     else
       element.SetAttribute(attribute, value.get<int>());
@@ -108,8 +110,14 @@ bool storeInstead(const std::vector<Values>& presets) {
   return CFG_SaveFile(document.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
 }
 
+bool hasAll(const Values& values) {
+  return std::none_of(values.begin(), values.end(),
+                      [](const Json& value) { return value.is_null(); });
+}
+
 bool storeAll(const std::vector<Values>& presets) {
-  return presets.size() == 1 ? store(presets.front()) : storeTogether(presets);
+  const bool isRecord = presets.size() == 1 && hasAll(presets.front());
+  return isRecord ? store(presets.front()) : storeTogether(presets);
 }
 
 // How many presets are written exactly like this.

@@ -10,7 +10,6 @@
 #include "base/plain_text.h"
 #include "lint/lint.h"
 #include "upgrade/parameters.h"
-#include "upgrade/parsed.h"
 
 namespace camcfg::tool::upgrade {
 namespace {
@@ -67,7 +66,7 @@ void removeComments(XMLNode& node) {
 // Whether two files are the same except for comments and spaces.
 bool areAlike(const std::string& a, const std::string& b) {
   const auto plain = [](const std::string& text) {
-    const device::Document document = parsed(text);
+    const device::Document document = device::parsed(text);
     removeComments(*document);
     return written(*document);
   };
@@ -77,12 +76,12 @@ bool areAlike(const std::string& a, const std::string& b) {
 // @return whether any rule found something
 bool applyAll(const std::vector<Rule>& rules, const std::string& path, std::string& text,
               Entries& entries) {
-  const device::Document document = parsed(text);
+  const device::Document document = device::parsed(text);
   const std::string before = written(*document);
   for (const Rule& rule : rules) apply(rule, *document, path == CFG_FILE_BUSINESS, &entries);
   if (written(*document) == before) return false;
   text = written(*document);
-  if (parsed(text)->Error())
+  if (device::parsed(text)->Error())
     throw Refusal(path + ": the rules make a file of it that cannot be read");
   return true;
 }
@@ -97,7 +96,7 @@ class FileMerge {
 
   void carryOut() {
     merge();
-    while (!errors_.empty() && holdOne()) continue;
+    while (!errors_.empty() && holdSome()) continue;
     if (!errors_.empty()) holdAll();
   }
 
@@ -115,9 +114,10 @@ class FileMerge {
   void merge() {
     Merge merge(ways_);
     if (path_ == CFG_FILE_BUSINESS) {
-      const device::Document factory = parsed(sides_.factory);
-      const device::Document base = parsed(sides_.base.value_or(""));
-      mergeParameters(sides_.base ? base.get() : nullptr, *factory, *parsed(sides_.user), merge);
+      const device::Document factory = device::parsed(sides_.factory);
+      const device::Document base = device::parsed(sides_.base.value_or(""));
+      mergeParameters(sides_.base ? base.get() : nullptr, *factory, *device::parsed(sides_.user),
+                      merge);
       text_ = written(*factory);
     } else {
       text_ = mergeSections(path_, sides_, merge);
@@ -131,46 +131,57 @@ class FileMerge {
            (entry.what == kConflict && entry.after != entry.before);
   }
 
-  // Goes without the first thing of the new set that brings an error in.
-  bool holdOne() {
+  // Goes without each thing of the new set that brings an error in.
+  // @return whether there was one
+  bool holdSome() {
+    bool isAnyHeld = false;
+    const Entries offered = entries_;
+    for (const Entry& entry : offered) {
+      if (errors_.empty()) break;
+      if (isFromFactory(entry) && hold(entry)) isAnyHeld = true;
+    }
+    return isAnyHeld;
+  }
+
+  // False if it is no better without it; all is then as before.
+  bool hold(const Entry& entry) {
+    if (!ways_.held.insert(entry.place).second) return false;
     const Entries entries = entries_;
     const std::string text = text_;
     const std::vector<std::string> errors = errors_;
-    for (const Entry& entry : entries) {
-      if (!isFromFactory(entry) || !ways_.held.insert(entry.place).second) continue;
-      merge();
-      if (errors_.size() < errors.size()) {
-        std::string reason = "it would bring in ";
-        for (const std::string& error : errors)
-          if (!isAmong(errors_, error)) reason += (reason.back() == ' ' ? "" : "; ") + error;
-        held_.push_back(
-            {kHeld, entry.place, entry.base, entry.factory, entry.before, entry.before, reason});
-        return true;
-      }
-      ways_.held.erase(entry.place);
+    merge();
+    if (errors_.size() < errors.size()) {
+      std::vector<std::string> avoided;
+      std::copy_if(errors.begin(), errors.end(), std::back_inserter(avoided),
+                   [&](const std::string& error) { return !isAmong(errors_, error); });
+      addHeld(entry, avoided);
+      return true;
     }
+    ways_.held.erase(entry.place);
     entries_ = entries;
     text_ = text;
     errors_ = errors;
     return false;
   }
 
+  void addHeld(const Entry& entry, const std::vector<std::string>& errors) {
+    held_.push_back({kHeld, entry.place, entry.base, entry.factory, entry.before, entry.before,
+                     "it would bring in " + joined(errors, "; ")});
+  }
+
   void holdAll() {
-    const std::size_t before = errors_.size();
     const Ways previous = ways_;
     const Entries entries = entries_;
-    const std::string reason = "it would bring in " + joined(errors_, "; ");
+    const std::vector<std::string> errors = errors_;
     for (const Entry& entry : entries)
       if (isFromFactory(entry)) ways_.held.insert(entry.place);
     merge();
-    if (errors_.size() >= before) {
+    if (errors_.size() >= errors.size()) {
       ways_ = previous;
       return merge();
     }
     for (const Entry& entry : entries)
-      if (isFromFactory(entry))
-        held_.push_back(
-            {kHeld, entry.place, entry.base, entry.factory, entry.before, entry.before, reason});
+      if (isFromFactory(entry)) addHeld(entry, errors);
   }
 
   const std::string& path_;

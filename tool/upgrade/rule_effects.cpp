@@ -67,6 +67,15 @@ bool isSecret(const std::string& attribute) {
   });
 }
 
+// A parameter "System/Rtsp" is reported as "parameters.System.Rtsp", as where no rule is involved.
+std::string placeOf(const Rule& rule, const std::string& path) {
+  const std::size_t slash = path.find('/');
+  const std::string section = path.substr(0, slash);
+  if (rule.subject == Rule::Member || section == "NetWork") return path;
+  const std::string place = memberPlace("parameters", section);
+  return slash == std::string::npos ? place : memberPlace(place, path.substr(slash + 1));
+}
+
 class Application {
  public:
   Application(const Rule& rule, XMLDocument& document, Entries* entries)
@@ -138,7 +147,7 @@ class Application {
     if (entries_ == nullptr) return;
     const bool isShown = rule_.subject != Rule::Member || !isSecret(lastOf(rule_.from));
     entries_->push_back({what,
-                         place,
+                         placeOf(rule_, place),
                          {},
                          {},
                          isShown ? before : Json(),

@@ -7,7 +7,6 @@
 #include "document/document.h"
 #include "document/keyed.h"
 #include "media/media.h"
-#include "upgrade/parsed.h"
 
 namespace camcfg::tool::upgrade {
 namespace {
@@ -72,8 +71,8 @@ class SectionsOfFile {
       : path_(path),
         merge_(merge),
         userText_(sides.user),
-        factory_(parsed(sides.factory)),
-        user_(parsed(sides.user)),
+        factory_(device::parsed(sides.factory)),
+        user_(device::parsed(sides.user)),
         ofFactory_(document::loadFrom({{path, sides.factory}})),
         ofUser_(document::loadFrom({{path, sides.user}})) {
     if (sides.base) ofBase_ = document::loadFrom({{path, *sides.base}});

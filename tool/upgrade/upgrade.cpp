@@ -9,7 +9,6 @@
 #include "device/turn.h"
 #include "settings/secrets.h"
 #include "upgrade/file_merge.h"
-#include "upgrade/parsed.h"
 #include "upgrade/rules.h"
 
 namespace camcfg::tool::upgrade {
@@ -24,6 +23,7 @@ struct Plan {
   std::optional<FactorySet> base;
   std::vector<MergedFile> files{};
   std::vector<std::string> notes{};
+  bool isMergedBefore = false;
 
   bool changesAnything() const {
     return std::any_of(files.begin(), files.end(),
@@ -71,6 +71,7 @@ Plan planOf(const UpgradeOptions& options, bool withRules) {
   plan.next = completed(plan.installed, kept);
   const bool isKept = kept == plan.next;
   if (isKept) plan.next.applied = kept->applied;
+  plan.isMergedBefore = isKept && !options.from;
   if (plan.installed.files.empty())
     throw Refusal(Status::Unusable, "there is no factory set in /app/resource/defcfg");
   const std::vector<Rule> rules = withRules ? rulesFor(plan, options) : std::vector<Rule>();
@@ -109,24 +110,13 @@ Json jsonOf(const Entry& entry, bool showSecrets) {
           {"reason", entry.reason}};
 }
 
-device::Change changeOf(const MergedFile& file) {
-  const auto make = [file] {
-    device::saveContents({{file.path, file.after}});
-    return true;
-  };
-  const auto arrived = [file](tinyxml2::XMLDocument& document) {
-    return written(document) == written(*parsed(file.after));
-  };
-  return {file.path, file.path, make, arrived};
-}
-
 // The set is kept last, so that whatever ends the tool, the upgrade is either made or made again.
 void carryOut(const Plan& plan) {
   std::vector<Contents> merged;
   std::vector<device::Change> changes;
   for (const MergedFile& file : plan.files) {
     merged.push_back({file.path, file.after});
-    if (file.before != file.after) changes.push_back(changeOf(file));
+    if (file.before != file.after) changes.push_back(device::changeTo(merged.back()));
   }
   const std::optional<FactorySet> kept = keptSet();
   if (changes.empty() && kept == plan.next && kept->applied == plan.next.applied) return;
@@ -143,6 +133,7 @@ void carryOut(const Plan& plan) {
 Outcome outcomeOf(const Plan& plan, const UpgradeOptions& options) {
   Outcome outcome;
   outcome.value = {{"dryRun", options.rehearse},
+                   {"mergedBefore", plan.isMergedBefore},
                    {"base", !plan.base     ? Json()
                             : options.from ? Json(options.fromName)
                                            : Json("/cfg1/.camcfg/factory")},
@@ -238,7 +229,7 @@ Outcome checkRules(const std::optional<std::string>& text) {
     std::vector<device::Document> documents;
     std::vector<const tinyxml2::XMLDocument*> all;
     for (const Contents& file : installed.files)
-      all.push_back(documents.emplace_back(parsed(file.bytes)).get());
+      all.push_back(documents.emplace_back(device::parsed(file.bytes)).get());
     faults = faultsOf(rules, all);
   }
   Outcome outcome;

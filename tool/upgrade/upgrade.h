@@ -23,9 +23,10 @@ struct UpgradeOptions {
 
 /// Brings the main copies to the factory set in place: three ways, from the old set, the new one and
 /// what the device has. All or nothing; running it again changes nothing.
-/// @return "base": where the old set came from, null if there was none; "files": those that change;
-///         "changes": what becomes of settings, see Entry; "conflicts": places; "findings": what lint
-///         finds that it did not find before. With a conflict that stops it, nothing is changed.
+/// @return "base": where the old set came from, null if there was none; "mergedBefore": whether the set
+///         in place is the one that is kept; "files": those that change; "changes": what becomes of
+///         settings, see Entry; "conflicts": places; "findings": what lint finds that it did not find
+///         before. With a conflict that stops it, nothing is changed.
 /// @throws Refusal  there is no factory set, a rule or a main copy is unusable, or see makeChanges
 Outcome upgrade(const UpgradeOptions& options);
 

@@ -341,8 +341,45 @@ TEST_F(UpgradeTest, RunningItAgainChangesNothing) {
   // The nearest permitted value happens to be the old factory value.
   EXPECT_EQ(get("System", "Rtsp"), "554\n");
   EXPECT_EQ(run(again).out, "no file differs from what the new factory set makes of it\n");
-  EXPECT_EQ(run({"upgrade"}).out, "no file differs from what the new factory set makes of it\n");
+  EXPECT_EQ(run({"upgrade"}).out, "the factory set in place has been merged before\n");
   EXPECT_EQ(get("System", "Rtsp"), "554\n");
+}
+
+TEST_F(UpgradeTest, WhatWasUndoneIsNotMergedAgain) {
+  start();
+  install("Rtsp Cur=\"554\" Def=\"554\"", "Rtsp Cur=\"555\" Def=\"555\"");
+  EXPECT_EQ(run({"upgrade"}).status, 0);
+  EXPECT_EQ(get("System", "Rtsp"), "555\n");
+  EXPECT_EQ(run({"undo"}).status, 0);
+  EXPECT_EQ(run({"upgrade"}).out, "the factory set in place has been merged before\n");
+  start();
+  EXPECT_EQ(get("System", "Rtsp"), "554\n");
+}
+
+TEST_F(UpgradeTest, PresetsKeepTheAttributesThatTheyLack) {
+  start();
+  for (const char* path : {kPresets, "/cfg1/preset_cfg.xml"})
+    device.write(path, with(with(kOldPresets, " PanPos=\"1\"", ""), " Description=\"Gate\"", ""));
+  const std::string before = device.read(kPresets);
+  installPreset();
+  EXPECT_EQ(run({"upgrade"}).status, 0);
+  EXPECT_EQ(device.read(kPresets),
+            with(before, "</PresetCfg>", std::string(kNewPreset) + "</PresetCfg>"));
+}
+
+// Each is found out by a merge of its own.
+TEST_F(UpgradeTest, ManyPresetsThatCollideAreHeldOneByOne) {
+  start();
+  std::string offered;
+  for (int id = 10; id < 40; ++id) {
+    const std::string given = std::to_string(id);
+    offered += with(with(kNewPreset, "Id=\"7\"", "Id=\"" + given + "\""), "Yard", "Yard " + given);
+  }
+  device.write(kPresetsDefault, with(kOldPresets, "</PresetCfg>", offered + "</PresetCfg>"));
+  EXPECT_EQ(run({"preset", "set", "9", "--description", "Yard"}).status, 0);
+  const tool::Json answer = upgraded();
+  EXPECT_EQ(answer.at("findings").size(), 0U);
+  EXPECT_THAT(placesIn(answer, "held"), HasSubstr("presets[39]"));
 }
 
 TEST_F(UpgradeTest, UndoReturnsToThePreviousFirmwaresSettings) {
@@ -367,6 +404,10 @@ TEST_F(UpgradeTest, GoingBackIsTheSameMergeTheOtherWay) {
       {"parameter": "System/Rtsp", "to": "System/RtspPort"}}]})");
   EXPECT_THAT(run({"boot"}).out, HasSubstr("merged with the new factory set; conflicts: 1\n"));
   EXPECT_EQ(get("System", "RtspPort"), "8554\n");
+  EXPECT_EQ(run({"undo"}).status, 0);
+  const tool::Json again =
+      upgraded({"--from", device.hostPath() + "/old", "--rules", device.hostPath() + kRules});
+  EXPECT_EQ(placesIn(again, "rule"), "parameters.System.Rtsp\n");
   device.write(kBusinessDefault, kParameters);
   device.remove(kRules);
   EXPECT_EQ(run({"boot"}).out,

@@ -15,7 +15,6 @@
 #include "support/run_camcfg.h"
 #include "tool/upgrade/triples.h"
 #include "upgrade/file_merge.h"
-#include "upgrade/parsed.h"
 
 namespace camcfg::tests {
 namespace {
@@ -63,7 +62,7 @@ void addAttributes(const XMLElement& element, const std::string& above, Settings
 Settings settingsOf(const char* path, const std::string& text) {
   Settings all;
   if (path == std::string(CFG_FILE_BUSINESS)) {
-    const tool::device::Document document = tool::upgrade::parsed(text);
+    const tool::device::Document document = tool::device::parsed(text);
     for (const XMLElement* top : tool::childrenOf(*document)) addAttributes(*top, "", all);
     return all;
   }
@@ -159,7 +158,7 @@ std::string onePerLine(const std::vector<int>& values) {
 
 std::vector<int> valuesIn(const std::string& text) {
   std::vector<int> values;
-  const tool::device::Document document = tool::upgrade::parsed(text);
+  const tool::device::Document document = tool::device::parsed(text);
   for (const XMLElement* each : tool::childrenOf(*document->FirstChildElement()))
     values.push_back(each->IntAttribute("Cur"));
   return values;

@@ -5,7 +5,7 @@
 #include "base/host.h"
 #include "base/json.h"
 #include "base/plain_text.h"
-#include "upgrade/parsed.h"
+#include "device/files.h"
 
 namespace camcfg::tests {
 namespace {
@@ -32,7 +32,7 @@ class UpgradeRulesTest : public testing::Test {
  protected:
   static std::string applied(const std::vector<Rule>& rules, const std::string& text,
                              Entries* entries = nullptr) {
-    const tool::device::Document document = parsed(text);
+    const tool::device::Document document = tool::device::parsed(text);
     for (const Rule& rule : rules) apply(rule, *document, true, entries);
     return tool::written(*document);
   }
@@ -52,9 +52,10 @@ class UpgradeRulesTest : public testing::Test {
 TEST_F(UpgradeRulesTest, RenameDropAndMap) {
   Entries entries;
   const std::string text = applied(rulesBetween(1, 3, chain.all), kOld, &entries);
-  EXPECT_EQ(text, tool::written(*parsed("<System><Mode Cur=\"Always\"/></System>"
-                                        "<Picture><View Size=\"1\"/><View Size=\"2\"/></Picture>"
-                                        "<Ports><Rtsp Cur=\"554\"/></Ports>")));
+  EXPECT_EQ(text, tool::written(*tool::device::parsed(
+                      "<System><Mode Cur=\"Always\"/></System>"
+                      "<Picture><View Size=\"1\"/><View Size=\"2\"/></Picture>"
+                      "<Ports><Rtsp Cur=\"554\"/></Ports>")));
   EXPECT_EQ(entries.size(), 8U);
 }
 
@@ -90,8 +91,9 @@ TEST_F(UpgradeRulesTest, WhateverIsDroppedIsListed) {
       &entries);
   std::vector<std::string> listed;
   for (const Entry& entry : entries) listed.push_back(entry.place + " " + entry.before.dump());
-  EXPECT_THAT(listed,
-              ElementsAre("Image/Mode \"Auto\"", "Image/View/Width \"1\"", "Image/View/In \"2\""));
+  EXPECT_THAT(listed, ElementsAre("parameters.Image.Mode \"Auto\"",
+                                  "parameters.Image[\"View/Width\"] \"1\"",
+                                  "parameters.Image[\"View/In\"] \"2\""));
 }
 
 TEST_F(UpgradeRulesTest, SecretsAreNotReported) {
@@ -137,7 +139,7 @@ TEST_F(UpgradeRulesTest, CasesAreJudgedAsTheSchemaJudgesThem) {
 }
 
 TEST_F(UpgradeRulesTest, RuleThatLeadsNowhereIsAFault) {
-  const tool::device::Document factory = parsed(
+  const tool::device::Document factory = tool::device::parsed(
       "<System><Mode Cur=\"Always\"/></System><Picture><View Size=\"1\"/></Picture>"
       "<Ports><Other Cur=\"554\"/></Ports>");
   const tool::settings::Faults faults = faultsOf(chain, {factory.get()});
