@@ -143,7 +143,7 @@ TEST_F(GraphTest, JsonHoldsTheWiringAndItsFindings) {
   EXPECT_EQ(wiring.at("findings").size(), 4u);
 }
 
-// A section that nobody has told the graph of: senders with a channel each, and with a list of them.
+// A section that no code of the graph knows: senders with a channel each, and with a list of them.
 TEST(WiringTest, SessionsFollowFromATable) {
   using tool::settings::Kind;
   using tool::settings::Need;
