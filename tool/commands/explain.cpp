@@ -39,7 +39,9 @@ Answer answerOf(const device::Explanation& explanation) {
     if (copy["fault"].is_null()) continue;
     const std::string& fault = copy["fault"].text();
     const std::string& path = copy["path"].text();
-    answer.notes.push_back("note: " + (beginsWith(fault, path) ? fault : path + " " + fault));
+    std::string& note = answer.notes.emplace_back("note: ");
+    if (!beginsWith(fault, path)) note.append(path).append(" ");
+    note += fault;
   }
   for (std::size_t i = 0; i < explanation.lookups.size(); ++i) {
     answer.layout.emplace_back(Line{""});

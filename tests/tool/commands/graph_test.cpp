@@ -168,11 +168,11 @@ TEST(WiringTest, SessionsFollowFromATable) {
       table, tool::readJson(R"([{"number":4,"enabled":false,"picture":7,"more":[{"id":1},{"id":2}]},
                                 {"number":5,"enabled":true,"picture":null,"more":[]}])")
                  .value);
-  ASSERT_EQ(sessions.size(), 2u);
+  ASSERT_EQ(sessions.size(), 2U);
   EXPECT_EQ(sessions[0].service, "RTP");
   EXPECT_EQ(sessions[0].name, "sender 4");
   EXPECT_FALSE(sessions[0].enabled);
-  ASSERT_EQ(sessions[0].channels.size(), 3u);
+  ASSERT_EQ(sessions[0].channels.size(), 3U);
   EXPECT_EQ(sessions[0].channels[0].role, "picture");
   EXPECT_EQ(sessions[0].channels[2].cacheId, 2);
   EXPECT_EQ(sessions[0].channels[2].role, "");
