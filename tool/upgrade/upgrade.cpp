@@ -6,6 +6,7 @@
 
 #include "base/plain_text.h"
 #include "device/change.h"
+#include "device/signals.h"
 #include "device/turn.h"
 #include "settings/secrets.h"
 #include "upgrade/file_merge.h"
@@ -110,8 +111,19 @@ Json jsonOf(const Entry& entry, bool showSecrets) {
           {"reason", entry.reason}};
 }
 
+// The settings are in force already, and the set is staged: the next start keeps it.
+void keep(std::vector<std::string>& notes) try { keepStaged(); } catch (const Refusal& refusal) {
+  notes.push_back(
+      std::string("note: the settings are in force, but the factory set is not kept: ") +
+      refusal.what() + "; the next start tries again");
+}
+
+// What stopped the upgrade may stop this as well; the next start then does it.
+void settleIfPossible() try { settle(); } catch (const Refusal&) {
+}
+
 // The set is kept last, so that whatever ends the tool, the upgrade is either made or made again.
-void carryOut(const Plan& plan) {
+void carryOut(const Plan& plan, std::vector<std::string>& notes) {
   std::vector<Contents> merged;
   std::vector<device::Change> changes;
   for (const MergedFile& file : plan.files) {
@@ -120,14 +132,16 @@ void carryOut(const Plan& plan) {
   }
   const std::optional<FactorySet> kept = keptSet();
   if (changes.empty() && kept == plan.next && kept->applied == plan.next.applied) return;
+  const device::HeldSignals signals;
   stage(plan.next, plan.base ? &*plan.base : nullptr, merged);
   try {
     device::makeChanges(changes);
   } catch (const Refusal&) {
-    settle();
+    settleIfPossible();
     throw;
   }
-  keepStaged();
+  keep(notes);
+  signals.ignore();
 }
 
 Outcome outcomeOf(const Plan& plan, const UpgradeOptions& options) {
@@ -194,7 +208,7 @@ Outcome upgrade(const UpgradeOptions& options) {
                             "; nothing was changed");
     return outcome;
   }
-  if (!options.rehearse) carryOut(plan);
+  if (!options.rehearse) carryOut(plan, outcome.notes);
   return outcome;
 }
 

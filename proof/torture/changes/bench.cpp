@@ -65,6 +65,16 @@ Bench::Bench() : work_(device_.root() + ".work") {
   Device::writeHere(work(kFewSections), sample);
   Device::writeHere(work(kAllSections), withAllSectionsChanged(sample));
   Device::writeHere(work(kPresets), "id,description,pan\n1,Podium,-4100\n11,Balcony,900\n");
+  writeOldSet();
+}
+
+void Bench::writeOldSet() const {
+  const Tree sample = tree();
+  run({"import", kAllSections});
+  fs::create_directory(work(kOldSet));
+  for (const char* name : kSampleFiles)
+    Device::writeHere(work(kOldSet) + "/" + name, device_.read(mainPath(name)).value_or(""));
+  put(sample);
 }
 
 Bench::~Bench() {

@@ -58,6 +58,7 @@ class Bench {
   const std::string& root() const { return device_.root(); }
 
  private:
+  void writeOldSet() const;
   std::vector<std::string> program(const Words& words) const;
   std::string work(const std::string& name) const { return work_ + "/" + name; }
 

@@ -11,6 +11,7 @@ const std::vector<ChangingCommand>& changingCommands() {
       {"network set", {"network", "set", "Lan1", "IpAddr", "192.168.90.81"}, {}},
       {"preset import", {"preset", "import", kPresets}, {}},
       {"undo", {"undo"}, {kImport}},
+      {"upgrade", {"upgrade", "--from", kOldSet}, {kImport, {"boot"}}},
   };
   return kCommands;
 }

@@ -6,12 +6,13 @@
 
 namespace camcfg::torture {
 
-/// The arguments of a run of the tool. kAllSections, kFewSections and kPresets stand for documents.
+/// The arguments of a run of the tool. The names below stand for documents.
 using Words = std::vector<std::string>;
 
 inline constexpr char kAllSections[] = "@all-sections.json";  ///< changes every section
 inline constexpr char kFewSections[] = "@few-sections.json";  ///< changes two files back
 inline constexpr char kPresets[] = "@presets.csv";
+inline constexpr char kOldSet[] = "@old-set";  ///< a factory set with all that kAllSections changes
 
 /// A command that changes the device, all or nothing. A new one needs a row in kCommands only.
 struct ChangingCommand {

@@ -21,7 +21,9 @@ bool isSettings(const std::string& name) {
 bool isState(const std::string& path) {
   if (path == kState) return true;
   const std::string name = path.substr(sizeof kState);
-  return name == "keep" || beginsWith(name, "contents") || beginsWith(name, "changes");
+  for (const char* kept : {"keep", "contents", "changes", "factory"})
+    if (beginsWith(name, kept)) return true;
+  return false;
 }
 
 std::string faultOf(const std::string& path) {

@@ -367,6 +367,15 @@ TEST_F(UpgradeTest, PresetsKeepTheAttributesThatTheyLack) {
             with(before, "</PresetCfg>", std::string(kNewPreset) + "</PresetCfg>"));
 }
 
+TEST_F(UpgradeTest, SetThatCannotBeKeptDoesNotUndoTheMerge) {
+  install("Rtsp Cur=\"554\" Def=\"554\"", "Rtsp Cur=\"555\" Def=\"555\"");
+  device.makeDirectory(std::string(kMark) + "/in-the-way");
+  const ToolRun result = run({"upgrade", "--from", device.hostPath() + "/old"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.err, HasSubstr("the settings are in force, but the factory set is not kept"));
+  EXPECT_EQ(get("System", "Rtsp"), "555\n");
+}
+
 // Each is found out by a merge of its own.
 TEST_F(UpgradeTest, ManyPresetsThatCollideAreHeldOneByOne) {
   start();
