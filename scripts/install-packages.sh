@@ -21,6 +21,7 @@ tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
 test   abigail-tools          command  abidiff
+test   git                    command  git
 test   graphviz               command  dot
 test   groff-base             command  groff
 test   make                   command  make

@@ -1,7 +1,5 @@
 #include "base/csv.h"
 
-#include <algorithm>
-
 #include "base/outcome.h"
 
 namespace camcfg::tool {

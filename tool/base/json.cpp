@@ -36,7 +36,9 @@ Json::~Json() = default;
 Json::Json(std::nullptr_t) {}
 Json::Json(bool value) : value_(value) {}
 Json::Json(double value) : value_(value) {}
-Json::Json(const char* text) : value_(std::string(text)) {}
+Json::Json(const char* text) {
+  if (text != nullptr) value_ = std::string(text);
+}
 Json::Json(std::string text) : value_(std::move(text)) {}
 Json::Json(std::string_view text) : value_(std::string(text)) {}
 Json::Json(IntegerTag /*tag*/, std::int64_t value) : value_(value) {}

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -34,12 +35,16 @@ class Json {
   Json(std::nullptr_t);         // NOLINT(google-explicit-constructor)
   Json(bool value);             // NOLINT(google-explicit-constructor)
   Json(double value);           // NOLINT(google-explicit-constructor)
-  Json(const char* text);       // NOLINT(google-explicit-constructor)
+  Json(const char* text);       // NOLINT(google-explicit-constructor): a null pointer is null
   Json(std::string text);       // NOLINT(google-explicit-constructor)
   Json(std::string_view text);  // NOLINT(google-explicit-constructor)
   template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
   Json(Integer value)  // NOLINT(google-explicit-constructor)
       : Json(IntegerTag(), Wide<Integer>(value)) {}
+  /// The value, or null where there is none.
+  template <typename Value>
+  Json(const std::optional<Value>& value)  // NOLINT(google-explicit-constructor)
+      : Json(value ? Json(*value) : Json()) {}
   /// The elements of a container, as an array.
   template <typename Range, typename = decltype(std::declval<const Range&>().cbegin()),
             std::enable_if_t<!std::is_convertible_v<Range, std::string_view> &&

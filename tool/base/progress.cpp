@@ -5,7 +5,7 @@
 namespace camcfg::tool {
 namespace {
 
-Watcher watching;
+std::function<void(const std::string& work)> watching;
 std::string stage;
 std::function<void(const std::string&)> announcing;
 
@@ -24,7 +24,7 @@ Stage::~Stage() {
   stage.clear();
 }
 
-void watchWork(Watcher watcher) {
+void watchWork(std::function<void(const std::string& work)> watcher) {
   watching = std::move(watcher);
   stage.clear();
 }

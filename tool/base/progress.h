@@ -25,10 +25,8 @@ class Stage {
 
 /// Hears what is worked on from now on: "live.srt (3 of 7): /cfg0/mpp_cfg.xml". It is called by the
 /// thread that works.
-using Watcher = std::function<void(const std::string& work)>;
-
 /// @param watcher  takes the place of the previous one; empty: nobody hears of it
-void watchWork(Watcher watcher);
+void watchWork(std::function<void(const std::string& work)> watcher);
 
 /// Says a line at once, while the work goes on, where somebody takes it.
 void announce(const std::string& line);

@@ -31,14 +31,14 @@ struct Table {
 };
 
 /// One line of a list of fields.
-struct Field {
+struct LabelledText {
   const char* label;
   Template text;
 };
 
 /// An aligned list of labels and texts.
 struct Fields {
-  std::vector<Field> fields;
+  std::vector<LabelledText> fields;
 };
 
 /// A line of its own.

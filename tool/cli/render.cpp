@@ -104,7 +104,8 @@ class Renderer {
 
   std::string render(const Fields& list, const Json& value) const {
     std::vector<Cells> rows;
-    for (const Field& field : list.fields) rows.push_back({field.label, filled(field.text, value)});
+    for (const LabelledText& field : list.fields)
+      rows.push_back({field.label, filled(field.text, value)});
     return aligned(rows);
   }
 

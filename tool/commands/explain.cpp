@@ -1,5 +1,6 @@
 #include "network/network.h"
 
+#include "base/plain_text.h"
 #include "commands/groups.h"
 #include "document/exchange.h"
 #include "parameters/parameter.h"
@@ -9,79 +10,43 @@
 namespace camcfg::tool::commands {
 namespace {
 
-Json jsonOf(const device::ExplainedValue& value) {
-  Json record = {{"name", value.name}};
-  for (std::size_t i = 0; i < device::kPlaces.size(); ++i)
-    record[device::wordFor(device::kPlaces[i])] = value.in[i];
-  record["permitted"] = value.permitted.empty() ? Json() : Json(value.permitted);
-  return record;
-}
-
-Json jsonOf(const device::ExplainedCopy& copy, device::Place place) {
-  return {{"copy", device::wordFor(place)},
-          {"path", copy.path},
-          {"state", device::wordFor(copy.state)},
-          {"line", copy.line ? Json(*copy.line) : Json()},
-          {"fault", copy.fault.empty() ? Json() : Json(copy.fault)}};
-}
-
-Json jsonOf(const device::ExplainedLookup::Found& found) {
-  return {{"name", found.name}, {"line", found.line}, {"match", found.exact ? "exact" : "prefix"}};
-}
-
-Json jsonOf(const device::ExplainedLookup& lookup) {
-  Json record = {{"asked", lookup.asked}, {"path", lookup.path}};
-  record["answeredBy"] = lookup.answeredBy ? jsonOf(*lookup.answeredBy) : Json();
-  record["why"] = lookup.why;
-  record["shadows"] = Json::array();
-  for (const auto& found : lookup.shadows) record["shadows"].push_back(jsonOf(found));
-  return record;
-}
-
-Fields fieldsOf(const device::ExplainedLookup& lookup, std::size_t index) {
+Fields fieldsOf(const Json& lookup, std::size_t index) {
   const std::string at = "{lookups/" + std::to_string(index);
   const std::string answerer =
       at + "/answeredBy/name} at " + at + "/path}:" + at + "/answeredBy/line}";
   return {{{"lookup of", at + "/asked}"},
-           {"answered by", lookup.answeredBy ? answerer : "-"},
+           {"answered by", lookup["answeredBy"].is_null() ? "-" : answerer},
            {"why", at + "/why}"},
            {"shadows", at + "/shadows:{name} (line {line})}"}}};
 }
 
-void addLookups(Answer& answer, const std::vector<device::ExplainedLookup>& lookups) {
-  for (const device::ExplainedLookup& lookup : lookups) {
-    answer.layout.emplace_back(Line{""});
-    answer.layout.emplace_back(fieldsOf(lookup, answer.value["lookups"].size()));
-    answer.value["lookups"].push_back(jsonOf(lookup));
-  }
-}
-
 Answer answerOf(const device::Explanation& explanation) {
-  Answer answer;
-  answer.value = {{"what", explanation.what},
-                  {"values", Json::array()},
-                  {"copies", Json::array()},
-                  {"lookups", Json::array()}};
-  for (const device::ExplainedValue& value : explanation.values)
-    answer.value["values"].push_back(jsonOf(value));
-  for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
-    const device::ExplainedCopy& copy = explanation.copies[i];
-    answer.value["copies"].push_back(jsonOf(copy, device::kPlaces[i]));
-    if (!copy.fault.empty())
-      answer.notes.push_back(
-          "note: " + (copy.fault.find(copy.path) == 0 ? copy.fault : copy.path + " " + copy.fault));
+  Answer answer(
+      {{"what", explanation.what},
+       {"values", explanation.values},
+       {"copies", explanation.copies},
+       {"lookups", explanation.lookups}},
+      {Line{"{what}"},
+       Table{"values",
+             {{"VALUE", "{name}"},
+              {"MAIN", "{main}"},
+              {"BACKUP", "{backup}"},
+              {"DEFAULT", "{default}"},
+              {"PERMITTED", "{permitted}"}}},
+       Table{"copies",
+             {{"COPY", "{copy}"}, {"STATE", "{state!}"}, {"FILE", "{path}"}, {"LINE", "{line}"}}}});
+  for (const Json& copy : explanation.copies) {
+    if (copy["fault"].is_null()) continue;
+    const std::string& fault = copy["fault"].text();
+    const std::string& path = copy["path"].text();
+    std::string& note = answer.notes.emplace_back("note: ");
+    if (!beginsWith(fault, path)) note.append(path).append(" ");
+    note += fault;
   }
-  answer.layout = {
-      Line{"{what}"},
-      Table{"values",
-            {{"VALUE", "{name}"},
-             {"MAIN", "{main}"},
-             {"BACKUP", "{backup}"},
-             {"DEFAULT", "{default}"},
-             {"PERMITTED", "{permitted}"}}},
-      Table{"copies",
-            {{"COPY", "{copy}"}, {"STATE", "{state!}"}, {"FILE", "{path}"}, {"LINE", "{line}"}}}};
-  addLookups(answer, explanation.lookups);
+  for (std::size_t i = 0; i < explanation.lookups.size(); ++i) {
+    answer.layout.emplace_back(Line{""});
+    answer.layout.emplace_back(fieldsOf(explanation.lookups[i], i));
+  }
   return answer;
 }
 

@@ -122,7 +122,7 @@ Json findings() {
   std::vector<lint::Source> sources(1);
   lint::Source& source = sources.front();
   source.name = CFG_FILE_MPP;
-  source.kind = lint::Kind::Media;
+  source.kind = lint::FileKind::Media;
   source.parsed = device::requireDocument(CFG_FILE_MPP);
   source.document = source.parsed.get();
   Json texts = Json::array();

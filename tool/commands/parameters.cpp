@@ -79,7 +79,7 @@ std::vector<parameters::Parameter> requireNamed(const parameters::Parameters& pa
 }
 
 std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
-  std::vector<cli::Field> fields = {
+  std::vector<cli::LabelledText> fields = {
       {"name", "{name}"}, {"section", "{section}"}, {"type", "{type}"}};
   if (parameter.form().isInteger())
     fields.insert(fields.end(), {{"range", "{min}..{max}"}, {"step", "{step}"}});

@@ -2,8 +2,6 @@
 
 #include <camcfg/preset.h>
 
-#include <algorithm>
-
 #include "base/library_log.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
@@ -37,8 +35,7 @@ Answer get(const Arguments& arguments) {
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
   Fields fields;
   for (const Setting& setting : settings::presetSettings())
-    fields.fields.push_back(
-        {setting.label == nullptr ? setting.member : setting.label, setting.column.cell});
+    fields.fields.push_back({settings::labelOf(setting), setting.column.cell});
   Answer answer(Outcome{preset.values, {}}, {fields});
   addNote(answer, presets.shadowOf(preset));
   return answer;

@@ -17,11 +17,6 @@ using settings::SystemPort;
 
 constexpr char kPort[] = "PORT";
 
-Json numberOrNull(const SystemPort& port) {
-  const std::optional<int> number = port.read();
-  return number ? Json(*number) : Json();
-}
-
 // Neither text need be there; the library writes no terminator after the language.
 Json languageOrNull() {
   char language[CFG_TXT_CUR_SIZE + 1] = {};
@@ -40,7 +35,7 @@ Answer system(const Arguments& /*arguments*/) {
   answer.value["language"] = languageOrNull();
   Fields fields{{{"name", "{name}"}, {"model", "{model}"}, {"language", "{language}"}}};
   for (const SystemPort& port : settings::systemPorts()) {
-    answer.value["ports"][port.member] = numberOrNull(port);
+    answer.value["ports"][port.member] = port.read();
     fields.fields.push_back({port.label, std::string("{ports/") + port.member + "}"});
   }
   answer.layout = {std::move(fields)};

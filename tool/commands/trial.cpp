@@ -37,9 +37,9 @@ seconds lengthIn(const std::string& text) {
 }
 
 /// A change that is made, and what becomes of it.
-class Trial {
+class TriedCommand {
  public:
-  explicit Trial(const Arguments& arguments)
+  explicit TriedCommand(const Arguments& arguments)
       : arguments_(arguments), channel_(arguments.channel()) {}
 
   Answer run() {
@@ -149,14 +149,14 @@ class Trial {
 
 Answer tryOut(const Arguments& arguments) {
   const seconds length = lengthIn(arguments.given(kFor) ? arguments.text(kFor) : kUsually);
-  Trial trial(arguments);
+  TriedCommand tried(arguments);
   // The change may break the connection that it was made over.
   std::signal(SIGHUP, SIG_IGN);
   cli::Streams::waitForNoReader();
   document::rollBackWhatIsOver();
   if (arguments.given(kForce) || arguments.inner().given(kForce)) device::confirmFirst();
   device::putOnTrial(length);
-  return trial.run();
+  return tried.run();
 }
 
 Answer confirm(const Arguments& /*arguments*/) {

@@ -1,6 +1,7 @@
 #include <ctime>
 #include <map>
 
+#include "base/plain_text.h"
 #include "cli/channel.h"
 #include "commands/groups.h"
 #include "device/watcher.h"
@@ -16,13 +17,10 @@ constexpr char kLine[] = "{time} {place}: {before} -> {after}";
 std::string timeNow() {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  std::tm parts{};
-  gmtime_r(&now.tv_sec, &parts);
-  char text[64];
-  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts);
-  std::snprintf(text + length, sizeof text - length, ".%03dZ",
-                static_cast<int>(now.tv_nsec / 1000000));
-  return text;
+  char fraction[16];
+  std::snprintf(fraction, sizeof fraction, ".%03dZ", static_cast<int>(now.tv_nsec / 1000000));
+  const std::string seconds = utcText(now.tv_sec);
+  return seconds.substr(0, seconds.find('Z')) + fraction;
 }
 
 Json recordsOf(const Json& differences, const document::Places& places) {

@@ -8,6 +8,7 @@
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "device/calm.h"
+#include "device/draft.h"
 #include "device/history.h"
 #include "device/room.h"
 #include "device/save.h"
@@ -247,6 +248,17 @@ Turn::Files pathsOf(const std::vector<Change>& changes) {
 }
 
 }  // namespace
+
+Change changeTo(const Contents& file, const std::string& instead) {
+  const auto make = [file] {
+    saveContents({file});
+    return true;
+  };
+  const auto arrived = [file](tinyxml2::XMLDocument& document) {
+    return written(document) == written(*parsed(file.bytes));
+  };
+  return {file.path, file.path, make, arrived, {}, instead};
+}
 
 void makeChanges(const std::vector<Change>& changes) {
   if (changes.empty()) return;

@@ -4,7 +4,6 @@
 
 #include "base/library_log.h"
 #include "base/outcome.h"
-#include "base/plain_text.h"
 #include "device/calm.h"
 #include "device/scratch.h"
 
@@ -68,17 +67,6 @@ void makeAll(const std::vector<Change>& changes, const std::vector<Contents>& fi
 }
 
 }  // namespace
-
-Change changeTo(const Contents& file, const std::string& instead) {
-  const auto make = [file] {
-    saveContents({file});
-    return true;
-  };
-  const auto arrived = [file](tinyxml2::XMLDocument& document) {
-    return written(document) == written(*parsed(file.bytes));
-  };
-  return {file.path, file.path, make, arrived, {}, instead};
-}
 
 bool isReplaced(const std::optional<std::string>& bytes, const Change& change) {
   return !change.instead.empty() &&

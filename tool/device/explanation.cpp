@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/elements.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 
@@ -14,20 +15,60 @@ using tinyxml2::XMLElement;
 
 namespace {
 
-std::vector<std::string> namesFrom(const XMLElement* first) {
+template <typename Parent>
+std::vector<std::string> namesIn(const Parent& parent) {
   std::vector<std::string> names;
-  for (; first != nullptr; first = first->NextSiblingElement()) names.emplace_back(first->Value());
+  for (const XMLElement* child : childrenOf(parent)) names.emplace_back(child->Value());
   return names;
 }
 
 XMLElement& requireTop(XMLDocument& document, const std::string& name) {
   XMLElement* section = CFG_GetBrotherElementByName(document.FirstChildElement(), name.c_str());
   if (section != nullptr) return *section;
-  throw Refusal("there is no section '" + name + "'" +
-                didYouMean(name, namesFrom(document.FirstChildElement())));
+  throw Refusal("there is no section '" + name + "'" + didYouMean(name, namesIn(document)));
+}
+
+Json jsonOf(const Hit& hit) {
+  return {{"name", hit.name}, {"line", hit.line}, {"match", hit.exact ? "exact" : "prefix"}};
+}
+
+Json textOrNull(const std::string& text) {
+  return text.empty() ? Json() : Json(text);
 }
 
 }  // namespace
+
+// The first hit answers, the others are in its shadow.
+Json jsonOf(const Lookup& lookup, const std::string& path) {
+  Json answer;
+  Json shadows = Json::array();
+  for (const Hit& hit : lookup.hits)
+    if (answer.is_null())
+      answer = jsonOf(hit);
+    else
+      shadows.push_back(jsonOf(hit));
+  return {{"asked", lookup.asked},
+          {"path", path},
+          {"answeredBy", answer},
+          {"why", lookup.why},
+          {"shadows", shadows}};
+}
+
+Json copyRow(Place place, const std::string& path, State state, const std::string& fault,
+             std::optional<int> line) {
+  return {{"copy", wordFor(place)},
+          {"path", path},
+          {"state", wordFor(state)},
+          {"line", line},
+          {"fault", textOrNull(fault)}};
+}
+
+Json valueRow(const std::string& name, const std::string& permitted) {
+  Json row = {{"name", name}};
+  for (const Place place : kPlaces) row[wordFor(place)] = nullptr;
+  row["permitted"] = textOrNull(permitted);
+  return row;
+}
 
 std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
                      const std::string& sought) {
@@ -45,10 +86,10 @@ void startWith(std::vector<Hit>& hits, const XMLElement* answer) {
 
 Lookup lookupByName(XMLElement& parent, const std::string& name, const std::string& asked) {
   Lookup lookup{asked, {}, ""};
-  for (XMLElement* element = parent.FirstChildElement(); element != nullptr;
-       element = element->NextSiblingElement())
+  for (XMLElement* element : childrenOf(parent))
     if (beginsWith(element->Value(), name))
-      lookup.hits.push_back({element, element->Value(), element->Value() == name});
+      lookup.hits.push_back(
+          {element->Value(), element->GetLineNum(), element->Value() == name, element});
   startWith(lookup.hits, CFG_GetElementByName(&parent, name.c_str()));
   lookup.why = whyFirst(lookup.hits, "name", name);
   return lookup;
@@ -56,11 +97,10 @@ Lookup lookupByName(XMLElement& parent, const std::string& name, const std::stri
 
 Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name) {
   Lookup lookup{name + " (no section)", {}, ""};
-  for (XMLElement* section = document.FirstChildElement(); section != nullptr;
-       section = section->NextSiblingElement())
+  for (XMLElement* section : childrenOf(document))
     if (XMLElement* element = CFG_GetElementByName(section, name.c_str()))
-      lookup.hits.push_back({element, std::string(section->Value()) + "/" + element->Value(),
-                             element->Value() == name});
+      lookup.hits.push_back({std::string(section->Value()) + "/" + element->Value(),
+                             element->GetLineNum(), element->Value() == name, element});
   lookup.why = lookup.hits.empty() ? "no section has a name that begins with '" + name + "'"
                                    : "the first section in which a name begins with '" + name + "'";
   return lookup;
@@ -74,13 +114,6 @@ XMLElement* elementAt(XMLDocument& document, const ElementPath& path) {
   return element;
 }
 
-void ExplainedLookup::add(const Found& found) {
-  if (answeredBy)
-    shadows.push_back(found);
-  else
-    answeredBy = found;
-}
-
 ExplainedFile::ExplainedFile(const char* mainPath) {
   for (std::size_t i = 0; i < kPlaces.size(); ++i) {
     paths_[i] = pathOf(kPlaces[i], mainPath);
@@ -90,12 +123,6 @@ ExplainedFile::ExplainedFile(const char* mainPath) {
   if (tried_ == copies_.size())
     throw Refusal(Status::Unusable, std::string(mainPath) + " " + copies_[0].fault +
                                         " and no other copy of it is good");
-}
-
-ExplainedLookup ExplainedFile::told(const Lookup& lookup) const {
-  ExplainedLookup told{lookup.asked, paths_[tried_], std::nullopt, lookup.why, {}};
-  for (const Hit& hit : lookup.hits) told.add({hit.name, hit.element->GetLineNum(), hit.exact});
-  return told;
 }
 
 ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
@@ -108,7 +135,7 @@ ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
     const Lookup lookup = lookupByName(*element, name, joined(asked, "/"));
     if (lookup.hits.empty())
       throw Refusal(joined(path, "/") + " has nothing whose name begins with '" + name + "'" +
-                    didYouMean(name, namesFrom(element->FirstChildElement())));
+                    didYouMean(name, namesIn(*element)));
     explanation.lookups.push_back(file.told(lookup));
     XMLElement* exact = element->FirstChildElement(name.c_str());
     element = exact == nullptr ? lookup.hits.front().element : exact;

@@ -11,11 +11,12 @@
 
 namespace camcfg::tool::device {
 
-/// An element that a lookup finds.
+/// What a lookup finds.
 struct Hit {
-  tinyxml2::XMLElement* element;
   std::string name;
+  int line;
   bool exact;  ///< its name is the whole of what was asked for, not only begins with it
+  tinyxml2::XMLElement* element = nullptr;
 };
 
 /// A lookup of the library and what it finds, in document order.
@@ -42,44 +43,27 @@ std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
 /// Drops the hits before the library's answer.
 void startWith(std::vector<Hit>& hits, const tinyxml2::XMLElement* answer);
 
-/// A value in the three copies; null where a copy has none.
-struct ExplainedValue {
-  std::string name;
-  std::array<Json, 3> in;  ///< as in kPlaces
-  std::string permitted;   ///< "1..65535"; empty if nothing is known
-};
+// Parts of an explanation, as the answer has them.
 
-/// Where a copy has what is explained.
-struct ExplainedCopy {
-  std::string path;
-  State state;
-  std::string fault;        ///< "is missing"; empty for a good copy
-  std::optional<int> line;  ///< none if it is not in there
-};
+/// @param path  the copy that the lookup was tried in
+Json jsonOf(const Lookup& lookup, const std::string& path);
 
-/// What answers a lookup.
-struct ExplainedLookup {
-  struct Found {
-    std::string name;
-    int line;
-    bool exact;
-  };
-  std::string asked;
-  std::string path;  ///< the copy that it was tried in
-  std::optional<Found> answeredBy;
-  std::string why;
-  std::vector<Found> shadows;  ///< in document order
+/// A copy that what is explained may be in.
+/// @param fault  "is missing"; empty for a good copy
+/// @param line   where it is; none if it is not in there
+Json copyRow(Place place, const std::string& path, State state, const std::string& fault,
+             std::optional<int> line);
 
-  /// Adds a hit: the first one answers, the others are in its shadow.
-  void add(const Found& found);
-};
+/// A value in the three copies, a member each: null, until it is set.
+/// @param permitted  "1..65535"; empty if nothing is known
+Json valueRow(const std::string& name, const std::string& permitted);
 
 /// What is known of a setting.
 struct Explanation {
   std::string what;
-  std::array<ExplainedCopy, 3> copies;  ///< as in kPlaces
-  std::vector<ExplainedValue> values;
-  std::vector<ExplainedLookup> lookups;
+  Json copies = Json::array();  ///< as in kPlaces
+  Json values = Json::array();
+  Json lookups = Json::array();
 };
 
 /// Names of elements, each inside the one before.
@@ -102,28 +86,30 @@ class ExplainedFile {
   tinyxml2::XMLDocument& document() const { return *copies_[tried_].document; }
 
   /// A lookup in that copy.
-  ExplainedLookup told(const Lookup& lookup) const;
+  Json told(const Lookup& lookup) const { return jsonOf(lookup, paths_[tried_]); }
 
   /// The copies, each with the line of what is explained.
   /// @param find  finds it in a document; null if it is not there
   template <typename Find>
-  std::array<ExplainedCopy, 3> copies(Find find) const {
-    std::array<ExplainedCopy, 3> told;
+  Json copies(Find find) const {
+    Json told = Json::array();
     for (std::size_t i = 0; i < kPlaces.size(); ++i) {
-      told[i] = {paths_[i], copies_[i].state, copies_[i].fault, std::nullopt};
       const tinyxml2::XMLElement* element = elementIn(i, find);
-      if (element != nullptr) told[i].line = element->GetLineNum();
+      told.push_back(
+          copyRow(kPlaces[i], paths_[i], copies_[i].state, copies_[i].fault,
+                  element == nullptr ? std::nullopt : std::optional(element->GetLineNum())));
     }
     return told;
   }
 
   /// One value of it in each copy.
   template <typename Find, typename Take>
-  ExplainedValue value(const std::string& name, Find find, Take take) const {
-    ExplainedValue value{name, {}, ""};
+  Json value(const std::string& name, const std::string& permitted, Find find, Take take) const {
+    Json row = valueRow(name, permitted);
     for (std::size_t i = 0; i < kPlaces.size(); ++i)
-      if (tinyxml2::XMLElement* element = elementIn(i, find)) value.in[i] = take(*element);
-    return value;
+      if (tinyxml2::XMLElement* element = elementIn(i, find))
+        row[wordFor(kPlaces[i])] = take(*element);
+    return row;
   }
 
  private:

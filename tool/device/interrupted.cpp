@@ -99,7 +99,7 @@ Held heldBy(const FileChange& file) {
 }
 
 /// What is to be done to bring a change to its end.
-struct Plan {
+struct Remainder {
   std::vector<std::string> foreign;  ///< files that another program has saved since
   std::vector<Contents> saves;
 };
@@ -110,22 +110,22 @@ std::string beforeOf(const FileChange& file) {
 }
 
 // A change that cannot be brought to its end everywhere is taken back where it can.
-Plan planFor(const RecordedChange& change, Direction direction) {
-  Plan plan;
+Remainder remainderOf(const RecordedChange& change, Direction direction) {
+  Remainder remainder;
   std::vector<Held> held;
   for (const FileChange& file : change.files) {
     held.push_back(heldBy(file));
-    if (held.back() == Held::Foreign) plan.foreign.push_back(file.path);
+    if (held.back() == Held::Foreign) remainder.foreign.push_back(file.path);
   }
-  const bool isForth = direction == Direction::Forth && plan.foreign.empty();
+  const bool isForth = direction == Direction::Forth && remainder.foreign.empty();
   for (std::size_t i = 0; i < held.size(); ++i) {
     const FileChange& file = change.files[i];
     const bool isTouched = held[i] == Held::After || held[i] == Held::Torn;
-    if (!plan.foreign.empty() && !isTouched) continue;
+    if (!remainder.foreign.empty() && !isTouched) continue;
     const Contents save{file.path, isForth ? file.after : beforeOf(file)};
-    if (!holds(save)) plan.saves.push_back(save);
+    if (!holds(save)) remainder.saves.push_back(save);
   }
-  return plan;
+  return remainder;
 }
 
 bool isRoomShort(const std::vector<Contents>& saves) {
@@ -162,12 +162,12 @@ std::string uselessLine(const StateFolder& state, const char* name, const std::s
          " and not applied";
 }
 
-std::string foreignLine(const StateFolder& state, const char* name, const Plan& plan,
+std::string foreignLine(const StateFolder& state, const char* name, const Remainder& remainder,
                         const RecordedChange& change) {
   std::vector<std::string> back;
-  for (const Contents& save : plan.saves) back.push_back(save.path);
+  for (const Contents& save : remainder.saves) back.push_back(save.path);
   return "an interrupted change was not finished: " + describe(change) + ": " +
-         joined(plan.foreign) + (plan.foreign.size() == 1 ? " holds" : " hold") +
+         joined(remainder.foreign) + (remainder.foreign.size() == 1 ? " holds" : " hold") +
          " something else by now" +
          (back.empty() ? "" : "; the previous contents of " + joined(back) + " were restored") +
          "; the journal was put aside as " + putAside(state, name);
@@ -181,14 +181,14 @@ void end(const StateFolder& state, const char* name, Direction direction,
     lines.push_back(uselessLine(state, name, found.fault));
     return;
   }
-  const Plan plan = planFor(found.change, direction);
-  carryOut(state, plan.saves, found.change);
-  if (!plan.foreign.empty()) {
-    lines.push_back(foreignLine(state, name, plan, found.change));
+  const Remainder remainder = remainderOf(found.change, direction);
+  carryOut(state, remainder.saves, found.change);
+  if (!remainder.foreign.empty()) {
+    lines.push_back(foreignLine(state, name, remainder, found.change));
     return;
   }
   closeJournal();
-  if (plan.saves.empty()) return;
+  if (remainder.saves.empty()) return;
   lines.push_back((direction == Direction::Forth ? "finished an interrupted change: "
                                                  : "took back an interrupted change: ") +
                   describe(found.change));
@@ -208,8 +208,8 @@ void adoptNewJournal(const StateFolder& state, std::vector<std::string>& lines) 
 
 std::optional<RecordedChange> ifWaiting(Found found, Direction direction) {
   if (found.kind != Record::Whole) return std::nullopt;
-  const Plan plan = planFor(found.change, direction);
-  if (!plan.foreign.empty() || plan.saves.empty()) return std::nullopt;
+  const Remainder remainder = remainderOf(found.change, direction);
+  if (!remainder.foreign.empty() || remainder.saves.empty()) return std::nullopt;
   return std::move(found.change);
 }
 

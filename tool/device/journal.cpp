@@ -41,8 +41,8 @@ void addEarlier(const StateFolder& state, std::vector<FileChange>& files) {
 }
 
 // A change that is to be put in the journal.
-struct Entry {
-  explicit Entry(RecordedChange made)
+struct NewJournal {
+  explicit NewJournal(RecordedChange made)
       : change(std::move(made)), hashes(withHashes(change)), text(recordText(hashes)) {}
 
   RecordedChange change;
@@ -50,15 +50,15 @@ struct Entry {
   std::string text;
 };
 
-bool put(const StateFolder& state, Entry& entry) {
-  for (std::size_t i = 0; i < entry.change.files.size(); ++i) {
-    const std::vector<std::string*> contents = contentsIn(entry.change.files[i]);
-    const std::vector<std::string*> hashes = contentsIn(entry.hashes.files[i]);
+bool put(const StateFolder& state, NewJournal& journal) {
+  for (std::size_t i = 0; i < journal.change.files.size(); ++i) {
+    const std::vector<std::string*> contents = contentsIn(journal.change.files[i]);
+    const std::vector<std::string*> hashes = contentsIn(journal.hashes.files[i]);
     for (std::size_t j = 0; j < contents.size(); ++j)
       if (!keepContents(state, *hashes[j], *contents[j])) return false;
   }
   // Last, since it counts from its last byte on.
-  return state.write(kNewJournal, entry.text);
+  return state.write(kNewJournal, journal.text);
 }
 
 bool isRoomShort() {
@@ -66,9 +66,9 @@ bool isRoomShort() {
 }
 
 // One flush for all. If it fails, what was written must not come into force later.
-void make(const StateFolder& state, Entry& entry) {
-  bool isPut = put(state, entry);
-  while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, entry);
+void make(const StateFolder& state, NewJournal& journal) {
+  bool isPut = put(state, journal);
+  while (!isPut && isRoomShort() && dropOldest(state)) isPut = put(state, journal);
   if (isPut && state.flush() && state.rename(kNewJournal, state, kJournal)) return;
   const std::string fault = std::strerror(errno);
   // On a medium that takes no change any more.
@@ -104,9 +104,9 @@ void openJournal(const std::vector<FileChange>& files) {
       nextNumber(state), std::time(nullptr), caller().command, caller().name, files, nextTrial()};
   nameRollback(change);
   addEarlier(state, change.files);
-  Entry entry(std::move(change));
-  if (entry.text.size() > kMostRecordBytes) refuse("it is too long");
-  make(state, entry);
+  NewJournal journal(std::move(change));
+  if (journal.text.size() > kMostRecordBytes) refuse("it is too long");
+  make(state, journal);
 }
 
 void turnJournal() {

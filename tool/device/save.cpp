@@ -1,7 +1,6 @@
 #include "device/save.h"
 
 #include <camcfg/store.h>
-#include <fcntl.h>
 #include <tinyxml2.h>
 
 #include <cerrno>

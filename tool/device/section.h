@@ -60,9 +60,6 @@ struct Section {
   /// The changes, in their order, that bring the section from one state to another.
   std::function<std::vector<Change>(const Json& before, const Json& after)> changes;
 
-  /// What changing it will lose, a remark each.
-  std::function<std::vector<std::string>()> losses;
-
   const char* path;                        ///< main copy of the file that it is in
   const settings::Table* table = nullptr;  ///< of its entries, where it has any
 
@@ -72,6 +69,9 @@ struct Section {
 
   /// The changes that bring the section to a state whatever the file has in its place.
   std::function<std::vector<Change>(const Json& after)> replacement{};
+
+  /// What changing it will lose, a remark each; none: nothing.
+  std::function<std::vector<std::string>()> losses{};
 };
 
 /// As much of a section as can be read.

@@ -5,7 +5,6 @@
 #include <sys/inotify.h>
 #include <sys/statfs.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 

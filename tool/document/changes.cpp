@@ -136,15 +136,16 @@ std::vector<Transition> Changes::look() {
 
 bool Changes::isUneasy() const {
   return sections_.empty() || std::any_of(faults_.begin(), faults_.end(), [&](const auto& fault) {
-           const State& state = states_.at(fault.first);
+           const FileState& state = states_.at(fault.first);
            return state.wasRead || state.isBeingWritten;
          });
 }
 
 void Changes::lookAt(const std::string& path, std::vector<Transition>& found) {
-  State& state = states_[path];
-  const State now{device::signatureOf(path),
-                  device::signatureOf(device::pathOf(device::Place::Backup, path)), state.wasRead};
+  FileState& state = states_[path];
+  const FileState now{device::signatureOf(path),
+                      device::signatureOf(device::pathOf(device::Place::Backup, path)),
+                      state.wasRead};
   if (now.main == state.main && now.backup == state.backup) return;
   state = now;
   std::map<const device::Section*, Json> sections;

@@ -42,7 +42,7 @@ class Changes {
   bool isUneasy() const;
 
  private:
-  struct State {
+  struct FileState {
     device::Signature main{-1};
     device::Signature backup{};
     bool wasRead = false;
@@ -51,7 +51,7 @@ class Changes {
 
   void lookAt(const std::string& path, std::vector<Transition>& found);
 
-  std::map<std::string, State> states_;  // by path
+  std::map<std::string, FileState> states_;  // by path
   std::map<const device::Section*, Json> sections_;
   std::map<std::string, std::string> faults_;
 };

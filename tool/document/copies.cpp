@@ -109,26 +109,27 @@ int lineOf(const MediaCopy& copy, const Table& table, std::size_t index) {
 }
 
 // The members of a record, each among what the other copies have of it.
-void addValues(std::vector<device::ExplainedValue>& values, std::size_t place, const Json& record,
-               const Table& table) {
+void addValues(Json& values, device::Place place, const Json& record, const Table& table) {
   for (const auto& [name, member] : record.items()) {
-    auto value = std::find_if(values.begin(), values.end(), [&, &sought = name](const auto& each) {
-      return each.name == sought;
+    auto value = std::find_if(values.begin(), values.end(), [&, &sought = name](const Json& each) {
+      return each.at("name") == sought;
     });
-    if (value == values.end())
-      value = values.insert(value, {name, {}, permittedFor(*table.find(name))});
-    value->in[place] = member;
+    if (value == values.end()) {
+      values.push_back(device::valueRow(name, permittedFor(*table.find(name))));
+      value = values.end() - 1;
+    }
+    (*value)[device::wordFor(place)] = member;
   }
 }
 
-device::ExplainedLookup lookupIn(const MediaCopy& copy, const Table& table, const std::string& id) {
+Json lookupIn(const MediaCopy& copy, const Table& table, const std::string& id) {
   const std::string what = std::string(table.key) + " " + id;
-  device::ExplainedLookup lookup{
-      std::string(table.word) + " " + id, copy.path, std::nullopt, "no entry has the " + what, {}};
-  for (const std::size_t index : copy.found) lookup.add({id, lineOf(copy, table, index), true});
-  if (lookup.answeredBy)
+  device::Lookup lookup{std::string(table.word) + " " + id, {}, "no entry has the " + what};
+  for (const std::size_t index : copy.found)
+    lookup.hits.push_back({id, lineOf(copy, table, index), true});
+  if (!lookup.hits.empty())
     lookup.why = "the first entry with the " + what + "; loading hands out every entry";
-  return lookup;
+  return device::jsonOf(lookup, copy.path);
 }
 
 std::optional<device::Unread> firstUnread(const device::Section& section) try {
@@ -179,17 +180,20 @@ std::map<std::string, std::string> unreadSections() {
 device::Explanation explainSession(const std::string& kindWord, const std::string& id,
                                    bool showSecrets) {
   const Table& table = requireKind(kindWord);
-  device::Explanation explanation{kindWord + " " + id, {}, {}, {}};
-  for (std::size_t i = 0; i < device::kPlaces.size(); ++i) {
-    const MediaCopy copy = mediaCopy(device::kPlaces[i], table, id);
-    explanation.copies[i] = {copy.path, copy.file.state, copy.section.fault, std::nullopt};
+  device::Explanation explanation{kindWord + " " + id};
+  for (const device::Place place : device::kPlaces) {
+    const MediaCopy copy = mediaCopy(place, table, id);
+    std::optional<int> line;
     if (explanation.lookups.empty() && copy.section.fault.empty())
       explanation.lookups.push_back(lookupIn(copy, table, id));
-    if (copy.found.empty()) continue;
-    explanation.copies[i].line = lineOf(copy, table, copy.found.front());
-    const Json& record = copy.section.value[copy.found.front()];
-    addValues(explanation.values, i,
-              showSecrets ? record : settings::withMaskedSecrets(record, table.settings), table);
+    if (!copy.found.empty()) {
+      line = lineOf(copy, table, copy.found.front());
+      const Json& record = copy.section.value[copy.found.front()];
+      addValues(explanation.values, place,
+                showSecrets ? record : settings::withMaskedSecrets(record, table.settings), table);
+    }
+    explanation.copies.push_back(
+        device::copyRow(place, copy.path, copy.file.state, copy.section.fault, line));
   }
   if (explanation.values.empty())
     throw Refusal("no copy has a " + kindWord + " with the " + table.key + " " + id);

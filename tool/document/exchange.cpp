@@ -1,7 +1,6 @@
 #include "document/exchange.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
 
 #include "base/outcome.h"
@@ -132,7 +131,7 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
     for (const device::Unread& unread : transition.replaced)
       outcome.notes.push_back("note: " + transition.section->name + " is replaced, since " +
                               unread.fault);
-    if (!transition.replaced.empty()) continue;
+    if (!transition.replaced.empty() || !transition.section->losses) continue;
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
   }
   if (!options.rehearse) carryOut(changesOf(target.transitions), outcome);

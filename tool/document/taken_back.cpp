@@ -1,7 +1,5 @@
 #include "document/taken_back.h"
 
-#include <algorithm>
-
 #include "base/plain_text.h"
 #include "document/keyed.h"
 

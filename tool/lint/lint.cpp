@@ -10,20 +10,20 @@ namespace {
 
 struct Check {
   void (*run)(const Source& source, Findings& findings);
-  std::optional<Kind> kind{};  // of the files that it looks at, if they are whole; none: at all
+  std::optional<FileKind> kind{};  // of the files that it looks at, if they are whole; none: at all
 };
 
 // Findings of one line come in this order.
 constexpr Check kChecks[] = {{checkStructure},
-                             {checkParameterNames, Kind::Parameters},
-                             {checkParameterValues, Kind::Parameters},
-                             {checkSystemSettings, Kind::Parameters},
-                             {checkNetwork, Kind::Parameters},
-                             {checkPresets, Kind::Presets},
-                             {checkStreams, Kind::Media},
-                             {checkWhitelists, Kind::Media},
-                             {checkLiveMedia, Kind::Media},
-                             {checkLanguage, Kind::Language},
+                             {checkParameterNames, FileKind::Parameters},
+                             {checkParameterValues, FileKind::Parameters},
+                             {checkSystemSettings, FileKind::Parameters},
+                             {checkNetwork, FileKind::Parameters},
+                             {checkPresets, FileKind::Presets},
+                             {checkStreams, FileKind::Media},
+                             {checkWhitelists, FileKind::Media},
+                             {checkLiveMedia, FileKind::Media},
+                             {checkLanguage, FileKind::Language},
                              {checkCopies}};
 
 }  // namespace

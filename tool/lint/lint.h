@@ -11,12 +11,12 @@
 namespace camcfg::tool::lint {
 
 /// What a file configures, and so which readers it has.
-enum class Kind { Unknown, Parameters, Presets, Media, Language };
+enum class FileKind { Unknown, Parameters, Presets, Media, Language };
 
 /// A file to look at.
 struct Source {
   std::string name;  ///< as findings call it
-  Kind kind = Kind::Unknown;
+  FileKind kind = FileKind::Unknown;
   bool isRead = false;      ///< its bytes could be read
   std::string fault;        ///< why not, or why the library does not load it though it is sound
   std::string bytes;        ///< as its author wrote it

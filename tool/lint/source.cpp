@@ -1,7 +1,6 @@
 #include "lint/lint.h"
 
 #include <camcfg/types.h>
-#include <fcntl.h>
 
 #include <algorithm>
 
@@ -47,23 +46,23 @@ bool isLanguage(const XMLElement& top) {
 }
 
 // What a document configures, by what is in it.
-Kind kindOf(const XMLDocument& document) {
+FileKind kindOf(const XMLDocument& document) {
   const Elements tops = childrenOf(document);
   const auto anyIs = [&](bool (*isIt)(const XMLElement& top)) {
     return std::any_of(tops.begin(), tops.end(), [&](const XMLElement* top) { return isIt(*top); });
   };
-  if (anyIs(isMedia)) return Kind::Media;
-  if (anyIs(isPresets)) return Kind::Presets;
-  if (anyIs(isParameters)) return Kind::Parameters;
-  return anyIs(isLanguage) ? Kind::Language : Kind::Unknown;
+  if (anyIs(isMedia)) return FileKind::Media;
+  if (anyIs(isPresets)) return FileKind::Presets;
+  if (anyIs(isParameters)) return FileKind::Parameters;
+  return anyIs(isLanguage) ? FileKind::Language : FileKind::Unknown;
 }
 
 // The library reads some files as such whatever is in them.
-Kind kindOfDeviceFile(const Source& source) {
-  if (source.name == CFG_FILE_BUSINESS) return Kind::Parameters;
-  if (source.name == CFG_FILE_PRESET) return Kind::Presets;
-  if (source.name == CFG_FILE_MPP) return Kind::Media;
-  return source.isWhole() ? kindOf(*source.document) : Kind::Unknown;
+FileKind kindOfDeviceFile(const Source& source) {
+  if (source.name == CFG_FILE_BUSINESS) return FileKind::Parameters;
+  if (source.name == CFG_FILE_PRESET) return FileKind::Presets;
+  if (source.name == CFG_FILE_MPP) return FileKind::Media;
+  return source.isWhole() ? kindOf(*source.document) : FileKind::Unknown;
 }
 
 // The library reports neither the line nor the reason why it does not load a file.
@@ -112,7 +111,7 @@ std::vector<Source> sourcesOf(const device::FileSet& set) {
     const std::string path = CFG_DIR_LANGUAGE + name;
     device::Copy copy = device::loadCopy(path);
     Source source = deviceSource(path, copy);
-    source.kind = Kind::Language;
+    source.kind = FileKind::Language;
     if (copy.loads()) source.parsed = std::move(copy.document);
     sources.push_back(std::move(source));
   }

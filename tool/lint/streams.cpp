@@ -92,15 +92,15 @@ using Sources = std::map<int, const XMLElement*>;
 
 // An entry of a whitelist, which findings call by its cache, with the source that the loader takes it
 // for.
-struct Entry {
+struct AllowedEntry {
   Item item;
   int id;
 
   std::string source() const { return "source " + std::to_string(id); }
 };
 
-std::vector<Entry> whitelistOf(const XMLElement& cache, Findings& findings) {
-  std::vector<Entry> entries;
+std::vector<AllowedEntry> whitelistOf(const XMLElement& cache, Findings& findings) {
+  std::vector<AllowedEntry> entries;
   int id = cache.IntAttribute("Id", kNone);
   for (const XMLElement* element : media::entriesOf(cache, {"AllowedStreamSource"})) {
     const std::optional<int> own = settings::integerIn(*element, "Id");
@@ -115,9 +115,9 @@ std::vector<Entry> whitelistOf(const XMLElement& cache, Findings& findings) {
 }
 
 // The source that the loader takes, and what it makes of the marks.
-const Entry& carriedOf(const Item& cache, const std::vector<Entry>& entries) {
-  const Entry* carried = nullptr;
-  for (const Entry& entry : entries) {
+const AllowedEntry& carriedOf(const Item& cache, const std::vector<AllowedEntry>& entries) {
+  const AllowedEntry* carried = nullptr;
+  for (const AllowedEntry& entry : entries) {
     if (entry.item.element.IntAttribute("Default", 0) == 0) continue;
     if (carried != nullptr)
       entry.item.addAt(kTwoDefaults, "Default",
@@ -133,7 +133,7 @@ const Entry& carriedOf(const Item& cache, const std::vector<Entry>& entries) {
   return entries.back();
 }
 
-void checkCarried(const Entry& carried, const Sources& sources) {
+void checkCarried(const AllowedEntry& carried, const Sources& sources) {
   if (carried.id == kNone) return;
   const auto add = [&](const Rule& rule, const std::string& what) {
     carried.item.addAt(rule, "Id", " carries " + carried.source() + ", which " + what);
@@ -147,7 +147,7 @@ void checkCarried(const Entry& carried, const Sources& sources) {
     add(kEnabledSourceDisabled, "is disabled");
 }
 
-void checkEntry(const Entry& entry, int carried, const Sources& sources) {
+void checkEntry(const AllowedEntry& entry, int carried, const Sources& sources) {
   if (entry.id == kNone) return;
   if (entry.id == carried) return;
   if (sources.count(entry.id) == 0)
@@ -161,12 +161,12 @@ void checkEntry(const Entry& entry, int carried, const Sources& sources) {
 
 void checkWhitelist(const XMLElement& cache, const Sources& sources, Findings& findings) {
   const Item item{cache, labelOf(cache), findings};
-  const std::vector<Entry> entries = whitelistOf(cache, findings);
+  const std::vector<AllowedEntry> entries = whitelistOf(cache, findings);
   if (entries.empty()) return item.add(kWhitelistEmpty, " allows no source");
-  const Entry& carried = carriedOf(item, entries);
+  const AllowedEntry& carried = carriedOf(item, entries);
   checkCarried(carried, sources);
   std::map<int, const XMLElement*> firsts;
-  for (const Entry& entry : entries) {
+  for (const AllowedEntry& entry : entries) {
     checkEntry(entry, carried.id, sources);
     const auto [first, isNew] = firsts.emplace(entry.id, &entry.item.element);
     if (!isNew)

@@ -59,9 +59,9 @@ void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
                        atLine(*sections[matches[i].same]) + " comes first");
 }
 
-std::vector<std::string> topsOf(Kind kind) {
-  if (kind == Kind::Parameters) return {"System", "NetWork"};
-  if (kind == Kind::Presets) return {"PresetCfg"};
+std::vector<std::string> topsOf(FileKind kind) {
+  if (kind == FileKind::Parameters) return {"System", "NetWork"};
+  if (kind == FileKind::Presets) return {"PresetCfg"};
   std::vector<std::string> tops;
   for (const settings::Table* table : settings::mediaTables())
     if (!isAmong(tops, table->parent)) tops.emplace_back(table->parent);
@@ -73,13 +73,13 @@ void checkSections(const Source& source, Findings& findings) {
   for (const std::string& name : topsOf(source.kind)) {
     const XMLElement* top = document.FirstChildElement(name.c_str());
     if (top == nullptr) findings.add(kSectionMissing, 1, "there is no " + tag(name));
-    if (top == nullptr || source.kind != Kind::Media) continue;
+    if (top == nullptr || source.kind != FileKind::Media) continue;
     for (const settings::Table* table : settings::mediaTables())
       if (name == table->parent && top->FirstChildElement(table->section) == nullptr)
         findings.add(kSectionMissing, *top, tag(name) + " has no " + tag(table->section));
   }
   checkTwice(document, findings);
-  if (source.kind == Kind::Media)
+  if (source.kind == FileKind::Media)
     for (const XMLElement* top : childrenOf(document)) checkTwice(*top, findings);
 }
 
@@ -105,9 +105,9 @@ void checkStructure(const Source& source, Findings& findings) {
     findings.add(kNoElement, 1, "there is no element in it");
     return;
   }
-  if (source.kind == Kind::Unknown)
+  if (source.kind == FileKind::Unknown)
     findings.add(kUnknownKind, 1, "nothing in it says what it configures");
-  else if (source.kind != Kind::Language)
+  else if (source.kind != FileKind::Language)
     checkSections(source, findings);
 }
 

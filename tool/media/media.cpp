@@ -98,7 +98,7 @@ device::Section sectionOf(const Table& table) {
     };
     return std::vector<Change>{change};
   };
-  return {table.place, load, read, changes, losses, CFG_FILE_MPP, &table, readable, replacement};
+  return {table.place, load, read, changes, CFG_FILE_MPP, &table, readable, replacement, losses};
 }
 
 }  // namespace
@@ -144,10 +144,6 @@ std::string mediaPlace(const tinyxml2::XMLNode& node) {
 
 Json loadEntries(const Table& table) {
   return loaded<Json>(table, [&](Json& entries) { return table.calls.load(table, entries); });
-}
-
-std::list<StreamSource> loadStreamSources() {
-  return loaded<std::list<StreamSource>>(settings::streamSources(), CFG_MPP_LoadStreamSourceConfig);
 }
 
 std::list<StreamCache> loadStreamCaches() {

@@ -14,7 +14,6 @@
 
 namespace camcfg::tool::media {
 
-using StreamSource = std::shared_ptr<tag_CFG_STREAM_SOURCE_T>;
 using StreamCache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
 
 /// The sections of the media file, for export and import.
@@ -50,7 +49,6 @@ std::string mediaPlace(const tinyxml2::XMLNode& node);
 /// The entries, as documents have them.
 Json loadEntries(const settings::Table& table);
 
-std::list<StreamSource> loadStreamSources();
 std::list<StreamCache> loadStreamCaches();
 
 /// What saving a section of the device whole loses, as a remark; none if it is nothing: comments,

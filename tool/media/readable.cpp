@@ -2,7 +2,6 @@
 
 #include <camcfg/store.h>
 
-#include <algorithm>
 #include <map>
 
 #include "base/elements.h"

@@ -47,8 +47,8 @@ Json jsonOf(const CacheEntry& cache) {
           {"size", humanSize(bytes)},
           {"allowed", Json(cache.allowedIds())},
           {"carries", cache.record->s32EnabledSrc},
-          {"default", idOrNull(cache.marked(&AllowedSource::isDefault))},
-          {"enable", idOrNull(cache.marked(&AllowedSource::isEnabled))}};
+          {"default", cache.marked(&AllowedSource::isDefault)},
+          {"enable", cache.marked(&AllowedSource::isEnabled)}};
 }
 
 }  // namespace
@@ -93,10 +93,6 @@ std::vector<CacheEntry> cachesOf(tinyxml2::XMLDocument& document,
 std::vector<CacheEntry> readCaches() {
   const std::list<StreamCache> records = loadStreamCaches();
   return cachesOf(*device::requireDocument(CFG_FILE_MPP), records);
-}
-
-Json idOrNull(const std::optional<int>& id) {
-  return id ? Json(*id) : Json();
 }
 
 Json jsonOf(const std::vector<CacheEntry>& caches) {

@@ -47,9 +47,6 @@ std::vector<CacheEntry> cachesOf(tinyxml2::XMLDocument& document,
 /// The caches as an answer shows them.
 Json jsonOf(const std::vector<CacheEntry>& caches);
 
-/// An id, or null where there is none.
-Json idOrNull(const std::optional<int>& id);
-
 /// What becomes different by saving all caches whole, a remark each.
 /// @param caches   as they are in the file
 /// @param changed  the cache whose "Default" is changed on purpose; none if nothing is

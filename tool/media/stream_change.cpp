@@ -94,7 +94,7 @@ void requireReachable(const Chosen& chosen) {
 Outcome markOutcome(const CacheEntry& cache, Mark mark, int sourceId) {
   return {{{"cache", cache.id()},
            {"mark", mark == &AllowedSource::isDefault ? "Default" : "Enable"},
-           {"before", idOrNull(cache.marked(mark))},
+           {"before", cache.marked(mark)},
            {"value", sourceId}},
           {}};
 }
@@ -113,8 +113,8 @@ std::vector<int> requireSourceIds(const std::vector<std::string>& texts) {
 }
 
 std::vector<int> unknownOf(std::vector<int> ids) {
-  for (const StreamSource& source : loadStreamSources())
-    ids.erase(std::remove(ids.begin(), ids.end(), source->s32Id), ids.end());
+  for (const Json& source : loadEntries(settings::streamSources()))
+    ids.erase(std::remove(ids.begin(), ids.end(), source.at("id").get<int>()), ids.end());
   return ids;
 }
 

@@ -3,57 +3,67 @@
 namespace camcfg::tool::media {
 namespace {
 
-using Channels = std::vector<WiredChannel>;
+constexpr char kEnabled[] = "enabled";
 
-// The channels of an entry that has one for each purpose.
-Channels channelsOf(const Json& entry,
-                    const std::vector<std::pair<const char*, const char*>>& roles) {
-  Channels channels;
-  for (const auto& [member, role] : roles)
-    if (!entry.at(member).is_null()) channels.push_back({entry.at(member).get<int>(), role});
-  return channels;
+using settings::Setting;
+using settings::Table;
+
+bool hasChannelAsKey(const Table& table) {
+  const Setting* key = table.key == nullptr ? nullptr : table.find(table.key);
+  return key != nullptr && key->isChannel;
 }
 
-// Each channel of this service is a session of its own.
-void addWebsocket(std::vector<WiredSession>& sessions) {
-  for (const Json& session : loadEntries(settings::websocket()))
-    sessions.push_back(
-        {"WebSocket", session.at("name").text(), true, {{session.at("id").get<int>(), ""}}});
+// Records inside an entry are its channels, or sessions of their own.
+bool holdsSessions(const Setting& setting) {
+  return setting.kind == settings::Kind::List && !hasChannelAsKey(*setting.inner);
 }
 
-void addRtsp(std::vector<WiredSession>& sessions) {
-  for (const Json& session : loadEntries(settings::rtsp())) {
-    Channels channels;
-    for (const Json& channel : session.at("channels"))
-      channels.push_back({channel.at("id").get<int>(), channel.at("name").text()});
-    sessions.push_back({"RTSP", session.at("name").text(), true, channels});
+// "RTMP target": the service and what it has.
+std::string serviceOf(const Table& table) {
+  const std::string text = table.entry;
+  return text.substr(0, text.find(' '));
+}
+
+std::string nameOf(const Table& table, const Json& entry) {
+  if (table.sessionName != nullptr) return table.sessionName(entry);
+  const Json& name = entry.at(table.label == nullptr ? table.key : table.label);
+  if (name.is_string()) return name.text();
+  const std::string text = table.entry;
+  return text.substr(text.rfind(' ') + 1) + " " + name.dump();
+}
+
+void addChannels(const Setting& setting, const Json& value, std::vector<WiredChannel>& channels) {
+  if (setting.kind == settings::Kind::List) {
+    const Table& inner = *setting.inner;
+    for (const Json& channel : value)
+      channels.push_back({channel.at(inner.key).get<int>(),
+                          inner.label == nullptr ? "" : channel.at(inner.label).text()});
+  } else if (setting.kind == settings::Kind::Ids) {
+    for (const Json& id : value) channels.push_back({id.get<int>(), ""});
+  } else if (!value.is_null()) {
+    const bool hasRole = setting.channelType != nullptr;
+    channels.push_back({value.get<int>(), hasRole ? settings::labelOf(setting) : ""});
   }
 }
 
-void addRtmp(std::vector<WiredSession>& sessions) {
-  for (const Json& target : loadEntries(settings::rtmp()))
-    sessions.push_back({"RTMP", "target " + target.at("id").dump(),
-                        target.at("enabled").get<bool>(),
-                        channelsOf(target, {{"video", "video"}, {"audio", "audio"}})});
-}
-
-void addNdi(std::vector<WiredSession>& sessions) {
-  for (const Json& instance : loadEntries(settings::ndi()))
-    sessions.push_back(
-        {"NDI", instance.at("mainStreamName").text(), instance.at("enabled").get<bool>(),
-         channelsOf(instance,
-                    {{"mainVideo", "main video"}, {"subVideo", "sub video"}, {"audio", "audio"}})});
-}
-
-void addSrt(std::vector<WiredSession>& sessions) {
-  for (const Json& instance : loadEntries(settings::srt())) {
-    const std::string name = instance.at("mode").text() + " " + instance.at("id").dump() + ": ";
-    for (const Json& stream : instance.at("streams")) {
-      Channels channels;
-      for (const Json& id : stream.at("channels")) channels.push_back({id.get<int>(), ""});
-      sessions.push_back({"SRT", name + stream.at("id").text(), true, channels});
+// @param session  what is known of it so far: its service, and the name of what it is in
+void addSessions(const Table& table, const Json& entry, WiredSession session,
+                 std::vector<WiredSession>& sessions) {
+  session.name += nameOf(table, entry);
+  if (table.find(kEnabled) != nullptr) session.enabled = entry.at(kEnabled).get<bool>();
+  bool isSession = true;
+  for (const Setting& setting : table.settings) {
+    const Json& value = entry.at(setting.member);
+    if (holdsSessions(setting)) {
+      isSession = false;
+      for (const Json& record : value)
+        addSessions(*setting.inner, record, {session.service, session.name + ": ", session.enabled},
+                    sessions);
+    } else if (setting.isChannel || setting.kind == settings::Kind::List) {
+      addChannels(setting, value, session.channels);
     }
   }
+  if (isSession) sessions.push_back(std::move(session));
 }
 
 Json jsonOf(const WiredSession& session) {
@@ -62,7 +72,7 @@ Json jsonOf(const WiredSession& session) {
     channels.push_back({{"cache", channel.cacheId}, {"role", channel.role}});
   return {{"service", session.service},
           {"name", session.name},
-          {"enabled", session.enabled},
+          {kEnabled, session.enabled},
           {"channels", channels}};
 }
 
@@ -70,7 +80,7 @@ Json jsonOf(const WiredSession& session) {
 
 std::optional<std::size_t> Wiring::source(int id) const {
   for (std::size_t i = 0; i < sources.size(); ++i)
-    if (sources[i]->s32Id == id) return i;
+    if (sources[i].at("id") == id) return i;
   return std::nullopt;
 }
 
@@ -80,20 +90,24 @@ std::optional<std::size_t> Wiring::cache(int id) const {
   return std::nullopt;
 }
 
+std::vector<WiredSession> sessionsOf(const Table& table, const Json& entries) {
+  std::vector<WiredSession> sessions;
+  for (const Json& entry : entries) addSessions(table, entry, {serviceOf(table), ""}, sessions);
+  return sessions;
+}
+
 Wiring readWiring() {
-  const std::list<StreamSource> sources = loadStreamSources();
-  Wiring wiring{{sources.begin(), sources.end()}, readCaches(), {}};
-  for (const auto add : {addWebsocket, addRtsp, addRtmp, addNdi, addSrt}) add(wiring.sessions);
+  Wiring wiring{loadEntries(settings::streamSources()), readCaches(), {}};
+  for (const Table* table : settings::liveTables())
+    for (WiredSession& session : sessionsOf(*table, loadEntries(*table)))
+      wiring.sessions.push_back(std::move(session));
   return wiring;
 }
 
 Json jsonOf(const Wiring& wiring) {
-  Json value;
-  value["sources"] = loadEntries(settings::streamSources());
-  value["caches"] = jsonOf(wiring.caches);
-  value["sessions"] = Json::array();
-  for (const WiredSession& session : wiring.sessions) value["sessions"].push_back(jsonOf(session));
-  return value;
+  Json sessions = Json::array();
+  for (const WiredSession& session : wiring.sessions) sessions.push_back(jsonOf(session));
+  return {{"sources", wiring.sources}, {"caches", jsonOf(wiring.caches)}, {"sessions", sessions}};
 }
 
 }  // namespace camcfg::tool::media

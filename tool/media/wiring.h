@@ -20,13 +20,13 @@ struct WiredSession {
   std::string service;  ///< "RTSP"
   std::string name;
   bool enabled = true;
-  std::vector<WiredChannel> channels;
+  std::vector<WiredChannel> channels{};
 };
 
 /// The media wiring as configured: sources, the caches that may carry them, and the services that
 /// send what the caches carry.
 struct Wiring {
-  std::vector<StreamSource> sources;
+  Json sources;  ///< the entries, as documents have them
   std::vector<CacheEntry> caches;
   std::vector<WiredSession> sessions;  ///< those of one service side by side
 
@@ -34,6 +34,10 @@ struct Wiring {
   std::optional<std::size_t> source(int id) const;
   std::optional<std::size_t> cache(int id) const;
 };
+
+/// What the entries of a live media service send, as its table describes them. An entry is a session,
+/// unless it has a list of records that are not channels: then each of those is one.
+std::vector<WiredSession> sessionsOf(const settings::Table& table, const Json& entries);
 
 /// @throws Refusal if any of the sections is unusable
 Wiring readWiring();

@@ -95,9 +95,9 @@ class Picture {
   void drawSources() {
     open("sources", "Stream sources");
     for (std::size_t i = 0; i < wiring_.sources.size(); ++i) {
-      const tag_CFG_STREAM_SOURCE_T& source = *wiring_.sources[i];
-      node(nodeOf(kSource, i), std::to_string(source.s32Id) + "  " + dotText(source.strName),
-           source.s32Enabled == 0 ? kDisabled : "");
+      const Json& source = wiring_.sources[i];
+      node(nodeOf(kSource, i), source.at("id").dump() + "  " + dotText(source.at("name").text()),
+           isEnabled(i) ? "" : kDisabled);
     }
     std::set<int> missing;
     for (const CacheEntry& cache : wiring_.caches) {
@@ -150,8 +150,12 @@ class Picture {
     return dotText(session.name) + (channels.empty() ? "" : "  (" + channels + ")");
   }
 
+  bool isEnabled(std::size_t source) const {
+    return wiring_.sources[source].at("enabled").get<bool>();
+  }
+
   std::string colourFrom(std::size_t source, std::size_t cache) const {
-    return wiring_.sources[source]->s32Enabled == 0 ? kGrey : colourOf(cache);
+    return isEnabled(source) ? colourOf(cache) : kGrey;
   }
 
   void connectSources(std::size_t index) {

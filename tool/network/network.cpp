@@ -19,14 +19,11 @@ std::string permitted(const Setting& setting, const XMLElement* element) {
   return settings::permittedInFile(setting, settings::limitsIn(*element, setting.limits));
 }
 
-device::ExplainedValue valueOf(const device::ExplainedFile& file, device::ElementPath path,
-                               const Setting& setting) {
+Json valueOf(const device::ExplainedFile& file, device::ElementPath path, const Setting& setting) {
   path.emplace_back(settings::elementOf(setting));
-  device::ExplainedValue value =
-      file.value(path.back(), device::finderOf(path),
-                 [](const XMLElement& element) { return attributeOf(&element, "Cur"); });
-  value.permitted = permitted(setting, device::elementAt(file.document(), path));
-  return value;
+  return file.value(path.back(), permitted(setting, device::elementAt(file.document(), path)),
+                    device::finderOf(path),
+                    [](const XMLElement& element) { return attributeOf(&element, "Cur"); });
 }
 
 }  // namespace
@@ -40,8 +37,7 @@ XMLElement* childOf(XMLElement& parent, const std::string& name) {
 }
 
 Json attributeOf(const XMLElement* element, const char* attribute) {
-  const char* text = element == nullptr ? nullptr : element->Attribute(attribute);
-  return text == nullptr ? Json() : Json(text);
+  return element == nullptr ? nullptr : element->Attribute(attribute);
 }
 
 std::vector<CardField> fieldsOf(XMLElement& card) {

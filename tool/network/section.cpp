@@ -136,8 +136,7 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
 }
 
 device::Section networkSection() {
-  const auto losses = [] { return std::vector<std::string>(); };
-  return {kName, loadNetwork, readNetwork, networkChanges, losses, CFG_FILE_BUSINESS};
+  return {kName, loadNetwork, readNetwork, networkChanges, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::network

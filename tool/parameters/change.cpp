@@ -178,8 +178,7 @@ Json resetParameters(const Json& before, const device::FactoryValues& factory,
 }
 
 device::Section parametersSection() {
-  const auto losses = [] { return std::vector<std::string>(); };
-  return {kName, loadParameters, readParameters, parameterChanges, losses, CFG_FILE_BUSINESS};
+  return {kName, loadParameters, readParameters, parameterChanges, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::parameters

@@ -46,16 +46,15 @@ std::optional<Parameter> lookupIn(XMLElement* section, const std::string& name) 
   return Parameter{section->Value(), joined(path, "/"), element};
 }
 
-struct Attribute {
-  const char* name;
-  const char* label;
-};
+// The attributes, and what they are called.
+constexpr std::pair<const char*, const char*> kAttributes[] = {
+    {"Cur", "current"}, {"Def", "default"}, {"Min", "min"},
+    {"Max", "max"},     {"Step", "step"},   {"OptTxt", "allowed"}};
 
-constexpr Attribute kAttributes[] = {{"Cur", "current"}, {"Def", "default"}, {"Min", "min"},
-                                     {"Max", "max"},     {"Step", "step"},   {"OptTxt", "allowed"}};
-
-bool isEmpty(const device::ExplainedValue& value) {
-  return std::all_of(value.in.begin(), value.in.end(), [](const Json& in) { return in.is_null(); });
+bool isInAnyCopy(const Json& value) {
+  return std::any_of(device::kPlaces.begin(), device::kPlaces.end(), [&](device::Place place) {
+    return !value.at(device::wordFor(place)).is_null();
+  });
 }
 
 }  // namespace
@@ -125,15 +124,17 @@ device::Explanation explainParameter(const std::string& section, const std::stri
 
   explanation.what = joined(path, "/");
   explanation.copies = file.copies(device::finderOf(path));
-  for (const Attribute& attribute : kAttributes) {
-    device::ExplainedValue value =
-        file.value(attribute.label, device::finderOf(path), [&](XMLElement& element) {
-          return Parameter{section, name, &element}.value(attribute.name);
-        });
-    if (!isEmpty(value) || explanation.values.empty()) explanation.values.push_back(value);
+  const XMLElement* explained = device::elementAt(file.document(), path);
+  std::string permitted =
+      explained == nullptr ? "" : settings::ParameterForm(*explained).permitted();
+  for (const auto& [attribute, label] : kAttributes) {
+    const auto take = [&, sought = attribute](XMLElement& element) {
+      return Parameter{section, name, &element}.value(sought);
+    };
+    const Json value = file.value(label, permitted, device::finderOf(path), take);
+    if (isInAnyCopy(value) || explanation.values.empty()) explanation.values.push_back(value);
+    permitted.clear();  // it is the current value's
   }
-  if (const XMLElement* element = device::elementAt(file.document(), path))
-    explanation.values.front().permitted = settings::ParameterForm(*element).permitted();
   return explanation;
 }
 

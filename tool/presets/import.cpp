@@ -20,9 +20,7 @@ std::vector<std::string> memberNames() {
 }
 
 const Setting* settingOf(const std::string& member) {
-  for (const Setting& setting : settings::presetSettings())
-    if (member == setting.member) return &setting;
-  return nullptr;
+  return settings::settingOf(settings::presetSettings(), member);
 }
 
 std::string unknown(const std::string& kind, const std::string& name) {

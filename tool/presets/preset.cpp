@@ -20,12 +20,8 @@ using tinyxml2::XMLElement;
 
 Json valueIn(const XMLElement& element, const Setting& setting) {
   const char* attribute = setting.attributes.front().name;
-  if (setting.kind == settings::Kind::Integer) {
-    const std::optional<int> number = settings::integerIn(element, attribute);
-    return number ? Json(*number) : Json();
-  }
-  const char* text = element.Attribute(attribute);
-  return text == nullptr ? Json() : Json(text);
+  return isText(setting) ? Json(element.Attribute(attribute))
+                         : Json(settings::integerIn(element, attribute));
 }
 
 // What a lookup finds by id.
@@ -35,7 +31,8 @@ device::Lookup lookupPreset(XMLElement& group, int id) {
   XMLElement* answer = CFG_GetElementByNameId(&group, kElement, id);
   for (const Preset& preset : presetsIn(group))
     if (preset.element == answer || preset.id() == id)
-      lookup.hits.push_back({preset.element, preset.label(), preset.id() == id});
+      lookup.hits.push_back(
+          {preset.label(), preset.element->GetLineNum(), preset.id() == id, preset.element});
   startWith(lookup.hits, answer);
   if (lookup.hits.empty()) return lookup;
   lookup.why =
@@ -50,7 +47,8 @@ device::Lookup lookupPreset(XMLElement& group, const std::string& description) {
   device::Lookup lookup{"description '" + description + "'", {}, ""};
   for (const Preset& preset : presetsIn(group))
     if (preset.description() && beginsWith(*preset.description(), description))
-      lookup.hits.push_back({preset.element, preset.label(), preset.description() == description});
+      lookup.hits.push_back({preset.label(), preset.element->GetLineNum(),
+                             preset.description() == description, preset.element});
   lookup.why = whyFirst(lookup.hits, "description", description);
   return lookup;
 }
@@ -221,13 +219,13 @@ device::Explanation explainPreset(const std::string& word) {
                ? nullptr
                : CFG_GetElementByNameId(others, kElement, *preset.id());
   };
-  device::Explanation explanation{preset.label(), file.copies(find), {}, {file.told(lookup)}};
+  device::Explanation explanation{preset.label(), file.copies(find)};
+  explanation.lookups.push_back(file.told(lookup));
   for (const Setting& setting : settings::presetSettings()) {
     const auto take = [&](XMLElement& element) {
       return presetOf(element).values.at(setting.member);
     };
-    explanation.values.push_back(file.value(setting.member, find, take));
-    explanation.values.back().permitted = permitted(setting);
+    explanation.values.push_back(file.value(setting.member, permitted(setting), find, take));
   }
   return explanation;
 }

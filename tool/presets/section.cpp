@@ -149,13 +149,12 @@ std::vector<device::Change> presetChanges(const Json& before, const Json& after)
 
 device::Section presetsSection() {
   const auto load = [] { return Presets().json(); };
-  const auto losses = [] { return std::vector<std::string>(); };
-  const auto readable = [=] {
-    const bool hasGroup = presetGroupOf(*device::requireDocument(CFG_FILE_PRESET)) != nullptr;
-    return hasGroup ? device::Readable{load(), {}}
-                    : device::Readable{Json::array(), {{whyNoGroup(), ""}}};
+  const auto readable = [=]() -> device::Readable {
+    if (presetGroupOf(*device::requireDocument(CFG_FILE_PRESET)) == nullptr)
+      return {Json::array(), {{whyNoGroup(), ""}}};
+    return {load(), {}};
   };
-  return {kSection,        load,    readPresets, presetChanges, losses,
+  return {kSection,        load,    readPresets, presetChanges,
           CFG_FILE_PRESET, nullptr, readable,    replacement};
 }
 

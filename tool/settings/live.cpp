@@ -23,7 +23,7 @@ constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
 
 const Table& rtspChannel() {
   static const Table table = innerTable(
-      "channel of an RTSP session", "Channel", "id",
+      "channel of an RTSP session", "Channel", "id", "name",
       {id<&RtspChannel::s32Id>("id", "Id", kRequired, "Stream cache that is sent").channel(),
        text<&RtspChannel::strName>("name", "Name", kRequired, "What the channel carries")});
   return table;
@@ -31,14 +31,14 @@ const Table& rtspChannel() {
 
 const Table& srtChannel() {
   static const Table table =
-      innerTable("channel of an SRT stream", "Channel", nullptr,
+      innerTable("channel of an SRT stream", "Channel", nullptr, nullptr,
                  {Row("id", "Id", Kind::Id, kRequired, "Stream cache that is sent").channel()});
   return table;
 }
 
 const Table& srtStream() {
   static const Table table = innerTable(
-      "stream of an SRT instance", "Stream", "id",
+      "stream of an SRT instance", "Stream", "id", nullptr,
       {text<&SrtStream::strId>("id", "Id", kRequired, "Number or name of the stream"),
        flag<&SrtStream::s32Default>("default", "Default", kOptional,
                                     "Whether callers that ask for none get it"),
@@ -54,6 +54,11 @@ void checkSrt(const Node& instance) {
   const bool hasHost = host != instance.value().end() && host->is_string() && !host->text().empty();
   if (listens && hasHost) instance.member("hostname").refuse("a listener calls no host");
   if (!listens && !hasHost) instance.refuse("a caller must have a hostname");
+}
+
+// "listener 0"
+std::string srtSessionName(const Json& instance) {
+  return instance.at("mode").text() + " " + instance.at("id").dump();
 }
 
 // The library stores any text, but players cannot receive what is sent to it.
@@ -171,10 +176,12 @@ const Table& ndi() {
            id<&Ndi::s32MainVideoId>("mainVideo", nullptr, kOptional,
                                     "Stream cache of the main video")
                .fromChannel("MainVideo")
+               .labelled("main video")
                .listed("MAIN", 2),
            id<&Ndi::s32SubVideoId>("subVideo", nullptr, kOptional,
                                    "Stream cache of the second video")
                .fromChannel("SubVideo")
+               .labelled("sub video")
                .listed("SUB", 2),
            id<&Ndi::s32AudioId>("audio", nullptr, kOptional, "Stream cache of the audio")
                .fromChannel("Audio")
@@ -212,7 +219,7 @@ const Table& srt() {
        list<&Srt::lstStream>("streams", nullptr, kOptional, "What the instance sends")
            .of(srtStream())
            .listed("STREAMS", "{streams:{id} ({channels}{default?; default})}")},
-      checkSrt);
+      checkSrt, srtSessionName);
   return table;
 }
 

@@ -116,8 +116,8 @@ struct Condition {
   const char* word{};
 };
 
-/// A column of a listing: heading, and places for members as in "{id} {name}".
-struct Column {
+/// The column of a listing that a setting is in, with places for members as in "{id} {name}".
+struct ListedAs {
   const char* heading = nullptr;
   std::string cell;
   int rank = 0;  ///< columns of a higher rank come later
@@ -139,7 +139,7 @@ struct Setting {
   const char* unit{};
   const char* channelType{};  ///< it is the "Id" of the <Channel> of this "Type"
   const Table* inner{};       ///< of a List: its records; of other kinds: elements inside the entry
-  Column column{};            ///< in listings; without a heading: not listed by itself
+  ListedAs column{};          ///< in listings; without a heading: not listed by itself
   bool isChannel = false;     ///< it is the id of a stream cache
   bool isSaved = true;        ///< the library writes it when it saves the section
   const Table* refersTo{};    ///< it is the key of an entry of this table
@@ -166,6 +166,11 @@ std::string permittedFor(const Setting& setting);
 /// The setting of a member; null if there is none.
 const Setting* settingOf(const Settings& settings, std::string_view member);
 
+/// What an answer calls a setting, next to its value: "focus mode".
+inline const char* labelOf(const Setting& setting) {
+  return setting.label == nullptr ? setting.member : setting.label;
+}
+
 /// How the library loads and saves the entries of a section, as JSON by the rows of its table.
 struct Calls {
   /// Loads the entries; over a fault, those before the faulty one.
@@ -181,7 +186,7 @@ struct Calls {
 struct Table {
   const char* place;   ///< in documents: "live.srt"; of an inner table: the member
   const char* word;    ///< on the command line: "srt"
-  const char* entry;   ///< what an entry is called: "SRT instance"
+  const char* entry;   ///< what an entry is called, the service first: "SRT instance"
   const char* key;     ///< member that distinguishes entries; null: none does
   const char* label;   ///< member that says which one an entry is; null: the key does
   const char* parent;  ///< element at the top of the file
@@ -192,6 +197,8 @@ struct Table {
   /// What must be true of an entry beyond each of its settings; asked when those are fine.
   void (*check)(const Node& entry) = nullptr;
   bool isSaved = true;  ///< the library saves the section whole, and drops what it does not know
+  /// What an entry is called as a session of its service; null: by its label, or else its key.
+  std::string (*sessionName)(const Json& entry) = nullptr;
 
   const Setting* find(std::string_view member) const { return settingOf(settings, member); }
 };

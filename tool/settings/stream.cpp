@@ -82,7 +82,7 @@ void readAllowed(const Node& node, void* record) {
 // "Enable" is written by updates in place, and lost when all caches are saved.
 const Table& allowedSource() {
   static const Table table = innerTable(
-      "source that a cache allows", "AllowedStreamSource", nullptr,
+      "source that a cache allows", "AllowedStreamSource", nullptr, nullptr,
       {Row("id", "Id", Kind::Id, kCarried, "The source").within(kSourceIds),
        Row("default", "Default", Kind::Flag, kOptional, "It is the one that is loaded"),
        Row("enable", "Enable", Kind::Flag, kOptional, "It was selected in place").notSaved()});

@@ -38,7 +38,7 @@ class Row : public Setting {
     return listed(heading, "{" + std::string(member) + "}", rank);
   }
   Row& listed(const char* heading, std::string cell, int rank = 0) {
-    return with(&Setting::column, Column{heading, std::move(cell), rank});
+    return with(&Setting::column, ListedAs{heading, std::move(cell), rank});
   }
   Row& refersTo(const Table& table) { return with(&Setting::refersTo, &table); }
   Row& notSaved() { return with(&Setting::isSaved, false); }
@@ -90,9 +90,9 @@ template <auto Member>
 constexpr auto list = rowOf<Member, Kind::List>;
 
 /// Records inside others.
-inline Table innerTable(const char* entry, const char* element, const char* key,
+inline Table innerTable(const char* entry, const char* element, const char* key, const char* label,
                         Settings settings) {
-  return {"", "", entry, key, nullptr, nullptr, nullptr, {element}, std::move(settings)};
+  return {"", "", entry, key, label, nullptr, nullptr, {element}, std::move(settings)};
 }
 
 /// Reads a new record from a document; what does not fit is a fault of the node.
@@ -169,11 +169,15 @@ template <typename Entry, int (*Load)(std::list<Entry>&), int (*Dump)(const std:
 Table tableOf(const char* place, const char* word, const char* entry, const char* key,
               const char* label, const char* parent, const char* section,
               std::vector<const char*> elements, int (*closeRead)(), Settings settings,
-              void (*check)(const Node& entry) = nullptr) {
+              void (*check)(const Node& entry) = nullptr,
+              std::string (*sessionName)(const Json& entry) = nullptr) {
   using Library = CallsOf<Entry, Load, Dump, Make>;
   const Calls calls = {Library::load, Library::store, Library::read, closeRead};
-  return {place, word, entry, key, label, parent, section, std::move(elements), std::move(settings),
-          calls, check};
+  Table table = {
+      place, word, entry, key, label, parent, section, std::move(elements), std::move(settings),
+      calls, check};
+  table.sessionName = sessionName;
+  return table;
 }
 
 /// An attribute as a loader reads it.

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <list>
+#include <optional>
 #include <set>
 #include <stdexcept>
 
@@ -19,6 +20,14 @@ TEST(JsonTest, PairsThatBeginWithATextMakeAnObject) {
 TEST(JsonTest, ContainersBecomeArrays) {
   EXPECT_EQ(Json(std::list<int>{2, 1}).dump(), "[2,1]");
   EXPECT_EQ(Json(std::vector<std::string>()).dump(), "[]");
+}
+
+TEST(JsonTest, WhatIsNotThereIsNull) {
+  const char* none = nullptr;
+  EXPECT_EQ((Json{{"a", std::optional<int>()}, {"b", std::optional<int>(7)}}).dump(),
+            R"({"a":null,"b":7})");
+  EXPECT_TRUE(Json(none).is_null());
+  EXPECT_EQ(Json("").dump(), "\"\"");
 }
 
 TEST(JsonTest, MembersAreAddedWhereTheyAreMissing) {

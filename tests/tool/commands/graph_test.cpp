@@ -143,6 +143,43 @@ TEST_F(GraphTest, JsonHoldsTheWiringAndItsFindings) {
   EXPECT_EQ(wiring.at("findings").size(), 4u);
 }
 
+// A section that no code of the graph knows: senders with a channel each, and with a list of them.
+TEST(WiringTest, SessionsFollowFromATable) {
+  using tool::settings::Kind;
+  using tool::settings::Need;
+  using tool::settings::Row;
+  const tool::settings::Table channels = tool::settings::innerTable(
+      "channel", "Channel", "id", nullptr,
+      {Row("id", "Id", Kind::Id, Need::Required, "Stream cache").channel()});
+  const tool::settings::Table table{
+      "live.rtp",
+      "rtp",
+      "RTP sender",
+      "number",
+      nullptr,
+      "LiveMediaService",
+      "RTP",
+      {"Sender"},
+      {Row("number", "Number", Kind::Id, Need::Required, "Number"),
+       Row("enabled", "Enable", Kind::Switch, Need::Required, "Whether it sends"),
+       Row("picture", nullptr, Kind::Id, Need::Optional, "Video").fromChannel("Video"),
+       Row("more", nullptr, Kind::List, Need::Optional, "Others").of(channels)}};
+  const std::vector<tool::media::WiredSession> sessions = tool::media::sessionsOf(
+      table, tool::readJson(R"([{"number":4,"enabled":false,"picture":7,"more":[{"id":1},{"id":2}]},
+                                {"number":5,"enabled":true,"picture":null,"more":[]}])")
+                 .value);
+  ASSERT_EQ(sessions.size(), 2U);
+  EXPECT_EQ(sessions[0].service, "RTP");
+  EXPECT_EQ(sessions[0].name, "sender 4");
+  EXPECT_FALSE(sessions[0].enabled);
+  ASSERT_EQ(sessions[0].channels.size(), 3U);
+  EXPECT_EQ(sessions[0].channels[0].role, "picture");
+  EXPECT_EQ(sessions[0].channels[2].cacheId, 2);
+  EXPECT_EQ(sessions[0].channels[2].role, "");
+  EXPECT_TRUE(sessions[1].enabled);
+  EXPECT_TRUE(sessions[1].channels.empty());
+}
+
 TEST(WiringPictureTest, NamesCannotLeaveTheirQuotes) {
   EXPECT_EQ(tool::media::dotText("a\"b\\c"), "a\\\"b\\\\c");
   EXPECT_EQ(tool::media::dotText("a\nb\x1b"), "a\\\\nb\\\\x1b");

@@ -6,6 +6,7 @@
 #include "base/host.h"
 #include "base/outcome.h"
 #include "device/change.h"
+#include "device/journal.h"
 #include "device/scratch.h"
 #include "support/device_test.h"
 #include "support/quick_saves.h"
