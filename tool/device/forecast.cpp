@@ -19,8 +19,8 @@ Forecast::Forecast(const FileSet& set, const ConfigFile& file, std::vector<Place
 
 void Forecast::start() {
   if (!file_.checkedAtStart) return;
-  const Loading loading{copy(Place::Main).loads(), set_.anyBackup && copy(Place::Backup).loads(),
-                        set_.anyFactory && copy(Place::Default).loads(), set_.anyBackup};
+  const Loading loading{copy(Place::Main).loads(), hasBackups() && copy(Place::Backup).loads(),
+                        set_.anyFactory && copy(Place::Default).loads(), hasBackups()};
   for (const Repair& repair : startUpRepairs(file_.name, loading)) replace(repair);
 }
 
@@ -50,6 +50,15 @@ const Copy& Forecast::copy(Place place) const {
   static const Copy missing;
   const std::optional<Place>& held = holds_[indexOf(place)];
   return held ? file_.copy(*held) : missing;
+}
+
+// The last one may be moved away.
+bool Forecast::hasBackups() const {
+  if (!isMoved(Place::Backup)) return set_.anyBackup;
+  return std::any_of(set_.files.begin(), set_.files.end(), [this](const ConfigFile& other) {
+    const State state = other.backup.state;
+    return &other != &file_ && state != State::Missing && state != State::NotAFile;
+  });
 }
 
 bool Forecast::isMoved(Place place) const {

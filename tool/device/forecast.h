@@ -36,6 +36,7 @@ class Forecast {
 
   const Copy& copy(Place place) const;
   PairState states() const { return compared(copy(Place::Main), copy(Place::Backup)); }
+  bool hasBackups() const;
   bool isMoved(Place place) const;
   bool areOne(Place a, Place b) const;
   std::string obstacleTo(const Repair& repair) const;
