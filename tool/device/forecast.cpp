@@ -1,5 +1,6 @@
 #include "device/forecast.h"
 
+#include <camcfg/types.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -55,10 +56,9 @@ const Copy& Forecast::copy(Place place) const {
 // The last one may be moved away.
 bool Forecast::hasBackups() const {
   if (!isMoved(Place::Backup)) return set_.anyBackup;
-  return std::any_of(set_.files.begin(), set_.files.end(), [this](const ConfigFile& other) {
-    const State state = other.backup.state;
-    return &other != &file_ && state != State::Missing && state != State::NotAFile;
-  });
+  const std::vector<std::string> names = filesIn(CFG_DIR_BACKUP);
+  return std::any_of(names.begin(), names.end(),
+                     [this](const std::string& name) { return name != file_.name; });
 }
 
 bool Forecast::isMoved(Place place) const {
