@@ -141,7 +141,7 @@ std::optional<Place> sameFileAs(const ConfigFile& file, Place place) {
 Advice adviceOnLink(const FileSet& set, const ConfigFile& file, Place place, Place other) {
   Advice advice{"is the same file as " + file.path(other), file.path(place)};
   const std::string link = linkBetween(file.path(other), file.path(place));
-  const auto moved = std::find_if(std::begin(kWritten), std::end(kWritten), [&](Place each) {
+  const auto* const moved = std::find_if(std::begin(kWritten), std::end(kWritten), [&](Place each) {
     return beginsWith(file.path(each), link) && !link.empty();
   });
   if (moved == std::end(kWritten)) return advice;

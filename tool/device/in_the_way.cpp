@@ -63,7 +63,7 @@ bool makeLike(const char* directory, const char* other) {
 }  // namespace
 
 std::string inTheWayOf(const std::string& path) {
-  const std::string directory = directoryOf(path);
+  std::string directory = directoryOf(path);
   if (fs::exists(ownStatus(directory)) && !fs::is_directory(statusOf(directory))) return directory;
   return fs::exists(ownStatus(path)) && !fs::is_regular_file(statusOf(path)) ? path : "";
 }

@@ -24,6 +24,19 @@ class VerifyTest : public ToolTest {
 
   std::string main() const { return device.read("/cfg0/x.xml"); }
   std::string backup() const { return device.read("/cfg1/x.xml"); }
+
+  // What is in place of a main copy keeps it from being restored, and no other file.
+  void expectOnlyTheOtherIsRestored(const std::string& what) const {
+    write(kDamaged, kGood, kGood, "y.xml");
+    EXPECT_EQ(run({"verify"}),
+              (ToolRun{3,
+                       "FILE   MAIN             BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                       "x.xml  not-a-file       good    good     yes       -          -\n"
+                       "y.xml  damaged -> good  good    good     yes       backup     -\n",
+                       "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot "
+                       "write /cfg0/x.xml: it is " +
+                           what + "; move it away\n"}));
+  }
 };
 
 TEST_F(VerifyTest, SoundFilesAreLeftAlone) {
@@ -322,14 +335,7 @@ TEST_F(KeepDamagedTest, ReplacesNothingWhereTheBytesCannotBeSaved) {
 TEST_F(VerifyTest, DirectoryInPlaceOfAMainCopyIsReportedAndDoesNotKeepOthersFromBeingRestored) {
   write(nullptr, kGood, kGood);
   device.makeDirectory("/cfg0/x.xml");
-  write(kDamaged, kGood, kGood, "y.xml");
-  EXPECT_EQ(run({"verify"}),
-            (ToolRun{3,
-                     "FILE   MAIN             BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                     "x.xml  not-a-file       good    good     yes       -          -\n"
-                     "y.xml  damaged -> good  good    good     yes       backup     -\n",
-                     "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot write "
-                     "/cfg0/x.xml: it is not a regular file; move it away\n"}));
+  expectOnlyTheOtherIsRestored("not a regular file");
 }
 
 TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
@@ -347,25 +353,13 @@ TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
 TEST_F(VerifyTest, PipeInPlaceOfAMainCopyIsReportedAndDoesNotKeepOthersFromBeingRestored) {
   write(nullptr, kGood, kGood);
   ASSERT_EQ(mkfifo((device.hostPath() + "/cfg0/x.xml").c_str(), 0600), 0);
-  write(kDamaged, kGood, kGood, "y.xml");
-  EXPECT_EQ(run({"verify"}),
-            (ToolRun{3,
-                     "FILE   MAIN             BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                     "x.xml  not-a-file       good    good     yes       -          -\n"
-                     "y.xml  damaged -> good  good    good     yes       backup     -\n",
-                     "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot write "
-                     "/cfg0/x.xml: it is not a regular file; move it away\n"}));
+  expectOnlyTheOtherIsRestored("not a regular file");
 }
 
 TEST_F(VerifyTest, LinkToNothingIsReportedAndDoesNotKeepOthersFromBeingRestored) {
   write(nullptr, kGood, kGood);
   std::filesystem::create_symlink("/no/such", device.hostPath() + "/cfg0/x.xml");
-  write(kDamaged, kGood, kGood, "y.xml");
-  const ToolRun result = run({"verify"});
-  EXPECT_EQ(result.err,
-            "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot write "
-            "/cfg0/x.xml: it is a link to nothing; move it away\n");
-  EXPECT_EQ(device.read("/cfg0/y.xml"), kGood);
+  expectOnlyTheOtherIsRestored("a link to nothing");
 }
 
 TEST_F(VerifyTest, FileThatHoldsNoElementIsNamedSinceStartUpAcceptsIt) {

@@ -63,7 +63,7 @@ class EveryCombination : public PromisesTest, public testing::WithParamInterface
   }
 };
 
-TEST_P(EveryCombination, OfOneFileBesideSoundOnes) {
+TEST_P(EveryCombination, OfOneFileWithOthersSound) {
   compareAll(kSound, 1);
 }
 

@@ -39,7 +39,7 @@ struct Scene {
   std::array<Kinds, 3> files{};  ///< of each name
   std::array<DirectoryKind, 3> directories{};
 
-  /// Makes the device anew.
+  /// Makes the device, whatever was there before.
   void layOut() const;
 };
 
