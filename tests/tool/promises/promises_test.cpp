@@ -79,7 +79,10 @@ INSTANTIATE_TEST_SUITE_P(OfMain, EveryCombination, testing::ValuesIn([] {
                            std::vector<Kind> all;
                            for (int each = 0; each < kKinds; ++each) all.push_back(kind(each));
                            return all;
-                         }()));
+                         }()),
+                         [](const testing::TestParamInfo<Kind>& main) {
+                           return testing::PrintToString(main.param);
+                         });
 
 Kind randomKind(std::mt19937& random) {
   return random() % 3 == 0 ? Kind::Good : kind(static_cast<int>(random() % kKinds));

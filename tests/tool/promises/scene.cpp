@@ -143,19 +143,24 @@ void Scene::layOut() const {
       }
 }
 
-void PrintTo(const Scene& scene, std::ostream* out) {
-  constexpr const char* kKindNames[] = {
+void PrintTo(Kind kind, std::ostream* out) {
+  constexpr const char* kNamesOfKinds[] = {
       "good", "other",     "missing",  "damaged",  "empty",         "noElement", "directory",
       "pipe", "linkOther", "hardLink", "dangling", "linkElsewhere", "unreadable"};
-  constexpr const char* kDirectoryNames[] = {"there", "missing", "file", "dangling", "linkOther"};
+  *out << kNamesOfKinds[static_cast<int>(kind)];
+}
+
+void PrintTo(const Scene& scene, std::ostream* out) {
+  constexpr const char* kNamesOfDirectories[] = {"there", "missing", "file", "dangling",
+                                                 "linkOther"};
   for (std::size_t name = 0; name < scene.files.size(); ++name) {
     *out << kNames[name] << ":";
-    for (const Kind kind : scene.files[name]) *out << " " << kKindNames[static_cast<int>(kind)];
+    for (const Kind kind : scene.files[name]) *out << " " << testing::PrintToString(kind);
     *out << "; ";
   }
   *out << "directories:";
   for (const DirectoryKind kind : scene.directories)
-    *out << " " << kDirectoryNames[static_cast<int>(kind)];
+    *out << " " << kNamesOfDirectories[static_cast<int>(kind)];
 }
 
 bool holdsElement(const std::string& path) {

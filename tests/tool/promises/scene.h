@@ -25,6 +25,8 @@ enum class Kind {
 };
 constexpr int kKinds = 13;
 
+void PrintTo(Kind kind, std::ostream* out);
+
 /// What a directory of copies is.
 enum class DirectoryKind { There, Missing, File, DanglingLink, LinkToOther };
 constexpr int kDirectoryKinds = 5;
