@@ -1,11 +1,11 @@
 #include "device/advice.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "base/plain_text.h"
-#include "device/forecast.h"
 #include "device/in_the_way.h"
-#include "device/repair.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -14,62 +14,29 @@ constexpr char kVerify[] = "verify";
 constexpr char kResync[] = "verify --resync";
 constexpr Place kWritten[] = {Place::Main, Place::Backup};
 
+std::string runs(const char* command) {
+  return std::string("'camcfg ") + command + "'";
+}
+
 // ... "restores it from the factory set".
-std::string restoresFrom(const Forecast& forecast, Place place) {
+std::string restoresFrom(const std::string& source) {
   return std::string(" restores it from ") +
-         (forecast.source(place) == "from-backup" ? "its backup" : "the factory set");
+         (source == "from-backup" ? "its backup" : "the factory set");
 }
 
-// The place of something that has to be moved away, with that.
-using Moved = std::vector<std::pair<Place, std::string>>;
-
-Moved allInTheWay(const ConfigFile& file) {
-  Moved moved;
+std::vector<std::string> allInTheWay(const ConfigFile& file) {
+  std::vector<std::string> paths;
   for (const Place place : kWritten) {
-    const std::string path = inTheWayOf(file.path(place));
-    if (!path.empty()) moved.emplace_back(place, path);
+    std::string path = inTheWayOf(file.path(place));
+    if (!path.empty()) paths.push_back(std::move(path));
   }
-  return moved;
+  return paths;
 }
 
-bool isGoodAfter(const FileSet& set, const ConfigFile& file, Place place, const Moved& moved) {
-  std::vector<Place> places;
-  for (const auto& [from, path] : moved) places.push_back(from);
-  Forecast forecast(set, file, places);
-  forecast.resync();
-  return forecast.state(place) == State::Good;
-}
-
-// A link to nothing that leads to where another copy will be comes to life with that, but is none of
-// its own.
-bool leadsToAnother(const ConfigFile& file, Place place) {
-  const State state = file.copy(place).state;
-  if (state != State::NotAFile && state != State::Missing) return false;
-  const std::string path = file.path(place);
-  return std::any_of(kPlaces.begin(), kPlaces.end(), [&](Place other) {
-    if (other == place || !areOneFile(file.path(other), path)) return false;
-    const std::string link = linkBetween(file.path(other), path);
-    return !link.empty() && beginsWith(path, link);
-  });
-}
-
-// The least that has to be moved away before `verify --resync` makes a copy good; nothing if that does
-// not help.
-Moved whatToMove(const FileSet& set, const ConfigFile& file, Place place) {
-  Moved all = allInTheWay(file);
-  std::stable_sort(all.begin(), all.end(), [&](const auto& a, const auto& b) {
-    return a.first == place && b.first != place;
-  });
-  const bool isItsOwn = !leadsToAnother(file, place);
-  for (const auto& each : all)
-    if ((isItsOwn || each.first == place) && isGoodAfter(set, file, place, {each})) return {each};
-  return isGoodAfter(set, file, place, all) ? all : Moved();
-}
-
-void adviseMoving(const Moved& moved, Advice& advice) {
-  for (const auto& [place, path] : moved) advice.move.push_back(path);
-  const bool isItself = advice.move.size() == 1 && advice.move.front() == advice.path;
-  advice.outlook = "; move " + (isItself ? "it" : joined(advice.move)) + " away";
+void adviseMoving(const std::vector<std::string>& paths, Advice& advice) {
+  advice.move = paths;
+  const bool isItself = paths.size() == 1 && paths.front() == advice.path;
+  advice.outlook = "; move " + (isItself ? "it" : joined(paths)) + " away";
 }
 
 bool isAnyGood(const ConfigFile& file) {
@@ -81,77 +48,149 @@ std::string withoutAdvice(const ConfigFile& file, Place place, const std::string
   return obstacle.empty() || !isAnyGood(file) ? "" : "; it is not restored: " + obstacle;
 }
 
+bool isFile(const ConfigFile& file, Place place) {
+  const State state = file.copy(place).state;
+  return state != State::Missing && state != State::NotAFile;
+}
+
+bool isHardLink(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && status.st_nlink > 1;
+}
+
+// Of copies that are one file, the one that stays: the first that is no link, or else leads to none of
+// the others.
+const std::string& ownerOf(const std::vector<std::string>& copies) {
+  auto found = std::find_if(copies.begin(), copies.end(),
+                            [](const std::string& copy) { return linkAt(copy).empty(); });
+  if (found == copies.end())
+    found = std::find_if(copies.begin(), copies.end(),
+                         [&](const std::string& copy) { return !isAmong(copies, targetOf(copy)); });
+  return found == copies.end() ? copies.front() : *found;
+}
+
+// What has to be moved away so that a copy is no longer its owner's file. Where that is another file's, the
+// other copy may not be restored from either.
+std::vector<std::string> linksOf(const ConfigFile& file, Place place, const std::string& owner,
+                                 const std::vector<std::string>& copies) {
+  std::vector<std::string> links;
+  for (const Place each : kWritten) {
+    const std::string path = file.path(each);
+    if (each != place && (nameOf(owner) == file.name || !isAmong(copies, path))) continue;
+    std::string link = linkAt(path);
+    if (link.empty() && isHardLink(path)) link = path;
+    if (!link.empty() && !isAmong(links, link)) links.push_back(std::move(link));
+  }
+  return links;
+}
+
 }  // namespace
 
-Advice adviceOn(const FileSet& set, const ConfigFile& file, Place place, bool isSalvaged) {
+Adviser::Adviser(const FileSet& set, std::vector<std::string> salvaged)
+    : set_(set),
+      shared_(set),
+      salvaged_(std::move(salvaged)),
+      start_(set),
+      resync_(set),
+      boot_(set) {
+  refusal_ = start_.whyNotVerified();
+  start_.start();
+  resync_.resync();
+  boot_.boot(salvaged_);
+}
+
+Advice Adviser::onCopy(const ConfigFile& file, Place place) const {
   const bool differs = file.copy(place).state == State::OutOfStep;
   Advice advice{differs ? "differs from its main copy" : file.copy(place).fault, file.path(place)};
-  const std::string refusal = whyNotVerified(set);
-  Forecast start(set, file);
-  start.start();
-  const bool isItsOwn = !leadsToAnother(file, place);
-  if (isItsOwn && start.state(place) == State::Good) {
-    advice.outlook = "; the next start" + restoresFrom(start, place);
-    if (isSalvaged) advice.outlook += ", 'camcfg boot' from what it can salvage";
-    if (refusal.empty()) advice.command = kVerify;
+  if (leadsToAnother(file, place) || start_.state(file, place) != State::Good) {
+    withoutStart(file, place, advice);
     return advice;
   }
-  Forecast resync(set, file);
-  resync.resync();
-  const std::string runs = std::string("'camcfg ") + kResync + "'";
-  if (!refusal.empty()) {
-    advice.outlook = withoutAdvice(file, place, refusal);
-  } else if (isItsOwn && resync.state(place) == State::Good) {
-    advice.command = kResync;
-    advice.outlook = "; " + runs +
-                     (place == Place::Main ? restoresFrom(resync, place) : " brings it up to date");
-  } else if (const Moved moved = whatToMove(set, file, place); !moved.empty()) {
-    advice.command = kResync;
-    adviseMoving(moved, advice);
-    advice.outlook += " and run " + runs;
-  } else {
-    advice.outlook = withoutAdvice(file, place, resync.obstacle());
-  }
+  advice.outlook = "; the next start" + restoresFrom(start_.source(file, place));
+  if (isAmong(salvaged_, file.name)) advice.outlook += ", 'camcfg boot' from what it can salvage";
+  if (refusal_.empty()) advice.command = kVerify;
   return advice;
 }
 
-std::optional<Advice> adviceOnFactory(const FileSet& set, const ConfigFile& file, bool isExpected) {
+void Adviser::withoutStart(const ConfigFile& file, Place place, Advice& advice) const {
+  const bool isRestored = !leadsToAnother(file, place) && resync_.state(file, place) == State::Good;
+  const std::vector<std::string> moved =
+      isRestored ? std::vector<std::string>() : whatToMove(file, place);
+  if (!moved.empty()) {
+    adviseMoving(moved, advice);
+    advice.outlook += " and run " + runs(kResync);
+  } else if (isRestored) {
+    advice.outlook = "; " + runs(kResync) +
+                     (place == Place::Main ? restoresFrom(resync_.source(file, place))
+                                           : " brings it up to date");
+  } else {
+    advice.outlook =
+        withoutAdvice(file, place, refusal_.empty() ? resync_.obstacle(file) : refusal_);
+  }
+  if (isRestored || !moved.empty()) advice.command = kResync;
+}
+
+std::optional<Advice> Adviser::onFactory(const ConfigFile& file, bool isExpected) const {
   const std::string path = file.path(Place::Default);
   const State state = file.factory.state;
   if (state == State::Missing && !isExpected) return std::nullopt;
   if (state == State::NoElement)
     return Advice{file.factory.fault, path, ", so no start can restore settings from it"};
-  if (state == State::Good && file.checkedAtStart && set.anyFactory) return std::nullopt;
+  if (state == State::Good && file.checkedAtStart && set_.anyFactory) return std::nullopt;
   return Advice{state == State::Good ? "is a link" : file.factory.fault, path,
                 ", so no start can restore from it"};
 }
 
-std::optional<Place> sameFileAs(const ConfigFile& file, Place place) {
-  const auto isFile = [&](Place each) {
-    const State state = file.copy(each).state;
-    return state != State::Missing && state != State::NotAFile;
-  };
-  for (const Place other : kPlaces)
-    if (other != place && isFile(other) && isFile(place) &&
-        areOneFile(file.path(other), file.path(place)))
-      return other;
-  return std::nullopt;
+std::optional<Advice> Adviser::onLink(const ConfigFile& file, Place place) const {
+  const std::string path = file.path(place);
+  if (sameFileAs(file, place).empty()) return std::nullopt;
+  const std::vector<std::string> copies = shared_.copiesOfSame(path);
+  const std::string& owner = ownerOf(copies);
+  if (owner == path) return std::nullopt;
+  Advice advice{"is the same file as " + owner, path};
+  if (place == Place::Default) return advice;
+  const std::vector<std::string> moved = linksOf(file, place, owner, copies);
+  if (moved.empty() || !isGoodAfter(file, place, moved)) return advice;
+  adviseMoving(moved, advice);
+  advice.command = kResync;
+  advice.outlook += " and run " + runs(kResync);
+  return advice;
 }
 
-Advice adviceOnLink(const FileSet& set, const ConfigFile& file, Place place, Place other) {
-  Advice advice{"is the same file as " + file.path(other), file.path(place)};
-  const std::string link = linkBetween(file.path(other), file.path(place));
-  const auto* const moved = std::find_if(std::begin(kWritten), std::end(kWritten), [&](Place each) {
-    return beginsWith(file.path(each), link) && !link.empty();
+std::string Adviser::sameFileAs(const ConfigFile& file, Place place) const {
+  if (!isFile(file, place)) return "";
+  const std::string path = file.path(place);
+  for (const std::string& copy : shared_.copiesOfSame(path))
+    if (copy != path) return copy;
+  return "";
+}
+
+bool Adviser::isGoodAfter(const ConfigFile& file, Place place,
+                          const std::vector<std::string>& moved) const {
+  Forecast forecast(set_, moved);
+  forecast.resync();
+  return forecast.state(file, place) == State::Good;
+}
+
+// A link to nothing that leads to where another copy will be comes to life with that, but is none of
+// its own.
+bool Adviser::leadsToAnother(const ConfigFile& file, Place place) const {
+  const std::string path = file.path(place);
+  return !isFile(file, place) && !linkAt(path).empty() && shared_.copiesOfSame(path).size() > 1;
+}
+
+// The least that has to be moved away before `verify --resync` makes a copy good; nothing if that does
+// not help.
+std::vector<std::string> Adviser::whatToMove(const ConfigFile& file, Place place) const {
+  std::vector<std::string> all = allInTheWay(file);
+  const std::string own = inTheWayOf(file.path(place));
+  std::stable_sort(all.begin(), all.end(), [&](const std::string& a, const std::string& b) {
+    return a == own && b != own;
   });
-  if (moved == std::end(kWritten)) return advice;
-  adviseMoving({{*moved, link}}, advice);
-  const bool isEachGood = isGoodAfter(set, file, *moved, {{*moved, link}}) &&
-                          isGoodAfter(set, file, place, {{*moved, link}});
-  if (!whyNotVerified(set).empty() || !isEachGood) return advice;
-  advice.command = kResync;
-  advice.outlook += std::string(" and run 'camcfg ") + kResync + "'";
-  return advice;
+  const bool isItsOwn = !leadsToAnother(file, place);
+  for (const std::string& each : all)
+    if ((isItsOwn || each == own) && isGoodAfter(file, place, {each})) return {each};
+  return isGoodAfter(file, place, all) ? all : std::vector<std::string>();
 }
 
 }  // namespace camcfg::tool::device

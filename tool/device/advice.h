@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "device/files.h"
+#include "device/forecast.h"
 
 namespace camcfg::tool::device {
 
@@ -19,20 +20,46 @@ struct Advice {
   std::vector<std::string> move{};  ///< what has to be moved away before that
 };
 
-/// On a main copy or a backup that is not good.
-/// @param set         all files, of which the file is one
-/// @param isSalvaged  whether `boot` salvages the file
-Advice adviceOn(const FileSet& set, const ConfigFile& file, Place place, bool isSalvaged = false);
+/// What is known of a device, and becomes of it if nobody does anything.
+class Adviser {
+ public:
+  /// @param set       all files; they outlive this object
+  /// @param salvaged  the names of those that `boot` salvages
+  explicit Adviser(const FileSet& set, std::vector<std::string> salvaged = {});
 
-/// On a factory copy that no start can restore from; none if a start can, or the file needs none.
-/// @param isExpected  whether the file should have a factory copy
-std::optional<Advice> adviceOnFactory(const FileSet& set, const ConfigFile& file, bool isExpected);
+  const Forecast& start() const { return start_; }
+  const Forecast& boot() const { return boot_; }
+  const SharedFiles& shared() const { return shared_; }
 
-/// The other copy that is the same file as a copy that can be read; none if it is a file of its own.
-std::optional<Place> sameFileAs(const ConfigFile& file, Place place);
+  /// On a main copy or a backup that is not good.
+  Advice onCopy(const ConfigFile& file, Place place) const;
 
-/// On two copies that are one file.
-Advice adviceOnLink(const FileSet& set, const ConfigFile& file, Place place, Place other);
+  /// On a factory copy that no start can restore from; none if a start can, or the file needs none.
+  /// @param isExpected  whether the file should have a factory copy
+  std::optional<Advice> onFactory(const ConfigFile& file, bool isExpected) const;
+
+  /// On a copy that is the same file as another one, of its own file or of another; none if it is not,
+  /// or if the other one is the link.
+  std::optional<Advice> onLink(const ConfigFile& file, Place place) const;
+
+  /// The first other copy that is the same file as one that exists; empty if there is none.
+  std::string sameFileAs(const ConfigFile& file, Place place) const;
+
+ private:
+  bool isGoodAfter(const ConfigFile& file, Place place,
+                   const std::vector<std::string>& moved) const;
+  bool leadsToAnother(const ConfigFile& file, Place place) const;
+  std::vector<std::string> whatToMove(const ConfigFile& file, Place place) const;
+  void withoutStart(const ConfigFile& file, Place place, Advice& advice) const;
+
+  const FileSet& set_;
+  SharedFiles shared_;
+  std::vector<std::string> salvaged_;
+  std::string refusal_;
+  Forecast start_;
+  Forecast resync_;
+  Forecast boot_;
+};
 
 }  // namespace camcfg::tool::device
 

@@ -12,6 +12,7 @@
 #include "device/history.h"
 #include "device/room.h"
 #include "device/save.h"
+#include "device/shared_files.h"
 #include "device/signals.h"
 #include "device/trial.h"
 #include "device/turn.h"
@@ -38,10 +39,15 @@ Contents beforeOf(const FileChange& file) {
 
 // Both copies are written while the space of the previous ones may not be free yet.
 std::string whyNotSaved(const std::vector<FileChange>& files) {
+  const SharedFiles shared;
   std::vector<Writing> writings;
   for (const FileChange& file : files)
-    for (const Place place : {Place::Main, Place::Backup})
-      writings.push_back({pathOf(place, file.path), file.after.size()});
+    for (const Place place : {Place::Main, Place::Backup}) {
+      const std::string path = pathOf(place, file.path);
+      const std::string other = shared.ofAnotherName(path);
+      if (!other.empty()) return sameFileFault(path, other);
+      writings.push_back({path, file.after.size()});
+    }
   return whyNotWritable(writings);
 }
 

@@ -58,20 +58,29 @@ std::string remedyFor(State state) {
 }
 
 template <typename Wanted>
-std::vector<std::string> namesIn(const std::string& directory, Wanted wanted) {
+std::vector<std::string> unsortedNamesIn(const std::string& directory, Wanted wanted) {
   std::vector<std::string> names;
   std::error_code error;
   for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
        entry.increment(error))
     if (wanted(*entry)) names.push_back(entry->path().filename());
+  return names;
+}
+
+bool isOwnFile(const fs::directory_entry& entry) {
+  std::error_code ignored;
+  return entry.symlink_status(ignored).type() == fs::file_type::regular;
+}
+
+std::vector<std::string> sorted(std::vector<std::string> names) {
   std::sort(names.begin(), names.end());
   return names;
 }
 
-// Start-up verification looks at the names of the first directory that holds any file.
+// Start-up verification looks at the names of the first directory that holds any file, as they come.
 std::vector<std::string> namesCheckedAtStart() {
   for (const Place place : {Place::Default, Place::Main, Place::Backup}) {
-    std::vector<std::string> names = filesIn(pathOf(place, ""));
+    std::vector<std::string> names = unsortedNamesIn(pathOf(place, ""), isOwnFile);
     if (!names.empty()) return names;
   }
   return {};
@@ -92,17 +101,17 @@ void compare(ConfigFile& file) {
 }
 
 FileSet surveyOnce() {
-  const std::vector<std::string> checkedAtStart = namesCheckedAtStart();
-  std::set<std::string> names(checkedAtStart.begin(), checkedAtStart.end());
+  FileSet set;
+  set.checkedAtStart = namesCheckedAtStart();
+  std::set<std::string> names(set.checkedAtStart.begin(), set.checkedAtStart.end());
   for (const Place place : kPlaces)
     for (const std::string& name : xmlNamesIn(pathOf(place, ""))) names.insert(name);
 
-  FileSet set;
   set.anyBackup = !filesIn(CFG_DIR_BACKUP).empty();
   set.anyFactory = !filesIn(CFG_DIR_DEFAULT).empty();
   for (const std::string& name : names) {
     const Stage stage(name, set.files.size() + 1, names.size());
-    set.files.push_back(surveyFile(name, isAmong(checkedAtStart, name)));
+    set.files.push_back(surveyFile(name, isAmong(set.checkedAtStart, name)));
   }
   return set;
 }
@@ -195,15 +204,12 @@ std::string elementCutOff(const Copy& cut, const Copy& whole) {
 }
 
 std::vector<std::string> filesIn(const std::string& directory) {
-  return namesIn(directory, [](const fs::directory_entry& entry) {
-    std::error_code ignored;
-    return entry.symlink_status(ignored).type() == fs::file_type::regular;
-  });
+  return sorted(unsortedNamesIn(directory, isOwnFile));
 }
 
 std::vector<std::string> xmlNamesIn(const std::string& directory) {
-  return namesIn(directory,
-                 [](const fs::directory_entry& entry) { return isXmlName(entry.path()); });
+  return sorted(unsortedNamesIn(
+      directory, [](const fs::directory_entry& entry) { return isXmlName(entry.path()); }));
 }
 
 bool isXmlName(const std::string& name) {

@@ -114,8 +114,9 @@ struct ConfigFile {
 /// at, and whatever is called "*.xml" in any of the three directories.
 struct FileSet {
   std::vector<ConfigFile> files;
-  bool anyBackup = false;   ///< the backup directory holds a file
-  bool anyFactory = false;  ///< the factory set's directory holds a file
+  bool anyBackup = false;                     ///< the backup directory holds a file
+  bool anyFactory = false;                    ///< the factory set's directory holds a file
+  std::vector<std::string> checkedAtStart{};  ///< what start-up verification looks at, in its order
 
   /// The file of this name; null if there is none.
   const ConfigFile* find(const std::string& name) const;

@@ -6,7 +6,6 @@
 
 #include "base/plain_text.h"
 #include "device/advice.h"
-#include "device/forecast.h"
 #include "device/repair.h"
 #include "device/salvage.h"
 #include "device/turn.h"
@@ -39,35 +38,13 @@ const char* wordFor(Health health) {
   return kWords[static_cast<std::size_t>(health)];
 }
 
-// What becomes of the files if nobody does anything.
-class Prospects {
- public:
-  explicit Prospects(const FileSet& set) : set_(set), isRefused_(!whyNotVerified(set).empty()) {
-    const bool isWell = std::all_of(set.files.begin(), set.files.end(), [](const auto& file) {
-      return file.main.state == State::Good && file.backup.state == State::Good;
-    });
-    if (!isWell) salvaged_ = salvagedBeforeStart();
-  }
-
-  bool isSalvaged(const ConfigFile& file) const { return isAmong(salvaged_, file.name); }
-
-  Forecast start(const ConfigFile& file) const {
-    Forecast forecast(set_, file);
-    forecast.start();
-    return forecast;
-  }
-
-  Forecast boot(const ConfigFile& file) const {
-    Forecast forecast(set_, file);
-    if (!isRefused_) forecast.boot(isSalvaged(file));
-    return forecast;
-  }
-
- private:
-  const FileSet& set_;
-  bool isRefused_;
-  std::vector<std::string> salvaged_;
-};
+// What `boot` would salvage; a device that is well is not looked through for it.
+std::vector<std::string> salvagedOf(const FileSet& set) {
+  const bool isWell = std::all_of(set.files.begin(), set.files.end(), [](const auto& file) {
+    return file.main.state == State::Good && file.backup.state == State::Good;
+  });
+  return isWell ? std::vector<std::string>() : salvagedBeforeStart();
+}
 
 Json recordOf(const ConfigFile& file, Place place) {
   Json record = {{"file", file.name},        {"copy", wordFor(place)},
@@ -81,18 +58,18 @@ Json recordOf(const ConfigFile& file, Place place) {
   return record;
 }
 
-void addCopies(const ConfigFile& file, const Prospects& prospects, Json& copies) {
-  const Forecast start = prospects.start(file);
-  const Forecast boot = prospects.boot(file);
+void addCopies(const ConfigFile& file, const Adviser& adviser, Json& copies) {
+  const Forecast& start = adviser.start();
+  const Forecast& boot = adviser.boot();
   for (const Place place : kPlaces) {
     Json record = recordOf(file, place);
     const bool isChecked = file.checkedAtStart && place != Place::Default;
-    record["atStart"] = isChecked ? Json(start.source(place)) : Json();
-    record["afterStart"] = wordFor(start.state(place));
-    record["atBoot"] = place == Place::Default ? Json() : Json(boot.source(place));
-    record["afterBoot"] = wordFor(boot.state(place));
-    const std::optional<Place> same = sameFileAs(file, place);
-    record["sameFileAs"] = same ? Json(file.path(*same)) : Json();
+    record["atStart"] = isChecked ? Json(start.source(file, place)) : Json();
+    record["afterStart"] = wordFor(start.state(file, place));
+    record["atBoot"] = place == Place::Default ? Json() : Json(boot.source(file, place));
+    record["afterBoot"] = wordFor(boot.state(file, place));
+    const std::string same = adviser.sameFileAs(file, place);
+    record["sameFileAs"] = same.empty() ? Json() : Json(same);
     copies.push_back(std::move(record));
   }
 }
@@ -108,21 +85,21 @@ struct Judgement {
   }
 };
 
-Judgement judge(const FileSet& set, const ConfigFile& file, const Prospects& prospects) {
+Judgement judge(const ConfigFile& file, const Adviser& adviser) {
   Judgement judgement;
   if (file.main.state != State::Good)
-    judgement.add(prospects.start(file).state(Place::Main) == State::Good ? Health::Degraded
+    judgement.add(adviser.start().state(file, Place::Main) == State::Good ? Health::Degraded
                                                                           : Health::Unusable,
-                  adviceOn(set, file, Place::Main, prospects.isSalvaged(file)));
+                  adviser.onCopy(file, Place::Main));
   if (file.backup.state != State::Good)
-    judgement.add(Health::Degraded, adviceOn(set, file, Place::Backup));
+    judgement.add(Health::Degraded, adviser.onCopy(file, Place::Backup));
   // A file of somebody else's, not in the factory set, has no factory copy.
   const bool isExpected = isRequired(file.name) || file.checkedAtStart;
-  if (std::optional<Advice> advice = adviceOnFactory(set, file, isExpected))
+  if (std::optional<Advice> advice = adviser.onFactory(file, isExpected))
     judgement.add(Health::Degraded, std::move(*advice));
-  for (const Place place : {Place::Backup, Place::Default})
-    if (const std::optional<Place> other = sameFileAs(file, place); other && *other < place)
-      judgement.add(Health::Degraded, adviceOnLink(set, file, place, *other));
+  for (const Place place : kPlaces)
+    if (std::optional<Advice> advice = adviser.onLink(file, place))
+      judgement.add(Health::Degraded, std::move(*advice));
   return judgement;
 }
 
@@ -137,19 +114,19 @@ Json jsonOf(const Advice& advice) {
 
 Outcome checkHealth() {
   const FileSet set = surveyWithRequired();
-  const Prospects prospects(set);
+  const Adviser adviser(set, salvagedOf(set));
   Health worst = Health::Well;
   Outcome outcome;
   outcome.value = {{"health", ""}, {"files", Json::array()}, {"copies", Json::array()}};
   Json advice = Json::array();
   for (const ConfigFile& file : set.files) {
-    const Judgement judgement = judge(set, file, prospects);
+    const Judgement judgement = judge(file, adviser);
     worst = std::max(worst, judgement.health);
     outcome.value["files"].push_back({{"name", file.name},
                                       {"health", wordFor(judgement.health)},
                                       {"required", isRequired(file.name)},
                                       {"checkedAtStart", file.checkedAtStart}});
-    addCopies(file, prospects, outcome.value["copies"]);
+    addCopies(file, adviser, outcome.value["copies"]);
     for (const Advice& each : judgement.advice) {
       outcome.notes.push_back(each.path + " " + each.problem + each.outlook);
       advice.push_back(jsonOf(each));

@@ -29,17 +29,6 @@ std::string directoryOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
 
-// Where a path leads, also if there is nothing.
-fs::path resolved(const fs::path& path, int links = 0) {
-  constexpr int kMostLinks = 40;
-  if (path == path.root_path() || links == kMostLinks) return path;
-  if (!fs::is_symlink(ownStatus(path)))
-    return resolved(path.parent_path(), links) / path.filename();
-  std::error_code ignored;
-  const fs::path target = path.parent_path() / fs::read_symlink(path, ignored);
-  return resolved(target.lexically_normal(), links + 1);
-}
-
 bool isAnyFile() {
   return std::any_of(kPlaces.begin(), kPlaces.end(),
                      [](Place place) { return !filesIn(pathOf(place, "")).empty(); });
@@ -68,26 +57,9 @@ std::string inTheWayOf(const std::string& path) {
   return fs::exists(ownStatus(path)) && !fs::is_regular_file(statusOf(path)) ? path : "";
 }
 
-bool areOneFile(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  if (stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0)
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
-  return resolved(a) == resolved(b);
-}
-
-std::string linkBetween(const std::string& a, const std::string& b) {
-  std::error_code ignored;
-  if (fs::is_symlink(ownStatus(a)) && fs::read_symlink(a, ignored) == b) return a;
-  for (const std::string& path : {b, a, directoryOf(b), directoryOf(a)})
-    if (fs::is_symlink(ownStatus(path))) return path;
-  struct stat status {};
-  return stat(b.c_str(), &status) == 0 && status.st_nlink > 1 ? b : "";
-}
-
 bool isGoingToBeMade(const std::string& directory) {
-  const std::string made = resolved(directory);
-  return (made == CFG_DIR_MAIN || made == CFG_DIR_BACKUP) && canBeMade(made) && isAnyFile();
+  return (directory == CFG_DIR_MAIN || directory == CFG_DIR_BACKUP) && canBeMade(directory) &&
+         isAnyFile();
 }
 
 std::vector<std::string> makeDirectories() {

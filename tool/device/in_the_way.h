@@ -10,13 +10,6 @@ namespace camcfg::tool::device {
 /// nothing there, or whatever is in place of its directory. Empty if nothing has to be.
 std::string inTheWayOf(const std::string& path);
 
-/// Whether two paths are of one file, or would be: by a link, a hard link or a directory that is one.
-bool areOneFile(const std::string& a, const std::string& b);
-
-/// Which of two paths of one file has to be moved away so that they are two: the link, or the directory
-/// that is one; of two names of a file the second. Empty if no name can be, as of a bind mount.
-std::string linkBetween(const std::string& a, const std::string& b);
-
 /// Whether a directory of copies does not exist, and makeDirectories is going to make it.
 bool isGoingToBeMade(const std::string& directory);
 

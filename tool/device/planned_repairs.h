@@ -21,6 +21,9 @@ struct Repair {
   bool fitsTheCopy() const;
 };
 
+/// How a repair is refused that the library cannot do.
+constexpr char kNameTooLong[] = "its name is too long for the library to copy it";
+
 /// Which copies of a file start-up verification would take.
 struct Loading {
   bool main;

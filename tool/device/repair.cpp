@@ -29,21 +29,25 @@ Writing writingOf(const Repair& repair) {
 
 // What prevents a repair.
 std::string obstacleTo(const Repair& repair) {
-  if (!repair.fitsTheCopy()) return "its name is too long for the library to copy it";
+  if (!repair.fitsTheCopy()) return kNameTooLong;
   return whyNotWritable({writingOf(repair)});
 }
 
 // Why a repair that should have been done was not; empty if the copies are the same now.
 std::string whyNotDone(const Repair& repair) {
-  if (sameContents(loadCopy(repair.source()), loadCopy(repair.target()))) return "";
+  const Copy target = loadCopy(repair.target());
+  if (sameContents(loadCopy(repair.source()), target)) return "";
   const std::string obstacle = obstacleTo(repair);
-  return obstacle.empty() ? "the copy is incomplete" : obstacle;
+  if (!obstacle.empty()) return obstacle;
+  return target.state == State::Unreadable ? "the copy " + target.fault : "the copy is incomplete";
 }
 
 // Replaces a copy through the library, with the main copy's lock held. The other copy of the file is
 // only read: whenever the work is cut short, one of the two is whole. What is returned is why it was
 // not done; empty if it was.
-std::string carryOut(const Repair& repair) {
+std::string carryOut(const Repair& repair, const SharedFiles& shared) {
+  const std::string other = shared.ofAnotherName(repair.target());
+  if (!other.empty()) return sameFileFault(repair.target(), other);
   std::string obstacle = obstacleTo(repair);
   if (!obstacle.empty()) return obstacle;
   workingOn(repair.target());
@@ -57,7 +61,7 @@ std::string carryOut(const Repair& repair) {
 }
 
 void requireWritable(const FileSet& set) {
-  const std::string fault = whyNotVerified(set);
+  const std::string fault = Forecast(set).whyNotVerified();
   if (!fault.empty()) throw Refusal(Status::Unusable, "cannot restore main copies: " + fault);
 }
 
@@ -96,7 +100,8 @@ class Verification {
   }
 
   void resync() {
-    for (const ConfigFile& file : now_.files) resync(file);
+    const SharedFiles shared(now_);
+    for (const ConfigFile& file : now_.files) resync(file, shared);
     now_ = surveyFiles();
   }
 
@@ -116,7 +121,7 @@ class Verification {
       outcome.value["files"].push_back(recordOf(file));
       if (file.main.state != State::Good && !isTold(file))
         worsen(Status::Unusable, file.path(Place::Main) + " " + file.main.fault +
-                                     adviceOn(now_, file, Place::Main).outlook);
+                                     Adviser(now_).onCopy(file, Place::Main).outlook);
       outOfSync += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
     }
     if (!resynced && outOfSync != 0)
@@ -135,13 +140,13 @@ class Verification {
     verifyAsAtStart(found_);
   }
 
-  void resync(const ConfigFile& file) {
+  void resync(const ConfigFile& file, const SharedFiles& shared) {
     PairState states{file.main.state, file.backup.state};
     while (const auto repair = nextResync(file.name, states, file.factory.state)) {
       std::string fault;
       try {
         keep(*repair, now_);
-        fault = carryOut(*repair);
+        fault = carryOut(*repair, shared);
       } catch (const Refusal& refusal) {
         fault = refusal.what();
       }
@@ -201,20 +206,6 @@ class Verification {
 };
 
 }  // namespace
-
-// A main copy that is no file, or may not be used, or has too long a name, must not keep the others from
-// being restored.
-std::string whyNotVerified(const FileSet& set) {
-  if (isGoingToBeMade(CFG_DIR_MAIN)) return "";
-  std::vector<Writing> mains;
-  for (const Repair& repair : startUpRepairs(set)) {
-    const State state = set.find(repair.name)->main.state;
-    const bool isFile = state != State::NotAFile && state != State::Unreadable;
-    if (repair.to == Place::Main && isFile && repair.fitsTheCopy())
-      mains.push_back(writingOf(repair));
-  }
-  return whyNotWritable(mains);
-}
 
 Outcome verify(HostDirectory* keepIn, bool resync) {
   const Turn turn(Turn::allFiles());

@@ -20,10 +20,6 @@ namespace camcfg::tool::device {
 ///         back) or unusable.
 Outcome checkHealth();
 
-/// Why `verify` and `boot` would refuse to verify anything: a main copy that has to be restored cannot
-/// be written. Empty if they would not.
-std::string whyNotVerified(const FileSet& set);
-
 /// Lets the library do what it does when the device starts, and reports what became of the files.
 /// @param keepIn  where damaged copies are kept before they are replaced, "cfg0-NAME" for a main copy
 ///                and "cfg1-NAME" for a backup; null: nowhere
@@ -36,9 +32,8 @@ std::string whyNotVerified(const FileSet& set);
 Outcome verify(HostDirectory* keepIn, bool resync);
 
 /// All that a start should do: what an interrupted run has left is brought to its end, directories
-/// that are missing are made, what is left of
-/// files of which no copy loads is salvaged, and then files are verified and brought in sync as with
-/// verify(nullptr, true).
+/// that are missing are made, what is left of files of which no copy loads is salvaged, and then files
+/// are verified and brought in sync as with verify(nullptr, true).
 /// @param salvages  false: such files become factory copies
 /// @param last  what is done then; it returns what that was, a line each
 /// @return "done": what was done, a line each; "health" as of checkHealth, with its status; notes on

@@ -46,6 +46,9 @@ struct Load {
   std::uintmax_t needed = 0;
   std::uintmax_t free = 0;
   bool known = false;
+  std::uintmax_t newFiles = 0;
+  std::uintmax_t freeFiles = 0;
+  bool countsFiles = false;
 
   void add(const Writing& writing, const struct statvfs& space) {
     const std::uintmax_t block = space.f_frsize == 0 ? 1 : space.f_frsize;
@@ -53,6 +56,20 @@ struct Load {
     needed += (writing.bytes + block - 1) / block * block;
     free = space.f_bavail * block;
     known = space.f_blocks != 0;
+    newFiles += writing.isNew ? 1 : 0;
+    freeFiles = space.f_favail;
+    countsFiles = space.f_files != 0;
+  }
+
+  std::string fault() const {
+    if (countsFiles && newFiles > freeFiles)
+      return "cannot write " + paths + ": the file system takes " +
+             (freeFiles == 0 ? "no more" : "only " + std::to_string(freeFiles) + " more") +
+             " files";
+    if (known && needed > free)
+      return kNoRoom + paths + ": " + std::to_string(needed) + " bytes are needed and " +
+             std::to_string(free) + " are free";
+    return "";
   }
 };
 
@@ -60,9 +77,9 @@ struct Load {
 
 Writing replacing(const std::string& path, std::uintmax_t bytes) {
   struct stat present {};
-  stat(path.c_str(), &present);
+  const bool isNew = stat(path.c_str(), &present) != 0;
   const std::uintmax_t given = static_cast<std::uintmax_t>(present.st_blocks) * kStatBlock;
-  return {path, bytes > given ? bytes - given : 0};
+  return {path, bytes > given ? bytes - given : 0, isNew};
 }
 
 std::string whyNotWritable(const std::vector<Writing>& writings) {
@@ -78,9 +95,7 @@ std::string whyNotWritable(const std::vector<Writing>& writings) {
       loads[status.st_dev].add(writing, space);
   }
   for (const auto& [device, load] : loads)
-    if (load.known && load.needed > load.free)
-      return kNoRoom + load.paths + ": " + std::to_string(load.needed) + " bytes are needed and " +
-             std::to_string(load.free) + " are free";
+    if (std::string fault = load.fault(); !fault.empty()) return fault;
   return "";
 }
 

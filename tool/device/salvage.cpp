@@ -10,6 +10,7 @@
 #include "device/salvage_copy.h"
 #include "device/salvage_task.h"
 #include "device/save.h"
+#include "device/shared_files.h"
 #include "device/trial.h"
 #include "device/turn.h"
 
@@ -119,10 +120,12 @@ void salvageLost(const Salvaged& salvaged, Json& done, std::vector<std::string>&
   try {
     kept = applied(found);
   } catch (const Refusal& refusal) {
-    if (readFile(task.path) != task.copies[0]) throw;
-    storeUnnoted(task, found.front().file);
-    notes.push_back(task.path +
-                    " was salvaged, but its damaged copies may not be kept: " + refusal.what());
+    const std::optional<std::string> now = readFile(task.path);
+    const bool isStored = now == salvaged.file.bytes;
+    if (!isStored && now != task.copies[0]) throw;
+    if (!isStored) storeUnnoted(task, salvaged.file);
+    notes.push_back(task.path + " was salvaged, but " +
+                    (isStored ? "" : "its damaged copies may not be kept: ") + refusal.what());
   }
   done.push_back(task.path + " was salvaged; " + summaryOf(found.front().file));
   for (const Json& copy : kept)
@@ -143,15 +146,22 @@ bool isLost(const SalvageTask& task, const FileSet& set) {
          (!isBackupGood && (!file.main.loads() || !elementCutOff(file.main, file.factory).empty()));
 }
 
+// Whether no copy is that of another file, which would lose its settings.
+bool isItsOwn(const SalvageTask& task, const SharedFiles& shared) {
+  return shared.ofAnotherName(task.path).empty() &&
+         shared.ofAnotherName(pathOf(Place::Backup, task.path)).empty();
+}
+
 // What is left of them that the factory copy does not have.
 std::vector<Salvaged> lostFiles(const std::vector<SalvageTask>& tasks,
                                 std::vector<std::string>& notes) {
   const FileSet set = surveyFiles();
+  const SharedFiles shared(set);
   std::vector<Salvaged> files;
   for (const SalvageTask& task : tasks) try {
       std::optional<SalvagedFile> file =
           isLost(task, set) ? task.salvaged() : std::optional<SalvagedFile>();
-      if (file && file->from(kFromFactory) != file->settings.size())
+      if (file && file->from(kFromFactory) != file->settings.size() && isItsOwn(task, shared))
         files.push_back({task, std::move(*file)});
     } catch (const Refusal& refusal) {
       notes.push_back(notSalvaged(task, refusal));

@@ -1,6 +1,7 @@
 #include "tool/promises/comparison.h"
 
 #include <camcfg/store.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -46,6 +47,7 @@ class Silence {
   int output_;
 };
 
+constexpr char kUnreadable[] = "unreadable";
 using Contents = std::map<std::string, std::string>;
 
 // What every copy of the device holds; nothing of one that is no file.
@@ -56,7 +58,7 @@ Contents contentsNow() {
       const std::string path = std::string(directory) + "/" + name;
       std::error_code ignored;
       if (fs::is_regular_file(path, ignored))
-        contents[path] = tool::readFile(path).value_or("unreadable");
+        contents[path] = tool::readFile(path).value_or(kUnreadable);
     }
   return contents;
 }
@@ -116,24 +118,43 @@ void expectStates(const Json& promised, const char* member) {
   }
 }
 
+std::string copyNamed(const std::string& source, const std::string& path) {
+  if (source == "stays") return path;
+  return otherCopy(path, source == "from-main" ? 0 : source == "from-backup" ? 1 : 2);
+}
+
+// Copies hold what they are said to come from, as it was before or is now.
+void expectSources(const Json& promised, const char* member, const Contents& before) {
+  const Contents after = contentsNow();
+  const auto contents = [](const Contents& all, const std::string& path) {
+    return all.count(path) == 0 ? "" : all.at(path);
+  };
+  for (const Json& copy : promised.at("copies")) {
+    const std::string path = copy.at("path").text();
+    const std::string source = copy.at(member).is_null() ? "" : copy.at(member).text();
+    const std::string now = contents(after, path);
+    if (source.empty() || source == "salvaged" || now == kUnreadable) continue;
+    if (source == "overwritten") {
+      EXPECT_NE(now, contents(before, path)) << member << " of " << path;
+      continue;
+    }
+    const std::string from = copyNamed(source, path);
+    EXPECT_THAT(now, testing::AnyOf(contents(before, from), contents(after, from)))
+        << member << " of " << path;
+  }
+}
+
 void expectStart(const Scene& scene, const Json& promised) {
   scene.layOut();
   const Contents before = contentsNow();
   verifyAsAtStart();
-  Contents after = contentsNow();
   expectStates(promised, "afterStart");
-  for (const Json& copy : promised.at("copies")) {
-    const std::string path = copy.at("path").text();
-    const std::string source = copy.at("atStart").is_null() ? "" : copy.at("atStart").text();
-    if (source.empty()) continue;
-    const std::string from =
-        source == "stays" ? path : otherCopy(path, source == "from-backup" ? 1 : 2);
-    EXPECT_EQ(before.count(from) == 0 ? "" : before.at(from), after[path]) << path;
-  }
+  expectSources(promised, "atStart", before);
 }
 
 void expectBoot(const Scene& scene, const Json& promised) {
   scene.layOut();
+  const Contents before = contentsNow();
   std::string done;
   try {
     const tool::Outcome outcome =
@@ -144,6 +165,7 @@ void expectBoot(const Scene& scene, const Json& promised) {
   }
   SCOPED_TRACE("boot: " + done);
   expectStates(promised, "afterBoot");
+  expectSources(promised, "atBoot", before);
   for (const Json& copy : promised.at("copies")) {
     if (copy.at("copy") != "main") continue;
     EXPECT_EQ(copy.at("atBoot") == "salvaged",
@@ -213,7 +235,11 @@ void expectPromisesKept(const Scene& scene) {
   expectBoot(scene, promised);
   for (const Json& advice : promised.at("advice")) expectAdvice(scene, {advice});
   const std::vector<Json> all(promised.at("advice").begin(), promised.at("advice").end());
-  if (all.size() > 1) expectAdvice(scene, all);
+  // What may not be read has to be seen to first: a start may need that copy once others are moved away.
+  const bool isReadable = std::none_of(all.begin(), all.end(), [](const Json& each) {
+    return tool::beginsWith(each.at("problem").text(), "cannot be read");
+  });
+  if (all.size() > 1 && isReadable) expectAdvice(scene, all);
 }
 
 }  // namespace camcfg::tests

@@ -51,6 +51,10 @@ std::string otherOf(std::size_t place, std::size_t name) {
   return pathOf(place == 0 ? 1 : 0, name);
 }
 
+std::string nextName(std::size_t name) {
+  return kNames[(name + 1) % std::size(kNames)];
+}
+
 // Everything but a hard link.
 void make(Kind kind, std::size_t place, std::size_t name) {
   const std::string path = pathOf(place, name);
@@ -91,8 +95,17 @@ void make(Kind kind, std::size_t place, std::size_t name) {
       write(path, sample.good);
       fs::permissions(path, fs::perms::none, ignored);
       break;
+    case Kind::LinkToNextName:
+      fs::create_symlink((place == 2 ? "../../../cfg0/" : "../cfg0/") + nextName(name), path,
+                         ignored);
+      break;
+    case Kind::Unwritten:
+      write(path, sample.good);
+      fs::permissions(path, fs::perms::owner_write, ignored);
+      break;
     case Kind::Missing:
     case Kind::HardLink:
+    case Kind::HardLinkToNextName:
       break;
   }
 }
@@ -136,17 +149,21 @@ void Scene::layOut() const {
       make(files[name][place], place, name);
     }
   for (std::size_t name = 0; name < files.size(); ++name)
-    for (std::size_t place = 0; place < files[name].size(); ++place)
-      if (files[name][place] == Kind::HardLink) {
-        const bool isMade = link(otherOf(place, name).c_str(), pathOf(place, name).c_str()) == 0;
-        static_cast<void>(isMade);
-      }
+    for (std::size_t place = 0; place < files[name].size(); ++place) {
+      const std::string path = pathOf(place, name);
+      std::error_code ignored;
+      if (files[name][place] == Kind::HardLink)
+        fs::create_hard_link(otherOf(place, name), path, ignored);
+      if (files[name][place] == Kind::HardLinkToNextName)
+        fs::create_hard_link("/cfg0/" + nextName(name), path, ignored);
+    }
 }
 
 void PrintTo(Kind kind, std::ostream* out) {
   constexpr const char* kNamesOfKinds[] = {
-      "good", "other",     "missing",  "damaged",  "empty",         "noElement", "directory",
-      "pipe", "linkOther", "hardLink", "dangling", "linkElsewhere", "unreadable"};
+      "good",       "other",    "missing",      "damaged",  "empty",    "noElement",
+      "directory",  "pipe",     "linkOther",    "hardLink", "dangling", "linkElsewhere",
+      "unreadable", "linkNext", "hardLinkNext", "unwritten"};
   *out << kNamesOfKinds[static_cast<int>(kind)];
 }
 

@@ -22,8 +22,11 @@ enum class Kind {
   DanglingLink,
   LinkElsewhere,  ///< to a good file that is no copy
   Unreadable,
+  LinkToNextName,      ///< to the main copy of another file, by a relative path
+  HardLinkToNextName,  ///< a second name of that copy; missing where that is not a file
+  Unwritten,           ///< may be written, but not read
 };
-constexpr int kKinds = 13;
+constexpr int kKinds = 16;
 
 void PrintTo(Kind kind, std::ostream* out);
 
