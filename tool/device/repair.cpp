@@ -37,7 +37,7 @@ std::string obstacleTo(const Repair& repair) {
 std::string whyNotDone(const Repair& repair) {
   const Copy target = loadCopy(repair.target());
   if (sameContents(loadCopy(repair.source()), target)) return "";
-  const std::string obstacle = obstacleTo(repair);
+  std::string obstacle = obstacleTo(repair);
   if (!obstacle.empty()) return obstacle;
   return target.state == State::Unreadable ? "the copy " + target.fault : "the copy is incomplete";
 }

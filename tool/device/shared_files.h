@@ -20,7 +20,7 @@ class SharedFiles {
   /// Whether a path is one of those that are moved away, or in a directory that is.
   bool isMoved(const std::string& path) const;
 
-  /// What tells the file at the path of a copy from every other one, also before there is a file.
+  /// The same for paths of one file only, also before there is a file.
   const std::string& identity(const std::string& path) const { return identities_.at(path); }
 
   /// The paths of all copies that are this one's file, this one among them; main copies first.
