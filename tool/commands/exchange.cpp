@@ -1,7 +1,9 @@
 #include "document/exchange.h"
 
+#include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "parameters/parameter.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -84,7 +86,7 @@ Outcome resetBy(const Arguments& arguments) {
   if (scopes != 1)
     throw Refusal(Status::Usage,
                   std::string(scopes == 0 ? "nothing is named" : "more than one thing is named") +
-                      "; give SECTION NAME, '--section SECTION' or '--all'");
+                      "; give a parameter, '--section SECTION' or '--all'");
   const document::ImportOptions options = optionsOf(arguments);
   if (arguments.given(kSectionOption))
     return document::resetSection(arguments.text(kSectionOption), options);
@@ -96,7 +98,8 @@ Outcome resetBy(const Arguments& arguments) {
           "'--yes' does it");
     return document::resetAll(options);
   }
-  if (!arguments.given(kName))
+  if (!arguments.given(kName) &&
+      isAmong(parameters::Parameters().sections(), arguments.text(kSection)))
     throw Refusal(Status::Usage, "which parameter? '--section " + arguments.text(kSection) +
                                      "' resets the whole section");
   return document::resetParameter(arguments.text(kSection), arguments.text(kName), options);
@@ -133,7 +136,8 @@ CommandGroup exchangeGroup() {
            Status::Usage),
        changer(
            "reset", "Put factory values back: of a parameter, a section or the whole device", reset,
-           {{Option::OptionalArgument, kSection, "Section of a parameter"},
+           {{Option::OptionalArgument, kSection,
+             "Section of a parameter; or its place, SECTION/NAME"},
             {Option::OptionalArgument, kName, "Whole name of the parameter"},
             {Option::Value, kSectionOption, "All of a section: System, NetWork, presets, live.srt"},
             {Option::Flag, kAll, "The whole device"},

@@ -25,6 +25,7 @@ using Candidates = std::vector<cli::Candidate>;
 
 // Names that several commands give to what they take. What is in a place is completed by its
 // name, see addWords.
+constexpr char kAssignment[] = "PLACE=VALUE";
 constexpr char kCard[] = "CARD";
 constexpr char kField[] = "FIELD";
 constexpr char kFile[] = "FILE";

@@ -39,7 +39,7 @@ Answer list(const Arguments& arguments) {
 Answer get(const Arguments& arguments) {
   const parameters::Parameters parameters;
   const parameters::Parameter parameter =
-      parameters.require(arguments.text(kSection), arguments.text(kName));
+      parameters.requireAt(arguments.text(kSection), arguments.text(kName));
   if (parameter.text("Cur") == nullptr)
     throw Refusal(parameter.path() + ": it has no current value");
 
@@ -55,11 +55,49 @@ Answer get(const Arguments& arguments) {
   return answer;
 }
 
+bool isAssignment(const std::string& word) {
+  return word.find('=') != std::string::npos;
+}
+
+// "PLACE=VALUE", as often as wanted.
+std::vector<parameters::Assignment> assignmentsIn(const std::vector<std::string>& words) {
+  std::vector<parameters::Assignment> assignments;
+  for (const std::string& word : words) {
+    const std::size_t sign = word.find('=');
+    if (sign == std::string::npos || sign == 0)
+      throw Refusal(Status::Usage, quoted(word) + " is not PLACE=VALUE");
+    assignments.push_back({word.substr(0, sign), "", word.substr(sign + 1)});
+  }
+  return assignments;
+}
+
+// "SECTION NAME VALUE", or "PLACE VALUE".
+parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
+  if (words.size() == 3) return {words[0], words[1], words[2]};
+  if (words.size() == 2) return {words[0], "", words[1]};
+  throw Refusal(Status::Usage, words.size() == 1
+                                   ? "which value? give " + words[0] + "=VALUE"
+                                   : "give PLACE=VALUE for each, or SECTION NAME VALUE");
+}
+
 Answer set(const Arguments& arguments) {
+  const std::vector<std::string>& words = arguments.texts(kAssignment);
+  const bool isList = isAssignment(words.front());
+  const std::vector<parameters::Assignment> assignments =
+      isList ? assignmentsIn(words) : std::vector{assignmentOf(words)};
   const device::Turn turn({CFG_FILE_BUSINESS});
-  return Answer(parameters::setParameter(arguments.text(kSection), arguments.text(kName),
-                                         arguments.text(kValue), arguments.given(kForce)),
-                {Line{"{section}/{name}: {before} -> {value}"}});
+  Answer answer(parameters::setParameters(assignments, arguments.given(kForce)));
+  constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
+  constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
+  const bool isChanged = !answer.value["changes"].empty();
+  if (isList) {
+    answer.layout = {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}};
+  } else {
+    answer.value = Json(answer.value[isChanged ? "changes" : "unchanged"].at(0));
+    answer.layout = {Line{isChanged ? kChanged : kUnchanged}};
+  }
+  if (!isChanged) answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
 }
 
 // All parameters of exactly this name, first the one that the library finds without a section.
@@ -93,9 +131,12 @@ std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
 }
 
 Answer describe(const Arguments& arguments) {
-  const std::string name = arguments.text(kName);
+  const std::string word = arguments.text(kName);
   const parameters::Parameters parameters;
-  const auto found = parameters.lookup(name);
+  const bool isPlace = isAmong(parameters.sections(), word.substr(0, word.find('/'))) &&
+                       word.find('/') != std::string::npos;
+  const std::string name = isPlace ? word.substr(word.find('/') + 1) : word;
+  const auto found = isPlace ? parameters.requireAt(word) : parameters.lookup(name);
   const std::vector<parameters::Parameter> named = requireNamed(parameters, name, found);
   const parameters::Parameter& parameter = named.front();
 
@@ -113,8 +154,11 @@ Answer describe(const Arguments& arguments) {
   return answer;
 }
 
-const Option kOfSection{Option::Argument, kSection, "Section of the parameter"};
-const Option kWholeName{Option::Argument, kName, "Whole name; PARENT/NAME for one inside another"};
+const Option kOfSection{
+    Option::Argument, kSection,
+    "Section of the parameter; or its place, SECTION/NAME, or a name that only one section has"};
+const Option kWholeName{Option::OptionalArgument, kName,
+                        "Whole name; PARENT/NAME for one inside another"};
 
 }  // namespace
 
@@ -126,14 +170,15 @@ CommandGroup parametersGroup() {
        command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
        changer(
            "set", "Set a parameter and save it with its backup", set,
-           {kOfSection,
-            kWholeName,
-            {Option::Argument, kValue, "An integer within the range, or an allowed text"},
+           {{Option::Arguments, kAssignment,
+             "A place such as System/Rtsp, or a name that is only in one section, and an integer "
+             "within the range or an allowed text"},
             {Option::Flag, kForce,
              "Set a text that is only a part of an allowed one, and confirm a change that is on "
              "trial first"}}),
        command("describe", "Show a parameter's type, limits, default and value", describe,
-               {kWholeName})}};
+               {{Option::Argument, kName,
+                 "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -62,9 +62,7 @@ Candidates parameterWords(const Arguments& before) {
 Candidates valueWords(const Arguments& before) {
   if (before.given(kField))
     return plain(settings::wordsOf(settings::requireCardSetting(before.text(kField))));
-  if (!before.given(kSection) || !before.given(kName)) return {};
-  const parameters::Parameters parameters;
-  return plain(parameters.require(before.text(kSection), before.text(kName)).form().options());
+  return {};
 }
 
 // Sections, and the parameters of the one that is the last of the places given.
@@ -76,6 +74,23 @@ Candidates placeWords(const Arguments& before) {
   if (isAmong(parameters.sections(), last))
     for (const parameters::Parameter& parameter : parameters.in(last))
       candidates.push_back({parameter.name});
+  return candidates;
+}
+
+// "System/Rtsp="; or a section, then a name of it, then its values.
+Candidates assignmentWords(const Arguments& before) {
+  const std::vector<std::string>& words = before.texts(kAssignment);
+  const parameters::Parameters parameters;
+  if (!words.empty() && words.front().find('=') == std::string::npos) {
+    if (words.size() == 2) return plain(parameters.require(words[0], words[1]).form().options());
+    if (words.size() > 2 || !isAmong(parameters.sections(), words.front())) return {};
+    return forEach(parameters.in(words.front()), [](const parameters::Parameter& parameter) {
+      return cli::Candidate{parameter.name};
+    });
+  }
+  Candidates candidates = words.empty() ? plain(parameters.sections()) : Candidates();
+  for (const parameters::Parameter& parameter : parameters.all())
+    candidates.push_back({parameter.path() + "="});
   return candidates;
 }
 
@@ -127,19 +142,13 @@ Candidates textKeyWords(const Arguments& before) {
 
 // What is in a place, by its name.
 constexpr std::pair<std::string_view, Candidates (*)(const Arguments&)> kMeanings[] = {
-    {kSection, sectionWords},
-    {kName, parameterWords},
-    {kValue, valueWords},
-    {kCard, cardWords},
-    {kField, cardFieldWords},
-    {kPreset, presetWords},
-    {kKind, mediaKindWords},
-    {kId, mediaIdWords},
-    {kSource, sourceIdWords},
-    {kLanguage, languageWords},
-    {kPlace, placeWords},
-    {kKey, textKeyWords},
-    {kSectionOption, wholeSectionWords}};
+    {kSection, sectionWords},   {kAssignment, assignmentWords},
+    {kName, parameterWords},    {kValue, valueWords},
+    {kCard, cardWords},         {kField, cardFieldWords},
+    {kPreset, presetWords},     {kKind, mediaKindWords},
+    {kId, mediaIdWords},        {kSource, sourceIdWords},
+    {kLanguage, languageWords}, {kPlace, placeWords},
+    {kKey, textKeyWords},       {kSectionOption, wholeSectionWords}};
 
 }  // namespace
 
