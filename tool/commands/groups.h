@@ -115,6 +115,7 @@ CommandGroup completeGroup();
 CommandGroup exchangeGroup();
 CommandGroup explainGroup();
 CommandGroup filesGroup();
+CommandGroup findGroup();
 CommandGroup graphGroup();
 CommandGroup helpGroup();
 CommandGroup historyGroup();

@@ -215,10 +215,11 @@ void addForce(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),   salvageGroup(),  lintGroup(),     parametersGroup(), explainGroup(),
-      watchGroup(),   systemGroup(),   networkGroup(),  presetGroup(),     streamGroup(),
-      liveGroup(),    graphGroup(),    exchangeGroup(), historyGroup(),    trialGroup(),
-      upgradeGroup(), languageGroup(), runGroup(),      helpGroup(),       completeGroup()};
+      filesGroup(),   salvageGroup(), lintGroup(),     parametersGroup(), findGroup(),
+      explainGroup(), watchGroup(),   systemGroup(),   networkGroup(),    presetGroup(),
+      streamGroup(),  liveGroup(),    graphGroup(),    exchangeGroup(),   historyGroup(),
+      trialGroup(),   upgradeGroup(), languageGroup(), runGroup(),        helpGroup(),
+      completeGroup()};
   addForce(groups);
   addWords(groups);
   return groups;

@@ -1,0 +1,29 @@
+#include "commands/groups.h"
+#include "document/search.h"
+
+namespace camcfg::tool::commands {
+namespace {
+
+constexpr char kWord[] = "WORD";
+
+Answer find(const Arguments& arguments) {
+  return Answer(document::findSettings(arguments.texts(kWord)),
+                {Table{"",
+                       {{"PLACE", "{place}"},
+                        {"VALUE", "{value}"},
+                        {"UNIT", "{unit}"},
+                        {"OF", "{of}"},
+                        {"PERMITTED", "{permitted}"},
+                        {"MEANING", "{help}"}}}});
+}
+
+}  // namespace
+
+CommandGroup findGroup() {
+  return {"Parameters",
+          {command("find", "Find settings by a part of their place, value, help or name", find,
+                   {{Option::Arguments, kWord,
+                     "Found in upper or lower case; of several, each must be found"}})}};
+}
+
+}  // namespace camcfg::tool::commands
