@@ -33,28 +33,10 @@ Answer exportDocument(const Arguments& arguments) {
   return Answer(std::move(outcome), {Verbatim{text}});
 }
 
-// What was changed, or would be; nothing where that failed.
-Answer changed(Outcome outcome, const char* unchanged) {
-  Answer answer(std::move(outcome));
-  if (answer.status != Status::Done) return answer;
-  if (answer.value["changes"].empty()) {
-    answer.layout = {Line{unchanged}};
-    return answer;
-  }
-  answer.layout = {
-      Table{"changes", {{"PLACE", "{place}"}, {"BEFORE", "{before-}"}, {"AFTER", "{after+}"}}}};
-  if (answer.value["dryRun"].get<bool>()) answer.layout.emplace_back(Line{"nothing was written"});
-  return answer;
-}
-
-document::ImportOptions optionsOf(const Arguments& arguments) {
-  return {arguments.given(kDryRun), arguments.given(kShowSecrets)};
-}
-
 Answer importDocument(const Arguments& arguments) {
   const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
                                                    : device::Turn::allFiles());
-  return changed(document::importSettings(arguments.text(kFile), optionsOf(arguments)),
+  return changed(document::importSettings(arguments.text(kFile), importOptions(arguments)),
                  "nothing differs from the device");
 }
 
@@ -87,7 +69,7 @@ Outcome resetBy(const Arguments& arguments) {
     throw Refusal(Status::Usage,
                   std::string(scopes == 0 ? "nothing is named" : "more than one thing is named") +
                       "; give a parameter, '--section SECTION' or '--all'");
-  const document::ImportOptions options = optionsOf(arguments);
+  const document::ImportOptions options = importOptions(arguments);
   if (arguments.given(kSectionOption))
     return document::resetSection(arguments.text(kSectionOption), options);
   if (arguments.given(kAll)) {

@@ -8,6 +8,7 @@
 
 #include "cli/command.h"
 #include "device/section.h"
+#include "document/exchange.h"
 #include "settings/setting.h"
 
 namespace camcfg::tool::commands {
@@ -89,6 +90,8 @@ void addWords(std::vector<CommandGroup>& groups);
 /// For an argument that is named like another one, but whose words nobody knows.
 Candidates anyWord(const Arguments& before);
 Candidates presetIdWords(const Arguments& before);
+/// The keys of a section's entries, each with what says which one it is.
+Candidates entryWords(const settings::Table& table);
 Candidates cacheIdWords(const Arguments& before);
 /// Sources that the cache ID given allows.
 Candidates allowedSourceWords(const Arguments& before);
@@ -105,10 +108,25 @@ Table columnsOf(const settings::Settings& settings);
 /// @throws Refusal (unusable) if nothing can be read
 Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
 
+/// What was changed, or would be; nothing where that failed.
+/// @param unchanged  a line for where nothing differs
+Answer changed(Outcome outcome, const char* unchanged);
+
+/// What an import was asked for.
+document::ImportOptions importOptions(const Arguments& arguments);
+
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.
 /// @param name  what a setting is called
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const settings::Setting& setting));
+
+/// The commands that add, change and delete one entry.
+/// @param above  the command that they are below: "live srt"
+std::vector<cli::Command> commandsForEntries(const settings::Table& table,
+                                             const std::string& above);
+
+/// "Each SRT instance in exported documents (live.srt):", and its members.
+std::string helpOf(const settings::Table& table);
 
 // One function for each group, in the file of its name.
 CommandGroup completeGroup();

@@ -25,12 +25,6 @@ Answer listingOf(const settings::Table& table, bool showSecrets) {
       {columnsOf(table.settings)});
 }
 
-std::string helpOf(const settings::Table& table) {
-  return std::string("Each ") + table.entry + " in exported documents (" + table.place + "):\n" +
-         membersHelp(table.settings,
-                     [](const settings::Setting& setting) { return setting.member; });
-}
-
 std::string helpOfAll(const std::vector<const settings::Table*>& tables) {
   std::string text;
   for (const settings::Table* table : tables) text += (text.empty() ? "" : "\n") + helpOf(*table);
@@ -186,8 +180,11 @@ CommandGroup liveGroup() {
       "Live media",
       {withDetails(command("live", "Show what the live media services send", nullptr),
                    [] { return helpOfAll(settings::liveTables()); })}};
-  for (const settings::Table* table : settings::liveTables())
-    group.commands.push_back(commandFor(*table));
+  for (const settings::Table* table : settings::liveTables()) {
+    const cli::Command& listing = group.commands.emplace_back(commandFor(*table));
+    for (cli::Command& command : commandsForEntries(*table, listing.name))
+      group.commands.push_back(std::move(command));
+  }
   return group;
 }
 

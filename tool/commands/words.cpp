@@ -28,16 +28,6 @@ Candidates plain(const Range& words) {
   return forEach(words, [](const auto& word) { return cli::Candidate{word}; });
 }
 
-// The keys of a section's entries, each with what says which one it is.
-Candidates entryWords(const settings::Table& table) {
-  return forEach(media::loadEntries(table), [&](const Json& entry) {
-    const Json& key = entry.at(table.key);
-    const Json label = table.label == nullptr ? Json() : entry.at(table.label);
-    return cli::Candidate{key.is_string() ? key.text() : key.dump(),
-                          label.is_string() ? label.text() : std::string()};
-  });
-}
-
 Candidates sectionWords(const Arguments& /*before*/) {
   return plain(parameters::Parameters().sections());
 }
@@ -160,6 +150,15 @@ cli::WordFinder wordsFor(const std::string& name) {
 
 Candidates anyWord(const Arguments& /*before*/) {
   return {};
+}
+
+Candidates entryWords(const settings::Table& table) {
+  return forEach(media::loadEntries(table), [&](const Json& entry) {
+    const Json& key = entry.at(table.key);
+    const Json label = table.label == nullptr ? Json() : entry.at(table.label);
+    return cli::Candidate{key.is_string() ? key.text() : key.dump(),
+                          label.is_string() ? label.text() : std::string()};
+  });
 }
 
 Candidates presetIdWords(const Arguments& /*before*/) {

@@ -133,6 +133,7 @@ const Table& streamCaches() {
                .by(writeSize, readSize),
            Row("allowed", nullptr, Kind::Ids, kOptional, "Sources that it may carry")
                .of(allowedSource())
+               .refersTo(streamSources())
                .by(writeAllowed, readAllowed),
            integer<&Cache::s32EnabledSrc>("default", nullptr, kOptional, "Source that it carries")
                .within(kSourceIds)
