@@ -152,6 +152,9 @@ struct Command {
   /// What follows its own options is another command that changes settings, with what that takes.
   bool takesCommand = false;
 
+  /// It is not given what the command above it takes: "stream cache add", of "stream cache ID".
+  bool standsAlone = false;
+
   /// The last word of the name: "select" of "stream cache select".
   std::string word() const { return name + (above().empty() ? 0 : above().size() + 1); }
   /// The name of the command that this one is below: "stream cache"; empty if it is below none.

@@ -124,7 +124,9 @@ class Parser {
     app->group(command.hidden ? "" : &parent == &app_ ? group : "Commands");
     app->footer([&command] { return footerOf(command); });
     prepare(*app);
-    for (const Option& option : command.options) add(*app, option);
+    // Whether a heading needs its arguments is known with the command below it.
+    for (const Option& option : command.options)
+      add(*app, option).required(option.isRequired() && command.run);
     apps_[command.name] = app;
     commands_[app] = &command;
   }
@@ -133,16 +135,14 @@ class Parser {
     return (option.shortName == nullptr ? "" : std::string(option.shortName) + ",") + option.name;
   }
 
-  static void add(CLI::App& app, const Option& option) {
-    if (option.isNamed() && option.value() == nullptr) {
-      app.add_flag(namesOf(option), option.help)->disable_flag_override();
-      return;
-    }
+  static CLI::Option& add(CLI::App& app, const Option& option) {
+    if (option.isNamed() && option.value() == nullptr)
+      return *app.add_flag(namesOf(option), option.help)->disable_flag_override();
     CLI::Option* added = app.add_option(namesOf(option), CLI::callback_t(), option.help);
     if (option.isNamed()) added->type_name(option.value());
     if (option.takesMany())
       added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
-    added->required(option.isRequired());
+    return *added;
   }
 
   // The command that was named, or the tool itself.
@@ -153,15 +153,17 @@ class Parser {
   }
 
   // A command with what those above it require, as it has to be typed.
-  static std::string usage(const CLI::App& app) {
-    if (app.get_parent() == nullptr) return app.get_name();
-    std::string words = usage(*app.get_parent());
-    for (const CLI::Option* option : app.get_parent()->get_options())
-      if (option->get_positional() && option->get_required()) words += " " + option->get_name(true);
+  std::string usage(const CLI::App& app) const {
+    const CLI::App* parent = app.get_parent();
+    if (parent == nullptr) return app.get_name();
+    std::string words = usage(*parent);
+    if (parent != &app_ && !commands_.at(&app)->standsAlone)
+      for (const Option& option : commands_.at(parent)->options)
+        if (option.isRequired()) words += std::string(" ") + option.name;
     return words + " " + app.get_name();
   }
 
-  static std::string help(const CLI::App& app) {
+  std::string help(const CLI::App& app) {
     const std::string text =
         app.get_formatter()->make_help(&app, usage(app), CLI::AppFormatMode::Normal);
     return text.substr(0, text.find_last_not_of('\n') + 1) + "\n";
@@ -229,6 +231,9 @@ class Parser {
     }
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
       for (const Option& option : commands_.at(named)->options) {
+        if (named != &app && option.isRequired() && !invocation.command->standsAlone &&
+            textsOf(*named, option.name).empty())
+          refuse(option.name, std::string(option.name) + " is required");
         give(invocation, option, textsOf(*named, option.name));
         if (invocation.command->becomesProgram && option.takesMany())
           invocation.arguments[option.name].texts = {others_.begin() + 1, others_.end()};

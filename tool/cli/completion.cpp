@@ -139,13 +139,15 @@ class Reading {
   void addArguments(CompletionPlace& place) {
     if (takesCommand_) takeInner("--");
     if (!arguments_.empty()) addWordsOf(*arguments_.front(), place);
-    if (arguments_.empty() || !arguments_.front()->isRequired()) addCommands(place);
+    addCommands(place, !arguments_.empty() && arguments_.front()->isRequired());
   }
 
   // Those directly below the one that was named.
-  void addCommands(CompletionPlace& place) const {
+  // @param lacksArgument  only those that need none of what that one takes
+  void addCommands(CompletionPlace& place, bool lacksArgument) const {
     for (const Command* command : commandsIn(groups_))
       if (!command->hidden && command->above() == above_ &&
+          (!lacksArgument || command->standsAlone) &&
           (!isInner_ || command->changesSettings || !command->run))
         place.fixed.push_back({command->word(), command->help});
   }

@@ -73,8 +73,10 @@ std::string typed(const Option& option) {
 // A command with what it and those above it take in their places.
 std::string typed(const std::vector<CommandGroup>& groups, const Command& command) {
   const Command* above = findCommand(groups, command.above());
-  std::string text =
-      (above == nullptr ? "" : typed(groups, *above) + " ") + roffBold(command.word());
+  std::string text = above == nullptr      ? ""
+                     : command.standsAlone ? roffBold(above->name) + " "
+                                           : typed(groups, *above) + " ";
+  text += roffBold(command.word());
   for (const Option& option : command.options)
     if (!option.isNamed())
       text += option.isRequired() ? " " + typed(option) : " [" + typed(option) + "]";

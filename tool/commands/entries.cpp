@@ -16,10 +16,9 @@ constexpr char kEntry[] = "ENTRY";
 constexpr char kMember[] = "MEMBER=VALUE";
 
 using settings::Setting;
-using settings::Table;
 
 // A secret that is given as "-" is not seen by whoever lists processes.
-std::vector<std::string> withSecrets(const Table& table, std::vector<std::string> words) {
+std::vector<std::string> withSecrets(const settings::Table& table, std::vector<std::string> words) {
   for (std::string& word : words) {
     const std::size_t sign = word.find('=');
     const Setting* setting = sign == std::string::npos ? nullptr : table.find(word.substr(0, sign));
@@ -29,26 +28,26 @@ std::vector<std::string> withSecrets(const Table& table, std::vector<std::string
   return words;
 }
 
-using Carry = Outcome (*)(const Table&, const Arguments&);
+using Carry = Outcome (*)(const settings::Table&, const Arguments&);
 
 device::Turn turnFor(const Arguments& arguments) {
   return device::Turn(arguments.given(kDryRun) ? device::Turn::Files()
                                                : device::Turn::Files{CFG_FILE_MPP});
 }
 
-Outcome add(const Table& table, const Arguments& arguments) {
+Outcome add(const settings::Table& table, const Arguments& arguments) {
   const std::vector<std::string> members = withSecrets(table, arguments.texts(kMember));
   const device::Turn turn = turnFor(arguments);
   return document::addEntry(table, arguments.text(kEntry), members, importOptions(arguments));
 }
 
-Outcome change(const Table& table, const Arguments& arguments) {
+Outcome change(const settings::Table& table, const Arguments& arguments) {
   const std::vector<std::string> members = withSecrets(table, arguments.texts(kMember));
   const device::Turn turn = turnFor(arguments);
   return document::setEntry(table, arguments.text(kEntry), members, importOptions(arguments));
 }
 
-Outcome remove(const Table& table, const Arguments& arguments) {
+Outcome remove(const settings::Table& table, const Arguments& arguments) {
   const device::Turn turn = turnFor(arguments);
   return document::deleteEntry(table, arguments.text(kEntry), arguments.given(kCascade),
                                importOptions(arguments));
@@ -60,8 +59,8 @@ const char* kept(std::string text) {
   return texts.emplace_back(std::move(text)).c_str();
 }
 
-cli::Command commandFor(const Table& table, const std::string& name, const char* verb, Carry carry,
-                        std::vector<Option> options) {
+cli::Command commandFor(const settings::Table& table, const std::string& name, const char* verb,
+                        Carry carry, std::vector<Option> options) {
   cli::Command command{kept(name), kept(std::string(verb) + table.entry), std::move(options),
                        [&table, carry](const Arguments& arguments) {
                          return changed(carry(table, arguments), "it is so already");
@@ -76,7 +75,8 @@ cli::Command commandFor(const Table& table, const std::string& name, const char*
 
 }  // namespace
 
-std::vector<cli::Command> commandsForEntries(const Table& table, const std::string& above) {
+std::vector<cli::Command> commandsForEntries(const settings::Table& table,
+                                             const std::string& above) {
   const auto words = [&table](const Arguments&) { return entryWords(table); };
   const auto members = [&table](const Arguments&) {
     Candidates candidates;
@@ -102,7 +102,7 @@ std::vector<cli::Command> commandsForEntries(const Table& table, const std::stri
                        "Take it out of what refers to it; what cannot be without it goes, too"}})};
 }
 
-std::string helpOf(const Table& table) {
+std::string helpOf(const settings::Table& table) {
   return std::string("Each ") + table.entry + " in exported documents (" + table.place + "):\n" +
          membersHelp(table.settings,
                      [](const settings::Setting& setting) { return setting.member; });

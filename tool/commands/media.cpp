@@ -152,7 +152,7 @@ Answer graph(const Arguments& arguments) {
 }  // namespace
 
 CommandGroup streamGroup() {
-  return {
+  CommandGroup group{
       "Streams",
       {withDetails(command("stream", "Show stream sources and caches, and change caches", nullptr),
                    [] {
@@ -172,7 +172,15 @@ CommandGroup streamGroup() {
            "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
            {kAllowedSource, {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
        changer("stream cache allow", "Replace the sources that the cache allows", allow,
-               {{Option::Arguments, kSource, "Ids from 0 to 29"}})}};
+               {{Option::Arguments, kSource, "Ids from 0 to 29"}}),
+       command("stream source", "Change the stream sources", nullptr)}};
+  for (const auto& [table, above] : {std::pair{&settings::streamSources(), "stream source"},
+                                     std::pair{&settings::streamCaches(), "stream cache"}})
+    for (cli::Command& command : commandsForEntries(*table, above)) {
+      command.standsAlone = true;
+      group.commands.push_back(std::move(command));
+    }
+  return group;
 }
 
 CommandGroup liveGroup() {
