@@ -163,7 +163,7 @@ class Parser {
     return words + " " + app.get_name();
   }
 
-  std::string help(const CLI::App& app) {
+  std::string help(const CLI::App& app) const {
     const std::string text =
         app.get_formatter()->make_help(&app, usage(app), CLI::AppFormatMode::Normal);
     return text.substr(0, text.find_last_not_of('\n') + 1) + "\n";
