@@ -9,6 +9,7 @@
 #include "cli/command.h"
 #include "device/section.h"
 #include "document/exchange.h"
+#include "parameters/parameter.h"
 #include "settings/setting.h"
 
 namespace camcfg::tool::commands {
@@ -107,6 +108,9 @@ Table columnsOf(const settings::Settings& settings);
 /// What can be read of something, with what is left out, and why, in the notes.
 /// @throws Refusal (unusable) if nothing can be read
 Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
+
+/// Sets one parameter, with the turn taken.
+Answer setOne(const parameters::Assignment& assignment, bool force);
 
 /// What was changed, or would be; nothing where that failed.
 /// @param unchanged  a line for where nothing differs

@@ -80,24 +80,27 @@ parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
                                    : "give PLACE=VALUE for each, or SECTION NAME VALUE");
 }
 
+constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
+constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
+
+Answer setAll(const std::vector<parameters::Assignment>& assignments, bool force) {
+  Answer answer(parameters::setParameters(assignments, force),
+                {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}});
+  if (answer.value["changes"].empty()) answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
+}
+
 Answer set(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.texts(kAssignment);
-  const bool isList = isAssignment(words.front());
-  const std::vector<parameters::Assignment> assignments =
-      isList ? assignmentsIn(words) : std::vector{assignmentOf(words)};
-  const device::Turn turn({CFG_FILE_BUSINESS});
-  Answer answer(parameters::setParameters(assignments, arguments.given(kForce)));
-  constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
-  constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
-  const bool isChanged = !answer.value["changes"].empty();
-  if (isList) {
-    answer.layout = {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}};
-  } else {
-    answer.value = Json(answer.value[isChanged ? "changes" : "unchanged"].at(0));
-    answer.layout = {Line{isChanged ? kChanged : kUnchanged}};
+  const bool force = arguments.given(kForce);
+  if (!isAssignment(words.front())) {
+    const parameters::Assignment assignment = assignmentOf(words);
+    const device::Turn turn({CFG_FILE_BUSINESS});
+    return setOne(assignment, force);
   }
-  if (!isChanged) answer.layout.emplace_back(Line{"nothing was written"});
-  return answer;
+  const std::vector<parameters::Assignment> assignments = assignmentsIn(words);
+  const device::Turn turn({CFG_FILE_BUSINESS});
+  return setAll(assignments, force);
 }
 
 // All parameters of exactly this name, first the one that the library finds without a section.
@@ -161,6 +164,16 @@ const Option kWholeName{Option::OptionalArgument, kName,
                         "Whole name; PARENT/NAME for one inside another"};
 
 }  // namespace
+
+Answer setOne(const parameters::Assignment& assignment, bool force) {
+  const Outcome outcome = parameters::setParameters({assignment}, force);
+  const bool isChanged = !outcome.value.at("changes").empty();
+  Answer answer;
+  answer.value = outcome.value.at(isChanged ? "changes" : "unchanged").at(0);
+  answer.layout = {Line{isChanged ? kChanged : kUnchanged}};
+  if (!isChanged) answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
+}
 
 CommandGroup parametersGroup() {
   return {
