@@ -219,9 +219,9 @@ class Scanner {
   }
 
   void close(std::string_view name, std::size_t end) {
-    if (!open_.empty() && found_[open_.back()].name == name) {
-      FoundElement& element = found_[open_.back()];
-      const std::size_t start = element.tag.data() - bytes_.data();
+    if (!open_.empty() && at(open_.back()).name == name) {
+      FoundElement& element = at(open_.back());
+      const auto start = static_cast<std::size_t>(element.tag.data() - bytes_.data());
       element.all = bytes_.substr(start, end - start);
       return open_.pop_back();
     }
@@ -231,8 +231,10 @@ class Scanner {
     std::vector<int> inner;
     inner.swap(loose_);
     add({name, {}, {}});
-    for (const int index : inner) found_[index].parent = loose_.back();
+    for (const int index : inner) at(index).parent = loose_.back();
   }
+
+  FoundElement& at(int index) { return found_[static_cast<std::size_t>(index)]; }
 
   // Either the start tag or the end tag of an element has a wrong name.
   void disown(int index) {

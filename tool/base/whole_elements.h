@@ -22,6 +22,8 @@ struct FoundElement {
   int line = 0;
 
   bool isWhole() const { return !all.empty(); }
+  /// The index of the element that it is in; there must be one.
+  std::size_t outer() const { return static_cast<std::size_t>(parent); }
 };
 
 /// The elements of an XML document whose tags are whole, whatever the bytes between them hold. Nothing

@@ -147,9 +147,8 @@ Document parsed(std::string_view text) {
   return document;
 }
 
-bool isWhole(std::string_view text) {
-  const Document document = parsed(text);
-  return !document->Error() && document->FirstChildElement() != nullptr;
+bool isWhole(const tinyxml2::XMLDocument& parsed) {
+  return !parsed.Error() && parsed.FirstChildElement() != nullptr;
 }
 
 Document requireDocument(const std::string& path) {

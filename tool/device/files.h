@@ -63,7 +63,10 @@ Document requireDocument(const std::string& path);
 Document parsed(std::string_view text);
 
 /// Whether a text is well-formed and has an element.
-bool isWhole(std::string_view text);
+bool isWhole(const tinyxml2::XMLDocument& parsed);
+inline bool isWhole(std::string_view text) {
+  return isWhole(*parsed(text));
+}
 
 /// Whether two documents are the same to the library.
 bool sameContents(const Copy& a, const Copy& b);

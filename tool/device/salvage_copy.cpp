@@ -10,8 +10,7 @@ namespace camcfg::tool::device {
 
 Document parsedElement(std::string_view text) {
   Document document = parsed(text);
-  const bool isAlone = !document->Error() && document->FirstChildElement() != nullptr &&
-                       document->FirstChild() == document->LastChild();
+  const bool isAlone = isWhole(*document) && document->FirstChild() == document->LastChild();
   return isAlone ? std::move(document) : nullptr;
 }
 
@@ -68,8 +67,8 @@ std::size_t SalvagedFile::from(const char* source) const {
 std::optional<SalvagedFile> salvaged(const std::optional<std::string>& main,
                                      const std::optional<std::string>& backup,
                                      const std::string& factory) {
-  if (!isWhole(factory)) return std::nullopt;
   const Document document = parsed(factory);
+  if (!isWhole(*document)) return std::nullopt;
   const std::string none;
   const SalvageCopies copies = {{Place::Main, main ? *main : none},
                                 {Place::Backup, backup ? *backup : none},

@@ -119,7 +119,7 @@ class Counterparts {
 
   void addHomeless(const FoundElement& element) {
     strange_.insert(&element);
-    if (element.parent < 0 || strange_.count(&copy_.elements[element.parent]) == 0)
+    if (element.parent < 0 || strange_.count(&copy_.elements[element.outer()]) == 0)
       homeless_.push_back(&element);
   }
 
@@ -128,7 +128,7 @@ class Counterparts {
     if (found.name != element.Name() || !hasKeysOf(found, element)) return false;
     const XMLElement* outer = outerOf(element);
     if (found.parent < 0) return found.parent == FoundElement::Unknown || outer == nullptr;
-    return outer != nullptr && matches(copy_.elements[found.parent], *outer);
+    return outer != nullptr && matches(copy_.elements[found.outer()], *outer);
   }
 
   static bool hasKeysOf(const FoundElement& found, const XMLElement& element) {

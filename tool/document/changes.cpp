@@ -7,13 +7,13 @@
 #include "device/files.h"
 #include "document/exchange.h"
 #include "parameters/parameter.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::document {
 namespace {
 
 constexpr char kParameters[] = "parameters";
 constexpr char kNetwork[] = "network";
-constexpr char kNetworkSection[] = "NetWork";
 // Longer than a tick of any file system's clock.
 constexpr std::chrono::milliseconds kTick(50);
 // Who keeps a file open for longer than this after writing, is done with it.
@@ -64,8 +64,10 @@ class Words {
  public:
   std::string placeOf(const std::string& word) const {
     const std::string first = firstWord(word);
-    if (!isAmong(exportNames(), first) && first != kNetworkSection) return parameterPlace(word);
-    std::string place = first == kNetworkSection ? kNetwork + word.substr(first.size()) : word;
+    if (!isAmong(exportNames(), first) && first != settings::kNetworkSection)
+      return parameterPlace(word);
+    std::string place =
+        first == settings::kNetworkSection ? kNetwork + word.substr(first.size()) : word;
     for (const device::Section& section : allSections())
       if (isOnOneLine(place, section.name)) return place;
     refuse(word);
@@ -73,8 +75,9 @@ class Words {
 
   // Whether a word is a parameter of the section before it.
   bool isParameterOf(const std::string& section, const std::string& word) const {
-    return isAmong(sections_, section) && firstWord(word) == word && word != kNetworkSection &&
-           !isAmong(exportNames(), word) && !isAmong(sections_, word);
+    return isAmong(sections_, section) && firstWord(word) == word &&
+           word != settings::kNetworkSection && !isAmong(exportNames(), word) &&
+           !isAmong(sections_, word);
   }
 
  private:

@@ -11,7 +11,6 @@ namespace {
 
 constexpr char kParameters[] = "parameters";
 constexpr char kNetwork[] = "network";
-constexpr char kNetworkSection[] = "NetWork";
 
 const device::Section& sectionOf(const char* name) {
   return *std::find_if(allSections().begin(), allSections().end(),
@@ -108,7 +107,7 @@ Outcome resetSection(const std::string& name, const ImportOptions& options) {
   const parameters::Parameters parameters;
   const std::vector<std::string> known = parameters.sections();
   if (!isAmong(known, name)) refuseUnknown(name, known);
-  if (name == kNetworkSection)
+  if (name == settings::kNetworkSection)
     reset.addNetwork();
   else
     reset.addParameters(parameters.in(name));

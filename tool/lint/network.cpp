@@ -139,9 +139,9 @@ void checkFields(const Item& card) {
 }  // namespace
 
 void checkNetwork(const Source& source, Findings& findings) {
-  const XMLElement* network = source.document->FirstChildElement("NetWork");
+  const XMLElement* network = source.document->FirstChildElement(settings::kNetworkSection);
   if (network == nullptr) return;
-  checkHostname({*network, "NetWork", findings});
+  checkHostname({*network, settings::kNetworkSection, findings});
   const Elements cards = childrenOf(*network);
   const std::vector<NameMatches> matches = matchNames(namesOf(cards));
   Elements real;

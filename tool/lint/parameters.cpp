@@ -7,6 +7,7 @@
 #include "lint/lint.h"
 #include "lint/name_matches.h"
 #include "lint/rules.h"
+#include "settings/network.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::lint {
@@ -183,14 +184,14 @@ void checkAll(const Item& parent, bool isInner) {
 void checkParameterNames(const Source& source, Findings& findings) {
   const Elements sections = childrenOf(*source.document);
   for (const XMLElement* section : sections)
-    if (std::string_view(section->Name()) != "NetWork")
+    if (std::string_view(section->Name()) != settings::kNetworkSection)
       checkLevel({*section, clipped(section->Name()), findings}, 1);
   checkAcross(sections, findings);
 }
 
 void checkParameterValues(const Source& source, Findings& findings) {
   for (const XMLElement* section : childrenOf(*source.document))
-    if (std::string_view(section->Name()) != "NetWork")
+    if (std::string_view(section->Name()) != settings::kNetworkSection)
       checkAll({*section, clipped(section->Name()), findings}, false);
 }
 

@@ -7,6 +7,7 @@
 #include "base/host.h"
 #include "device/files.h"
 #include "lint/item.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -38,7 +39,7 @@ bool isPresets(const XMLElement& top) {
 }
 
 bool isParameters(const XMLElement& top) {
-  return isOneOf(top, {"System", "NetWork"}) || anyChildHas(top, "Cur", "Cur");
+  return isOneOf(top, {"System", settings::kNetworkSection}) || anyChildHas(top, "Cur", "Cur");
 }
 
 bool isLanguage(const XMLElement& top) {

@@ -7,6 +7,7 @@
 #include "lint/name_matches.h"
 #include "lint/rules.h"
 #include "settings/media.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -60,7 +61,7 @@ void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
 }
 
 std::vector<std::string> topsOf(FileKind kind) {
-  if (kind == FileKind::Parameters) return {"System", "NetWork"};
+  if (kind == FileKind::Parameters) return {"System", settings::kNetworkSection};
   if (kind == FileKind::Presets) return {"PresetCfg"};
   std::vector<std::string> tops;
   for (const settings::Table* table : settings::mediaTables())

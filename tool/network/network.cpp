@@ -29,7 +29,7 @@ Json valueOf(const device::ExplainedFile& file, device::ElementPath path, const 
 }  // namespace
 
 XMLElement* networkOf(tinyxml2::XMLDocument& document) {
-  return CFG_GetBrotherElementByName(document.FirstChildElement(), "NetWork");
+  return CFG_GetBrotherElementByName(document.FirstChildElement(), settings::kNetworkSection);
 }
 
 XMLElement* childOf(XMLElement& parent, const std::string& name) {
@@ -91,7 +91,8 @@ device::Explanation explainCard(const std::string& card, const std::string& fiel
   std::vector<std::string> names = {card};
   if (only != nullptr) names.emplace_back(settings::elementOf(*only));
   device::Explanation explanation;
-  device::ElementPath path = device::addLookups(explanation, file, "NetWork", names);
+  device::ElementPath path =
+      device::addLookups(explanation, file, settings::kNetworkSection, names);
   explanation.what = joined(path, "/");
   explanation.copies = file.copies(device::finderOf(path));
   if (only != nullptr) path.pop_back();

@@ -5,6 +5,7 @@
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "settings/media.h"
+#include "settings/network.h"
 #include "upgrade/rules.h"
 #include "upgrade/values.h"
 
@@ -71,7 +72,7 @@ bool isSecret(const std::string& attribute) {
 std::string placeOf(const Rule& rule, const std::string& path) {
   const std::size_t slash = path.find('/');
   const std::string section = path.substr(0, slash);
-  if (rule.subject == Rule::Member || section == "NetWork") return path;
+  if (rule.subject == Rule::Member || section == settings::kNetworkSection) return path;
   const std::string place = memberPlace("parameters", section);
   return slash == std::string::npos ? place : memberPlace(place, path.substr(slash + 1));
 }

@@ -21,9 +21,9 @@ bool isSettings(const std::string& name) {
 bool isState(const std::string& path) {
   if (path == kState) return true;
   const std::string name = path.substr(sizeof kState);
-  for (const char* kept : {"keep", "contents", "changes", "factory"})
-    if (beginsWith(name, kept)) return true;
-  return false;
+  constexpr const char* kKept[] = {"keep", "contents", "changes", "factory"};
+  return std::any_of(std::begin(kKept), std::end(kKept),
+                     [&](const char* kept) { return beginsWith(name, kept); });
 }
 
 std::string faultOf(const std::string& path) {

@@ -66,6 +66,7 @@ class UpgradeTest : public ToolTest {
                  with(kOldPresets, "</PresetCfg>", std::string(kNewPreset) + "</PresetCfg>"));
   }
 
+  Words fromOldSet() const { return {"upgrade", "--from", device.hostPath() + "/old"}; }
   tool::Json upgraded(Words words = {}) const {
     words.insert(words.begin(), {"upgrade", "--json"});
     return jsonIn(run(words).out);
@@ -282,7 +283,7 @@ TEST_F(UpgradeTest, FileThatTheOldSetLacksIsReported) {
   set("System", "Rtsp", "8554");
   install("<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\"");
   device.remove("/old/business_param.xml");
-  const ToolRun result = run({"upgrade", "--from", device.hostPath() + "/old"});
+  const ToolRun result = run(fromOldSet());
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.err, HasSubstr("the old factory set has no business_param.xml"));
   EXPECT_EQ(get("System", "WebHttp"), "80\n");
@@ -336,7 +337,7 @@ TEST_F(UpgradeTest, RunningItAgainChangesNothing) {
   set("System", "Rtsp", "8554");
   install("Rtsp Cur=\"554\" Def=\"554\" Min=\"1\" Max=\"65535\"",
           "Rtsp Cur=\"1\" Def=\"1\" Min=\"1\" Max=\"554\"");
-  const Words again = {"upgrade", "--from", device.hostPath() + "/old"};
+  const Words again = fromOldSet();
   EXPECT_EQ(run(again).status, 0);
   // The nearest permitted value happens to be the old factory value.
   EXPECT_EQ(get("System", "Rtsp"), "554\n");
@@ -370,13 +371,12 @@ TEST_F(UpgradeTest, PresetsKeepTheAttributesThatTheyLack) {
 TEST_F(UpgradeTest, SetThatCannotBeKeptDoesNotUndoTheMerge) {
   install("Rtsp Cur=\"554\" Def=\"554\"", "Rtsp Cur=\"555\" Def=\"555\"");
   device.makeDirectory(std::string(kMark) + "/in-the-way");
-  const ToolRun result = run({"upgrade", "--from", device.hostPath() + "/old"});
+  const ToolRun result = run(fromOldSet());
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.err, HasSubstr("the settings are in force, but the factory set is not kept"));
   EXPECT_EQ(get("System", "Rtsp"), "555\n");
 }
 
-// Each is found out by a merge of its own.
 TEST_F(UpgradeTest, ManyPresetsThatCollideAreHeldOneByOne) {
   start();
   std::string offered;
