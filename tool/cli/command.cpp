@@ -22,6 +22,13 @@ const Command* findCommand(const std::vector<CommandGroup>& groups, const std::s
   return nullptr;
 }
 
+std::string examplesOf(const Command& command) {
+  std::string text = "Examples:\n";
+  for (const char* example : command.examples)
+    text.append("  camcfg ").append(example).append("\n");
+  return text;
+}
+
 const std::vector<Option>& globalOptions() {
   static const std::vector<Option> options = {
       {Option::Flag, kHelp, "Show this help", {}, "-h"},

@@ -152,6 +152,9 @@ struct Command {
   /// What follows its own options is another command that changes settings, with what that takes.
   bool takesCommand = false;
 
+  /// Lines as they are typed after "camcfg ", each of which works on the sample device as it is new.
+  std::vector<const char*> examples{};
+
   /// It is not given what the command above it takes: "stream cache add", of "stream cache ID".
   bool standsAlone = false;
 
@@ -163,6 +166,9 @@ struct Command {
     return space == std::string::npos ? "" : std::string(name, space);
   }
 };
+
+/// The examples of a command on indented lines, after a heading.
+std::string examplesOf(const Command& command);
 
 /// Commands under one heading in the help text.
 struct CommandGroup {

@@ -19,13 +19,16 @@ namespace {
 constexpr char kTool[] = "camcfg";
 constexpr char kAbout[] = "Reads, changes and repairs the settings of a network video device.";
 constexpr char kVersionText[] = "camcfg " CAMCFG_VERSION;
+// Before the number of a word that came after "--".
+constexpr char kLiteral[] = "\x01--";
 constexpr char kFooterBegin[] =
     "Answers go to standard output, everything else to standard error.\nExit status:\n";
 constexpr char kFooterEnd[] =
     "'camcfg help COMMAND' shows what a command takes, 'camcfg help' lists further topics.";
 
 std::string footerOf(const Command& command) {
-  const std::string details = command.details ? command.details() + "\n" : "";
+  std::string details = command.details ? command.details() + "\n" : "";
+  if (!command.examples.empty()) details += examplesOf(command) + "\n";
   return details + "'camcfg --help' lists the options that every command takes.\n\nExit status:\n" +
          exitStatuses(&command);
 }
@@ -82,8 +85,12 @@ class Parser {
     invocation.json = asksForJson(groups_, argc, argv);
     const int own = wordsOfTheTool(groups_, argc, argv);
     others_.assign(argv + std::max(own, 1) - 1, argv + argc);
+    const std::vector<std::string> words = withoutLiterals(own, argv);
+    std::vector<const char*> pointers;
+    pointers.reserve(words.size());
+    for (const std::string& word : words) pointers.push_back(word.c_str());
     try {
-      app_.parse(own, argv);
+      app_.parse(static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::CallForHelp&) {
       invocation.answer = helpOn(selected());
       return invocation;
@@ -129,6 +136,27 @@ class Parser {
       add(*app, option).required(option.isRequired() && command.run);
     apps_[command.name] = app;
     commands_[app] = &command;
+  }
+
+  // Words after "--" are arguments, whatever they look like. The parser gives up where an option that
+  // takes many has one already, so it is given names for them that look like arguments.
+  std::vector<std::string> withoutLiterals(int argc, const char* const* argv) {
+    std::vector<std::string> words(argv, argv + argc);
+    const auto mark = std::find(words.begin(), words.end(), "--");
+    if (mark == words.end()) return words;
+    for (auto word = words.erase(mark); word != words.end(); ++word) {
+      literals_.push_back(*word);
+      *word = kLiteral + std::to_string(literals_.size() - 1);
+    }
+    return words;
+  }
+
+  std::string meant(const std::string& word) const {
+    if (!beginsWith(word, kLiteral)) return word;
+    const std::optional<std::int32_t> index = decimal32(word.substr(std::strlen(kLiteral)));
+    const bool isKnown =
+        index && *index >= 0 && static_cast<std::size_t>(*index) < literals_.size();
+    return isKnown ? literals_[static_cast<std::size_t>(*index)] : word;
   }
 
   static std::string namesOf(const Option& option) {
@@ -190,11 +218,15 @@ class Parser {
   }
 
   void refuseUnknownWords() const {
-    for (const std::string& word : app_.remaining(true)) {
-      if (word == "--") continue;
+    for (const std::string& given : app_.remaining(true)) {
+      if (given == "--") continue;
       const CLI::App& app = selected();
-      if (word.size() > 1 && word[0] == '-')
-        refuse(word, "unknown option " + tool::quoted(word), didYouMean(word, optionsOf(app)));
+      if (given.size() > 1 && given[0] == '-') {
+        // What follows the sign may be a secret.
+        const std::string name = given.substr(0, given.find('='));
+        refuse(name, "unknown option " + tool::quoted(name), didYouMean(name, optionsOf(app)));
+      }
+      const std::string word = meant(given);
       if (!commandsBelow(app).empty())
         refuse(word, "unknown command " + tool::quoted(word), didYouMean(word, commandsBelow(app)));
       refuse(word, "unexpected argument " + tool::quoted(word));
@@ -262,14 +294,16 @@ class Parser {
   }
 
   std::string chosenColor() const {
-    const std::string& word = textsOf(app_, kColor).back();
+    const std::string word = textsOf(app_, kColor).back();
     if (isAmong(kColorWords, word)) return word;
     refuse(kColor, std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
            didYouMean(word, {std::begin(kColorWords), std::end(kColorWords)}));
   }
 
-  static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {
-    return app.get_option(name)->results();
+  std::vector<std::string> textsOf(const CLI::App& app, const char* name) const {
+    std::vector<std::string> texts = app.get_option(name)->results();
+    for (std::string& text : texts) text = meant(text);
+    return texts;
   }
 
   // Whatever is outside the device's root is opened now, before the root is entered.
@@ -302,6 +336,7 @@ class Parser {
   CLI::App app_{kAbout};
   std::map<std::string, CLI::App*> apps_;
   std::map<const CLI::App*, const Command*> commands_;
+  std::vector<std::string> literals_;
   std::vector<const char*> others_;  // words of another program or command, the first included
 };
 

@@ -95,7 +95,9 @@ std::string commandEntries(const std::vector<CommandGroup>& groups) {
       for (const Option& option : command.options) options += entry(typed(option), option.help);
       text += entry(typed(groups, command), command.help);
       if (!options.empty()) text += ".RS\n" + options + ".RE\n";
-      if (command.details) text += ".RS\n" + roffParagraphs(command.details()) + ".RE\n";
+      std::string more = command.details ? command.details() : "";
+      if (!command.examples.empty()) more += (more.empty() ? "" : "\n") + examplesOf(command);
+      if (!more.empty()) text += ".RS\n" + roffParagraphs(more) + ".RE\n";
     }
   return text;
 }

@@ -110,7 +110,7 @@ Table columnsOf(const settings::Settings& settings);
 Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
 
 /// Sets one parameter, with the turn taken.
-Answer setOne(const parameters::Assignment& assignment, bool force);
+Answer setOne(const parameters::Assignment& assignment, bool force, bool rehearse = false);
 
 /// What was changed, or would be; nothing where that failed.
 /// @param unchanged  a line for where nothing differs

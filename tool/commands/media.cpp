@@ -12,6 +12,7 @@
 #include "media/readable.h"
 #include "media/stream_cache.h"
 #include "media/wiring.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -81,11 +82,6 @@ Answer allow(const Arguments& arguments) {
 const Option kAllowedSource{Option::Argument, kSource, "Id of a source that the cache allows",
                             allowedSourceWords};
 
-bool hasSecrets(const settings::Table& table) {
-  return std::any_of(table.settings.begin(), table.settings.end(),
-                     [](const settings::Setting& setting) { return setting.masked != nullptr; });
-}
-
 cli::Command commandFor(const settings::Table& table) {
   // Kept for as long as the program runs, as other commands' names are.
   static std::list<std::string> texts;
@@ -93,9 +89,9 @@ cli::Command commandFor(const settings::Table& table) {
   const char* help = texts.emplace_back("List the " + std::string(table.entry) + "s").c_str();
   cli::Command command{name, help, {}, [&table](const Arguments& arguments) {
                          return listingOf(table,
-                                          hasSecrets(table) && arguments.given(kShowSecrets));
+                                          settings::hasSecrets(table) && arguments.given(kShowSecrets));
                        }};
-  if (hasSecrets(table))
+  if (settings::hasSecrets(table))
     command.options = {{Option::Flag, kShowSecrets, "Show passwords as they are stored"}};
   command.details = [&table] { return helpOf(table); };
   return command;

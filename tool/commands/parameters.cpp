@@ -83,24 +83,25 @@ parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
 constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
 constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
 
-Answer setAll(const std::vector<parameters::Assignment>& assignments, bool force) {
-  Answer answer(parameters::setParameters(assignments, force),
+Answer setAll(const std::vector<parameters::Assignment>& assignments, bool force, bool rehearse) {
+  Answer answer(parameters::setParameters(assignments, force, rehearse),
                 {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}});
-  if (answer.value["changes"].empty()) answer.layout.emplace_back(Line{"nothing was written"});
+  if (rehearse || answer.value["changes"].empty())
+    answer.layout.emplace_back(Line{"nothing was written"});
   return answer;
 }
 
 Answer set(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.texts(kAssignment);
   const bool force = arguments.given(kForce);
-  if (!isAssignment(words.front())) {
-    const parameters::Assignment assignment = assignmentOf(words);
-    const device::Turn turn({CFG_FILE_BUSINESS});
-    return setOne(assignment, force);
-  }
-  const std::vector<parameters::Assignment> assignments = assignmentsIn(words);
-  const device::Turn turn({CFG_FILE_BUSINESS});
-  return setAll(assignments, force);
+  const bool rehearse = arguments.given(kDryRun);
+  const bool isOne = !isAssignment(words.front());
+  const std::vector<parameters::Assignment> assignments =
+      isOne ? std::vector{assignmentOf(words)} : assignmentsIn(words);
+  const device::Turn turn(rehearse ? device::Turn::Files()
+                                   : device::Turn::Files{CFG_FILE_BUSINESS});
+  return isOne ? setOne(assignments.front(), force, rehearse)
+               : setAll(assignments, force, rehearse);
 }
 
 // All parameters of exactly this name, first the one that the library finds without a section.
@@ -165,13 +166,13 @@ const Option kWholeName{Option::OptionalArgument, kName,
 
 }  // namespace
 
-Answer setOne(const parameters::Assignment& assignment, bool force) {
-  const Outcome outcome = parameters::setParameters({assignment}, force);
+Answer setOne(const parameters::Assignment& assignment, bool force, bool rehearse) {
+  const Outcome outcome = parameters::setParameters({assignment}, force, rehearse);
   const bool isChanged = !outcome.value.at("changes").empty();
   Answer answer;
   answer.value = outcome.value.at(isChanged ? "changes" : "unchanged").at(0);
   answer.layout = {Line{isChanged ? kChanged : kUnchanged}};
-  if (!isChanged) answer.layout.emplace_back(Line{"nothing was written"});
+  if (rehearse || !isChanged) answer.layout.emplace_back(Line{"nothing was written"});
   return answer;
 }
 
@@ -188,7 +189,8 @@ CommandGroup parametersGroup() {
              "within the range or an allowed text"},
             {Option::Flag, kForce,
              "Set a text that is only a part of an allowed one, and confirm a change that is on "
-             "trial first"}}),
+             "trial first"},
+            {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
        command("describe", "Show a parameter's type, limits, default and value", describe,
                {{Option::Argument, kName,
                  "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}})}};

@@ -8,6 +8,7 @@
 #include "document/references.h"
 #include "media/media.h"
 #include "settings/media.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::document {
 namespace {
@@ -25,6 +26,10 @@ const char* memberFor(const Table& table, const std::string& word) {
   return isKey ? table.key : table.label;
 }
 
+const Json& keyOf(const Table& table, const Json& entry) {
+  return entry.at(table.key);
+}
+
 // Sections of entries, as they are and as they are to be.
 class Edit {
  public:
@@ -37,38 +42,52 @@ class Edit {
   Entries& all() { return all_; }
   Json& entries(const Table& table) { return entriesOf(table, all_); }
 
-  /// The entry that a word stands for.
-  Json& require(const Table& table, const std::string& word) {
+  /// The index of the entry that a word stands for.
+  std::size_t require(const Table& table, const std::string& word) {
     const char* member = memberFor(table, word);
     const Json sought = valueFromWord(*table.find(member), word);
-    std::vector<std::string> known;
-    for (Json& entry : entries(table)) {
-      const Json& value = entry.at(member);
-      if (value == sought) return entry;
-      known.push_back(value.is_string() ? value.text() : value.dump());
-    }
-    throw Refusal("there is no " + nameOf(table, sought) + didYouMean(word, known));
-  }
-
-  void requireSound(const Table& table, const Json& entry) {
-    const Json& key = entry.at(table.key);
-    const auto isSame = [&](const Json& other) { return other.at(table.key) == key; };
     const Json& list = entries(table);
-    if (std::count_if(list.begin(), list.end(), isSame) > 1)
-      throw Refusal("there is a " + nameOf(table, key) + " already");
-    const std::vector<std::string> faults = danglingIn(table, entry, all_);
-    if (!faults.empty()) throw Refusal(placeOf(table.place, key) + "." + joined(faults, "; "));
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i < list.size(); ++i)
+      if (list[i].at(member) == sought) found.push_back(i);
+    if (found.size() == 1 || (found.size() > 1 && member == table.key)) return found.front();
+    if (found.empty())
+      throw Refusal("there is no " + nameOf(table, sought) + nearestEntry(table, sought, list));
+    std::vector<std::string> keys;
+    for (const std::size_t i : found) keys.push_back(keyOf(table, list[i]).dump());
+    throw Refusal("there is more than one " + nameOf(table, sought) + "; give one of the " +
+                  table.key + "s " + joined(keys));
   }
 
-  Outcome carryOut(const ImportOptions& options) {
+  /// Brings the device to what was edited, if one entry of it, which is new or changed, makes sense.
+  Outcome carryOut(const Table& table, std::size_t index, const ImportOptions& options) {
+    Target target = read();
+    const Json& entry = entries(table)[index];
+    // Faults of a document count entries; here they have names.
+    const std::string place = placeOf(table.place, keyOf(table, entry));
+    const std::string counted = elementPlace(table.place, index);
+    for (settings::Fault& fault : target.faults)
+      if (beginsWith(fault.place, counted)) fault.place.replace(0, counted.size(), place);
+    for (const settings::Fault& fault : danglingIn(table, place, entry, all_)) {
+      const auto isSame = [&](const settings::Fault& other) { return other.place == fault.place; };
+      target.faults.erase(std::remove_if(target.faults.begin(), target.faults.end(), isSame),
+                          target.faults.end());
+      target.faults.push_back(fault);
+    }
+    return carriedOut(target, options);
+  }
+
+  Outcome carryOut(const ImportOptions& options) { return carriedOut(read(), options); }
+
+ private:
+  Target read() const {
     Target target;
     for (std::size_t i = 0; i < all_.size(); ++i)
       if (all_[i].second != before_[i].second)
         target.read(sectionOf(*all_[i].first), all_[i].second);
-    return carriedOut(target, options);
+    return target;
   }
 
- private:
   static const device::Section& sectionOf(const Table& table) {
     return *std::find_if(allSections().begin(), allSections().end(),
                          [&](const device::Section& section) { return section.table == &table; });
@@ -77,6 +96,20 @@ class Edit {
   Entries all_;
   Entries before_;
 };
+
+void requireNew(const Table& table, const Json& key, const Json& entries) {
+  if (std::any_of(entries.begin(), entries.end(),
+                  [&](const Json& entry) { return keyOf(table, entry) == key; }))
+    throw Refusal("there is already " + nameOf(table, key));
+}
+
+// An entry that others refer to keeps its key.
+void requireUnused(const Table& table, const Json& key, Entries all) {
+  const std::vector<std::string> others = takeAway(table, key, all);
+  if (!others.empty())
+    throw Refusal(nameOf(table, key) + " is used by " + joined(others) +
+                  ", which would not find it by another " + table.key);
+}
 
 }  // namespace
 
@@ -88,25 +121,34 @@ Outcome addEntry(const Table& table, const std::string& word,
   entry[member] = valueFromWord(*table.find(member), word);
   assign(table.settings, members, placeOf(table.place, entry.at(member)), entry);
   if (!entry.contains(table.key))
-    throw Refusal("which " + std::string(table.key) + "? give " + table.key + "=NUMBER");
-  edit.entries(table).push_back(entry);
-  edit.requireSound(table, entry);
-  return edit.carryOut(options);
+    throw Refusal(Status::Usage,
+                  "which " + std::string(table.key) + "? give " + table.key + "=NUMBER");
+  Json& entries = edit.entries(table);
+  requireNew(table, keyOf(table, entry), entries);
+  entries.push_back(settings::withAssumed(table, entry));
+  return edit.carryOut(table, entries.size() - 1, options);
 }
 
 Outcome setEntry(const Table& table, const std::string& word,
                  const std::vector<std::string>& members, const ImportOptions& options) {
   Edit edit;
-  Json& entry = edit.require(table, word);
-  assign(table.settings, members, placeOf(table.place, entry.at(table.key)), entry);
-  edit.requireSound(table, entry);
-  return edit.carryOut(options);
+  const std::size_t index = edit.require(table, word);
+  Json& entry = edit.entries(table)[index];
+  const Json key = keyOf(table, entry);
+  Json changed = entry;
+  assign(table.settings, members, placeOf(table.place, key), changed);
+  if (keyOf(table, changed) != key) {
+    requireNew(table, keyOf(table, changed), edit.entries(table));
+    requireUnused(table, key, edit.all());
+  }
+  entry = settings::withAssumed(table, changed);
+  return edit.carryOut(table, index, options);
 }
 
 Outcome deleteEntry(const Table& table, const std::string& word, bool cascade,
                     const ImportOptions& options) {
   Edit edit;
-  const Json key = edit.require(table, word).at(table.key);
+  const Json key = keyOf(table, edit.entries(table)[edit.require(table, word)]);
   const std::vector<std::string> others = takeAway(table, key, edit.all());
   if (!others.empty() && !cascade)
     throw Refusal(nameOf(table, key) + " is used by " + joined(others) +

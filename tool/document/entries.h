@@ -21,7 +21,7 @@ namespace camcfg::tool::document {
 Outcome addEntry(const settings::Table& table, const std::string& word,
                  const std::vector<std::string>& members, const ImportOptions& options);
 
-/// Changes members of an entry.
+/// Changes members of an entry. Its key is one of them, unless others refer to it.
 Outcome setEntry(const settings::Table& table, const std::string& word,
                  const std::vector<std::string>& members, const ImportOptions& options);
 

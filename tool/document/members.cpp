@@ -1,9 +1,11 @@
 #include "document/members.h"
 
+#include <algorithm>
 #include <functional>
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "document/keyed.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::document {
@@ -12,6 +14,7 @@ namespace {
 using settings::Kind;
 using settings::Setting;
 using settings::Settings;
+using settings::Table;
 
 // Between the elements of a list, the members of an element, and the elements of a list in it.
 constexpr char kSeparators[] = ",:+";
@@ -40,13 +43,6 @@ Json switchOrText(const std::string& text) {
   return text;
 }
 
-// "2MiB"
-Json sizeOrText(const std::string& text) {
-  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-  if (digits == 0) return text;
-  return {{"value", numberOrText(text.substr(0, digits))}, {"unit", text.substr(digits)}};
-}
-
 Json valueAt(const Setting& setting, const std::string& text, const char* separators);
 
 Json listOf(const std::string& text, char separator, const std::function<Json(std::string)>& read) {
@@ -56,21 +52,26 @@ Json listOf(const std::string& text, char separator, const std::function<Json(st
   return list;
 }
 
-// The members that a record in a list cannot do without, and its lists.
-bool counts(const Setting& setting) {
-  return setting.need == settings::Need::Required || setting.kind == Kind::List ||
-         setting.kind == Kind::Ids;
+// The members of a record in a list: those that it cannot do without and its lists, then the others.
+std::vector<const Setting*> typedOrder(const Settings& settings) {
+  std::vector<const Setting*> order;
+  order.reserve(settings.size());
+  for (const Setting& setting : settings) order.push_back(&setting);
+  std::stable_partition(order.begin(), order.end(), [](const Setting* setting) {
+    return setting->need == settings::Need::Required || setting->kind == Kind::List ||
+           setting->kind == Kind::Ids;
+  });
+  return order;
 }
 
 Json recordOf(const Settings& settings, const std::string& text, const char* separators) {
   const std::vector<std::string> parts = parted(text, separators[0]);
+  const std::vector<const Setting*> order = typedOrder(settings);
+  if (parts.size() > order.size())
+    throw Refusal(quoted(text) + " has more than " + std::to_string(order.size()) + " parts");
   Json record = Json::object();
-  std::size_t next = 0;
-  for (const Setting& setting : settings)
-    if (counts(setting) && next < parts.size())
-      record[setting.member] = valueAt(setting, parts[next++], separators + 1);
-  if (next < parts.size())
-    throw Refusal(quoted(text) + " has more than " + std::to_string(next) + " parts");
+  for (std::size_t i = 0; i < parts.size(); ++i)
+    record[order[i]->member] = valueAt(*order[i], parts[i], separators + 1);
   return record;
 }
 
@@ -85,7 +86,7 @@ Json valueAt(const Setting& setting, const std::string& text, const char* separa
     case Kind::Flag:
       return switchOrText(text);
     case Kind::Integer:
-      return setting.write == nullptr ? numberOrText(text) : sizeOrText(text);
+      return setting.typed == nullptr ? numberOrText(text) : setting.typed(text);
     case Kind::Id:
       return numberOrText(text);
     case Kind::Ids:
@@ -99,7 +100,38 @@ Json valueAt(const Setting& setting, const std::string& text, const char* separa
   }
 }
 
+// Records that stay in a list, by their keys, keep what is not said of them.
+Json keeping(const Table& table, const Json& former, Json list) {
+  if (table.key == nullptr || !list.is_array() || !former.is_array()) return list;
+  for (Json& record : list)
+    for (const Json& other : former) {
+      if (other.at(table.key) != memberOrNothing(record, table.key)) continue;
+      for (const auto& [name, value] : other.items())
+        if (!record.contains(name)) record[name] = value;
+    }
+  return list;
+}
+
+struct Assigned {
+  std::string name;
+  std::string text;
+};
+
+Assigned parted(const std::string& word) {
+  const std::size_t sign = word.find('=');
+  // What is on the right of a sign may be a secret.
+  if (sign == 0) throw Refusal(Status::Usage, "there is no member before the '='");
+  if (sign == std::string::npos)
+    throw Refusal(Status::Usage, quoted(word) + " is not MEMBER=VALUE");
+  return {word.substr(0, sign), word.substr(sign + 1)};
+}
+
 }  // namespace
+
+const Setting* memberOf(const Settings& settings, const std::string& word) {
+  const std::size_t sign = word.find('=');
+  return sign == std::string::npos ? nullptr : settings::settingOf(settings, word.substr(0, sign));
+}
 
 Json valueFromWord(const Setting& setting, const std::string& text) {
   return valueAt(setting, text, kSeparators);
@@ -109,17 +141,17 @@ void assign(const Settings& settings, const std::vector<std::string>& words,
             const std::string& place, Json& record) {
   std::vector<std::string> given;
   for (const std::string& word : words) {
-    const std::size_t sign = word.find('=');
-    if (sign == std::string::npos || sign == 0)
-      throw Refusal(Status::Usage, quoted(word) + " is not MEMBER=VALUE");
-    const std::string name = word.substr(0, sign);
+    const auto [name, text] = parted(word);
     const Setting* setting = settings::settingOf(settings, name);
     if (setting == nullptr)
-      throw Refusal(place + ": there is no member '" + name + "'" +
+      throw Refusal(place + ": there is no member " + quoted(name) +
                     didYouMean(name, settings::membersOf(settings)));
     if (isAmong(given, name)) throw Refusal(memberPlace(place, name) + ": it is given twice");
     given.push_back(name);
-    record[name] = valueFromWord(*setting, word.substr(sign + 1));
+    Json value = valueFromWord(*setting, text);
+    if (setting->kind == Kind::List)
+      value = keeping(*setting->inner, memberOrNothing(record, name), std::move(value));
+    record[name] = std::move(value);
   }
 }
 

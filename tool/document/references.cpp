@@ -1,6 +1,8 @@
 #include "document/references.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 
 #include "base/plain_text.h"
 #include "document/keyed.h"
@@ -14,34 +16,68 @@ using settings::Setting;
 using settings::Settings;
 using settings::Table;
 
-bool hasEntry(const Entries& all, const Table& table, const Json& key) {
-  return std::any_of(all.begin(), all.end(), [&](const auto& section) {
-    return section.first == &table &&
-           std::any_of(section.second.begin(), section.second.end(),
-                       [&](const Json& entry) { return entry.at(table.key) == key; });
-  });
+const Json& entriesIn(const Entries& all, const Table& table) {
+  return std::find_if(all.begin(), all.end(),
+                      [&](const auto& section) { return section.first == &table; })
+      ->second;
+}
+
+std::string textOf(const Json& value) {
+  return value.is_string() ? value.text() : value.dump();
 }
 
 void addDangling(const Settings& settings, const std::string& place, const Json& record,
-                 const Entries& all, std::vector<std::string>& faults) {
+                 const Entries& all, settings::Faults& faults) {
   const auto require = [&](const std::string& where, const Table& table, const Json& key) {
-    if (!key.is_null() && !hasEntry(all, table, key))
-      faults.push_back(std::string(where).append(": there is no ").append(nameOf(table, key)));
+    const Json& entries = entriesIn(all, table);
+    const bool exists = std::any_of(entries.begin(), entries.end(), [&](const Json& entry) {
+      return entry.at(table.key) == key;
+    });
+    if (!key.is_null() && !exists)
+      faults.push_back(
+          {where, "there is no " + nameOf(table, key) + nearestEntry(table, key, entries)});
   };
   for (const Setting& setting : settings) {
     const Json& value = memberOrNothing(record, setting.member);
-    const std::string own = place.empty() ? setting.member : memberPlace(place, setting.member);
+    const std::string own = memberPlace(place, setting.member);
     const Table* table = referredBy(setting);
     if (setting.kind == Kind::List) {
       for (std::size_t i = 0; i < value.size(); ++i)
-        addDangling(setting.inner->settings, own + "[" + std::to_string(i) + "]", value.at(i), all,
-                    faults);
+        addDangling(setting.inner->settings, elementPlace(own, i), value.at(i), all, faults);
     } else if (table != nullptr && value.is_array()) {
-      for (const Json& key : value) require(own, *table, key);
+      for (std::size_t i = 0; i < value.size(); ++i)
+        require(elementPlace(own, i), *table, value.at(i));
     } else if (table != nullptr) {
       require(own, *table, value);
     }
   }
+}
+
+// The entry whose number is nearest; null if there is none.
+const Json* nearestByNumber(const Table& table, std::int64_t sought, const Json& entries) {
+  const Json* nearest = nullptr;
+  std::int64_t least = INT64_MAX;
+  for (const Json& entry : entries) {
+    if (!entry.at(table.key).is_number_integer()) continue;
+    const std::int64_t distance = std::abs(entry.at(table.key).get<std::int64_t>() - sought);
+    if (distance < least) nearest = &entry;
+    least = std::min(least, distance);
+  }
+  return nearest;
+}
+
+// The one whose key or label is spelt most like it.
+const Json* nearestByText(const Table& table, const std::string& sought, const Json& entries) {
+  std::vector<std::string> known;
+  std::vector<const Json*> owners;
+  for (const Json& entry : entries)
+    for (const char* member : {table.key, table.label})
+      if (member != nullptr && !entry.at(member).is_null()) {
+        known.push_back(textOf(entry.at(member)));
+        owners.push_back(&entry);
+      }
+  const auto found = std::find(known.begin(), known.end(), nearestWord(sought, known));
+  return found == known.end() ? nullptr : owners[static_cast<std::size_t>(found - known.begin())];
 }
 
 template <typename Condition>
@@ -130,10 +166,22 @@ Json& entriesOf(const Table& table, Entries& all) {
       ->second;
 }
 
-std::vector<std::string> danglingIn(const Table& table, const Json& entry, const Entries& all) {
-  std::vector<std::string> faults;
-  addDangling(table.settings, "", entry, all, faults);
+settings::Faults danglingIn(const Table& table, const std::string& place, const Json& entry,
+                            const Entries& all) {
+  settings::Faults faults;
+  addDangling(table.settings, place, entry, all, faults);
   return faults;
+}
+
+std::string nearestEntry(const Table& table, const Json& sought, const Json& entries) {
+  const Json* nearest = sought.is_number_integer()
+                            ? nearestByNumber(table, sought.get<std::int64_t>(), entries)
+                            : nearestByText(table, textOf(sought), entries);
+  if (nearest == nullptr) return "";
+  const Json& key = nearest->at(table.key);
+  const Json label = table.label == nullptr ? Json() : nearest->at(table.label);
+  const std::string name = key.is_string() ? quoted(key.text()) : key.dump();
+  return "; did you mean " + name + (label.is_string() ? " (" + label.text() + ")" : "") + "?";
 }
 
 std::vector<std::string> takeAway(const Table& table, const Json& key, Entries& all) {

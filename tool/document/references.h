@@ -21,9 +21,15 @@ Json& entriesOf(const settings::Table& table, Entries& all);
 /// The tables of entries that a setting names by their keys; null if it names none.
 const settings::Table* referredBy(const settings::Setting& setting);
 
-/// What an entry refers to that does not exist: "channels[0].id: there is no stream cache 99".
-std::vector<std::string> danglingIn(const settings::Table& table, const Json& entry,
-                                    const Entries& all);
+/// What an entry refers to that does not exist: "there is no stream cache 99; did you mean 12
+/// (program)?".
+/// @param place  of the entry, the beginning of the faults' places: "live.srt[1]"
+settings::Faults danglingIn(const settings::Table& table, const std::string& place,
+                            const Json& entry, const Entries& all);
+
+/// "; did you mean 12 (program)?" of the entry that comes nearest to a key, or to what says which one it
+/// is; empty if none comes near.
+std::string nearestEntry(const settings::Table& table, const Json& sought, const Json& entries);
 
 /// Takes an entry away, from whatever refers to it the reference, and what cannot be without it.
 /// @return the names of those: "RTSP session 'ch1/main'"

@@ -7,6 +7,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "parameters/parameter.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::parameters {
 namespace {
@@ -28,7 +29,11 @@ struct ParameterValue {
 // not permitted.
 settings::Objection objectionTo(const Parameters& parameters, const Parameter& parameter,
                                 const std::string& value) {
-  if (parameter.isInner()) return {"the library sets no parameter inside another one"};
+  if (parameter.isInner())
+    return {"the library sets no parameter inside another one" +
+            std::string(parameter.section == settings::kNetworkSection
+                            ? "; 'camcfg network set' sets those of a card"
+                            : "")};
   const std::optional<Parameter> found = parameters.lookup(parameter.section, parameter.name);
   if (found && found->element != parameter.element)
     return {"the library would set " + found->name +
@@ -83,17 +88,13 @@ bool saveAll(const std::vector<ParameterValue>& values) {
   return CFG_SaveFile(document.get(), device::argument(CFG_FILE_BUSINESS), BU_TRUE) == 0;
 }
 
-// The change that sets parameters with one save.
+// The change that sets several parameters with one save.
 device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values,
                         bool force = false) {
   std::vector<device::Change> changes;
   changes.reserve(values.size());
   for (const ParameterValue& value : values)
     changes.push_back(requireChange(parameters, value, force));
-  if (changes.size() == 1) {
-    changes.front().make = [value = values.front()] { return save(value); };
-    return changes.front();
-  }
   const auto arrived = [changes](XMLDocument& document) {
     return std::all_of(changes.begin(), changes.end(),
                        [&](const device::Change& change) { return change.arrived(document); });
@@ -120,6 +121,14 @@ std::vector<ParameterValue> requireValues(const Parameters& parameters,
     }
   if (!faults.empty()) throw Refusal(joined(faults, "; "));
   return values;
+}
+
+// @param values  one at least; the parameters are those of a document that is still there
+void make(const Parameters& parameters, const std::vector<ParameterValue>& values, bool force) {
+  if (values.size() > 1) return device::makeChange(changeOf(parameters, values, force));
+  device::Change change = requireChange(parameters, values.front(), force);
+  change.make = [&values] { return save(values.front()); };
+  device::makeChange(change);
 }
 
 Json loadParameters() {
@@ -178,7 +187,7 @@ std::vector<device::Change> parameterChanges(const Json& before, const Json& aft
 
 }  // namespace
 
-Outcome setParameters(const std::vector<Assignment>& assignments, bool force) {
+Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bool rehearse) {
   const Parameters parameters;
   const std::vector<ParameterValue> wanted = requireValues(parameters, assignments, force);
   Json changes = Json::array();
@@ -195,7 +204,7 @@ Outcome setParameters(const std::vector<Assignment>& assignments, bool force) {
     if (isChanged) changed.push_back(value);
     (isChanged ? changes : unchanged).push_back(std::move(record));
   }
-  if (!changed.empty()) device::makeChange(changeOf(parameters, changed, force));
+  if (!changed.empty() && !rehearse) make(parameters, changed, force);
   return {{{"changes", std::move(changes)}, {"unchanged", std::move(unchanged)}}, {}};
 }
 

@@ -3,6 +3,7 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/elements.h"
 #include "base/outcome.h"
@@ -46,24 +47,37 @@ struct Place {
   std::string name;
 };
 
+// "OsdClock/Position" goes by "Position", too.
+bool isCalled(const Parameter& parameter, const std::string& name) {
+  const std::string& whole = parameter.name;
+  return whole == name || (whole.size() > name.size() &&
+                           whole.compare(whole.size() - name.size() - 1, std::string::npos,
+                                         "/" + name) == 0);
+}
+
+[[noreturn]] void refuseUnknown(const XMLDocument& document, const std::string& word,
+                                const std::vector<Parameter>& all) {
+  if (document.FirstChildElement(word.c_str()) != nullptr)
+    throw Refusal(quoted(word) + " is a section; give " + word + "/NAME");
+  std::vector<std::string> known;
+  const bool isPath = word.find('/') != std::string::npos;
+  for (const Parameter& parameter : all)
+    known.push_back(isPath ? parameter.path() : parameter.name);
+  for (const XMLElement* section : childrenOf(document)) known.emplace_back(section->Value());
+  throw Refusal("there is no parameter " + quoted(word) + didYouMean(word, known));
+}
+
 // What one word stands for that is no place with a section.
 Place requireNamed(XMLDocument& document, const std::string& name) {
-  std::vector<Place> named;
+  const std::vector<Parameter> all = parametersIn(document);
+  std::vector<Parameter> named;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(named),
+               [&](const Parameter& parameter) { return isCalled(parameter, name); });
+  if (named.empty()) refuseUnknown(document, name, all);
+  if (named.size() == 1) return {named.front().section, named.front().name};
   std::vector<std::string> paths;
-  std::vector<std::string> known;
-  for (const Parameter& parameter : parametersIn(document)) {
-    known.push_back(parameter.name);
-    if (parameter.name != name) continue;
-    named.push_back({parameter.section, parameter.name});
-    paths.push_back(parameter.path());
-  }
-  if (named.size() == 1) return named.front();
-  if (named.size() > 1)
-    throw Refusal("'" + name + "' is in more than one section; give one of " + joined(paths));
-  if (document.FirstChildElement(name.c_str()) != nullptr)
-    throw Refusal("'" + name + "' is a section; give " + name + "/NAME");
-  for (const XMLElement* section : childrenOf(document)) known.emplace_back(section->Value());
-  throw Refusal("there is no parameter '" + name + "'" + didYouMean(name, known));
+  for (const Parameter& parameter : named) paths.push_back(parameter.path());
+  throw Refusal(quoted(name) + " is the name of more than one; give one of " + joined(paths));
 }
 
 // See Parameters::requireAt.

@@ -86,11 +86,13 @@ struct Assignment {
 /// Sets parameters, with one save, or none of them: each to an integer within its "Min" and "Max", or a
 /// text of its "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless
 /// `force`. Where all have their values already, nothing is written.
+/// @param rehearse  write nothing in any case
 /// @return "changes": what was changed: section, name, type, before, value; "unchanged": the same of
 ///         those that had their values already
 /// @throws Refusal  the files are unusable or cannot be written, there is no such parameter, one is
 ///                  named twice, or cannot be set to its value: all such faults are named
-Outcome setParameters(const std::vector<Assignment>& assignments, bool force);
+Outcome setParameters(const std::vector<Assignment>& assignments, bool force,
+                      bool rehearse = false);
 
 /// All that can be set, for export and import.
 device::Section parametersSection();
