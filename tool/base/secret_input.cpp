@@ -47,7 +47,9 @@ class HiddenTyping {
 
 // Without its last character.
 void takeBack(std::string& text) {
-  constexpr auto isContinued = [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80U; };
+  constexpr auto isContinued = [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80U;
+  };
   while (!text.empty() && isContinued(text.back())) text.pop_back();
   if (!text.empty()) text.pop_back();
 }

@@ -27,10 +27,10 @@ constexpr char kFooterEnd[] =
     "'camcfg help COMMAND' shows what a command takes, 'camcfg help' lists further topics.";
 
 std::string footerOf(const Command& command) {
-  std::string details = command.details ? command.details() + "\n" : "";
-  if (!command.examples.empty()) details += examplesOf(command) + "\n";
+  const std::string details = command.details ? command.details() + "\n" : "";
+  const std::string examples = command.examples.empty() ? "" : "\n\n" + examplesOf(command);
   return details + "'camcfg --help' lists the options that every command takes.\n\nExit status:\n" +
-         exitStatuses(&command);
+         exitStatuses(&command) + examples;
 }
 
 HostFile read(const std::string& path) {

@@ -104,8 +104,7 @@ const Examples& examplesFor(const settings::Table& table) {
   static const Examples all[] = {
       {settings::streamSources(), "stream source add 12 kind=VENC name=ch5-main channel=8",
        "stream source set 9 enabled=yes", "stream source delete mic-pcm --cascade"},
-      {settings::streamCaches(),
-       "stream cache add 11 name=aux size=2MiB allowed=0,2 default=0",
+      {settings::streamCaches(), "stream cache add 11 name=aux size=2MiB allowed=0,2 default=0",
        "stream cache set program size=16MiB", "stream cache delete audio-pcm"},
       {settings::websocket(), "live websocket add preview-9 id=2",
        "live websocket set preview-1 name=lobby", "live websocket delete 8"},
@@ -132,7 +131,8 @@ cli::Command commandFor(const settings::Table& table, const std::string& name, c
                        }};
   command.options.push_back({Option::Flag, kDryRun, "Show what would change and write nothing"});
   if (settings::hasSecrets(table))
-    command.options.push_back({Option::Flag, kShowSecrets, "Show passwords in the list of changes"});
+    command.options.push_back(
+        {Option::Flag, kShowSecrets, "Show passwords in the list of changes"});
   command.changesDevice = command.changesSettings = true;
   command.details = [&table] { return helpOf(table); };
   command.examples = {example};
@@ -148,11 +148,10 @@ std::vector<cli::Command> commandsForEntries(const settings::Table& table,
   const char* meaning =
       kept("Its " + std::string(table.key) +
            (table.label == nullptr ? "" : std::string(", or its ") + table.label));
-  const char* member =
-      settings::hasSecrets(table)
-          ? "A member as below and its value; a secret that is '-' is asked for at the terminal, or "
-            "is the next line of standard input"
-          : "A member as below and its value";
+  const char* member = settings::hasSecrets(table) ? "A member as below and its value; a secret "
+                                                     "that is '-' is asked for at the terminal, or "
+                                                     "is the next line of standard input"
+                                                   : "A member as below and its value";
   const Option entry{Option::Argument, kEntry, meaning, words};
   const Examples& examples = examplesFor(table);
   return {commandFor(table, above + " add", "Add one ", add,

@@ -79,6 +79,12 @@ inline cli::Command withDetails(cli::Command command, std::function<std::string(
   return command;
 }
 
+/// A command with examples of how it is typed, see cli::Command.
+inline cli::Command withExamples(cli::Command command, std::vector<const char*> examples) {
+  command.examples = std::move(examples);
+  return command;
+}
+
 // The words that the device has, for the completion of command lines. They throw a Refusal if the
 // device's files are unusable, and load nothing but the file that the words are in.
 

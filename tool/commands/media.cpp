@@ -88,8 +88,8 @@ cli::Command commandFor(const settings::Table& table) {
   const char* name = texts.emplace_back("live " + std::string(table.word)).c_str();
   const char* help = texts.emplace_back("List the " + std::string(table.entry) + "s").c_str();
   cli::Command command{name, help, {}, [&table](const Arguments& arguments) {
-                         return listingOf(table,
-                                          settings::hasSecrets(table) && arguments.given(kShowSecrets));
+                         return listingOf(
+                             table, settings::hasSecrets(table) && arguments.given(kShowSecrets));
                        }};
   if (settings::hasSecrets(table))
     command.options = {{Option::Flag, kShowSecrets, "Show passwords as they are stored"}};
@@ -150,25 +150,32 @@ Answer graph(const Arguments& arguments) {
 CommandGroup streamGroup() {
   CommandGroup group{
       "Streams",
-      {withDetails(command("stream", "Show stream sources and caches, and change caches", nullptr),
+      {withDetails(command("stream", "Show stream sources and caches, and change them", nullptr),
                    [] {
                      return helpOfAll({&settings::streamSources(), &settings::streamCaches()});
                    }),
-       withDetails(command("stream sources", "List the stream sources", sources),
-                   [] { return helpOf(settings::streamSources()); }),
-       withDetails(
-           command("stream caches", "List the stream caches and the sources they carry", caches),
-           [] { return helpOf(settings::streamCaches()); }),
-       command("stream cache", "Change the sources of a stream cache", nullptr,
+       withExamples(withDetails(command("stream sources", "List the stream sources", sources),
+                                [] { return helpOf(settings::streamSources()); }),
+                    {"stream sources"}),
+       withExamples(
+           withDetails(command("stream caches", "List the stream caches and the sources they carry",
+                               caches),
+                       [] { return helpOf(settings::streamCaches()); }),
+           {"stream caches"}),
+       command("stream cache", "Change the stream caches", nullptr,
                {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
-       changer("stream cache select", "Mark a source with \"Enable\", in place", select,
-               {kAllowedSource}),
-       changer(
-           "stream cache default",
-           "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
-           {kAllowedSource, {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
-       changer("stream cache allow", "Replace the sources that the cache allows", allow,
-               {{Option::Arguments, kSource, "Ids from 0 to 29"}}),
+       withExamples(changer("stream cache select", "Mark a source with \"Enable\", in place",
+                            select, {kAllowedSource}),
+                    {"stream cache 12 select 2"}),
+       withExamples(
+           changer("stream cache default",
+                   "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
+                   {kAllowedSource,
+                    {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
+           {"stream cache 12 default 2"}),
+       withExamples(changer("stream cache allow", "Replace the sources that the cache allows",
+                            allow, {{Option::Arguments, kSource, "Ids from 0 to 29"}}),
+                    {"stream cache 12 allow 0 2"}),
        command("stream source", "Change the stream sources", nullptr)}};
   for (const auto& [table, above] : {std::pair{&settings::streamSources(), "stream source"},
                                      std::pair{&settings::streamCaches(), "stream cache"}})
@@ -182,12 +189,16 @@ CommandGroup streamGroup() {
 CommandGroup liveGroup() {
   CommandGroup group{
       "Live media",
-      {withDetails(command("live", "Show what the live media services send", nullptr),
-                   [] { return helpOfAll(settings::liveTables()); })}};
+      {withDetails(
+          command("live", "Show what the live media services send, and change it", nullptr),
+          [] { return helpOfAll(settings::liveTables()); })}};
   for (const settings::Table* table : settings::liveTables()) {
-    const cli::Command& listing = group.commands.emplace_back(commandFor(*table));
-    for (cli::Command& command : commandsForEntries(*table, listing.name))
-      group.commands.push_back(std::move(command));
+    cli::Command listing = commandFor(*table);
+    std::vector<cli::Command> changers = commandsForEntries(*table, listing.name);
+    listing.examples = {listing.name};
+    listing.examples.push_back(changers.front().examples.front());
+    group.commands.push_back(std::move(listing));
+    for (cli::Command& command : changers) group.commands.push_back(std::move(command));
   }
   return group;
 }

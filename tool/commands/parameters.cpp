@@ -2,9 +2,14 @@
 
 #include <camcfg/types.h>
 
+#include <algorithm>
+
 #include "base/plain_text.h"
+#include "base/secret_input.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "document/single.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -37,6 +42,8 @@ Answer list(const Arguments& arguments) {
 }
 
 Answer get(const Arguments& arguments) {
+  if (!arguments.given(kName) && document::isInDocument(arguments.text(kSection)))
+    return Answer(document::getSingle(arguments.text(kSection)), {Line{"{value}"}});
   const parameters::Parameters parameters;
   const parameters::Parameter parameter =
       parameters.requireAt(arguments.text(kSection), arguments.text(kName));
@@ -84,11 +91,28 @@ constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
 constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
 
 Answer setAll(const std::vector<parameters::Assignment>& assignments, bool force, bool rehearse) {
-  Answer answer(parameters::setParameters(assignments, force, rehearse),
-                {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}});
+  const Outcome outcome = parameters::setParameters(assignments, force, rehearse);
+  Answer answer;
+  answer.layout = {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}};
+  answer.value["dryRun"] = rehearse;
+  for (const auto& [name, list] : outcome.value.items()) answer.value[name] = list;
   if (rehearse || answer.value["changes"].empty())
     answer.layout.emplace_back(Line{"nothing was written"});
   return answer;
+}
+
+// Of settings of which not all are parameters.
+Answer setInDocument(const std::vector<parameters::Assignment>& assignments,
+                     const Arguments& arguments) {
+  std::vector<std::pair<std::string, std::string>> values;
+  for (const auto& [place, name, value] : assignments) {
+    const bool isAskedFor = value == "-" && settings::isSecretAt(place);
+    values.emplace_back(place, isAskedFor ? readSecret(place) : value);
+  }
+  const bool rehearse = arguments.given(kDryRun);
+  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::allFiles());
+  return changed(document::setSingles(values, {rehearse, false}),
+                 "it is so already; nothing was written");
 }
 
 Answer set(const Arguments& arguments) {
@@ -98,6 +122,10 @@ Answer set(const Arguments& arguments) {
   const bool isOne = !isAssignment(words.front());
   const std::vector<parameters::Assignment> assignments =
       isOne ? std::vector{assignmentOf(words)} : assignmentsIn(words);
+  if (std::any_of(assignments.begin(), assignments.end(), [](const auto& assignment) {
+        return assignment.name.empty() && document::isInDocument(assignment.place);
+      }))
+    return setInDocument(assignments, arguments);
   const device::Turn turn(rehearse ? device::Turn::Files()
                                    : device::Turn::Files{CFG_FILE_BUSINESS});
   return isOne ? setOne(assignments.front(), force, rehearse)
@@ -179,21 +207,30 @@ Answer setOne(const parameters::Assignment& assignment, bool force, bool rehears
 CommandGroup parametersGroup() {
   return {
       "Parameters",
-      {command("list", "List the parameters and their current values", list,
-               {{Option::OptionalArgument, kSection, "Only this section"}}),
-       command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
-       changer(
-           "set", "Set a parameter and save it with its backup", set,
-           {{Option::Arguments, kAssignment,
-             "A place such as System/Rtsp, or a name that is only in one section, and an integer "
-             "within the range or an allowed text"},
-            {Option::Flag, kForce,
-             "Set a text that is only a part of an allowed one, and confirm a change that is on "
-             "trial first"},
-            {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
-       command("describe", "Show a parameter's type, limits, default and value", describe,
-               {{Option::Argument, kName,
-                 "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}})}};
+      {withExamples(command("list", "List the parameters and their current values", list,
+                            {{Option::OptionalArgument, kSection, "Only this section"}}),
+                    {"list", "list System"}),
+       withExamples(
+           command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
+           {"get System/Rtsp", "get Ch1MainCodec", "get live.srt[1].port"}),
+       withExamples(
+           changer(
+               "set", "Set parameters and save them with their backup", set,
+               {{Option::Arguments, kAssignment,
+                 "A place such as System/Rtsp, or a name that is only in one section, and an "
+                 "integer within the range or an allowed text; also a place that 'find' prints, "
+                 "or SECTION NAME VALUE"},
+                {Option::Flag, kForce,
+                 "Set a text that is only a part of an allowed one, and confirm a change that is "
+                 "on trial first"},
+                {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
+           {"set System/Rtsp=8554", "set System/WebHttp=8000 VideoCh1/Ch1MainCodec=H264",
+            "set live.srt[1].latency=250"}),
+       withExamples(
+           command("describe", "Show a parameter's type, limits, default and value", describe,
+                   {{Option::Argument, kName,
+                     "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}}),
+           {"describe Rtsp", "describe System/Rtsp"})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -5,6 +5,7 @@
 #include "base/plain_text.h"
 #include "document/keyed.h"
 #include "document/members.h"
+#include "document/placed.h"
 #include "document/references.h"
 #include "media/media.h"
 #include "settings/media.h"
@@ -63,11 +64,8 @@ class Edit {
   Outcome carryOut(const Table& table, std::size_t index, const ImportOptions& options) {
     Target target = read();
     const Json& entry = entries(table)[index];
-    // Faults of a document count entries; here they have names.
     const std::string place = placeOf(table.place, keyOf(table, entry));
-    const std::string counted = elementPlace(table.place, index);
-    for (settings::Fault& fault : target.faults)
-      if (beginsWith(fault.place, counted)) fault.place.replace(0, counted.size(), place);
+    nameByKeys(sectionOf(table), entries(table), target.faults);
     for (const settings::Fault& fault : danglingIn(table, place, entry, all_)) {
       const auto isSame = [&](const settings::Fault& other) { return other.place == fault.place; };
       target.faults.erase(std::remove_if(target.faults.begin(), target.faults.end(), isSame),

@@ -30,9 +30,8 @@ void addDangling(const Settings& settings, const std::string& place, const Json&
                  const Entries& all, settings::Faults& faults) {
   const auto require = [&](const std::string& where, const Table& table, const Json& key) {
     const Json& entries = entriesIn(all, table);
-    const bool exists = std::any_of(entries.begin(), entries.end(), [&](const Json& entry) {
-      return entry.at(table.key) == key;
-    });
+    const bool exists = std::any_of(entries.begin(), entries.end(),
+                                    [&](const Json& entry) { return entry.at(table.key) == key; });
     if (!key.is_null() && !exists)
       faults.push_back(
           {where, "there is no " + nameOf(table, key) + nearestEntry(table, key, entries)});
@@ -170,6 +169,13 @@ settings::Faults danglingIn(const Table& table, const std::string& place, const 
                             const Entries& all) {
   settings::Faults faults;
   addDangling(table.settings, place, entry, all, faults);
+  return faults;
+}
+
+settings::Faults allDanglingIn(const Table& table, const Entries& all) {
+  settings::Faults faults;
+  for (const Json& entry : entriesIn(all, table))
+    addDangling(table.settings, placeOf(table.place, entry.at(table.key)), entry, all, faults);
   return faults;
 }
 

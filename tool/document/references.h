@@ -27,6 +27,9 @@ const settings::Table* referredBy(const settings::Setting& setting);
 settings::Faults danglingIn(const settings::Table& table, const std::string& place,
                             const Json& entry, const Entries& all);
 
+/// The same of all entries of a table.
+settings::Faults allDanglingIn(const settings::Table& table, const Entries& all);
+
 /// "; did you mean 12 (program)?" of the entry that comes nearest to a key, or to what says which one it
 /// is; empty if none comes near.
 std::string nearestEntry(const settings::Table& table, const Json& sought, const Json& entries);

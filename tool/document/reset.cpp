@@ -9,9 +9,6 @@
 namespace camcfg::tool::document {
 namespace {
 
-constexpr char kParameters[] = "parameters";
-constexpr char kNetwork[] = "network";
-
 const device::Section& sectionOf(const char* name) {
   return *std::find_if(allSections().begin(), allSections().end(),
                        [&](const device::Section& section) { return section.name == name; });

@@ -4,26 +4,15 @@
 
 #include "base/plain_text.h"
 #include "document/document.h"
-#include "document/keyed.h"
+#include "document/placed.h"
 #include "parameters/parameter.h"
 #include "settings/network.h"
-#include "settings/presets.h"
 #include "settings/secrets.h"
+#include "settings/system.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::document {
 namespace {
-
-using settings::Setting;
-using settings::Settings;
-
-constexpr char kParameters[] = "parameters";
-constexpr char kNetwork[] = "network";
-constexpr char kPresets[] = "presets";
-constexpr char kCards[] = "cards";
-
-Json orNull(const char* text) {
-  return text == nullptr ? Json() : Json(text);
-}
 
 Json orNull(const std::string& text) {
   return text.empty() ? Json() : Json(text);
@@ -40,6 +29,21 @@ std::string textOf(const Json& value) {
   return value.is_string() ? value.text() : value.is_null() ? "" : value.dump();
 }
 
+// Files say nothing of what parameters mean; the library knows some.
+Json helpOf(const parameters::Parameter& parameter) {
+  if (parameter.section == settings::kSystemSection)
+    for (const settings::SystemPort& port : settings::systemPorts())
+      if (parameter.name == port.parameter) return port.label;
+  return nullptr;
+}
+
+// Those are settings of the network.
+bool isOfCard(const parameters::Parameter& parameter) {
+  const std::string& name = parameter.name;
+  return parameter.section == settings::kNetworkSection && parameter.isInner() &&
+         settings::cardSettingOf(name.substr(name.rfind('/') + 1)) != nullptr;
+}
+
 class Search {
  public:
   explicit Search(const std::vector<std::string>& words) {
@@ -49,57 +53,30 @@ class Search {
   void inParameters() {
     const parameters::Parameters parameters;
     for (const parameters::Parameter& parameter : parameters.all())
-      add({{"place", parameter.path()},
-           {"value", parameter.value("Cur")},
-           {"of", nullptr},
-           {"unit", nullptr},
-           {"help", nullptr},
-           {"permitted", orNull(parameter.form().permitted())}});
+      if (!isOfCard(parameter))
+        add({{"place", parameter.path()},
+             {"value", parameter.value("Cur")},
+             {"of", nullptr},
+             {"unit", nullptr},
+             {"help", helpOf(parameter)},
+             {"permitted", orNull(parameter.form().permitted())}});
   }
 
-  void inNetwork(const Json& network) {
-    const Setting& hostname = settings::hostnameSetting();
-    add(memberPlace(kNetwork, hostname.member), hostname, memberOrNothing(network, hostname.member),
-        nullptr);
-    for (const auto& [name, card] : memberOrNothing(network, kCards).items())
-      inEntry(memberPlace(memberPlace(kNetwork, kCards), name), settings::cardSettings(), card,
-              name);
-  }
-
-  void inEntries(const std::string& list, const Settings& settings, const char* key,
-                 const char* label, const Json& entries) {
-    const Keyed keyed(entries, key == nullptr ? "" : key);
-    for (const Json& each : keyed.keys()) {
-      const Json& entry = keyed.at(each);
-      inEntry(placeOf(list, each), settings, entry,
-              memberOrNothing(entry, label == nullptr ? "" : label));
-    }
+  void in(const device::Section& section, Json value) {
+    forEachSetting(section, value, [this](const Placed& placed) {
+      const settings::Setting& setting = placed.setting;
+      add({{"place", placed.place},
+           {"value", settings::maskedAt(placed.place, placed.value)},
+           {"of", orNull(placed.of)},
+           {"unit", setting.unit == nullptr ? Json() : Json(setting.unit)},
+           {"help", setting.help},
+           {"permitted", orNull(settings::permittedFor(setting))}});
+    });
   }
 
   Json takeFound() { return std::move(found_); }
 
  private:
-  void inEntry(const std::string& place, const Settings& settings, const Json& entry,
-               const Json& of) {
-    for (const Setting& setting : settings) {
-      const Json& value = memberOrNothing(entry, setting.member);
-      const std::string own = memberPlace(place, setting.member);
-      if (setting.kind == settings::Kind::List)
-        inEntries(own, setting.inner->settings, setting.inner->key, setting.inner->label, value);
-      else
-        add(own, setting, value, of);
-    }
-  }
-
-  void add(const std::string& place, const Setting& setting, const Json& value, const Json& of) {
-    add({{"place", place},
-         {"value", settings::maskedAt(place, value)},
-         {"of", of},
-         {"unit", orNull(setting.unit)},
-         {"help", orNull(setting.help)},
-         {"permitted", orNull(settings::permittedFor(setting))}});
-  }
-
   void add(const Json& setting) {
     std::string text;
     for (const auto& [name, value] : setting.items()) text += lowerCase(textOf(value)) + "\n";
@@ -114,17 +91,10 @@ class Search {
 
 void searchSection(const device::Section& section, Search& search, Outcome& outcome) {
   if (section.name == kParameters) return search.inParameters();
-  const device::Readable readable = readableOf(section);
+  device::Readable readable = readableOf(section);
   for (const device::Unread& unread : readable.unread)
     outcome.notes.push_back("left out of " + section.name + ": " + unread.fault);
-  if (section.name == kNetwork)
-    search.inNetwork(readable.value);
-  else if (section.name == kPresets)
-    search.inEntries(kPresets, settings::presetSettings(), settings::kPresetId,
-                     settings::kPresetDescription, readable.value);
-  else
-    search.inEntries(section.name, section.table->settings, section.table->key,
-                     section.table->label, readable.value);
+  search.in(section, std::move(readable.value));
 }
 
 }  // namespace

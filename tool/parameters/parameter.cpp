@@ -50,9 +50,9 @@ struct Place {
 // "OsdClock/Position" goes by "Position", too.
 bool isCalled(const Parameter& parameter, const std::string& name) {
   const std::string& whole = parameter.name;
-  return whole == name || (whole.size() > name.size() &&
-                           whole.compare(whole.size() - name.size() - 1, std::string::npos,
-                                         "/" + name) == 0);
+  return whole == name ||
+         (whole.size() > name.size() &&
+          whole.compare(whole.size() - name.size() - 1, std::string::npos, "/" + name) == 0);
 }
 
 [[noreturn]] void refuseUnknown(const XMLDocument& document, const std::string& word,

@@ -44,6 +44,29 @@ const Table* tableAt(const std::string& place) {
   return nullptr;
 }
 
+// The setting of a place, or the settings of the records that are there.
+struct SettingAt {
+  const Setting* setting = nullptr;
+  const Settings* settings = nullptr;  // null: nothing is known of the place
+};
+
+SettingAt settingAt(const std::string& place) {
+  const Table* table = tableAt(place);
+  if (table == nullptr) return {};
+  SettingAt found{nullptr, &table->settings};
+  // The members of "live.srt[0].streams[1].id", from the outermost on.
+  for (std::size_t dot = place.find('.', std::strlen(table->place)); dot != std::string::npos;) {
+    const std::size_t next = place.find('.', dot + 1);
+    const std::string member =
+        place.substr(dot + 1, std::min(next, place.find('[', dot)) - dot - 1);
+    found.setting = settingOf(*found.settings, member);
+    if (found.setting == nullptr) return {};
+    if (found.setting->inner != nullptr) found.settings = &found.setting->inner->settings;
+    dot = next;
+  }
+  return found;
+}
+
 const Json* entryWithKey(const Json& entries, const char* key, const Json& sought) {
   for (const Json& entry : entries)
     if (entry.is_object() && entry.contains(key) && entry.at(key) == sought) return &entry;
@@ -69,21 +92,14 @@ Json withMaskedSecrets(const Json& value, const Settings& settings) {
   return replaced(value, settings, true);
 }
 
+bool isSecretAt(const std::string& place) {
+  const SettingAt found = settingAt(place);
+  return found.setting != nullptr && found.setting->masked != nullptr;
+}
+
 Json maskedAt(const std::string& place, const Json& value) {
-  const Table* table = tableAt(place);
-  if (table == nullptr) return value;
-  const Settings* settings = &table->settings;
-  const Setting* setting = nullptr;
-  // The members of "live.srt[0].streams[1].id", from the outermost on.
-  for (std::size_t dot = place.find('.', std::strlen(table->place)); dot != std::string::npos;) {
-    const std::size_t next = place.find('.', dot + 1);
-    const std::string member =
-        place.substr(dot + 1, std::min(next, place.find('[', dot)) - dot - 1);
-    setting = settingOf(*settings, member);
-    if (setting == nullptr) return value;
-    if (setting->inner != nullptr) settings = &setting->inner->settings;
-    dot = next;
-  }
+  const auto [setting, settings] = settingAt(place);
+  if (settings == nullptr) return value;
   if (!value.is_string()) return withMaskedSecrets(value, *settings);
   return isSecret(setting, value) ? Json(setting->masked(value.text())) : value;
 }

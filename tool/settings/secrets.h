@@ -20,6 +20,9 @@ bool hasSecrets(const Table& table);
 /// The value with each secret masked.
 Json withMaskedSecrets(const Json& value, const Settings& settings);
 
+/// Whether a place of a document may have a secret: "live.srt[1].password".
+bool isSecretAt(const std::string& place);
+
 /// What a place of a document has, "live.srt[1].password", with each secret masked.
 Json maskedAt(const std::string& place, const Json& value);
 

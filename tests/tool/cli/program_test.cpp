@@ -57,7 +57,9 @@ TEST(ProgramTest, UsageErrorsHaveStatusTwoAndAnswerNothing) {
   EXPECT_EQ(runCamcfg({"sett"}),
             (ToolRun{2, "", "camcfg: unknown command 'sett'; did you mean 'set'?\n"}));
   EXPECT_EQ(runCamcfg({"set", "System"}),
-            (ToolRun{2, "", "camcfg: set: NAME is required; see 'camcfg set --help'\n"}));
+            (ToolRun{2, "", "camcfg: set: which value? give System=VALUE\n"}));
+  EXPECT_EQ(runCamcfg({"set"}),
+            (ToolRun{2, "", "camcfg: set: PLACE=VALUE is required; see 'camcfg set --help'\n"}));
   EXPECT_EQ(
       runCamcfg({"list", "--frobnicate"}),
       (ToolRun{2, "", "camcfg: list: unknown option '--frobnicate'; see 'camcfg list --help'\n"}));

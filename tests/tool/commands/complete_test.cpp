@@ -122,7 +122,7 @@ TEST_F(CompleteTest, WordsAreThoseOfTheDevice) {
       {"stream cache set 0 s", "words\nsize=\n"},
       {"stream source add 9 k", "words\nkind=VENC\nkind=AI\nkind=AENC\n"},
       {"live srt delete ", "words\n0\n1\n"},
-      {"live rtmp set 0 enabled=", "words\nenabled=yes\nenabled=no\n"},
+      {"live rtmp set 0 enabled=", "words\nyes\nno\n"},
       {"stream cache 0 ", "words\nselect\ndefault\nallow\n"},
       {"stream cache 0 select ", "words\n0\n2\n"},
       {"stream cache 7 default ", "words\n1\n2\n"},
