@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "device/in_the_way.h"
 #include "device/repair.h"
 #include "device/salvage.h"
 #include "device/turn.h"
@@ -26,6 +27,8 @@ Outcome boot(bool salvages, const std::function<std::vector<std::string>()>& las
   std::vector<std::string> finished;
   const Turn turn(Turn::allFiles(), {}, &finished);
   Json done(finished);
+  for (const std::string& directory : makeDirectories())
+    done.push_back(directory + " did not exist and was made");
   const std::vector<std::string> notSalvaged =
       salvages ? salvageBeforeStart(done) : std::vector<std::string>();
   Outcome verified = verify(nullptr, true);

@@ -23,15 +23,20 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kSuffix = ".xml";
 
-// What the file system says of a path, before the library opens it: opening a pipe would wait for
-// somebody to write into it.
+bool isLink(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+// What the file system says of a path, before the library opens it.
 Copy examine(const std::string& path) {
   struct stat status {};
   const bool isThere = stat(path.c_str(), &status) == 0;
-  if (!isThere && (errno == ENOENT || errno == ENOTDIR)) return {};
+  const bool leadsNowhere = !isThere && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP);
+  if (leadsNowhere && isLink(path)) return {State::NotAFile, "is a link to nothing"};
+  if (leadsNowhere) return {};
   if (isThere && S_ISDIR(status.st_mode)) return {State::NotAFile, "is a directory"};
-  if (isThere && !S_ISREG(status.st_mode))
-    return {State::NotAFile, "is not a regular file", nullptr, S_ISFIFO(status.st_mode)};
+  if (isThere && !S_ISREG(status.st_mode)) return {State::NotAFile, "is not a regular file"};
   if (!isThere || faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
     return {State::Unreadable, std::string("cannot be read: ") + std::strerror(errno)};
   return {State::Good, ""};
@@ -72,16 +77,18 @@ std::vector<std::string> namesCheckedAtStart() {
   return {};
 }
 
+// What a copy is by itself.
+State ownState(const Copy& copy) {
+  if (!copy.loads()) return copy.state;
+  return copy.document->FirstChildElement() == nullptr ? State::NoElement : State::Good;
+}
+
 void compare(ConfigFile& file) {
-  const bool parses = file.main.state == State::Good || file.main.state == State::NoElement;
-  if (!parses || file.backup.state != State::Good || sameContents(file.main, file.backup)) return;
-  const std::string missing = elementCutOff(file.main, file.backup);
-  if (missing.empty()) {
-    file.backup.state = State::OutOfStep;
-  } else {
-    file.main.state = State::CutShort;
-    file.main.fault = "ends before '" + missing + "', which its backup has";
-  }
+  const PairState states = compared(file.main, file.backup);
+  file.main.state = states.main;
+  file.backup.state = states.backup;
+  if (states.main == State::CutShort)
+    file.main.fault = "ends before '" + states.lacking + "', which its backup has";
 }
 
 FileSet surveyOnce() {
@@ -92,6 +99,7 @@ FileSet surveyOnce() {
 
   FileSet set;
   set.anyBackup = !filesIn(CFG_DIR_BACKUP).empty();
+  set.anyFactory = !filesIn(CFG_DIR_DEFAULT).empty();
   for (const std::string& name : names) {
     const Stage stage(name, set.files.size() + 1, names.size());
     set.files.push_back(surveyFile(name, isAmong(checkedAtStart, name)));
@@ -161,6 +169,17 @@ Document requireDocument(const std::string& path) {
 
 bool sameContents(const Copy& a, const Copy& b) {
   return a.loads() && b.loads() && written(*a.document) == written(*b.document);
+}
+
+PairState compared(const Copy& main, const Copy& backup) {
+  PairState states{ownState(main), ownState(backup)};
+  if (!main.loads() || states.backup != State::Good || sameContents(main, backup)) return states;
+  states.lacking = elementCutOff(main, backup);
+  if (states.lacking.empty())
+    states.backup = State::OutOfStep;
+  else
+    states.main = State::CutShort;
+  return states;
 }
 
 // The library never removes a top-level element.

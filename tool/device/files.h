@@ -20,7 +20,7 @@ enum class State {
   Damaged,     ///< not well-formed
   NoElement,   ///< well-formed, but it holds nothing
   Unreadable,  ///< not for the one who runs the tool
-  NotAFile,    ///< a directory or something else of that name
+  NotAFile,    ///< a directory, a link to nothing or something else of that name
   OutOfStep,   ///< a good backup copy with other contents than its main copy
   CutShort,    ///< a main copy that ends before a top-level element that its good backup still has
 };
@@ -46,7 +46,6 @@ struct Copy {
   State state = State::Missing;
   std::string fault = "is missing";  ///< what is wrong; empty for a good copy
   Document document{};               ///< what was loaded; null if the library cannot load it
-  bool isPipe = false;               ///< whoever opens it waits until somebody writes into it
 
   /// Whether the library loads it, which is all that start-up verification asks for.
   bool loads() const { return document != nullptr; }
@@ -70,6 +69,14 @@ inline bool isWhole(std::string_view text) {
 
 /// Whether two documents are the same to the library.
 bool sameContents(const Copy& a, const Copy& b);
+
+/// The states of a main copy and its backup, compared with each other.
+struct PairState {
+  State main;
+  State backup;
+  std::string lacking{};  ///< the element at which a main copy is cut short
+};
+PairState compared(const Copy& main, const Copy& backup);
 
 /// The first top-level element that a copy lacks at its end: a save that is cut off between two of
 /// them, or between a comment and the first of them, leaves a file that still loads. Empty if it lacks
@@ -107,7 +114,8 @@ struct ConfigFile {
 /// at, and whatever is called "*.xml" in any of the three directories.
 struct FileSet {
   std::vector<ConfigFile> files;
-  bool anyBackup = false;  ///< the backup directory holds a file
+  bool anyBackup = false;   ///< the backup directory holds a file
+  bool anyFactory = false;  ///< the factory set's directory holds a file
 
   /// The file of this name; null if there is none.
   const ConfigFile* find(const std::string& name) const;

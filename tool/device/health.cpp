@@ -5,7 +5,10 @@
 #include <optional>
 
 #include "base/plain_text.h"
+#include "device/advice.h"
+#include "device/forecast.h"
 #include "device/repair.h"
+#include "device/salvage.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
@@ -36,57 +39,40 @@ const char* wordFor(Health health) {
   return kWords[static_cast<std::size_t>(health)];
 }
 
-// What start-up verification does, file by file.
-class StartUp {
+// What becomes of the files if nobody does anything.
+class Prospects {
  public:
-  explicit StartUp(const FileSet& set) : set_(set), repairs_(startUpRepairs(set)) {}
-
-  /// What it does to a copy; null for one that it does not look at.
-  Json to(const ConfigFile& file, Place place) const {
-    if (!file.checkedAtStart || place == Place::Default) return nullptr;
-    if (const auto found = pipe(file)) return *found == place ? Json("waits-for-ever") : Json();
-    const Repair* repair = repairOf(file, place);
-    return repair == nullptr ? "stays" : std::string("from-") + wordFor(repair->from);
+  explicit Prospects(const FileSet& set) : set_(set), isRefused_(!whyNotVerified(set).empty()) {
+    const bool isWell = std::all_of(set.files.begin(), set.files.end(), [](const auto& file) {
+      return file.main.state == State::Good && file.backup.state == State::Good;
+    });
+    if (!isWell) salvaged_ = salvagedBeforeStart();
   }
 
-  /// What a finding adds on a copy that is restored; none for one that is not.
-  std::optional<std::string> outlook(const ConfigFile& file, Place place) const {
-    const Repair* repair = pipe(file) ? nullptr : repairOf(file, place);
-    if (repair == nullptr) return std::nullopt;
-    return std::string("; the next start restores it from ") +
-           (repair->from == Place::Backup ? "its backup" : "the factory set");
+  bool isSalvaged(const ConfigFile& file) const { return isAmong(salvaged_, file.name); }
+
+  Forecast start(const ConfigFile& file) const {
+    Forecast forecast(set_, file);
+    forecast.start();
+    return forecast;
   }
 
-  /// The first copy that it opens and that is a pipe.
-  std::optional<Place> pipe(const ConfigFile& file) const {
-    if (!file.checkedAtStart) return std::nullopt;
-    for (const Place place : kPlaces) {
-      if (place == Place::Backup && !set_.anyBackup) continue;
-      if (file.copy(place).isPipe) return place;
-      if (file.copy(place).loads()) break;
-    }
-    return std::nullopt;
+  Forecast boot(const ConfigFile& file) const {
+    Forecast forecast(set_, file);
+    if (!isRefused_) forecast.boot(isSalvaged(file));
+    return forecast;
   }
 
  private:
-  const Repair* repairOf(const ConfigFile& file, Place place) const {
-    for (const Repair& repair : repairs_)
-      if (repair.name == file.name && repair.to == place && repair.fitsTheCopy()) return &repair;
-    return nullptr;
-  }
-
   const FileSet& set_;
-  std::vector<Repair> repairs_;
+  bool isRefused_;
+  std::vector<std::string> salvaged_;
 };
 
-Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
-  Json record = {{"file", file.name},
-                 {"copy", wordFor(place)},
-                 {"path", file.path(place)},
-                 {"state", wordFor(file.copy(place).state)},
-                 {"bytes", nullptr},
-                 {"changed", nullptr},
-                 {"atStart", startUp.to(file, place)}};
+Json recordOf(const ConfigFile& file, Place place) {
+  Json record = {{"file", file.name},        {"copy", wordFor(place)},
+                 {"path", file.path(place)}, {"state", wordFor(file.copy(place).state)},
+                 {"bytes", nullptr},         {"changed", nullptr}};
   struct stat status {};
   if (stat(file.path(place).c_str(), &status) != 0) return record;
   if (S_ISREG(status.st_mode)) record["bytes"] = status.st_size;
@@ -95,86 +81,89 @@ Json recordOf(const ConfigFile& file, Place place, const StartUp& startUp) {
   return record;
 }
 
+void addCopies(const ConfigFile& file, const Prospects& prospects, Json& copies) {
+  const Forecast start = prospects.start(file);
+  const Forecast boot = prospects.boot(file);
+  for (const Place place : kPlaces) {
+    Json record = recordOf(file, place);
+    const bool isChecked = file.checkedAtStart && place != Place::Default;
+    record["atStart"] = isChecked ? Json(start.source(place)) : Json();
+    record["afterStart"] = wordFor(start.state(place));
+    record["atBoot"] = place == Place::Default ? Json() : Json(boot.source(place));
+    record["afterBoot"] = wordFor(boot.state(place));
+    const std::optional<Place> same = sameFileAs(file, place);
+    record["sameFileAs"] = same ? Json(file.path(*same)) : Json();
+    copies.push_back(std::move(record));
+  }
+}
+
 // What is wrong with the copies of a file.
 struct Judgement {
   Health health = Health::Well;
-  std::vector<std::string> findings;
+  std::vector<Advice> advice;
 
-  void add(Health least, const std::string& finding) {
+  void add(Health least, Advice what) {
     health = std::max(health, least);
-    findings.push_back(finding);
+    advice.push_back(std::move(what));
   }
 };
 
-std::string outlookForBackup(const ConfigFile& file) {
-  const bool resynced = file.main.state == State::Good && file.backup.state != State::NotAFile;
-  return resynced ? "; 'camcfg verify --resync' brings it up to date" : "";
+Judgement judge(const FileSet& set, const ConfigFile& file, const Prospects& prospects) {
+  Judgement judgement;
+  if (file.main.state != State::Good)
+    judgement.add(prospects.start(file).state(Place::Main) == State::Good ? Health::Degraded
+                                                                          : Health::Unusable,
+                  adviceOn(set, file, Place::Main, prospects.isSalvaged(file)));
+  if (file.backup.state != State::Good)
+    judgement.add(Health::Degraded, adviceOn(set, file, Place::Backup));
+  // A file of somebody else's, not in the factory set, has no factory copy.
+  const bool isExpected = isRequired(file.name) || file.checkedAtStart;
+  if (std::optional<Advice> advice = adviceOnFactory(set, file, isExpected))
+    judgement.add(Health::Degraded, std::move(*advice));
+  for (const Place place : {Place::Backup, Place::Default})
+    if (const std::optional<Place> other = sameFileAs(file, place); other && *other < place)
+      judgement.add(Health::Degraded, adviceOnLink(set, file, place, *other));
+  return judgement;
 }
 
-Judgement judge(const ConfigFile& file, const StartUp& startUp) {
-  Judgement judgement;
-  if (const std::optional<Place> pipe = startUp.pipe(file))
-    judgement.add(Health::Unusable,
-                  file.path(*pipe) + " is a pipe; every start would hang on it; move it away");
-  if (file.main.state != State::Good) {
-    const auto restored = startUp.outlook(file, Place::Main);
-    judgement.add(
-        restored ? Health::Degraded : Health::Unusable,
-        file.path(Place::Main) + " " + file.main.fault + restored.value_or(outlookFor(file)));
-  }
-  if (file.backup.state != State::Good)
-    judgement.add(Health::Degraded,
-                  file.path(Place::Backup) + " " +
-                      (file.backup.state == State::OutOfStep ? "differs from its main copy"
-                                                             : file.backup.fault) +
-                      startUp.outlook(file, Place::Backup).value_or(outlookForBackup(file)));
-  // A file of somebody else's, not in the factory set, has no factory copy.
-  const bool expected = isRequired(file.name) || file.checkedAtStart;
-  const State factory = file.factory.state;
-  if (factory != State::Good && (expected || factory != State::Missing))
-    judgement.add(Health::Degraded, file.path(Place::Default) + " " + file.factory.fault +
-                                        ", so no start can restore from it");
-  return judgement;
+Json jsonOf(const Advice& advice) {
+  return {{"path", advice.path},
+          {"problem", advice.problem},
+          {"move", Json(advice.move)},
+          {"command", advice.command ? Json(*advice.command) : Json()}};
 }
 
 }  // namespace
 
 Outcome checkHealth() {
   const FileSet set = surveyWithRequired();
-  const StartUp startUp(set);
+  const Prospects prospects(set);
   Health worst = Health::Well;
   Outcome outcome;
   outcome.value = {{"health", ""}, {"files", Json::array()}, {"copies", Json::array()}};
+  Json advice = Json::array();
   for (const ConfigFile& file : set.files) {
-    const Judgement judgement = judge(file, startUp);
+    const Judgement judgement = judge(set, file, prospects);
     worst = std::max(worst, judgement.health);
     outcome.value["files"].push_back({{"name", file.name},
                                       {"health", wordFor(judgement.health)},
                                       {"required", isRequired(file.name)},
                                       {"checkedAtStart", file.checkedAtStart}});
-    for (const Place place : kPlaces)
-      outcome.value["copies"].push_back(recordOf(file, place, startUp));
-    for (const std::string& finding : judgement.findings) outcome.notes.push_back(finding);
+    addCopies(file, prospects, outcome.value["copies"]);
+    for (const Advice& each : judgement.advice) {
+      outcome.notes.push_back(each.path + " " + each.problem + each.outlook);
+      advice.push_back(jsonOf(each));
+    }
   }
   outcome.value["health"] = wordFor(worst);
   const std::string whyNot = whyNotKeptApart();
   outcome.value["keptApart"] = whyNot.empty();
   outcome.value["keptApartWhyNot"] = whyNot.empty() ? Json() : Json(whyNot);
   outcome.value["findings"] = outcome.notes;
+  outcome.value["advice"] = std::move(advice);
   constexpr Status kStatus[] = {Status::Done, Status::Degraded, Status::Unusable};
   outcome.status = kStatus[static_cast<std::size_t>(worst)];
   return outcome;
-}
-
-std::string outlookFor(const ConfigFile& file) {
-  if (file.main.state == State::NotAFile || file.main.state == State::NoElement)
-    return "; move it away and run 'camcfg verify'";
-  if (file.main.state == State::Unreadable) return "";
-  if (file.backup.state == State::Good)
-    return file.checkedAtStart && file.main.state != State::CutShort
-               ? ""
-               : "; 'camcfg verify --resync' restores it from its backup";
-  return file.factory.loads() ? "" : " and no other copy of it is good";
 }
 
 }  // namespace camcfg::tool::device

@@ -12,26 +12,14 @@
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/progress.h"
+#include "device/advice.h"
 #include "device/calm.h"
+#include "device/in_the_way.h"
 #include "device/room.h"
 #include "device/turn.h"
 
 namespace camcfg::tool::device {
 namespace {
-
-// What remains to be replaced after start-up verification so that each file has two good copies that
-// are the same.
-std::vector<Repair> resyncRepairs(const FileSet& set) {
-  std::vector<Repair> repairs;
-  for (const ConfigFile& file : set.files) {
-    if (file.main.state == State::Good && file.backup.state != State::Good)
-      repairs.push_back({file.name, Place::Backup, Place::Main});
-    else if ((!file.main.loads() || file.main.state == State::CutShort) &&
-             file.backup.state == State::Good)
-      repairs.push_back({file.name, Place::Main, Place::Backup});
-  }
-  return repairs;
-}
 
 Writing writingOf(const Repair& repair) {
   struct stat source {};
@@ -68,24 +56,8 @@ std::string carryOut(const Repair& repair) {
   return whyNotDone(repair);
 }
 
-// The library opens whatever is under a name that it checks, and would wait at a pipe for ever.
-void requireNoPipe(const FileSet& set) {
-  for (const ConfigFile& file : set.files)
-    for (const Place place : kPlaces)
-      if (file.copy(place).isPipe)
-        throw Refusal(Status::Unusable, file.path(place) + " is a pipe; move it away");
-}
-
-// A main copy that is no file, or has too long a name, must not keep the others from being
-// restored.
-void requireWritable(const std::vector<Repair>& repairs, const FileSet& set) {
-  std::vector<Writing> mains;
-  for (const Repair& repair : repairs) {
-    const bool isFile = set.find(repair.name)->main.state != State::NotAFile;
-    if (repair.to == Place::Main && isFile && repair.fitsTheCopy())
-      mains.push_back(writingOf(repair));
-  }
-  const std::string fault = whyNotWritable(mains);
+void requireWritable(const FileSet& set) {
+  const std::string fault = whyNotVerified(set);
   if (!fault.empty()) throw Refusal(Status::Unusable, "cannot restore main copies: " + fault);
 }
 
@@ -115,9 +87,8 @@ class Verification {
   explicit Verification(HostDirectory* keepIn) : keepIn_(keepIn), found_(surveyFiles()) {}
 
   void startUp() {
-    requireNoPipe(found_);
     const std::vector<Repair> repairs = startUpRepairs(found_);
-    requireWritable(repairs, found_);
+    requireWritable(found_);
     for (const Repair& repair : repairs) keep(repair, found_);
     verifyUndisturbed();
     now_ = surveyFiles();
@@ -125,16 +96,7 @@ class Verification {
   }
 
   void resync() {
-    for (const Repair& repair : resyncRepairs(now_)) {
-      std::string fault;
-      try {
-        keep(repair, now_);
-        fault = carryOut(repair);
-      } catch (const Refusal& refusal) {
-        fault = refusal.what();
-      }
-      add({repair, fault});
-    }
+    for (const ConfigFile& file : now_.files) resync(file);
     now_ = surveyFiles();
   }
 
@@ -153,7 +115,8 @@ class Verification {
     for (const ConfigFile& file : now_.files) {
       outcome.value["files"].push_back(recordOf(file));
       if (file.main.state != State::Good && !isTold(file))
-        worsen(Status::Unusable, file.path(Place::Main) + " " + file.main.fault + outlookFor(file));
+        worsen(Status::Unusable, file.path(Place::Main) + " " + file.main.fault +
+                                     adviceOn(now_, file, Place::Main).outlook);
       outOfSync += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
     }
     if (!resynced && outOfSync != 0)
@@ -172,6 +135,22 @@ class Verification {
     verifyAsAtStart(found_);
   }
 
+  void resync(const ConfigFile& file) {
+    PairState states{file.main.state, file.backup.state};
+    while (const auto repair = nextResync(file.name, states, file.factory.state)) {
+      std::string fault;
+      try {
+        keep(*repair, now_);
+        fault = carryOut(*repair);
+      } catch (const Refusal& refusal) {
+        fault = refusal.what();
+      }
+      add({*repair, fault});
+      if (!fault.empty()) return;
+      states = compared(loadCopy(file.path(Place::Main)), loadCopy(file.path(Place::Backup)));
+    }
+  }
+
   void add(Attempt attempt) {
     if (attempt.fault.empty()) noteChange();
     attempts_.push_back(std::move(attempt));
@@ -181,7 +160,9 @@ class Verification {
     const ConfigFile* file = set.find(repair.name);
     if (keepIn_ == nullptr || file == nullptr) return;
     const State state = file->copy(repair.to).state;
-    if (state != State::Damaged && state != State::Unreadable && state != State::CutShort) return;
+    if (state != State::Damaged && state != State::Unreadable && state != State::CutShort &&
+        state != State::NoElement)
+      return;
     const std::string path = repair.target();
     std::string as = path.substr(1);  // "/cfg0/x.xml" is kept as "cfg0-x.xml"
     as[as.find('/')] = '-';
@@ -221,30 +202,30 @@ class Verification {
 
 }  // namespace
 
-bool Repair::fitsTheCopy() const {
-  return ("cp " + source() + " " + target()).size() < CFG_PATH_SIZE;
-}
-
-std::vector<Repair> startUpRepairs(const FileSet& set) {
-  std::vector<Repair> repairs;
-  for (const ConfigFile& file : set.files) {
-    if (!file.checkedAtStart || file.main.loads()) continue;
-    if (set.anyBackup && file.backup.loads()) {
-      repairs.push_back({file.name, Place::Main, Place::Backup});
-    } else if (file.factory.loads()) {
-      repairs.push_back({file.name, Place::Main, Place::Default});
-      if (set.anyBackup) repairs.push_back({file.name, Place::Backup, Place::Default});
-    }
+// A main copy that is no file, or may not be used, or has too long a name, must not keep the others from
+// being restored.
+std::string whyNotVerified(const FileSet& set) {
+  if (isGoingToBeMade(CFG_DIR_MAIN)) return "";
+  std::vector<Writing> mains;
+  for (const Repair& repair : startUpRepairs(set)) {
+    const State state = set.find(repair.name)->main.state;
+    const bool isFile = state != State::NotAFile && state != State::Unreadable;
+    if (repair.to == Place::Main && isFile && repair.fitsTheCopy())
+      mains.push_back(writingOf(repair));
   }
-  return repairs;
+  return whyNotWritable(mains);
 }
 
 Outcome verify(HostDirectory* keepIn, bool resync) {
   const Turn turn(Turn::allFiles());
+  const std::vector<std::string> made = resync ? makeDirectories() : std::vector<std::string>();
   Verification verification(keepIn);
   verification.startUp();
   if (resync) verification.resync();
-  return verification.outcome(resync);
+  Outcome outcome = verification.outcome(resync);
+  for (const std::string& directory : made)
+    outcome.notes.push_back("note: " + directory + " did not exist and was made");
+  return outcome;
 }
 
 }  // namespace camcfg::tool::device

@@ -31,6 +31,8 @@ std::string whyNotPermitted(const std::string& path) {
   const std::string directory = directoryOf(path);
   struct stat status {};
   if (stat(directory.c_str(), &status) != 0) return cannotWrite(path);
+  if (stat(path.c_str(), &status) != 0 && lstat(path.c_str(), &status) == 0)
+    return "cannot write " + path + ": it is a link to nothing; move it away";
   if (stat(path.c_str(), &status) != 0)
     return errno == ENOENT && maybeWritten(directory) ? "" : cannotWrite(path);
   if (!S_ISREG(status.st_mode))

@@ -108,10 +108,13 @@ void storeUnnoted(const SalvageTask& task, const SalvagedFile& file) {
   if (bytesOf(task.path) != file.bytes) throw Refusal("the copy is incomplete");
 }
 
-void salvageLost(const SalvageTask& task, Json& done, std::vector<std::string>& notes) {
-  std::optional<SalvagedFile> file = task.salvaged();
-  if (!file || file->from(kFromFactory) == file->settings.size()) return;
-  const std::vector<Salvaged> found = {{task, std::move(*file)}};
+std::string notSalvaged(const SalvageTask& task, const Refusal& refusal) {
+  return task.path + " was not salvaged: " + refusal.what();
+}
+
+void salvageLost(const Salvaged& salvaged, Json& done, std::vector<std::string>& notes) {
+  const SalvageTask& task = salvaged.task;
+  const std::vector<Salvaged> found = {salvaged};
   Json kept = Json::array();
   try {
     kept = applied(found);
@@ -140,6 +143,22 @@ bool isLost(const SalvageTask& task, const FileSet& set) {
          (!isBackupGood && (!file.main.loads() || !elementCutOff(file.main, file.factory).empty()));
 }
 
+// What is left of them that the factory copy does not have.
+std::vector<Salvaged> lostFiles(const std::vector<SalvageTask>& tasks,
+                                std::vector<std::string>& notes) {
+  const FileSet set = surveyFiles();
+  std::vector<Salvaged> files;
+  for (const SalvageTask& task : tasks) try {
+      std::optional<SalvagedFile> file =
+          isLost(task, set) ? task.salvaged() : std::optional<SalvagedFile>();
+      if (file && file->from(kFromFactory) != file->settings.size())
+        files.push_back({task, std::move(*file)});
+    } catch (const Refusal& refusal) {
+      notes.push_back(notSalvaged(task, refusal));
+    }
+  return files;
+}
+
 }  // namespace
 
 Outcome salvage(const std::vector<HostFile>& files, bool apply) {
@@ -166,17 +185,22 @@ Outcome salvage(const std::vector<HostFile>& files, bool apply) {
   return outcome;
 }
 
+std::vector<std::string> salvagedBeforeStart() {
+  const std::vector<SalvageTask> tasks = damagedFiles();
+  std::vector<std::string> names;
+  std::vector<std::string> ignored;
+  for (const Salvaged& file : lostFiles(tasks, ignored)) names.push_back(nameOf(file.task.path));
+  return names;
+}
+
 std::vector<std::string> salvageBeforeStart(Json& done) {
+  const std::vector<SalvageTask> tasks = damagedFiles();
   std::vector<std::string> notes;
-  const FileSet set = surveyFiles();
-  for (const SalvageTask& task : damagedFiles()) {
-    if (!isLost(task, set)) continue;
-    try {
-      salvageLost(task, done, notes);
+  for (const Salvaged& file : lostFiles(tasks, notes)) try {
+      salvageLost(file, done, notes);
     } catch (const Refusal& refusal) {
-      notes.push_back(task.path + " was not salvaged: " + refusal.what());
+      notes.push_back(notSalvaged(file.task, refusal));
     }
-  }
   return notes;
 }
 

@@ -41,6 +41,9 @@ std::optional<SalvagedFile> salvaged(const std::optional<std::string>& main,
 /// @throws Refusal  a given file cannot be read or says not what it is; or see makeChanges
 Outcome salvage(const std::vector<HostFile>& files, bool apply);
 
+/// The names of the files that salvageBeforeStart would salvage.
+std::vector<std::string> salvagedBeforeStart();
+
 /// Salvages damaged files of which the backup is not good either: start-up verification would replace
 /// them by factory copies, or leave them as they are. What fails is left to it. Damaged copies that
 /// cannot be kept prevent nothing.

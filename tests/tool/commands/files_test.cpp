@@ -24,6 +24,19 @@ class VerifyTest : public ToolTest {
 
   std::string main() const { return device.read("/cfg0/x.xml"); }
   std::string backup() const { return device.read("/cfg1/x.xml"); }
+
+  // What is in place of a main copy keeps it from being restored, and no other file.
+  void expectOnlyTheOtherIsRestored(const std::string& what) const {
+    write(kDamaged, kGood, kGood, "y.xml");
+    EXPECT_EQ(run({"verify"}),
+              (ToolRun{3,
+                       "FILE   MAIN             BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
+                       "x.xml  not-a-file       good    good     yes       -          -\n"
+                       "y.xml  damaged -> good  good    good     yes       backup     -\n",
+                       "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot "
+                       "write /cfg0/x.xml: it is " +
+                           what + "; move it away\n"}));
+  }
 };
 
 TEST_F(VerifyTest, SoundFilesAreLeftAlone) {
@@ -322,14 +335,7 @@ TEST_F(KeepDamagedTest, ReplacesNothingWhereTheBytesCannotBeSaved) {
 TEST_F(VerifyTest, DirectoryInPlaceOfAMainCopyIsReportedAndDoesNotKeepOthersFromBeingRestored) {
   write(nullptr, kGood, kGood);
   device.makeDirectory("/cfg0/x.xml");
-  write(kDamaged, kGood, kGood, "y.xml");
-  EXPECT_EQ(run({"verify"}),
-            (ToolRun{3,
-                     "FILE   MAIN             BACKUP  DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                     "x.xml  not-a-file       good    good     yes       -          -\n"
-                     "y.xml  damaged -> good  good    good     yes       backup     -\n",
-                     "camcfg: verify: /cfg0/x.xml was not replaced from /cfg1/x.xml: cannot write "
-                     "/cfg0/x.xml: it is not a regular file; move it away\n"}));
+  expectOnlyTheOtherIsRestored("not a regular file");
 }
 
 TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
@@ -344,33 +350,52 @@ TEST_F(VerifyTest, DirectoryInPlaceOfABackupIsReportedAndNothingIsPutIntoIt) {
   EXPECT_TRUE(device.list("/cfg1/x.xml").empty());
 }
 
-TEST_F(VerifyTest, PipeInPlaceOfACopyIsRefusedAtOnce) {
+TEST_F(VerifyTest, PipeInPlaceOfAMainCopyIsReportedAndDoesNotKeepOthersFromBeingRestored) {
   write(nullptr, kGood, kGood);
   ASSERT_EQ(mkfifo((device.hostPath() + "/cfg0/x.xml").c_str(), 0600), 0);
-  EXPECT_EQ(run({"verify"}),
-            (ToolRun{3, "", "camcfg: verify: /cfg0/x.xml is a pipe; move it away\n"}));
+  expectOnlyTheOtherIsRestored("not a regular file");
+}
+
+TEST_F(VerifyTest, LinkToNothingIsReportedAndDoesNotKeepOthersFromBeingRestored) {
+  write(nullptr, kGood, kGood);
+  std::filesystem::create_symlink("/no/such", device.hostPath() + "/cfg0/x.xml");
+  expectOnlyTheOtherIsRestored("a link to nothing");
 }
 
 TEST_F(VerifyTest, FileThatHoldsNoElementIsNamedSinceStartUpAcceptsIt) {
   write("<!-- nothing -->", nullptr, kGood);
-  EXPECT_EQ(run({"verify", "--resync"}),
+  EXPECT_EQ(run({"verify"}),
             (ToolRun{3,
                      "FILE   MAIN        BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
                      "x.xml  no-element  missing  good     yes       -          -\n",
-                     "camcfg: verify: /cfg0/x.xml holds no element; move it away and run 'camcfg "
-                     "verify'\n"}));
+                     "camcfg: verify: /cfg0/x.xml holds no element; 'camcfg verify --resync' "
+                     "restores it from the factory set\n"}));
   EXPECT_FALSE(device.exists("/cfg1/x.xml"));
 }
 
-TEST_F(VerifyTest, MissingBackupDirectoryIsReportedByResync) {
-  write(kGood, nullptr, kGood);
-  device.remove("/cfg1");
-  EXPECT_EQ(run({"verify", "--resync"}),
-            (ToolRun{1,
-                     "FILE   MAIN  BACKUP   DEFAULT  AT START  MAIN FROM  BACKUP FROM\n"
-                     "x.xml  good  missing  good     yes       -          -\n",
-                     "camcfg: verify: /cfg1/x.xml was not replaced from /cfg0/x.xml: cannot write "
-                     "/cfg1/x.xml: No such file or directory\n"}));
+TEST_F(VerifyTest, ResyncRestoresAFileThatHoldsNoElementFromTheFactorySet) {
+  write("<!-- nothing -->", "<!-- nothing -->", kGood);
+  const std::string kept = device.hostPath() + "/kept";
+  EXPECT_EQ(run({"verify", "--resync", "--keep-damaged", kept}).status, 0);
+  EXPECT_EQ(main(), kGood);
+  EXPECT_EQ(backup(), kGood);
+  EXPECT_EQ(device.read("/kept/cfg0-x.xml"), "<!-- nothing -->");
+}
+
+TEST_F(VerifyTest, ResyncMakesADirectoryWithThePermissionsOfTheOther) {
+  for (const char* directory : {"/cfg1", "/cfg0"}) {
+    write(kGood, kGood, kGood);
+    for (const char* each : {"/cfg0", "/cfg1"})
+      ASSERT_EQ(chmod((device.hostPath() + each).c_str(), 0751), 0);
+    device.remove(directory);
+    EXPECT_EQ(run({"verify", "--resync"}).err,
+              std::string("camcfg: verify: note: ") + directory + " did not exist and was made\n");
+    EXPECT_EQ(main(), kGood);
+    EXPECT_EQ(backup(), kGood);
+    struct stat status {};
+    stat((device.hostPath() + directory).c_str(), &status);
+    EXPECT_EQ(status.st_mode & 07777u, 0751u);
+  }
 }
 
 TEST_F(VerifyTest, NameTooLongForTheLibrarysCopyIsReported) {

@@ -110,7 +110,11 @@ TEST_F(StatusTest, JsonHasEveryMember) {
                                              "      \"state\": \"good\",\n"
                                              "      \"bytes\": 26,\n"
                                              "      \"changed\": \"2026-02-03T04:05:06Z\",\n"
-                                             "      \"atStart\": \"stays\"\n"
+                                             "      \"atStart\": \"stays\",\n"
+                                             "      \"afterStart\": \"good\",\n"
+                                             "      \"atBoot\": \"stays\",\n"
+                                             "      \"afterBoot\": \"good\",\n"
+                                             "      \"sameFileAs\": null\n"
                                              "    },\n"
                                              "    {\n"
                                              "      \"file\": \"business_param.xml\",\n"
@@ -119,11 +123,22 @@ TEST_F(StatusTest, JsonHasEveryMember) {
                                              "      \"state\": \"missing\",\n"
                                              "      \"bytes\": null,\n"
                                              "      \"changed\": null,\n"
-                                             "      \"atStart\": \"stays\"\n"
+                                             "      \"atStart\": \"stays\",\n"
+                                             "      \"afterStart\": \"missing\",\n"
+                                             "      \"atBoot\": \"from-main\",\n"
+                                             "      \"afterBoot\": \"good\",\n"
+                                             "      \"sameFileAs\": null\n"
                                              "    },\n"));
   EXPECT_THAT(result.out, testing::HasSubstr("  \"findings\": [\n"
                                              "    \"/cfg1/business_param.xml is missing; 'camcfg "
                                              "verify --resync' brings it up to date\",\n"));
+  EXPECT_THAT(result.out, testing::HasSubstr("  \"advice\": [\n"
+                                             "    {\n"
+                                             "      \"path\": \"/cfg1/business_param.xml\",\n"
+                                             "      \"problem\": \"is missing\",\n"
+                                             "      \"move\": [],\n"
+                                             "      \"command\": \"verify --resync\"\n"
+                                             "    },\n"));
 }
 
 struct Damage {
@@ -219,8 +234,10 @@ INSTANTIATE_TEST_SUITE_P(
                        "ends before 'A', which its backup has; 'camcfg verify --resync' restores "
                        "it from its backup")},
         Damage{"<!-- x -->", "<!-- x -->", kGood, 3, "no-element stays, no-element stays, good -",
-               finding(kMainAt, "holds no element; move it away and run 'camcfg verify'") +
-                   finding(kBackupAt, "holds no element")}));
+               finding(kMainAt,
+                       "holds no element; 'camcfg verify --resync' restores it from the factory "
+                       "set") +
+                   finding(kBackupAt, std::string("holds no element") + kResync)}));
 
 TEST_F(StatusTest, FileOutsideTheFactorySetNeedsNoFactoryCopy) {
   write("/cfg0/own.xml", kGood);
@@ -232,14 +249,51 @@ TEST_F(StatusTest, FileOutsideTheFactorySetNeedsNoFactoryCopy) {
             "own.xml             default  missing  -      -                     -\n");
 }
 
-TEST_F(StatusTest, PipeAtWhichStartUpWouldWaitIsUnusable) {
+constexpr char kMoveIt[] = "; move it away and run 'camcfg verify --resync'";
+
+TEST_F(StatusTest, WhatIsInTheWayOfAMainCopyIsRestoredByNoStart) {
+  const std::string main = device.hostPath() + kMainAt;
+  const auto expectUnusable = [&](const std::string& fault) {
+    const ToolRun result = status();
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err, finding(kMainAt, fault + kMoveIt));
+    EXPECT_THAT(rowsOf("business_param.xml", result), testing::HasSubstr("not-a-file"));
+    EXPECT_THAT(rowsOf("business_param.xml", result), testing::Not(testing::HasSubstr("from-")));
+    device.remove(kMainAt);
+  };
   device.remove(kMainAt);
-  ASSERT_EQ(mkfifo((device.hostPath() + kMainAt).c_str(), 0600), 0);
-  const ToolRun result = status();
-  EXPECT_EQ(result.status, 3);
-  EXPECT_THAT(result.err, testing::StartsWith(finding(
-                              kMainAt, "is a pipe; every start would hang on it; move it away")));
-  EXPECT_THAT(rowsOf("business_param.xml", result), testing::HasSubstr("waits-for-ever\n"));
+  ASSERT_EQ(mkfifo(main.c_str(), 0600), 0);
+  expectUnusable("is not a regular file");
+  std::filesystem::create_symlink("/no/such", main);
+  expectUnusable("is a link to nothing");
+  device.makeDirectory(kMainAt);
+  expectUnusable("is a directory");
+}
+
+TEST_F(StatusTest, BackupThatIsItsMainCopyIsNone) {
+  const std::string backup = device.hostPath() + kBackupAt;
+  device.remove(kBackupAt);
+  std::filesystem::create_symlink(kMainAt, backup);
+  const std::string same =
+      finding(kBackupAt, std::string("is the same file as ") + kMainAt + kMoveIt);
+  EXPECT_EQ(status().err, same);
+  EXPECT_EQ(status().status, 4);
+  device.remove(kBackupAt);
+  std::filesystem::create_hard_link(device.hostPath() + kMainAt, backup);
+  EXPECT_EQ(status().err, same);
+}
+
+TEST_F(StatusTest, LinkInTheFactorySetIsPassedByWhenTheDeviceStarts) {
+  device.write("/good.xml", kGood);
+  device.remove(kDefaultAt);
+  std::filesystem::create_symlink("/good.xml", device.hostPath() + kDefaultAt);
+  device.remove(kMainAt);
+  device.remove(kBackupAt);
+  EXPECT_EQ(
+      status().err,
+      finding(kMainAt, "is missing; 'camcfg verify --resync' restores it from the factory set") +
+          finding(kBackupAt, std::string("is missing") + kResync) +
+          finding(kDefaultAt, "is a link, so no start can restore from it"));
 }
 
 TEST_F(StatusTest, NothingIsChanged) {

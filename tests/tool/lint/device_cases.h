@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TESTS_TOOL_LINT_DEVICE_CASES_H
 #define CAMCFG_TESTS_TOOL_LINT_DEVICE_CASES_H
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,10 @@ struct DeviceCase {
   Damage harmless;
   std::string found;  ///< all lines for the device with the hazard
 };
+
+inline void PrintTo(const DeviceCase& deviceCase, std::ostream* out) {
+  *out << deviceCase.rule;
+}
 
 std::vector<DeviceCase> deviceCases();
 
