@@ -294,7 +294,7 @@ class Parser {
   }
 
   std::string chosenColor() const {
-    const std::string word = textsOf(app_, kColor).back();
+    std::string word = textsOf(app_, kColor).back();
     if (isAmong(kColorWords, word)) return word;
     refuse(kColor, std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
            didYouMean(word, {std::begin(kColorWords), std::end(kColorWords)}));

@@ -83,6 +83,17 @@ std::string typed(const std::vector<CommandGroup>& groups, const Command& comman
   return text;
 }
 
+// A command with its options, what its help adds, and its examples.
+std::string commandEntry(const std::vector<CommandGroup>& groups, const Command& command) {
+  std::string options;
+  for (const Option& option : command.options) options += entry(typed(option), option.help);
+  std::string more = command.details ? command.details() : "";
+  if (!command.examples.empty()) more += (more.empty() ? "" : "\n") + examplesOf(command);
+  return entry(typed(groups, command), command.help) +
+         (options.empty() ? "" : ".RS\n" + options + ".RE\n") +
+         (more.empty() ? "" : ".RS\n" + roffParagraphs(more) + ".RE\n");
+}
+
 std::string commandEntries(const std::vector<CommandGroup>& groups) {
   std::string text;
   std::string title;
@@ -91,13 +102,7 @@ std::string commandEntries(const std::vector<CommandGroup>& groups) {
       if (!command.run || command.hidden) continue;
       if (title != group.title) text += ".SS " + roffText(group.title) + "\n";
       title = group.title;
-      std::string options;
-      for (const Option& option : command.options) options += entry(typed(option), option.help);
-      text += entry(typed(groups, command), command.help);
-      if (!options.empty()) text += ".RS\n" + options + ".RE\n";
-      std::string more = command.details ? command.details() : "";
-      if (!command.examples.empty()) more += (more.empty() ? "" : "\n") + examplesOf(command);
-      if (!more.empty()) text += ".RS\n" + roffParagraphs(more) + ".RE\n";
+      text += commandEntry(groups, command);
     }
   return text;
 }

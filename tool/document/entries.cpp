@@ -14,7 +14,6 @@
 namespace camcfg::tool::document {
 namespace {
 
-using settings::Setting;
 using settings::Table;
 
 bool hasNumberAsKey(const Table& table) {
@@ -55,6 +54,7 @@ class Edit {
     if (found.empty())
       throw Refusal("there is no " + nameOf(table, sought) + nearestEntry(table, sought, list));
     std::vector<std::string> keys;
+    keys.reserve(found.size());
     for (const std::size_t i : found) keys.push_back(keyOf(table, list[i]).dump());
     throw Refusal("there is more than one " + nameOf(table, sought) + "; give one of the " +
                   table.key + "s " + joined(keys));
