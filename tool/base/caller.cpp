@@ -19,7 +19,9 @@ namespace {
 // "NAME=..." is a secret if the name ends with one of these, in upper or lower case.
 constexpr std::string_view kSecrets[] = {"password", "passphrase", "key"};
 constexpr char kMask[] = "***";
-constexpr std::string_view kUrl = "url";  // of a target, with the key of its stream
+// Of a target, with the key of its stream.
+constexpr std::string_view kUrl = "url";
+constexpr std::string_view kUrlInAPlace = ".url";
 
 Caller remembered;
 
@@ -45,7 +47,7 @@ std::string masked(const std::string& word) {
   const std::size_t equals = std::min(word.find('='), word.size());
   const std::string name = word.substr(0, equals);
   if (equals < word.size() && namesSecret(name)) return name + "=" + kMask;
-  if (equals < word.size() && endsWith(name, kUrl))
+  if (equals < word.size() && (isSameWord(name, kUrl) || endsWith(name, kUrlInAPlace)))
     return name + "=" + withMaskedAddress(word.substr(equals + 1), kMask, true);
   const std::size_t scheme = word.find("://");
   if (scheme == std::string::npos) return word;

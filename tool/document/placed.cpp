@@ -15,10 +15,6 @@ using settings::Settings;
 constexpr char kCards[] = "cards";
 constexpr char kInterface[] = "intf";
 
-std::string textOf(const Json& value) {
-  return value.is_string() ? value.text() : value.is_null() ? "" : value.dump();
-}
-
 // "Lan0 (Eth0)"
 std::string withOther(const std::string& name, const std::string& other) {
   return other.empty() ? name : name + " (" + other + ")";
@@ -68,7 +64,8 @@ class Walk {
     Json& cards = network.at(kCards);
     for (const std::string& name : std::vector<std::string>(cards.names())) {
       inRecord(memberPlace(memberPlace(place, kCards), name), settings::cardSettings(),
-               cards.at(name), withOther(name, textOf(memberOrNothing(cards.at(name), kInterface))));
+               cards.at(name),
+               withOther(name, textOf(memberOrNothing(cards.at(name), kInterface))));
     }
   }
 

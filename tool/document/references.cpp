@@ -22,10 +22,6 @@ const Json& entriesIn(const Entries& all, const Table& table) {
       ->second;
 }
 
-std::string textOf(const Json& value) {
-  return value.is_string() ? value.text() : value.dump();
-}
-
 void addDangling(const Settings& settings, const std::string& place, const Json& record,
                  const Entries& all, settings::Faults& faults) {
   const auto require = [&](const std::string& where, const Table& table, const Json& key) {
@@ -92,7 +88,7 @@ bool erase(Json& list, const Condition& condition) {
 // Takes the references to an entry out of a record.
 class Cleaning {
  public:
-  Cleaning(const Table& table, const Json& key) : table_(table), key_(key) {}
+  Cleaning(const Table& table, Json key) : table_(table), key_(std::move(key)) {}
 
   // Whether the record cannot be without what it referred to.
   bool clean(const Settings& settings, Json& record) {

@@ -4,6 +4,7 @@
 
 #include "base/plain_text.h"
 #include "document/document.h"
+#include "document/keyed.h"
 #include "document/placed.h"
 #include "parameters/parameter.h"
 #include "settings/network.h"
@@ -23,10 +24,6 @@ std::string lowerCase(std::string text) {
   for (char& c : text)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   return text;
-}
-
-std::string textOf(const Json& value) {
-  return value.is_string() ? value.text() : value.is_null() ? "" : value.dump();
 }
 
 // Files say nothing of what parameters mean; the library knows some.

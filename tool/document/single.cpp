@@ -79,8 +79,7 @@ class Edit {
     requireNew(parameter.path());
     if (!parameter.isSettable())
       throw Refusal(parameter.path() + ": the library sets no parameter inside another one");
-    valueOf(parametersSection())[parameter.section][parameter.name] =
-        parameter.shown(text.c_str());
+    valueOf(parametersSection())[parameter.section][parameter.name] = parameter.shown(text.c_str());
   }
 
   void requireNew(const std::string& place) {

@@ -61,6 +61,7 @@ bool isCalled(const Parameter& parameter, const std::string& name) {
     throw Refusal(quoted(word) + " is a section; give " + word + "/NAME");
   std::vector<std::string> known;
   const bool isPath = word.find('/') != std::string::npos;
+  known.reserve(all.size());
   for (const Parameter& parameter : all)
     known.push_back(isPath ? parameter.path() : parameter.name);
   for (const XMLElement* section : childrenOf(document)) known.emplace_back(section->Value());
@@ -76,6 +77,7 @@ Place requireNamed(XMLDocument& document, const std::string& name) {
   if (named.empty()) refuseUnknown(document, name, all);
   if (named.size() == 1) return {named.front().section, named.front().name};
   std::vector<std::string> paths;
+  paths.reserve(named.size());
   for (const Parameter& parameter : named) paths.push_back(parameter.path());
   throw Refusal(quoted(name) + " is the name of more than one; give one of " + joined(paths));
 }

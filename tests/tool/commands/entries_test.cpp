@@ -41,16 +41,18 @@ class EntriesTest : public SampleTest {
 TEST_F(EntriesTest, WhatIsLeftOutIsWhatTheLibraryAssumes) {
   EXPECT_EQ(type("live srt add 2 mode=caller hostname=relay.example port=9001 streams=a:12").status,
             0);
-  EXPECT_EQ(exported("live.srt", "id", 2).dump(),
-            R"({"id":2,"mode":"caller","hostname":"relay.example","port":9001,"aesMode":0,)"
-            R"("password":"","latency":20,"streams":[{"id":"a","default":false,"channels":[12]}]})");
+  EXPECT_EQ(
+      exported("live.srt", "id", 2).dump(),
+      R"({"id":2,"mode":"caller","hostname":"relay.example","port":9001,"aesMode":0,)"
+      R"("password":"","latency":20,"streams":[{"id":"a","default":false,"channels":[12]}]})");
   EXPECT_EQ(type("live rtmp add 2 url=rtmp://live.example/app/key").status, 0);
   EXPECT_EQ(exported("live.rtmp", "id", 2).dump(),
             R"({"id":2,"enabled":true,"url":"rtmp://live.example/app/key","username":"",)"
             R"("password":"","video":null,"audio":null})");
   EXPECT_EQ(type("stream cache add 11 name=aux size=512KiB allowed=2,0").status, 0);
-  EXPECT_EQ(exported("stream.caches", "id", 11).dump(),
-            R"({"id":11,"name":"aux","size":{"value":512,"unit":"KB"},"allowed":[0,2],"default":2})");
+  EXPECT_EQ(
+      exported("stream.caches", "id", 11).dump(),
+      R"({"id":11,"name":"aux","size":{"value":512,"unit":"KB"},"allowed":[0,2],"default":2})");
 }
 
 TEST_F(EntriesTest, OtherEntriesStayAsTheyAre) {
@@ -80,6 +82,21 @@ TEST_F(EntriesTest, AnotherNameIsOneChange) {
   EXPECT_EQ(type("live srt delete 5").status, 0);
 }
 
+TEST_F(EntriesTest, AnotherNameAndOtherMembersAreAnotherEntry) {
+  EXPECT_EQ(
+      type("live rtsp set ch1/main name=stage channels=0:video").out,
+      "PLACE                BEFORE                                                             "
+      "                AFTER\n"
+      "live.rtsp[ch1/main]  {\"name\":\"ch1/main\",\"channels\":[{\"id\":0,\"name\":\"video\"},"
+      "{\"id\":8,\"name\":\"audio\"}]}  -\n"
+      "live.rtsp[stage]     -                                                                  "
+      "                {\"name\":\"stage\",\"channels\":[{\"id\":0,\"name\":\"video\"}]}\n");
+  const Json changes = jsonIn(type("live rtsp set stage name=other --json").out)["changes"];
+  EXPECT_EQ(changes,
+            Json(std::vector<Json>{Json{
+                {"place", "live.rtsp[stage].name"}, {"before", "stage"}, {"after", "other"}}}));
+}
+
 TEST_F(EntriesTest, EntriesGoByTheirKeysAndByWhatTheyAreCalled) {
   EXPECT_EQ(type("stream cache set program size=16MiB").out,
             "PLACE                         BEFORE  AFTER\n"
@@ -87,8 +104,8 @@ TEST_F(EntriesTest, EntriesGoByTheirKeysAndByWhatTheyAreCalled) {
   EXPECT_EQ(type("live websocket set preview-2 name=lobby").status, 0);
   EXPECT_EQ(type("live srt delete ingest.example.com").status, 0);
   EXPECT_EQ(type("live websocket add lobby-2 id=2").status, 0);
-  expectRefused("live websocket add lobby-3", "live websocket add",
-                {"which id? give id=NUMBER"}, 2);
+  expectRefused("live websocket add lobby-3", "live websocket add", {"which id? give id=NUMBER"},
+                2);
   EXPECT_EQ(type("stream cache add 13 name=program size=1MB allowed=0").status, 0);
   expectRefused("stream cache set program size=1MB", "stream cache set",
                 {"there is more than one stream cache 'program'; give one of the ids 12, 13"});
@@ -130,8 +147,8 @@ TEST_F(EntriesTest, ReferencesToWhatDoesNotExistAreRefusedWithTheNearest) {
 
 TEST_F(EntriesTest, AllFaultsAreNamedByTheEntrysOwnName) {
   expectRefused("stream cache add 13 name=a", "stream cache add",
-                {"stream.caches[13].size: it is missing", "stream.caches[13].allowed: it is missing",
-                 "nothing was changed"});
+                {"stream.caches[13].size: it is missing",
+                 "stream.caches[13].allowed: it is missing", "nothing was changed"});
   expectRefused("stream cache add 13 name=a size=lots allowed=0", "stream cache add",
                 {"stream.caches[13].size: 'lots' is no size; give bytes, or KB, MB, GB as in 2MB",
                  "nothing was changed"});
@@ -155,16 +172,19 @@ TEST_F(EntriesTest, FaultsInJsonAreThoseOfAnImport) {
 }
 
 TEST_F(EntriesTest, WhatOthersReferToIsNotDeletedUnasked) {
-  expectRefused("stream cache delete program", "stream cache delete",
-                {"stream cache 12 is used by RTSP session 'program', RTMP target 0, SRT instance 0, "
-                 "SRT instance 1; '--cascade' takes it out of these, and deletes those that cannot "
-                 "be without"});
-  expectRefused("stream source delete 9", "stream source delete",
-                {"stream source 9 is used by stream cache 8; '--cascade' takes it out of these, and "
-                 "deletes those that cannot be without"});
-  expectRefused("stream cache set program id=77", "stream cache set",
-                {"stream cache 12 is used by RTSP session 'program', RTMP target 0, SRT instance 0, "
-                 "SRT instance 1, which would not find it by another id"});
+  expectRefused(
+      "stream cache delete program", "stream cache delete",
+      {"stream cache 12 is used by RTSP session 'program', RTMP target 0, SRT instance 0, "
+       "SRT instance 1; '--cascade' takes it out of these, and deletes those that cannot "
+       "be without"});
+  expectRefused(
+      "stream source delete 9", "stream source delete",
+      {"stream source 9 is used by stream cache 8; '--cascade' takes it out of these, and "
+       "deletes those that cannot be without"});
+  expectRefused(
+      "stream cache set program id=77", "stream cache set",
+      {"stream cache 12 is used by RTSP session 'program', RTMP target 0, SRT instance 0, "
+       "SRT instance 1, which would not find it by another id"});
   EXPECT_EQ(type("stream cache set audio-pcm id=9").status, 0);
 }
 
@@ -210,10 +230,9 @@ TEST_F(EntriesTest, UnchangedEntriesAreNotWritten) {
 
 TEST_F(EntriesTest, HelpShowsMembersWithUnitsAndLimits) {
   const std::string help = runCamcfg({"live", "srt", "add", "--help"}).out;
-  for (const char* part :
-       {"  latency     0..2147483647 ms  Time for sending lost packets again\n",
-        "  mode        caller, listener  ", "  port        1..65535 ",
-        "Examples:\n  camcfg live srt add 2 mode=caller "})
+  for (const char* part : {"  latency     0..2147483647 ms  Time for sending lost packets again\n",
+                           "  mode        caller, listener  ", "  port        1..65535 ",
+                           "Examples:\n  camcfg live srt add 2 mode=caller "})
     EXPECT_THAT(help, HasSubstr(part));
   EXPECT_THAT(runCamcfg({"help", "stream", "cache", "set"}).out,
               HasSubstr("  size     bytes, or KB, MB, GB as in 2MB  Size of the buffer\n"));

@@ -31,7 +31,8 @@ class ExampleTest : public SampleTest, public testing::WithParamInterface<Exampl
 
 TEST_P(ExampleTest, WorksOnTheSampleDevice) {
   std::istringstream words(GetParam().line);
-  const ToolRun result = run({std::istream_iterator<std::string>(words), {}}, withInput("secret\n"));
+  const ToolRun result =
+      run({std::istream_iterator<std::string>(words), {}}, withInput("secret\n"));
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_NE(result.out, "");
 }
@@ -48,8 +49,9 @@ TEST_P(ExampleTest, IsAtTheEndOfTheHelp) {
 INSTANTIATE_TEST_SUITE_P(Commands, ExampleTest, testing::ValuesIn(allExamples()));
 
 TEST(ExamplesTest, CommandsThatChangeEntriesHaveSome) {
-  for (const char* name : {"list", "get", "set", "describe", "find", "explain", "reset",
-                           "stream cache add", "stream source set", "live rtmp delete", "live srt"}) {
+  for (const char* name :
+       {"list", "get", "set", "describe", "find", "explain", "reset", "stream cache add",
+        "stream source set", "live rtmp delete", "live srt"}) {
     const auto groups = tool::commands::allGroups();
     const Command* command = tool::cli::findCommand(groups, name);
     ASSERT_NE(command, nullptr) << name;

@@ -45,8 +45,7 @@ TEST_F(FindTest, SettingsAreFoundByEverythingThatIsKnownOfThem) {
       {"eth0", "network.cards.Lan0.mtu"},                    // its interface
       {"RTSP port", "System/Rtsp"},                          // what the device calls it
   };
-  for (const auto& [word, place] : kRows)
-    EXPECT_THAT(places({word}), Contains(place)) << word;
+  for (const auto& [word, place] : kRows) EXPECT_THAT(places({word}), Contains(place)) << word;
 }
 
 TEST_F(FindTest, UpperAndLowerCaseAreAlike) {
@@ -56,8 +55,7 @@ TEST_F(FindTest, UpperAndLowerCaseAreAlike) {
 }
 
 TEST_F(FindTest, EachWordMustBeFound) {
-  EXPECT_EQ(places({"rtsp", "port"}),
-            (Words{"System/Rtsp", "System/RtspOverHttp"}));
+  EXPECT_EQ(places({"rtsp", "port"}), (Words{"System/Rtsp", "System/RtspOverHttp"}));
   EXPECT_EQ(places({"port", "rtsp"}), places({"rtsp", "port"}));
 }
 

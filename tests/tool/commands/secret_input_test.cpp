@@ -22,7 +22,8 @@ class SecretInputTest : public SampleTest {
 
   /// Types keys at the prompts of a terminal.
   /// @return what the terminal showed, and the exit status
-  ToolRun typedAtTerminal(Words words, const std::vector<std::pair<std::string, std::string>>& keys) {
+  ToolRun typedAtTerminal(Words words,
+                          const std::vector<std::pair<std::string, std::string>>& keys) {
     words.insert(words.begin(), {"--root", device.hostPath()});
     Terminal terminal([&] { becomeCamcfg(words); });
     for (const auto& [prompt, typed] : keys) {
@@ -50,8 +51,8 @@ TEST_F(SecretInputTest, TwoSecretsAreTwoLines) {
             0);
   EXPECT_THAT(run({"live", "rtmp", "--show-secrets"}).out,
               HasSubstr("rtmp://live.example/app/key   encoder  open sesame"));
-  EXPECT_EQ(typed({"set", "live.srt[1].password=-", "live.rtmp[0].password=-"}, "one\ntwo\n").status,
-            0);
+  EXPECT_EQ(
+      typed({"set", "live.srt[1].password=-", "live.rtmp[0].password=-"}, "one\ntwo\n").status, 0);
   EXPECT_THAT(phrase(), HasSubstr("\"password\": \"one\""));
   EXPECT_THAT(run({"export", "live.rtmp"}).out, HasSubstr("\"password\": \"two\""));
 }
@@ -59,12 +60,10 @@ TEST_F(SecretInputTest, TwoSecretsAreTwoLines) {
 TEST_F(SecretInputTest, InputThatEndsWithoutOneIsRefused) {
   const std::string before = phrase();
   EXPECT_EQ(typed(kLine, ""),
-            (ToolRun{1, "",
-                     "camcfg: live srt set: standard input has ended without a secret\n"}));
+            (ToolRun{1, "", "camcfg: live srt set: standard input has ended without a secret\n"}));
   EXPECT_EQ(typed({"live", "rtmp", "set", "0", "url=-", "password=-"}, "rtmp://h/a/b\n").status, 1);
   EXPECT_EQ(typed(kLine, std::string(5000, 'x') + "\n"),
-            (ToolRun{1, "",
-                     "camcfg: live srt set: the secret on standard input is too long\n"}));
+            (ToolRun{1, "", "camcfg: live srt set: the secret on standard input is too long\n"}));
   EXPECT_EQ(phrase(), before);
 }
 
@@ -88,8 +87,9 @@ TEST_F(SecretInputTest, OtherMembersAndParametersTakeTheWordAsItIs) {
 }
 
 TEST_F(SecretInputTest, TerminalAsksAndShowsNothingOfIt) {
-  const ToolRun result = typedAtTerminal({"live", "rtmp", "set", "0", "url=-", "password=-"},
-                                         {{"url: ", "rtmp://h/a/zq7key\r"}, {"password: ", "zq7\r"}});
+  const ToolRun result =
+      typedAtTerminal({"live", "rtmp", "set", "0", "url=-", "password=-"},
+                      {{"url: ", "rtmp://h/a/zq7key\r"}, {"password: ", "zq7\r"}});
   EXPECT_EQ(result.status, 0) << result.out;
   EXPECT_THAT(result.out, Not(HasSubstr("zq7")));
   EXPECT_THAT(run({"live", "rtmp", "--show-secrets"}).out, HasSubstr("rtmp://h/a/zq7key"));
@@ -98,9 +98,10 @@ TEST_F(SecretInputTest, TerminalAsksAndShowsNothingOfIt) {
 TEST_F(SecretInputTest, LineCanBeEditedAtATerminal) {
   const std::string erase = "\x7f";
   const std::string kill = "\x15";
-  EXPECT_EQ(typedAtTerminal(kLine, {{"password: ", "wrong" + kill + "r\xc3\xa4" + erase + "ight\r"}})
-                .status,
-            0);
+  EXPECT_EQ(
+      typedAtTerminal(kLine, {{"password: ", "wrong" + kill + "r\xc3\xa4" + erase + "ight\r"}})
+          .status,
+      0);
   EXPECT_THAT(phrase(), HasSubstr("\"password\": \"right\""));
   EXPECT_EQ(typedAtTerminal(kLine, {{"password: ", "ended\x04"}}).status, 0);
   EXPECT_THAT(phrase(), HasSubstr("\"password\": \"ended\""));
@@ -139,17 +140,16 @@ TEST_F(SecretInputTest, HistoryDoesNotHaveIt) {
 }
 
 TEST_F(SecretInputTest, FaultySecretIsNotRepeated) {
-  const std::vector<Words> lines = {
-      {"live", "srt", "set", "1", "--password=zq7"},
-      {"live", "srt", "set", "1", "password=zq7\x01"},
-      {"live", "srt", "set", "1", "=zq7"},
-      {"live", "srt", "set", "1", "pasword=zq7"},
-      {"live", "srt", "set", "1", "password=zq7", "password=zq7"},
-      {"live", "srt", "add", "1", "password=zq7"},
-      {"live", "rtmp", "add", "9", "password=zq7", "video=99"},
-      {"set", "live.srt[1].password=zq7\x01"},
-      {"set", "live.srt[1].pasword=zq7"},
-      {"live", "srt", "set", "1", "password=zq7\xff", "port=0"}};
+  const std::vector<Words> lines = {{"live", "srt", "set", "1", "--password=zq7"},
+                                    {"live", "srt", "set", "1", "password=zq7\x01"},
+                                    {"live", "srt", "set", "1", "=zq7"},
+                                    {"live", "srt", "set", "1", "pasword=zq7"},
+                                    {"live", "srt", "set", "1", "password=zq7", "password=zq7"},
+                                    {"live", "srt", "add", "1", "password=zq7"},
+                                    {"live", "rtmp", "add", "9", "password=zq7", "video=99"},
+                                    {"set", "live.srt[1].password=zq7\x01"},
+                                    {"set", "live.srt[1].pasword=zq7"},
+                                    {"live", "srt", "set", "1", "password=zq7\xff", "port=0"}};
   for (const Words& line : lines)
     for (const char* option : {"--json", "--verbose"}) {
       Words words = line;
@@ -158,6 +158,17 @@ TEST_F(SecretInputTest, FaultySecretIsNotRepeated) {
       EXPECT_NE(result.status, 0) << testing::PrintToString(line);
       EXPECT_THAT(result.out + result.err, Not(HasSubstr("zq7"))) << testing::PrintToString(line);
     }
+}
+
+TEST_F(SecretInputTest, KeyOfAStreamIsLeftOutOfADocumentAndKeptByItsImport) {
+  const ToolRun document = run({"export", "--no-secrets"});
+  for (const char* key : {"event/program", "backup/ch1", "change-me"})
+    EXPECT_THAT(document.out, Not(HasSubstr(key)));
+  EXPECT_EQ(document.err, "");
+  device.write("/document.json", with(document.out, "\"encoder\"", "\"other\""));
+  const std::string before = run({"export"}).out;
+  EXPECT_EQ(run({"import", device.hostPath() + "/document.json"}).status, 0);
+  EXPECT_EQ(run({"export"}).out, with(before, "\"encoder\"", "\"other\""));
 }
 
 TEST_F(SecretInputTest, DocumentWithAFaultySecretIsRefusedWithoutIt) {

@@ -56,9 +56,10 @@ TEST(MembersTest, ListsHaveTheirMembersInARow) {
 }
 
 TEST(MembersTest, RecordsThatStayKeepWhatIsNotSaid) {
-  const Json record = {{"streams", Json(std::vector<Json>{
-                                       Json{{"id", "a"}, {"default", true}, {"channels", nullptr}},
-                                       Json{{"id", "b"}, {"default", true}, {"channels", nullptr}}})}};
+  const Json record = {
+      {"streams",
+       Json(std::vector<Json>{Json{{"id", "a"}, {"default", true}, {"channels", nullptr}},
+                              Json{{"id", "b"}, {"default", true}, {"channels", nullptr}}})}};
   EXPECT_EQ(assigned(tool::settings::srt(), {"streams=b:1,c:2"}, record),
             R"({"streams":[{"id":"b","channels":[1],"default":true},{"id":"c","channels":[2]}]})");
 }
@@ -79,7 +80,8 @@ TEST(MembersTest, SizesAreGivenInUnits) {
   EXPECT_EQ(size("192000"), R"({"value":192000,"unit":"B"})");
   EXPECT_EQ(size("192000B"), R"({"value":192000,"unit":"B"})");
   EXPECT_EQ(size("0"), R"({"value":0,"unit":"B"})");
-  for (const char* word : {"", "MiB", "2XB", "-1", "1.1KB", "2MiB5", ".5MB", "1..5MB", "2 Mi B", "1e3"})
+  for (const char* word :
+       {"", "MiB", "2XB", "-1", "1.1KB", "2MiB5", ".5MB", "1..5MB", "2 Mi B", "1e3"})
     EXPECT_EQ(size(word), Json(word).dump()) << word;
 }
 
