@@ -83,14 +83,12 @@ TEST_F(EntriesTest, AnotherNameIsOneChange) {
 }
 
 TEST_F(EntriesTest, AnotherNameAndOtherMembersAreAnotherEntry) {
-  EXPECT_EQ(
-      type("live rtsp set ch1/main name=stage channels=0:video").out,
-      "PLACE                BEFORE                                                             "
-      "                AFTER\n"
-      "live.rtsp[ch1/main]  {\"name\":\"ch1/main\",\"channels\":[{\"id\":0,\"name\":\"video\"},"
-      "{\"id\":8,\"name\":\"audio\"}]}  -\n"
-      "live.rtsp[stage]     -                                                                  "
-      "                {\"name\":\"stage\",\"channels\":[{\"id\":0,\"name\":\"video\"}]}\n");
+  const Json both = jsonIn(type("live rtsp set ch1/main name=stage channels=0:video --json").out);
+  ASSERT_EQ(both["changes"].size(), 2U);
+  EXPECT_EQ(both["changes"][0]["place"], "live.rtsp[ch1/main]");
+  EXPECT_TRUE(both["changes"][0]["after"].is_null());
+  EXPECT_EQ(both["changes"][1]["place"], "live.rtsp[stage]");
+  EXPECT_TRUE(both["changes"][1]["before"].is_null());
   const Json changes = jsonIn(type("live rtsp set stage name=other --json").out)["changes"];
   EXPECT_EQ(changes,
             Json(std::vector<Json>{Json{
