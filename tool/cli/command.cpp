@@ -22,6 +22,13 @@ const Command* findCommand(const std::vector<CommandGroup>& groups, const std::s
   return nullptr;
 }
 
+std::string examplesOf(const Command& command) {
+  std::string text = "Examples:\n";
+  for (const char* example : command.examples)
+    text.append("  camcfg ").append(example).append("\n");
+  return text;
+}
+
 const std::vector<Option>& globalOptions() {
   static const std::vector<Option> options = {
       {Option::Flag, kHelp, "Show this help", {}, "-h"},
@@ -36,12 +43,13 @@ const std::vector<Option>& globalOptions() {
 
 namespace {
 
-// Whether a row of "set, live: ..." is about a command: "set", or any below "live".
-bool isAbout(const std::string& names, const std::string& command) {
+// Whether a row of "set, live: ..." is about a command: "set", or any below "live" that only reads.
+bool isAbout(const std::string& names, const Command& command) {
   for (std::size_t begin = 0; begin < names.size();) {
     const std::size_t end = std::min(names.find(", ", begin), names.size());
     const std::string name = names.substr(begin, end - begin);
-    if (command == name || beginsWith(command, name + " ")) return true;
+    if (command.name == name) return true;
+    if (!command.changesSettings && beginsWith(command.name, name + " ")) return true;
     begin = end + 2;
   }
   return false;
@@ -62,7 +70,7 @@ std::string exitStatuses(const Command* command) {
     const std::string meaning = line.substr(kMeaningAt);
     const std::size_t colon = meaning.find(": ");
     const bool isGeneral = colon == std::string::npos;
-    if (isGeneral || isAbout(meaning.substr(0, colon), command->name))
+    if (isGeneral || isAbout(meaning.substr(0, colon), *command))
       meanings[line.substr(0, kMeaningAt)] = meaning.substr(isGeneral ? 0 : colon + 2);
   }
   if (!command->usesDevice) meanings.erase("  3  ");

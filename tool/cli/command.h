@@ -152,6 +152,12 @@ struct Command {
   /// What follows its own options is another command that changes settings, with what that takes.
   bool takesCommand = false;
 
+  /// Lines as they are typed after "camcfg ", each of which works on the sample device as it is new.
+  std::vector<const char*> examples{};
+
+  /// It is not given what the command above it takes: "stream cache add", of "stream cache ID".
+  bool standsAlone = false;
+
   /// The last word of the name: "select" of "stream cache select".
   std::string word() const { return name + (above().empty() ? 0 : above().size() + 1); }
   /// The name of the command that this one is below: "stream cache"; empty if it is below none.
@@ -160,6 +166,9 @@ struct Command {
     return space == std::string::npos ? "" : std::string(name, space);
   }
 };
+
+/// The examples of a command on indented lines, after a heading.
+std::string examplesOf(const Command& command);
 
 /// Commands under one heading in the help text.
 struct CommandGroup {

@@ -19,6 +19,8 @@ namespace {
 constexpr char kTool[] = "camcfg";
 constexpr char kAbout[] = "Reads, changes and repairs the settings of a network video device.";
 constexpr char kVersionText[] = "camcfg " CAMCFG_VERSION;
+// Before the number of a word that came after "--".
+constexpr char kLiteral[] = "\x01--";
 constexpr char kFooterBegin[] =
     "Answers go to standard output, everything else to standard error.\nExit status:\n";
 constexpr char kFooterEnd[] =
@@ -26,8 +28,9 @@ constexpr char kFooterEnd[] =
 
 std::string footerOf(const Command& command) {
   const std::string details = command.details ? command.details() + "\n" : "";
+  const std::string examples = command.examples.empty() ? "" : "\n\n" + examplesOf(command);
   return details + "'camcfg --help' lists the options that every command takes.\n\nExit status:\n" +
-         exitStatuses(&command);
+         exitStatuses(&command) + examples;
 }
 
 HostFile read(const std::string& path) {
@@ -82,8 +85,12 @@ class Parser {
     invocation.json = asksForJson(groups_, argc, argv);
     const int own = wordsOfTheTool(groups_, argc, argv);
     others_.assign(argv + std::max(own, 1) - 1, argv + argc);
+    const std::vector<std::string> words = withoutLiterals(own, argv);
+    std::vector<const char*> pointers;
+    pointers.reserve(words.size());
+    for (const std::string& word : words) pointers.push_back(word.c_str());
     try {
-      app_.parse(own, argv);
+      app_.parse(static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::CallForHelp&) {
       invocation.answer = helpOn(selected());
       return invocation;
@@ -124,25 +131,46 @@ class Parser {
     app->group(command.hidden ? "" : &parent == &app_ ? group : "Commands");
     app->footer([&command] { return footerOf(command); });
     prepare(*app);
-    for (const Option& option : command.options) add(*app, option);
+    // Whether a heading needs its arguments is known with the command below it.
+    for (const Option& option : command.options)
+      add(*app, option).required(option.isRequired() && command.run);
     apps_[command.name] = app;
     commands_[app] = &command;
+  }
+
+  // Words after "--" are arguments, whatever they look like. The parser gives up where an option that
+  // takes many has one already, so it is given names for them that look like arguments.
+  std::vector<std::string> withoutLiterals(int argc, const char* const* argv) {
+    std::vector<std::string> words(argv, argv + argc);
+    const auto mark = std::find(words.begin(), words.end(), "--");
+    if (mark == words.end()) return words;
+    for (auto word = words.erase(mark); word != words.end(); ++word) {
+      literals_.push_back(*word);
+      *word = kLiteral + std::to_string(literals_.size() - 1);
+    }
+    return words;
+  }
+
+  std::string meant(const std::string& word) const {
+    if (!beginsWith(word, kLiteral)) return word;
+    const std::optional<std::int32_t> index = decimal32(word.substr(std::strlen(kLiteral)));
+    const bool isKnown =
+        index && *index >= 0 && static_cast<std::size_t>(*index) < literals_.size();
+    return isKnown ? literals_[static_cast<std::size_t>(*index)] : word;
   }
 
   static std::string namesOf(const Option& option) {
     return (option.shortName == nullptr ? "" : std::string(option.shortName) + ",") + option.name;
   }
 
-  static void add(CLI::App& app, const Option& option) {
-    if (option.isNamed() && option.value() == nullptr) {
-      app.add_flag(namesOf(option), option.help)->disable_flag_override();
-      return;
-    }
+  static CLI::Option& add(CLI::App& app, const Option& option) {
+    if (option.isNamed() && option.value() == nullptr)
+      return *app.add_flag(namesOf(option), option.help)->disable_flag_override();
     CLI::Option* added = app.add_option(namesOf(option), CLI::callback_t(), option.help);
     if (option.isNamed()) added->type_name(option.value());
     if (option.takesMany())
       added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
-    added->required(option.isRequired());
+    return *added;
   }
 
   // The command that was named, or the tool itself.
@@ -153,15 +181,17 @@ class Parser {
   }
 
   // A command with what those above it require, as it has to be typed.
-  static std::string usage(const CLI::App& app) {
-    if (app.get_parent() == nullptr) return app.get_name();
-    std::string words = usage(*app.get_parent());
-    for (const CLI::Option* option : app.get_parent()->get_options())
-      if (option->get_positional() && option->get_required()) words += " " + option->get_name(true);
+  std::string usage(const CLI::App& app) const {
+    const CLI::App* parent = app.get_parent();
+    if (parent == nullptr) return app.get_name();
+    std::string words = usage(*parent);
+    if (parent != &app_ && !commands_.at(&app)->standsAlone)
+      for (const Option& option : commands_.at(parent)->options)
+        if (option.isRequired()) words += std::string(" ") + option.name;
     return words + " " + app.get_name();
   }
 
-  static std::string help(const CLI::App& app) {
+  std::string help(const CLI::App& app) const {
     const std::string text =
         app.get_formatter()->make_help(&app, usage(app), CLI::AppFormatMode::Normal);
     return text.substr(0, text.find_last_not_of('\n') + 1) + "\n";
@@ -188,11 +218,15 @@ class Parser {
   }
 
   void refuseUnknownWords() const {
-    for (const std::string& word : app_.remaining(true)) {
-      if (word == "--") continue;
+    for (const std::string& given : app_.remaining(true)) {
+      if (given == "--") continue;
       const CLI::App& app = selected();
-      if (word.size() > 1 && word[0] == '-')
-        refuse(word, "unknown option " + tool::quoted(word), didYouMean(word, optionsOf(app)));
+      if (given.size() > 1 && given[0] == '-') {
+        // What follows the sign may be a secret.
+        const std::string name = given.substr(0, given.find('='));
+        refuse(name, "unknown option " + tool::quoted(name), didYouMean(name, optionsOf(app)));
+      }
+      const std::string word = meant(given);
       if (!commandsBelow(app).empty())
         refuse(word, "unknown command " + tool::quoted(word), didYouMean(word, commandsBelow(app)));
       refuse(word, "unexpected argument " + tool::quoted(word));
@@ -229,6 +263,9 @@ class Parser {
     }
     for (const CLI::App* named = &app; named != &app_; named = named->get_parent())
       for (const Option& option : commands_.at(named)->options) {
+        if (named != &app && option.isRequired() && !invocation.command->standsAlone &&
+            textsOf(*named, option.name).empty())
+          refuse(option.name, std::string(option.name) + " is required");
         give(invocation, option, textsOf(*named, option.name));
         if (invocation.command->becomesProgram && option.takesMany())
           invocation.arguments[option.name].texts = {others_.begin() + 1, others_.end()};
@@ -257,14 +294,16 @@ class Parser {
   }
 
   std::string chosenColor() const {
-    const std::string& word = textsOf(app_, kColor).back();
+    std::string word = textsOf(app_, kColor).back();
     if (isAmong(kColorWords, word)) return word;
     refuse(kColor, std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
            didYouMean(word, {std::begin(kColorWords), std::end(kColorWords)}));
   }
 
-  static const std::vector<std::string>& textsOf(const CLI::App& app, const char* name) {
-    return app.get_option(name)->results();
+  std::vector<std::string> textsOf(const CLI::App& app, const char* name) const {
+    std::vector<std::string> texts = app.get_option(name)->results();
+    for (std::string& text : texts) text = meant(text);
+    return texts;
   }
 
   // Whatever is outside the device's root is opened now, before the root is entered.
@@ -297,6 +336,7 @@ class Parser {
   CLI::App app_{kAbout};
   std::map<std::string, CLI::App*> apps_;
   std::map<const CLI::App*, const Command*> commands_;
+  std::vector<std::string> literals_;
   std::vector<const char*> others_;  // words of another program or command, the first included
 };
 

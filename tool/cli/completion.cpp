@@ -73,6 +73,7 @@ class Reading {
   void enter(const Command& command) {
     above_ = command.name;
     takesCommand_ = command.takesCommand;
+    hasArgument_ = false;
     arguments_.clear();
     for (const Option& option : command.options)
       (option.isNamed() ? options_ : arguments_).push_back(&option);
@@ -81,6 +82,7 @@ class Reading {
   void takeArgument(const std::string& word) {
     if (arguments_.empty()) return;
     const Option& argument = *arguments_.front();
+    hasArgument_ = true;
     give(argument.name, word);
     if (!argument.takesMany()) arguments_.erase(arguments_.begin());
   }
@@ -139,13 +141,16 @@ class Reading {
   void addArguments(CompletionPlace& place) {
     if (takesCommand_) takeInner("--");
     if (!arguments_.empty()) addWordsOf(*arguments_.front(), place);
-    if (arguments_.empty() || !arguments_.front()->isRequired()) addCommands(place);
+    addCommands(place);
   }
 
-  // Those directly below the one that was named.
+  // Those directly below the one that was named: those that are given what it takes come after that,
+  // the others in its place.
   void addCommands(CompletionPlace& place) const {
+    const bool lacksArgument = !arguments_.empty() && arguments_.front()->isRequired();
     for (const Command* command : commandsIn(groups_))
       if (!command->hidden && command->above() == above_ &&
+          (command->standsAlone ? !hasArgument_ : !lacksArgument) &&
           (!isInner_ || command->changesSettings || !command->run))
         place.fixed.push_back({command->word(), command->help});
   }
@@ -155,6 +160,7 @@ class Reading {
   std::vector<const Option*> options_;    // of that command and those above it
   std::vector<const Option*> arguments_;  // of that command, those that are still to come
   std::string awaited_;                   // option whose value comes next
+  bool hasArgument_ = false;              // that command was given one
   bool onlyArguments_ = false;
   bool takesCommand_ = false;
   bool isInner_ = false;  // only what can be carried out by another command may be there

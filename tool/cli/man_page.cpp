@@ -73,12 +73,25 @@ std::string typed(const Option& option) {
 // A command with what it and those above it take in their places.
 std::string typed(const std::vector<CommandGroup>& groups, const Command& command) {
   const Command* above = findCommand(groups, command.above());
-  std::string text =
-      (above == nullptr ? "" : typed(groups, *above) + " ") + roffBold(command.word());
+  std::string text = above == nullptr      ? ""
+                     : command.standsAlone ? roffBold(above->name) + " "
+                                           : typed(groups, *above) + " ";
+  text += roffBold(command.word());
   for (const Option& option : command.options)
     if (!option.isNamed())
       text += option.isRequired() ? " " + typed(option) : " [" + typed(option) + "]";
   return text;
+}
+
+// A command with its options, what its help adds, and its examples.
+std::string commandEntry(const std::vector<CommandGroup>& groups, const Command& command) {
+  std::string options;
+  for (const Option& option : command.options) options += entry(typed(option), option.help);
+  std::string more = command.details ? command.details() : "";
+  if (!command.examples.empty()) more += (more.empty() ? "" : "\n") + examplesOf(command);
+  return entry(typed(groups, command), command.help) +
+         (options.empty() ? "" : ".RS\n" + options + ".RE\n") +
+         (more.empty() ? "" : ".RS\n" + roffParagraphs(more) + ".RE\n");
 }
 
 std::string commandEntries(const std::vector<CommandGroup>& groups) {
@@ -89,11 +102,7 @@ std::string commandEntries(const std::vector<CommandGroup>& groups) {
       if (!command.run || command.hidden) continue;
       if (title != group.title) text += ".SS " + roffText(group.title) + "\n";
       title = group.title;
-      std::string options;
-      for (const Option& option : command.options) options += entry(typed(option), option.help);
-      text += entry(typed(groups, command), command.help);
-      if (!options.empty()) text += ".RS\n" + options + ".RE\n";
-      if (command.details) text += ".RS\n" + roffParagraphs(command.details()) + ".RE\n";
+      text += commandEntry(groups, command);
     }
   return text;
 }

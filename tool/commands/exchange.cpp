@@ -1,7 +1,9 @@
 #include "document/exchange.h"
 
+#include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "parameters/parameter.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -31,28 +33,10 @@ Answer exportDocument(const Arguments& arguments) {
   return Answer(std::move(outcome), {Verbatim{text}});
 }
 
-// What was changed, or would be; nothing where that failed.
-Answer changed(Outcome outcome, const char* unchanged) {
-  Answer answer(std::move(outcome));
-  if (answer.status != Status::Done) return answer;
-  if (answer.value["changes"].empty()) {
-    answer.layout = {Line{unchanged}};
-    return answer;
-  }
-  answer.layout = {
-      Table{"changes", {{"PLACE", "{place}"}, {"BEFORE", "{before-}"}, {"AFTER", "{after+}"}}}};
-  if (answer.value["dryRun"].get<bool>()) answer.layout.emplace_back(Line{"nothing was written"});
-  return answer;
-}
-
-document::ImportOptions optionsOf(const Arguments& arguments) {
-  return {arguments.given(kDryRun), arguments.given(kShowSecrets)};
-}
-
 Answer importDocument(const Arguments& arguments) {
   const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
                                                    : device::Turn::allFiles());
-  return changed(document::importSettings(arguments.text(kFile), optionsOf(arguments)),
+  return changed(document::importSettings(arguments.text(kFile), importOptions(arguments)),
                  "nothing differs from the device");
 }
 
@@ -84,8 +68,8 @@ Outcome resetBy(const Arguments& arguments) {
   if (scopes != 1)
     throw Refusal(Status::Usage,
                   std::string(scopes == 0 ? "nothing is named" : "more than one thing is named") +
-                      "; give SECTION NAME, '--section SECTION' or '--all'");
-  const document::ImportOptions options = optionsOf(arguments);
+                      "; give a parameter, '--section SECTION' or '--all'");
+  const document::ImportOptions options = importOptions(arguments);
   if (arguments.given(kSectionOption))
     return document::resetSection(arguments.text(kSectionOption), options);
   if (arguments.given(kAll)) {
@@ -96,7 +80,8 @@ Outcome resetBy(const Arguments& arguments) {
           "'--yes' does it");
     return document::resetAll(options);
   }
-  if (!arguments.given(kName))
+  if (!arguments.given(kName) &&
+      isAmong(parameters::Parameters().sections(), arguments.text(kSection)))
     throw Refusal(Status::Usage, "which parameter? '--section " + arguments.text(kSection) +
                                      "' resets the whole section");
   return document::resetParameter(arguments.text(kSection), arguments.text(kName), options);
@@ -131,15 +116,19 @@ CommandGroup exchangeGroup() {
             {Option::Flag, kFactory, "Compare with the factory set"},
             {Option::Flag, kShowSecrets, "Show passwords"}},
            Status::Usage),
-       changer(
-           "reset", "Put factory values back: of a parameter, a section or the whole device", reset,
-           {{Option::OptionalArgument, kSection, "Section of a parameter"},
-            {Option::OptionalArgument, kName, "Whole name of the parameter"},
-            {Option::Value, kSectionOption, "All of a section: System, NetWork, presets, live.srt"},
-            {Option::Flag, kAll, "The whole device"},
-            {Option::Flag, kYes, "Really reset the whole device"},
-            {Option::Flag, kDryRun, "Show what would change and write nothing"},
-            {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}})}};
+       withExamples(
+           changer("reset",
+                   "Put factory values back: of a parameter, a section or the whole device", reset,
+                   {{Option::OptionalArgument, kSection,
+                     "Section of a parameter; or its place, SECTION/NAME"},
+                    {Option::OptionalArgument, kName, "Whole name of the parameter"},
+                    {Option::Value, kSectionOption,
+                     "All of a section: System, NetWork, presets, live.srt"},
+                    {Option::Flag, kAll, "The whole device"},
+                    {Option::Flag, kYes, "Really reset the whole device"},
+                    {Option::Flag, kDryRun, "Show what would change and write nothing"},
+                    {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}}),
+           {"reset System/Rtsp", "reset --section live.srt", "reset --all --dry-run"})}};
 }
 
 }  // namespace camcfg::tool::commands

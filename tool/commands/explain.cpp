@@ -51,9 +51,8 @@ Answer answerOf(const device::Explanation& explanation) {
 }
 
 Answer parameter(const Arguments& arguments) {
-  if (!arguments.given(kSection) || !arguments.given(kName))
-    throw Refusal(Status::Usage,
-                  "give SECTION NAME of a parameter, or 'card', 'preset' or 'session' and which");
+  if (!arguments.given(kSection))
+    throw Refusal(Status::Usage, "give a parameter, or 'card', 'preset' or 'session' and which");
   return answerOf(parameters::explainParameter(arguments.text(kSection), arguments.text(kName)));
 }
 
@@ -90,11 +89,15 @@ const char* kindsOfSessions() {
 CommandGroup explainGroup() {
   return {
       "Parameters",
-      {command("explain",
+      {withExamples(
+           command(
+               "explain",
                "Show a setting's value in every copy, its limits, and which element answers for it",
                parameter,
-               {{Option::OptionalArgument, kSection, "Section of a parameter"},
+               {{Option::OptionalArgument, kSection,
+                 "Section of a parameter; or its place, SECTION/NAME"},
                 {Option::OptionalArgument, kName, "Its name, or the beginning of it"}}),
+           {"explain System/Rtsp", "explain session srt 1"}),
        command("explain parameter",
                "The same, for a section that is called like one of these commands", parameter,
                {{Option::Argument, kSection, "Section of the parameter"},

@@ -8,6 +8,8 @@
 
 #include "cli/command.h"
 #include "device/section.h"
+#include "document/exchange.h"
+#include "parameters/parameter.h"
 #include "settings/setting.h"
 
 namespace camcfg::tool::commands {
@@ -25,6 +27,7 @@ using Candidates = std::vector<cli::Candidate>;
 
 // Names that several commands give to what they take. What is in a place is completed by its
 // name, see addWords.
+constexpr char kAssignment[] = "PLACE=VALUE";
 constexpr char kCard[] = "CARD";
 constexpr char kField[] = "FIELD";
 constexpr char kFile[] = "FILE";
@@ -76,6 +79,12 @@ inline cli::Command withDetails(cli::Command command, std::function<std::string(
   return command;
 }
 
+/// A command with examples of how it is typed, see cli::Command.
+inline cli::Command withExamples(cli::Command command, std::vector<const char*> examples) {
+  command.examples = std::move(examples);
+  return command;
+}
+
 // The words that the device has, for the completion of command lines. They throw a Refusal if the
 // device's files are unusable, and load nothing but the file that the words are in.
 
@@ -88,6 +97,8 @@ void addWords(std::vector<CommandGroup>& groups);
 /// For an argument that is named like another one, but whose words nobody knows.
 Candidates anyWord(const Arguments& before);
 Candidates presetIdWords(const Arguments& before);
+/// The keys of a section's entries, each with what says which one it is.
+Candidates entryWords(const settings::Table& table);
 Candidates cacheIdWords(const Arguments& before);
 /// Sources that the cache ID given allows.
 Candidates allowedSourceWords(const Arguments& before);
@@ -104,16 +115,35 @@ Table columnsOf(const settings::Settings& settings);
 /// @throws Refusal (unusable) if nothing can be read
 Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout);
 
+/// Sets one parameter, with the turn taken.
+Answer setOne(const parameters::Assignment& assignment, bool force, bool rehearse = false);
+
+/// What was changed, or would be; nothing where that failed.
+/// @param unchanged  a line for where nothing differs
+Answer changed(Outcome outcome, const char* unchanged);
+
+/// What an import was asked for.
+document::ImportOptions importOptions(const Arguments& arguments);
+
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.
 /// @param name  what a setting is called
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const settings::Setting& setting));
+
+/// The commands that add, change and delete one entry.
+/// @param above  the command that they are below: "live srt"
+std::vector<cli::Command> commandsForEntries(const settings::Table& table,
+                                             const std::string& above);
+
+/// "Each SRT instance in exported documents (live.srt):", and its members.
+std::string helpOf(const settings::Table& table);
 
 // One function for each group, in the file of its name.
 CommandGroup completeGroup();
 CommandGroup exchangeGroup();
 CommandGroup explainGroup();
 CommandGroup filesGroup();
+CommandGroup findGroup();
 CommandGroup graphGroup();
 CommandGroup helpGroup();
 CommandGroup historyGroup();

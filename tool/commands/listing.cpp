@@ -66,6 +66,23 @@ Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout)
   return answer;
 }
 
+Answer changed(Outcome outcome, const char* unchanged) {
+  Answer answer(std::move(outcome));
+  if (answer.status != Status::Done) return answer;
+  if (answer.value["changes"].empty()) {
+    answer.layout = {Line{unchanged}};
+    return answer;
+  }
+  answer.layout = {
+      Table{"changes", {{"PLACE", "{place}"}, {"BEFORE", "{before-}"}, {"AFTER", "{after+}"}}}};
+  if (answer.value["dryRun"].get<bool>()) answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
+}
+
+document::ImportOptions importOptions(const Arguments& arguments) {
+  return {arguments.given(kDryRun), arguments.given(kShowSecrets)};
+}
+
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const Setting& setting)) {
   Answer answer(Json::array(), {cli::Lines{}});

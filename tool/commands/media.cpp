@@ -12,6 +12,7 @@
 #include "media/readable.h"
 #include "media/stream_cache.h"
 #include "media/wiring.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -23,12 +24,6 @@ Answer listingOf(const settings::Table& table, bool showSecrets) {
   return readableAnswer(
       media::asFarAsReadable([&] { return media::shownEntries(table, showSecrets); }, &table),
       {columnsOf(table.settings)});
-}
-
-std::string helpOf(const settings::Table& table) {
-  return std::string("Each ") + table.entry + " in exported documents (" + table.place + "):\n" +
-         membersHelp(table.settings,
-                     [](const settings::Setting& setting) { return setting.member; });
 }
 
 std::string helpOfAll(const std::vector<const settings::Table*>& tables) {
@@ -87,21 +82,16 @@ Answer allow(const Arguments& arguments) {
 const Option kAllowedSource{Option::Argument, kSource, "Id of a source that the cache allows",
                             allowedSourceWords};
 
-bool hasSecrets(const settings::Table& table) {
-  return std::any_of(table.settings.begin(), table.settings.end(),
-                     [](const settings::Setting& setting) { return setting.masked != nullptr; });
-}
-
 cli::Command commandFor(const settings::Table& table) {
   // Kept for as long as the program runs, as other commands' names are.
   static std::list<std::string> texts;
   const char* name = texts.emplace_back("live " + std::string(table.word)).c_str();
   const char* help = texts.emplace_back("List the " + std::string(table.entry) + "s").c_str();
   cli::Command command{name, help, {}, [&table](const Arguments& arguments) {
-                         return listingOf(table,
-                                          hasSecrets(table) && arguments.given(kShowSecrets));
+                         return listingOf(
+                             table, settings::hasSecrets(table) && arguments.given(kShowSecrets));
                        }};
-  if (hasSecrets(table))
+  if (settings::hasSecrets(table))
     command.options = {{Option::Flag, kShowSecrets, "Show passwords as they are stored"}};
   command.details = [&table] { return helpOf(table); };
   return command;
@@ -158,36 +148,58 @@ Answer graph(const Arguments& arguments) {
 }  // namespace
 
 CommandGroup streamGroup() {
-  return {
+  CommandGroup group{
       "Streams",
-      {withDetails(command("stream", "Show stream sources and caches, and change caches", nullptr),
+      {withDetails(command("stream", "Show stream sources and caches, and change them", nullptr),
                    [] {
                      return helpOfAll({&settings::streamSources(), &settings::streamCaches()});
                    }),
-       withDetails(command("stream sources", "List the stream sources", sources),
-                   [] { return helpOf(settings::streamSources()); }),
-       withDetails(
-           command("stream caches", "List the stream caches and the sources they carry", caches),
-           [] { return helpOf(settings::streamCaches()); }),
-       command("stream cache", "Change the sources of a stream cache", nullptr,
+       withExamples(withDetails(command("stream sources", "List the stream sources", sources),
+                                [] { return helpOf(settings::streamSources()); }),
+                    {"stream sources"}),
+       withExamples(
+           withDetails(command("stream caches", "List the stream caches and the sources they carry",
+                               caches),
+                       [] { return helpOf(settings::streamCaches()); }),
+           {"stream caches"}),
+       command("stream cache", "Change the stream caches", nullptr,
                {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
-       changer("stream cache select", "Mark a source with \"Enable\", in place", select,
-               {kAllowedSource}),
-       changer(
-           "stream cache default",
-           "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
-           {kAllowedSource, {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
-       changer("stream cache allow", "Replace the sources that the cache allows", allow,
-               {{Option::Arguments, kSource, "Ids from 0 to 29"}})}};
+       withExamples(changer("stream cache select", "Mark a source with \"Enable\", in place",
+                            select, {kAllowedSource}),
+                    {"stream cache 12 select 2"}),
+       withExamples(
+           changer("stream cache default",
+                   "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
+                   {kAllowedSource,
+                    {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
+           {"stream cache 12 default 2"}),
+       withExamples(changer("stream cache allow", "Replace the sources that the cache allows",
+                            allow, {{Option::Arguments, kSource, "Ids from 0 to 29"}}),
+                    {"stream cache 12 allow 0 2"}),
+       command("stream source", "Change the stream sources", nullptr)}};
+  for (const auto& [table, above] : {std::pair{&settings::streamSources(), "stream source"},
+                                     std::pair{&settings::streamCaches(), "stream cache"}})
+    for (cli::Command& command : commandsForEntries(*table, above)) {
+      command.standsAlone = true;
+      group.commands.push_back(std::move(command));
+    }
+  return group;
 }
 
 CommandGroup liveGroup() {
   CommandGroup group{
       "Live media",
-      {withDetails(command("live", "Show what the live media services send", nullptr),
-                   [] { return helpOfAll(settings::liveTables()); })}};
-  for (const settings::Table* table : settings::liveTables())
-    group.commands.push_back(commandFor(*table));
+      {withDetails(
+          command("live", "Show what the live media services send, and change it", nullptr),
+          [] { return helpOfAll(settings::liveTables()); })}};
+  for (const settings::Table* table : settings::liveTables()) {
+    cli::Command listing = commandFor(*table);
+    std::vector<cli::Command> changers = commandsForEntries(*table, listing.name);
+    listing.examples = {listing.name};
+    listing.examples.push_back(changers.front().examples.front());
+    group.commands.push_back(std::move(listing));
+    for (cli::Command& command : changers) group.commands.push_back(std::move(command));
+  }
   return group;
 }
 

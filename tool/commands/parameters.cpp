@@ -2,9 +2,14 @@
 
 #include <camcfg/types.h>
 
+#include <algorithm>
+
 #include "base/plain_text.h"
+#include "base/secret_input.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "document/single.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -37,9 +42,11 @@ Answer list(const Arguments& arguments) {
 }
 
 Answer get(const Arguments& arguments) {
+  if (!arguments.given(kName) && document::isInDocument(arguments.text(kSection)))
+    return Answer(document::getSingle(arguments.text(kSection)), {Line{"{value}"}});
   const parameters::Parameters parameters;
   const parameters::Parameter parameter =
-      parameters.require(arguments.text(kSection), arguments.text(kName));
+      parameters.requireAt(arguments.text(kSection), arguments.text(kName));
   if (parameter.text("Cur") == nullptr)
     throw Refusal(parameter.path() + ": it has no current value");
 
@@ -55,11 +62,74 @@ Answer get(const Arguments& arguments) {
   return answer;
 }
 
+bool isAssignment(const std::string& word) {
+  return word.find('=') != std::string::npos;
+}
+
+// "PLACE=VALUE", as often as wanted.
+std::vector<parameters::Assignment> assignmentsIn(const std::vector<std::string>& words) {
+  std::vector<parameters::Assignment> assignments;
+  for (const std::string& word : words) {
+    const std::size_t sign = word.find('=');
+    if (sign == std::string::npos || sign == 0)
+      throw Refusal(Status::Usage, quoted(word) + " is not PLACE=VALUE");
+    assignments.push_back({word.substr(0, sign), "", word.substr(sign + 1)});
+  }
+  return assignments;
+}
+
+// "SECTION NAME VALUE", or "PLACE VALUE".
+parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
+  if (words.size() == 3) return {words[0], words[1], words[2]};
+  if (words.size() == 2) return {words[0], "", words[1]};
+  throw Refusal(Status::Usage, words.size() == 1
+                                   ? "which value? give " + words[0] + "=VALUE"
+                                   : "give PLACE=VALUE for each, or SECTION NAME VALUE");
+}
+
+constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
+constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
+
+Answer setAll(const std::vector<parameters::Assignment>& assignments, bool force, bool rehearse) {
+  const Outcome outcome = parameters::setParameters(assignments, force, rehearse);
+  Answer answer;
+  answer.layout = {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}};
+  answer.value["dryRun"] = rehearse;
+  for (const auto& [name, list] : outcome.value.items()) answer.value[name] = list;
+  if (rehearse || answer.value["changes"].empty())
+    answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
+}
+
+// Of settings of which not all are parameters.
+Answer setInDocument(const std::vector<parameters::Assignment>& assignments,
+                     const Arguments& arguments) {
+  std::vector<std::pair<std::string, std::string>> values;
+  for (const auto& [place, name, value] : assignments) {
+    const bool isAskedFor = value == "-" && settings::isSecretAt(place);
+    values.emplace_back(place, isAskedFor ? readSecret(place) : value);
+  }
+  const bool rehearse = arguments.given(kDryRun);
+  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::allFiles());
+  return changed(document::setSingles(values, {rehearse, false}),
+                 "it is so already; nothing was written");
+}
+
 Answer set(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_BUSINESS});
-  return Answer(parameters::setParameter(arguments.text(kSection), arguments.text(kName),
-                                         arguments.text(kValue), arguments.given(kForce)),
-                {Line{"{section}/{name}: {before} -> {value}"}});
+  const std::vector<std::string>& words = arguments.texts(kAssignment);
+  const bool force = arguments.given(kForce);
+  const bool rehearse = arguments.given(kDryRun);
+  const bool isOne = !isAssignment(words.front());
+  const std::vector<parameters::Assignment> assignments =
+      isOne ? std::vector{assignmentOf(words)} : assignmentsIn(words);
+  if (std::any_of(assignments.begin(), assignments.end(), [](const auto& assignment) {
+        return assignment.name.empty() && document::isInDocument(assignment.place);
+      }))
+    return setInDocument(assignments, arguments);
+  const device::Turn turn(rehearse ? device::Turn::Files()
+                                   : device::Turn::Files{CFG_FILE_BUSINESS});
+  return isOne ? setOne(assignments.front(), force, rehearse)
+               : setAll(assignments, force, rehearse);
 }
 
 // All parameters of exactly this name, first the one that the library finds without a section.
@@ -93,9 +163,12 @@ std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
 }
 
 Answer describe(const Arguments& arguments) {
-  const std::string name = arguments.text(kName);
+  const std::string word = arguments.text(kName);
   const parameters::Parameters parameters;
-  const auto found = parameters.lookup(name);
+  const bool isPlace = isAmong(parameters.sections(), word.substr(0, word.find('/'))) &&
+                       word.find('/') != std::string::npos;
+  const std::string name = isPlace ? word.substr(word.find('/') + 1) : word;
+  const auto found = isPlace ? parameters.requireAt(word) : parameters.lookup(name);
   const std::vector<parameters::Parameter> named = requireNamed(parameters, name, found);
   const parameters::Parameter& parameter = named.front();
 
@@ -113,27 +186,51 @@ Answer describe(const Arguments& arguments) {
   return answer;
 }
 
-const Option kOfSection{Option::Argument, kSection, "Section of the parameter"};
-const Option kWholeName{Option::Argument, kName, "Whole name; PARENT/NAME for one inside another"};
+const Option kOfSection{
+    Option::Argument, kSection,
+    "Section of the parameter; or its place, SECTION/NAME, or a name that only one section has"};
+const Option kWholeName{Option::OptionalArgument, kName,
+                        "Whole name; PARENT/NAME for one inside another"};
 
 }  // namespace
+
+Answer setOne(const parameters::Assignment& assignment, bool force, bool rehearse) {
+  const Outcome outcome = parameters::setParameters({assignment}, force, rehearse);
+  const bool isChanged = !outcome.value.at("changes").empty();
+  Answer answer;
+  answer.value = outcome.value.at(isChanged ? "changes" : "unchanged").at(0);
+  answer.layout = {Line{isChanged ? kChanged : kUnchanged}};
+  if (rehearse || !isChanged) answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
+}
 
 CommandGroup parametersGroup() {
   return {
       "Parameters",
-      {command("list", "List the parameters and their current values", list,
-               {{Option::OptionalArgument, kSection, "Only this section"}}),
-       command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
-       changer(
-           "set", "Set a parameter and save it with its backup", set,
-           {kOfSection,
-            kWholeName,
-            {Option::Argument, kValue, "An integer within the range, or an allowed text"},
-            {Option::Flag, kForce,
-             "Set a text that is only a part of an allowed one, and confirm a change that is on "
-             "trial first"}}),
-       command("describe", "Show a parameter's type, limits, default and value", describe,
-               {kWholeName})}};
+      {withExamples(command("list", "List the parameters and their current values", list,
+                            {{Option::OptionalArgument, kSection, "Only this section"}}),
+                    {"list", "list System"}),
+       withExamples(
+           command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
+           {"get System/Rtsp", "get Ch1MainCodec", "get live.srt[1].port"}),
+       withExamples(
+           changer(
+               "set", "Set parameters and save them with their backup", set,
+               {{Option::Arguments, kAssignment,
+                 "A place such as System/Rtsp, or a name that is only in one section, and an "
+                 "integer within the range or an allowed text; also a place that 'find' prints, "
+                 "or SECTION NAME VALUE"},
+                {Option::Flag, kForce,
+                 "Set a text that is only a part of an allowed one, and confirm a change that is "
+                 "on trial first"},
+                {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
+           {"set System/Rtsp=8554", "set System/WebHttp=8000 VideoCh1/Ch1MainCodec=H264",
+            "set live.srt[1].latency=250"}),
+       withExamples(
+           command("describe", "Show a parameter's type, limits, default and value", describe,
+                   {{Option::Argument, kName,
+                     "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}}),
+           {"describe Rtsp", "describe System/Rtsp"})}};
 }
 
 }  // namespace camcfg::tool::commands

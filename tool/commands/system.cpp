@@ -57,9 +57,7 @@ cli::Command commandFor(const SystemPort& port) {
           [&port](const Arguments& arguments) {
             if (!arguments.given(kPort)) return showPort(port);
             const device::Turn turn({CFG_FILE_BUSINESS});
-            return Answer(parameters::setParameter(kSystemSection, port.parameter,
-                                                   arguments.text(kPort), false),
-                          {Line{"{section}/{name}: {before} -> {value}"}});
+            return setOne({kSystemSection, port.parameter, arguments.text(kPort)}, false);
           }};
 }
 

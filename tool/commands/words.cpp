@@ -28,16 +28,6 @@ Candidates plain(const Range& words) {
   return forEach(words, [](const auto& word) { return cli::Candidate{word}; });
 }
 
-// The keys of a section's entries, each with what says which one it is.
-Candidates entryWords(const settings::Table& table) {
-  return forEach(media::loadEntries(table), [&](const Json& entry) {
-    const Json& key = entry.at(table.key);
-    const Json label = table.label == nullptr ? Json() : entry.at(table.label);
-    return cli::Candidate{key.is_string() ? key.text() : key.dump(),
-                          label.is_string() ? label.text() : std::string()};
-  });
-}
-
 Candidates sectionWords(const Arguments& /*before*/) {
   return plain(parameters::Parameters().sections());
 }
@@ -62,9 +52,7 @@ Candidates parameterWords(const Arguments& before) {
 Candidates valueWords(const Arguments& before) {
   if (before.given(kField))
     return plain(settings::wordsOf(settings::requireCardSetting(before.text(kField))));
-  if (!before.given(kSection) || !before.given(kName)) return {};
-  const parameters::Parameters parameters;
-  return plain(parameters.require(before.text(kSection), before.text(kName)).form().options());
+  return {};
 }
 
 // Sections, and the parameters of the one that is the last of the places given.
@@ -76,6 +64,23 @@ Candidates placeWords(const Arguments& before) {
   if (isAmong(parameters.sections(), last))
     for (const parameters::Parameter& parameter : parameters.in(last))
       candidates.push_back({parameter.name});
+  return candidates;
+}
+
+// "System/Rtsp="; or a section, then a name of it, then its values.
+Candidates assignmentWords(const Arguments& before) {
+  const std::vector<std::string>& words = before.texts(kAssignment);
+  const parameters::Parameters parameters;
+  if (!words.empty() && words.front().find('=') == std::string::npos) {
+    if (words.size() == 2) return plain(parameters.require(words[0], words[1]).form().options());
+    if (words.size() > 2 || !isAmong(parameters.sections(), words.front())) return {};
+    return forEach(parameters.in(words.front()), [](const parameters::Parameter& parameter) {
+      return cli::Candidate{parameter.name};
+    });
+  }
+  Candidates candidates = words.empty() ? plain(parameters.sections()) : Candidates();
+  for (const parameters::Parameter& parameter : parameters.all())
+    candidates.push_back({parameter.path() + "="});
   return candidates;
 }
 
@@ -127,19 +132,13 @@ Candidates textKeyWords(const Arguments& before) {
 
 // What is in a place, by its name.
 constexpr std::pair<std::string_view, Candidates (*)(const Arguments&)> kMeanings[] = {
-    {kSection, sectionWords},
-    {kName, parameterWords},
-    {kValue, valueWords},
-    {kCard, cardWords},
-    {kField, cardFieldWords},
-    {kPreset, presetWords},
-    {kKind, mediaKindWords},
-    {kId, mediaIdWords},
-    {kSource, sourceIdWords},
-    {kLanguage, languageWords},
-    {kPlace, placeWords},
-    {kKey, textKeyWords},
-    {kSectionOption, wholeSectionWords}};
+    {kSection, sectionWords},   {kAssignment, assignmentWords},
+    {kName, parameterWords},    {kValue, valueWords},
+    {kCard, cardWords},         {kField, cardFieldWords},
+    {kPreset, presetWords},     {kKind, mediaKindWords},
+    {kId, mediaIdWords},        {kSource, sourceIdWords},
+    {kLanguage, languageWords}, {kPlace, placeWords},
+    {kKey, textKeyWords},       {kSectionOption, wholeSectionWords}};
 
 }  // namespace
 
@@ -151,6 +150,15 @@ cli::WordFinder wordsFor(const std::string& name) {
 
 Candidates anyWord(const Arguments& /*before*/) {
   return {};
+}
+
+Candidates entryWords(const settings::Table& table) {
+  return forEach(media::loadEntries(table), [&](const Json& entry) {
+    const Json& key = entry.at(table.key);
+    const Json label = table.label == nullptr ? Json() : entry.at(table.label);
+    return cli::Candidate{key.is_string() ? key.text() : key.dump(),
+                          label.is_string() ? label.text() : std::string()};
+  });
 }
 
 Candidates presetIdWords(const Arguments& /*before*/) {
@@ -206,10 +214,11 @@ void addForce(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),   salvageGroup(),  lintGroup(),     parametersGroup(), explainGroup(),
-      watchGroup(),   systemGroup(),   networkGroup(),  presetGroup(),     streamGroup(),
-      liveGroup(),    graphGroup(),    exchangeGroup(), historyGroup(),    trialGroup(),
-      upgradeGroup(), languageGroup(), runGroup(),      helpGroup(),       completeGroup()};
+      filesGroup(),   salvageGroup(), lintGroup(),     parametersGroup(), findGroup(),
+      explainGroup(), watchGroup(),   systemGroup(),   networkGroup(),    presetGroup(),
+      streamGroup(),  liveGroup(),    graphGroup(),    exchangeGroup(),   historyGroup(),
+      trialGroup(),   upgradeGroup(), languageGroup(), runGroup(),        helpGroup(),
+      completeGroup()};
   addForce(groups);
   addWords(groups);
   return groups;

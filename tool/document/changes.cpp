@@ -12,8 +12,6 @@
 namespace camcfg::tool::document {
 namespace {
 
-constexpr char kParameters[] = "parameters";
-constexpr char kNetwork[] = "network";
 // Longer than a tick of any file system's clock.
 constexpr std::chrono::milliseconds kTick(50);
 // Who keeps a file open for longer than this after writing, is done with it.

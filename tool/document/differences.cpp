@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 #include <vector>
 
@@ -20,13 +21,38 @@ void add(const std::string& place, const Json& before, const Json& after, Json& 
 
 void addDifferences(const std::string& place, const Json& before, const Json& after, Json& found);
 
-void addElements(const std::string& place, const Keyed& before, const Keyed& after, Json& found) {
-  const auto compare = [&](const Json& key) {
-    addDifferences(placeOf(place, key), before.at(key), after.at(key), found);
+std::vector<Json> keysOnlyIn(const Keyed& list, const Keyed& other) {
+  std::vector<Json> keys;
+  for (const Json& key : list.keys())
+    if (other.at(key).is_null()) keys.push_back(key);
+  return keys;
+}
+
+// Whether all that is different is the key of one element, which was given another name.
+bool isRenaming(const char* key, const Keyed& before, const Keyed& after) {
+  const std::vector<Json> gone = keysOnlyIn(before, after);
+  const std::vector<Json> added = keysOnlyIn(after, before);
+  if (*key == '\0' || gone.size() != 1 || added.size() != 1) return false;
+  Json renamed = before.at(gone.front());
+  renamed[key] = added.front();
+  std::vector<Json> keys = before.keys();
+  std::replace(keys.begin(), keys.end(), gone.front(), added.front());
+  return renamed == after.at(added.front()) && keys == after.keys();
+}
+
+void addElements(const char* key, const std::string& place, const Keyed& before, const Keyed& after,
+                 Json& found) {
+  const bool isRenamed = isRenaming(key, before, after);
+  const auto compare = [&](const Json& each) {
+    addDifferences(placeOf(place, each), before.at(each), after.at(each), found);
   };
-  for (const Json& key : before.keys()) compare(key);
-  for (const Json& key : after.keys())
-    if (before.at(key).is_null()) compare(key);
+  for (const Json& each : before.keys())
+    if (isRenamed && after.at(each).is_null())
+      add(memberPlace(placeOf(place, each), key), each, keysOnlyIn(after, before).front(), found);
+    else
+      compare(each);
+  for (const Json& each : after.keys())
+    if (!isRenamed && before.at(each).is_null()) compare(each);
   const std::vector<Json> former = before.keysIn(after);
   const std::vector<Json> latter = after.keysIn(before);
   if (former != latter) add(place + " (order)", former, latter, found);
@@ -43,7 +69,7 @@ void addDifferences(const std::string& place, const Json& before, const Json& af
   if (before == after) return;
   if (before.is_object() && after.is_object()) return addMembers(place, before, after, found);
   if (const char* key = keyOf({&before, &after}))
-    return addElements(place, Keyed(before, key), Keyed(after, key), found);
+    return addElements(key, place, Keyed(before, key), Keyed(after, key), found);
   add(place, before, after, found);
 }
 

@@ -16,6 +16,11 @@ namespace camcfg::tool::document {
 constexpr char kVersionMember[] = "version";
 constexpr int kVersion = 1;
 
+// Sections that are not lists of media.
+constexpr char kParameters[] = "parameters";
+constexpr char kNetwork[] = "network";
+constexpr char kPresets[] = "presets";
+
 /// All sections, in the order in which they are written.
 const std::vector<device::Section>& allSections();
 

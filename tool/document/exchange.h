@@ -49,7 +49,8 @@ Outcome carriedOut(const Target& target, const ImportOptions& options);
 // Refusal, before anything was written: the files are unusable or cannot be written, what is named
 // does not exist or has no factory value, or the library's lookup would hit something else.
 
-Outcome resetParameter(const std::string& section, const std::string& name,
+/// @param place, name  see parameters::Parameters::requireAt
+Outcome resetParameter(const std::string& place, const std::string& name,
                        const ImportOptions& options);
 
 /// @param name  a section of parameters, "System", of which "NetWork" is the cards and the host

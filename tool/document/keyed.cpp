@@ -49,8 +49,12 @@ const char* keyOf(const std::vector<const Json*>& lists) {
   return "";
 }
 
+std::string textOf(const Json& value) {
+  return value.is_string() ? value.text() : value.is_null() ? "" : value.dump();
+}
+
 std::string placeOf(const std::string& list, const Json& key) {
-  return list + "[" + (key.is_string() ? key.text() : key.dump()) + "]";
+  return list + "[" + (key.is_null() ? key.dump() : textOf(key)) + "]";
 }
 
 }  // namespace camcfg::tool::document

@@ -36,6 +36,9 @@ class Keyed {
 /// if one of the values is no list of records.
 const char* keyOf(const std::vector<const Json*>& lists);
 
+/// A text as it is, other values as JSON, nothing for null.
+std::string textOf(const Json& value);
+
 /// "live.srt[1]" of the record with the key 1.
 std::string placeOf(const std::string& list, const Json& key);
 

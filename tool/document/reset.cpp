@@ -9,9 +9,6 @@
 namespace camcfg::tool::document {
 namespace {
 
-constexpr char kParameters[] = "parameters";
-constexpr char kNetwork[] = "network";
-
 const device::Section& sectionOf(const char* name) {
   return *std::find_if(allSections().begin(), allSections().end(),
                        [&](const device::Section& section) { return section.name == name; });
@@ -77,11 +74,11 @@ class Reset {
 
 }  // namespace
 
-Outcome resetParameter(const std::string& section, const std::string& name,
+Outcome resetParameter(const std::string& place, const std::string& name,
                        const ImportOptions& options) {
   const parameters::Parameters parameters;
-  const parameters::Parameter parameter = parameters.require(section, name);
-  if (name.find('/') != std::string::npos)
+  const parameters::Parameter parameter = parameters.requireAt(place, name);
+  if (parameter.isInner())
     throw Refusal(parameter.path() +
                   ": the library sets no parameter inside another one; 'camcfg network reset CARD' "
                   "resets a card");

@@ -47,7 +47,7 @@ Entries loaded(const Table& table, Load load) {
 // What an entry refers to must be there once all sections are written.
 void checkReferences(const Node& entries, const Table& table, Plan& plan) {
   for (const settings::Setting& setting : table.settings) {
-    if (setting.refersTo == nullptr) continue;
+    if (setting.refersTo == nullptr || setting.kind == settings::Kind::Ids) continue;
     const Json& others = plan.of(setting.refersTo->place);
     for (std::size_t i = 0; i < entries.value().size(); ++i) {
       const Node value = entries.element(i).member(setting.member);

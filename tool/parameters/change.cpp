@@ -7,6 +7,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "parameters/parameter.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::parameters {
 namespace {
@@ -28,12 +29,21 @@ struct ParameterValue {
 // not permitted.
 settings::Objection objectionTo(const Parameters& parameters, const Parameter& parameter,
                                 const std::string& value) {
-  if (parameter.isInner()) return {"the library sets no parameter inside another one"};
+  if (parameter.isInner())
+    return {"the library sets no parameter inside another one" +
+            std::string(parameter.section == settings::kNetworkSection
+                            ? "; 'camcfg network set' sets those of a card"
+                            : "")};
   const std::optional<Parameter> found = parameters.lookup(parameter.section, parameter.name);
   if (found && found->element != parameter.element)
     return {"the library would set " + found->name +
             ", which begins with this name and comes before it in " + CFG_FILE_BUSINESS};
   return parameter.form().objectionTo(value);
+}
+
+// The library writes an integer in its own way.
+std::string writtenFor(const Parameter& parameter, const std::string& text) {
+  return parameter.form().isInteger() ? std::to_string(*decimal(text)) : text;
 }
 
 // The change that sets one parameter; the call that makes it is still missing.
@@ -42,9 +52,7 @@ device::Change requireChange(const Parameters& parameters, const ParameterValue&
   const Parameter& parameter = wanted.parameter;
   const std::string fault = objectionTo(parameters, parameter, wanted.text).refusal(force);
   if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
-  // The library writes an integer in its own way.
-  const std::string text =
-      parameter.form().isInteger() ? std::to_string(*decimal(wanted.text)) : wanted.text;
+  const std::string text = writtenFor(parameter, wanted.text);
   const auto standing = [section = parameter.section, name = parameter.name](
                             XMLDocument& document) -> std::optional<std::string> {
     const XMLElement* element = CFG_GetElementByName(
@@ -81,16 +89,46 @@ bool saveAll(const std::vector<ParameterValue>& values) {
 }
 
 // The change that sets several parameters with one save.
-device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values) {
+device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values,
+                        bool force = false) {
   std::vector<device::Change> changes;
   changes.reserve(values.size());
   for (const ParameterValue& value : values)
-    changes.push_back(requireChange(parameters, value, false));
+    changes.push_back(requireChange(parameters, value, force));
   const auto arrived = [changes](XMLDocument& document) {
     return std::all_of(changes.begin(), changes.end(),
                        [&](const device::Change& change) { return change.arrived(document); });
   };
   return {CFG_FILE_BUSINESS, kName, [values] { return saveAll(values); }, arrived};
+}
+
+// What assignments stand for, or all that is wrong with them.
+std::vector<ParameterValue> requireValues(const Parameters& parameters,
+                                          const std::vector<Assignment>& assignments, bool force) {
+  std::vector<ParameterValue> values;
+  std::vector<std::string> faults;
+  for (const auto& [place, name, text] : assignments) try {
+      const Parameter parameter = parameters.requireAt(place, name);
+      const bool isTwice = std::any_of(values.begin(), values.end(), [&](const auto& value) {
+        return value.parameter.element == parameter.element;
+      });
+      if (isTwice) throw Refusal(parameter.path() + ": it is given twice");
+      const std::string fault = objectionTo(parameters, parameter, text).refusal(force);
+      if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
+      values.push_back({parameter, writtenFor(parameter, text)});
+    } catch (const Refusal& refusal) {
+      faults.emplace_back(refusal.what());
+    }
+  if (!faults.empty()) throw Refusal(joined(faults, "; "));
+  return values;
+}
+
+// @param values  one at least; the parameters are those of a document that is still there
+void make(const Parameters& parameters, const std::vector<ParameterValue>& values, bool force) {
+  if (values.size() > 1) return device::makeChange(changeOf(parameters, values, force));
+  device::Change change = requireChange(parameters, values.front(), force);
+  change.make = [&values] { return save(values.front()); };
+  device::makeChange(change);
 }
 
 Json loadParameters() {
@@ -149,19 +187,25 @@ std::vector<device::Change> parameterChanges(const Json& before, const Json& aft
 
 }  // namespace
 
-Outcome setParameter(const std::string& section, const std::string& name, const std::string& value,
-                     bool force) {
+Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bool rehearse) {
   const Parameters parameters;
-  const ParameterValue wanted{parameters.require(section, name), value};
-  device::Change change = requireChange(parameters, wanted, force);
-  change.make = [&] { return save(wanted); };
-  device::makeChange(change);
-  return {{{"section", section},
-           {"name", name},
-           {"type", wanted.parameter.type()},
-           {"before", wanted.parameter.value("Cur")},
-           {"value", wanted.parameter.shown(value.c_str())}},
-          {}};
+  const std::vector<ParameterValue> wanted = requireValues(parameters, assignments, force);
+  Json changes = Json::array();
+  Json unchanged = Json::array();
+  std::vector<ParameterValue> changed;
+  for (const ParameterValue& value : wanted) {
+    const Parameter& parameter = value.parameter;
+    Json record = {{"section", parameter.section},
+                   {"name", parameter.name},
+                   {"type", parameter.type()},
+                   {"before", parameter.value("Cur")},
+                   {"value", parameter.shown(value.text.c_str())}};
+    const bool isChanged = parameter.text("Cur") != value.text;
+    if (isChanged) changed.push_back(value);
+    (isChanged ? changes : unchanged).push_back(std::move(record));
+  }
+  if (!changed.empty() && !rehearse) make(parameters, changed, force);
+  return {{{"changes", std::move(changes)}, {"unchanged", std::move(unchanged)}}, {}};
 }
 
 Json resetParameters(const Json& before, const device::FactoryValues& factory,

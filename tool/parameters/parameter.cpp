@@ -3,6 +3,7 @@
 #include <camcfg/store.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/elements.h"
 #include "base/outcome.h"
@@ -11,6 +12,7 @@
 namespace camcfg::tool::parameters {
 namespace {
 
+using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 // An element that only holds others is no parameter itself.
@@ -32,6 +34,62 @@ std::vector<std::string> partsOf(const std::string& path) {
     start = end + 1;
   }
   return parts;
+}
+
+std::vector<Parameter> parametersIn(XMLDocument& document) {
+  std::vector<Parameter> found;
+  for (XMLElement* section : childrenOf(document)) collect(section->Value(), "", section, found);
+  return found;
+}
+
+struct Place {
+  std::string section;
+  std::string name;
+};
+
+// "OsdClock/Position" goes by "Position", too.
+bool isCalled(const Parameter& parameter, const std::string& name) {
+  const std::string& whole = parameter.name;
+  return whole == name ||
+         (whole.size() > name.size() &&
+          whole.compare(whole.size() - name.size() - 1, std::string::npos, "/" + name) == 0);
+}
+
+[[noreturn]] void refuseUnknown(const XMLDocument& document, const std::string& word,
+                                const std::vector<Parameter>& all) {
+  if (document.FirstChildElement(word.c_str()) != nullptr)
+    throw Refusal(quoted(word) + " is a section; give " + word + "/NAME");
+  std::vector<std::string> known;
+  const bool isPath = word.find('/') != std::string::npos;
+  known.reserve(all.size());
+  for (const Parameter& parameter : all)
+    known.push_back(isPath ? parameter.path() : parameter.name);
+  for (const XMLElement* section : childrenOf(document)) known.emplace_back(section->Value());
+  throw Refusal("there is no parameter " + quoted(word) + didYouMean(word, known));
+}
+
+// What one word stands for that is no place with a section.
+Place requireNamed(XMLDocument& document, const std::string& name) {
+  const std::vector<Parameter> all = parametersIn(document);
+  std::vector<Parameter> named;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(named),
+               [&](const Parameter& parameter) { return isCalled(parameter, name); });
+  if (named.empty()) refuseUnknown(document, name, all);
+  if (named.size() == 1) return {named.front().section, named.front().name};
+  std::vector<std::string> paths;
+  paths.reserve(named.size());
+  for (const Parameter& parameter : named) paths.push_back(parameter.path());
+  throw Refusal(quoted(name) + " is the name of more than one; give one of " + joined(paths));
+}
+
+// See Parameters::requireAt.
+Place placeIn(XMLDocument& document, const std::string& place, const std::string& name) {
+  if (!name.empty()) return {place, name};
+  const std::size_t slash = place.find('/');
+  const std::string section = place.substr(0, slash);
+  const bool isPlace =
+      slash != std::string::npos && document.FirstChildElement(section.c_str()) != nullptr;
+  return isPlace ? Place{section, place.substr(slash + 1)} : requireNamed(document, place);
 }
 
 // Name by name, each found by its beginning.
@@ -74,9 +132,7 @@ std::vector<std::string> Parameters::sections() const {
 }
 
 std::vector<Parameter> Parameters::all() const {
-  std::vector<Parameter> found;
-  for (XMLElement* section : childrenOf(*document_)) collect(section->Value(), "", section, found);
-  return found;
+  return parametersIn(*document_);
 }
 
 std::vector<Parameter> Parameters::in(const std::string& section) const {
@@ -93,6 +149,11 @@ Parameter Parameters::require(const std::string& section, const std::string& nam
   }
   throw Refusal("section " + section + " has no parameter '" + name + "'" +
                 didYouMean(name, names));
+}
+
+Parameter Parameters::requireAt(const std::string& place, const std::string& name) const {
+  const Place whole = placeIn(*document_, place, name);
+  return require(whole.section, whole.name);
 }
 
 std::optional<Parameter> Parameters::lookup(const std::string& section,
@@ -114,13 +175,15 @@ XMLElement* Parameters::requireSection(const std::string& name) const {
   return section;
 }
 
-device::Explanation explainParameter(const std::string& section, const std::string& name) {
+device::Explanation explainParameter(const std::string& place, const std::string& name) {
   const device::ExplainedFile file(CFG_FILE_BUSINESS);
-  const std::vector<std::string> names = partsOf(name);
+  const Place whole = placeIn(file.document(), place, name);
+  const std::vector<std::string> names = partsOf(whole.name);
   device::Explanation explanation;
-  const device::ElementPath path = device::addLookups(explanation, file, section, names);
+  const device::ElementPath path = device::addLookups(explanation, file, whole.section, names);
   if (names.size() == 1)
-    explanation.lookups.push_back(file.told(device::lookupInSections(file.document(), name)));
+    explanation.lookups.push_back(
+        file.told(device::lookupInSections(file.document(), names.front())));
 
   explanation.what = joined(path, "/");
   explanation.copies = file.copies(device::finderOf(path));
@@ -129,7 +192,7 @@ device::Explanation explainParameter(const std::string& section, const std::stri
       explained == nullptr ? "" : settings::ParameterForm(*explained).permitted();
   for (const auto& [attribute, label] : kAttributes) {
     const auto take = [&, sought = attribute](XMLElement& element) {
-      return Parameter{section, name, &element}.value(sought);
+      return Parameter{whole.section, whole.name, &element}.value(sought);
     };
     const Json value = file.value(label, permitted, device::finderOf(path), take);
     if (isInAnyCopy(value) || explanation.values.empty()) explanation.values.push_back(value);

@@ -53,6 +53,12 @@ class Parameters {
   /// @throws Refusal if there is no such section or parameter
   Parameter require(const std::string& section, const std::string& name) const;
 
+  /// The parameter that words stand for: section and name; or one word, its place "SECTION/NAME" or
+  /// its name, if no other section has one of that name.
+  /// @param name  empty: there is one word
+  /// @throws Refusal  there is none, or more than one
+  Parameter requireAt(const std::string& place, const std::string& name = "") const;
+
   /// What the library finds by section and name.
   std::optional<Parameter> lookup(const std::string& section, const std::string& name) const;
   /// What the library finds by a name without a section.
@@ -65,17 +71,28 @@ class Parameters {
 };
 
 /// Lookups are tried in the main copy, or else in the next good one.
-/// @param name  whole, or the beginning of the name that a lookup finds
+/// @param place  see Parameters::requireAt
+/// @param name   whole, or the beginning of the name that a lookup finds
 /// @throws Refusal  no copy is good, or nothing is found
-device::Explanation explainParameter(const std::string& section, const std::string& name);
+device::Explanation explainParameter(const std::string& place, const std::string& name);
 
-/// Sets the parameter of exactly this name: an integer within its "Min" and "Max", or a text of its
-/// "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless `force`.
-/// @return what was changed: section, name, type, before, value
-/// @throws Refusal  the files are unusable or cannot be written, there is no such parameter, or it
-///                  cannot be set to this value
-Outcome setParameter(const std::string& section, const std::string& name, const std::string& value,
-                     bool force);
+/// The words that stand for a parameter, see Parameters::requireAt, and the value that it is to have.
+struct Assignment {
+  std::string place;
+  std::string name;
+  std::string value;
+};
+
+/// Sets parameters, with one save, or none of them: each to an integer within its "Min" and "Max", or a
+/// text of its "OptTxt". The library accepts any part of "OptTxt"; here it must be a whole one, unless
+/// `force`. Where all have their values already, nothing is written.
+/// @param rehearse  write nothing in any case
+/// @return "changes": what was changed: section, name, type, before, value; "unchanged": the same of
+///         those that had their values already
+/// @throws Refusal  the files are unusable or cannot be written, there is no such parameter, one is
+///                  named twice, or cannot be set to its value: all such faults are named
+Outcome setParameters(const std::vector<Assignment>& assignments, bool force,
+                      bool rehearse = false);
 
 /// All that can be set, for export and import.
 device::Section parametersSection();

@@ -117,6 +117,7 @@ const Table& rtmp() {
           CFG_LM_CloseRead,
           {id<&Rtmp::s32Id>("id", "Id", kRequired, "Number of the target").listed("ID"),
            onOff<&Rtmp::bEnable>("enabled", "Enable", kOptional, "Whether it is sent to")
+               .assumed([](const Json&) { return Json(true); })
                .listed("ENABLED"),
            text<&Rtmp::strUrl>("url", "url", kRequired,
                                "Address of the server, with the stream's key")

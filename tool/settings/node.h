@@ -44,6 +44,10 @@ std::string nearestOfLength(const std::string& text, std::size_t most);
 struct Fault {
   std::string place;   ///< "live.srt[1].port"; "document" for the whole
   std::string reason;  ///< "70000 is outside 1..65535"
+
+  bool operator==(const Fault& other) const {
+    return place == other.place && reason == other.reason;
+  }
 };
 
 using Faults = std::vector<Fault>;

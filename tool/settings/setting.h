@@ -23,6 +23,7 @@ struct Field {
   // Of a list of records.
   void* (*append)(void* list) = nullptr;  ///< adds a new record
   Json (*toJson)(const void* list, const Settings& settings) = nullptr;
+  Json (*newRecord)(const Settings& settings) = nullptr;
 
   /// The field itself, which must be of this type.
   template <typename Value>
@@ -50,6 +51,10 @@ struct ListOf {
       array.push_back(settings::toJson(settings, &record));
     return array;
   }
+  static Json newRecord(const Settings& settings) {
+    const std::list<Record> one(1);
+    return settings::toJson(settings, &one.front());
+  }
   static void* append(void* list) { return &static_cast<std::list<Record>*>(list)->emplace_back(); }
 };
 
@@ -69,6 +74,7 @@ Field fieldOf() {
                        !std::is_same_v<Value, std::list<int>>) {
     field.append = ListOf<typename Value::value_type>::append;
     field.toJson = ListOf<typename Value::value_type>::toJson;
+    field.newRecord = ListOf<typename Value::value_type>::newRecord;
   } else if constexpr (!std::is_class_v<Value>) {
     static_assert(sizeof(Value) == sizeof(std::int32_t));
   }
@@ -145,6 +151,8 @@ struct Setting {
   const Table* refersTo{};    ///< it is the key of an entry of this table
   bool isOptional = false;    ///< may be left out of a document, or null
   bool isNullWhenNone = false;  ///< -1, or the empty text, is null in documents
+  /// What loaders assume where it is missing in an entry; null: what a new record has.
+  Json (*assumed)(const Json& entry) = nullptr;
 
   /// What an answer shows in place of a secret; null for what is no secret.
   std::string (*masked)(const std::string& secret) = nullptr;
@@ -153,6 +161,9 @@ struct Setting {
   /// For a value that is made of several fields, in place of `field`.
   Json (*write)(const void* record) = nullptr;
   void (*read)(const Node& node, void* record) = nullptr;
+  /// The same of a command line, as documents have it: of "2MiB"; anything else stays a text.
+  Json (*typed)(const std::string& word) = nullptr;
+  const char* typedForm{};  ///< what such a word looks like: "BYTES, or NUMBER KB"
 
   const char* option{};               ///< on the command line: "--focus-mode"
   const char* label{};                ///< next to its value: "focus mode"; null: as in documents
@@ -179,6 +190,7 @@ struct Calls {
   int (*store)(const Table& table, const Json& entries) = nullptr;
   /// Reads the entries of a document, with what is left out filled in.
   Json (*read)(const Table& table, const Node& entries) = nullptr;
+  Json (*newRecord)(const Settings& settings) = nullptr;
   int (*closeRead)() = nullptr;  ///< drops the document that a failed load leaves open
 };
 

@@ -1,7 +1,12 @@
 #include <camcfg/stream.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <iterator>
 #include <memory>
 
+#include "base/plain_text.h"
 #include "settings/media.h"
 #include "settings/table.h"
 
@@ -14,6 +19,7 @@ using Cache = tag_CFG_STREAM_CACHE_T;
 constexpr char kStream[] = "Stream";
 constexpr std::int64_t kLibraryCounts = std::int64_t{1} << 31;  // bytes, in signed 32-bit numbers
 constexpr int kMaskBits = 32;
+constexpr char kSizeForm[] = "bytes, or KB, MB, GB as in 2MB";
 
 template <typename Kind>
 std::shared_ptr<Source> sourceOfKind(const Source& source) {
@@ -54,12 +60,47 @@ Json writeSize(const void* record) {
 }
 
 void readSize(const Node& node, void* record) {
+  // A document has an object; only a command line has a text.
+  if (node.value().is_string())
+    return node.refuse(quoted(shortened(node.value().text())) + " is no size; give " + kSizeForm);
   const Cache& cache = *static_cast<const Cache*>(record);
   const std::size_t faults = node.faults();
   fromJson(node, cacheSize(), record);
   const std::int64_t unit = cache.s32BufUnit;
   if (node.faults() == faults && cache.s32BufSize * unit >= kLibraryCounts)
     node.refuse("it is 2 GiB or more, which the library cannot count");
+}
+
+// How often a unit of a command line, "MiB", "MB" or "M", holds a byte; 0 for an unknown one.
+std::int64_t bytesOfUnit(const std::string& word) {
+  std::int64_t bytes = 1;
+  for (const char* letter : {"", "K", "M", "G"}) {
+    for (const char* ending : {"B", "iB", ""})
+      if (isSameWord(word, std::string(letter) + ending)) return bytes;
+    bytes <<= 10;
+  }
+  return 0;
+}
+
+// In the unit that was typed if the file has it, or else in the largest that divides it.
+Json sizeOf(std::int64_t bytes, std::int64_t typedUnit) {
+  const SizeUnit* chosen = std::begin(kCacheSizeUnits);
+  for (const SizeUnit& unit : kCacheSizeUnits)
+    if (bytes % unit.bytes == 0 && unit.bytes <= typedUnit) chosen = &unit;
+  return {{"value", bytes / chosen->bytes}, {"unit", chosen->name}};
+}
+
+// "2MiB", "512 KB", "187.5KiB", "192000"
+Json typedSize(const std::string& word) {
+  constexpr double kMost = 1e15;
+  const std::size_t end = std::min(word.find_first_not_of("0123456789."), word.size());
+  const std::size_t letters = std::min(word.find_first_not_of(' ', end), word.size());
+  const std::int64_t unit = bytesOfUnit(word.substr(letters));
+  char* rest = nullptr;
+  const double bytes = std::strtod(word.c_str(), &rest) * static_cast<double>(unit);
+  const bool isNumber = end > 0 && rest == word.c_str() + end && word[0] != '.';
+  if (!isNumber || unit == 0 || bytes > kMost || bytes != std::floor(bytes)) return word;
+  return sizeOf(static_cast<std::int64_t>(bytes), unit);
 }
 
 // All bits there are, though only those of ids that fit can be saved.
@@ -87,6 +128,13 @@ const Table& allowedSource() {
        Row("default", "Default", Kind::Flag, kOptional, "It is the one that is loaded"),
        Row("enable", "Enable", Kind::Flag, kOptional, "It was selected in place").notSaved()});
   return table;
+}
+
+// Loaders take the last one, and they are written in ascending order.
+Json assumedDefault(const Json& cache) {
+  const auto allowed = cache.find("allowed");
+  const bool isList = allowed != cache.end() && allowed->is_array() && !allowed->empty();
+  return isList ? *std::max_element(allowed->begin(), allowed->end()) : Json(0);
 }
 
 void checkCache(const Node& cache) {
@@ -117,6 +165,7 @@ const Table& streamSources() {
            .from({{"ChnId", "VENC"}, {"AiId", "AI"}, {"AencId", "AENC"}})
            .listed("CHANNEL"),
        flag<&Source::s32Enabled>("enabled", "Enabled", kOptional, "Whether it delivers data")
+           .assumed([](const Json&) { return Json(true); })
            .listed("ENABLED")});
   return table;
 }
@@ -130,12 +179,15 @@ const Table& streamCaches() {
            text<&Cache::strName>("name", "Name", kRequired, "What it is called"),
            Row("size", nullptr, Kind::Integer, kOptional, "Size of the buffer")
                .from(sizeAttributes())
-               .by(writeSize, readSize),
+               .by(writeSize, readSize)
+               .typed(typedSize, kSizeForm),
            Row("allowed", nullptr, Kind::Ids, kOptional, "Sources that it may carry")
                .of(allowedSource())
+               .refersTo(streamSources())
                .by(writeAllowed, readAllowed),
            integer<&Cache::s32EnabledSrc>("default", nullptr, kOptional, "Source that it carries")
                .within(kSourceIds)
+               .assumed(assumedDefault)
                .refersTo(streamSources())},
           checkCache);
   return table;

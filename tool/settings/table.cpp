@@ -65,6 +65,28 @@ void addEntry(XMLElement& section, const Table& table, const Json& record) {
   }
 }
 
+// Those made of several fields, size and allowed sources of a cache, are nothing in a new record.
+bool mayBeMissing(const Setting& setting) {
+  const bool isAssumed = setting.assumed != nullptr || setting.read == nullptr;
+  return isAssumed && (setting.need == Need::Optional || setting.need == Need::Expected);
+}
+
+Json filledIn(const Settings& settings, const Json& newRecord, Json entry) {
+  for (const Setting& setting : settings) {
+    if (!entry.contains(setting.member)) {
+      if (mayBeMissing(setting))
+        entry[setting.member] =
+            setting.assumed == nullptr ? newRecord.at(setting.member) : setting.assumed(entry);
+    } else if (setting.kind == Kind::List && entry.at(setting.member).is_array()) {
+      const Settings& inner = setting.inner->settings;
+      for (Json& record : entry.at(setting.member))
+        if (record.is_object())
+          record = filledIn(inner, setting.field.newRecord(inner), std::move(record));
+    }
+  }
+  return entry;
+}
+
 Kind formOf(Kind kind) {
   if (kind == Kind::Text || kind == Kind::Word) return Kind::Text;
   return kind == Kind::Switch ? kind : Kind::Integer;
@@ -119,6 +141,10 @@ void fromJsonArray(const Node& node, const Table& table, void* list, void* (*app
     if (table.check != nullptr && node.faults() == faults) table.check(element);
     checkKey(element, table.key, keys);
   }
+}
+
+Json withAssumed(const Table& table, const Json& entry) {
+  return filledIn(table.settings, table.calls.newRecord(table.settings), entry);
 }
 
 std::list<int> readIds(const Node& node, std::int32_t (*read)(const Node& id)) {

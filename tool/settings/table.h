@@ -32,6 +32,7 @@ class Row : public Setting {
   Row& secret(std::string (*mask)(const std::string&)) { return with(&Setting::masked, mask); }
   Row& channel() { return with(&Setting::isChannel, true); }
   Row& optional() { return with(&Setting::isOptional, true); }
+  Row& assumed(Json (*value)(const Json& entry)) { return with(&Setting::assumed, value); }
   Row& noneIsNull() { return with(&Setting::isNullWhenNone, true).optional(); }
   /// In a column that shows its value.
   Row& listed(const char* heading, int rank = 0) {
@@ -44,6 +45,9 @@ class Row : public Setting {
   Row& notSaved() { return with(&Setting::isSaved, false); }
   Row& by(Json (*writer)(const void*), void (*reader)(const Node&, void*)) {
     return with(&Setting::write, writer).with(&Setting::read, reader);
+  }
+  Row& typed(Json (*parse)(const std::string&), const char* form) {
+    return with(&Setting::typed, parse).with(&Setting::typedForm, form);
   }
   Row& checked(std::string (*why)(const std::string&)) { return with(&Setting::whyNotUsable, why); }
   Row& neededIf(const char* element, const char* word) {
@@ -101,6 +105,10 @@ void fromJson(const Node& node, const Settings& settings, void* record);
 /// Reads an array of records, no two of which may have the same key.
 /// @param append  adds a new record to a list
 void fromJsonArray(const Node& node, const Table& table, void* list, void* (*append)(void* list));
+
+/// An entry in which settings that may be missing in a file, and are left out, are what loaders assume.
+/// What cannot be assumed stays left out: the allowed sources of a cache.
+Json withAssumed(const Table& table, const Json& entry);
 
 /// Different ids in an array, each read by a call.
 std::list<int> readIds(const Node& node, std::int32_t (*read)(const Node& id));
@@ -172,7 +180,8 @@ Table tableOf(const char* place, const char* word, const char* entry, const char
               void (*check)(const Node& entry) = nullptr,
               std::string (*sessionName)(const Json& entry) = nullptr) {
   using Library = CallsOf<Entry, Load, Dump, Make>;
-  const Calls calls = {Library::load, Library::store, Library::read, closeRead};
+  const Calls calls = {Library::load, Library::store, Library::read,
+                       ListOf<Plain<Entry>>::newRecord, closeRead};
   Table table = {
       place, word, entry, key, label, parent, section, std::move(elements), std::move(settings),
       calls, check};

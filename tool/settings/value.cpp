@@ -36,7 +36,19 @@ Json readWord(const Setting& setting, const Node& node) {
   return node.value();
 }
 
+// What is wrong with a secret is said without it.
+Json readSecret(const Setting& setting, const Node& node) {
+  if (!node.value().is_string()) {
+    node.refuse("it must be a text");
+    return "";
+  }
+  if (const std::size_t room = setting.field.room; room != 0 && node.value().text().size() >= room)
+    node.refuse("it is too long; there is room for " + std::to_string(room - 1) + " bytes");
+  return node.text();
+}
+
 Json readText(const Setting& setting, const Node& node) {
+  if (setting.masked != nullptr) return readSecret(setting, node);
   const std::string text = node.text(setting.field.room - 1);
   if (node.value().is_string() && setting.whyNotUsable != nullptr) {
     const std::string fault = setting.whyNotUsable(text);
@@ -109,6 +121,7 @@ std::vector<std::string> wordsOf(const Setting& setting) {
 }
 
 std::string permittedFor(const Setting& setting) {
+  if (setting.typedForm != nullptr) return setting.typedForm;
   if (setting.kind == Kind::Integer && setting.write == nullptr) return setting.limits.text();
   if (isSwitch(setting)) return "true, false";
   std::vector<std::string> words;

@@ -43,6 +43,10 @@ TEST_F(CallerTest, SecretsAreMasked) {
             "--password=*** 'live.rtmp[0].password=***' streamKey=*** password");
   EXPECT_EQ(commandOf({"url=rtmp://u:p@ss@h:1935/a:b@c?token=1", "rtmp://h:80/a", "srt://h?x"}),
             "'url=rtmp://u:***@h:1935/a:b@c?***' rtmp://h:80/a 'srt://h?***'");
+  EXPECT_EQ(commandOf({"url=rtmp://h/app/key", "live.rtmp[0].url=h/app/key/more", "RTMPS://h/a/k"}),
+            "url=rtmp://h/app/*** 'live.rtmp[0].url=h/app/***' RTMPS://h/a/***");
+  EXPECT_EQ(commandOf({"https://h/a/b", "/cfg0/mpp_cfg.xml", "curl=a/b/c"}),
+            "https://h/a/b /cfg0/mpp_cfg.xml curl=a/b/c");
 }
 
 TEST_F(CallerTest, UserBeforeSudoIsTheCaller) {

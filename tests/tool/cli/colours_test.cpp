@@ -58,14 +58,14 @@ TEST_F(ColoursTest, LayoutIsTheSameWithoutThem) {
 }
 
 TEST_F(ColoursTest, NothingIsColouredWhereItIsNotWanted) {
-  const std::string plain = "System/Rtsp: 554 -> 554\r\n";
-  const std::vector<std::string> set = {"set", "System", "Rtsp", "554"};
+  const std::string plain = "System/Rtsp: 554 -> 555\r\nnothing was written\r\n";
+  const std::vector<std::string> set = {"set", "--dry-run", "System", "Rtsp", "555"};
   EXPECT_EQ(shown(set, {"NO_COLOR=1"}), plain);
   EXPECT_EQ(shown(set, {"TERM=dumb"}), plain);
   EXPECT_EQ(shown(set, {"TERM"}), plain);
-  EXPECT_EQ(shown({"--color=never", "set", "System", "Rtsp", "554"}), plain);
+  EXPECT_EQ(shown({"--color=never", "set", "--dry-run", "System", "Rtsp", "555"}), plain);
   EXPECT_THAT(shown(set, {"NO_COLOR="}), HasSubstr(kEscape));
-  EXPECT_THAT(shown({"--color=always", "set", "System", "Rtsp", "554"}, {"NO_COLOR=1"}),
+  EXPECT_THAT(shown({"--color=always", "set", "System", "Rtsp", "555"}, {"NO_COLOR=1"}),
               HasSubstr(kEscape));
 }
 

@@ -57,7 +57,9 @@ TEST(ProgramTest, UsageErrorsHaveStatusTwoAndAnswerNothing) {
   EXPECT_EQ(runCamcfg({"sett"}),
             (ToolRun{2, "", "camcfg: unknown command 'sett'; did you mean 'set'?\n"}));
   EXPECT_EQ(runCamcfg({"set", "System"}),
-            (ToolRun{2, "", "camcfg: set: NAME is required; see 'camcfg set --help'\n"}));
+            (ToolRun{2, "", "camcfg: set: which value? give System=VALUE\n"}));
+  EXPECT_EQ(runCamcfg({"set"}),
+            (ToolRun{2, "", "camcfg: set: PLACE=VALUE is required; see 'camcfg set --help'\n"}));
   EXPECT_EQ(
       runCamcfg({"list", "--frobnicate"}),
       (ToolRun{2, "", "camcfg: list: unknown option '--frobnicate'; see 'camcfg list --help'\n"}));
@@ -84,8 +86,10 @@ TEST(ProgramTest, EmptyRootIsNotTakenForTheRunningSystem) {
 
 TEST(ProgramTest, HelpOnACommandListsTheStatusesThatItCanEndWith) {
   const std::string changed = "\n  5  the change is in force, but could not be printed\n";
-  EXPECT_THAT(runCamcfg({"set", "--help"}).out, testing::EndsWith(changed));
-  EXPECT_THAT(runCamcfg({"list", "--help"}).out, testing::EndsWith(kHelpEnd));
+  EXPECT_THAT(runCamcfg({"set", "--help"}).out, testing::HasSubstr(changed + "\nExamples:\n"));
+  EXPECT_THAT(runCamcfg({"graph", "--help"}).out,
+              testing::HasSubstr("\n  4  a part could not be read and is left out\n"));
+  EXPECT_THAT(runCamcfg({"network", "cards", "--help"}).out, testing::HasSubstr(kHelpEnd));
   EXPECT_THAT(runCamcfg({"lang", "--help"}).out, testing::Not(testing::HasSubstr(changed)));
 }
 

@@ -304,7 +304,7 @@ TEST(LockedFileTest, FileWhoseLockIsHeldIsReportedAfterTheTimeOut) {
   device.write(kBusinessBackup, kParameters);
   ASSERT_EQ(cfgLockFile(kBusiness), 0);
   try {
-    tool::parameters::setParameter("System", "Rtsp", "8554", false);
+    tool::parameters::setParameters({{"System", "Rtsp", "8554"}}, false);
     FAIL() << "it was set";
   } catch (const tool::Refusal& refusal) {
     EXPECT_EQ(refusal.status(), tool::Status::Unusable);

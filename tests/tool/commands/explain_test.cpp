@@ -135,9 +135,10 @@ TEST_F(ExplainTest, NamesThatNothingBeginsWithAreRefused) {
   EXPECT_EQ(explain({"Sys", "Rtsp"}),
             (ToolRun{1, "", "camcfg: explain: there is no section 'Sys'\n"}));
   EXPECT_EQ(explain({"System"}),
-            (ToolRun{2, "",
-                     "camcfg: explain: give SECTION NAME of a parameter, or 'card', 'preset' or "
-                     "'session' and which\n"}));
+            (ToolRun{1, "", "camcfg: explain: 'System' is a section; give System/NAME\n"}));
+  EXPECT_EQ(explain({}), (ToolRun{2, "",
+                                  "camcfg: explain: give a parameter, or 'card', 'preset' or "
+                                  "'session' and which\n"}));
 }
 
 constexpr char kCards[] =

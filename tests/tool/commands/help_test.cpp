@@ -145,6 +145,7 @@ std::vector<std::string> exitStatusesOf(const std::string& command) {
   std::vector<std::string> lines = linesOf(helpText(allGroups(), command));
   const auto heading = std::find(lines.begin(), lines.end(), "Exit status:");
   lines.erase(lines.begin(), heading == lines.end() ? heading : heading + 1);
+  lines.erase(std::find(lines.begin(), lines.end(), ""), lines.end());
   return lines;
 }
 

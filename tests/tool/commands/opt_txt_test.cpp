@@ -116,10 +116,9 @@ TEST_P(OptTxtTest, TextsThatAreOfferedAreThoseOfTheCompletion) {
   testkit::DeviceRoot entered;
   entered.write(kBusiness, contents_);
   cli::Arguments before = cli::placeIn(commands::allGroups(), {""}).before;
-  before["SECTION"].texts = {"A"};
-  before["NAME"].texts = {"B"};
+  before["PLACE=VALUE"].texts = {"A", "B"};
   std::vector<std::string> words;
-  for (const cli::Candidate& candidate : commands::wordsFor("VALUE")(before))
+  for (const cli::Candidate& candidate : commands::wordsFor("PLACE=VALUE")(before))
     words.push_back(candidate.word);
   EXPECT_EQ(words, optionsIn(GetParam().optTxt));
 }

@@ -248,15 +248,15 @@ TEST_P(RefusedResetTest, IsReportedInOneLineAndChangesNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Words, RefusedResetTest,
     testing::Values(
-        RefusedReset{{}, 2, "nothing is named; give SECTION NAME, '--section SECTION' or '--all'"},
+        RefusedReset{{}, 2, "nothing is named; give a parameter, '--section SECTION' or '--all'"},
         RefusedReset{{"System"}, 2, "which parameter? '--section System' resets the whole section"},
         RefusedReset{{"System", "Rtsp", "--all"},
                      2,
-                     "more than one thing is named; give SECTION NAME, '--section SECTION' or "
+                     "more than one thing is named; give a parameter, '--section SECTION' or "
                      "'--all'"},
         RefusedReset{{"--section", "System", "--all", "--yes"},
                      2,
-                     "more than one thing is named; give SECTION NAME, '--section SECTION' or "
+                     "more than one thing is named; give a parameter, '--section SECTION' or "
                      "'--all'"},
         RefusedReset{
             {"System", "Rtps"}, 1, "section System has no parameter 'Rtps'; did you mean 'Rtsp'?"},

@@ -117,7 +117,7 @@ TEST_F(TrialTest, ForceConfirmsFirst) {
 
 TEST_F(TrialTest, WhatChangesNothingIsNotOnTrial) {
   EXPECT_EQ(run({"try", "--", "set", "System", "Rtsp", "554"}),
-            (ToolRun{0, "System/Rtsp: 554 -> 554\n", ""}));
+            (ToolRun{0, "System/Rtsp: it is 554 already\nnothing was written\n", ""}));
   EXPECT_EQ(run({"--json", "try", "--", "system", "rtsp-port"}).out,
             "{\"answer\":{\"port\":\"rtsp\",\"parameter\":\"System/Rtsp\",\"value\":554},"
             "\"pending\":null}\n");

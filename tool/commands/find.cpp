@@ -1,0 +1,33 @@
+#include "commands/groups.h"
+#include "document/search.h"
+
+namespace camcfg::tool::commands {
+namespace {
+
+constexpr char kWord[] = "WORD";
+
+Answer find(const Arguments& arguments) {
+  Answer answer(document::findSettings(arguments.texts(kWord)));
+  if (!answer.value.empty())
+    answer.layout = {Table{"",
+                           {{"PLACE", "{place}"},
+                            {"VALUE", "{value}"},
+                            {"UNIT", "{unit}"},
+                            {"OF", "{of}"},
+                            {"PERMITTED", "{permitted}"},
+                            {"MEANING", "{help}"}}}};
+  return answer;
+}
+
+}  // namespace
+
+CommandGroup findGroup() {
+  return {"Parameters",
+          {withExamples(
+              command("find", "Find settings by a part of their place, value, help or name", find,
+                      {{Option::Arguments, kWord,
+                        "Found in upper or lower case; of several, each must be found"}}),
+              {"find rtsp port", "find program", "find Lan0 dns"})}};
+}
+
+}  // namespace camcfg::tool::commands

@@ -1,0 +1,158 @@
+#include "document/members.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "base/outcome.h"
+#include "base/plain_text.h"
+#include "document/keyed.h"
+#include "settings/value.h"
+
+namespace camcfg::tool::document {
+namespace {
+
+using settings::Kind;
+using settings::Setting;
+using settings::Settings;
+using settings::Table;
+
+// Between the elements of a list, the members of an element, and the elements of a list in it.
+constexpr char kSeparators[] = ",:+";
+
+std::vector<std::string> parted(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find(separator, start), text.size());
+    parts.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return parts;
+}
+
+// What is no number stays a text, for the reader to refuse.
+Json numberOrText(const std::string& text) {
+  const std::optional<long long> number = decimal(text);
+  return number ? Json(*number) : Json(text);
+}
+
+Json switchOrText(const std::string& text) {
+  for (const char* word : {"yes", "on", "true"})
+    if (isSameWord(text, word)) return true;
+  for (const char* word : {"no", "off", "false"})
+    if (isSameWord(text, word)) return false;
+  return text;
+}
+
+Json valueAt(const Setting& setting, const std::string& text, const char* separators);
+
+Json listOf(const std::string& text, char separator, const std::function<Json(std::string)>& read) {
+  Json list = Json::array();
+  if (text.empty()) return list;
+  for (const std::string& part : parted(text, separator)) list.push_back(read(part));
+  return list;
+}
+
+// The members of a record in a list: those that it cannot do without and its lists, then the others.
+std::vector<const Setting*> typedOrder(const Settings& settings) {
+  std::vector<const Setting*> order;
+  order.reserve(settings.size());
+  for (const Setting& setting : settings) order.push_back(&setting);
+  std::stable_partition(order.begin(), order.end(), [](const Setting* setting) {
+    return setting->need == settings::Need::Required || setting->kind == Kind::List ||
+           setting->kind == Kind::Ids;
+  });
+  return order;
+}
+
+Json recordOf(const Settings& settings, const std::string& text, const char* separators) {
+  const std::vector<std::string> parts = parted(text, separators[0]);
+  const std::vector<const Setting*> order = typedOrder(settings);
+  if (parts.size() > order.size())
+    throw Refusal(quoted(text) + " has more than " + std::to_string(order.size()) + " parts");
+  Json record = Json::object();
+  for (std::size_t i = 0; i < parts.size(); ++i)
+    record[order[i]->member] = valueAt(*order[i], parts[i], separators + 1);
+  return record;
+}
+
+bool mayBeNull(const Setting& setting) {
+  return setting.isNullWhenNone || setting.isOptional || setting.channelType != nullptr;
+}
+
+Json valueAt(const Setting& setting, const std::string& text, const char* separators) {
+  if (text.empty() && mayBeNull(setting)) return nullptr;
+  switch (setting.kind) {
+    case Kind::Switch:
+    case Kind::Flag:
+      return switchOrText(text);
+    case Kind::Integer:
+      return setting.typed == nullptr ? numberOrText(text) : setting.typed(text);
+    case Kind::Id:
+      return numberOrText(text);
+    case Kind::Ids:
+      return listOf(text, separators[0], numberOrText);
+    case Kind::List:
+      return listOf(text, separators[0], [&](const std::string& part) {
+        return recordOf(setting.inner->settings, part, separators + 1);
+      });
+    default:
+      return text;
+  }
+}
+
+// Records that stay in a list, by their keys, keep what is not said of them.
+Json keeping(const Table& table, const Json& former, Json list) {
+  if (table.key == nullptr || !list.is_array() || !former.is_array()) return list;
+  for (Json& record : list)
+    for (const Json& other : former) {
+      if (other.at(table.key) != memberOrNothing(record, table.key)) continue;
+      for (const auto& [name, value] : other.items())
+        if (!record.contains(name)) record[name] = value;
+    }
+  return list;
+}
+
+struct Assigned {
+  std::string name;
+  std::string text;
+};
+
+Assigned parted(const std::string& word) {
+  const std::size_t sign = word.find('=');
+  // What is on the right of a sign may be a secret.
+  if (sign == 0) throw Refusal(Status::Usage, "there is no member before the '='");
+  if (sign == std::string::npos)
+    throw Refusal(Status::Usage, quoted(word) + " is not MEMBER=VALUE");
+  return {word.substr(0, sign), word.substr(sign + 1)};
+}
+
+}  // namespace
+
+const Setting* memberOf(const Settings& settings, const std::string& word) {
+  const std::size_t sign = word.find('=');
+  return sign == std::string::npos ? nullptr : settings::settingOf(settings, word.substr(0, sign));
+}
+
+Json valueFromWord(const Setting& setting, const std::string& text) {
+  return valueAt(setting, text, kSeparators);
+}
+
+void assign(const Settings& settings, const std::vector<std::string>& words,
+            const std::string& place, Json& record) {
+  std::vector<std::string> given;
+  for (const std::string& word : words) {
+    const auto [name, text] = parted(word);
+    const Setting* setting = settings::settingOf(settings, name);
+    if (setting == nullptr)
+      throw Refusal(place + ": there is no member " + quoted(name) +
+                    didYouMean(name, settings::membersOf(settings)));
+    if (isAmong(given, name)) throw Refusal(memberPlace(place, name) + ": it is given twice");
+    given.push_back(name);
+    Json value = valueFromWord(*setting, text);
+    if (setting->kind == Kind::List)
+      value = keeping(*setting->inner, memberOrNothing(record, name), std::move(value));
+    record[name] = std::move(value);
+  }
+}
+
+}  // namespace camcfg::tool::document

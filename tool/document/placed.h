@@ -1,0 +1,33 @@
+#ifndef CAMCFG_TOOL_DOCUMENT_PLACED_H
+#define CAMCFG_TOOL_DOCUMENT_PLACED_H
+
+#include <functional>
+#include <string>
+
+#include "device/section.h"
+#include "settings/setting.h"
+
+namespace camcfg::tool::document {
+
+/// A setting where a document has it. All but the parameters, which have no settings of ours, are.
+struct Placed {
+  std::string place;  ///< "live.srt[1].port"
+  const settings::Setting& setting;
+  Json& value;
+  std::string of;  ///< what says which entry it is of: a label, a preset's description, a card
+};
+
+/// Calls something for each setting of a section, in the order of a document. A list of records is
+/// not a setting; those of its records are.
+/// @param value  the section
+void forEachSetting(const device::Section& section, Json& value,
+                    const std::function<void(const Placed&)>& visit);
+
+/// Gives the places of faults the keys of entries, where a document that was read counts them:
+/// "stream.caches[12].size" instead of "stream.caches[10].size".
+/// @param value  the section that was read
+void nameByKeys(const device::Section& section, const Json& value, settings::Faults& faults);
+
+}  // namespace camcfg::tool::document
+
+#endif

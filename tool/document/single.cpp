@@ -1,0 +1,157 @@
+#include "document/single.h"
+
+#include <algorithm>
+#include <map>
+
+#include "base/plain_text.h"
+#include "document/document.h"
+#include "document/members.h"
+#include "document/placed.h"
+#include "document/references.h"
+#include "parameters/parameter.h"
+#include "settings/media.h"
+#include "settings/secrets.h"
+#include "settings/value.h"
+
+namespace camcfg::tool::document {
+namespace {
+
+// The section that a place is in; null if it is in none.
+const device::Section* sectionAt(const std::string& place) {
+  for (const device::Section& section : allSections()) {
+    const std::size_t length = section.name.size();
+    if (beginsWith(place, section.name) && place.size() > length &&
+        (place[length] == '[' || place[length] == '.'))
+      return &section;
+  }
+  return nullptr;
+}
+
+const device::Section& requireSection(const std::string& place) {
+  if (const device::Section* section = sectionAt(place)) return *section;
+  throw Refusal("there is no setting " + quoted(place));
+}
+
+// Calls something for the setting at a place.
+void at(const device::Section& section, Json& value, const std::string& place,
+        const std::function<void(const Placed&)>& use) {
+  bool isFound = false;
+  std::vector<std::string> known;
+  forEachSetting(section, value, [&](const Placed& placed) {
+    known.push_back(placed.place);
+    if (placed.place != place || isFound) return;
+    isFound = true;
+    use(placed);
+  });
+  if (!isFound) throw Refusal("there is no setting " + quoted(place) + didYouMean(place, known));
+}
+
+const device::Section& parametersSection() {
+  return *std::find_if(allSections().begin(), allSections().end(),
+                       [](const device::Section& section) { return section.name == kParameters; });
+}
+
+// Sections as they are to be.
+class Edit {
+ public:
+  void set(const std::string& place, const std::string& text) {
+    if (!isInDocument(place)) return setParameter(parameters_.requireAt(place), text);
+    requireNew(place);
+    const device::Section& section = requireSection(place);
+    at(section, valueOf(section), place,
+       [&](const Placed& placed) { placed.value = valueFromWord(placed.setting, text); });
+  }
+
+  Outcome carryOut(const ImportOptions& options) {
+    Target target;
+    for (const device::Section& section : allSections()) {
+      const auto value = values_.find(&section);
+      if (value == values_.end()) continue;
+      target.read(section, value->second);
+      nameByKeys(section, value->second, target.faults);
+    }
+    addDangling(target.faults);
+    return carriedOut(target, options);
+  }
+
+ private:
+  void setParameter(const parameters::Parameter& parameter, const std::string& text) {
+    requireNew(parameter.path());
+    if (!parameter.isSettable())
+      throw Refusal(parameter.path() + ": the library sets no parameter inside another one");
+    valueOf(parametersSection())[parameter.section][parameter.name] = parameter.shown(text.c_str());
+  }
+
+  void requireNew(const std::string& place) {
+    if (isAmong(given_, place)) throw Refusal(place + ": it is given twice");
+    given_.push_back(place);
+  }
+
+  Json& valueOf(const device::Section& section) {
+    const auto found = values_.find(&section);
+    return found != values_.end() ? found->second : values_[&section] = section.load();
+  }
+
+  // References that this change would leave without what they refer to.
+  void addDangling(settings::Faults& faults) {
+    Entries before;
+    Entries after;
+    for (const device::Section& section : allSections()) {
+      if (section.table == nullptr) continue;
+      before.emplace_back(section.table, section.load());
+      const auto value = values_.find(&section);
+      after.emplace_back(section.table,
+                         value == values_.end() ? before.back().second : value->second);
+    }
+    if (before == after) return;
+    for (std::size_t i = 0; i < after.size(); ++i) {
+      const settings::Table& table = *after[i].first;
+      const settings::Faults old = allDanglingIn(table, before);
+      for (const settings::Fault& fault : allDanglingIn(table, after))
+        if (!isAmong(old, fault)) faults.push_back(fault);
+    }
+  }
+
+  const parameters::Parameters parameters_;
+  std::map<const device::Section*, Json> values_;
+  std::vector<std::string> given_;
+};
+
+}  // namespace
+
+bool isInDocument(const std::string& word) {
+  const device::Section* section = sectionAt(word);
+  return section != nullptr && section->name != kParameters;
+}
+
+Outcome getSingle(const std::string& place) {
+  const device::Section& section = requireSection(place);
+  Json value = section.load();
+  Outcome outcome;
+  at(section, value, place, [&](const Placed& placed) {
+    const settings::Setting& setting = placed.setting;
+    const std::string permitted = settings::permittedFor(setting);
+    outcome.value = {{"place", place},
+                     {"value", settings::maskedAt(place, placed.value)},
+                     {"unit", setting.unit == nullptr ? Json() : Json(setting.unit)},
+                     {"permitted", permitted.empty() ? Json() : Json(permitted)},
+                     {"help", setting.help}};
+  });
+  return outcome;
+}
+
+Outcome setSingles(const std::vector<std::pair<std::string, std::string>>& assignments,
+                   const ImportOptions& options) {
+  Edit edit;
+  std::vector<std::string> faults;
+  for (const auto& [place, text] : assignments) try {
+      edit.set(place, text);
+    } catch (const Refusal& refusal) {
+      if (refusal.status() != Status::Refused) throw;
+      faults.emplace_back(refusal.what());
+    }
+  if (!faults.empty()) throw Refusal(joined(faults, "; "));
+  return edit.carryOut(options);
+}
+
+}  // namespace camcfg::tool::document

@@ -1,0 +1,33 @@
+#ifndef CAMCFG_TOOL_DOCUMENT_SINGLE_H
+#define CAMCFG_TOOL_DOCUMENT_SINGLE_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/outcome.h"
+#include "document/exchange.h"
+
+namespace camcfg::tool::document {
+
+// Single settings by the places that a search and lists of changes print: "live.srt[1].port",
+// "network.cards.Lan0.mtu", "presets[3].pan".
+
+/// Whether a word begins like a place in a section of a document other than the parameters.
+bool isInDocument(const std::string& word);
+
+/// A setting.
+/// @return "place", "value", secrets masked, "unit", "permitted" and "help"
+/// @throws Refusal  the section cannot be read whole, or there is no such setting
+Outcome getSingle(const std::string& place);
+
+/// Sets settings, with one save for each file, or none of them, and reports the changes as an import
+/// does. Parameters may be among them.
+/// @param assignments  places, or what a parameter goes by, each with its value as on a command line
+/// @throws Refusal  before anything was written: as getSingle, a place is given twice
+Outcome setSingles(const std::vector<std::pair<std::string, std::string>>& assignments,
+                   const ImportOptions& options);
+
+}  // namespace camcfg::tool::document
+
+#endif
