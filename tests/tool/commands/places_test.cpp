@@ -1,3 +1,4 @@
+#include "support/random_cases.h"
 #include "tool/json_in.h"
 #include "tool/sample_test.h"
 
@@ -166,8 +167,9 @@ TEST_F(PlacesTest, AnswersInJsonHaveTheirDocumentedShapes) {
 
 TEST_F(PlacesTest, EverySettingThatIsFoundCanBeRead) {
   // A letter that is in the help or the place of every setting.
+  int number = 0;
   for (const Json& setting : jsonIn(run({"find", "e", "--json"}).out)) {
-    if (setting["value"].is_null()) continue;
+    if (setting["value"].is_null() || !isTried(++number)) continue;
     EXPECT_EQ(jsonIn(run({"get", setting["place"].text(), "--json"}).out)["value"],
               setting["value"])
         << setting["place"].text();
