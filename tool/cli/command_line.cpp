@@ -63,7 +63,8 @@ std::vector<HostFile> filesIn(const std::string& directory, const std::vector<co
 // The parser's tree of commands, made from the records.
 class Parser {
  public:
-  explicit Parser(const std::vector<CommandGroup>& groups) : groups_(groups) {
+  explicit Parser(const std::vector<CommandGroup>& groups, const Command* unnamed = nullptr)
+      : groups_(groups), unnamed_(unnamed) {
     app_.name(kTool);
     app_.footer([] { return kFooterBegin + exitStatuses(nullptr) + kFooterEnd; });
     for (const Option& option : globalOptions()) addGlobal(option);
@@ -251,8 +252,9 @@ class Parser {
   void fill(Invocation& invocation) const {
     const CLI::App& app = selected();
     const auto found = commands_.find(&app);
-    if (found == commands_.end() || !found->second->run) refuse("", "a command is missing");
-    invocation.command = found->second;
+    invocation.command = found == commands_.end() ? unnamed_ : found->second;
+    if (invocation.command == nullptr || !invocation.command->run)
+      refuse("", "a command is missing");
     if (app_.count(kRoot) != 0) invocation.root = textsOf(app_, kRoot).front();
     if (app_.count(kColor) != 0) invocation.color = chosenColor();
     invocation.json = app_.count(kJson) != 0;
@@ -333,6 +335,7 @@ class Parser {
   }
 
   const std::vector<CommandGroup>& groups_;
+  const Command* const unnamed_;
   CLI::App app_{kAbout};
   std::map<std::string, CLI::App*> apps_;
   std::map<const CLI::App*, const Command*> commands_;
@@ -347,8 +350,8 @@ std::string helpText(const std::vector<CommandGroup>& groups, const std::string&
 }
 
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
-                           const char* const* argv) {
-  return Parser(groups).parse(argc, argv);
+                           const char* const* argv, const Command* unnamed) {
+  return Parser(groups, unnamed).parse(argc, argv);
 }
 
 }  // namespace camcfg::tool::cli

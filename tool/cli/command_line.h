@@ -21,10 +21,11 @@ struct Invocation {
 };
 
 /// Reads a command line by the records of the commands.
-/// @param groups  the commands; must outlive what is returned
+/// @param groups   the commands; must outlive what is returned
+/// @param unnamed  what is asked for where no command is named; null: that is a usage error
 /// @throws Refusal with the status of a usage error
 Invocation readCommandLine(const std::vector<CommandGroup>& groups, int argc,
-                           const char* const* argv);
+                           const char* const* argv, const Command* unnamed = nullptr);
 
 /// What "--help" after a command prints.
 /// @param command  the whole name of one of the commands; empty: the tool itself
@@ -35,6 +36,7 @@ struct Customs {
   std::function<void(const Command&, const Arguments&)> before;
   std::function<std::vector<std::string>()>
       remarks;  ///< what is to be said afterwards, a line each
+  const char* atTerminal = nullptr;  ///< the command that is run at a terminal where none is named
 };
 
 /// Runs the command that a command line asks for and prints its answer.

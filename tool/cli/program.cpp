@@ -147,7 +147,9 @@ int runProgram(const std::vector<CommandGroup>& groups, int argc, const char* co
   Invocation invocation;
   try {
     invocation.json = asksForJson(groups, argc, argv);
-    invocation = readCommandLine(groups, argc, argv);
+    const bool isAtTerminal = customs.atTerminal != nullptr && streams.answersToTerminal();
+    invocation = readCommandLine(groups, argc, argv,
+                                 isAtTerminal ? findCommand(groups, customs.atTerminal) : nullptr);
     return static_cast<int>(run(invocation, streams, customs));
   } catch (const Refusal& refusal) {
     return refuse(refusal, invocation, streams);

@@ -48,25 +48,20 @@ document::ImportOptions optionsOf(const settings::Table& table, const Arguments&
   return {arguments.given(kDryRun), settings::hasSecrets(table) && arguments.given(kShowSecrets)};
 }
 
-device::Turn turnFor(const Arguments& arguments) {
-  return device::Turn(arguments.given(kDryRun) ? device::Turn::Files()
-                                               : device::Turn::Files{CFG_FILE_MPP});
-}
-
 Outcome add(const settings::Table& table, const Arguments& arguments) {
   const std::vector<std::string> members = withSecrets(table, arguments);
-  const device::Turn turn = turnFor(arguments);
+  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
   return document::addEntry(table, arguments.text(kEntry), members, optionsOf(table, arguments));
 }
 
 Outcome change(const settings::Table& table, const Arguments& arguments) {
   const std::vector<std::string> members = withSecrets(table, arguments);
-  const device::Turn turn = turnFor(arguments);
+  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
   return document::setEntry(table, arguments.text(kEntry), members, optionsOf(table, arguments));
 }
 
 Outcome remove(const settings::Table& table, const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments);
+  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
   return document::deleteEntry(table, arguments.text(kEntry), arguments.given(kCascade),
                                optionsOf(table, arguments));
 }
@@ -92,50 +87,19 @@ Candidates memberWords(const settings::Table& table) {
   return candidates;
 }
 
-// What each verb is shown with, on the sample device.
-struct Examples {
-  const settings::Table& table;
-  const char* add;
-  const char* set;
-  const char* remove;
-};
-
-const Examples& examplesFor(const settings::Table& table) {
-  static const Examples all[] = {
-      {settings::streamSources(), "stream source add 12 kind=VENC name=ch5-main channel=8",
-       "stream source set 9 enabled=yes", "stream source delete mic-pcm --cascade"},
-      {settings::streamCaches(), "stream cache add 11 name=aux size=2MiB allowed=0,2 default=0",
-       "stream cache set program size=16MiB", "stream cache delete audio-pcm"},
-      {settings::websocket(), "live websocket add preview-9 id=2",
-       "live websocket set preview-1 name=lobby", "live websocket delete 8"},
-      {settings::rtsp(), "live rtsp add ch9 channels=0:video,8:audio",
-       "live rtsp set ch1/main name=stage", "live rtsp delete ch4/sub"},
-      {settings::rtmp(),
-       "live rtmp add 2 url=rtmp://live.example/app/key video=12 audio=8 enabled=no",
-       "live rtmp set 1 enabled=yes password=-", "live rtmp delete 1"},
-      {settings::ndi(), "live ndi add 4 enabled=yes mainStreamName=Stage mainVideo=12 audio=8",
-       "live ndi set 0 groupName=studio", "live ndi delete 3"},
-      {settings::srt(),
-       "live srt add 2 mode=caller hostname=relay.example port=9001 streams=program:12+8",
-       "live srt set 1 latency=250 password=-", "live srt delete ingest.example.com"}};
-  return *std::find_if(std::begin(all), std::end(all),
-                       [&](const Examples& examples) { return &examples.table == &table; });
-}
-
 cli::Command commandFor(const settings::Table& table, const std::string& name, const char* verb,
-                        Carry carry, std::vector<Option> options, const char* example) {
+                        Carry carry, std::vector<Option> options) {
   cli::Command command{kept(name), kept(std::string(verb) + table.entry), std::move(options),
                        [&table, carry](const Arguments& arguments) {
                          return changed(carry(table, arguments),
                                         "it is so already; nothing was written");
                        }};
-  command.options.push_back({Option::Flag, kDryRun, "Show what would change and write nothing"});
+  command.options.push_back(kRehearsal);
   if (settings::hasSecrets(table))
     command.options.push_back(
         {Option::Flag, kShowSecrets, "Show passwords in the list of changes"});
   command.changesDevice = command.changesSettings = true;
   command.details = [&table] { return helpOf(table); };
-  command.examples = {example};
   return command;
 }
 
@@ -153,18 +117,15 @@ std::vector<cli::Command> commandsForEntries(const settings::Table& table,
                                                      "is the next line of standard input"
                                                    : "A member as below and its value";
   const Option entry{Option::Argument, kEntry, meaning, words};
-  const Examples& examples = examplesFor(table);
   return {commandFor(table, above + " add", "Add one ", add,
                      {{Option::Argument, kEntry, meaning, anyWord},
-                      {Option::OptionalArguments, kMember, member, members}},
-                     examples.add),
+                      {Option::OptionalArguments, kMember, member, members}}),
           commandFor(table, above + " set", "Change members of one ", change,
-                     {entry, {Option::Arguments, kMember, member, members}}, examples.set),
+                     {entry, {Option::Arguments, kMember, member, members}}),
           commandFor(table, above + " delete", "Delete one ", remove,
                      {entry,
                       {Option::Flag, kCascade,
-                       "Take it out of what refers to it; what cannot be without it goes, too"}},
-                     examples.remove)};
+                       "Take it out of what refers to it; what cannot be without it goes, too"}})};
 }
 
 std::string helpOf(const settings::Table& table) {

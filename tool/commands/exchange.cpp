@@ -116,19 +116,16 @@ CommandGroup exchangeGroup() {
             {Option::Flag, kFactory, "Compare with the factory set"},
             {Option::Flag, kShowSecrets, "Show passwords"}},
            Status::Usage),
-       withExamples(
-           changer("reset",
-                   "Put factory values back: of a parameter, a section or the whole device", reset,
-                   {{Option::OptionalArgument, kSection,
-                     "Section of a parameter; or its place, SECTION/NAME"},
-                    {Option::OptionalArgument, kName, "Whole name of the parameter"},
-                    {Option::Value, kSectionOption,
-                     "All of a section: System, NetWork, presets, live.srt"},
-                    {Option::Flag, kAll, "The whole device"},
-                    {Option::Flag, kYes, "Really reset the whole device"},
-                    {Option::Flag, kDryRun, "Show what would change and write nothing"},
-                    {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}}),
-           {"reset System/Rtsp", "reset --section live.srt", "reset --all --dry-run"})}};
+       changer(
+           "reset", "Put factory values back: of a parameter, a section or the whole device", reset,
+           {{Option::OptionalArgument, kSection,
+             "Section of a parameter; or its place, SECTION/NAME"},
+            {Option::OptionalArgument, kName, "Whole name of the parameter"},
+            {Option::Value, kSectionOption, "All of a section: System, NetWork, presets, live.srt"},
+            {Option::Flag, kAll, "The whole device"},
+            {Option::Flag, kYes, "Really reset the whole device"},
+            {Option::Flag, kDryRun, "Show what would change and write nothing"},
+            {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -89,15 +89,12 @@ const char* kindsOfSessions() {
 CommandGroup explainGroup() {
   return {
       "Parameters",
-      {withExamples(
-           command(
-               "explain",
+      {command("explain",
                "Show a setting's value in every copy, its limits, and which element answers for it",
                parameter,
                {{Option::OptionalArgument, kSection,
                  "Section of a parameter; or its place, SECTION/NAME"},
                 {Option::OptionalArgument, kName, "Its name, or the beginning of it"}}),
-           {"explain System/Rtsp", "explain session srt 1"}),
        command("explain parameter",
                "The same, for a section that is called like one of these commands", parameter,
                {{Option::Argument, kSection, "Section of the parameter"},

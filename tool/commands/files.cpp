@@ -30,13 +30,7 @@ void addUnreadSections(Outcome& outcome, Json& findings) {
 }
 
 Answer status(const Arguments& /*arguments*/) {
-  Outcome outcome = device::checkHealth();
-  Json unread = Json::array();
-  addUnreadSections(outcome, unread);
-  for (const Json& finding : unread) {
-    outcome.notes.push_back(finding.text());
-    outcome.value["findings"].push_back(finding);
-  }
+  Outcome outcome = deviceHealth();
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
@@ -136,6 +130,17 @@ Answer run(const Arguments& arguments) {
 }
 
 }  // namespace
+
+Outcome deviceHealth() {
+  Outcome outcome = device::checkHealth();
+  Json unread = Json::array();
+  addUnreadSections(outcome, unread);
+  for (const Json& finding : unread) {
+    outcome.notes.push_back(finding.text());
+    outcome.value["findings"].push_back(finding);
+  }
+  return outcome;
+}
 
 CommandGroup filesGroup() {
   return {

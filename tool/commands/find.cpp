@@ -23,11 +23,9 @@ Answer find(const Arguments& arguments) {
 
 CommandGroup findGroup() {
   return {"Parameters",
-          {withExamples(
-              command("find", "Find settings by a part of their place, value, help or name", find,
-                      {{Option::Arguments, kWord,
-                        "Found in upper or lower case; of several, each must be found"}}),
-              {"find rtsp port", "find program", "find Lan0 dns"})}};
+          {command("find", "Find settings by a part of their place, value, help or name", find,
+                   {{Option::Arguments, kWord,
+                     "Found in upper or lower case; of several, each must be found"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -8,6 +8,7 @@
 
 #include "cli/command.h"
 #include "device/section.h"
+#include "device/turn.h"
 #include "document/exchange.h"
 #include "parameters/parameter.h"
 #include "settings/setting.h"
@@ -49,6 +50,9 @@ constexpr char kFormat[] = "--format";
 constexpr char kSectionOption[] = "--section";
 constexpr char kShowSecrets[] = "--show-secrets";
 
+/// Of any command that changes settings.
+inline const Option kRehearsal{Option::Flag, kDryRun, "Show what would change and write nothing"};
+
 /// A row of a group's table: what it is called, what it does, how, and what it takes.
 /// @param run  null: only a heading for those below it
 inline cli::Command command(const char* name, const char* help, Answer (*run)(const Arguments&),
@@ -79,12 +83,6 @@ inline cli::Command withDetails(cli::Command command, std::function<std::string(
   return command;
 }
 
-/// A command with examples of how it is typed, see cli::Command.
-inline cli::Command withExamples(cli::Command command, std::vector<const char*> examples) {
-  command.examples = std::move(examples);
-  return command;
-}
-
 // The words that the device has, for the completion of command lines. They throw a Refusal if the
 // device's files are unusable, and load nothing but the file that the words are in.
 
@@ -94,6 +92,9 @@ cli::WordFinder wordsFor(const std::string& name);
 /// Gives those to the arguments and options that say nothing of their words.
 void addWords(std::vector<CommandGroup>& groups);
 
+/// Gives the commands their examples.
+void addExamples(std::vector<CommandGroup>& groups);
+
 /// For an argument that is named like another one, but whose words nobody knows.
 Candidates anyWord(const Arguments& before);
 Candidates presetIdWords(const Arguments& before);
@@ -102,6 +103,20 @@ Candidates entryWords(const settings::Table& table);
 Candidates cacheIdWords(const Arguments& before);
 /// Sources that the cache ID given allows.
 Candidates allowedSourceWords(const Arguments& before);
+
+/// The turn of a command that changes one file; none for a rehearsal.
+device::Turn turnFor(const Arguments& arguments, const char* file);
+
+// What several commands show.
+
+/// The health of the device's files, as `status` has it.
+Outcome deviceHealth();
+
+/// The device's name, language and ports.
+/// @throws Refusal (unusable)
+Json systemJson();
+/// @param above  the path to them in an answer, "system/"
+Fields systemFields(const std::string& above);
 
 // Settings, by their descriptions.
 
@@ -156,6 +171,7 @@ CommandGroup presetGroup();
 CommandGroup runGroup();
 CommandGroup salvageGroup();
 CommandGroup streamGroup();
+CommandGroup summaryGroup();
 CommandGroup systemGroup();
 CommandGroup trialGroup();
 CommandGroup upgradeGroup();

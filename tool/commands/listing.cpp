@@ -66,6 +66,10 @@ Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout)
   return answer;
 }
 
+device::Turn turnFor(const Arguments& arguments, const char* file) {
+  return device::Turn(arguments.given(kDryRun) ? device::Turn::Files() : device::Turn::Files{file});
+}
+
 Answer changed(Outcome outcome, const char* unchanged) {
   Answer answer(std::move(outcome));
   if (answer.status != Status::Done) return answer;

@@ -17,8 +17,6 @@
 namespace camcfg::tool::commands {
 namespace {
 
-constexpr char kMarked[] = "stream cache {cache}, {mark}: {before} -> {value}";
-
 // The entries of a section, a line each, in the columns that its table names.
 Answer listingOf(const settings::Table& table, bool showSecrets) {
   return readableAnswer(
@@ -61,22 +59,31 @@ Answer caches(const Arguments& /*arguments*/) {
   return answer;
 }
 
+// What is said of a change that was made, or is only shown.
+std::vector<cli::Block> changeLine(const Arguments& arguments, const std::string& line) {
+  return {Line{arguments.given(kDryRun) ? line + " (not saved)" : line}};
+}
+
+Answer mark(const Arguments& arguments,
+            Outcome (*mark)(const std::string&, const std::string&, bool)) {
+  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  return Answer(mark(arguments.text(kId), arguments.text(kSource), arguments.given(kDryRun)),
+                changeLine(arguments, "stream cache {cache}, {mark}: {before} -> {value}"));
+}
+
 Answer select(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_MPP});
-  return Answer(media::selectSource(arguments.text(kId), arguments.text(kSource)), {Line{kMarked}});
+  return mark(arguments, media::selectSource);
 }
 
 Answer makeDefault(const Arguments& arguments) {
-  const bool rehearse = arguments.given(kDryRun);
-  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::Files{CFG_FILE_MPP});
-  return Answer(media::makeDefaultSource(arguments.text(kId), arguments.text(kSource), rehearse),
-                {Line{rehearse ? kMarked + std::string(" (not saved)") : kMarked}});
+  return mark(arguments, media::makeDefaultSource);
 }
 
 Answer allow(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_MPP});
-  return Answer(media::allowSources(arguments.text(kId), arguments.texts(kSource)),
-                {Line{"stream cache {cache} allows {allowed}; before: {before}"}});
+  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  return Answer(
+      media::allowSources(arguments.text(kId), arguments.texts(kSource), arguments.given(kDryRun)),
+      changeLine(arguments, "stream cache {cache} allows {allowed}; before: {before}"));
 }
 
 const Option kAllowedSource{Option::Argument, kSource, "Id of a source that the cache allows",
@@ -154,28 +161,20 @@ CommandGroup streamGroup() {
                    [] {
                      return helpOfAll({&settings::streamSources(), &settings::streamCaches()});
                    }),
-       withExamples(withDetails(command("stream sources", "List the stream sources", sources),
-                                [] { return helpOf(settings::streamSources()); }),
-                    {"stream sources"}),
-       withExamples(
-           withDetails(command("stream caches", "List the stream caches and the sources they carry",
-                               caches),
-                       [] { return helpOf(settings::streamCaches()); }),
-           {"stream caches"}),
+       withDetails(command("stream sources", "List the stream sources", sources),
+                   [] { return helpOf(settings::streamSources()); }),
+       withDetails(
+           command("stream caches", "List the stream caches and the sources they carry", caches),
+           [] { return helpOf(settings::streamCaches()); }),
        command("stream cache", "Change the stream caches", nullptr,
                {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
-       withExamples(changer("stream cache select", "Mark a source with \"Enable\", in place",
-                            select, {kAllowedSource}),
-                    {"stream cache 12 select 2"}),
-       withExamples(
-           changer("stream cache default",
-                   "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
-                   {kAllowedSource,
-                    {Option::Flag, kDryRun, "Show what would change and change nothing"}}),
-           {"stream cache 12 default 2"}),
-       withExamples(changer("stream cache allow", "Replace the sources that the cache allows",
-                            allow, {{Option::Arguments, kSource, "Ids from 0 to 29"}}),
-                    {"stream cache 12 allow 0 2"}),
+       changer("stream cache select", "Mark a source with \"Enable\", in place", select,
+               {kAllowedSource, kRehearsal}),
+       changer("stream cache default",
+               "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
+               {kAllowedSource, kRehearsal}),
+       changer("stream cache allow", "Replace the sources that the cache allows", allow,
+               {{Option::Arguments, kSource, "Ids from 0 to 29"}, kRehearsal}),
        command("stream source", "Change the stream sources", nullptr)}};
   for (const auto& [table, above] : {std::pair{&settings::streamSources(), "stream source"},
                                      std::pair{&settings::streamCaches(), "stream cache"}})
@@ -195,8 +194,6 @@ CommandGroup liveGroup() {
   for (const settings::Table* table : settings::liveTables()) {
     cli::Command listing = commandFor(*table);
     std::vector<cli::Command> changers = commandsForEntries(*table, listing.name);
-    listing.examples = {listing.name};
-    listing.examples.push_back(changers.front().examples.front());
     group.commands.push_back(std::move(listing));
     for (cli::Command& command : changers) group.commands.push_back(std::move(command));
   }

@@ -126,8 +126,7 @@ Answer set(const Arguments& arguments) {
         return assignment.name.empty() && document::isInDocument(assignment.place);
       }))
     return setInDocument(assignments, arguments);
-  const device::Turn turn(rehearse ? device::Turn::Files()
-                                   : device::Turn::Files{CFG_FILE_BUSINESS});
+  const device::Turn turn = turnFor(arguments, CFG_FILE_BUSINESS);
   return isOne ? setOne(assignments.front(), force, rehearse)
                : setAll(assignments, force, rehearse);
 }
@@ -207,15 +206,10 @@ Answer setOne(const parameters::Assignment& assignment, bool force, bool rehears
 CommandGroup parametersGroup() {
   return {
       "Parameters",
-      {withExamples(command("list", "List the parameters and their current values", list,
-                            {{Option::OptionalArgument, kSection, "Only this section"}}),
-                    {"list", "list System"}),
-       withExamples(
-           command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
-           {"get System/Rtsp", "get Ch1MainCodec", "get live.srt[1].port"}),
-       withExamples(
-           changer(
-               "set", "Set parameters and save them with their backup", set,
+      {command("list", "List the parameters and their current values", list,
+               {{Option::OptionalArgument, kSection, "Only this section"}}),
+       command("get", "Print the current value of a parameter", get, {kOfSection, kWholeName}),
+       changer("set", "Set parameters and save them with their backup", set,
                {{Option::Arguments, kAssignment,
                  "A place such as System/Rtsp, or a name that is only in one section, and an "
                  "integer within the range or an allowed text; also a place that 'find' prints, "
@@ -223,14 +217,10 @@ CommandGroup parametersGroup() {
                 {Option::Flag, kForce,
                  "Set a text that is only a part of an allowed one, and confirm a change that is "
                  "on trial first"},
-                {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
-           {"set System/Rtsp=8554", "set System/WebHttp=8000 VideoCh1/Ch1MainCodec=H264",
-            "set live.srt[1].latency=250"}),
-       withExamples(
-           command("describe", "Show a parameter's type, limits, default and value", describe,
-                   {{Option::Argument, kName,
-                     "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}}),
-           {"describe Rtsp", "describe System/Rtsp"})}};
+                kRehearsal}),
+       command("describe", "Show a parameter's type, limits, default and value", describe,
+               {{Option::Argument, kName,
+                 "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}})}};
 }
 
 }  // namespace camcfg::tool::commands

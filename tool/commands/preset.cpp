@@ -14,6 +14,7 @@ namespace {
 
 using settings::Setting;
 
+constexpr char kDescription[] = "DESCRIPTION";
 constexpr std::size_t kFaultsTold = 20;
 constexpr std::size_t kSeenById = 32;  // bytes from which a query by id keeps a description back
 
@@ -47,12 +48,15 @@ Json requireNumber(const Setting& setting, const std::string& text) {
   return *decimal32(text);
 }
 
-int requireId(const std::string& text) {
-  const std::string permitted = settings::permittedFor(idSetting());
-  if (!decimal(text)) throw Refusal("'" + text + "' is not an id (" + permitted + ")");
-  const std::string fault = settings::objectionTo(idSetting(), text).why;
+// That of a preset which is there, or one by which a new preset is to go.
+int requireId(const std::string& word) {
+  if (!decimal(word)) {
+    const presets::Presets presets;
+    return presets.requireReachableId(presets.require(word));
+  }
+  const std::string fault = settings::objectionTo(idSetting(), word).why;
   if (!fault.empty()) throw Refusal("id " + fault);
-  return *decimal32(text);
+  return *decimal32(word);
 }
 
 // What lookups make of a description that was just stored.
@@ -67,38 +71,78 @@ void tellHazards(Answer& answer, int id) {
                            " bytes or more");
 }
 
-std::vector<cli::Block> changesOf(const Json& stored) {
-  const Json& before = stored["before"];
-  if (before.is_null()) return {Line{"preset {id}: created"}};
+const Line kNotWritten{"nothing was written"};
+
+std::vector<cli::Block> changesOf(const Json& stored, bool isRehearsal) {
   std::vector<cli::Block> lines;
+  const Json& before = stored["before"];
+  if (before.is_null()) lines.emplace_back(Line{"preset {id}: created"});
   for (const auto& [name, was] : before.items()) {
     if (stored.at(name) == was) continue;
     std::string line = "preset {id}: ";
     line.append(name).append(" {before/").append(name).append("} -> {").append(name).append("}");
     lines.emplace_back(Line{line});
   }
-  if (lines.empty()) lines.emplace_back(Line{"preset {id}: unchanged"});
+  const bool isSo = lines.empty();
+  if (isSo) lines.emplace_back(Line{"preset {id}: it is so already"});
+  if (isSo || isRehearsal) lines.emplace_back(kNotWritten);
   return lines;
 }
 
-Answer store(const Arguments& arguments, int id) {
-  presets::Values given = presets::noValues();
-  given[settings::kPresetId] = id;
+Answer store(const Arguments& arguments, const presets::Values& given) {
+  const bool isRehearsal = arguments.given(kDryRun);
+  Answer answer(Outcome{presets::storePreset(given, isRehearsal), {}});
+  answer.layout = changesOf(answer.value, isRehearsal);
+  if (!given.at(settings::kPresetDescription).is_null() && !isRehearsal)
+    tellHazards(answer, given.at(settings::kPresetId).get<int>());
+  return answer;
+}
+
+presets::Values withId(int id) {
+  presets::Values values = presets::noValues();
+  values[settings::kPresetId] = id;
+  return values;
+}
+
+// What the options give of a preset.
+presets::Values givenOf(const Arguments& arguments, int id) {
+  presets::Values given = withId(id);
   for (const Setting& setting : settings::presetSettings()) {
     if (setting.option == nullptr || !arguments.given(setting.option)) continue;
     const std::string text = arguments.text(setting.option);
     given[setting.member] =
         setting.kind == settings::Kind::Text ? Json(text) : requireNumber(setting, text);
   }
-  Answer answer(Outcome{presets::storePreset(given), {}});
-  answer.layout = changesOf(answer.value);
-  if (!given[settings::kPresetDescription].is_null()) tellHazards(answer, id);
-  return answer;
+  return given;
 }
 
 Answer set(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_PRESET});
-  return store(arguments, requireId(arguments.text(kId)));
+  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  return store(arguments, givenOf(arguments, requireId(arguments.text(kPreset))));
+}
+
+// A description by which a preset is found, and no other one.
+void requireFree(const presets::Presets& presets, const presets::Preset& renamed,
+                 const std::string& description) {
+  if (description.empty()) throw Refusal(Status::Usage, "which description? the argument is empty");
+  if (presets::isDigits(description))
+    throw Refusal(quoted(description) +
+                  " would be taken for an id; give a description with "
+                  "something other than digits in it");
+  for (const presets::Preset& preset : presets.all())
+    if (&preset != &renamed && preset.description() == description)
+      throw Refusal(preset.label() + " has this description already");
+}
+
+Answer rename(const Arguments& arguments) {
+  const std::string description = arguments.text(kDescription);
+  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  const presets::Presets presets;
+  const presets::Preset& preset = presets.require(arguments.text(kPreset));
+  requireFree(presets, preset, description);
+  presets::Values given = withId(presets.requireReachableId(preset));
+  given[settings::kPresetDescription] = description;
+  return store(arguments, given);
 }
 
 // With every id taken, the library's search succeeds nevertheless and leaves the number alone.
@@ -115,21 +159,22 @@ int requireUnusedId() {
 }
 
 Answer add(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_PRESET});
+  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
   const presets::Presets usable;
-  Answer answer = store(arguments, requireUnusedId());
-  answer.layout = {Line{"{id}"}};
+  Answer answer = store(arguments, givenOf(arguments, requireUnusedId()));
+  answer.layout.front() = Line{"{id}"};
   return answer;
 }
 
 Answer remove(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_PRESET});
+  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
   Answer answer(Outcome{preset.values, {}}, {Line{"{label}: deleted"}});
   answer.value["label"] = preset.label();
   addNote(answer, presets.shadowOf(preset));
-  presets::deletePreset(presets, preset);
+  presets::deletePreset(presets, preset, arguments.given(kDryRun));
+  if (arguments.given(kDryRun)) answer.layout.emplace_back(kNotWritten);
   return answer;
 }
 
@@ -157,8 +202,7 @@ void tellFaults(Answer& answer, const Json& faults) {
 }
 
 Answer importAll(const Arguments& arguments) {
-  const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
-                                                   : device::Turn::Files{CFG_FILE_PRESET});
+  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
   Answer answer(presets::importPresets(arguments.text(kFile), arguments.given(kDryRun)));
   if (answer.status == Status::Refused)
     tellFaults(answer, answer.value["faults"]);
@@ -174,29 +218,38 @@ std::vector<Option> withValues(std::vector<Option> options) {
   return options;
 }
 
+// With the options that every change takes.
+cli::Command presetChanger(const char* name, const char* help, Answer (*run)(const Arguments&),
+                           std::vector<Option> options) {
+  options.push_back(kRehearsal);
+  return changer(name, help, run, std::move(options));
+}
+
 const Option kOnePreset{Option::Argument, kPreset, "An id, or a whole description"};
 
 }  // namespace
 
 CommandGroup presetGroup() {
-  const Option id{Option::Argument, kId, idSetting().help, presetIdWords};
   return {
       "Camera positions",
       {command("preset", "List, change, import and export camera positions", nullptr),
        command("preset list", "List the presets", list),
        command("preset get", "Show a preset", get, {kOnePreset}),
-       changer("preset set", "Change what is given of a preset, or create it", set,
-               withValues({id})),
-       changer("preset add", "Create a preset under the next free id and print the id", add,
-               withValues({})),
-       changer("preset delete", "Delete a preset", remove, {kOnePreset}),
+       presetChanger("preset set", "Change what is given of a preset, or create it", set,
+                     withValues({{Option::Argument, kPreset,
+                                  "An id, which may be a new one, or a whole description"}})),
+       presetChanger("preset add", "Create a preset under the next free id and print the id", add,
+                     withValues({})),
+       presetChanger("preset rename", "Give a preset another description", rename,
+                     {kOnePreset, {Option::Argument, kDescription, "The new one", anyWord}}),
+       presetChanger("preset delete", "Delete a preset", remove, {kOnePreset}),
        command(
            "preset export", "Print all presets for an import", exportAll,
            {{Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}}),
        changer("preset import", "Create and change presets from a CSV or JSON file, all or none",
                importAll,
                {{Option::HostFile, kFile, "File as 'preset export' prints it; - is standard input"},
-                {Option::Flag, kDryRun, "Only show what would be done"}})}};
+                kRehearsal})}};
 }
 
 }  // namespace camcfg::tool::commands

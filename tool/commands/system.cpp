@@ -24,22 +24,7 @@ Json languageOrNull() {
 }
 
 Answer system(const Arguments& /*arguments*/) {
-  device::requireDocument(CFG_FILE_BUSINESS);
-  char name[CFG_TXT_CUR_SIZE] = {};
-  char model[CFG_TXT_CUR_SIZE] = {};
-  const bool named = CFG_SYSTEM_GetDeviceName(name, model) == 0;
-
-  Answer answer;
-  answer.value["name"] = named ? Json(name) : Json();
-  answer.value["model"] = named ? Json(model) : Json();
-  answer.value["language"] = languageOrNull();
-  Fields fields{{{"name", "{name}"}, {"model", "{model}"}, {"language", "{language}"}}};
-  for (const SystemPort& port : settings::systemPorts()) {
-    answer.value["ports"][port.member] = port.read();
-    fields.fields.push_back({port.label, std::string("{ports/") + port.member + "}"});
-  }
-  answer.layout = {std::move(fields)};
-  return answer;
+  return {systemJson(), {systemFields("")}};
 }
 
 Answer showPort(const SystemPort& port) {
@@ -84,6 +69,27 @@ Answer lang(const Arguments& arguments) {
 }
 
 }  // namespace
+
+Json systemJson() {
+  device::requireDocument(CFG_FILE_BUSINESS);
+  char name[CFG_TXT_CUR_SIZE] = {};
+  char model[CFG_TXT_CUR_SIZE] = {};
+  const bool named = CFG_SYSTEM_GetDeviceName(name, model) == 0;
+  Json system = {{"name", named ? Json(name) : Json()},
+                 {"model", named ? Json(model) : Json()},
+                 {"language", languageOrNull()}};
+  for (const SystemPort& port : settings::systemPorts()) system["ports"][port.member] = port.read();
+  return system;
+}
+
+Fields systemFields(const std::string& above) {
+  Fields fields;
+  for (const char* name : {"name", "model", "language"})
+    fields.fields.push_back({name, "{" + above + name + "}"});
+  for (const SystemPort& port : settings::systemPorts())
+    fields.fields.push_back({port.label, "{" + above + "ports/" + port.member + "}"});
+  return fields;
+}
 
 CommandGroup systemGroup() {
   CommandGroup group{"System", {}};

@@ -214,13 +214,14 @@ void addForce(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      filesGroup(),   salvageGroup(), lintGroup(),     parametersGroup(), findGroup(),
-      explainGroup(), watchGroup(),   systemGroup(),   networkGroup(),    presetGroup(),
-      streamGroup(),  liveGroup(),    graphGroup(),    exchangeGroup(),   historyGroup(),
-      trialGroup(),   upgradeGroup(), languageGroup(), runGroup(),        helpGroup(),
-      completeGroup()};
+      summaryGroup(), filesGroup(),   salvageGroup(), lintGroup(),     parametersGroup(),
+      findGroup(),    explainGroup(), watchGroup(),   systemGroup(),   networkGroup(),
+      presetGroup(),  streamGroup(),  liveGroup(),    graphGroup(),    exchangeGroup(),
+      historyGroup(), trialGroup(),   upgradeGroup(), languageGroup(), runGroup(),
+      helpGroup(),    completeGroup()};
   addForce(groups);
   addWords(groups);
+  addExamples(groups);
   return groups;
 }
 

@@ -120,15 +120,16 @@ std::vector<int> unknownOf(std::vector<int> ids) {
 
 }  // namespace
 
-Outcome selectSource(const std::string& cacheId, const std::string& sourceId) {
+Outcome selectSource(const std::string& cacheId, const std::string& sourceId, bool rehearse) {
   const Chosen chosen(cacheId);
   const CacheEntry& cache = chosen.cache();
   const int source = chosen.requireAllowed(sourceId);
   requireOwnId(chosen, source);
   requireReachable(chosen);
-  chosen.change(
-      [&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); },
-      [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isEnabled, source); });
+  if (!rehearse)
+    chosen.change(
+        [&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); },
+        [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isEnabled, source); });
 
   Outcome outcome = markOutcome(cache, &AllowedSource::isEnabled, source);
   const int carried = cache.record->s32EnabledSrc;
@@ -158,7 +159,8 @@ Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceI
   return outcome;
 }
 
-Outcome allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds) {
+Outcome allowSources(const std::string& cacheId, const std::vector<std::string>& sourceIds,
+                     bool rehearse) {
   const Chosen chosen(cacheId);
   const CacheEntry& cache = chosen.cache();
   const std::vector<int> ids = requireSourceIds(sourceIds);
@@ -170,8 +172,9 @@ Outcome allowSources(const std::string& cacheId, const std::vector<std::string>&
   for (const int id : ids) record->s32AllowedMask |= 1 << id;
   record->s32EnabledSrc =
       cache.marked(&AllowedSource::isEnabled).value_or(cache.record->s32EnabledSrc);
-  chosen.change([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
-                [&](const CacheEntry& now) { return now.allowedIds() == ids; });
+  if (!rehearse)
+    chosen.change([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
+                  [&](const CacheEntry& now) { return now.allowedIds() == ids; });
 
   const bool kept = std::binary_search(ids.begin(), ids.end(), record->s32EnabledSrc);
   Outcome outcome{{{"cache", cache.id()},

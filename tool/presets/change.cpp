@@ -174,14 +174,15 @@ device::Change replacing(const std::vector<Values>& presets) {
   return {CFG_FILE_PRESET, kSection, [presets] { return storeInstead(presets); }, arrived};
 }
 
-Json storePreset(const Values& given) {
+Json storePreset(const Values& given, bool rehearse) {
   const Presets presets;
   const int id = given.at(settings::kPresetId).get<int>();
   const Preset* existing = presets.lookup(id);
   const std::string what = "preset " + std::to_string(id);
   const PresetUpdate update = updateOf(existing, given);
   if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
-  device::makeChange(storing(what, {update.values}));
+  const bool isSo = existing != nullptr && existing->values == update.values;
+  if (!isSo && !rehearse) device::makeChange(storing(what, {update.values}));
   Json stored = update.values;
   stored["before"] = existing == nullptr ? Json() : existing->values;
   return stored;
@@ -196,13 +197,14 @@ device::Change deletion(int id) {
           [id] { return CFG_PRESET_DeleteById(id) == 0; }, arrived};
 }
 
-void deletePreset(const Presets& presets, const Preset& preset) {
+void deletePreset(const Presets& presets, const Preset& preset, bool rehearse) {
   const std::string text = written(*preset.element);
   const std::ptrdiff_t before = countOf(*preset.element->GetDocument(), text);
   const auto arrived = [&](XMLDocument& document) {
     return presetGroupOf(document) != nullptr && countOf(document, text) == before - 1;
   };
   const bool byId = isDeletedByItsId(presets, preset);
+  if (rehearse) return;
   const auto erase = [&] {
     return (byId ? CFG_PRESET_DeleteById(*preset.id())
                  : CFG_PRESET_DeleteByDesc(preset.description()->c_str())) == 0;

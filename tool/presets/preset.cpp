@@ -88,9 +88,15 @@ std::string Preset::label() const {
   return description() ? name + " " + quoted(*description()) : name;
 }
 
+bool isDigits(const std::string& word) {
+  return !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
+}
+
 std::optional<int> idIn(const std::string& word) {
-  if (word.empty() || word.find_first_not_of("0123456789") != std::string::npos)
-    return std::nullopt;
+  if (word.empty())
+    throw Refusal(Status::Usage,
+                  "which preset? the argument is empty; give an id or a description");
+  if (!isDigits(word)) return std::nullopt;
   const std::optional<std::int32_t> id = decimal32(word);
   if (!id) throw Refusal("there is no preset " + word);
   return *id;
@@ -191,6 +197,15 @@ const Preset& Presets::requireDescription(const std::string& description) const 
       other == nullptr ? "" : " (a lookup by the beginning finds " + other->label() + ")";
   throw Refusal("there is no preset called '" + description + "'" + hit +
                 didYouMean(description, known));
+}
+
+int Presets::requireReachableId(const Preset& preset) const {
+  const std::optional<int> id = preset.id();
+  if (!id) throw Refusal(preset.label() + ": the library changes presets by their ids");
+  const Preset* found = lookup(*id);
+  if (found == &preset) return *id;
+  throw Refusal(preset.label() + ": the library would change " +
+                (found == nullptr ? "none" : found->label()) + ", which comes first with this id");
 }
 
 std::string Presets::shadowOf(const Preset& preset) const {

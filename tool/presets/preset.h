@@ -74,6 +74,10 @@ class Presets {
   /// @throws Refusal if there is none, or more than one of this description
   const Preset& require(const std::string& word) const;
 
+  /// The id by which the library changes a preset of the file.
+  /// @throws Refusal if it would change another one
+  int requireReachableId(const Preset& preset) const;
+
   /// What applications get instead when they ask for a preset by its description, as a note; empty
   /// if they get this one.
   std::string shadowOf(const Preset& preset) const;
@@ -102,8 +106,11 @@ std::vector<Preset> presetsIn(tinyxml2::XMLElement& group);
 /// What a preset element holds.
 Preset presetOf(tinyxml2::XMLElement& element);
 
-/// The id that a word stands for, if it is one of digits; one that no preset can have is refused.
-/// @throws Refusal
+/// Whether a word stands for an id, whatever it is: no description is found by it.
+bool isDigits(const std::string& word);
+
+/// The id that a word stands for, if it is one of digits.
+/// @throws Refusal  no preset can have this id, or the word is empty, as an unset variable of a script is
 std::optional<int> idIn(const std::string& word);
 
 /// Lookups are tried in the main copy, or else in the next good one.
@@ -111,15 +118,18 @@ std::optional<int> idIn(const std::string& word);
 /// @throws Refusal  no copy is good, or nothing is found
 device::Explanation explainPreset(const std::string& word);
 
-/// Creates or updates a preset: what is not given stays, or is zero and empty for a new one.
-/// @param given  the values, among them an id that the library accepts
+/// Creates or updates a preset: what is not given stays, or is zero and empty for a new one. One that
+/// is so already is not written.
+/// @param given     the values, among them an id that the library accepts
+/// @param rehearse  write nothing
 /// @return the preset as it is now, and "before": as it was, null if it is new
 /// @throws Refusal  a present value would not survive this; or see makeChange
-Json storePreset(const Values& given);
+Json storePreset(const Values& given, bool rehearse);
 
 /// Deletes a preset of the file, and no other one.
+/// @param rehearse  write nothing
 /// @throws Refusal  see makeChange; or no call of the library would hit this one
-void deletePreset(const Presets& presets, const Preset& preset);
+void deletePreset(const Presets& presets, const Preset& preset, bool rehearse);
 
 /// All presets, for export and import.
 device::Section presetsSection();

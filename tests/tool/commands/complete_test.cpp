@@ -114,7 +114,7 @@ TEST_F(CompleteTest, WordsAreThoseOfTheDevice) {
       {"preset get North\\ G", "words\nNorth\\ Gate\n"},
       {"preset get 'J", "words\nJoe'\\''s $5; \"x\"\n"},
       {"preset get \"J", "words\nJoe's \\$5; \\\"x\\\"\n"},
-      {"preset set ", "words\n3\n7\n8\n9\n"},
+      {"preset set D", "words\nDock\n"},
       {"set Ima", "words\nImage\nImage/Brightness=\nImage/Mode=\n"},
       {"set Image/Mode=Auto System/Rts", "words\nSystem/Rtsp=\nSystem/RtspOverHttp=\n"},
       {"stream cache ", "words\nadd\nset\ndelete\n0\n7\n"},

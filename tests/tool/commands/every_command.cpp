@@ -25,6 +25,7 @@ constexpr struct {
   const char* command;
   const char* line;
 } kLines[] = {
+    {"summary", "summary"},
     {"status", "status"},
     {"verify", "verify --resync"},
     {"boot", "boot"},
@@ -62,6 +63,7 @@ constexpr struct {
     {"preset get", "preset get 0"},
     {"preset set", "preset set 0 --pan 3"},
     {"preset add", "preset add --pan 3"},
+    {"preset rename", "preset rename 0 Gate"},
     {"preset delete", "preset delete 0"},
     {"preset export", "preset export"},
     {"preset import", "preset import @presets"},

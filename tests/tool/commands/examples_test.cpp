@@ -1,8 +1,13 @@
+#include <unistd.h>
+
+#include <csignal>
 #include <sstream>
 
+#include "cli/command_line.h"
 #include "commands/groups.h"
 #include "tool/commands/every_command.h"
 #include "tool/sample_test.h"
+#include "tool/trial_device.h"
 #include "tool/typed_input.h"
 
 namespace camcfg::tests {
@@ -16,47 +21,123 @@ struct Example {
 };
 
 void PrintTo(const Example& example, std::ostream* stream) {
-  *stream << example.line;
+  *stream << example.command << ": " << example.line;
+}
+
+std::vector<const Command*> allCommands() {
+  static const auto groups = tool::commands::allGroups();
+  return commandsIn(groups);
 }
 
 std::vector<Example> allExamples() {
   std::vector<Example> examples;
-  for (const tool::cli::CommandGroup& group : tool::commands::allGroups())
-    for (const Command& command : group.commands)
-      for (const char* example : command.examples) examples.push_back({command.name, example});
+  for (const Command* command : allCommands())
+    for (const char* example : command->examples) examples.push_back({command->name, example});
   return examples;
 }
 
-class ExampleTest : public SampleTest, public testing::WithParamInterface<Example> {};
+// Each line once: a command and those above it may have the same.
+std::vector<Example> allLines() {
+  std::vector<Example> lines;
+  for (const Example& example : allExamples())
+    if (std::none_of(lines.begin(), lines.end(),
+                     [&](const Example& line) { return line.line == example.line; }))
+      lines.push_back(example);
+  return lines;
+}
+
+Words wordsOf(const std::string& line) {
+  std::istringstream words(line);
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+/// A new device, whose user is in a directory with the files that the examples name.
+class ExampleTest : public SampleTest, public testing::WithParamInterface<Example> {
+ protected:
+  std::string contentsOf(const std::string& file) const {
+    const std::string settings = device.read(kBusinessDefault);
+    if (file == "device.json") return with(run({"export"}).out, "\"Rtsp\": 554", "\"Rtsp\": 8554");
+    if (file == "presets.csv") return with(run({"preset", "export"}).out, "Lectern", "Desk");
+    if (file == "damaged.xml")
+      return with(settings.substr(0, settings.size() - 20), "<Rtsp Cur=\"554\"",
+                  "<Rtsp Cur=\"8554\"");
+    return with(settings, "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"79\"");
+  }
+
+  // Files of the user's own that a line names.
+  void makeFilesFor(const Words& line) const {
+    for (const char* file : {"device.json", "presets.csv", "damaged.xml"})
+      if (line.back() == file) own_.write(std::string("/") + file, contentsOf(file));
+    if (line.back() == "old-set") own_.write("/old-set/business_param.xml", contentsOf("old-set"));
+  }
+
+  std::function<void()> there() const {
+    const auto input = withInput("secret\n");
+    return [input, directory = own_.hostPath()] {
+      input();
+      if (chdir(directory.c_str()) != 0) _exit(1);
+    };
+  }
+
+  // History has a change for those who ask for one, and a change is on trial for those who end it.
+  void prepareFor(const std::string& command) const {
+    if (command == "confirm" || command == "cancel")
+      OnTrial(device, {"try", "set", "System", "Rtsp", "8554"}).end(SIGKILL);
+    if (command == "undo" || command == "history") run({"set", "System", "Rtsp", "8554"});
+  }
+
+ private:
+  testkit::DeviceRoot own_{testkit::DeviceRoot::StayOut};
+};
 
 TEST_P(ExampleTest, WorksOnTheSampleDevice) {
-  std::istringstream words(GetParam().line);
-  const ToolRun result =
-      run({std::istream_iterator<std::string>(words), {}}, withInput("secret\n"));
-  EXPECT_EQ(result.status, 0) << result.err;
-  EXPECT_NE(result.out, "");
+  const Words line = wordsOf(GetParam().line);
+  if (line.front() == "try") {
+    OnTrial trial(device, line);
+    EXPECT_EQ(run({"confirm"}).status, 0);
+    EXPECT_EQ(trial.end(), 0);
+  } else if (line.front() == "watch") {
+    Words words = line;
+    words.insert(words.begin(), {"--root", device.hostPath()});
+    Background watch(words);
+    for (int port = 600; port < 900 && !watch.shows("Rtsp", 300); ++port)
+      EXPECT_EQ(run({"set", "System", "Rtsp", std::to_string(port)}).status, 0);
+    EXPECT_EQ(watch.end(SIGTERM), 0);
+  } else {
+    makeFilesFor(line);
+    prepareFor(line.front());
+    const ToolRun result = run(line, there());
+    EXPECT_EQ(result.status, line.front() == "diff" && line.size() > 1 && line[1] == "device.json")
+        << result.err;
+  }
 }
 
-TEST_P(ExampleTest, IsAtTheEndOfTheHelp) {
-  std::istringstream words("help " + GetParam().command);
-  const std::string help = runCamcfg({std::istream_iterator<std::string>(words), {}}).out;
-  const std::size_t heading = help.rfind("\n\nExamples:\n");
-  ASSERT_NE(heading, std::string::npos);
-  EXPECT_NE(help.find("\n  camcfg " + GetParam().line + "\n", heading), std::string::npos);
-  EXPECT_EQ(help.find("\n\n", heading + 2), std::string::npos) << help;
+INSTANTIATE_TEST_SUITE_P(Lines, ExampleTest, testing::ValuesIn(allLines()));
+
+TEST(ExamplesTest, EveryCommandHasOneToThree) {
+  for (const Command* command : allCommands()) {
+    EXPECT_GE(command->examples.size(), 1U) << command->name;
+    EXPECT_LE(command->examples.size(), 3U) << command->name;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, ExampleTest, testing::ValuesIn(allExamples()));
+// Those of a heading are of the commands below it.
+TEST(ExamplesTest, ExamplesOfACommandAreOfThatCommand) {
+  for (const auto& [name, line] : allExamples()) {
+    for (const std::string& word : wordsOf(name))
+      EXPECT_NE((" " + line + " ").find(" " + word + " "), std::string::npos)
+          << name << ": " << line;
+  }
+}
 
-TEST(ExamplesTest, CommandsThatChangeEntriesHaveSome) {
-  for (const char* name :
-       {"list", "get", "set", "describe", "find", "explain", "reset", "stream cache add",
-        "stream source set", "live rtmp delete", "live srt"}) {
-    const auto groups = tool::commands::allGroups();
-    const Command* command = tool::cli::findCommand(groups, name);
-    ASSERT_NE(command, nullptr) << name;
-    EXPECT_FALSE(command->examples.empty()) << name;
-    EXPECT_LE(command->examples.size(), 3U) << name;
+TEST(ExamplesTest, TheyAreAtTheEndOfTheHelp) {
+  const auto groups = tool::commands::allGroups();
+  for (const Command* command : commandsIn(groups)) {
+    std::string end = "\n\nExamples:\n";
+    for (const char* line : command->examples) end += std::string("  camcfg ") + line + "\n";
+    const std::string help = tool::cli::helpText(groups, command->name);
+    ASSERT_GE(help.size(), end.size());
+    EXPECT_EQ(help.substr(help.size() - end.size()), end) << command->name;
   }
 }
 

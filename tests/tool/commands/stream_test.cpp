@@ -266,10 +266,10 @@ TEST_F(StreamTest, VerboseShowsWhatTheLibraryPrints) {
 TEST(StreamInProcessTest, RefusalLeavesNoDocumentAndNoLockBehind) {
   const testkit::DeviceRoot device;
   device.write(kMpp, kMedia);
-  EXPECT_THROW(tool::media::selectSource("0", "1"), tool::Refusal);
-  EXPECT_THROW(tool::media::selectSource("3", "1"), tool::Refusal);
+  EXPECT_THROW(tool::media::selectSource("0", "1", false), tool::Refusal);
+  EXPECT_THROW(tool::media::selectSource("3", "1", false), tool::Refusal);
   EXPECT_THROW(tool::media::makeDefaultSource("0", "1", false), tool::Refusal);
-  EXPECT_THROW(tool::media::allowSources("3", {"1"}), tool::Refusal);
+  EXPECT_THROW(tool::media::allowSources("3", {"1"}, false), tool::Refusal);
   EXPECT_EQ(g_STREAM_xmlDoc, nullptr);
   EXPECT_TRUE(isUnlocked(kMpp));
 }
