@@ -8,19 +8,12 @@
 #include <fstream>
 
 #include "tool/media_tool_test.h"
+#include "tool/two_presets.h"
 
 namespace camcfg::tests {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr char kPresets[] =
-    "<PresetCfg>\n"
-    "    <preset Id=\"1\" Description=\"Door\" PanPos=\"1\" TiltPos=\"0\" ZoomPos=\"0\" "
-    "FocusPos=\"0\" FocusMode=\"0\"/>\n"
-    "    <preset Id=\"2\" Description=\"Gate\" PanPos=\"2\" TiltPos=\"0\" ZoomPos=\"0\" "
-    "FocusPos=\"0\" FocusMode=\"0\"/>\n"
-    "</PresetCfg>\n";
 
 struct Sample {
   std::string good;
@@ -31,7 +24,7 @@ const Sample& sampleOf(std::size_t name) {
   static const Sample samples[] = {
       {kParameters, with(kParameters, "Rtsp Cur=\"554\"", "Rtsp Cur=\"8554\"")},
       {kMedia, with(kMedia, "Name=\"main\"", "Name=\"side\"")},
-      {kPresets, with(kPresets, "PanPos=\"1\"", "PanPos=\"11\"")}};
+      {kTwoPresets, with(kTwoPresets, "PanPos=\"1\"", "PanPos=\"11\"")}};
   return samples[name];
 }
 

@@ -5,6 +5,7 @@
 #include "base/host.h"
 #include "tool/json_in.h"
 #include "tool/media_tool_test.h"
+#include "tool/two_presets.h"
 #include "upgrade/factory_set.h"
 
 namespace camcfg::tests {
@@ -19,13 +20,6 @@ constexpr char kPresetsDefault[] = "/app/resource/defcfg/preset_cfg.xml";
 constexpr char kMppDefault[] = "/app/resource/defcfg/mpp_cfg.xml";
 constexpr char kRules[] = "/app/resource/upgrade.json";
 constexpr char kMark[] = "/cfg1/.camcfg/factory/mark";
-constexpr char kOldPresets[] =
-    "<PresetCfg>\n"
-    "    <preset Id=\"1\" Description=\"Door\" PanPos=\"1\" TiltPos=\"0\" ZoomPos=\"0\" "
-    "FocusPos=\"0\" FocusMode=\"0\"/>\n"
-    "    <preset Id=\"2\" Description=\"Gate\" PanPos=\"2\" TiltPos=\"0\" ZoomPos=\"0\" "
-    "FocusPos=\"0\" FocusMode=\"0\"/>\n"
-    "</PresetCfg>\n";
 constexpr char kNewPreset[] =
     "    <preset Id=\"7\" Description=\"Yard\" PanPos=\"7\" TiltPos=\"0\" ZoomPos=\"0\" "
     "FocusPos=\"0\" FocusMode=\"0\"/>\n";
@@ -36,10 +30,10 @@ class UpgradeTest : public ToolTest {
   using Words = std::vector<std::string>;
 
   UpgradeTest() {
-    give("/app/resource/defcfg/", kParameters, kMedia, kOldPresets);
-    give("/old/", kParameters, kMedia, kOldPresets);
+    give("/app/resource/defcfg/", kParameters, kMedia, kTwoPresets);
+    give("/old/", kParameters, kMedia, kTwoPresets);
     for (const char* directory : {"/cfg0/", "/cfg1/"})
-      give(directory, kParameters, kMedia, kOldPresets);
+      give(directory, kParameters, kMedia, kTwoPresets);
   }
 
   void give(const std::string& directory, const std::string& parameters, const std::string& media,
@@ -63,7 +57,7 @@ class UpgradeTest : public ToolTest {
   }
   void installPreset() const {
     device.write(kPresetsDefault,
-                 with(kOldPresets, "</PresetCfg>", std::string(kNewPreset) + "</PresetCfg>"));
+                 with(kTwoPresets, "</PresetCfg>", std::string(kNewPreset) + "</PresetCfg>"));
   }
 
   Words fromOldSet() const { return {"upgrade", "--from", device.hostPath() + "/old"}; }
@@ -185,7 +179,7 @@ TEST_F(UpgradeTest, PresetsAreMergedByTheirIds) {
   EXPECT_EQ(run({"preset", "set", "1", "--tilt", "5"}).status, 0);
   EXPECT_EQ(run({"preset", "delete", "2"}).status, 0);
   EXPECT_EQ(run({"preset", "set", "9", "--description", "Mine"}).status, 0);
-  device.write(kPresetsDefault, with(with(kOldPresets, "PanPos=\"1\"", "PanPos=\"11\""),
+  device.write(kPresetsDefault, with(with(kTwoPresets, "PanPos=\"1\"", "PanPos=\"11\""),
                                      "</PresetCfg>", std::string(kNewPreset) + "</PresetCfg>"));
   EXPECT_EQ(run({"upgrade"}).status, 0);
   const std::string now = device.read(kPresets);
@@ -360,7 +354,7 @@ TEST_F(UpgradeTest, WhatWasUndoneIsNotMergedAgain) {
 TEST_F(UpgradeTest, PresetsKeepTheAttributesThatTheyLack) {
   start();
   for (const char* path : {kPresets, "/cfg1/preset_cfg.xml"})
-    device.write(path, with(with(kOldPresets, " PanPos=\"1\"", ""), " Description=\"Gate\"", ""));
+    device.write(path, with(with(kTwoPresets, " PanPos=\"1\"", ""), " Description=\"Gate\"", ""));
   const std::string before = device.read(kPresets);
   installPreset();
   EXPECT_EQ(run({"upgrade"}).status, 0);
@@ -384,7 +378,7 @@ TEST_F(UpgradeTest, ManyPresetsThatCollideAreHeldOneByOne) {
     const std::string given = std::to_string(id);
     offered += with(with(kNewPreset, "Id=\"7\"", "Id=\"" + given + "\""), "Yard", "Yard " + given);
   }
-  device.write(kPresetsDefault, with(kOldPresets, "</PresetCfg>", offered + "</PresetCfg>"));
+  device.write(kPresetsDefault, with(kTwoPresets, "</PresetCfg>", offered + "</PresetCfg>"));
   EXPECT_EQ(run({"preset", "set", "9", "--description", "Yard"}).status, 0);
   const tool::Json answer = upgraded();
   EXPECT_EQ(answer.at("findings").size(), 0U);
@@ -481,7 +475,7 @@ TEST_F(UpgradeTest, StepByStepIsTheSameAsAtOnce) {
   const std::string third =
       with(with(first, port, ""), "</Image>", "    <Port" + port.substr(5) + "\n</Image>");
   const auto prepare = [&] {
-    give("/app/resource/defcfg/", kParameters, kMedia, kOldPresets);
+    give("/app/resource/defcfg/", kParameters, kMedia, kTwoPresets);
     writeBoth(kParameters);
     device.remove(kRules);
     run({"boot"});
