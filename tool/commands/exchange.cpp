@@ -3,6 +3,8 @@
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "document/placed.h"
+#include "document/single.h"
 #include "parameters/parameter.h"
 
 namespace camcfg::tool::commands {
@@ -84,6 +86,9 @@ Outcome resetBy(const Arguments& arguments) {
       isAmong(parameters::Parameters().sections(), arguments.text(kSection)))
     throw Refusal(Status::Usage, "which parameter? '--section " + arguments.text(kSection) +
                                      "' resets the whole section");
+  const std::string place = document::placeInDocument(
+      arguments.text(kSection) + (arguments.given(kName) ? "/" + arguments.text(kName) : ""));
+  if (document::isInDocument(place)) return document::resetSingle(place, options);
   return document::resetParameter(arguments.text(kSection), arguments.text(kName), options);
 }
 
@@ -119,7 +124,7 @@ CommandGroup exchangeGroup() {
        changer(
            "reset", "Put factory values back: of a parameter, a section or the whole device", reset,
            {{Option::OptionalArgument, kSection,
-             "Section of a parameter; or its place, SECTION/NAME"},
+             "Section of a parameter; or a place, SECTION/NAME or what 'find' prints"},
             {Option::OptionalArgument, kName, "Whole name of the parameter"},
             {Option::Value, kSectionOption, "All of a section: System, NetWork, presets, live.srt"},
             {Option::Flag, kAll, "The whole device"},

@@ -3,6 +3,8 @@
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "document/exchange.h"
+#include "document/placed.h"
+#include "document/single.h"
 #include "parameters/parameter.h"
 #include "presets/preset.h"
 #include "settings/media.h"
@@ -51,9 +53,17 @@ Answer answerOf(const device::Explanation& explanation) {
 }
 
 Answer parameter(const Arguments& arguments) {
+  return answerOf(parameters::explainParameter(arguments.text(kSection), arguments.text(kName)));
+}
+
+Answer place(const Arguments& arguments) {
   if (!arguments.given(kSection))
     throw Refusal(Status::Usage, "give a parameter, or 'card', 'preset' or 'session' and which");
-  return answerOf(parameters::explainParameter(arguments.text(kSection), arguments.text(kName)));
+  const std::string place = arguments.text(kSection);
+  const bool isOneWord = !arguments.given(kName);
+  if (isOneWord && document::isInDocument(place))
+    return answerOf(document::explainSingle(place, arguments.given(kShowSecrets)));
+  return parameter(arguments);
 }
 
 Answer card(const Arguments& arguments) {
@@ -91,10 +101,11 @@ CommandGroup explainGroup() {
       "Parameters",
       {command("explain",
                "Show a setting's value in every copy, its limits, and which element answers for it",
-               parameter,
+               place,
                {{Option::OptionalArgument, kSection,
-                 "Section of a parameter; or its place, SECTION/NAME"},
-                {Option::OptionalArgument, kName, "Its name, or the beginning of it"}}),
+                 "Section of a parameter; or a place, SECTION/NAME or what 'find' prints"},
+                {Option::OptionalArgument, kName, "Its name, or the beginning of it"},
+                {Option::Flag, kShowSecrets, "Show passwords"}}),
        command("explain parameter",
                "The same, for a section that is called like one of these commands", parameter,
                {{Option::Argument, kSection, "Section of the parameter"},

@@ -8,6 +8,7 @@
 #include "base/secret_input.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "document/placed.h"
 #include "document/single.h"
 #include "settings/secrets.h"
 
@@ -73,15 +74,21 @@ std::vector<parameters::Assignment> assignmentsIn(const std::vector<std::string>
     const std::size_t sign = word.find('=');
     if (sign == std::string::npos || sign == 0)
       throw Refusal(Status::Usage, quoted(word) + " is not PLACE=VALUE");
-    assignments.push_back({word.substr(0, sign), "", word.substr(sign + 1)});
+    assignments.push_back(
+        {document::placeInDocument(word.substr(0, sign)), "", word.substr(sign + 1)});
   }
   return assignments;
 }
 
 // "SECTION NAME VALUE", or "PLACE VALUE".
 parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
-  if (words.size() == 3) return {words[0], words[1], words[2]};
-  if (words.size() == 2) return {words[0], "", words[1]};
+  if (words.size() == 3) {
+    const std::string place = words[0] + "/" + words[1];
+    const std::string inDocument = document::placeInDocument(place);
+    if (inDocument != place) return {inDocument, "", words[2]};
+    return {words[0], words[1], words[2]};
+  }
+  if (words.size() == 2) return {document::placeInDocument(words[0]), "", words[1]};
   throw Refusal(Status::Usage, words.size() == 1
                                    ? "which value? give " + words[0] + "=VALUE"
                                    : "give PLACE=VALUE for each, or SECTION NAME VALUE");
@@ -161,8 +168,18 @@ std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {
   return {Fields{fields}};
 }
 
+// A setting that is no parameter, by its place in a document.
+Answer describeInDocument(const std::string& place) {
+  return Answer(document::getSingle(place), {Fields{{{"place", "{place}"},
+                                                     {"meaning", "{help}"},
+                                                     {"permitted", "{permitted}"},
+                                                     {"unit", "{unit}"},
+                                                     {"current", "{value}"}}}});
+}
+
 Answer describe(const Arguments& arguments) {
-  const std::string word = arguments.text(kName);
+  const std::string word = document::placeInDocument(arguments.text(kName));
+  if (document::isInDocument(word)) return describeInDocument(word);
   const parameters::Parameters parameters;
   const bool isPlace = isAmong(parameters.sections(), word.substr(0, word.find('/'))) &&
                        word.find('/') != std::string::npos;
@@ -220,7 +237,7 @@ CommandGroup parametersGroup() {
                 kRehearsal}),
        command("describe", "Show a parameter's type, limits, default and value", describe,
                {{Option::Argument, kName,
-                 "Whole name, or SECTION/NAME; PARENT/NAME for one inside another"}})}};
+                 "Whole name, or SECTION/NAME; or a place that 'find' prints"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -21,6 +21,9 @@ constexpr char kParameters[] = "parameters";
 constexpr char kNetwork[] = "network";
 constexpr char kPresets[] = "presets";
 
+// A member of the section "network".
+constexpr char kCards[] = "cards";
+
 /// All sections, in the order in which they are written.
 const std::vector<device::Section>& allSections();
 

@@ -1,5 +1,6 @@
 #include "document/placed.h"
 
+#include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/document.h"
 #include "document/keyed.h"
@@ -12,7 +13,6 @@ namespace {
 using settings::Setting;
 using settings::Settings;
 
-constexpr char kCards[] = "cards";
 constexpr char kInterface[] = "intf";
 
 // "Lan0 (Eth0)"
@@ -24,6 +24,17 @@ std::string withOther(const std::string& name, const std::string& other) {
 const char* keyOf(const device::Section& section) {
   if (section.table != nullptr) return section.table->key;
   return section.name == kPresets ? settings::kPresetId : nullptr;
+}
+
+// The section that a place is in; null if it is in none.
+const device::Section* sectionAt(const std::string& place) {
+  for (const device::Section& section : allSections()) {
+    const std::size_t length = section.name.size();
+    if (beginsWith(place, section.name) && place.size() > length &&
+        (place[length] == '[' || place[length] == '.'))
+      return &section;
+  }
+  return nullptr;
 }
 
 class Walk {
@@ -86,6 +97,39 @@ void forEachSetting(const device::Section& section, Json& value,
                 settings::kPresetDescription, value);
   else if (section.name == kNetwork)
     walk.inNetwork(section.name, value);
+}
+
+bool forOne(const device::Section& section, Json& value, const std::string& place,
+            const std::function<void(const Placed&)>& use) {
+  bool isFound = false;
+  forEachSetting(section, value, [&](const Placed& placed) {
+    if (placed.place != place || isFound) return;
+    isFound = true;
+    use(placed);
+  });
+  return isFound;
+}
+
+void at(const device::Section& section, Json& value, const std::string& place,
+        const std::function<void(const Placed&)>& use) {
+  if (forOne(section, value, place, use)) return;
+  std::vector<std::string> known;
+  forEachSetting(section, value, [&](const Placed& placed) { known.push_back(placed.place); });
+  throw Refusal("there is no setting " + quoted(place) + didYouMean(place, known));
+}
+
+bool isInDocument(const std::string& word) {
+  const device::Section* section = sectionAt(word);
+  return section != nullptr && section->name != kParameters;
+}
+
+const device::Section& requireSection(const std::string& place) {
+  if (const device::Section* section = sectionAt(place)) return *section;
+  throw Refusal("there is no setting " + quoted(place));
+}
+
+std::string placeOfCard(const std::string& card, const Setting& setting) {
+  return memberPlace(memberPlace(memberPlace(kNetwork, kCards), card), setting.member);
 }
 
 void nameByKeys(const device::Section& section, const Json& value, settings::Faults& faults) {

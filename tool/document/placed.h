@@ -23,6 +23,26 @@ struct Placed {
 void forEachSetting(const device::Section& section, Json& value,
                     const std::function<void(const Placed&)>& visit);
 
+/// The same for the setting at one place.
+/// @return false if there is none
+bool forOne(const device::Section& section, Json& value, const std::string& place,
+            const std::function<void(const Placed&)>& use);
+
+/// The same.
+/// @throws Refusal if there is none
+void at(const device::Section& section, Json& value, const std::string& place,
+        const std::function<void(const Placed&)>& use);
+
+/// Whether a word begins like a place in a section of a document other than the parameters.
+bool isInDocument(const std::string& word);
+
+/// The section that a place is in.
+/// @throws Refusal if it is in none
+const device::Section& requireSection(const std::string& place);
+
+/// "network.cards.Lan0.mtu"
+std::string placeOfCard(const std::string& card, const settings::Setting& setting);
+
 /// Gives the places of faults the keys of entries, where a document that was read counts them:
 /// "stream.caches[12].size" instead of "stream.caches[10].size".
 /// @param value  the section that was read

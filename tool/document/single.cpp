@@ -10,41 +10,12 @@
 #include "document/references.h"
 #include "parameters/parameter.h"
 #include "settings/media.h"
+#include "settings/network.h"
 #include "settings/secrets.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::document {
 namespace {
-
-// The section that a place is in; null if it is in none.
-const device::Section* sectionAt(const std::string& place) {
-  for (const device::Section& section : allSections()) {
-    const std::size_t length = section.name.size();
-    if (beginsWith(place, section.name) && place.size() > length &&
-        (place[length] == '[' || place[length] == '.'))
-      return &section;
-  }
-  return nullptr;
-}
-
-const device::Section& requireSection(const std::string& place) {
-  if (const device::Section* section = sectionAt(place)) return *section;
-  throw Refusal("there is no setting " + quoted(place));
-}
-
-// Calls something for the setting at a place.
-void at(const device::Section& section, Json& value, const std::string& place,
-        const std::function<void(const Placed&)>& use) {
-  bool isFound = false;
-  std::vector<std::string> known;
-  forEachSetting(section, value, [&](const Placed& placed) {
-    known.push_back(placed.place);
-    if (placed.place != place || isFound) return;
-    isFound = true;
-    use(placed);
-  });
-  if (!isFound) throw Refusal("there is no setting " + quoted(place) + didYouMean(place, known));
-}
 
 const device::Section& parametersSection() {
   return *std::find_if(allSections().begin(), allSections().end(),
@@ -60,6 +31,19 @@ class Edit {
     const device::Section& section = requireSection(place);
     at(section, valueOf(section), place,
        [&](const Placed& placed) { placed.value = valueFromWord(placed.setting, text); });
+  }
+
+  // To what the factory set has there.
+  void reset(const std::string& place) {
+    const device::Section& section = requireSection(place);
+    CopiedSection factory = loadFrom(device::Place::Default).at(section.name);
+    if (!factory.fault.empty())
+      throw Refusal(place + ": it has no factory value: " + factory.fault);
+    at(section, valueOf(section), place, [&](const Placed& placed) {
+      const bool isThere = forOne(section, factory.value, place,
+                                  [&](const Placed& original) { placed.value = original.value; });
+      if (!isThere) throw Refusal(place + ": it has no factory value; the factory set lacks it");
+    });
   }
 
   Outcome carryOut(const ImportOptions& options) {
@@ -119,9 +103,13 @@ class Edit {
 
 }  // namespace
 
-bool isInDocument(const std::string& word) {
-  const device::Section* section = sectionAt(word);
-  return section != nullptr && section->name != kParameters;
+std::string placeInDocument(const std::string& word) {
+  const std::size_t field = word.rfind('/');
+  const std::string section = std::string(settings::kNetworkSection) + "/";
+  if (!beginsWith(word, section) || field < section.size()) return word;
+  const settings::Setting* setting = settings::cardSettingOf(word.substr(field + 1));
+  const std::string card = word.substr(section.size(), field - section.size());
+  return setting == nullptr ? word : placeOfCard(card, *setting);
 }
 
 Outcome getSingle(const std::string& place) {
@@ -151,6 +139,12 @@ Outcome setSingles(const std::vector<std::pair<std::string, std::string>>& assig
       faults.emplace_back(refusal.what());
     }
   if (!faults.empty()) throw Refusal(joined(faults, "; "));
+  return edit.carryOut(options);
+}
+
+Outcome resetSingle(const std::string& place, const ImportOptions& options) {
+  Edit edit;
+  edit.reset(place);
   return edit.carryOut(options);
 }
 

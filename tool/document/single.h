@@ -13,13 +13,18 @@ namespace camcfg::tool::document {
 // Single settings by the places that a search and lists of changes print: "live.srt[1].port",
 // "network.cards.Lan0.mtu", "presets[3].pan".
 
-/// Whether a word begins like a place in a section of a document other than the parameters.
-bool isInDocument(const std::string& word);
+/// Where a document has a field of a network card that is among the parameters of its file:
+/// "network.cards.Lan0.mtu" for "NetWork/Lan0/MTU". Other words stay as they are.
+std::string placeInDocument(const std::string& word);
 
 /// A setting.
 /// @return "place", "value", secrets masked, "unit", "permitted" and "help"
 /// @throws Refusal  the section cannot be read whole, or there is no such setting
 Outcome getSingle(const std::string& place);
+
+/// What is known of the session, preset or card that a setting is of.
+/// @throws Refusal  no copy has it
+device::Explanation explainSingle(const std::string& place, bool showSecrets);
 
 /// Sets settings, with one save for each file, or none of them, and reports the changes as an import
 /// does. Parameters may be among them.
@@ -27,6 +32,10 @@ Outcome getSingle(const std::string& place);
 /// @throws Refusal  before anything was written: as getSingle, a place is given twice
 Outcome setSingles(const std::vector<std::pair<std::string, std::string>>& assignments,
                    const ImportOptions& options);
+
+/// Puts the value of the factory set back, and reports that as an import does.
+/// @throws Refusal  as getSingle; the factory set lacks it or is unusable
+Outcome resetSingle(const std::string& place, const ImportOptions& options);
 
 }  // namespace camcfg::tool::document
 

@@ -219,9 +219,11 @@ TEST_F(PlacesTest, SettingsOfSeveralFilesAreCheckedTogether) {
   EXPECT_EQ(run({"export"}).out, before);
 }
 
-TEST_F(PlacesTest, SettingInACardNamesTheCommandThatSetsIt) {
-  EXPECT_EQ(run({"set", "NetWork/Lan0/MTU=1400"}),
-            refused("set: NetWork/Lan0/MTU: the library sets no parameter inside another one; "
+TEST_F(PlacesTest, ElementInACardThatIsNoFieldOfItIsNotSet) {
+  change("business_param.xml", "<MTU Cur=\"1500\" Def=\"1500\"/>",
+         "<MTU Cur=\"1500\" Def=\"1500\"/><Colour Cur=\"1\" Def=\"1\"/>");
+  EXPECT_EQ(run({"set", "NetWork/Lan0/Colour=2"}),
+            refused("set: NetWork/Lan0/Colour: the library sets no parameter inside another one; "
                     "'camcfg network set' sets those of a card"));
 }
 

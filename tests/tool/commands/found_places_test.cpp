@@ -1,0 +1,101 @@
+#include "tool/json_in.h"
+#include "tool/sample_test.h"
+
+namespace camcfg::tests {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using Words = std::vector<std::string>;
+
+/// Places that `find` and `list` print, typed as they are.
+class FoundPlacesTest : public SampleTest {
+ protected:
+  static ToolRun refused(const std::string& text) { return {1, "", "camcfg: " + text + "\n"}; }
+};
+
+TEST_F(FoundPlacesTest, DescribeShowsWhatIsKnownOfASetting) {
+  EXPECT_EQ(run({"describe", "live.srt[1].latency"}), (ToolRun{0,
+                                                               "place      live.srt[1].latency\n"
+                                                               "meaning    Time for sending lost packets again\n"
+                                                               "permitted  0..2147483647\n"
+                                                               "unit       ms\n"
+                                                               "current    200\n",
+                                                               ""}));
+  EXPECT_EQ(jsonIn(run({"describe", "network.cards.Lan0.mtu", "--json"}).out)["value"], 1500);
+  EXPECT_EQ(run({"describe", "live.srt[1].latencx"}),
+            refused("describe: there is no setting 'live.srt[1].latencx'; did you mean "
+                    "'live.srt[1].latency'?"));
+}
+
+TEST_F(FoundPlacesTest, ExplainShowsWhoHasASetting) {
+  EXPECT_EQ(run({"explain", "live.srt[1].latency"}), run({"explain", "session", "srt", "1"}));
+  EXPECT_EQ(run({"explain", "live.rtsp[ch1/main].channels[0].id"}),
+            run({"explain", "session", "rtsp", "ch1/main"}));
+  EXPECT_EQ(run({"explain", "stream.sources[9].enabled"}),
+            run({"explain", "session", "source", "9"}));
+  EXPECT_EQ(run({"explain", "presets[3].pan"}), run({"explain", "preset", "3"}));
+  EXPECT_EQ(run({"explain", "network.cards.Lan0.mtu"}), run({"explain", "card", "Lan0", "MTU"}));
+  EXPECT_EQ(run({"explain", "network.cards.Lan0.mut"}).status, 1);
+  EXPECT_EQ(run({"explain", "network.hostname"}).status, 1);
+  EXPECT_EQ(run({"explain", "live.srt[9].port"}).status, 1);
+}
+
+TEST_F(FoundPlacesTest, ExplainMasksSecretsUnlessTheyAreAskedFor) {
+  run({"set", "live.srt[1].password=open sesame"});
+  EXPECT_THAT(run({"explain", "live.srt[1].password"}).out, Not(HasSubstr("open sesame")));
+  EXPECT_THAT(run({"explain", "live.srt[1].password", "--show-secrets"}).out,
+              HasSubstr("open sesame"));
+}
+
+TEST_F(FoundPlacesTest, ResetPutsTheValueOfTheFactorySetBack) {
+  const std::string before = run({"export"}).out;
+  const std::vector<std::pair<const char*, const char*>> changes = {
+      {"live.srt[1].latency", "250"},
+      {"presets[3].pan", "7"},
+      {"network.cards.Lan0.mtu", "1400"},
+      {"network.hostname", "gate"},
+      {"stream.caches[12].size", "16777216"}};
+  for (const auto& [place, value] : changes) {
+    EXPECT_EQ(run({"set", place + std::string("=") + value}).status, 0);
+    const ToolRun rehearsal = run({"reset", place, "--dry-run"});
+    EXPECT_THAT(rehearsal.out, HasSubstr("nothing was written"));
+    EXPECT_NE(run({"export"}).out, before);
+    const ToolRun result = run({"reset", place});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr(place));
+    EXPECT_EQ(run({"export"}).out, before);
+    EXPECT_EQ(run({"reset", place}).out, "it has its factory values already\n");
+  }
+}
+
+TEST_F(FoundPlacesTest, ResetOfWhatTheFactorySetLacksIsRefused) {
+  EXPECT_EQ(run({"live", "srt", "add", "2", "mode=listener", "port=9002"}).status, 0);
+  const std::string before = run({"export"}).out;
+  EXPECT_EQ(run({"reset", "live.srt[2].port"}),
+            refused("reset: live.srt[2].port: it has no factory value; the factory set lacks it"));
+  device.remove("/app/resource/defcfg/mpp_cfg.xml");
+  EXPECT_EQ(run({"reset", "live.srt[1].port"}),
+            refused("reset: live.srt[1].port: it has no factory value: "
+                    "/app/resource/defcfg/mpp_cfg.xml is missing"));
+  EXPECT_EQ(run({"export"}).out, before);
+}
+
+TEST_F(FoundPlacesTest, FieldsOfCardsGoByThePlacesThatListPrints) {
+  EXPECT_THAT(run({"list", "NetWork"}).out, HasSubstr("NetWork  Lan0/MTU "));
+  EXPECT_EQ(run({"get", "NetWork", "Lan0/MTU"}).out, "1500\n");
+  EXPECT_EQ(run({"set", "NetWork/Lan0/MTU=1400", "System/Rtsp=8554"}).status, 0);
+  EXPECT_EQ(run({"get", "NetWork/Lan0/MTU"}).out, "1400\n");
+  EXPECT_EQ(run({"get", "Rtsp"}).out, "8554\n");
+  EXPECT_EQ(run({"set", "NetWork", "Lan0/MTU", "1300"}).status, 0);
+  EXPECT_EQ(run({"set", "NetWork/Lan0/MTU", "1200"}).status, 0);
+  EXPECT_EQ(run({"get", "NetWork/Lan0/MTU"}).out, "1200\n");
+  EXPECT_EQ(run({"describe", "NetWork/Lan0/MTU"}), run({"describe", "network.cards.Lan0.mtu"}));
+  EXPECT_EQ(run({"reset", "NetWork", "Lan0/MTU"}).status, 0);
+  EXPECT_EQ(run({"get", "NetWork/Lan0/MTU"}).out, "1500\n");
+  EXPECT_EQ(run({"set", "NetWork/Lan0/MTU=1"}).status, 1);
+  EXPECT_EQ(run({"set", "NetWork/Lan7/MTU=1400"}).status, 1);
+}
+
+}  // namespace
+}  // namespace camcfg::tests
