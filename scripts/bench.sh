@@ -97,6 +97,7 @@ measure() {
   cp -r resource/. build-bench/device/app/resource
   build-bench/camcfg --root build-bench/device verify >build-bench/verify.log
   python3 proof/bench/report.py start build-bench/camcfg build-bench/device
+  python3 proof/bench/report.py changes build-bench/camcfg build-bench/device
   count_all "$limited"$'\n'"$growing"
 }
 

@@ -5,6 +5,8 @@
         Prints the tables; draws the growth curves into DIRECTORY, if given, with gnuplot.
     report.py start TOOL DEVICE
         Times the tool from its start to its first answer on a device.
+    report.py changes TOOL DEVICE
+        Times a large import against a small change, in turns on a device.
     report.py instructions COUNTS
         Prints the table of instruction counts (lines "CASE SIZE LIBRARY FLOOR") and fails when a
         target is missed.
@@ -174,8 +176,37 @@ def start(tool, device):
     table(["command", "milliseconds"], rows)
 
 
+def large_document(number):
+    """A document that changes 128 presets and 40 sessions, if it was another number before."""
+    presets = [{"id": i, "description": f"Preset {i}, {number}", "pan": i, "tilt": number,
+                "zoom": 0, "focus": 0, "focusMode": 0} for i in range(128)]
+    channels = [{"id": 0, "name": "video"}, {"id": 8, "name": "audio"}]
+    sessions = [{"name": f"ch{i}, {number}", "channels": channels} for i in range(40)]
+    return {"version": 1, "presets": presets, "live": {"rtsp": sessions},
+            "parameters": {"System": {"Rtsp": 8000 + number}}}
+
+
+def changes(tool, device):
+    names = ["a change of one setting", "an import that changes all three files"]
+    times = {name: [] for name in names}
+    for turn in range(42):
+        document = json.dumps(large_document(turn % 2))
+        for name, words, text in ((names[0], ["set", f"System/WebHttp={9000 + turn}"], ""),
+                                  (names[1], ["import", "-"], document)):
+            begin = time.perf_counter()
+            subprocess.run([tool, "--root", device, *words], input=text, text=True, check=True,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            times[name].append((time.perf_counter() - begin) * 1e3)
+    medians = [statistics.median(times[name][2:]) for name in names]
+    print("128 presets and 40 sessions at once, and a single setting, both with sync():\n")
+    table(["command", "milliseconds", "ratio"],
+          [[name, f"{median:.1f}", f"{median / medians[0]:.2f}"]
+           for name, median in zip(names, medians)])
+
+
 if __name__ == "__main__":
-    commands = {"tables": tables, "start": start, "instructions": instructions}
+    commands = {"tables": tables, "start": start, "changes": changes,
+                "instructions": instructions}
     if len(sys.argv) < 3 or sys.argv[1] not in commands:
         sys.exit(__doc__)
     sys.exit(commands[sys.argv[1]](*sys.argv[2:]))
