@@ -15,13 +15,14 @@ class FoundPlacesTest : public SampleTest {
 };
 
 TEST_F(FoundPlacesTest, DescribeShowsWhatIsKnownOfASetting) {
-  EXPECT_EQ(run({"describe", "live.srt[1].latency"}), (ToolRun{0,
-                                                               "place      live.srt[1].latency\n"
-                                                               "meaning    Time for sending lost packets again\n"
-                                                               "permitted  0..2147483647\n"
-                                                               "unit       ms\n"
-                                                               "current    200\n",
-                                                               ""}));
+  EXPECT_EQ(run({"describe", "live.srt[1].latency"}),
+            (ToolRun{0,
+                     "place      live.srt[1].latency\n"
+                     "meaning    Time for sending lost packets again\n"
+                     "permitted  0..2147483647\n"
+                     "unit       ms\n"
+                     "current    200\n",
+                     ""}));
   EXPECT_EQ(jsonIn(run({"describe", "network.cards.Lan0.mtu", "--json"}).out)["value"], 1500);
   EXPECT_EQ(run({"describe", "live.srt[1].latencx"}),
             refused("describe: there is no setting 'live.srt[1].latencx'; did you mean "
