@@ -97,6 +97,7 @@ struct Option {
     OptionalArguments,  ///< any number of words, to the end
     Flag,               ///< "--name"
     Value,              ///< "--name VALUE"
+    Values,             ///< the same, as often as wanted
     HostDirectory,      ///< "--name DIR": a directory outside the device's root, made if missing
     HostFile,   ///< a file outside the device's root, in its place, read whole; "-": standard input
     HostFiles,  ///< any number of those, to the end; an unreadable one is reported, not refused
@@ -126,7 +127,7 @@ struct Option {
   const char* value() const {
     if (isDirectory()) return "DIR";
     if (kind == HostFileValue) return "FILE";
-    return kind != Value ? nullptr : valueName == nullptr ? "VALUE" : valueName;
+    return kind != Value && kind != Values ? nullptr : valueName == nullptr ? "VALUE" : valueName;
   }
 };
 

@@ -34,6 +34,7 @@ struct Finding {
   int line;  ///< 1 where it concerns the whole file
   const Rule* rule;
   std::string text;
+  Severity severity;  ///< the rule's, unless its user has set another one
 };
 
 /// What is found in one file.
@@ -42,10 +43,15 @@ class Findings {
   explicit Findings(std::string file) : file_(std::move(file)) {}
 
   void add(const Rule& rule, int line, const std::string& text) {
-    all_.push_back({file_, std::max(line, 1), &rule, text});
+    all_.push_back({file_, std::max(line, 1), &rule, text, rule.severity});
   }
   void add(const Rule& rule, const tinyxml2::XMLNode& node, const std::string& text) {
     add(rule, node.GetLineNum(), text);
+  }
+
+  template <typename Condition>
+  void removeIf(const Condition& condition) {
+    all_.erase(std::remove_if(all_.begin(), all_.end(), condition), all_.end());
   }
 
   /// All of them by their lines; those of one line as they were added.

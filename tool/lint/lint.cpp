@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/progress.h"
+#include "lint/allowances.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -37,6 +38,7 @@ std::vector<Finding> lint(const std::vector<Source>& sources) {
     for (const Check& check : kChecks)
       if (!check.kind || (source.isWhole() && *check.kind == source.kind))
         check.run(source, findings);
+    applyAllowances(source, findings);
     std::vector<Finding> sorted = std::move(findings).sorted();
     all.insert(all.end(), std::make_move_iterator(sorted.begin()),
                std::make_move_iterator(sorted.end()));

@@ -27,6 +27,7 @@ Words typed(const Option& option) {
     case Option::Flag:
       return {option.name};
     case Option::Value:
+    case Option::Values:
       return {option.name, "1"};
     case Option::HostDirectory:
       return {option.name, "/kept"};

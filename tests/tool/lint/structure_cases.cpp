@@ -22,6 +22,28 @@ std::vector<LintCase> structureCases() {
       {"no-element", kCleanPresets, kCleanPresets, "<!-- nothing yet -->", "<PresetCfg/>",
        R"(x.xml:1: error: there is no element in it [no-element]
 )"},
+      {"allow-form", kCleanPresets, "<PresetCfg>", "<PresetCfg><!-- lint: allow equal-id -->",
+       "<PresetCfg><!-- lin: allow equal-id -->",
+       R"(x.xml:1: error: this comment allows nothing: it does not say why equal-id is allowed [allow-form]
+)"},
+      {"allow-form", kCleanPresets, "<PresetCfg>", "<PresetCfg><!--lint:allow equal-idd: x-->",
+       "<PresetCfg><!--allow equal-idd: x-->",
+       R"(x.xml:1: error: this comment allows nothing: there is no rule 'equal-idd'; did you mean 'equal-id'? [allow-form]
+)"},
+      {"allow-form", kCleanPresets, "<PresetCfg>", "<PresetCfg><!-- lint: ignore -->",
+       "<PresetCfg><!-- ignore -->",
+       R"(x.xml:1: error: this comment allows nothing: it is not "lint: allow RULE: reason" [allow-form]
+)"},
+      {"allow-unused", kCleanTexts, "<Texts>",
+       "<Texts><!-- lint: allow text-missing: not yet translated -->",
+       "<Texts><!-- lint: allow text-missing: not yet translated --><New/>",
+       R"(x.xml:1: warning: this comment allows nothing: text-missing finds nothing in the next element [allow-unused]
+)"},
+      {"allow-unused", kCleanPresets, "</PresetCfg>",
+       "<!-- lint: allow equal-id: as delivered --></PresetCfg>",
+       "<!-- lent: allow equal-id: as delivered --></PresetCfg>",
+       R"(x.xml:4: warning: this comment allows nothing: no element follows it [allow-unused]
+)"},
       {"zero-byte", kCleanPresets,
        R"(</PresetCfg>
 )",

@@ -1,0 +1,140 @@
+#include "lint/forms.h"
+
+#include <cctype>
+#include <iterator>
+#include <map>
+
+#include "base/plain_text.h"
+#include "device/state_contents.h"
+#include "lint/steering.h"
+
+namespace camcfg::tool::lint {
+namespace {
+
+// Characters that a path in a URI has as they are, RFC 3986.
+bool isPlainInUri(unsigned char c) {
+  return std::isalnum(c) != 0 ||
+         std::string_view("-._~/!$&'()*+,;=@").find(static_cast<char>(c)) != std::string_view::npos;
+}
+
+std::string percent(unsigned char c) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  return {'%', kDigits[c / 16], kDigits[c % 16]};
+}
+
+std::string uriOf(const std::string& path) {
+  std::string uri = beginsWith(path, "/") ? "file://" : "";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    uri += isPlainInUri(byte) ? std::string(1, c) : percent(byte);
+  }
+  return uri;
+}
+
+// What tells findings apart wherever they move in their files.
+class Fingerprints {
+ public:
+  std::string next(const Finding& finding) {
+    const std::string identity = identityOf(finding.file, finding.rule->id, finding.text);
+    return device::hashOf(identity + '\n' + std::to_string(++counts_[identity]));
+  }
+
+ private:
+  std::map<std::string, int> counts_;
+};
+
+Json ruleOf(const Rule& rule) {
+  return {{"id", rule.id},
+          {"shortDescription", {{"text", rule.explanation}}},
+          {"help", {{"text", std::string("Example: ") + rule.example}}},
+          {"defaultConfiguration", {{"level", wordFor(rule.severity)}}},
+          {"properties", {{"subject", rule.subject}}}};
+}
+
+// Rules by their numbers in a log.
+class RuleNumbers {
+ public:
+  std::size_t of(const Rule& rule) {
+    const auto [entry, isNew] = numbers_.emplace(&rule, rules_.size());
+    if (isNew) rules_.push_back(ruleOf(rule));
+    return entry->second;
+  }
+  const Json& rules() const { return rules_; }
+
+ private:
+  std::map<const Rule*, std::size_t> numbers_;
+  Json rules_ = Json::array();
+};
+
+// @param reserved  characters that end what a text is in
+std::string escaped(const std::string& text, std::string_view reserved) {
+  std::string result;
+  for (const char c : printable(text))
+    result += reserved.find(c) == std::string_view::npos ? std::string(1, c)
+                                                         : percent(static_cast<unsigned char>(c));
+  return result;
+}
+
+}  // namespace
+
+Json sarifOf(const std::vector<Finding>& findings) {
+  RuleNumbers rules;
+  Fingerprints fingerprints;
+  Json results = Json::array();
+  for (const Finding& finding : findings) {
+    const Json place = {{"artifactLocation", {{"uri", uriOf(finding.file)}}},
+                        {"region", {{"startLine", finding.line}}}};
+    Json locations = Json::array();
+    locations.push_back({{"physicalLocation", place}});
+    results.push_back({{"ruleId", finding.rule->id},
+                       {"ruleIndex", rules.of(*finding.rule)},
+                       {"level", wordFor(finding.severity)},
+                       {"message", {{"text", finding.text}}},
+                       {"locations", locations},
+                       {"partialFingerprints", {{"finding/v1", fingerprints.next(finding)}}}});
+  }
+  Json runs = Json::array();
+  runs.push_back(
+      {{"tool",
+        {{"driver", {{"name", "camcfg"}, {"version", CAMCFG_VERSION}, {"rules", rules.rules()}}}}},
+       {"columnKind", "unicodeCodePoints"},
+       {"results", results}});
+  return {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+          {"version", "2.1.0"},
+          {"runs", runs}};
+}
+
+Json gitlabOf(const std::vector<Finding>& findings) {
+  Fingerprints fingerprints;
+  Json report = Json::array();
+  for (const Finding& finding : findings)
+    report.push_back(
+        {{"description", finding.text},
+         {"check_name", finding.rule->id},
+         {"fingerprint", fingerprints.next(finding)},
+         {"severity", finding.severity == Severity::Error ? "major" : "minor"},
+         {"location", {{"path", finding.file}, {"lines", {{"begin", finding.line}}}}}});
+  return report;
+}
+
+std::string githubOf(const std::vector<Finding>& findings) {
+  std::string lines;
+  for (const Finding& finding : findings)
+    lines += std::string("::") + wordFor(finding.severity) +
+             " file=" + escaped(finding.file, "%\r\n:,") + ",line=" + std::to_string(finding.line) +
+             ",title=" + finding.rule->id + "::" + escaped(finding.text, "%\r\n") + "\n";
+  return lines;
+}
+
+Json jsonOf(const std::vector<Finding>& findings) {
+  Json list = Json::array();
+  for (const Finding& finding : findings)
+    list.push_back({{"file", finding.file},
+                    {"line", finding.line},
+                    {"severity", wordFor(finding.severity)},
+                    {"rule", finding.rule->id},
+                    {"text", finding.text}});
+  return list;
+}
+
+}  // namespace camcfg::tool::lint
