@@ -150,9 +150,8 @@ TEST_F(LintSteeringTest, BaselineFollowsFindingsToOtherLinesAndCountsThem) {
   write("x.xml", "\n\n" + with(kFile, "    <Video/>\n", "    <Menu/>\n"));
   const ToolRun result = lint({"x.xml", "--baseline", "known.json"});
   EXPECT_EQ(result.out,
-            "x.xml:6: warning: Menu has no \"Val\" [text-missing]\n"
-            "x.xml:6: error: Menu: a lookup finds the one at line 4 "
-            "[text-twice]\n");
+            "x.xml:6: error: Menu: a lookup finds the one at line 4 [text-twice]\n"
+            "x.xml:6: warning: Menu has no \"Val\" [text-missing]\n");
   EXPECT_EQ(result.err,
             "camcfg: lint: note: 2 findings of the baseline are left out\n"
             "camcfg: lint: note: 1 findings of the baseline are there no longer\n");
