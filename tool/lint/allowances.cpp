@@ -1,7 +1,6 @@
 #include "lint/allowances.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "lint/item.h"
 #include "lint/rules.h"
@@ -30,9 +29,9 @@ std::string_view after(std::string_view word, std::string_view text) {
 }
 
 const Rule* ruleOf(std::string_view id) {
-  const auto found = std::find_if(std::begin(kRules), std::end(kRules),
-                                  [&](const Rule* rule) { return rule->id == id; });
-  return found == std::end(kRules) ? nullptr : *found;
+  for (const Rule* rule : kRules)
+    if (rule->id == id) return rule;
+  return nullptr;
 }
 
 // The last line of an element that has something of it.
