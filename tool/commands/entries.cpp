@@ -49,8 +49,7 @@ document::ImportOptions optionsOf(const settings::Table& table, const Arguments&
 }
 
 device::Turn turnFor(const Arguments& arguments) {
-  return device::Turn(arguments.given(kDryRun) ? device::Turn::Files()
-                                               : device::Turn::Files{CFG_FILE_MPP});
+  return device::Turn(filesFor(arguments, {CFG_FILE_MPP}));
 }
 
 Outcome add(const settings::Table& table, const Arguments& arguments) {
@@ -75,21 +74,6 @@ Outcome remove(const settings::Table& table, const Arguments& arguments) {
 const char* kept(std::string text) {
   static std::list<std::string> texts;
   return texts.emplace_back(std::move(text)).c_str();
-}
-
-// "port=", and "mode=caller" where only a few words are permitted.
-Candidates memberWords(const settings::Table& table) {
-  Candidates candidates;
-  for (const Setting& setting : table.settings) {
-    std::vector<std::string> values;
-    for (const settings::Word& word : setting.words) values.emplace_back(word.text);
-    if (setting.kind == settings::Kind::Switch || setting.kind == settings::Kind::Flag)
-      values = {"yes", "no"};
-    if (values.empty()) values.emplace_back();
-    for (const std::string& value : values)
-      candidates.push_back({setting.member + ("=" + value), setting.help});
-  }
-  return candidates;
 }
 
 // What each verb is shown with, on the sample device.
@@ -126,10 +110,9 @@ cli::Command commandFor(const settings::Table& table, const std::string& name, c
                         Carry carry, std::vector<Option> options, const char* example) {
   cli::Command command{kept(name), kept(std::string(verb) + table.entry), std::move(options),
                        [&table, carry](const Arguments& arguments) {
-                         return changed(carry(table, arguments),
-                                        "it is so already; nothing was written");
+                         return changed(carry(table, arguments), kSoAlready);
                        }};
-  command.options.push_back({Option::Flag, kDryRun, "Show what would change and write nothing"});
+  command.options.push_back(dryRun());
   if (settings::hasSecrets(table))
     command.options.push_back(
         {Option::Flag, kShowSecrets, "Show passwords in the list of changes"});
@@ -144,7 +127,7 @@ cli::Command commandFor(const settings::Table& table, const std::string& name, c
 std::vector<cli::Command> commandsForEntries(const settings::Table& table,
                                              const std::string& above) {
   const auto words = [&table](const Arguments&) { return entryWords(table); };
-  const auto members = [&table](const Arguments&) { return memberWords(table); };
+  const auto members = [&table](const Arguments&) { return memberWords(table.settings); };
   const char* meaning =
       kept("Its " + std::string(table.key) +
            (table.label == nullptr ? "" : std::string(", or its ") + table.label));

@@ -8,6 +8,7 @@
 
 #include "cli/command.h"
 #include "device/section.h"
+#include "device/turn.h"
 #include "document/exchange.h"
 #include "parameters/parameter.h"
 #include "settings/setting.h"
@@ -30,6 +31,7 @@ using Candidates = std::vector<cli::Candidate>;
 constexpr char kAssignment[] = "PLACE=VALUE";
 constexpr char kCard[] = "CARD";
 constexpr char kField[] = "FIELD";
+constexpr char kFieldValue[] = "FIELD=VALUE";
 constexpr char kFile[] = "FILE";
 constexpr char kId[] = "ID";
 constexpr char kKey[] = "KEY";
@@ -40,7 +42,6 @@ constexpr char kPlace[] = "PLACE";
 constexpr char kPreset[] = "PRESET";
 constexpr char kSection[] = "SECTION";
 constexpr char kSource[] = "SOURCE";
-constexpr char kValue[] = "VALUE";
 
 constexpr char kDryRun[] = "--dry-run";
 constexpr char kFactory[] = "--factory";
@@ -48,6 +49,19 @@ constexpr char kForce[] = "--force";
 constexpr char kFormat[] = "--format";
 constexpr char kSectionOption[] = "--section";
 constexpr char kShowSecrets[] = "--show-secrets";
+
+/// What a command answers that finds nothing to change.
+constexpr char kSoAlready[] = "it is so already; nothing was written";
+
+/// The option of commands that change something: they write nothing then.
+inline Option dryRun() {
+  return {Option::Flag, kDryRun, "Show what would change and write nothing"};
+}
+
+/// The files that a command is going to change; none if it only shows what would change.
+inline device::Turn::Files filesFor(const Arguments& arguments, const device::Turn::Files& files) {
+  return arguments.given(kDryRun) ? device::Turn::Files() : files;
+}
 
 /// A row of a group's table: what it is called, what it does, how, and what it takes.
 /// @param run  null: only a heading for those below it
@@ -97,6 +111,10 @@ void addWords(std::vector<CommandGroup>& groups);
 /// For an argument that is named like another one, but whose words nobody knows.
 Candidates anyWord(const Arguments& before);
 Candidates presetIdWords(const Arguments& before);
+/// Names of network cards, and their interfaces.
+Candidates cardOrInterfaceWords(const Arguments& before);
+/// "port=", and "mode=caller" where only a few words are permitted.
+Candidates memberWords(const settings::Settings& settings);
 /// The keys of a section's entries, each with what says which one it is.
 Candidates entryWords(const settings::Table& table);
 Candidates cacheIdWords(const Arguments& before);

@@ -110,9 +110,8 @@ Answer setInDocument(const std::vector<parameters::Assignment>& assignments,
     values.emplace_back(place, isAskedFor ? readSecret(place) : value);
   }
   const bool rehearse = arguments.given(kDryRun);
-  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::allFiles());
-  return changed(document::setSingles(values, {rehearse, false}),
-                 "it is so already; nothing was written");
+  const device::Turn turn(filesFor(arguments, device::Turn::allFiles()));
+  return changed(document::setSingles(values, {rehearse, false}), kSoAlready);
 }
 
 Answer set(const Arguments& arguments) {
@@ -126,8 +125,7 @@ Answer set(const Arguments& arguments) {
         return assignment.name.empty() && document::isInDocument(assignment.place);
       }))
     return setInDocument(assignments, arguments);
-  const device::Turn turn(rehearse ? device::Turn::Files()
-                                   : device::Turn::Files{CFG_FILE_BUSINESS});
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_BUSINESS}));
   return isOne ? setOne(assignments.front(), force, rehearse)
                : setAll(assignments, force, rehearse);
 }
@@ -223,7 +221,7 @@ CommandGroup parametersGroup() {
                 {Option::Flag, kForce,
                  "Set a text that is only a part of an allowed one, and confirm a change that is "
                  "on trial first"},
-                {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
+                dryRun()}),
            {"set System/Rtsp=8554", "set System/WebHttp=8000 VideoCh1/Ch1MainCodec=H264",
             "set live.srt[1].latency=250"}),
        withExamples(

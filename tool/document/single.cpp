@@ -1,6 +1,5 @@
 #include "document/single.h"
 
-#include <algorithm>
 #include <map>
 
 #include "base/plain_text.h"
@@ -46,11 +45,6 @@ void at(const device::Section& section, Json& value, const std::string& place,
   if (!isFound) throw Refusal("there is no setting " + quoted(place) + didYouMean(place, known));
 }
 
-const device::Section& parametersSection() {
-  return *std::find_if(allSections().begin(), allSections().end(),
-                       [](const device::Section& section) { return section.name == kParameters; });
-}
-
 // Sections as they are to be.
 class Edit {
  public:
@@ -79,7 +73,8 @@ class Edit {
     requireNew(parameter.path());
     if (!parameter.isSettable())
       throw Refusal(parameter.path() + ": the library sets no parameter inside another one");
-    valueOf(parametersSection())[parameter.section][parameter.name] = parameter.shown(text.c_str());
+    valueOf(sectionOf(kParameters))[parameter.section][parameter.name] =
+        parameter.shown(text.c_str());
   }
 
   void requireNew(const std::string& place) {

@@ -24,13 +24,15 @@ std::optional<int> unlessZero(int port) {
 const std::vector<SystemPort>& systemPorts() {
   static const std::vector<SystemPort> ports = {
       {"WebHttp", "http", "HTTP port", "system http-port", "Show or set the HTTP port",
-       "CFG_SYSTEM_GetHttpPort", [] { return webPort(0); }},
+       "system http-port 8081", "CFG_SYSTEM_GetHttpPort", [] { return webPort(0); }},
       {"WebHttps", "https", "HTTPS port", "system https-port", "Show or set the HTTPS port",
-       "CFG_SYSTEM_GetHttpPort", [] { return webPort(1); }},
+       "system https-port 8443", "CFG_SYSTEM_GetHttpPort", [] { return webPort(1); }},
       {"Rtsp", "rtsp", "RTSP port", "system rtsp-port", "Show or set the RTSP port",
-       "CFG_SYSTEM_GetRtspPort", [] { return unlessZero(CFG_SYSTEM_GetRtspPort()); }},
+       "system rtsp-port 8554", "CFG_SYSTEM_GetRtspPort",
+       [] { return unlessZero(CFG_SYSTEM_GetRtspPort()); }},
       {"RtspOverHttp", "rtspOverHttp", "RTSP over HTTP port", "system rtsp-over-http-port",
-       "Show or set the port of RTSP over HTTP", "CFG_SYSTEM_GetRtspOverHttpPort",
+       "Show or set the port of RTSP over HTTP", "system rtsp-over-http-port 8082 --dry-run",
+       "CFG_SYSTEM_GetRtspOverHttpPort",
        [] { return unlessZero(CFG_SYSTEM_GetRtspOverHttpPort()); }}};
   return ports;
 }

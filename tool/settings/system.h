@@ -16,6 +16,7 @@ struct SystemPort {
   const char* label;      ///< "HTTP port"
   const char* command;    ///< "system http-port"
   const char* help;
+  const char* example;           ///< how it is set
   const char* reader;            ///< the call that applications read it with
   std::optional<int> (*read)();  ///< none if no port is set
 };
