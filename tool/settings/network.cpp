@@ -203,6 +203,8 @@ Settings plainCardSettings() {
     plain.push_back(setting);
     plain.back().member = name;
     for (Word& word : plain.back().words) word.text = word.plainText();
+    if (setting.kind == Kind::Switch) plain.back().kind = Kind::Word;
+    if (setting.onlyWith.element != nullptr) plain.back().typedForm = "ADDRESS";
     if (setting.prefixSets != nullptr) plain.back().typedForm = "ADDRESS or ADDRESS/PREFIX";
   }
   return plain;
@@ -249,7 +251,10 @@ const Setting& requireCardSetting(const std::string& name) {
     if (isSameWord(elementOf(setting), name)) return setting;
     names.emplace_back(elementOf(setting));
   }
-  throw Refusal("cards have no field '" + name + "'" + didYouMean(name, names));
+  const std::string nearest = didYouMean(name, names);
+  const bool isPlain = nearest.empty() && !cardSettingsCalled(name).empty();
+  throw Refusal("cards have no field '" + name + "'" +
+                (isPlain ? "; give " + name + "=VALUE" : nearest));
 }
 
 std::vector<std::string> plainWordsOf(const Setting& setting) {
