@@ -113,8 +113,6 @@ Candidates anyWord(const Arguments& before);
 Candidates presetIdWords(const Arguments& before);
 /// Names of network cards, and their interfaces.
 Candidates cardOrInterfaceWords(const Arguments& before);
-/// "port=", and "mode=caller" where only a few words are permitted.
-Candidates memberWords(const settings::Settings& settings);
 /// The keys of a section's entries, each with what says which one it is.
 Candidates entryWords(const settings::Table& table);
 Candidates cacheIdWords(const Arguments& before);
@@ -147,6 +145,9 @@ document::ImportOptions importOptions(const Arguments& arguments);
 /// @param name  what a setting is called
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const settings::Setting& setting));
+
+/// Words that set one: "port=", and "mode=caller" where only a few words are permitted.
+Candidates memberWords(const settings::Settings& settings);
 
 /// The commands that add, change and delete one entry.
 /// @param above  the command that they are below: "live srt"

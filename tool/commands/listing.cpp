@@ -91,4 +91,17 @@ std::string membersHelp(const settings::Settings& settings,
   return renderText(answer);
 }
 
+Candidates memberWords(const settings::Settings& settings) {
+  Candidates candidates;
+  for (const Setting& setting : settings) {
+    std::vector<std::string> values;
+    for (const settings::Word& word : setting.words) values.emplace_back(word.text);
+    if (setting.kind == Kind::Switch || setting.kind == Kind::Flag) values = {"yes", "no"};
+    if (values.empty()) values.emplace_back();
+    for (const std::string& value : values)
+      candidates.push_back({setting.member + ("=" + value), setting.help});
+  }
+  return candidates;
+}
+
 }  // namespace camcfg::tool::commands

@@ -168,20 +168,6 @@ Candidates cardOrInterfaceWords(const Arguments& before) {
   return candidates;
 }
 
-Candidates memberWords(const settings::Settings& settings) {
-  Candidates candidates;
-  for (const settings::Setting& setting : settings) {
-    std::vector<std::string> values;
-    for (const settings::Word& word : setting.words) values.emplace_back(word.text);
-    if (setting.kind == settings::Kind::Switch || setting.kind == settings::Kind::Flag)
-      values = {"yes", "no"};
-    if (values.empty()) values.emplace_back();
-    for (const std::string& value : values)
-      candidates.push_back({setting.member + ("=" + value), setting.help});
-  }
-  return candidates;
-}
-
 Candidates entryWords(const settings::Table& table) {
   return forEach(media::loadEntries(table), [&](const Json& entry) {
     const Json& key = entry.at(table.key);

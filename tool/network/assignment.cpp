@@ -15,16 +15,6 @@ using tinyxml2::XMLElement;
 
 constexpr char kForced[] = "; '--force' sets it anyway";
 
-std::vector<std::string> parted(const std::string& list) {
-  std::vector<std::string> parts;
-  for (std::size_t start = 0; start <= list.size();) {
-    const std::size_t end = std::min(list.find(',', start), list.size());
-    parts.push_back(list.substr(start, end - start));
-    start = end + 1;
-  }
-  return parts;
-}
-
 [[noreturn]] void refuseUnknown(const std::string& name) {
   std::vector<std::string> known;
   for (const Setting& setting : settings::plainCardSettings()) known.emplace_back(setting.member);
@@ -131,7 +121,7 @@ class Assignment {
     const Setting& first = *called.front();
     called.erase(std::remove_if(called.begin(), called.end(), isMissing), called.end());
     if (called.empty()) return put(first, text);
-    const std::vector<std::string> values = parted(text);
+    const std::vector<std::string> values = parts(text, ',');
     if (values.size() > called.size())
       return refuse(first, name + "= has " + std::to_string(values.size()) +
                                " values, the card has room for " + std::to_string(called.size()));

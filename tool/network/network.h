@@ -91,7 +91,7 @@ struct ChangeOptions {
 /// @return what was changed: card, field, before, value
 /// @throws Refusal  the files are unusable or cannot be written, there is no such card or field, the
 ///                  library's lookup would hit another one, or the value is not usable
-Outcome setNetworkField(const std::string& card, const std::string& name, const std::string& value,
+Outcome setNetworkField(const std::string& word, const std::string& name, const std::string& value,
                         const ChangeOptions& options);
 
 /// Puts the factory values of a card back. A field without a usable one stays as it is.
@@ -120,7 +120,7 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
 /// @param words    "address=192.0.2.7/24"
 /// @param force    takes what a card cannot use, and a gateway outside the subnet
 /// @throws Refusal  as setNetworkField; or the fields contradict each other
-Json setCard(const Json& network, const std::string& card, const std::vector<std::string>& words,
+Json setCard(const Json& network, const std::string& word, const std::vector<std::string>& words,
              bool force);
 
 /// @throws Refusal  the library's lookup would hit another card, or more than those that differ

@@ -191,34 +191,6 @@ const Settings& cardSettings() {
   return settings;
 }
 
-Settings plainCardSettings() {
-  Settings plain;
-  for (const Setting& setting : cardSettings()) {
-    const char* name = plainNameOf(setting);
-    if (!plain.empty() && plain.back().member == std::string_view(name)) {
-      plain.back().typedForm = "ADDRESS,ADDRESS";
-      plain.back().help = "Name servers set by hand";
-      continue;
-    }
-    plain.push_back(setting);
-    plain.back().member = name;
-    for (Word& word : plain.back().words) word.text = word.plainText();
-    if (setting.kind == Kind::Switch) plain.back().kind = Kind::Word;
-    if (setting.onlyWith.element != nullptr) plain.back().typedForm = "ADDRESS";
-    if (setting.prefixSets != nullptr) plain.back().typedForm = "ADDRESS or ADDRESS/PREFIX";
-  }
-  return plain;
-}
-
-std::vector<const Setting*> cardSettingsCalled(std::string_view name) {
-  std::vector<const Setting*> called;
-  for (const Setting& setting : cardSettings()) {
-    if (isSameWord(name, elementOf(setting)) || isSameWord(name, setting.member)) return {&setting};
-    if (isSameWord(name, plainNameOf(setting))) called.push_back(&setting);
-  }
-  return called;
-}
-
 const Setting& hostnameSetting() {
   static const Setting setting =
       Row("hostname", "Hostname", Kind::Text, kExpected, "Host name").checked(whyNotAHostname);
@@ -255,18 +227,6 @@ const Setting& requireCardSetting(const std::string& name) {
   const bool isPlain = nearest.empty() && !cardSettingsCalled(name).empty();
   throw Refusal("cards have no field '" + name + "'" +
                 (isPlain ? "; give " + name + "=VALUE" : nearest));
-}
-
-std::vector<std::string> plainWordsOf(const Setting& setting) {
-  std::vector<std::string> words;
-  for (const Word& word : setting.words) words.emplace_back(word.plainText());
-  return words;
-}
-
-std::string fromPlain(const Setting& setting, const std::string& text) {
-  for (const Word& word : setting.words)
-    if (isSameWord(word.plainText(), text)) return word.written();
-  return spelt(setting, text);
 }
 
 std::string spelt(const Setting& setting, const std::string& text) {

@@ -48,7 +48,10 @@ TEST(ProgramTest, HelpOfACommandListsThoseBelowIt) {
                      "  rtsp-port                   Show or set the RTSP port\n"
                      "  rtsp-over-http-port         Show or set the port of RTSP over HTTP\n"
                      "\n" +
-                         std::string(kHelpEnd),
+                         std::string(kHelpEnd) +
+                         "\n"
+                         "Examples:\n"
+                         "  camcfg system\n",
                      ""}));
 }
 
