@@ -77,6 +77,16 @@ std::size_t distance(const std::string& a, const std::string& b) {
 
 }  // namespace
 
+std::vector<std::string> parts(const std::string& text, char separator) {
+  std::vector<std::string> all;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find(separator, start), text.size());
+    all.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return all;
+}
+
 std::string written(const tinyxml2::XMLNode& node) {
   tinyxml2::XMLPrinter printer;
   node.Accept(&printer);

@@ -50,6 +50,9 @@ bool isAmong(const Range& range, const Value& value) {
   return std::find(std::begin(range), std::end(range), value) != std::end(range);
 }
 
+/// What is between separators, at least one text, each of which may be empty: "a", "" of "a,".
+std::vector<std::string> parts(const std::string& text, char separator);
+
 /// An attribute's text; empty if it is missing.
 inline std::string textOf(const tinyxml2::XMLElement& element, const char* attribute) {
   const char* text = element.Attribute(attribute);

@@ -50,18 +50,18 @@ document::ImportOptions optionsOf(const settings::Table& table, const Arguments&
 
 Outcome add(const settings::Table& table, const Arguments& arguments) {
   const std::vector<std::string> members = withSecrets(table, arguments);
-  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_MPP}));
   return document::addEntry(table, arguments.text(kEntry), members, optionsOf(table, arguments));
 }
 
 Outcome change(const settings::Table& table, const Arguments& arguments) {
   const std::vector<std::string> members = withSecrets(table, arguments);
-  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_MPP}));
   return document::setEntry(table, arguments.text(kEntry), members, optionsOf(table, arguments));
 }
 
 Outcome remove(const settings::Table& table, const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_MPP}));
   return document::deleteEntry(table, arguments.text(kEntry), arguments.given(kCascade),
                                optionsOf(table, arguments));
 }
@@ -72,29 +72,13 @@ const char* kept(std::string text) {
   return texts.emplace_back(std::move(text)).c_str();
 }
 
-// "port=", and "mode=caller" where only a few words are permitted.
-Candidates memberWords(const settings::Table& table) {
-  Candidates candidates;
-  for (const Setting& setting : table.settings) {
-    std::vector<std::string> values;
-    for (const settings::Word& word : setting.words) values.emplace_back(word.text);
-    if (setting.kind == settings::Kind::Switch || setting.kind == settings::Kind::Flag)
-      values = {"yes", "no"};
-    if (values.empty()) values.emplace_back();
-    for (const std::string& value : values)
-      candidates.push_back({setting.member + ("=" + value), setting.help});
-  }
-  return candidates;
-}
-
 cli::Command commandFor(const settings::Table& table, const std::string& name, const char* verb,
                         Carry carry, std::vector<Option> options) {
   cli::Command command{kept(name), kept(std::string(verb) + table.entry), std::move(options),
                        [&table, carry](const Arguments& arguments) {
-                         return changed(carry(table, arguments),
-                                        "it is so already; nothing was written");
+                         return changed(carry(table, arguments), kSoAlready);
                        }};
-  command.options.push_back(kRehearsal);
+  command.options.push_back(dryRun());
   if (settings::hasSecrets(table))
     command.options.push_back(
         {Option::Flag, kShowSecrets, "Show passwords in the list of changes"});
@@ -108,7 +92,7 @@ cli::Command commandFor(const settings::Table& table, const std::string& name, c
 std::vector<cli::Command> commandsForEntries(const settings::Table& table,
                                              const std::string& above) {
   const auto words = [&table](const Arguments&) { return entryWords(table); };
-  const auto members = [&table](const Arguments&) { return memberWords(table); };
+  const auto members = [&table](const Arguments&) { return memberWords(table.settings); };
   const char* meaning =
       kept("Its " + std::string(table.key) +
            (table.label == nullptr ? "" : std::string(", or its ") + table.label));

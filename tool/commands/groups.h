@@ -31,6 +31,7 @@ using Candidates = std::vector<cli::Candidate>;
 constexpr char kAssignment[] = "PLACE=VALUE";
 constexpr char kCard[] = "CARD";
 constexpr char kField[] = "FIELD";
+constexpr char kFieldValue[] = "FIELD=VALUE";
 constexpr char kFile[] = "FILE";
 constexpr char kId[] = "ID";
 constexpr char kKey[] = "KEY";
@@ -41,7 +42,6 @@ constexpr char kPlace[] = "PLACE";
 constexpr char kPreset[] = "PRESET";
 constexpr char kSection[] = "SECTION";
 constexpr char kSource[] = "SOURCE";
-constexpr char kValue[] = "VALUE";
 
 constexpr char kDryRun[] = "--dry-run";
 constexpr char kFactory[] = "--factory";
@@ -50,8 +50,18 @@ constexpr char kFormat[] = "--format";
 constexpr char kSectionOption[] = "--section";
 constexpr char kShowSecrets[] = "--show-secrets";
 
-/// Of any command that changes settings.
-inline const Option kRehearsal{Option::Flag, kDryRun, "Show what would change and write nothing"};
+/// What a command answers that finds nothing to change.
+constexpr char kSoAlready[] = "it is so already; nothing was written";
+
+/// The option of commands that change something: they write nothing then.
+inline Option dryRun() {
+  return {Option::Flag, kDryRun, "Show what would change and write nothing"};
+}
+
+/// The files that a command is going to change; none if it only shows what would change.
+inline device::Turn::Files filesFor(const Arguments& arguments, const device::Turn::Files& files) {
+  return arguments.given(kDryRun) ? device::Turn::Files() : files;
+}
 
 /// A row of a group's table: what it is called, what it does, how, and what it takes.
 /// @param run  null: only a heading for those below it
@@ -98,14 +108,13 @@ void addExamples(std::vector<CommandGroup>& groups);
 /// For an argument that is named like another one, but whose words nobody knows.
 Candidates anyWord(const Arguments& before);
 Candidates presetIdWords(const Arguments& before);
+/// Names of network cards, and their interfaces.
+Candidates cardOrInterfaceWords(const Arguments& before);
 /// The keys of a section's entries, each with what says which one it is.
 Candidates entryWords(const settings::Table& table);
 Candidates cacheIdWords(const Arguments& before);
 /// Sources that the cache ID given allows.
 Candidates allowedSourceWords(const Arguments& before);
-
-/// The turn of a command that changes one file; none for a rehearsal.
-device::Turn turnFor(const Arguments& arguments, const char* file);
 
 // What several commands show.
 
@@ -144,6 +153,9 @@ document::ImportOptions importOptions(const Arguments& arguments);
 /// @param name  what a setting is called
 std::string membersHelp(const settings::Settings& settings,
                         const char* (*name)(const settings::Setting& setting));
+
+/// Words that set one: "port=", and "mode=caller" where only a few words are permitted.
+Candidates memberWords(const settings::Settings& settings);
 
 /// The commands that add, change and delete one entry.
 /// @param above  the command that they are below: "live srt"

@@ -66,10 +66,6 @@ Answer readableAnswer(device::Readable readable, std::vector<cli::Block> layout)
   return answer;
 }
 
-device::Turn turnFor(const Arguments& arguments, const char* file) {
-  return device::Turn(arguments.given(kDryRun) ? device::Turn::Files() : device::Turn::Files{file});
-}
-
 Answer changed(Outcome outcome, const char* unchanged) {
   Answer answer(std::move(outcome));
   if (answer.status != Status::Done) return answer;
@@ -93,6 +89,19 @@ std::string membersHelp(const settings::Settings& settings,
   addRows(settings, "  ", name, answer.value);
   answer.layout = {Table{"", {{"  NAME", "{name}"}, {"VALUE", "{value}"}, {"MEANING", "{help}"}}}};
   return renderText(answer);
+}
+
+Candidates memberWords(const settings::Settings& settings) {
+  Candidates candidates;
+  for (const Setting& setting : settings) {
+    std::vector<std::string> values;
+    for (const settings::Word& word : setting.words) values.emplace_back(word.text);
+    if (setting.kind == Kind::Switch || setting.kind == Kind::Flag) values = {"yes", "no"};
+    if (values.empty()) values.emplace_back();
+    for (const std::string& value : values)
+      candidates.push_back({setting.member + ("=" + value), setting.help});
+  }
+  return candidates;
 }
 
 }  // namespace camcfg::tool::commands

@@ -66,7 +66,7 @@ std::vector<cli::Block> changeLine(const Arguments& arguments, const std::string
 
 Answer mark(const Arguments& arguments,
             Outcome (*mark)(const std::string&, const std::string&, bool)) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_MPP}));
   return Answer(mark(arguments.text(kId), arguments.text(kSource), arguments.given(kDryRun)),
                 changeLine(arguments, "stream cache {cache}, {mark}: {before} -> {value}"));
 }
@@ -80,7 +80,7 @@ Answer makeDefault(const Arguments& arguments) {
 }
 
 Answer allow(const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_MPP);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_MPP}));
   return Answer(
       media::allowSources(arguments.text(kId), arguments.texts(kSource), arguments.given(kDryRun)),
       changeLine(arguments, "stream cache {cache} allows {allowed}; before: {before}"));
@@ -169,12 +169,12 @@ CommandGroup streamGroup() {
        command("stream cache", "Change the stream caches", nullptr,
                {{Option::Argument, kId, "Id of the cache", cacheIdWords}}),
        changer("stream cache select", "Mark a source with \"Enable\", in place", select,
-               {kAllowedSource, kRehearsal}),
+               {kAllowedSource, dryRun()}),
        changer("stream cache default",
                "Mark the source that is loaded, \"Default\"; rewrites all caches", makeDefault,
-               {kAllowedSource, kRehearsal}),
+               {kAllowedSource, dryRun()}),
        changer("stream cache allow", "Replace the sources that the cache allows", allow,
-               {{Option::Arguments, kSource, "Ids from 0 to 29"}, kRehearsal}),
+               {{Option::Arguments, kSource, "Ids from 0 to 29"}, dryRun()}),
        command("stream source", "Change the stream sources", nullptr)}};
   for (const auto& [table, above] : {std::pair{&settings::streamSources(), "stream source"},
                                      std::pair{&settings::streamCaches(), "stream cache"}})

@@ -5,6 +5,7 @@
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "document/card.h"
 #include "settings/network.h"
 #include "settings/value.h"
 
@@ -17,16 +18,10 @@ Json currentOf(XMLElement& card, const char* field) {
   return network::attributeOf(network::childOf(card, field), "Cur");
 }
 
-Json interfaceOf(XMLElement& card) {
-  const Json word = currentOf(card, "Intf");
-  const std::string name =
-      word.is_null() ? "" : CFG_NETWORK_IntfXmlStr2EthName(word.get<std::string>().c_str());
-  return name.empty() ? Json() : Json(name);
-}
-
 Json recordOf(XMLElement& card, bool listed) {
+  const std::string interface = network::interfaceOf(card);
   return {{"card", card.Value()},
-          {"interface", interfaceOf(card)},
+          {"interface", interface.empty() ? Json() : Json(interface)},
           {"enable", currentOf(card, "Enable")},
           {"ipMode", currentOf(card, "IpMode")},
           {"ipAddr", currentOf(card, "IpAddr")},
@@ -88,10 +83,7 @@ void tellMisread(Answer& answer, const XMLElement& card, bool factory) {
   }
 }
 
-Answer show(const Arguments& arguments) {
-  const bool factory = arguments.given(kFactory);
-  const network::Network network;
-  XMLElement& card = network.require(arguments.text(kCard));
+Answer shown(const network::Network& network, XMLElement& card, bool factory) {
   Answer answer;
   answer.value = {{"card", card.Value()}, {"factory", factory}};
   Fields fields;
@@ -112,28 +104,80 @@ Answer show(const Arguments& arguments) {
   return answer;
 }
 
+// Each card after its name and its interface.
+Answer showAll(const network::Network& network, bool factory) {
+  Answer answer;
+  answer.value = Json::array();
+  std::string text;
+  for (XMLElement* card : network.cards()) {
+    const Answer one = shown(network, *card, factory);
+    text +=
+        (text.empty() ? "" : "\n") + network::withInterface(*card) + "\n" + cli::renderText(one);
+    answer.value.push_back(one.value);
+    answer.notes.insert(answer.notes.end(), one.notes.begin(), one.notes.end());
+  }
+  answer.layout = {Verbatim{text}};
+  return answer;
+}
+
+Answer show(const Arguments& arguments) {
+  const bool factory = arguments.given(kFactory);
+  const network::Network network;
+  return arguments.given(kCard) ? shown(network, network.require(arguments.text(kCard)), factory)
+                                : showAll(network, factory);
+}
+
+network::ChangeOptions optionsOf(const Arguments& arguments, bool force = false) {
+  return {force, arguments.given(kDryRun)};
+}
+
+device::Turn turnFor(const Arguments& arguments) {
+  return device::Turn(filesFor(arguments, {CFG_FILE_BUSINESS}));
+}
+
+Answer withDryRun(Answer answer, const Arguments& arguments) {
+  if (arguments.given(kDryRun)) answer.layout.emplace_back(Line{"nothing was written"});
+  return answer;
+}
+
+Answer setOneField(const Arguments& arguments) {
+  const std::vector<std::string>& words = arguments.texts(kFieldValue);
+  if (words.size() != 2)
+    throw Refusal(Status::Usage, words.size() == 1 ? "which value? give " + words.front() + "=VALUE"
+                                                   : "give FIELD=VALUE for each, or FIELD VALUE");
+  const device::Turn turn = turnFor(arguments);
+  return withDryRun(Answer(network::setNetworkField(arguments.text(kCard), words[0], words[1],
+                                                    optionsOf(arguments, arguments.given(kForce))),
+                           {Line{"{card}/{field}: {before} -> {value}"}}),
+                    arguments);
+}
+
 Answer set(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_BUSINESS});
-  return Answer(network::setNetworkField(arguments.text(kCard), arguments.text(kField),
-                                         arguments.text(kValue), arguments.given(kForce)),
-                {Line{"{card}/{field}: {before} -> {value}"}});
+  const std::vector<std::string>& words = arguments.texts(kFieldValue);
+  if (words.front().find('=') == std::string::npos) return setOneField(arguments);
+  const device::Turn turn = turnFor(arguments);
+  return changed(document::setCard(arguments.text(kCard), words, arguments.given(kForce),
+                                   {arguments.given(kDryRun), false}),
+                 kSoAlready);
 }
 
 Answer reset(const Arguments& arguments) {
-  const device::Turn turn({CFG_FILE_BUSINESS});
-  Answer answer(network::resetCard(arguments.text(kCard)));
+  const device::Turn turn = turnFor(arguments);
+  Answer answer(network::resetCard(arguments.text(kCard), optionsOf(arguments)));
   if (answer.value["changed"].empty())
     answer.layout = {Line{"{card}: it has its factory values already"}};
   else
     answer.layout = {Table{"changed", {{"FIELD", "{field}"}, {"VALUE", "{before}", "{value}"}}}};
-  return answer;
+  return withDryRun(std::move(answer), arguments);
 }
 
 Answer hostname(const Arguments& arguments) {
   if (arguments.given(kName)) {
-    const device::Turn turn({CFG_FILE_BUSINESS});
-    return Answer(network::setHostname(arguments.text(kName), arguments.given(kForce)),
-                  {Line{"hostname: {before} -> {hostname}"}});
+    const device::Turn turn = turnFor(arguments);
+    return withDryRun(Answer(network::setHostname(arguments.text(kName),
+                                                  optionsOf(arguments, arguments.given(kForce))),
+                             {Line{"hostname: {before} -> {hostname}"}}),
+                      arguments);
   }
   const network::Network network;
   Answer answer;
@@ -143,34 +187,53 @@ Answer hostname(const Arguments& arguments) {
   return answer;
 }
 
-const Option kWholeCard{Option::Argument, kCard, "Whole name of a card"};
+const Option kWholeCard{Option::Argument, kCard, "A card's name, or its interface",
+                        cardOrInterfaceWords};
 
 std::string fieldsHelp() {
   return "Fields of a card:\n" + membersHelp(settings::cardSettings(), settings::elementOf);
 }
 
+std::string assignmentsHelp() {
+  return "Fields of a card; those that 'network show' lists are known by these names, too:\n" +
+         membersHelp(settings::plainCardSettings(),
+                     [](const settings::Setting& setting) { return setting.member; }) +
+         "\nA PREFIX is the length of the netmask. 'address', 'netmask' and 'gateway' mean\n"
+         "mode=static, 'dns' means dnsMode=manual, and mode=dhcp means dnsMode=auto unless\n"
+         "the servers are given. A gateway must be in the subnet of the address.\n";
+}
+
 }  // namespace
 
 CommandGroup networkGroup() {
-  return {
-      "Network",
-      {withDetails(
-           command("network", "Show and change the network cards and the host name", nullptr),
-           fieldsHelp),
-       command("network cards", "List the cards", cards),
-       command("network show", "Show the settings of a card", show,
-               {kWholeCard, {Option::Flag, kFactory, "Show the factory values"}}),
-       withDetails(changer("network set", "Set one field of a card", set,
-                           {kWholeCard,
-                            {Option::Argument, kField, "A field as 'network show' names it"},
-                            {Option::Argument, kValue, "A word, a number, an address or a text"},
-                            {Option::Flag, kForce, "Store a text or MTU that a card cannot use"}}),
-                   fieldsHelp),
-       changer("network reset", "Put the factory values of a card back", reset, {kWholeCard}),
-       changer("network hostname", "Show or set the host name", hostname,
-               {{Option::OptionalArgument, kName, "The new name; without it the name is shown",
-                 anyWord},
-                {Option::Flag, kForce, "Store a text that is not a host name"}})}};
+  return {"Network",
+          {withDetails(
+               command("network", "Show and change the network cards and the host name", nullptr),
+               fieldsHelp),
+           command("network cards", "List the cards", cards),
+           command("network show", "Show the settings of a card, or of all", show,
+                   {{Option::OptionalArgument, kCard,
+                     "A card's name, or its interface; without it all cards are shown",
+                     cardOrInterfaceWords},
+                    {Option::Flag, kFactory, "Show the factory values"}}),
+           withDetails(
+               changer("network set", "Set fields of a card with one save", set,
+                       {kWholeCard,
+                        {Option::Arguments, kFieldValue,
+                         "A field as below and its value; or FIELD VALUE as 'network show' prints "
+                         "them, which is checked by itself only"},
+                        dryRun(),
+                        {Option::Flag, kForce,
+                         "Store a text or MTU that a card cannot use, or a gateway outside the "
+                         "subnet"}}),
+               assignmentsHelp),
+           changer("network reset", "Put the factory values of a card back", reset,
+                   {kWholeCard, dryRun()}),
+           changer("network hostname", "Show or set the host name", hostname,
+                   {{Option::OptionalArgument, kName, "The new name; without it the name is shown",
+                     anyWord},
+                    dryRun(),
+                    {Option::Flag, kForce, "Store a text that is not a host name"}})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -117,9 +117,8 @@ Answer setInDocument(const std::vector<parameters::Assignment>& assignments,
     values.emplace_back(place, isAskedFor ? readSecret(place) : value);
   }
   const bool rehearse = arguments.given(kDryRun);
-  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::allFiles());
-  return changed(document::setSingles(values, {rehearse, false}),
-                 "it is so already; nothing was written");
+  const device::Turn turn(filesFor(arguments, device::Turn::allFiles()));
+  return changed(document::setSingles(values, {rehearse, false}), kSoAlready);
 }
 
 Answer set(const Arguments& arguments) {
@@ -133,7 +132,7 @@ Answer set(const Arguments& arguments) {
         return assignment.name.empty() && document::isInDocument(assignment.place);
       }))
     return setInDocument(assignments, arguments);
-  const device::Turn turn = turnFor(arguments, CFG_FILE_BUSINESS);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_BUSINESS}));
   return isOne ? setOne(assignments.front(), force, rehearse)
                : setAll(assignments, force, rehearse);
 }
@@ -234,7 +233,7 @@ CommandGroup parametersGroup() {
                 {Option::Flag, kForce,
                  "Set a text that is only a part of an allowed one, and confirm a change that is "
                  "on trial first"},
-                kRehearsal}),
+                dryRun()}),
        command("describe", "Show a parameter's type, limits, default and value", describe,
                {{Option::Argument, kName,
                  "Whole name, or SECTION/NAME; or a place that 'find' prints"}})}};

@@ -117,7 +117,7 @@ presets::Values givenOf(const Arguments& arguments, int id) {
 }
 
 Answer set(const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   return store(arguments, givenOf(arguments, requireId(arguments.text(kPreset))));
 }
 
@@ -136,7 +136,7 @@ void requireFree(const presets::Presets& presets, const presets::Preset& renamed
 
 Answer rename(const Arguments& arguments) {
   const std::string description = arguments.text(kDescription);
-  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
   requireFree(presets, preset, description);
@@ -159,7 +159,7 @@ int requireUnusedId() {
 }
 
 Answer add(const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   const presets::Presets usable;
   Answer answer = store(arguments, givenOf(arguments, requireUnusedId()));
   answer.layout.front() = Line{"{id}"};
@@ -167,7 +167,7 @@ Answer add(const Arguments& arguments) {
 }
 
 Answer remove(const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
   Answer answer(Outcome{preset.values, {}}, {Line{"{label}: deleted"}});
@@ -202,7 +202,7 @@ void tellFaults(Answer& answer, const Json& faults) {
 }
 
 Answer importAll(const Arguments& arguments) {
-  const device::Turn turn = turnFor(arguments, CFG_FILE_PRESET);
+  const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   Answer answer(presets::importPresets(arguments.text(kFile), arguments.given(kDryRun)));
   if (answer.status == Status::Refused)
     tellFaults(answer, answer.value["faults"]);
@@ -221,7 +221,7 @@ std::vector<Option> withValues(std::vector<Option> options) {
 // With the options that every change takes.
 cli::Command presetChanger(const char* name, const char* help, Answer (*run)(const Arguments&),
                            std::vector<Option> options) {
-  options.push_back(kRehearsal);
+  options.push_back(dryRun());
   return changer(name, help, run, std::move(options));
 }
 
@@ -249,7 +249,7 @@ CommandGroup presetGroup() {
        changer("preset import", "Create and change presets from a CSV or JSON file, all or none",
                importAll,
                {{Option::HostFile, kFile, "File as 'preset export' prints it; - is standard input"},
-                kRehearsal})}};
+                dryRun()})}};
 }
 
 }  // namespace camcfg::tool::commands

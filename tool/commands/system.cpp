@@ -36,14 +36,16 @@ Answer showPort(const SystemPort& port) {
 }
 
 cli::Command commandFor(const SystemPort& port) {
-  return {port.command,
-          port.help,
-          {{Option::OptionalArgument, kPort, "The new port; without it the port is shown"}},
-          [&port](const Arguments& arguments) {
-            if (!arguments.given(kPort)) return showPort(port);
-            const device::Turn turn({CFG_FILE_BUSINESS});
-            return setOne({kSystemSection, port.parameter, arguments.text(kPort)}, false);
-          }};
+  return {
+      port.command,
+      port.help,
+      {{Option::OptionalArgument, kPort, "The new port; without it the port is shown"}, dryRun()},
+      [&port](const Arguments& arguments) {
+        if (!arguments.given(kPort)) return showPort(port);
+        const device::Turn turn(filesFor(arguments, {CFG_FILE_BUSINESS}));
+        return setOne({kSystemSection, port.parameter, arguments.text(kPort)}, false,
+                      arguments.given(kDryRun));
+      }};
 }
 
 // The library leaves the buffer alone when there is no such key, and otherwise writes a text with
@@ -93,7 +95,7 @@ Fields systemFields(const std::string& above) {
 
 CommandGroup systemGroup() {
   CommandGroup group{"System", {}};
-  group.commands.push_back({"system", "Show the device's name, language and ports", {}, system});
+  group.commands.push_back(command("system", "Show the device's name, language and ports", system));
   for (const SystemPort& port : settings::systemPorts()) {
     group.commands.push_back(commandFor(port));
     group.commands.back().changesDevice = true;

@@ -49,12 +49,6 @@ Candidates parameterWords(const Arguments& before) {
                  });
 }
 
-Candidates valueWords(const Arguments& before) {
-  if (before.given(kField))
-    return plain(settings::wordsOf(settings::requireCardSetting(before.text(kField))));
-  return {};
-}
-
 // Sections, and the parameters of the one that is the last of the places given.
 Candidates placeWords(const Arguments& before) {
   Candidates candidates = wholeSectionWords(before);
@@ -100,6 +94,18 @@ Candidates cardFieldWords(const Arguments& /*before*/) {
   });
 }
 
+// Names of fields and "mode=dhcp"; or a name, then its values.
+Candidates cardAssignmentWords(const Arguments& before) {
+  const std::vector<std::string>& words = before.texts(kFieldValue);
+  if (!words.empty() && words.front().find('=') == std::string::npos)
+    return words.size() > 1 ? Candidates()
+                            : plain(settings::wordsOf(settings::requireCardSetting(words.front())));
+  Candidates candidates = words.empty() ? cardFieldWords(before) : Candidates();
+  for (cli::Candidate& word : memberWords(settings::plainCardSettings()))
+    candidates.push_back(std::move(word));
+  return candidates;
+}
+
 Candidates presetWords(const Arguments& before) {
   Candidates candidates = presetIdWords(before);
   const Candidates ids = candidates;
@@ -133,7 +139,7 @@ Candidates textKeyWords(const Arguments& before) {
 // What is in a place, by its name.
 constexpr std::pair<std::string_view, Candidates (*)(const Arguments&)> kMeanings[] = {
     {kSection, sectionWords},   {kAssignment, assignmentWords},
-    {kName, parameterWords},    {kValue, valueWords},
+    {kName, parameterWords},    {kFieldValue, cardAssignmentWords},
     {kCard, cardWords},         {kField, cardFieldWords},
     {kPreset, presetWords},     {kKind, mediaKindWords},
     {kId, mediaIdWords},        {kSource, sourceIdWords},
@@ -150,6 +156,16 @@ cli::WordFinder wordsFor(const std::string& name) {
 
 Candidates anyWord(const Arguments& /*before*/) {
   return {};
+}
+
+Candidates cardOrInterfaceWords(const Arguments& before) {
+  Candidates candidates = cardWords(before);
+  const network::Network network;
+  for (tinyxml2::XMLElement* card : network.cards()) {
+    const std::string interface = network::interfaceOf(*card);
+    if (!interface.empty()) candidates.push_back({interface, card->Value()});
+  }
+  return candidates;
 }
 
 Candidates entryWords(const settings::Table& table) {

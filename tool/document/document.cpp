@@ -102,6 +102,11 @@ const std::vector<device::Section>& allSections() {
   return all;
 }
 
+const device::Section& sectionOf(const std::string& name) {
+  return *std::find_if(allSections().begin(), allSections().end(),
+                       [&](const device::Section& section) { return section.name == name; });
+}
+
 bool isWithin(const device::Section& section, const std::string& name) {
   return section.name == name || beginsWith(section.name, name + ".");
 }

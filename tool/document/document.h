@@ -27,6 +27,9 @@ constexpr char kCards[] = "cards";
 /// All sections, in the order in which they are written.
 const std::vector<device::Section>& allSections();
 
+/// The section of this name, which must be one.
+const device::Section& sectionOf(const std::string& name);
+
 /// Where a section is in a document: "live/srt".
 std::string pathTo(const device::Section& section);
 

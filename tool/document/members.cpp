@@ -19,16 +19,6 @@ using settings::Table;
 // Between the elements of a list, the members of an element, and the elements of a list in it.
 constexpr char kSeparators[] = ",:+";
 
-std::vector<std::string> parted(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t end = std::min(text.find(separator, start), text.size());
-    parts.push_back(text.substr(start, end - start));
-    start = end + 1;
-  }
-  return parts;
-}
-
 // What is no number stays a text, for the reader to refuse.
 Json numberOrText(const std::string& text) {
   const std::optional<long long> number = decimal(text);
@@ -48,7 +38,7 @@ Json valueAt(const Setting& setting, const std::string& text, const char* separa
 Json listOf(const std::string& text, char separator, const std::function<Json(std::string)>& read) {
   Json list = Json::array();
   if (text.empty()) return list;
-  for (const std::string& part : parted(text, separator)) list.push_back(read(part));
+  for (const std::string& part : parts(text, separator)) list.push_back(read(part));
   return list;
 }
 
@@ -65,13 +55,13 @@ std::vector<const Setting*> typedOrder(const Settings& settings) {
 }
 
 Json recordOf(const Settings& settings, const std::string& text, const char* separators) {
-  const std::vector<std::string> parts = parted(text, separators[0]);
+  const std::vector<std::string> members = parts(text, separators[0]);
   const std::vector<const Setting*> order = typedOrder(settings);
-  if (parts.size() > order.size())
+  if (members.size() > order.size())
     throw Refusal(quoted(text) + " has more than " + std::to_string(order.size()) + " parts");
   Json record = Json::object();
-  for (std::size_t i = 0; i < parts.size(); ++i)
-    record[order[i]->member] = valueAt(*order[i], parts[i], separators + 1);
+  for (std::size_t i = 0; i < members.size(); ++i)
+    record[order[i]->member] = valueAt(*order[i], members[i], separators + 1);
   return record;
 }
 

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/exchange.h"
@@ -8,11 +6,6 @@
 
 namespace camcfg::tool::document {
 namespace {
-
-const device::Section& sectionOf(const char* name) {
-  return *std::find_if(allSections().begin(), allSections().end(),
-                       [&](const device::Section& section) { return section.name == name; });
-}
 
 // What is reset, gathered section by section, and what prevents it.
 class Reset {

@@ -1,6 +1,5 @@
 #include "document/single.h"
 
-#include <algorithm>
 #include <map>
 
 #include "base/plain_text.h"
@@ -16,11 +15,6 @@
 
 namespace camcfg::tool::document {
 namespace {
-
-const device::Section& parametersSection() {
-  return *std::find_if(allSections().begin(), allSections().end(),
-                       [](const device::Section& section) { return section.name == kParameters; });
-}
 
 // Sections as they are to be.
 class Edit {
@@ -63,7 +57,8 @@ class Edit {
     requireNew(parameter.path());
     if (!parameter.isSettable())
       throw Refusal(parameter.path() + ": the library sets no parameter inside another one");
-    valueOf(parametersSection())[parameter.section][parameter.name] = parameter.shown(text.c_str());
+    valueOf(sectionOf(kParameters))[parameter.section][parameter.name] =
+        parameter.shown(text.c_str());
   }
 
   void requireNew(const std::string& place) {

@@ -17,10 +17,6 @@ using tinyxml2::XMLElement;
   throw Refusal(path + ": " + why);
 }
 
-std::string pathOf(const tinyxml2::XMLNode& card, const Setting& setting) {
-  return std::string(card.Value()) + "/" + settings::elementOf(setting);
-}
-
 XMLElement& requireElement(XMLElement& card, const Setting& setting) {
   const char* name = settings::elementOf(setting);
   XMLElement* element = childOf(card, name);
@@ -93,15 +89,16 @@ device::Change hostnameChange(const std::string& what, const std::string& name) 
   return {CFG_FILE_BUSINESS, what, make, arrived};
 }
 
-Outcome setNetworkField(const std::string& card, const std::string& name, const std::string& value,
-                        bool force) {
+Outcome setNetworkField(const std::string& word, const std::string& name, const std::string& value,
+                        const ChangeOptions& options) {
   const Network network;
-  XMLElement& element = network.requireReachable(card);
+  XMLElement& element = network.requireReachable(word);
+  const std::string card = element.Value();
   const Setting& setting = settings::requireCardSetting(name);
   const std::string field = settings::elementOf(setting);
   const XMLElement& parameter = requireElement(element, setting);
   const std::string path = pathOf(element, setting);
-  const tagNETWORK_CFG_S record = requireRecord(setting, parameter, path, value, force);
+  const tagNETWORK_CFG_S record = requireRecord(setting, parameter, path, value, options.force);
   const std::string text = settings::take(setting, &record);
   const auto make = [&] {
     cfgNetworkSetSingleParam(device::argument(field), device::argument(card), record);
@@ -111,14 +108,15 @@ Outcome setNetworkField(const std::string& card, const std::string& name, const 
     XMLElement* changed = cardIn(document, card);
     return changed != nullptr && attributeOf(childOf(*changed, field), "Cur") == text;
   };
-  device::makeChange({CFG_FILE_BUSINESS, path, make, arrived});
+  if (!options.rehearse) device::makeChange({CFG_FILE_BUSINESS, path, make, arrived});
   const Json before = attributeOf(&parameter, "Cur");
   return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}}, {}};
 }
 
-Outcome resetCard(const std::string& name) {
+Outcome resetCard(const std::string& word, const ChangeOptions& options) {
   const Network network;
-  XMLElement& card = network.requireReachable(name);
+  XMLElement& card = network.requireReachable(word);
+  const std::string name = card.Value();
   const std::vector<std::string> spilled = spilledBy(card);
   if (!spilled.empty()) refuse(name, spilled.front());
   tagNETWORK_CFG_S record{};
@@ -130,15 +128,15 @@ Outcome resetCard(const std::string& name) {
   outcome.value = {
       {"card", name}, {"changed", apply(card, record)}, {"withoutFactoryValue", without}};
   const std::string expected = written(card);
-  device::makeChange({CFG_FILE_BUSINESS, name,
-                      [&] {
-                        CFG_NETWORK_SetAllParam(device::argument(name), record);
-                        return true;
-                      },
-                      [&](XMLDocument& document) {
-                        const XMLElement* arrived = cardIn(document, name);
-                        return arrived != nullptr && written(*arrived) == expected;
-                      }});
+  const auto make = [&] {
+    CFG_NETWORK_SetAllParam(device::argument(name), record);
+    return true;
+  };
+  const auto arrived = [&](XMLDocument& document) {
+    const XMLElement* changed = cardIn(document, name);
+    return changed != nullptr && written(*changed) == expected;
+  };
+  if (!options.rehearse) device::makeChange({CFG_FILE_BUSINESS, name, make, arrived});
   for (const std::string& field : without)
     outcome.notes.push_back(std::string("note: " + name + "/")
                                 .append(field)
@@ -146,11 +144,12 @@ Outcome resetCard(const std::string& name) {
   return outcome;
 }
 
-Outcome setHostname(const std::string& name, bool force) {
+Outcome setHostname(const std::string& name, const ChangeOptions& options) {
   const Network network;
-  const std::string fault = settings::objectionTo(settings::hostnameSetting(), name).refusal(force);
+  const std::string fault =
+      settings::objectionTo(settings::hostnameSetting(), name).refusal(options.force);
   if (!fault.empty()) throw Refusal(fault);
-  device::makeChange(hostnameChange("hostname", name));
+  if (!options.rehearse) device::makeChange(hostnameChange("hostname", name));
   const Json before = attributeOf(&network.section(), "Hostname");
   return {{{"before", before}, {"hostname", name}}, {}};
 }

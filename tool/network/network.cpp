@@ -1,6 +1,9 @@
 #include "network/network.h"
 
+#include <camcfg/network.h>
 #include <camcfg/store.h>
+
+#include <functional>
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -26,6 +29,27 @@ Json valueOf(const device::ExplainedFile& file, device::ElementPath path, const 
                     [](const XMLElement& element) { return attributeOf(&element, "Cur"); });
 }
 
+using Cards = std::vector<XMLElement*>;
+
+Cards cardsThat(const Cards& cards, const std::function<bool(XMLElement&)>& fits) {
+  Cards found;
+  for (XMLElement* card : cards)
+    if (fits(*card)) found.push_back(card);
+  return found;
+}
+
+[[noreturn]] void refuseCard(const std::string& word, const Cards& cards) {
+  std::vector<std::string> known;
+  std::vector<std::string> shown;
+  for (XMLElement* card : cards) {
+    known.emplace_back(card->Value());
+    shown.push_back(withInterface(*card));
+  }
+  for (XMLElement* card : cards) known.push_back(interfaceOf(*card));
+  throw Refusal("there is no card '" + word + "'" +
+                (shown.empty() ? "" : "; there are " + joined(shown)) + didYouMean(word, known));
+}
+
 }  // namespace
 
 XMLElement* networkOf(tinyxml2::XMLDocument& document) {
@@ -38,6 +62,20 @@ XMLElement* childOf(XMLElement& parent, const std::string& name) {
 
 Json attributeOf(const XMLElement* element, const char* attribute) {
   return element == nullptr ? nullptr : element->Attribute(attribute);
+}
+
+std::string pathOf(const tinyxml2::XMLNode& card, const Setting& setting) {
+  return std::string(card.Value()) + "/" + settings::elementOf(setting);
+}
+
+std::string interfaceOf(XMLElement& card) {
+  const Json word = attributeOf(childOf(card, "Intf"), "Cur");
+  return word.is_null() ? "" : CFG_NETWORK_IntfXmlStr2EthName(word.text().c_str());
+}
+
+std::string withInterface(XMLElement& card) {
+  const std::string interface = interfaceOf(card);
+  return interface.empty() ? card.Value() : card.Value() + (" (" + interface + ")");
 }
 
 std::vector<CardField> fieldsOf(XMLElement& card) {
@@ -63,25 +101,28 @@ Network::Network()
     throw Refusal(Status::Unusable, std::string(CFG_FILE_BUSINESS) + " has no section NetWork");
 }
 
-XMLElement& Network::require(const std::string& name) const {
+XMLElement& Network::require(const std::string& word) const {
+  for (XMLElement* card : cards())
+    if (card->Value() == word) return *card;
+  Cards found = cardsThat(cards(), [&](auto& card) { return isSameWord(card.Value(), word); });
+  if (found.empty())
+    found = cardsThat(cards(), [&](auto& card) { return isSameWord(interfaceOf(card), word); });
+  if (found.empty() || word.empty()) refuseCard(word, cards());
+  if (found.size() == 1) return *found.front();
   std::vector<std::string> names;
-  for (XMLElement* card : cards()) {
-    if (card->Value() == name) return *card;
-    names.emplace_back(card->Value());
-  }
-  const std::string all = names.empty() ? "" : " (there are " + joined(names) + ")";
-  throw Refusal("there is no card '" + name + "'" + all + didYouMean(name, names));
+  for (const XMLElement* card : found) names.emplace_back(card->Value());
+  throw Refusal(quoted(word) + " may be " + joined(names) + "; give one of these names");
 }
 
 XMLElement& Network::lookup(const XMLElement& card) const {
   return *CFG_GetElementByName(section_, card.Value());
 }
 
-XMLElement& Network::requireReachable(const std::string& name) const {
-  XMLElement& card = require(name);
+XMLElement& Network::requireReachable(const std::string& word) const {
+  XMLElement& card = require(word);
   const XMLElement& found = lookup(card);
   if (&found == &card) return card;
-  throw Refusal(name + ": the library would take " + found.Value() +
+  throw Refusal(std::string(card.Value()) + ": the library would take " + found.Value() +
                 ", which begins with this name and comes before it in " + CFG_FILE_BUSINESS);
 }
 

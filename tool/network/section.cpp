@@ -12,7 +12,6 @@ using tinyxml2::XMLElement;
 
 constexpr char kName[] = "network";
 constexpr char kHostname[] = "hostname";
-constexpr char kCards[] = "cards";
 
 std::string placeOf(const std::string& card) {
   return memberPlace(memberPlace(kName, kCards), card);
@@ -105,6 +104,8 @@ std::vector<device::Change> networkChanges(const Json& before, const Json& after
   return changes;
 }
 
+}  // namespace
+
 // Nothing of a document is at hand in which faults could be located.
 void requireSettable(const Json& before, const Json& after) {
   settings::Faults faults;
@@ -113,8 +114,6 @@ void requireSettable(const Json& before, const Json& after) {
       checkSettable(settings::Node(card, placeOf(name), faults), name, card);
   if (!faults.empty()) throw Refusal(faults.front().place + ": " + faults.front().reason);
 }
-
-}  // namespace
 
 Json resetNetwork(const Json& network, const device::FactoryValues& factory,
                   std::vector<std::string>& without) {

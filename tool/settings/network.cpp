@@ -1,6 +1,5 @@
 #include "settings/network.h"
 
-#include <arpa/inet.h>
 #include <camcfg/network.h>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "settings/subnet.h"
 #include "settings/table.h"
 
 namespace camcfg::tool::settings {
@@ -21,14 +21,6 @@ constexpr char kLabelCharacters[] =
 constexpr std::uint32_t kMulticastPrefix = 0xe;  // 224.0.0.0/4
 constexpr std::size_t kLongestLabel = 63;
 constexpr std::size_t kLongestHostname = 253;
-
-// Four decimal numbers, the first one highest.
-std::optional<std::uint32_t> ipv4Of(const std::string& text) {
-  in_addr address{};
-  if (text.find('\0') != std::string::npos || inet_pton(AF_INET, text.c_str(), &address) != 1)
-    return std::nullopt;
-  return ntohl(address.s_addr);
-}
 
 std::string notDotted(const std::string& text) {
   return quoted(text) + " is not of the form 192.0.2.1";
@@ -74,7 +66,8 @@ void readInterface(const Node& node, void* record) {
 }
 
 Settings makeCardSettings() {
-  const std::vector<Word> onOff = {{"Off", BU_FALSE}, {"On", BU_TRUE}};
+  const std::vector<Word> onOff = {{"Off", BU_FALSE, nullptr, "no"},
+                                   {"On", BU_TRUE, nullptr, "yes"}};
   return {
       row<&Record::enEnable>("enable", "Enable", Kind::Switch, "Whether it is in use").of(onOff),
       row<&Record::enAutoneg>("autoneg", "Autoneg", Kind::Switch,
@@ -90,25 +83,42 @@ Settings makeCardSettings() {
           .in("bytes")
           .byWholeName(),
       row<&Record::acIntf>("intf", "Intf", Kind::Word, "Interface of the system that it drives")
-          .of({{"Eth0", 0}, {"Eth1", 1}, {"Wlan0", 2}})
+          .of({{"Eth0", 0, nullptr, "eth0"},
+               {"Eth1", 1, nullptr, "eth1"},
+               {"Wlan0", 2, nullptr, "wlan0"}})
+          .called("interface")
           .by(writeInterface, readInterface),
       row<&Record::enIpMode>("ipMode", "IpMode", Kind::Word, "Where its address comes from")
-          .of({{"DhcpIp", IP_MODE_DHCP}, {"StaticIp", IP_MODE_STATIC}}),
+          .of({{"DhcpIp", IP_MODE_DHCP, nullptr, "dhcp", {"DnsMode", "AutoMode"}},
+               {"StaticIp", IP_MODE_STATIC, nullptr, "static"}})
+          .called("mode"),
       // A card that gets its address from the network needs none in the file.
       row<&Record::acIpAddr>("ipAddr", "IpAddr", Kind::Text, "Address")
           .checked(whyNotAnAddress)
-          .neededIf("IpMode", "StaticIp"),
+          .neededIf("IpMode", "StaticIp")
+          .called("address")
+          .onlyWith("IpMode", "StaticIp")
+          .prefixSets("NetMask"),
       row<&Record::acNetMask>("netMask", "NetMask", Kind::Text, "Netmask")
           .checked(whyNotAMask)
-          .neededIf("IpMode", "StaticIp"),
+          .neededIf("IpMode", "StaticIp")
+          .called("netmask")
+          .onlyWith("IpMode", "StaticIp"),
       row<&Record::acGateWay>("gateWay", "GateWay", Kind::Text, "Gateway")
-          .checked(whyNotAnOptionalAddress),
+          .checked(whyNotAnOptionalAddress)
+          .called("gateway")
+          .onlyWith("IpMode", "StaticIp"),
       row<&Record::enDnsMode>("dnsMode", "DnsMode", Kind::Word, "Where its name servers come from")
-          .of({{"AutoMode", DNS_MODE_AUTO}, {"ManualMode", DNS_MODE_MANUAL}}),
+          .of({{"AutoMode", DNS_MODE_AUTO, nullptr, "auto"},
+               {"ManualMode", DNS_MODE_MANUAL, nullptr, "manual"}}),
       row<&Record::acDns1>("dns1", "Dns1", Kind::Text, "First name server set by hand")
-          .checked(whyNotAServer),
+          .checked(whyNotAServer)
+          .called("dns")
+          .onlyWith("DnsMode", "ManualMode"),
       row<&Record::acDns2>("dns2", "Dns2", Kind::Text, "Second name server set by hand")
-          .checked(whyNotAServer),
+          .checked(whyNotAServer)
+          .called("dns")
+          .onlyWith("DnsMode", "ManualMode"),
       row<&Record::acDnsSearch>("dnsSearch", "DnsSearch", Kind::Text, "Search domains")
           .checked(whyNotDomains)
           .byWholeName(),
@@ -213,7 +223,10 @@ const Setting& requireCardSetting(const std::string& name) {
     if (isSameWord(elementOf(setting), name)) return setting;
     names.emplace_back(elementOf(setting));
   }
-  throw Refusal("cards have no field '" + name + "'" + didYouMean(name, names));
+  const std::string nearest = didYouMean(name, names);
+  const bool isPlain = nearest.empty() && !cardSettingsCalled(name).empty();
+  throw Refusal("cards have no field '" + name + "'" +
+                (isPlain ? "; give " + name + "=VALUE" : nearest));
 }
 
 std::string spelt(const Setting& setting, const std::string& text) {

@@ -17,6 +17,13 @@ constexpr char kNetworkSection[] = "NetWork";
 /// of an element of the card, and a field of tagNETWORK_CFG_S.
 const Settings& cardSettings();
 
+/// The same as people call them: "address", "mode" with "dhcp" and "static". Those of one name are one.
+Settings plainCardSettings();
+
+/// Those of a card that go by a name, in upper or lower case: an element's, a member's or what people
+/// call them.
+std::vector<const Setting*> cardSettingsCalled(std::string_view name);
+
 /// The host name, an attribute of the network section.
 const Setting& hostnameSetting();
 
@@ -39,6 +46,12 @@ bool mayBeEmpty(const Setting& setting, const tinyxml2::XMLElement& field, const
 /// The setting of an element's name, in upper or lower case.
 /// @throws Refusal if there is none
 const Setting& requireCardSetting(const std::string& name);
+
+/// The words of a setting as people call them.
+std::vector<std::string> plainWordsOf(const Setting& setting);
+
+/// A text as the setting's file has it, of what people call it or of any that 'spelt' knows.
+std::string fromPlain(const Setting& setting, const std::string& text);
 
 /// A text as the setting's file has it: a word in its own upper and lower case.
 std::string spelt(const Setting& setting, const std::string& text);

@@ -101,25 +101,28 @@ enum class Need {
   Optional   ///< it is what a new record has
 };
 
+/// That another element of the same card has a word; without an element it always holds.
+struct Condition {
+  const char* element{};
+  const char* word{};
+};
+
 /// A word of a setting.
 struct Word {
   const char* text;      ///< in documents and on the command line
   std::int32_t value;    ///< in the library's record
   const char* inFile{};  ///< null: as in documents
+  const char* plain{};   ///< what people call it: "dhcp"; null: as in documents
+  Condition brings{};    ///< what follows from it for another element
 
   const char* written() const { return inFile == nullptr ? text : inFile; }
+  const char* plainText() const { return plain == nullptr ? text : plain; }
 };
 
 /// An attribute of a file that a setting is read from.
 struct Attribute {
   const char* name;
   const char* element{};  ///< only in elements of this name; null: in all of the table's
-};
-
-/// That another element of the same card has a word; without an element it always holds.
-struct Condition {
-  const char* element{};
-  const char* word{};
 };
 
 /// The column of a listing that a setting is in, with places for members as in "{id} {name}".
@@ -169,6 +172,10 @@ struct Setting {
   const char* label{};                ///< next to its value: "focus mode"; null: as in documents
   Condition neededIf{};               ///< unless this holds, the empty text is permitted, too
   bool isWrittenByWholeName = false;  ///< setters of whole cards pass longer names by
+  /// What people call it: "gateway"; settings of one such name are a list. Null: as in documents.
+  const char* plain{};
+  Condition onlyWith{};      ///< whoever sets it means that, too
+  const char* prefixSets{};  ///< the element that "/24" after it sets
 };
 
 /// What values a setting takes, for people: "1..65535"; empty if any text is permitted.
@@ -176,6 +183,11 @@ std::string permittedFor(const Setting& setting);
 
 /// The setting of a member; null if there is none.
 const Setting* settingOf(const Settings& settings, std::string_view member);
+
+/// What people call a setting.
+inline const char* plainNameOf(const Setting& setting) {
+  return setting.plain == nullptr ? setting.member : setting.plain;
+}
 
 /// What an answer calls a setting, next to its value: "focus mode".
 inline const char* labelOf(const Setting& setting) {

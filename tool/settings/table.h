@@ -53,6 +53,11 @@ class Row : public Setting {
   Row& neededIf(const char* element, const char* word) {
     return with(&Setting::neededIf, Condition{element, word});
   }
+  Row& called(const char* name) { return with(&Setting::plain, name); }
+  Row& onlyWith(const char* element, const char* word) {
+    return with(&Setting::onlyWith, Condition{element, word});
+  }
+  Row& prefixSets(const char* element) { return with(&Setting::prefixSets, element); }
   Row& byWholeName() { return with(&Setting::isWrittenByWholeName, true); }
   Row& option(const char* name) { return with(&Setting::option, name); }
   Row& labelled(const char* name) { return with(&Setting::label, name); }

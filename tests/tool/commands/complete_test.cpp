@@ -107,6 +107,8 @@ TEST_F(CompleteTest, WordsAreThoseOfTheDevice) {
       {"network show ", "words\nEth0\n"},
       {"network set Eth0 Dns", "words\nDnsMode\nDns1\nDns2\nDnsSearch\n"},
       {"network set Eth0 ipmode ", "words\nDhcpIp\nStaticIp\n"},
+      {"network set Eth0 mode=", "words\ndhcp\nstatic\n"},
+      {"network set Eth0 mtu=1400 g", "words\ngateway=\n"},
       {"network hostname ", "words\n"},
       {"preset get ", "words\n3\n7\n8\n9\nDock\nNorth\\ Gate\nJoe\\'s\\ \\$5\\;\\ \\\"x\\\"\n"},
       {"preset get N", "words\nNorth\\ Gate\n"},

@@ -188,9 +188,15 @@ TEST(HelpTest, MembersOfMediaEntriesAreListedWithWhatTheyPermit) {
 }
 
 TEST(HelpTest, FieldsOfACardAreListedWhereTheyAreSet) {
-  for (const char* command : {"network", "network set"})
-    EXPECT_THAT(helpText(allGroups(), command),
-                testing::HasSubstr("\n  MTU        68..9216 bytes        Largest packet"));
+  EXPECT_THAT(helpText(allGroups(), "network"),
+              testing::HasSubstr("\n  MTU        68..9216 bytes        Largest packet"));
+  const std::string help = helpText(allGroups(), "network set");
+  for (const char* line : {"\n  mtu        68..9216 bytes             Largest packet",
+                           "\n  mode       dhcp, static               Where its address comes from",
+                           "\n  enable     no, yes                    Whether it is in use",
+                           "\n  address    ADDRESS or ADDRESS/PREFIX  Address\n",
+                           "\n  dns        ADDRESS,ADDRESS            Name servers set by hand\n"})
+    EXPECT_THAT(help, testing::HasSubstr(line));
 }
 
 TEST(HelpTest, AnswersInJsonHaveTheirDocumentedShapes) {

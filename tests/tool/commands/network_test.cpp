@@ -173,7 +173,8 @@ TEST_F(NetworkTest, CardThatTheLibraryTakesForAnotherIsShownButNotChanged) {
 }
 
 TEST_F(NetworkTest, BeginningOfACardsNameIsNoCard) {
-  const char* const why = "there is no card 'Lan' (there are Lan0, Wifi); did you mean 'Lan0'?";
+  const char* const why =
+      "there is no card 'Lan'; there are Lan0 (eth1), Wifi; did you mean 'Lan0'?";
   EXPECT_EQ(network({"show", "Lan"}), refused(std::string("show: ") + why));
   EXPECT_EQ(network({"set", "Lan", "MTU", "1500"}), refused(std::string("set: ") + why));
   EXPECT_EQ(network({"reset", "Lan"}), refused(std::string("reset: ") + why));

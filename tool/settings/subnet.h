@@ -1,0 +1,37 @@
+#ifndef CAMCFG_TOOL_SETTINGS_SUBNET_H
+#define CAMCFG_TOOL_SETTINGS_SUBNET_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace camcfg::tool::settings {
+
+/// Four decimal numbers, the first one highest; none if the text is not of the form 192.0.2.1.
+std::optional<std::uint32_t> ipv4Of(const std::string& text);
+
+/// The netmask of a prefix length, 1..32: "255.255.255.0" of "24"; none if it is no such number.
+std::optional<std::string> maskOfPrefix(const std::string& length);
+
+/// The subnet that an address is in.
+class Subnet {
+ public:
+  /// @return none if one of them is not of the form, or the mask is no netmask
+  static std::optional<Subnet> of(const std::string& address, const std::string& mask);
+
+  bool has(std::uint32_t address) const { return (address & mask_) == (address_ & mask_); }
+  /// "192.0.2.0/24"
+  std::string text() const;
+  /// Why its address is not that of a host in it; empty if it is.
+  std::string whyNotAHost() const;
+
+ private:
+  Subnet(std::uint32_t address, std::uint32_t mask) : address_(address), mask_(mask) {}
+
+  std::uint32_t address_;
+  std::uint32_t mask_;
+};
+
+}  // namespace camcfg::tool::settings
+
+#endif
