@@ -25,10 +25,14 @@ class Plan {
   void set(const std::string& section, Json value) { values_[section] = std::move(value); }
   /// @throws Refusal if the section is unusable on the device
   const Json& of(const std::string& name);
+  /// What the device has now.
+  /// @throws Refusal if the section is unusable on the device
+  const Json& present(const std::string& name);
 
  private:
   const std::vector<Section>& sections_;
   std::map<std::string, Json> values_;
+  std::map<std::string, Json> present_;
 };
 
 /// Something in a file that keeps a section, or an entry of it, from being read.

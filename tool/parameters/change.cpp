@@ -151,7 +151,8 @@ Json readValue(const Node& node, const Parameters& parameters, const Parameter& 
   const std::size_t faults = node.faults();
   Json value = parameter.form().isInteger() ? Json(node.number(kInteger)) : Json(node.text());
   if (node.faults() != faults) return value;
-  const std::string fault = objectionTo(parameters, parameter, setText(value)).why;
+  const std::string fault =
+      objectionTo(parameters, parameter, setText(value)).refusal(node.isForced());
   if (!fault.empty()) node.refuse(fault);
   return value;
 }
@@ -166,8 +167,7 @@ Json readParameters(const Node& node, const Json& before, device::Plan& /*plan*/
     const Node values = node.member(section);
     if (!values.isObjectOf(before.at(section).names())) continue;
     for (const std::string& name : values.value().names())
-      if (before.at(section).contains(name) &&
-          values.value().at(name) != before.at(section).at(name))
+      if (before.at(section).contains(name) && !values.member(name).isHeld())
         after[section][name] =
             readValue(values.member(name), parameters, parameters.require(section, name));
   }

@@ -85,7 +85,8 @@ void write(const Values& values, XMLElement& element) {
 void write(const std::vector<Values>& presets, XMLElement& group) {
   const PresetIndex index(group);
   for (const Values& values : presets) {
-    XMLElement* element = index.find(values.at(settings::kPresetId).get<int>());
+    const Json& id = values.at(settings::kPresetId);
+    XMLElement* element = id.is_null() ? nullptr : index.find(id.get<int>());
     write(values, element == nullptr ? *group.InsertNewChildElement(kElement) : *element);
   }
 }
@@ -110,14 +111,17 @@ bool storeInstead(const std::vector<Values>& presets) {
   return CFG_SaveFile(document.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
 }
 
-bool hasAll(const Values& values) {
+// Whether the library takes the preset: all values, and an id as new ones may have.
+bool isRecord(const Values& values) {
   return std::none_of(values.begin(), values.end(),
-                      [](const Json& value) { return value.is_null(); });
+                      [](const Json& value) { return value.is_null(); }) &&
+         settings::presetSettings().front().limits.has(
+             values.at(settings::kPresetId).get<std::int64_t>());
 }
 
 bool storeAll(const std::vector<Values>& presets) {
-  const bool isRecord = presets.size() == 1 && hasAll(presets.front());
-  return isRecord ? store(presets.front()) : storeTogether(presets);
+  const bool isOne = presets.size() == 1 && isRecord(presets.front());
+  return isOne ? store(presets.front()) : storeTogether(presets);
 }
 
 // How many presets are written exactly like this.
@@ -168,8 +172,11 @@ device::Change storing(const std::string& what, const std::vector<Values>& prese
 device::Change replacing(const std::vector<Values>& presets) {
   const auto arrived = [presets](XMLDocument& document) {
     XMLElement* group = presetGroupOf(document);
-    return group != nullptr && presetsIn(*group).size() == presets.size() &&
-           areStored(document, presets);
+    if (group == nullptr) return false;
+    const std::vector<Preset> stored = presetsIn(*group);
+    return std::equal(
+        stored.begin(), stored.end(), presets.begin(), presets.end(),
+        [](const Preset& preset, const Values& values) { return preset.values == values; });
   };
   return {CFG_FILE_PRESET, kSection, [presets] { return storeInstead(presets); }, arrived};
 }

@@ -84,6 +84,7 @@ class Presets {
   device::Document document_;
   PresetIndex index_;
   std::vector<Preset> all_;
+  std::map<const tinyxml2::XMLElement*, std::size_t> places_;
 };
 
 /// The preset group of a document; null if it has none.

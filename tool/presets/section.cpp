@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <set>
 
 #include "base/json.h"
 #include "presets/preset.h"
@@ -78,6 +77,7 @@ Json faulty(const settings::Node& node) {
 // A preset as it will be. One that is to be as it is stays so, whatever it lacks.
 Json readPreset(const settings::Node& node, const std::optional<Presets>& presets,
                 const ById& before) {
+  if (node.isHeld()) return node.value();
   const std::size_t faults = node.faults();
   const Values given = readValues(node);
   if (node.faults() != faults) return faulty(node);
@@ -103,21 +103,17 @@ Json inFileOrder(const Json& presets, const Json& before) {
 
 Json readPresets(const settings::Node& node, const Json& before, device::Plan& /*plan*/) {
   if (!node.isArray()) return before;
-  if (before.size() > kMostValues) {
-    node.refuse("the device has more than " + std::to_string(kMostValues) +
-                " presets; fix them first");
-    return before;
-  }
   std::optional<Presets> presets;
   if (!before.empty()) presets.emplace();
   const ById former(before);
-  std::set<Json> ids;
+  std::map<Json, bool> ids;  // and whether they are held
   Json after = Json::array();
-  for (std::size_t i = 0; i < node.value().size(); ++i) {
-    const Json preset = readPreset(node.element(i), presets, former);
+  for (const settings::Node& element : node.elements(kPresetId)) {
+    const Json preset = readPreset(element, presets, former);
     const Json& id = preset.at(kPresetId);
-    if (!id.is_null() && !ids.insert(id).second)
-      node.element(i).member(kPresetId).refuse("there is another one with this id");
+    const auto [other, isNew] = ids.emplace(id, element.isHeld());
+    if (!id.is_null() && !isNew && !(other->second && element.isHeld()))
+      element.member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }
   return areDistinct(before) ? inFileOrder(after, before) : after;
