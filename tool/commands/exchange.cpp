@@ -3,6 +3,7 @@
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/turn.h"
+#include "document/section_names.h"
 #include "parameters/parameter.h"
 
 namespace camcfg::tool::commands {
@@ -22,7 +23,7 @@ int countOf(const Arguments& arguments, std::initializer_list<const char*> names
 
 Candidates exportable(const Arguments& /*before*/) {
   Candidates candidates;
-  for (const std::string& name : document::exportNames()) candidates.push_back({name});
+  for (const std::string& name : document::sectionNames()) candidates.push_back({name});
   return candidates;
 }
 
@@ -99,12 +100,15 @@ CommandGroup exchangeGroup() {
   return {
       "Export and import",
       {command("export", "Print settings as one JSON document", exportDocument,
-               {{Option::OptionalArguments, kSection, "Only these, such as stream or live.srt",
+               {{Option::OptionalArguments, kSection, "Only these, such as System, stream or live.srt",
                  exportable},
                 {Option::Flag, kNoSecrets, "Leave passwords out"},
                 {Option::Flag, kPartial, "Leave out, and name, what cannot be read"}}),
        changer("import", "Set the device to the contents of such a document", importDocument,
                {{Option::HostFile, kFile, "The document; '-' is standard input"},
+                {Option::Flag, kForce,
+                 "Take what 'set --force' and 'network set --force' take, and new texts that are not "
+                 "UTF-8; and confirm a change that is on trial first"},
                 {Option::Flag, kDryRun, "Show what would change and write nothing"},
                 {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}}),
        command(

@@ -111,7 +111,7 @@ Answer setInDocument(const std::vector<parameters::Assignment>& assignments,
   }
   const bool rehearse = arguments.given(kDryRun);
   const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::allFiles());
-  return changed(document::setSingles(values, {rehearse, false}),
+  return changed(document::setSingles(values, {rehearse, false, arguments.given(kForce)}),
                  "it is so already; nothing was written");
 }
 

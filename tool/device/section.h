@@ -62,7 +62,8 @@ struct Section {
   std::function<Json(const settings::Node&, const Json& before, Plan&)> read;
 
   /// The changes, in their order, that bring the section from one state to another.
-  std::function<std::vector<Change>(const Json& before, const Json& after)> changes;
+  /// @param force  makes those that can be forced
+  std::function<std::vector<Change>(const Json& before, const Json& after, bool force)> changes;
 
   const char* path;                        ///< main copy of the file that it is in
   const settings::Table* table = nullptr;  ///< of its entries, where it has any

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
-#include "base/json.h"
+#include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
+#include "document/keyed.h"
 #include "media/media.h"
 #include "network/network.h"
 #include "parameters/parameter.h"
@@ -60,6 +61,24 @@ void checkVersion(const settings::Node& document) {
   const settings::Node version = document.member(kVersionMember);
   if (version.value() != kVersion)
     version.refuse("only version " + std::to_string(kVersion) + " is supported");
+}
+
+// A text that is not UTF-8 must be as the device has it.
+void refuseNewBytes(const std::string& place, const Json& stated, const Json& held,
+                    settings::Faults& faults) {
+  if (stated == held) return;
+  if (stated.is_string() && asUtf8(stated.text()) != stated.text())
+    faults.push_back(
+        {place, "it is not UTF-8, and not what the device has; '--force' sets it anyway"});
+  for (const auto& [name, member] : stated.items())
+    refuseNewBytes(memberPlace(place, name), member, memberOrNothing(held, name), faults);
+  if (!stated.is_array()) return;
+  const char* key = keyOf({&stated, held.is_array() ? &held : &stated});
+  const bool isKeyed = key != nullptr && *key != '\0';
+  const Keyed present(held, key == nullptr ? "" : key);
+  for (std::size_t i = 0; i < stated.size(); ++i)
+    refuseNewBytes(elementPlace(place, i), stated[i],
+                   present.at(isKeyed ? stated[i].at(key) : Json(i)), faults);
 }
 
 constexpr std::size_t kWidth = 120;
@@ -119,7 +138,9 @@ void Target::read(const device::Section& section, const Json& stated) {
   // What the device holds already is not for this document to repair.
   const bool isHeld = given == before && unread.empty();
   const Json after =
-      isHeld ? before : section.read(settings::Node(given, section.name, faults), before, plan);
+      isHeld ? before
+             : section.read(settings::Node(given, section.name, faults, &before, force), before,
+                            plan);
   plan.set(section.name, after);
   if (unread.empty()) return add(section, before, after);
   transitions.push_back({&section, before, after, unread});
@@ -129,9 +150,12 @@ void Target::add(const device::Section& section, const Json& before, const Json&
   if (after != before) transitions.push_back({&section, before, after});
 }
 
-Target readDocument(const std::string& text) {
+Target readDocument(const std::string& text, bool force) {
   Target target;
-  const Json document = parseJson(text, target.faults);
+  target.force = force;
+  const Json document = withTexts(
+      parseJson(text, target.faults), "",
+      [&](const auto& place, const auto& why) { target.faults.push_back({place, why}); });
   const settings::Node whole(document, "", target.faults);
   checkFrame(whole, frame());
   checkVersion(whole);
@@ -139,7 +163,10 @@ Target readDocument(const std::string& text) {
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
     const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
-    if (stated != nullptr) target.read(section, *stated);
+    if (stated == nullptr) continue;
+    target.read(section, *stated);
+    if (!force && withBytes(*stated) != *stated)
+      refuseNewBytes(section.name, *stated, readableOf(section).value, target.faults);
   }
   return target;
 }

@@ -90,7 +90,7 @@ device::Section sectionOf(const Table& table) {
   const auto read = [&table](const Node& node, const Json&, Plan& plan) {
     return readEntries(table, node, plan);
   };
-  const auto changes = [&table](const Json&, const Json& after) {
+  const auto changes = [&table](const Json&, const Json& after, bool /*force*/) {
     return std::vector<Change>{replacing(table, after)};
   };
   // Saving caches marks, too.

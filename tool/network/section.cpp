@@ -112,7 +112,7 @@ device::Change cardChange(const std::string& name, const Json& card) {
   return {CFG_FILE_BUSINESS, placeOf(name), make, arrived};
 }
 
-std::vector<device::Change> networkChanges(const Json& before, const Json& after) {
+std::vector<device::Change> networkChanges(const Json& before, const Json& after, bool /*force*/) {
   std::vector<device::Change> changes;
   if (after.at(kHostname) != before.at(kHostname))
     changes.push_back(hostnameChange(memberPlace(kName, kHostname), after.at(kHostname).text()));

@@ -90,7 +90,7 @@ bool saveAll(const std::vector<ParameterValue>& values) {
 
 // The change that sets several parameters with one save.
 device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values,
-                        bool force = false) {
+                        bool force) {
   std::vector<device::Change> changes;
   changes.reserve(values.size());
   for (const ParameterValue& value : values)
@@ -174,7 +174,7 @@ Json readParameters(const Node& node, const Json& before, device::Plan& /*plan*/
   return after;
 }
 
-std::vector<device::Change> parameterChanges(const Json& before, const Json& after) {
+std::vector<device::Change> parameterChanges(const Json& before, const Json& after, bool force) {
   const Parameters parameters;
   std::vector<ParameterValue> changed;
   for (const auto& [section, values] : after.items())
@@ -182,7 +182,7 @@ std::vector<device::Change> parameterChanges(const Json& before, const Json& aft
       if (value != before.at(section).at(name))
         changed.push_back({parameters.require(section, name), setText(value)});
   if (changed.empty()) return {};
-  return {changeOf(parameters, changed)};
+  return {changeOf(parameters, changed, force)};
 }
 
 }  // namespace

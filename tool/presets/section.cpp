@@ -124,7 +124,7 @@ std::vector<device::Change> replacement(const Json& after) {
 }
 
 // Of presets without an id, or with the same one, the library finds one at most.
-std::vector<device::Change> presetChanges(const Json& before, const Json& after) {
+std::vector<device::Change> presetChanges(const Json& before, const Json& after, bool /*force*/) {
   if (!areDistinct(before)) return replacement(after);
   const ById former(before);
   const ById kept(after);
