@@ -81,6 +81,17 @@ void refuseNewBytes(const std::string& place, const Json& stated, const Json& he
                    present.at(isKeyed ? stated[i].at(key) : Json(i)), faults);
 }
 
+void readSection(const device::Section& section, const Json& stated, Target& target) {
+  const std::size_t faults = target.faults.size();
+  const Json value = withTexts(stated, section.name, [&](const auto& place, const auto& why) {
+    target.faults.push_back({place, why});
+  });
+  if (target.faults.size() != faults) return;
+  target.read(section, value);
+  if (!target.force && value != stated)
+    refuseNewBytes(section.name, value, readableOf(section).value, target.faults);
+}
+
 constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kRecordIndent = 3 * kIndent;  // {"live": {"srt": [RECORD
@@ -153,9 +164,7 @@ void Target::add(const device::Section& section, const Json& before, const Json&
 Target readDocument(const std::string& text, bool force) {
   Target target;
   target.force = force;
-  const Json document = withTexts(
-      parseJson(text, target.faults), "",
-      [&](const auto& place, const auto& why) { target.faults.push_back({place, why}); });
+  const Json document = parseJson(text, target.faults);
   const settings::Node whole(document, "", target.faults);
   checkFrame(whole, frame());
   checkVersion(whole);
@@ -163,10 +172,7 @@ Target readDocument(const std::string& text, bool force) {
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
     const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
-    if (stated == nullptr) continue;
-    target.read(section, *stated);
-    if (!force && withBytes(*stated) != *stated)
-      refuseNewBytes(section.name, *stated, readableOf(section).value, target.faults);
+    if (stated != nullptr) readSection(section, *stated, target);
   }
   return target;
 }

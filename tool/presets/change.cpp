@@ -101,6 +101,18 @@ bool storeTogether(const std::vector<Values>& presets) {
   return CFG_SaveFile(opened, device::argument(CFG_FILE_PRESET), BU_TRUE) == 0;
 }
 
+// Likewise.
+bool deleteTogether(const std::vector<int>& ids) {
+  XMLDocument* opened = nullptr;
+  XMLElement* group = cfgGetPresetCfgNode(&opened, BU_FALSE);
+  if (group == nullptr) return false;
+  const device::Document document(opened);
+  const PresetIndex index(*group);
+  for (const int id : ids)
+    if (XMLElement* element = index.find(id)) group->DeleteChild(element);
+  return CFG_SaveFile(opened, device::argument(CFG_FILE_PRESET), BU_TRUE) == 0;
+}
+
 // Whatever presets there are, and where there is no group of them.
 bool storeInstead(const std::vector<Values>& presets) {
   const device::Document document = device::requireDocument(CFG_FILE_PRESET);
@@ -194,13 +206,19 @@ Json storePreset(const Values& given) {
   return stored;
 }
 
-device::Change deletion(int id) {
-  const auto arrived = [id](XMLDocument& document) {
+device::Change deletion(const std::vector<int>& ids) {
+  const auto arrived = [ids](XMLDocument& document) {
     XMLElement* group = presetGroupOf(document);
-    return group != nullptr && CFG_GetElementByNameId(group, kElement, id) == nullptr;
+    if (group == nullptr) return false;
+    const PresetIndex index(*group);
+    return std::all_of(ids.begin(), ids.end(), [&](int id) { return index.find(id) == nullptr; });
   };
-  return {CFG_FILE_PRESET, elementPlace(kSection, static_cast<std::size_t>(id)),
-          [id] { return CFG_PRESET_DeleteById(id) == 0; }, arrived};
+  const auto make = [ids] {
+    return ids.size() == 1 ? CFG_PRESET_DeleteById(ids.front()) == 0 : deleteTogether(ids);
+  };
+  const std::string what =
+      ids.size() == 1 ? elementPlace(kSection, static_cast<std::size_t>(ids.front())) : kSection;
+  return {CFG_FILE_PRESET, what, make, arrived};
 }
 
 void deletePreset(const Presets& presets, const Preset& preset) {

@@ -144,8 +144,8 @@ device::Change storing(const std::string& what, const std::vector<Values>& prese
 /// The change after which there are these presets and no others.
 device::Change replacing(const std::vector<Values>& presets);
 
-/// The change that deletes the preset of an id.
-device::Change deletion(int id);
+/// The change that deletes the presets of ids.
+device::Change deletion(const std::vector<int>& ids);
 
 // Presets from files and to files.
 

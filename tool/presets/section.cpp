@@ -128,10 +128,12 @@ std::vector<device::Change> presetChanges(const Json& before, const Json& after,
   if (!areDistinct(before)) return replacement(after);
   const ById former(before);
   const ById kept(after);
-  std::vector<device::Change> changes;
+  std::vector<int> deleted;
   for (const Json& preset : before)
     if (kept.find(preset.at(kPresetId)) == nullptr)
-      changes.push_back(deletion(preset.at(kPresetId).get<int>()));
+      deleted.push_back(preset.at(kPresetId).get<int>());
+  std::vector<device::Change> changes;
+  if (!deleted.empty()) changes.push_back(deletion(deleted));
   std::vector<Values> changed;
   for (const Json& preset : after) {
     const Json* same = former.find(preset.at(kPresetId));
