@@ -221,8 +221,8 @@ CommandGroup parametersGroup() {
                  "integer within the range or an allowed text; also a place that 'find' prints, "
                  "or SECTION NAME VALUE"},
                 {Option::Flag, kForce,
-                 "Set a text that is only a part of an allowed one, and confirm a change that is "
-                 "on trial first"},
+                 "Set a text that is only a part of an allowed one, or what 'network set --force' "
+                 "takes, and confirm a change that is on trial first"},
                 {Option::Flag, kDryRun, "Show what would change and write nothing"}}),
            {"set System/Rtsp=8554", "set System/WebHttp=8000 VideoCh1/Ch1MainCodec=H264",
             "set live.srt[1].latency=250"}),

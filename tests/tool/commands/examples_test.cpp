@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <sstream>
 
 #include "commands/groups.h"
@@ -31,8 +33,11 @@ class ExampleTest : public SampleTest, public testing::WithParamInterface<Exampl
 
 TEST_P(ExampleTest, WorksOnTheSampleDevice) {
   std::istringstream words(GetParam().line);
-  const ToolRun result =
-      run({std::istream_iterator<std::string>(words), {}}, withInput("secret\n"));
+  device.write("/device.json", run({"export"}).out);
+  const ToolRun result = run({std::istream_iterator<std::string>(words), {}}, [this] {
+    if (chdir(device.hostPath().c_str()) != 0) _exit(99);
+    withInput("secret\n")();
+  });
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_NE(result.out, "");
 }
@@ -50,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, ExampleTest, testing::ValuesIn(allExamples())
 
 TEST(ExamplesTest, CommandsThatChangeEntriesHaveSome) {
   for (const char* name :
-       {"list", "get", "set", "describe", "find", "explain", "reset", "stream cache add",
+       {"list", "get", "set", "describe", "find", "explain", "reset", "export", "import", "diff", "stream cache add",
         "stream source set", "live rtmp delete", "live srt"}) {
     const auto groups = tool::commands::allGroups();
     const Command* command = tool::cli::findCommand(groups, name);

@@ -569,14 +569,16 @@ TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreReported) {
       {"parameters.Sys: there is no such member",
        "parameters.System.Rts: there is no such member; did you mean 'Rtsp'?",
        "parameters.System.Language: 'Germ' is only a part of one of 'English,German'; the nearest "
-       "permitted is 'German'",
+       "permitted is 'German'; '--force' sets it anyway",
        "parameters.System.Rtsp: 70000 is outside 1..65535; the nearest permitted is 65535",
-       "network.hostname: '-' has a label that begins or ends with a hyphen",
+       "network.hostname: '-' has a label that begins or ends with a hyphen; '--force' sets it "
+       "anyway",
        "network.cards.Lan: there is no such member; did you mean 'Lan0'?",
        "network.cards.Lan0.mtu: there is no such member",
        "network.cards.Lan0.enable: it must be true or false, not \"On\"",
        "network.cards.Lan0.speed: it must be one of 10M, 100M, 1000M",
-       "network.cards.Lan0.ipAddr: '192.0.2.700' is not of the form 192.0.2.1",
+       "network.cards.Lan0.ipAddr: '192.0.2.700' is not of the form 192.0.2.1; '--force' sets it "
+       "anyway",
        "presets[0].id: 129 is outside 0..128; the nearest permitted is 128",
        "presets[1].description: it must be a text, not 5",
        "presets[2].id: there is another one with this id", "presets[3].id: it is missing"});

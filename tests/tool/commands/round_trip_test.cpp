@@ -17,7 +17,7 @@ class RoundTripTest : public SampleTest {
     std::string bytes;
     for (int i = number(0, 12); i > 0; --i) {
       const char c = static_cast<char>(number(0x20, 0xff));
-      bytes += std::string("\"&<>\x7f").find(c) == std::string::npos ? c : 'x';
+      bytes += std::string("\"&<>'\x7f").find(c) == std::string::npos ? c : 'x';
     }
     return bytes;
   }
