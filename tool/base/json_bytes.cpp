@@ -52,10 +52,9 @@ Json withTexts(
   Json result = value;
   for (std::size_t i = 0; i < value.size(); ++i) {
     Json& inner = *(result.begin() + static_cast<std::ptrdiff_t>(i));
-    inner = withTexts(inner,
-                      value.is_array() ? elementPlace(place, i)
-                                       : memberPlace(place, value.names()[i]),
-                      refuse);
+    inner = withTexts(
+        inner, value.is_array() ? elementPlace(place, i) : memberPlace(place, value.names()[i]),
+        refuse);
   }
   return result;
 }

@@ -99,13 +99,12 @@ Answer reset(const Arguments& arguments) {
 CommandGroup exchangeGroup() {
   return {
       "Export and import",
-      {withExamples(
-           command("export", "Print settings as one JSON document", exportDocument,
-                   {{Option::OptionalArguments, kSection,
-                     "Only these, such as System, stream or live.srt", exportable},
-                    {Option::Flag, kNoSecrets, "Leave passwords out"},
-                    {Option::Flag, kPartial, "Leave out, and name, what cannot be read"}}),
-           {"export --no-secrets", "export System live.srt"}),
+      {withExamples(command("export", "Print settings as one JSON document", exportDocument,
+                            {{Option::OptionalArguments, kSection,
+                              "Only these, such as System, stream or live.srt", exportable},
+                             {Option::Flag, kNoSecrets, "Leave passwords out"},
+                             {Option::Flag, kPartial, "Leave out, and name, what cannot be read"}}),
+                    {"export --no-secrets", "export System live.srt"}),
        withExamples(
            changer("import", "Set the device to the contents of such a document", importDocument,
                    {{Option::HostFile, kFile, "The document; '-' is standard input"},

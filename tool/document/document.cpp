@@ -149,9 +149,9 @@ void Target::read(const device::Section& section, const Json& stated) {
   // What the device holds already is not for this document to repair.
   const bool isHeld = given == before && unread.empty();
   const Json after =
-      isHeld ? before
-             : section.read(settings::Node(given, section.name, faults, &before, force), before,
-                            plan);
+      isHeld
+          ? before
+          : section.read(settings::Node(given, section.name, faults, &before, force), before, plan);
   plan.set(section.name, after);
   if (unread.empty()) return add(section, before, after);
   transitions.push_back({&section, before, after, unread});

@@ -47,15 +47,27 @@ class Scope {
 
  private:
   bool isWhole(const device::Section& section) const {
-    return isAll_ || std::any_of(names_.begin(), names_.end(), [&](const std::string& name) {
-             return isWithin(section, name);
-           });
+    return isAll_ || std::any_of(names_.begin(), names_.end(),
+                                 [&](const std::string& name) { return isWithin(section, name); });
   }
 
   bool isAll_;
   std::vector<std::string> names_;
   std::vector<std::string> parameters_;  // sections of them
 };
+
+// JSON has no names that are not UTF-8.
+Json withoutUnprintable(const Json& value, const std::string& place, Outcome& outcome) {
+  if (!value.is_object()) return value;
+  Json result = Json::object();
+  for (const auto& [name, member] : value.items())
+    if (asUtf8(name) == name)
+      result[name] = withoutUnprintable(member, memberPlace(place, name), outcome);
+    else
+      outcome.notes.push_back("left out of " + place + ": " + asUtf8(name) +
+                              ": its name is not UTF-8");
+  return result;
+}
 
 // What an import has against a value unless the device holds it.
 void noteFaults(const device::Section& section, const Json& value, device::Plan& plan,
@@ -86,9 +98,9 @@ std::optional<Json> readForExport(const device::Section& section, bool isPartial
 std::vector<device::Change> changesOf(const Target& target) {
   std::vector<device::Change> changes;
   for (const auto& [section, before, after, replaced] : target.transitions)
-    for (const device::Change& change :
-         replaced.empty() ? section->changes(before, after, target.force)
-                          : section->replacement(after))
+    for (const device::Change& change : replaced.empty()
+                                            ? section->changes(before, after, target.force)
+                                            : section->replacement(after))
       changes.push_back(change);
   return changes;
 }
@@ -135,7 +147,8 @@ Outcome exportSettings(const std::vector<std::string>& names, const ExportOption
     if (!scope.includes(section)) continue;
     std::optional<Json> read = readForExport(section, options.isPartial, outcome);
     if (!read) continue;
-    const Json value = scope.cut(section, std::move(*read));
+    const Json value =
+        withoutUnprintable(scope.cut(section, std::move(*read)), section.name, outcome);
     noteFaults(section, value, plan, outcome);
     const Json open =
         section.table == nullptr ? value : settings::withoutSecrets(value, section.table->settings);

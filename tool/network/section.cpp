@@ -79,8 +79,8 @@ Json readCard(const settings::Node& node, const std::string& name, const Json& b
   for (const auto& [setting, element] : fieldsOf(network.require(name))) {
     const char* member = setting.member;
     if (!node.value().contains(member) || node.member(member).isHeld()) continue;
-    after[member] = readField(setting, node.member(member),
-                              settings::limitsIn(element, setting.limits));
+    after[member] =
+        readField(setting, node.member(member), settings::limitsIn(element, setting.limits));
   }
   if (after != before && node.faults() == faults) checkSettable(node, name, after);
   return after;

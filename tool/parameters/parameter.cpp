@@ -172,8 +172,7 @@ std::optional<Parameter> Parameters::lookup(const std::string& name) const {
 
 XMLElement* Parameters::requireSection(const std::string& name) const {
   XMLElement* section = CFG_GetBrotherElementByName(document_->FirstChildElement(), name.c_str());
-  if (section == nullptr)
-    throw Refusal(noSection(name, sections()));
+  if (section == nullptr) throw Refusal(noSection(name, sections()));
   return section;
 }
 

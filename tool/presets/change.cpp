@@ -68,10 +68,13 @@ bool store(const Values& values) {
   return CFG_PRESET_SetParam(&record) == 0;
 }
 
+// What is no integer and is not given stays as it is.
 void write(const Values& values, XMLElement& element) {
+  const Values present = presetOf(element).values;
   for (const Setting& setting : settings::presetSettings()) {
     const char* attribute = setting.attributes.front().name;
     const Json& value = values.at(setting.member);
+    if (value.is_null() && present.at(setting.member).is_null()) continue;
     if (value.is_null())
       element.DeleteAttribute(attribute);
     else if (isText(setting))
@@ -123,10 +126,11 @@ bool storeInstead(const std::vector<Values>& presets) {
   return CFG_SaveFile(document.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
 }
 
-// Whether the library takes the preset: all values, and an id as new ones may have.
+// Whether the library's record holds the preset: all values, and an id as new ones may have.
 bool isRecord(const Values& values) {
   return std::none_of(values.begin(), values.end(),
                       [](const Json& value) { return value.is_null(); }) &&
+         values.at(settings::kPresetDescription).text().size() <= kLongestDescription &&
          settings::presetSettings().front().limits.has(
              values.at(settings::kPresetId).get<std::int64_t>());
 }

@@ -69,6 +69,12 @@ Json merged(const Json* before, const Values& given) {
   return preset;
 }
 
+// What stays of a preset may be what no record can hold.
+bool isDescriptionHeld(const Values& given, const Json& former) {
+  const Json& description = given.at(settings::kPresetDescription);
+  return description.is_null() || description == former.at(settings::kPresetDescription);
+}
+
 // All that counts of a faulty preset is the id that it takes up.
 Json faulty(const settings::Node& node) {
   return {{kPresetId, isGiven(node, kPresetId) ? node.value().at(kPresetId) : Json()}};
@@ -85,7 +91,9 @@ Json readPreset(const settings::Node& node, const std::optional<Presets>& preset
   if (former != nullptr && merged(former, given) == *former) return *former;
   const int id = given.at(kPresetId).get<int>();
   const PresetUpdate update = updateOf(presets ? presets->lookup(id) : nullptr, given);
-  if (!update.fault.empty()) node.refuse(update.fault);
+  if (update.fault.empty()) return update.values;
+  if (former != nullptr && isDescriptionHeld(given, *former)) return merged(former, given);
+  node.refuse(update.fault);
   return update.values;
 }
 
@@ -111,8 +119,9 @@ Json readPresets(const settings::Node& node, const Json& before, device::Plan& /
   for (const settings::Node& element : node.elements(kPresetId)) {
     const Json preset = readPreset(element, presets, former);
     const Json& id = preset.at(kPresetId);
-    const auto [other, isNew] = ids.emplace(id, element.isHeld());
-    if (!id.is_null() && !isNew && !(other->second && element.isHeld()))
+    const bool isHeld = isGiven(element, kPresetId) && element.member(kPresetId).isHeld();
+    const auto [other, isNew] = ids.emplace(id, isHeld);
+    if (!id.is_null() && !isNew && !(other->second && isHeld))
       element.member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }

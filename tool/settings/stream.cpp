@@ -119,7 +119,8 @@ void readAllowed(const Node& node, void* record) {
   // Others are not saved, even if they are held.
   const auto readId = [](const Node& id) { return id.asNew().number(kSourceIds); };
   for (const int id : readIds(node, readId)) cache.s32AllowedMask |= 1 << id;
-  if (node.value() == Json::array() && !node.isHeld()) node.refuse("a cache must allow one source at least");
+  if (node.value() == Json::array() && !node.isHeld())
+    node.refuse("a cache must allow one source at least");
 }
 
 // "Enable" is written by updates in place, and lost when all caches are saved.

@@ -258,9 +258,8 @@ TEST_F(BadInputTest, EndlessNamesAreRefusedInALineThatCanBeRead) {
                                                {"import", endless},
                                                {"preset", "import", endless}})
     expectRefused(words, 1);
-  for (const Words& words : std::vector<Words>{{"explain", "session", endless, "1"},
-                                               {"diff", endless},
-                                               {"graph", "--format", endless}})
+  for (const Words& words : std::vector<Words>{
+           {"explain", "session", endless, "1"}, {"diff", endless}, {"graph", "--format", endless}})
     expectRefused(words, 2);
 }
 

@@ -19,15 +19,16 @@ class BytesTest : public SampleTest {
   }
   void expectFault(const std::string& document, const std::string& fault) const {
     const std::string former = device.read(kPresetFile);
-    EXPECT_EQ(import(document), (ToolRun{1, "",
-                                         "camcfg: import: " + fault +
-                                             "\ncamcfg: import: nothing was changed\n"}));
+    EXPECT_EQ(
+        import(document),
+        (ToolRun{1, "", "camcfg: import: " + fault + "\ncamcfg: import: nothing was changed\n"}));
     EXPECT_EQ(device.read(kPresetFile), former);
   }
 };
 
 constexpr char kNew[] =
-    "presets[0].description: it is not UTF-8, and not what the device has; '--force' sets it anyway";
+    "presets[0].description: it is not UTF-8, and not what the device has; '--force' sets it "
+    "anyway";
 
 TEST_F(BytesTest, ExportKeepsThemReversibly) {
   EXPECT_THAT(exported("presets"),
@@ -89,7 +90,8 @@ TEST_F(BytesTest, WhatStandsForNoSuchTextIsRefused) {
 }
 
 TEST_F(BytesTest, WhereNoTextIsExpectedTheyAreRefused) {
-  EXPECT_EQ(import(with(exported("presets"), "\"pan\": 0", R"("pan": {"$bytes": "fc"})")).status, 1);
+  EXPECT_EQ(import(with(exported("presets"), "\"pan\": 0", R"("pan": {"$bytes": "fc"})")).status,
+            1);
   EXPECT_EQ(import(R"({"version": 1, "presets": {"$bytes": "fc"}})", {"--force"}).status, 1);
   EXPECT_EQ(import(R"({"version": {"$bytes": "fc"}})", {"--force"}).status, 1);
   EXPECT_EQ(import(R"({"$bytes": "fc"})", {"--force"}).status, 1);
@@ -112,7 +114,8 @@ TEST_F(BytesTest, SessionsAreFoundByNamesThatAreNotUtf8) {
 
 TEST_F(BytesTest, PartOfAnOptionThatIsCutInACharacterIsKept) {
   change("business_param.xml", "Cur=\"English\" Def=\"English\" OptTxt=\"English,",
-         "Cur=\"Fran\xc3\" Def=\"English\" OptTxt=\"English,Fran\xc3\xa7" "ais,");
+         "Cur=\"Fran\xc3\" Def=\"English\" OptTxt=\"English,Fran\xc3\xa7"
+         "ais,");
   const std::string document = exported("System");
   EXPECT_THAT(document, testing::HasSubstr("\"Language\": {\"$bytes\": \"4672616ec3\"}"));
   EXPECT_EQ(import(with(document, "554", "555")).err, "");
@@ -120,6 +123,16 @@ TEST_F(BytesTest, PartOfAnOptionThatIsCutInACharacterIsKept) {
   EXPECT_EQ(import(document).status, 1);
   EXPECT_EQ(import(document, {"--force"}).status, 0);
   EXPECT_THAT(device.read("/cfg0/business_param.xml"), testing::HasSubstr("Cur=\"Fran\xc3\" "));
+}
+
+TEST_F(BytesTest, ParametersOfSuchNamesAreLeftOutWithANote) {
+  change("business_param.xml", "<DeviceAttr",
+         "<Na\xffme Cur=\"1\" Min=\"0\" Max=\"9\"/><DeviceAttr");
+  const ToolRun result = run({"export", "System"});
+  EXPECT_EQ(result.err,
+            "camcfg: export: left out of parameters.System: Na\xef\xbf\xbdme: its name is not "
+            "UTF-8\n");
+  EXPECT_EQ(import(result.out), (ToolRun{0, "nothing differs from the device\n", ""}));
 }
 
 TEST_F(BytesTest, PresetFilesHaveThemToo) {

@@ -55,8 +55,8 @@ INSTANTIATE_TEST_SUITE_P(Commands, ExampleTest, testing::ValuesIn(allExamples())
 
 TEST(ExamplesTest, CommandsThatChangeEntriesHaveSome) {
   for (const char* name :
-       {"list", "get", "set", "describe", "find", "explain", "reset", "export", "import", "diff", "stream cache add",
-        "stream source set", "live rtmp delete", "live srt"}) {
+       {"list", "get", "set", "describe", "find", "explain", "reset", "export", "import", "diff",
+        "stream cache add", "stream source set", "live rtmp delete", "live srt"}) {
     const auto groups = tool::commands::allGroups();
     const Command* command = tool::cli::findCommand(groups, name);
     ASSERT_NE(command, nullptr) << name;

@@ -596,11 +596,11 @@ TEST_F(DeviceExchangeTest, MtuIsCheckedAgainstTheLimitsOfTheFile) {
   };
   writeBoth(cardWith(" Min=\"576\" Max=\"2304\""));
   expectFaults(documentWith("2305"), {"network.cards.Lan0.mtu: 2305 is outside 576..2304; the "
-                                      "nearest permitted is 2304"});
+                                      "nearest permitted is 2304; '--force' sets it anyway"});
   EXPECT_EQ(import(documentWith("576")).status, 0);
   writeBoth(cardWith(""));
   expectFaults(documentWith("9217"), {"network.cards.Lan0.mtu: 9217 is outside 68..9216; the "
-                                      "nearest permitted is 9216"});
+                                      "nearest permitted is 9216; '--force' sets it anyway"});
   EXPECT_EQ(import(documentWith("9216")).status, 0);
 }
 

@@ -72,16 +72,15 @@ class UnknownSectionTest : public SampleTest {
 
 TEST_F(UnknownSectionTest, ListExportAndResetEndAlikeAndNameTheNearest) {
   EXPECT_THAT(said("Sytem"),
-              testing::Each(ToolRun{
-                  1, "", "camcfg: there is no section 'Sytem'; did you mean 'System'?\n"}));
+              testing::Each(
+                  ToolRun{1, "", "camcfg: there is no section 'Sytem'; did you mean 'System'?\n"}));
   EXPECT_THAT(said("system"),
               testing::Each(ToolRun{
                   1, "", "camcfg: there is no section 'system'; did you mean 'System'?\n"}));
   EXPECT_THAT(said("Network"),
               testing::Contains(ToolRun{
                   1, "", "camcfg: there is no section 'Network'; did you mean 'NetWork'?\n"}));
-  EXPECT_THAT(said("qqqq"),
-              testing::Each(ToolRun{1, "", "camcfg: there is no section 'qqqq'\n"}));
+  EXPECT_THAT(said("qqqq"), testing::Each(ToolRun{1, "", "camcfg: there is no section 'qqqq'\n"}));
 }
 
 TEST_F(UnknownSectionTest, TheirRefusalsInJsonAreAlike) {

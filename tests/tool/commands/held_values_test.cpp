@@ -34,7 +34,8 @@ const Held kHeld[] = {
     {"live.rtsp",
      {"Name=\"empty\"", "Name=\"live\""},
      {"\"name\": \"audio\"", "\"name\": \"sound\""},
-     {"Channel Id=\"7\" Name=\"audio\"/>\n        </M", "Channel Id=\"7\" Name=\"sound\"/>\n        </M"}},
+     {"Channel Id=\"7\" Name=\"audio\"/>\n        </M",
+      "Channel Id=\"7\" Name=\"sound\"/>\n        </M"}},
 };
 
 TEST_F(HeldValuesTest, WhatTheDeviceHasIsNotRefusedWhenAnotherValueChanges) {
@@ -42,8 +43,7 @@ TEST_F(HeldValuesTest, WhatTheDeviceHasIsNotRefusedWhenAnotherValueChanges) {
     give(with(kMedia, each.given[0], each.given[1]));
     const std::string document = with(exported(each.section), each.changed[0], each.changed[1]);
     EXPECT_EQ(import(document).err, "") << each.section;
-    expectBoth(
-        with(with(kMedia, each.given[0], each.given[1]), each.written[0], each.written[1]));
+    expectBoth(with(with(kMedia, each.given[0], each.given[1]), each.written[0], each.written[1]));
   }
 }
 
@@ -118,6 +118,26 @@ TEST_F(HeldParametersTest, PresetsOfAnyIdStayWhenAnotherOneChanges) {
     device.write("/document.json", with(document, "\"pan\": 4150", "\"pan\": 4151"));
     EXPECT_EQ(run({"import", device.hostPath() + "/document.json"}).err, "") << other;
     EXPECT_EQ(device.read("/cfg0/preset_cfg.xml"), with(present, "\"4150\"", "\"4151\"")) << other;
+  }
+}
+
+struct HeldPreset {
+  const char* part;
+  std::string present;
+};
+
+TEST_F(HeldParametersTest, PresetsThatNoRecordHoldsKeepWhatIsNotChanged) {
+  const std::string former = device.read("/cfg0/preset_cfg.xml");
+  const std::string endless = "\"" + std::string(70, 'x') + "\"";
+  for (const HeldPreset& each :
+       {HeldPreset{"\"Stage right\"", endless}, {"TiltPos=\"-360\"", "TiltPos=\"x\""}}) {
+    const std::string present = with(former, each.part, each.present);
+    for (const char* directory : {"/cfg0/", "/cfg1/"})
+      device.write(directory + std::string("preset_cfg.xml"), present);
+    const std::string document = run({"export", "presets"}).out;
+    device.write("/document.json", with(document, "\"pan\": 4150", "\"pan\": 4151"));
+    EXPECT_EQ(run({"import", device.hostPath() + "/document.json"}).err, "") << each.part;
+    EXPECT_EQ(device.read("/cfg0/preset_cfg.xml"), with(present, "\"4150\"", "\"4151\""));
   }
 }
 

@@ -16,8 +16,8 @@ class ImportForceTest : public SampleTest {
 };
 
 struct Forced {
-  const char* sections;  // of the document
-  const char* refusal;   // without --force
+  const char* sections;          // of the document
+  const char* refusal;           // without --force
   std::vector<std::string> set;  // the command that takes it with --force
 };
 

@@ -38,7 +38,8 @@ class LongListsTest : public SampleTest {
 };
 
 TEST_F(LongListsTest, ThousandsOfSessionsComeBackByteForByte) {
-  give("/mpp_cfg.xml", "    </RTSP>", times("        <MediaGroup Name=\"s", "\"/>\n") + "    </RTSP>");
+  give("/mpp_cfg.xml", "    </RTSP>",
+       times("        <MediaGroup Name=\"s", "\"/>\n") + "    </RTSP>");
   expectRestored("live.rtsp", R"("live": {"rtsp": []})", "/mpp_cfg.xml");
 }
 
@@ -51,13 +52,15 @@ TEST_F(LongListsTest, ThousandsOfChannelsOfOneStreamAreTaken) {
 TEST_F(LongListsTest, ThousandsOfPresetsAreTaken) {
   std::string presets = "<PresetCfg>\n";
   for (int i = 0; i < kMany; ++i)
-    presets += "    <preset Id=\"" + std::to_string(i) + "\" Description=\"p\" PanPos=\"1\" "
+    presets += "    <preset Id=\"" + std::to_string(i) +
+               "\" Description=\"p\" PanPos=\"1\" "
                "TiltPos=\"2\" ZoomPos=\"3\" FocusPos=\"4\" FocusMode=\"0\"/>\n";
   for (const char* directory : {"/cfg0", "/cfg1"})
     device.write(directory + std::string("/preset_cfg.xml"), presets + "</PresetCfg>\n");
   std::string document = run({"export", "presets"}).out;
   EXPECT_EQ(import(document), (ToolRun{0, "nothing differs from the device\n", ""}));
-  document = with(document, "{\"id\": 2499, \"description\": \"p\"", "{\"id\": 2499, \"description\": \"q\"");
+  document = with(document, "{\"id\": 2499, \"description\": \"p\"",
+                  "{\"id\": 2499, \"description\": \"q\"");
   EXPECT_EQ(import(document), (ToolRun{0,
                                        "PLACE                      BEFORE  AFTER\n"
                                        "presets[2499].description  p       q\n",
@@ -67,7 +70,8 @@ TEST_F(LongListsTest, ThousandsOfPresetsAreTaken) {
 }
 
 TEST_F(LongListsTest, ThousandsOfParametersOfOneSectionAreTaken) {
-  const std::string many = "<Many>\n" + times("    <P", "x Cur=\"1\" Min=\"1\" Max=\"9\"/>\n") + "</Many>\n";
+  const std::string many =
+      "<Many>\n" + times("    <P", "x Cur=\"1\" Min=\"1\" Max=\"9\"/>\n") + "</Many>\n";
   for (const char* directory : {"/cfg0", "/cfg1"})
     device.write(directory + std::string("/business_param.xml"),
                  device.read("/cfg0/business_param.xml") + "\n" + many);

@@ -34,8 +34,7 @@ class RoundTripTest : public SampleTest {
     for (int i = 0; i < number(1, 9); ++i)
       sessions += "        <MediaGroup Name=\"" + std::to_string(i) + text() + "\"/>\n";
     media = with(media, "    </RTSP>", sessions + "    </RTSP>");
-    const std::string parameters =
-        with(parameters_, "Cur=\"English\"", "Cur=\"" + text() + "\"");
+    const std::string parameters = with(parameters_, "Cur=\"English\"", "Cur=\"" + text() + "\"");
     for (const std::string directory : {"/cfg0/", "/cfg1/"}) {
       device.write(directory + "preset_cfg.xml", presets + "</PresetCfg>\n");
       device.write(directory + "mpp_cfg.xml", media);
