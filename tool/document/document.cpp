@@ -63,24 +63,6 @@ void checkVersion(const settings::Node& document) {
     version.refuse("only version " + std::to_string(kVersion) + " is supported");
 }
 
-// A text that is not UTF-8 must be as the device has it.
-void refuseNewBytes(const std::string& place, const Json& stated, const Json& held,
-                    settings::Faults& faults) {
-  if (stated == held) return;
-  if (stated.is_string() && asUtf8(stated.text()) != stated.text())
-    faults.push_back(
-        {place, "it is not UTF-8, and not what the device has; '--force' sets it anyway"});
-  for (const auto& [name, member] : stated.items())
-    refuseNewBytes(memberPlace(place, name), member, memberOrNothing(held, name), faults);
-  if (!stated.is_array()) return;
-  const char* key = keyOf({&stated, held.is_array() ? &held : &stated});
-  const bool isKeyed = key != nullptr && *key != '\0';
-  const Keyed present(held, key == nullptr ? "" : key);
-  for (std::size_t i = 0; i < stated.size(); ++i)
-    refuseNewBytes(elementPlace(place, i), stated[i],
-                   present.at(isKeyed ? stated[i].at(key) : Json(i)), faults);
-}
-
 void readSection(const device::Section& section, const Json& stated, Target& target) {
   const std::size_t faults = target.faults.size();
   const Json value = withTexts(stated, section.name, [&](const auto& place, const auto& why) {
@@ -175,6 +157,22 @@ Target readDocument(const std::string& text, bool force) {
     if (stated != nullptr) readSection(section, *stated, target);
   }
   return target;
+}
+
+void refuseNewBytes(const std::string& place, const Json& stated, const Json& held,
+                    settings::Faults& faults) {
+  if (stated == held) return;
+  if (stated.is_string() && asUtf8(stated.text()) != stated.text())
+    faults.push_back({place, "it is not UTF-8; '--force' sets it anyway"});
+  for (const auto& [name, member] : stated.items())
+    refuseNewBytes(memberPlace(place, name), member, memberOrNothing(held, name), faults);
+  if (!stated.is_array()) return;
+  const char* key = keyOf({&stated, held.is_array() ? &held : &stated});
+  const bool isKeyed = key != nullptr && *key != '\0';
+  const Keyed present(held, key == nullptr ? "" : key);
+  for (std::size_t i = 0; i < stated.size(); ++i)
+    refuseNewBytes(elementPlace(place, i), stated[i],
+                   present.at(isKeyed ? stated[i].at(key) : Json(i)), faults);
 }
 
 std::string printJson(const Json& value) {

@@ -52,6 +52,10 @@ struct Target {
   void add(const device::Section& section, const Json& before, const Json& after);
 };
 
+/// Refuses texts that are not UTF-8 and not what the device has in their places.
+void refuseNewBytes(const std::string& place, const Json& stated, const Json& held,
+                    settings::Faults& faults);
+
 /// Reads a document and checks it against the device.
 /// @param force  takes what can be forced, and texts that are not UTF-8 and new to the device
 /// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable

@@ -74,6 +74,7 @@ void noteFaults(const device::Section& section, const Json& value, device::Plan&
                 Outcome& outcome) {
   settings::Faults faults;
   section.read(settings::Node(value, section.name, faults), value, plan);
+  refuseNewBytes(section.name, value, nullptr, faults);
   for (const settings::Fault& fault : faults)
     outcome.notes.push_back("note: " + fault.place + ": " + fault.reason +
                             "; an import will refuse it on a device that does not have it");

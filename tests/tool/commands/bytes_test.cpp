@@ -26,13 +26,17 @@ class BytesTest : public SampleTest {
   }
 };
 
-constexpr char kNew[] =
-    "presets[0].description: it is not UTF-8, and not what the device has; '--force' sets it "
-    "anyway";
+constexpr char kNew[] = "presets[0].description: it is not UTF-8; '--force' sets it anyway";
 
 TEST_F(BytesTest, ExportKeepsThemReversibly) {
   EXPECT_THAT(exported("presets"),
               testing::HasSubstr("\"description\": {\"$bytes\": \"48fc67656c\"}"));
+}
+
+TEST_F(BytesTest, ExportSaysThatAnotherDeviceRefusesThem) {
+  EXPECT_EQ(run({"export", "presets"}).err,
+            std::string("camcfg: export: note: ") + kNew +
+                "; an import will refuse it on a device that does not have it\n");
 }
 
 TEST_F(BytesTest, ImportOfWhatTheDeviceHasChangesNothing) {
