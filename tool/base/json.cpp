@@ -134,9 +134,8 @@ void Json::push_back(Json element) {
 }
 
 Json::const_iterator Json::find(std::string_view name) const {
-  const std::vector<std::string>& all = names();
-  const auto found = std::find(all.begin(), all.end(), name);
-  return found == all.end() ? end() : begin() + (found - all.begin());
+  const auto* object = std::get_if<Object>(&value_);
+  return object == nullptr ? end() : begin() + static_cast<std::ptrdiff_t>(object->find(name));
 }
 
 const Json& Json::at(std::string_view name) const {
@@ -153,11 +152,8 @@ Json& Json::operator[](std::string_view name) {
   if (is_null()) value_ = Object();
   auto* object = std::get_if<Object>(&value_);
   if (object == nullptr) failOver("no object");
-  const auto found = std::find(object->names.begin(), object->names.end(), name);
-  if (found != object->names.end())
-    return object->values[static_cast<std::size_t>(found - object->names.begin())];
-  object->names.emplace_back(name);
-  return object->values.emplace_back();
+  const std::size_t place = object->find(name);
+  return place < object->names.size() ? object->values[place] : object->add(name);
 }
 
 std::vector<Json::Member> Json::items() const {
@@ -184,6 +180,26 @@ Json& Json::at_path(std::string_view path) {
   if (path.empty()) return *this;
   const auto [word, rest] = split(path);
   return (*this)[word].at_path(rest);
+}
+
+std::size_t Json::Object::find(std::string_view name) const {
+  if (places_ == nullptr)
+    return static_cast<std::size_t>(std::find(names.begin(), names.end(), name) - names.begin());
+  const auto found = places_->find(std::string(name));
+  return found == places_->end() ? names.size() : found->second;
+}
+
+Json& Json::Object::add(std::string_view name) {
+  constexpr std::size_t kFew = 32;
+  names.emplace_back(name);
+  if (names.size() > kFew) {
+    const bool isNew = places_ == nullptr;
+    if (isNew || places_.use_count() > 1)
+      places_ = std::make_shared<Places>(isNew ? Places() : *places_);
+    for (std::size_t i = isNew ? 0 : names.size() - 1; i < names.size(); ++i)
+      places_->emplace(names[i], i);
+  }
+  return values.emplace_back();
 }
 
 bool Json::Object::operator==(const Object& other) const {

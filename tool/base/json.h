@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -137,8 +139,17 @@ class Json {
   struct Object {
     std::vector<std::string> names;
     Values values;
+
+    /// Where a member is; how many there are if it is none of them.
+    std::size_t find(std::string_view name) const;
+    Json& add(std::string_view name);
     bool operator==(const Object& other) const;
     bool operator<(const Object& other) const;
+
+   private:
+    using Places = std::unordered_map<std::string, std::size_t>;
+    // Of many members, which would take too long one by one. Copies share it until they differ.
+    std::shared_ptr<Places> places_;
   };
 
   struct IntegerTag {};
@@ -165,9 +176,8 @@ class Json {
 
 /// Objects and lists that may be inside one another in a document.
 constexpr std::size_t kDeepestNesting = 32;
-/// Values that may be in one list or object. Members are searched for one by one, so that the
-/// time for a document grows with the square of this.
-constexpr std::size_t kMostValues = 2000;
+/// Bytes that a document may have: more than a device holds.
+constexpr std::size_t kMostText = std::size_t{64} << 20;
 
 /// What a text holds.
 struct JsonText {

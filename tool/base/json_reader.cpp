@@ -10,7 +10,7 @@ namespace {
 
 using Parser = nlohmann::json;
 
-// Builds the value event by event, which lets it count, and see a member that occurs twice.
+// Builds the value event by event, which lets it see how deep it is, and a member that occurs twice.
 class Builder : public nlohmann::json_sax<Parser> {
  public:
   explicit Builder(JsonText& result) : result_(result) {}
@@ -24,8 +24,8 @@ class Builder : public nlohmann::json_sax<Parser> {
   }
   bool string(std::string& value) override { return add(std::move(value)); }
   bool binary(Parser::binary_t& /*value*/) override { return false; }
-  bool start_object(std::size_t /*size*/) override { return open(Json::object(), "an object"); }
-  bool start_array(std::size_t /*size*/) override { return open(Json::array(), "a list"); }
+  bool start_object(std::size_t /*size*/) override { return open(Json::object()); }
+  bool start_array(std::size_t /*size*/) override { return open(Json::array()); }
   bool end_object() override { return close(); }
   bool end_array() override { return close(); }
 
@@ -51,23 +51,14 @@ class Builder : public nlohmann::json_sax<Parser> {
  private:
   struct Level {
     Json value;
-    const char* kind;
-    std::size_t count = 0;
     std::string key{};
     bool isRepeated = false;
   };
 
-  void count() {
-    if (levels_.empty() || ++levels_.back().count <= kMostValues) return;
-    throw Refusal("it holds " + std::string(levels_.back().kind) + " of more than " +
-                  std::to_string(kMostValues) + " values");
-  }
-
-  bool open(Json value, const char* kind) {
-    count();
+  bool open(Json value) {
     if (levels_.size() == kDeepestNesting)
       throw Refusal("it is nested deeper than " + std::to_string(kDeepestNesting) + " levels");
-    levels_.push_back({std::move(value), kind});
+    levels_.push_back({std::move(value)});
     return true;
   }
 
@@ -79,7 +70,6 @@ class Builder : public nlohmann::json_sax<Parser> {
   }
 
   bool add(Json value) {
-    count();
     put(std::move(value));
     return true;
   }
@@ -108,6 +98,9 @@ class Builder : public nlohmann::json_sax<Parser> {
 }  // namespace
 
 JsonText readJson(const std::string& text) {
+  if (text.size() > kMostText)
+    throw Refusal("it has " + std::to_string(text.size()) + " bytes, the limit is " +
+                  std::to_string(kMostText));
   JsonText result;
   Builder builder(result);
   if (!Parser::sax_parse(text, &builder)) result.value = nullptr;

@@ -219,4 +219,8 @@ std::string utcText(std::int64_t seconds) {
   return isShown ? text : "";
 }
 
+std::string noSection(const std::string& written, const std::vector<std::string>& sections) {
+  return "there is no section " + quoted(written) + didYouMean(written, sections);
+}
+
 }  // namespace camcfg::tool

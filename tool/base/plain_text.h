@@ -121,6 +121,9 @@ std::string nearestWord(const std::string& written, const std::vector<std::strin
 /// "; did you mean 'WORD'?" with that word; empty if none comes near.
 std::string didYouMean(const std::string& written, const std::vector<std::string>& words);
 
+/// "there is no section 'WORD'", with the nearest that there is.
+std::string noSection(const std::string& written, const std::vector<std::string>& sections);
+
 }  // namespace camcfg::tool
 
 #endif

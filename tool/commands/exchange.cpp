@@ -4,6 +4,7 @@
 #include "commands/groups.h"
 #include "device/turn.h"
 #include "document/placed.h"
+#include "document/section_names.h"
 #include "document/single.h"
 #include "parameters/parameter.h"
 
@@ -24,7 +25,7 @@ int countOf(const Arguments& arguments, std::initializer_list<const char*> names
 
 Candidates exportable(const Arguments& /*before*/) {
   Candidates candidates;
-  for (const std::string& name : document::exportNames()) candidates.push_back({name});
+  for (const std::string& name : document::sectionNames()) candidates.push_back({name});
   return candidates;
 }
 
@@ -104,13 +105,16 @@ CommandGroup exchangeGroup() {
   return {
       "Export and import",
       {command("export", "Print settings as one JSON document", exportDocument,
-               {{Option::OptionalArguments, kSection, "Only these, such as stream or live.srt",
-                 exportable},
+               {{Option::OptionalArguments, kSection,
+                 "Only these, such as System, stream or live.srt", exportable},
                 {Option::Flag, kNoSecrets, "Leave passwords out"},
                 {Option::Flag, kPartial, "Leave out, and name, what cannot be read"}}),
        changer("import", "Set the device to the contents of such a document", importDocument,
                {{Option::HostFile, kFile, "The document; '-' is standard input"},
-                {Option::Flag, kDryRun, "Show what would change and write nothing"},
+                {Option::Flag, kForce,
+                 "Take what 'set --force' and 'network set --force' take, and texts that are not "
+                 "UTF-8 and new; and confirm a change that is on trial first"},
+                dryRun(),
                 {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}}),
        command(
            "diff", "Show which settings differ from the backups, the factory set or a document",
@@ -129,7 +133,7 @@ CommandGroup exchangeGroup() {
             {Option::Value, kSectionOption, "All of a section: System, NetWork, presets, live.srt"},
             {Option::Flag, kAll, "The whole device"},
             {Option::Flag, kYes, "Really reset the whole device"},
-            {Option::Flag, kDryRun, "Show what would change and write nothing"},
+            dryRun(),
             {Option::Flag, kShowSecrets, "Show passwords in the list of changes"}})}};
 }
 

@@ -80,7 +80,7 @@ Answer changed(Outcome outcome, const char* unchanged) {
 }
 
 document::ImportOptions importOptions(const Arguments& arguments) {
-  return {arguments.given(kDryRun), arguments.given(kShowSecrets)};
+  return {arguments.given(kDryRun), arguments.given(kShowSecrets), arguments.given(kForce)};
 }
 
 std::string membersHelp(const settings::Settings& settings,

@@ -118,7 +118,8 @@ Answer setInDocument(const std::vector<parameters::Assignment>& assignments,
   }
   const bool rehearse = arguments.given(kDryRun);
   const device::Turn turn(filesFor(arguments, device::Turn::allFiles()));
-  return changed(document::setSingles(values, {rehearse, false}), kSoAlready);
+  return changed(document::setSingles(values, {rehearse, false, arguments.given(kForce)}),
+                 kSoAlready);
 }
 
 Answer set(const Arguments& arguments) {
@@ -231,8 +232,8 @@ CommandGroup parametersGroup() {
                  "integer within the range or an allowed text; also a place that 'find' prints, "
                  "or SECTION NAME VALUE"},
                 {Option::Flag, kForce,
-                 "Set a text that is only a part of an allowed one, and confirm a change that is "
-                 "on trial first"},
+                 "Set a text that is only a part of an allowed one, or what 'network set --force' "
+                 "takes, and confirm a change that is on trial first"},
                 dryRun()}),
        command("describe", "Show a parameter's type, limits, default and value", describe,
                {{Option::Argument, kName,

@@ -2,6 +2,7 @@
 
 #include <camcfg/preset.h>
 
+#include "base/json_bytes.h"
 #include "base/library_log.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
@@ -187,7 +188,7 @@ cli::Block exportedAs(const std::string& format, const presets::Presets& presets
 Answer exportAll(const Arguments& arguments) {
   const std::string format = arguments.given(kFormat) ? arguments.text(kFormat) : "csv";
   const presets::Presets presets;
-  Answer answer(Outcome{presets.json(), {}}, {exportedAs(format, presets)});
+  Answer answer(Outcome{withBytes(presets.json()), {}}, {exportedAs(format, presets)});
   for (const std::string& fault : presets::faultsOf(presets.all()))
     answer.notes.push_back("note: an import will refuse " + fault);
   return answer;

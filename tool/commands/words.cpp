@@ -5,7 +5,7 @@
 
 #include "base/plain_text.h"
 #include "device/files.h"
-#include "document/exchange.h"
+#include "document/section_names.h"
 #include "media/stream_cache.h"
 #include "network/network.h"
 #include "parameters/parameter.h"
@@ -32,11 +32,8 @@ Candidates sectionWords(const Arguments& /*before*/) {
   return plain(parameters::Parameters().sections());
 }
 
-// Sections of parameters, and what is exported by itself.
-Candidates wholeSectionWords(const Arguments& before) {
-  Candidates candidates = sectionWords(before);
-  for (const std::string& name : document::exportNames()) candidates.push_back({name});
-  return candidates;
+Candidates wholeSectionWords(const Arguments& /*before*/) {
+  return plain(document::sectionNames());
 }
 
 Candidates parameterWords(const Arguments& before) {

@@ -25,7 +25,7 @@ std::vector<std::string> namesIn(const Parent& parent) {
 XMLElement& requireTop(XMLDocument& document, const std::string& name) {
   XMLElement* section = CFG_GetBrotherElementByName(document.FirstChildElement(), name.c_str());
   if (section != nullptr) return *section;
-  throw Refusal("there is no section '" + name + "'" + didYouMean(name, namesIn(document)));
+  throw Refusal(noSection(name, namesIn(document)));
 }
 
 Json jsonOf(const Hit& hit) {

@@ -43,7 +43,7 @@ void SalvageReport::add(const std::string& place, const char* source, Json value
 
 void SalvageReport::refuse(const SalvageCopy& copy, const FoundElement& element,
                            const std::string& place, const std::string& reason) {
-  if (notTaken.size() == kMostValues) return;
+  if (notTaken.size() == kMostNotTaken) return;
   notTaken.push_back({{"copy", copy.place == Place::Default ? kFromFactory : wordFor(copy.place)},
                       {"line", element.line},
                       {"place", place},

@@ -47,6 +47,10 @@ struct SalvageReport {
               const std::string& reason);
 };
 
+// A start must not take forever over a damaged file.
+constexpr std::size_t kMostEntries = 20000;  ///< tried of one list in one copy
+constexpr std::size_t kMostNotTaken = 2000;  ///< named of what is not taken
+
 // Where a value comes from.
 constexpr char kFromMain[] = "main";
 constexpr char kFromBackup[] = "backup";

@@ -86,7 +86,7 @@ class Salvage {
       const EntryList& list = *mayHave.front();
       if (mayHave.size() > 1 || !list.isEntry(element.name))
         report_.refuse(copies_[copy], element, std::string(element.name), kUnknownPlace);
-      else if (++numbers[&list] > kMostValues)
+      else if (++numbers[&list] > kMostEntries)
         report_.refuse(copies_[copy], element, list.place, kTooMany);
       else
         candidates_.push_back({&list, copy, &element});

@@ -30,9 +30,15 @@ Readable readableOf(const Section& section) {
 const Json& Plan::of(const std::string& name) {
   const auto found = values_.find(name);
   if (found != values_.end()) return found->second;
+  return present(name);
+}
+
+const Json& Plan::present(const std::string& name) {
+  const auto found = present_.find(name);
+  if (found != present_.end()) return found->second;
   for (const Section& section : sections_)
-    if (section.name == name) set(name, readableOf(section).value);
-  return values_[name];
+    if (section.name == name) present_[name] = readableOf(section).value;
+  return present_[name];
 }
 
 FactoryValues::FactoryValues() {

@@ -25,10 +25,14 @@ class Plan {
   void set(const std::string& section, Json value) { values_[section] = std::move(value); }
   /// @throws Refusal if the section is unusable on the device
   const Json& of(const std::string& name);
+  /// What the device has now.
+  /// @throws Refusal if the section is unusable on the device
+  const Json& present(const std::string& name);
 
  private:
   const std::vector<Section>& sections_;
   std::map<std::string, Json> values_;
+  std::map<std::string, Json> present_;
 };
 
 /// Something in a file that keeps a section, or an entry of it, from being read.
@@ -58,7 +62,8 @@ struct Section {
   std::function<Json(const settings::Node&, const Json& before, Plan&)> read;
 
   /// The changes, in their order, that bring the section from one state to another.
-  std::function<std::vector<Change>(const Json& before, const Json& after)> changes;
+  /// @param force  makes those that can be forced
+  std::function<std::vector<Change>(const Json& before, const Json& after, bool force)> changes;
 
   const char* path;                        ///< main copy of the file that it is in
   const settings::Table* table = nullptr;  ///< of its entries, where it has any

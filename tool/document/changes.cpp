@@ -5,7 +5,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/files.h"
-#include "document/exchange.h"
+#include "document/section_names.h"
 #include "parameters/parameter.h"
 #include "settings/network.h"
 
@@ -16,12 +16,6 @@ namespace {
 constexpr std::chrono::milliseconds kTick(50);
 // Who keeps a file open for longer than this after writing, is done with it.
 constexpr std::chrono::milliseconds kSlowSave(3000);
-
-std::vector<std::string> parameterSections() try {
-  return parameters::Parameters().sections();
-} catch (const Refusal&) {
-  return {};
-}
 
 // "live.srt[1].port" begins with "live".
 std::string firstWord(const std::string& place) {
@@ -80,9 +74,7 @@ class Words {
 
  private:
   [[noreturn]] void refuse(const std::string& word) const {
-    std::vector<std::string> known = exportNames();
-    known.insert(known.end(), sections_.begin(), sections_.end());
-    throw Refusal(Status::Usage, "there is no section '" + word + "'" + didYouMean(word, known));
+    throw Refusal(Status::Usage, whyNoSection(word));
   }
 
   // "System/Rtsp" and "System Rtsp" are "parameters.System.Rtsp".

@@ -159,7 +159,7 @@ Outcome compareWithCopies(device::Place other, bool showSecrets) {
 }
 
 Outcome compareWithDocument(const std::string& text, bool showSecrets) {
-  const Target target = readDocument(text);
+  const Target target = readDocument(text, true);
   Outcome outcome = outcomeOf("document", target.transitions, showSecrets);
   noteTrouble(outcome, Status::Usage, target.faults);
   return outcome;

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
-#include "base/json.h"
+#include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
+#include "document/keyed.h"
 #include "media/media.h"
 #include "network/network.h"
 #include "parameters/parameter.h"
@@ -60,6 +61,17 @@ void checkVersion(const settings::Node& document) {
   const settings::Node version = document.member(kVersionMember);
   if (version.value() != kVersion)
     version.refuse("only version " + std::to_string(kVersion) + " is supported");
+}
+
+void readSection(const device::Section& section, const Json& stated, Target& target) {
+  const std::size_t faults = target.faults.size();
+  const Json value = withTexts(stated, section.name, [&](const auto& place, const auto& why) {
+    target.faults.push_back({place, why});
+  });
+  if (target.faults.size() != faults) return;
+  target.read(section, value);
+  if (!target.force && value != stated)
+    refuseNewBytes(section.name, value, readableOf(section).value, target.faults);
 }
 
 constexpr std::size_t kWidth = 120;
@@ -124,7 +136,9 @@ void Target::read(const device::Section& section, const Json& stated) {
   // What the device holds already is not for this document to repair.
   const bool isHeld = given == before && unread.empty();
   const Json after =
-      isHeld ? before : section.read(settings::Node(given, section.name, faults), before, plan);
+      isHeld
+          ? before
+          : section.read(settings::Node(given, section.name, faults, &before, force), before, plan);
   plan.set(section.name, after);
   if (unread.empty()) return add(section, before, after);
   transitions.push_back({&section, before, after, unread});
@@ -134,8 +148,9 @@ void Target::add(const device::Section& section, const Json& before, const Json&
   if (after != before) transitions.push_back({&section, before, after});
 }
 
-Target readDocument(const std::string& text) {
+Target readDocument(const std::string& text, bool force) {
   Target target;
+  target.force = force;
   const Json document = parseJson(text, target.faults);
   const settings::Node whole(document, "", target.faults);
   checkFrame(whole, frame());
@@ -144,9 +159,25 @@ Target readDocument(const std::string& text) {
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
     const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
-    if (stated != nullptr) target.read(section, *stated);
+    if (stated != nullptr) readSection(section, *stated, target);
   }
   return target;
+}
+
+void refuseNewBytes(const std::string& place, const Json& stated, const Json& held,
+                    settings::Faults& faults) {
+  if (stated == held) return;
+  if (stated.is_string() && asUtf8(stated.text()) != stated.text())
+    faults.push_back({place, "it is not UTF-8; '--force' sets it anyway"});
+  for (const auto& [name, member] : stated.items())
+    refuseNewBytes(memberPlace(place, name), member, memberOrNothing(held, name), faults);
+  if (!stated.is_array()) return;
+  const char* key = keyOf({&stated, held.is_array() ? &held : &stated});
+  const bool isKeyed = key != nullptr && *key != '\0';
+  const Keyed present(held, key == nullptr ? "" : key);
+  for (std::size_t i = 0; i < stated.size(); ++i)
+    refuseNewBytes(elementPlace(place, i), stated[i],
+                   present.at(isKeyed ? stated[i].at(key) : Json(i)), faults);
 }
 
 std::string printJson(const Json& value) {

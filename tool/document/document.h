@@ -49,6 +49,7 @@ struct Target {
   std::vector<Transition> transitions;  ///< of the sections that differ from the device
   settings::Faults faults;              ///< why it cannot be brought about
   device::Plan plan{allSections()};
+  bool force = false;  ///< what can be forced is taken
 
   /// Reads what a section is to be and checks it against the device and what was read before. Of a
   /// section that does not load whole, nothing stays that is not in the document.
@@ -57,9 +58,14 @@ struct Target {
   void add(const device::Section& section, const Json& before, const Json& after);
 };
 
+/// Refuses texts that are not UTF-8 and not what the device has in their places.
+void refuseNewBytes(const std::string& place, const Json& stated, const Json& held,
+                    settings::Faults& faults);
+
 /// Reads a document and checks it against the device.
+/// @param force  takes what can be forced, and texts that are not UTF-8 and new to the device
 /// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable
-Target readDocument(const std::string& text);
+Target readDocument(const std::string& text, bool force);
 
 /// A section of some copy of its file, or why there is none.
 struct CopiedSection {  // NOLINT(bugprone-exception-escape): moving a Json throws none

@@ -3,31 +3,81 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "device/change.h"
+#include "document/section_names.h"
+#include "parameters/parameter.h"
+#include "settings/network.h"
 #include "settings/secrets.h"
 
 namespace camcfg::tool::document {
 namespace {
 
-void requireKnown(const std::vector<std::string>& names) {
-  const std::vector<std::string> known = exportNames();
-  for (const std::string& name : names)
-    if (!isAmong(known, name))
-      throw Refusal(Status::Usage, "there is no section '" + name + "'; there are " +
-                                       joined(known) + didYouMean(name, known));
+// Which sections are to be exported, and what of them.
+class Scope {
+ public:
+  /// @throws Refusal  a name is that of no section
+  explicit Scope(const std::vector<std::string>& names) : isAll_(names.empty()) {
+    const std::vector<std::string> known = exportNames();
+    for (const std::string& name : names)
+      if (isAmong(known, name))
+        names_.push_back(name);
+      else if (!isAmong(parameters::Parameters().sections(), name))
+        throw Refusal(whyNoSection(name));
+      else if (name == settings::kNetworkSection)
+        names_.emplace_back(kNetwork);
+      else
+        parameters_.push_back(name);
+  }
+
+  bool includes(const device::Section& section) const {
+    return isWhole(section) || (section.name == kParameters && !parameters_.empty());
+  }
+
+  Json cut(const device::Section& section, Json value) const {
+    if (isWhole(section)) return value;
+    Json part = Json::object();
+    for (const std::string& name : value.names())
+      if (isAmong(parameters_, name)) part[name] = value.at(name);
+    return part;
+  }
+
+ private:
+  bool isWhole(const device::Section& section) const {
+    return isAll_ || std::any_of(names_.begin(), names_.end(),
+                                 [&](const std::string& name) { return isWithin(section, name); });
+  }
+
+  bool isAll_;
+  std::vector<std::string> names_;
+  std::vector<std::string> parameters_;  // sections of them
+};
+
+// JSON has no names that are not UTF-8.
+Json withoutUnprintable(const Json& value, const std::string& place, Outcome& outcome) {
+  if (!value.is_object()) return value;
+  Json result = Json::object();
+  for (const auto& [name, member] : value.items())
+    if (asUtf8(name) == name)
+      result[name] = withoutUnprintable(member, memberPlace(place, name), outcome);
+    else
+      outcome.notes.push_back("left out of " + place + ": " + asUtf8(name) +
+                              ": its name is not UTF-8");
+  return result;
 }
 
-// What a later import would have against the document once the section is to be changed.
+// What an import has against a value unless the device holds it.
 void noteFaults(const device::Section& section, const Json& value, device::Plan& plan,
                 Outcome& outcome) {
   settings::Faults faults;
   section.read(settings::Node(value, section.name, faults), value, plan);
+  refuseNewBytes(section.name, value, nullptr, faults);
   for (const settings::Fault& fault : faults)
     outcome.notes.push_back("note: " + fault.place + ": " + fault.reason +
-                            "; an import that changes " + section.name + " will refuse it");
+                            "; an import will refuse it on a device that does not have it");
 }
 
 // What of a section can be exported; none if that is nothing, which only a partial export takes.
@@ -46,11 +96,12 @@ std::optional<Json> readForExport(const device::Section& section, bool isPartial
   }
 }
 
-std::vector<device::Change> changesOf(const std::vector<Transition>& transitions) {
+std::vector<device::Change> changesOf(const Target& target) {
   std::vector<device::Change> changes;
-  for (const auto& [section, before, after, replaced] : transitions)
-    for (const device::Change& change :
-         replaced.empty() ? section->changes(before, after) : section->replacement(after))
+  for (const auto& [section, before, after, replaced] : target.transitions)
+    for (const device::Change& change : replaced.empty()
+                                            ? section->changes(before, after, target.force)
+                                            : section->replacement(after))
       changes.push_back(change);
   return changes;
 }
@@ -86,35 +137,23 @@ Outcome refusedFor(const settings::Faults& faults) {
 
 }  // namespace
 
-std::vector<std::string> exportNames() {
-  std::vector<std::string> names;
-  for (const device::Section& section : allSections()) {
-    const std::string group = section.name.substr(0, section.name.find('.'));
-    if (!isAmong(names, group)) names.push_back(group);
-    if (group != section.name) names.push_back(section.name);
-  }
-  return names;
-}
-
 Outcome exportSettings(const std::vector<std::string>& names, const ExportOptions& options) {
-  requireKnown(names);
+  const Scope scope(names);
   Outcome outcome;
   outcome.value = {{kVersionMember, kVersion}};
   device::Plan plan{allSections()};
   std::size_t number = 0;
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
-    const bool wanted = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
-      return isWithin(section, name);
-    });
-    if (!wanted && !names.empty()) continue;
-    const std::optional<Json> read = readForExport(section, options.isPartial, outcome);
+    if (!scope.includes(section)) continue;
+    std::optional<Json> read = readForExport(section, options.isPartial, outcome);
     if (!read) continue;
-    const Json& value = *read;
+    const Json value =
+        withoutUnprintable(scope.cut(section, std::move(*read)), section.name, outcome);
     noteFaults(section, value, plan, outcome);
     const Json open =
         section.table == nullptr ? value : settings::withoutSecrets(value, section.table->settings);
-    outcome.value.at_path(pathTo(section)) = options.withSecrets ? value : open;
+    outcome.value.at_path(pathTo(section)) = withBytes(options.withSecrets ? value : open);
     if (options.withSecrets && open != value)
       outcome.notes.push_back("note: " + section.name +
                               " holds passwords in clear; '--no-secrets' leaves them out");
@@ -134,12 +173,12 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
     if (!transition.replaced.empty() || !transition.section->losses) continue;
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
   }
-  if (!options.rehearse) carryOut(changesOf(target.transitions), outcome);
+  if (!options.rehearse) carryOut(changesOf(target), outcome);
   return outcome;
 }
 
 Outcome importSettings(const std::string& text, const ImportOptions& options) {
-  return carriedOut(readDocument(text), options);
+  return carriedOut(readDocument(text, options.force), options);
 }
 
 }  // namespace camcfg::tool::document

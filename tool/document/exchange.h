@@ -10,9 +10,6 @@
 
 namespace camcfg::tool::document {
 
-/// What may be exported by itself: groups of sections, "live", and the sections, "live.srt".
-std::vector<std::string> exportNames();
-
 /// How an export is made.
 struct ExportOptions {
   bool withSecrets = true;  ///< passwords are in it
@@ -20,7 +17,7 @@ struct ExportOptions {
 };
 
 /// The settings of a device as one JSON document.
-/// @param names  sections, "live.srt", or groups of them, "live"; none: all
+/// @param names  what sections are called, see sectionNames; none: all
 /// @throws Refusal  an unknown section, or unusable files
 Outcome exportSettings(const std::vector<std::string>& names, const ExportOptions& options);
 
@@ -28,6 +25,7 @@ Outcome exportSettings(const std::vector<std::string>& names, const ExportOption
 struct ImportOptions {
   bool rehearse = false;     ///< write nothing
   bool showSecrets = false;  ///< show passwords in the list of changes
+  bool force = false;        ///< set what can be forced
 };
 
 /// Brings the device to what a document holds. The document is checked as a whole before anything is

@@ -78,7 +78,8 @@ class Undoing {
     for (const device::FileChange& file : restored_)
       all.push_back(device::changeTo({file.path, file.after}));
     for (const Transition& merged : merged_)
-      for (const device::Change& change : merged.section->changes(merged.before, merged.after))
+      for (const device::Change& change :
+           merged.section->changes(merged.before, merged.after, false))
         all.push_back(change);
     return all;
   }

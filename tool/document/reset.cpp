@@ -1,6 +1,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/exchange.h"
+#include "document/section_names.h"
 #include "network/network.h"
 #include "parameters/parameter.h"
 
@@ -60,11 +61,6 @@ class Reset {
   Target target_;
 };
 
-[[noreturn]] void refuseUnknown(const std::string& name, std::vector<std::string> known) {
-  for (const device::Section& section : allSections()) known.push_back(section.name);
-  throw Refusal("there is no section '" + name + "'" + didYouMean(name, known));
-}
-
 }  // namespace
 
 Outcome resetParameter(const std::string& place, const std::string& name,
@@ -95,8 +91,7 @@ Outcome resetSection(const std::string& name, const ImportOptions& options) {
   if (isExported) return reset.carryOut(options);
 
   const parameters::Parameters parameters;
-  const std::vector<std::string> known = parameters.sections();
-  if (!isAmong(known, name)) refuseUnknown(name, known);
+  if (!isAmong(parameters.sections(), name)) throw Refusal(whyNoSection(name));
   if (name == settings::kNetworkSection)
     reset.addNetwork();
   else

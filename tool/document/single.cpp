@@ -42,6 +42,7 @@ class Edit {
 
   Outcome carryOut(const ImportOptions& options) {
     Target target;
+    target.force = options.force;
     for (const device::Section& section : allSections()) {
       const auto value = values_.find(&section);
       if (value == values_.end()) continue;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 
 #include "base/elements.h"
 #include "base/library_log.h"
@@ -44,16 +45,22 @@ Entries loaded(const Table& table, Load load) {
                         [](const Entries&) { return false; });
 }
 
-// What an entry refers to must be there once all sections are written.
+std::set<Json> keysOf(const Json& entries, const Table& table) {
+  std::set<Json> keys;
+  for (const Json& entry : entries) keys.insert(entry.at(table.key));
+  return keys;
+}
+
+// What an entry refers to must be there once all sections are written, unless it is missing already.
 void checkReferences(const Node& entries, const Table& table, Plan& plan) {
   for (const settings::Setting& setting : table.settings) {
     if (setting.refersTo == nullptr || setting.kind == settings::Kind::Ids) continue;
-    const Json& others = plan.of(setting.refersTo->place);
-    for (std::size_t i = 0; i < entries.value().size(); ++i) {
-      const Node value = entries.element(i).member(setting.member);
-      if (std::none_of(others.begin(), others.end(), [&](const Json& other) {
-            return other.at(setting.refersTo->key) == value.value();
-          }))
+    const std::set<Json> planned = keysOf(plan.of(setting.refersTo->place), *setting.refersTo);
+    const std::set<Json> present = keysOf(plan.present(setting.refersTo->place), *setting.refersTo);
+    for (const Node& entry : entries.elements(table.key)) {
+      const Node value = entry.member(setting.member);
+      const bool wasMissing = value.isHeld() && present.count(value.value()) == 0;
+      if (planned.count(value.value()) == 0 && !wasMissing)
         value.refuse("there is no " + std::string(setting.refersTo->entry) + " " +
                      value.value().dump());
     }
@@ -83,7 +90,7 @@ device::Section sectionOf(const Table& table) {
   const auto read = [&table](const Node& node, const Json&, Plan& plan) {
     return readEntries(table, node, plan);
   };
-  const auto changes = [&table](const Json&, const Json& after) {
+  const auto changes = [&table](const Json&, const Json& after, bool /*force*/) {
     return std::vector<Change>{replacing(table, after)};
   };
   // Saving caches marks, too.

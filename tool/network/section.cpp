@@ -1,5 +1,7 @@
 #include <camcfg/network.h>
 
+#include <cstdint>
+
 #include "base/outcome.h"
 #include "network/network.h"
 #include "settings/value.h"
@@ -54,6 +56,20 @@ void checkSettable(const settings::Node& node, const std::string& name, const Js
   node.refuse(refusal.what());
 }
 
+// As 'network set' and 'network hostname' take it.
+Json readField(const Setting& setting, const settings::Node& node, const settings::Range& limits) {
+  const bool isNumber = setting.kind == settings::Kind::Integer;
+  const bool isOfKind = isNumber ? node.value().is_number_integer() : node.value().is_string();
+  const settings::Objection objection =
+      isOfKind ? settings::objectionTo(setting, settings::inFile(setting, node.value()), limits)
+               : settings::Objection();
+  if (node.isHeld() || !objection.canBeForced || objection.why.empty())
+    return settings::readValue(setting, node, limits);
+  if (!node.isForced()) node.refuse(objection.refusal(false));
+  if (isNumber) return node.number({INT32_MIN, INT32_MAX});
+  return node.text(setting.field.room - 1);
+}
+
 Json readCard(const settings::Node& node, const std::string& name, const Json& before) {
   Json after = before;
   if (!node.isObjectOf(before.names())) return after;
@@ -61,9 +77,9 @@ Json readCard(const settings::Node& node, const std::string& name, const Json& b
   const Network network;
   for (const auto& [setting, element] : fieldsOf(network.require(name))) {
     const char* member = setting.member;
-    if (!node.value().contains(member) || node.value().at(member) == before.at(member)) continue;
-    after[member] = settings::readValue(setting, node.member(member),
-                                        settings::limitsIn(element, setting.limits));
+    if (!node.value().contains(member) || node.member(member).isHeld()) continue;
+    after[member] =
+        readField(setting, node.member(member), settings::limitsIn(element, setting.limits));
   }
   if (after != before && node.faults() == faults) checkSettable(node, name, after);
   return after;
@@ -73,8 +89,8 @@ Json readCard(const settings::Node& node, const std::string& name, const Json& b
 Json readNetwork(const settings::Node& node, const Json& before, device::Plan& /*plan*/) {
   Json after = before;
   if (!node.isObjectOf({kHostname, kCards})) return after;
-  if (node.value().contains(kHostname) && node.value().at(kHostname) != before.at(kHostname))
-    after[kHostname] = settings::readValue(settings::hostnameSetting(), node.member(kHostname), {});
+  if (node.value().contains(kHostname) && !node.member(kHostname).isHeld())
+    after[kHostname] = readField(settings::hostnameSetting(), node.member(kHostname), {});
   if (!node.value().contains(kCards)) return after;
   const settings::Node cards = node.member(kCards);
   if (!cards.isObjectOf(before.at(kCards).names())) return after;
@@ -95,7 +111,7 @@ device::Change cardChange(const std::string& name, const Json& card) {
   return {CFG_FILE_BUSINESS, placeOf(name), make, arrived};
 }
 
-std::vector<device::Change> networkChanges(const Json& before, const Json& after) {
+std::vector<device::Change> networkChanges(const Json& before, const Json& after, bool /*force*/) {
   std::vector<device::Change> changes;
   if (after.at(kHostname) != before.at(kHostname))
     changes.push_back(hostnameChange(memberPlace(kName, kHostname), after.at(kHostname).text()));

@@ -90,7 +90,7 @@ bool saveAll(const std::vector<ParameterValue>& values) {
 
 // The change that sets several parameters with one save.
 device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values,
-                        bool force = false) {
+                        bool force) {
   std::vector<device::Change> changes;
   changes.reserve(values.size());
   for (const ParameterValue& value : values)
@@ -151,7 +151,8 @@ Json readValue(const Node& node, const Parameters& parameters, const Parameter& 
   const std::size_t faults = node.faults();
   Json value = parameter.form().isInteger() ? Json(node.number(kInteger)) : Json(node.text());
   if (node.faults() != faults) return value;
-  const std::string fault = objectionTo(parameters, parameter, setText(value)).why;
+  const std::string fault =
+      objectionTo(parameters, parameter, setText(value)).refusal(node.isForced());
   if (!fault.empty()) node.refuse(fault);
   return value;
 }
@@ -166,15 +167,14 @@ Json readParameters(const Node& node, const Json& before, device::Plan& /*plan*/
     const Node values = node.member(section);
     if (!values.isObjectOf(before.at(section).names())) continue;
     for (const std::string& name : values.value().names())
-      if (before.at(section).contains(name) &&
-          values.value().at(name) != before.at(section).at(name))
+      if (before.at(section).contains(name) && !values.member(name).isHeld())
         after[section][name] =
             readValue(values.member(name), parameters, parameters.require(section, name));
   }
   return after;
 }
 
-std::vector<device::Change> parameterChanges(const Json& before, const Json& after) {
+std::vector<device::Change> parameterChanges(const Json& before, const Json& after, bool force) {
   const Parameters parameters;
   std::vector<ParameterValue> changed;
   for (const auto& [section, values] : after.items())
@@ -182,7 +182,7 @@ std::vector<device::Change> parameterChanges(const Json& before, const Json& aft
       if (value != before.at(section).at(name))
         changed.push_back({parameters.require(section, name), setText(value)});
   if (changed.empty()) return {};
-  return {changeOf(parameters, changed)};
+  return {changeOf(parameters, changed, force)};
 }
 
 }  // namespace

@@ -142,11 +142,13 @@ std::vector<Parameter> Parameters::in(const std::string& section) const {
 }
 
 Parameter Parameters::require(const std::string& section, const std::string& name) const {
+  const auto [known, isNew] = byName_.try_emplace(section);
+  if (isNew)
+    for (const Parameter& parameter : in(section)) known->second.emplace(parameter.name, parameter);
+  const auto found = known->second.find(name);
+  if (found != known->second.end()) return found->second;
   std::vector<std::string> names;
-  for (const Parameter& parameter : in(section)) {
-    if (parameter.name == name) return parameter;
-    names.push_back(parameter.name);
-  }
+  for (const Parameter& parameter : in(section)) names.push_back(parameter.name);
   throw Refusal("section " + section + " has no parameter '" + name + "'" +
                 didYouMean(name, names));
 }
@@ -170,8 +172,7 @@ std::optional<Parameter> Parameters::lookup(const std::string& name) const {
 
 XMLElement* Parameters::requireSection(const std::string& name) const {
   XMLElement* section = CFG_GetBrotherElementByName(document_->FirstChildElement(), name.c_str());
-  if (section == nullptr)
-    throw Refusal("there is no section '" + name + "'" + didYouMean(name, sections()));
+  if (section == nullptr) throw Refusal(noSection(name, sections()));
   return section;
 }
 

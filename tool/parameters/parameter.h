@@ -3,6 +3,7 @@
 
 #include <tinyxml2.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -68,6 +69,7 @@ class Parameters {
   tinyxml2::XMLElement* requireSection(const std::string& name) const;
 
   device::Document document_;
+  mutable std::map<std::string, std::map<std::string, Parameter>> byName_;  // sections asked for
 };
 
 /// Lookups are tried in the main copy, or else in the next good one.

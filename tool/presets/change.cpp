@@ -68,10 +68,13 @@ bool store(const Values& values) {
   return CFG_PRESET_SetParam(&record) == 0;
 }
 
+// What is no integer and is not given stays as it is.
 void write(const Values& values, XMLElement& element) {
+  const Values present = presetOf(element).values;
   for (const Setting& setting : settings::presetSettings()) {
     const char* attribute = setting.attributes.front().name;
     const Json& value = values.at(setting.member);
+    if (value.is_null() && present.at(setting.member).is_null()) continue;
     if (value.is_null())
       element.DeleteAttribute(attribute);
     else if (isText(setting))
@@ -85,7 +88,8 @@ void write(const Values& values, XMLElement& element) {
 void write(const std::vector<Values>& presets, XMLElement& group) {
   const PresetIndex index(group);
   for (const Values& values : presets) {
-    XMLElement* element = index.find(values.at(settings::kPresetId).get<int>());
+    const Json& id = values.at(settings::kPresetId);
+    XMLElement* element = id.is_null() ? nullptr : index.find(id.get<int>());
     write(values, element == nullptr ? *group.InsertNewChildElement(kElement) : *element);
   }
 }
@@ -100,6 +104,18 @@ bool storeTogether(const std::vector<Values>& presets) {
   return CFG_SaveFile(opened, device::argument(CFG_FILE_PRESET), BU_TRUE) == 0;
 }
 
+// Likewise.
+bool deleteTogether(const std::vector<int>& ids) {
+  XMLDocument* opened = nullptr;
+  XMLElement* group = cfgGetPresetCfgNode(&opened, BU_FALSE);
+  if (group == nullptr) return false;
+  const device::Document document(opened);
+  const PresetIndex index(*group);
+  for (const int id : ids)
+    if (XMLElement* element = index.find(id)) group->DeleteChild(element);
+  return CFG_SaveFile(opened, device::argument(CFG_FILE_PRESET), BU_TRUE) == 0;
+}
+
 // Whatever presets there are, and where there is no group of them.
 bool storeInstead(const std::vector<Values>& presets) {
   const device::Document document = device::requireDocument(CFG_FILE_PRESET);
@@ -110,14 +126,18 @@ bool storeInstead(const std::vector<Values>& presets) {
   return CFG_SaveFile(document.get(), device::argument(CFG_FILE_PRESET), BU_FALSE) == 0;
 }
 
-bool hasAll(const Values& values) {
+// Whether the library's record holds the preset: all values, and an id as new ones may have.
+bool isRecord(const Values& values) {
   return std::none_of(values.begin(), values.end(),
-                      [](const Json& value) { return value.is_null(); });
+                      [](const Json& value) { return value.is_null(); }) &&
+         values.at(settings::kPresetDescription).text().size() <= kLongestDescription &&
+         settings::presetSettings().front().limits.has(
+             values.at(settings::kPresetId).get<std::int64_t>());
 }
 
 bool storeAll(const std::vector<Values>& presets) {
-  const bool isRecord = presets.size() == 1 && hasAll(presets.front());
-  return isRecord ? store(presets.front()) : storeTogether(presets);
+  const bool isOne = presets.size() == 1 && isRecord(presets.front());
+  return isOne ? store(presets.front()) : storeTogether(presets);
 }
 
 // How many presets are written exactly like this.
@@ -168,8 +188,11 @@ device::Change storing(const std::string& what, const std::vector<Values>& prese
 device::Change replacing(const std::vector<Values>& presets) {
   const auto arrived = [presets](XMLDocument& document) {
     XMLElement* group = presetGroupOf(document);
-    return group != nullptr && presetsIn(*group).size() == presets.size() &&
-           areStored(document, presets);
+    if (group == nullptr) return false;
+    const std::vector<Preset> stored = presetsIn(*group);
+    return std::equal(
+        stored.begin(), stored.end(), presets.begin(), presets.end(),
+        [](const Preset& preset, const Values& values) { return preset.values == values; });
   };
   return {CFG_FILE_PRESET, kSection, [presets] { return storeInstead(presets); }, arrived};
 }
@@ -188,13 +211,19 @@ Json storePreset(const Values& given, bool rehearse) {
   return stored;
 }
 
-device::Change deletion(int id) {
-  const auto arrived = [id](XMLDocument& document) {
+device::Change deletion(const std::vector<int>& ids) {
+  const auto arrived = [ids](XMLDocument& document) {
     XMLElement* group = presetGroupOf(document);
-    return group != nullptr && CFG_GetElementByNameId(group, kElement, id) == nullptr;
+    if (group == nullptr) return false;
+    const PresetIndex index(*group);
+    return std::all_of(ids.begin(), ids.end(), [&](int id) { return index.find(id) == nullptr; });
   };
-  return {CFG_FILE_PRESET, elementPlace(kSection, static_cast<std::size_t>(id)),
-          [id] { return CFG_PRESET_DeleteById(id) == 0; }, arrived};
+  const auto make = [ids] {
+    return ids.size() == 1 ? CFG_PRESET_DeleteById(ids.front()) == 0 : deleteTogether(ids);
+  };
+  const std::string what =
+      ids.size() == 1 ? elementPlace(kSection, static_cast<std::size_t>(ids.front())) : kSection;
+  return {CFG_FILE_PRESET, what, make, arrived};
 }
 
 void deletePreset(const Presets& presets, const Preset& preset, bool rehearse) {

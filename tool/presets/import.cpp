@@ -2,7 +2,7 @@
 #include <map>
 
 #include "base/csv.h"
-#include "base/json.h"
+#include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "presets/preset.h"
@@ -90,8 +90,13 @@ void takeMember(PresetRow& row, const std::string& name, const Json& value) {
 PresetRow rowOf(const std::string& place, const Json& preset) {
   PresetRow row{place, noValues(), {}};
   if (!preset.is_object()) row.faults.emplace_back("it is not an object");
-  for (const auto& [name, value] : preset.items())
-    if (preset.is_object()) takeMember(row, name, value);
+  for (const auto& [name, value] : preset.items()) {
+    const std::size_t faults = row.faults.size();
+    const Json text = withTexts(value, name, [&](const auto& member, const auto& why) {
+      row.faults.push_back(member + " " + why);
+    });
+    if (row.faults.size() == faults) takeMember(row, name, text);
+  }
   return row;
 }
 

@@ -148,7 +148,9 @@ XMLElement* PresetIndex::find(int id) const {
 Presets::Presets()
     : document_(device::requireDocument(CFG_FILE_PRESET)),
       index_(requirePresetGroup(*document_)),
-      all_(presetsIn(requirePresetGroup(*document_))) {}
+      all_(presetsIn(requirePresetGroup(*document_))) {
+  for (std::size_t i = 0; i < all_.size(); ++i) places_.emplace(all_[i].element, i);
+}
 
 Json Presets::json() const {
   Json list = Json::array();
@@ -157,11 +159,10 @@ Json Presets::json() const {
 }
 
 const Preset* Presets::lookup(int id) const {
-  const XMLElement* element = index_.find(id);
-  const auto found = std::find_if(all_.begin(), all_.end(), [&](const Preset& preset) {
-    return preset.element == element && preset.id() == id;
-  });
-  return found == all_.end() ? nullptr : &*found;
+  const auto found = places_.find(index_.find(id));
+  if (found == places_.end()) return nullptr;
+  const Preset& preset = all_[found->second];
+  return preset.id() == id ? &preset : nullptr;
 }
 
 const Preset* Presets::lookup(const std::string& description) const {

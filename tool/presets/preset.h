@@ -88,6 +88,7 @@ class Presets {
   device::Document document_;
   PresetIndex index_;
   std::vector<Preset> all_;
+  std::map<const tinyxml2::XMLElement*, std::size_t> places_;
 };
 
 /// The preset group of a document; null if it has none.
@@ -153,8 +154,8 @@ device::Change storing(const std::string& what, const std::vector<Values>& prese
 /// The change after which there are these presets and no others.
 device::Change replacing(const std::vector<Values>& presets);
 
-/// The change that deletes the preset of an id.
-device::Change deletion(int id);
+/// The change that deletes the presets of ids.
+device::Change deletion(const std::vector<int>& ids);
 
 // Presets from files and to files.
 

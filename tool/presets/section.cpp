@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <set>
 
 #include "base/json.h"
 #include "presets/preset.h"
@@ -70,6 +69,12 @@ Json merged(const Json* before, const Values& given) {
   return preset;
 }
 
+// What stays of a preset may be what no record can hold.
+bool isDescriptionHeld(const Values& given, const Json& former) {
+  const Json& description = given.at(settings::kPresetDescription);
+  return description.is_null() || description == former.at(settings::kPresetDescription);
+}
+
 // All that counts of a faulty preset is the id that it takes up.
 Json faulty(const settings::Node& node) {
   return {{kPresetId, isGiven(node, kPresetId) ? node.value().at(kPresetId) : Json()}};
@@ -78,6 +83,7 @@ Json faulty(const settings::Node& node) {
 // A preset as it will be. One that is to be as it is stays so, whatever it lacks.
 Json readPreset(const settings::Node& node, const std::optional<Presets>& presets,
                 const ById& before) {
+  if (node.isHeld()) return node.value();
   const std::size_t faults = node.faults();
   const Values given = readValues(node);
   if (node.faults() != faults) return faulty(node);
@@ -85,7 +91,9 @@ Json readPreset(const settings::Node& node, const std::optional<Presets>& preset
   if (former != nullptr && merged(former, given) == *former) return *former;
   const int id = given.at(kPresetId).get<int>();
   const PresetUpdate update = updateOf(presets ? presets->lookup(id) : nullptr, given);
-  if (!update.fault.empty()) node.refuse(update.fault);
+  if (update.fault.empty()) return update.values;
+  if (former != nullptr && isDescriptionHeld(given, *former)) return merged(former, given);
+  node.refuse(update.fault);
   return update.values;
 }
 
@@ -103,21 +111,18 @@ Json inFileOrder(const Json& presets, const Json& before) {
 
 Json readPresets(const settings::Node& node, const Json& before, device::Plan& /*plan*/) {
   if (!node.isArray()) return before;
-  if (before.size() > kMostValues) {
-    node.refuse("the device has more than " + std::to_string(kMostValues) +
-                " presets; fix them first");
-    return before;
-  }
   std::optional<Presets> presets;
   if (!before.empty()) presets.emplace();
   const ById former(before);
-  std::set<Json> ids;
+  std::map<Json, bool> ids;  // and whether they are held
   Json after = Json::array();
-  for (std::size_t i = 0; i < node.value().size(); ++i) {
-    const Json preset = readPreset(node.element(i), presets, former);
+  for (const settings::Node& element : node.elements(kPresetId)) {
+    const Json preset = readPreset(element, presets, former);
     const Json& id = preset.at(kPresetId);
-    if (!id.is_null() && !ids.insert(id).second)
-      node.element(i).member(kPresetId).refuse("there is another one with this id");
+    const bool isHeld = isGiven(element, kPresetId) && element.member(kPresetId).isHeld();
+    const auto [other, isNew] = ids.emplace(id, isHeld);
+    if (!id.is_null() && !isNew && !(other->second && isHeld))
+      element.member(kPresetId).refuse("there is another one with this id");
     after.push_back(preset);
   }
   return areDistinct(before) ? inFileOrder(after, before) : after;
@@ -128,14 +133,16 @@ std::vector<device::Change> replacement(const Json& after) {
 }
 
 // Of presets without an id, or with the same one, the library finds one at most.
-std::vector<device::Change> presetChanges(const Json& before, const Json& after) {
+std::vector<device::Change> presetChanges(const Json& before, const Json& after, bool /*force*/) {
   if (!areDistinct(before)) return replacement(after);
   const ById former(before);
   const ById kept(after);
-  std::vector<device::Change> changes;
+  std::vector<int> deleted;
   for (const Json& preset : before)
     if (kept.find(preset.at(kPresetId)) == nullptr)
-      changes.push_back(deletion(preset.at(kPresetId).get<int>()));
+      deleted.push_back(preset.at(kPresetId).get<int>());
+  std::vector<device::Change> changes;
+  if (!deleted.empty()) changes.push_back(deletion(deleted));
   std::vector<Values> changed;
   for (const Json& preset : after) {
     const Json* same = former.find(preset.at(kPresetId));

@@ -49,6 +49,7 @@ const Table& srtStream() {
 }
 
 void checkSrt(const Node& instance) {
+  if (instance.holds({"mode", "hostname"})) return;
   const bool listens = instance.value().at("mode") == "listener";
   const auto host = instance.value().find("hostname");
   const bool hasHost = host != instance.value().end() && host->is_string() && !host->text().empty();
@@ -65,6 +66,7 @@ std::string srtSessionName(const Json& instance) {
 void checkNdi(const Node& instance) {
   if (!instance.value().at("multicastEnabled").get<bool>()) return;
   const auto require = [&](const char* name, std::string (*whyNot)(const std::string&)) {
+    if (instance.holds({"multicastEnabled", name})) return;
     const auto found = instance.value().find(name);
     const std::string fault = found == instance.value().end() ? "" : whyNot(found->text());
     if (!fault.empty()) instance.member(name).refuse(fault);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <map>
 
 #include "base/plain_text.h"
 
@@ -31,6 +32,17 @@ std::int64_t greatestOnStep(const Range& limits, std::int64_t step) {
 
 // The spelling of a shorter word says nothing: "GB" is no more like "MB" than like "B".
 constexpr std::size_t kShortestTelling = 3;
+
+// The elements of a list by a member, or by themselves; none unless each has one of its own.
+std::map<Json, const Json*> byKey(const Json& list, const char* key) {
+  std::map<Json, const Json*> found;
+  for (const Json& element : list) {
+    const auto member = key == nullptr ? list.end() : element.find(key);
+    if (key != nullptr && member == element.end()) return {};
+    if (!found.emplace(key == nullptr ? element : *member, &element).second) return {};
+  }
+  return found;
+}
 
 std::string nearestIs(const std::string& value) {
   return "; the nearest permitted is " + value;
@@ -62,12 +74,41 @@ std::string nearestOfLength(const std::string& text, std::size_t most) {
   return text.size() <= most ? "" : nearestIs(quoted(firstBytes(text, most)));
 }
 
+bool Node::holds(const std::vector<std::string>& members) const {
+  const auto memberOf = [](const Json& object, const std::string& name) {
+    const auto found = object.find(name);
+    return found == object.end() ? Json() : *found;
+  };
+  return held_ != nullptr && std::all_of(members.begin(), members.end(), [&](const auto& name) {
+           return memberOf(*held_, name) == memberOf(value_, name);
+         });
+}
+
 Node Node::member(const std::string& name) const {
-  return {value_.at(name), memberPlace(place_, name), faults_};
+  const auto held = held_ == nullptr ? value_.end() : held_->find(name);
+  const bool isThere = held_ != nullptr && held != held_->end();
+  return {value_.at(name), memberPlace(place_, name), faults_, isThere ? &*held : nullptr, force_};
 }
 
 Node Node::element(std::size_t index) const {
-  return {value_.at(index), elementPlace(place_, index), faults_};
+  const bool isThere = held_ != nullptr && held_->is_array() && index < held_->size();
+  return {value_.at(index), elementPlace(place_, index), faults_,
+          isThere ? &held_->at(index) : nullptr, force_};
+}
+
+std::vector<Node> Node::elements(const char* key) const {
+  const std::map<Json, const Json*> held =
+      held_ == nullptr || byKey(value_, key).empty() ? byKey({}, key) : byKey(*held_, key);
+  std::vector<Node> all;
+  for (std::size_t i = 0; i < value_.size(); ++i) {
+    const Json& own = value_.at(i);
+    const auto found = held.empty() ? held.end() : held.find(key == nullptr ? own : own.at(key));
+    if (found != held.end())
+      all.emplace_back(own, elementPlace(place_, i), faults_, found->second, force_);
+    else
+      all.push_back(held.empty() || key == nullptr ? element(i) : element(i).asNew());
+  }
+  return all;
 }
 
 void Node::refuseMissing(const std::string& name) const {
@@ -89,6 +130,7 @@ bool Node::is(bool fits, const char* expected) const {
 
 std::int32_t Node::number(const Range& range) const {
   if (!is(value_.is_number(), "a number")) return 0;
+  if (isHeld() && value_.is_number_integer()) return value_.get<std::int32_t>();
   const auto size = value_.get<double>();
   const bool fits =
       size >= static_cast<double>(range.least) && size <= static_cast<double>(range.most);
@@ -102,7 +144,7 @@ std::int32_t Node::number(const Range& range) const {
 
 std::int32_t Node::id() const {
   const std::int32_t id = number({Number::min(), Number::max()});
-  if (id == -1) refuse("-1 is not an id; it stands for none");
+  if (id == -1 && !isHeld()) refuse("-1 is not an id; it stands for none");
   return id;
 }
 

@@ -53,21 +53,36 @@ struct Fault {
 using Faults = std::vector<Fault>;
 
 /// A value in a document that is checked while it is read. What does not fit is a fault, and reading
-/// goes on with the value that a new record would have.
+/// goes on with the value that a new record would have. What the device holds already is not for a
+/// document to repair: it is read as it is.
 class Node {
  public:
-  Node(const Json& value, std::string place, Faults& faults)
-      : value_(value), place_(std::move(place)), faults_(faults) {}
+  /// @param held  what the device has in its place; null: nothing. Must outlive this object
+  Node(const Json& value, std::string place, Faults& faults, const Json* held = nullptr,
+       bool force = false)
+      : value_(value), place_(std::move(place)), faults_(faults), held_(held), force_(force) {}
 
   const Json& value() const { return value_; }
   const std::string& place() const { return place_; }
   void refuse(const std::string& reason) const { faults_.push_back({place_, reason}); }
+
+  /// Whether the device holds just this.
+  bool isHeld() const { return held_ != nullptr && *held_ == value_; }
+  /// Whether these members are all as the device holds them; one that is left out is null.
+  bool holds(const std::vector<std::string>& members) const;
+  /// The same value where nothing is held.
+  Node asNew() const { return {value_, place_, faults_, nullptr, force_}; }
+  /// Whether what can be forced is permitted.
+  bool isForced() const { return force_; }
 
   /// How many faults there are so far, here or anywhere.
   std::size_t faults() const { return faults_.size(); }
 
   Node member(const std::string& name) const;
   Node element(std::size_t index) const;
+  /// The elements. What is held of one is found by a member, without one by the whole value, or else
+  /// by the position.
+  std::vector<Node> elements(const char* key) const;
   /// A fault at a member that is not there.
   void refuseMissing(const std::string& name) const;
 
@@ -90,6 +105,8 @@ class Node {
   const Json& value_;
   std::string place_;
   Faults& faults_;
+  const Json* held_;
+  bool force_;
 };
 
 }  // namespace camcfg::tool::settings

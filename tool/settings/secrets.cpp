@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 
 #include "base/secret_address.h"
 #include "settings/media.h"
@@ -67,12 +68,6 @@ SettingAt settingAt(const std::string& place) {
   return found;
 }
 
-const Json* entryWithKey(const Json& entries, const char* key, const Json& sought) {
-  for (const Json& entry : entries)
-    if (entry.is_object() && entry.contains(key) && entry.at(key) == sought) return &entry;
-  return nullptr;
-}
-
 }  // namespace
 
 std::string maskedPassword(const std::string& password) {
@@ -110,12 +105,15 @@ Json withoutSecrets(const Json& value, const Settings& settings) {
 
 Json withKeptSecrets(Json entries, const Table& table, const Json& before) {
   if (!entries.is_array() || !before.is_array()) return entries;
+  std::map<Json, const Json*> former;
+  for (const Json& entry : before)
+    if (entry.is_object() && entry.contains(table.key)) former.emplace(entry.at(table.key), &entry);
   for (Json& entry : entries) {
     if (!entry.is_object() || !entry.contains(table.key)) continue;
-    const Json* former = entryWithKey(before, table.key, entry.at(table.key));
+    const auto own = former.find(entry.at(table.key));
     for (const Setting& setting : table.settings)
-      if (setting.masked != nullptr && former != nullptr && !entry.contains(setting.member))
-        entry[setting.member] = former->at(setting.member);
+      if (setting.masked != nullptr && own != former.end() && !entry.contains(setting.member))
+        entry[setting.member] = own->second->at(setting.member);
   }
   return entries;
 }

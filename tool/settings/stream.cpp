@@ -67,7 +67,8 @@ void readSize(const Node& node, void* record) {
   const std::size_t faults = node.faults();
   fromJson(node, cacheSize(), record);
   const std::int64_t unit = cache.s32BufUnit;
-  if (node.faults() == faults && cache.s32BufSize * unit >= kLibraryCounts)
+  if (node.faults() == faults && !node.holds({"value", "unit"}) &&
+      cache.s32BufSize * unit >= kLibraryCounts)
     node.refuse("it is 2 GiB or more, which the library cannot count");
 }
 
@@ -115,9 +116,11 @@ Json writeAllowed(const void* record) {
 void readAllowed(const Node& node, void* record) {
   Cache& cache = *static_cast<Cache*>(record);
   cache.s32AllowedMask = 0;
-  const auto readId = [](const Node& id) { return id.number(kSourceIds); };
+  // Others are not saved, even if they are held.
+  const auto readId = [](const Node& id) { return id.asNew().number(kSourceIds); };
   for (const int id : readIds(node, readId)) cache.s32AllowedMask |= 1 << id;
-  if (node.value() == Json::array()) node.refuse("a cache must allow one source at least");
+  if (node.value() == Json::array() && !node.isHeld())
+    node.refuse("a cache must allow one source at least");
 }
 
 // "Enable" is written by updates in place, and lost when all caches are saved.
@@ -138,6 +141,7 @@ Json assumedDefault(const Json& cache) {
 }
 
 void checkCache(const Node& cache) {
+  if (cache.holds({"default", "allowed"})) return;
   const Json& source = cache.value().at("default");
   for (const Json& allowed : cache.value().at("allowed"))
     if (allowed == source) return;

@@ -3,6 +3,8 @@
 #include <camcfg/livemedia.h>
 
 #include <cstring>
+#include <map>
+#include <set>
 
 #include "settings/value.h"
 
@@ -17,6 +19,7 @@ constexpr char kChannel[] = "Channel";
 Json readWord(const Setting& setting, const Node& node) {
   std::vector<std::string> texts;
   std::vector<std::string> inJson;
+  if (node.isHeld()) return node.value();
   for (const Word& word : setting.words) {
     if (node.value() == word.text) return word.text;
     texts.emplace_back(word.text);
@@ -40,14 +43,16 @@ void readInto(const Setting& setting, const Node& node, void* record) {
     store(setting, readValue(setting, node, setting.limits), record);
 }
 
-// That no other entry has the key of this one.
-void checkKey(const Node& entry, const char* name, std::vector<Json>& keys) {
+// That no other entry has the key of this one, unless the device has both.
+// @param keys  those so far, and whether they are held
+void checkKey(const Node& entry, const char* name, std::map<Json, bool>& keys) {
   const Json& value = entry.value();
   if (name == nullptr || !value.is_object() || !value.contains(name)) return;
-  const Json& key = value.at(name);
-  if (!key.is_null() && isAmong(keys, key))
-    entry.member(name).refuse("there is another one with this " + std::string(name));
-  keys.push_back(key);
+  const Node key = entry.member(name);
+  if (key.value().is_null()) return;
+  const auto [other, isNew] = keys.emplace(key.value(), key.isHeld());
+  if (!isNew && !(other->second && key.isHeld()))
+    key.refuse("there is another one with this " + std::string(name));
 }
 
 void addEntry(XMLElement& section, const Table& table, const Json& record) {
@@ -133,9 +138,8 @@ void fromJson(const Node& node, const Settings& settings, void* record) {
 
 void fromJsonArray(const Node& node, const Table& table, void* list, void* (*append)(void* list)) {
   if (!node.isArray()) return;
-  std::vector<Json> keys;
-  for (std::size_t i = 0; i < node.value().size(); ++i) {
-    const Node element = node.element(i);
+  std::map<Json, bool> keys;
+  for (const Node& element : node.elements(table.key)) {
     const std::size_t faults = node.faults();
     fromJson(element, table.settings, append(list));
     if (table.check != nullptr && node.faults() == faults) table.check(element);
@@ -150,11 +154,12 @@ Json withAssumed(const Table& table, const Json& entry) {
 std::list<int> readIds(const Node& node, std::int32_t (*read)(const Node& id)) {
   std::list<int> ids;
   if (!node.isArray()) return ids;
-  for (std::size_t i = 0; i < node.value().size(); ++i) {
+  std::set<int> different;
+  for (const Node& element : node.elements(nullptr)) {
     const std::size_t faults = node.faults();
-    const int id = read(node.element(i));
+    const int id = read(element);
     if (node.faults() != faults) continue;
-    if (isAmong(ids, id)) node.element(i).refuse("it occurs here twice");
+    if (!different.insert(id).second && !node.isHeld()) element.refuse("it occurs here twice");
     ids.push_back(id);
   }
   return ids;

@@ -169,7 +169,7 @@ struct CallsOf {
   static int store(const Table& table, const Json& entries) {
     Faults none;
     std::list<Entry> made;
-    for (const auto& record : recordsOf(table, Node(entries, table.place, none)))
+    for (const auto& record : recordsOf(table, Node(entries, table.place, none, &entries)))
       made.push_back(Make(record));
     return Dump(made);
   }

@@ -159,6 +159,7 @@ std::string inFile(const Setting& setting, const Json& value) {
 }
 
 Json readValue(const Setting& setting, const Node& node, const Range& limits) {
+  if (node.isHeld()) return node.value();
   switch (setting.kind) {
     case Kind::Switch:
     case Kind::Flag:

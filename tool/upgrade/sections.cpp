@@ -57,7 +57,7 @@ std::string madeOf(const std::string& path, const std::string& text,
   if (targets.empty()) return text;
   const Json bytes = device::onScratchDevice({{path, text}}, [&] {
     for (const auto& [section, factory, merged] : targets)
-      for (const device::Change& change : section->changes(factory, merged))
+      for (const device::Change& change : section->changes(factory, merged, false))
         if (!change.make() || !change.arrived(*device::requireDocument(path)))
           throw Refusal(change.what + ": the library does not write it as it is to be");
     return Json(device::bytesOf(path));

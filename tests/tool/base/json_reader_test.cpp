@@ -67,15 +67,24 @@ TEST(JsonReaderTest, NestingEndsAtTheLimit) {
   EXPECT_EQ(refusalOf(nested(kDeepestNesting + 1)), "it is nested deeper than 32 levels");
 }
 
-TEST(JsonReaderTest, ListsAndObjectsEndAtTheLimit) {
-  EXPECT_EQ(readJson(list(kMostValues, "{}")).fault, 0U);
-  EXPECT_EQ(refusalOf(list(kMostValues + 1, "{}")), "it holds a list of more than 2000 values");
-  EXPECT_EQ(readJson(object(kMostValues)).fault, 0U);
-  EXPECT_EQ(refusalOf(object(kMostValues + 1)), "it holds an object of more than 2000 values");
+TEST(JsonReaderTest, TextsEndAtTheLimit) {
+  const std::string text = std::string(kMostText - 2, ' ') + "[]";
+  EXPECT_EQ(readJson(text).fault, 0U);
+  EXPECT_EQ(refusalOf(text + " "), "it has 67108865 bytes, the limit is 67108864");
 }
 
-TEST(JsonReaderTest, EachListCountsByItself) {
-  EXPECT_EQ(readJson(list(3, list(kMostValues, "1"))).fault, 0U);
+TEST(JsonReaderTest, ListsAndObjectsHaveNoLimitOfTheirOwn) {
+  EXPECT_EQ(readJson(list(100000, "{}")).value.size(), 100000U);
+  const Json many = readJson(object(100000)).value;
+  EXPECT_EQ(many.size(), 100000U);
+  EXPECT_TRUE(many.contains("m99999"));
+  EXPECT_FALSE(many.contains("m100000"));
+}
+
+TEST(JsonReaderTest, AMemberThatManyHaveAlreadyIsSeen) {
+  const std::string text = object(100000);
+  EXPECT_THAT(readJson(text.substr(0, text.size() - 1) + ", \"m77\": 1}").repeated,
+              testing::ElementsAre("m77"));
 }
 
 TEST(JsonReaderTest, WhatComesAfterALimitDoesNotCount) {

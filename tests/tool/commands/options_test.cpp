@@ -96,6 +96,17 @@ class OptionsTest : public testing::Test {
   testkit::DeviceRoot device;
 };
 
+TEST_F(OptionsTest, EveryChangeOfSettingsCanBeRehearsed) {
+  for (const Command& command : runnable()) {
+    const bool rehearses =
+        std::any_of(command.options.begin(), command.options.end(),
+                    [](const Option& option) { return option.name == std::string("--dry-run"); });
+    // `salvage` changes something with --apply only.
+    EXPECT_TRUE(!command.changesSettings || rehearses || command.name == std::string("salvage"))
+        << command.name;
+  }
+}
+
 TEST_F(OptionsTest, EveryCommandKnowsItsOptionsAndRefusesOtherNames) {
   for (const Command& command : runnable()) {
     const Invocation invocation = read(lineFor(command.name));
