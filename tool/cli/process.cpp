@@ -1,12 +1,15 @@
 #include "cli/process.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/select.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -65,8 +68,33 @@ bool writeApart(int fd, const std::string& text) {
   return errno == 0;
 }
 
+// Signals that wait, since a change is in force, still end the wait for whoever reads.
+bool writeUntilInterrupted(int fd, const std::string& text) {
+  sigset_t waiting{};
+  pthread_sigmask(SIG_SETMASK, nullptr, &waiting);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    sigdelset(&waiting, signal);
+    struct sigaction action {};
+    const bool isIgnored = sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+    action.sa_handler = [](int) {};
+    action.sa_flags = 0;
+    if (!isIgnored) sigaction(signal, &action, nullptr);
+  }
+  for (std::size_t done = 0; done < text.size();) {
+    pollfd room{fd, POLLOUT, 0};
+    if (ppoll(&room, 1, nullptr, &waiting) < 0) return false;
+    // So much is written at once wherever there is room at all.
+    const ssize_t written =
+        write(fd, text.data() + done, std::min<std::size_t>(PIPE_BUF, text.size() - done));
+    if (written < 0 && errno != EINTR) return false;
+    done += static_cast<std::size_t>(std::max<ssize_t>(written, 0));
+  }
+  return true;
+}
+
 bool put(int fd, const std::string& text) {
-  return waitsForNoReader ? writeApart(fd, text) : writeAll(fd, text);
+  if (waitsForNoReader) return writeApart(fd, text);
+  return changeWasMade() ? writeUntilInterrupted(fd, text) : writeAll(fd, text);
 }
 
 // `error` is what the child process wrote of its errno; nothing if the program was started.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <iterator>
 #include <system_error>
@@ -82,11 +83,17 @@ ProgressLine::ProgressLine(std::string command, int terminal)
     const std::lock_guard<std::mutex> lock(mutex_);
     work_ = work;
   });
+  // Signals are for the thread that carries the command out: it may have them wait.
+  sigset_t all{};
+  sigset_t former{};
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &former);
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
     // Without a thread nothing is shown; the command is nevertheless carried out.
   }
+  pthread_sigmask(SIG_SETMASK, &former, nullptr);
 }
 
 ProgressLine::~ProgressLine() {

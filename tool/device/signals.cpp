@@ -6,6 +6,8 @@
 #include <ctime>
 #include <iterator>
 
+#include "base/outcome.h"
+
 namespace camcfg::tool::device {
 namespace {
 
@@ -24,7 +26,7 @@ HeldSignals::HeldSignals() {
 }
 
 HeldSignals::~HeldSignals() {
-  pthread_sigmask(SIG_SETMASK, &former_, nullptr);
+  if (!changeWasMade()) pthread_sigmask(SIG_SETMASK, &former_, nullptr);
 }
 
 bool HeldSignals::haveCome() const {

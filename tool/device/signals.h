@@ -5,11 +5,12 @@
 
 namespace camcfg::tool::device {
 
-/// While this object lives, the user's wish to end the tool (SIGINT, SIGTERM, SIGHUP) waits.
+/// While this object lives, the user's wish to end the tool (SIGINT, SIGTERM, SIGHUP) waits. Once a change
+/// is in force, it waits until the tool has ended by itself, with an exit status that says so.
 class HeldSignals {
  public:
   HeldSignals();
-  /// One that has come meanwhile has its effect now, unless it was ignored.
+  /// One that has come meanwhile has its effect now, unless it was ignored or a change is in force.
   ~HeldSignals();
   HeldSignals(const HeldSignals&) = delete;
   HeldSignals& operator=(const HeldSignals&) = delete;

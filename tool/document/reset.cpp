@@ -68,9 +68,7 @@ Outcome resetParameter(const std::string& place, const std::string& name,
   const parameters::Parameters parameters;
   const parameters::Parameter parameter = parameters.requireAt(place, name);
   if (parameter.isInner())
-    throw Refusal(parameter.path() +
-                  ": the library sets no parameter inside another one; 'camcfg network reset CARD' "
-                  "resets a card");
+    throw Refusal(parameter.path() + ": the library sets no parameter inside another one");
   Reset reset;
   reset.addParameters({parameter});
   if (!reset.without().empty() || parameter.text("Cur") == nullptr)

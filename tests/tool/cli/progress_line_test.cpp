@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <regex>
 #include <stdexcept>
 #include <thread>
 
 #include "base/progress.h"
 #include "cli/command_line.h"
+#include "cli/terminal.h"
+#include "device/signals.h"
 #include "tool/terminal.h"
 #include "tool/tool_test.h"
 
@@ -153,6 +156,18 @@ TEST(ProgressLineTest, AnswersInPipesDoNotHideIt) {
   const std::string text = terminal.readToEnd();
   EXPECT_EQ(text.find(kLine), 0U) << text;
   EXPECT_THAT(text, testing::EndsWith(" \r"));
+}
+
+TEST(ProgressLineTest, SignalsThatWaitAreNotTakenByItsThread) {
+  Terminal terminal([] {
+    const tool::cli::ProgressLine line("set", STDERR_FILENO);
+    const tool::device::HeldSignals held;
+    kill(getpid(), SIGINT);
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    _exit(held.haveCome() ? 0 : 1);
+  });
+  terminal.readToEnd();
+  EXPECT_EQ(terminal.status(), 0);
 }
 
 }  // namespace

@@ -266,10 +266,9 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedReset{{"--section", "live.str"},
                      1,
                      "there is no section 'live.str'; did you mean 'live.srt'?"},
-        RefusedReset{{"NetWork", "Lan0/MTU"},
+        RefusedReset{{"Overlay", "OsdClock/Format"},
                      1,
-                     "NetWork/Lan0/MTU: the library sets no parameter inside another one; 'camcfg "
-                     "network reset CARD' resets a card"}));
+                     "Overlay/OsdClock/Format: the library sets no parameter inside another one"}));
 
 }  // namespace
 }  // namespace camcfg::tests

@@ -7,6 +7,7 @@
 
 #include "base/outcome.h"
 #include "support/random_cases.h"
+#include "tool/background.h"
 #include "tool/commands/every_command.h"
 #include "tool/unread_pipe.h"
 
@@ -100,6 +101,36 @@ TEST_F(UnprintedTest, ChangeThatIsInForceHasAStatusOfItsOwn) {
 TEST_F(UnprintedTest, CommandThatChangesNothingIsRefusedOrEndedByTheSignal) {
   for (const Command* command : commands())
     if (!command->changesDevice && answersOnce(*command)) expectUnchanged(*command);
+}
+
+// Its lines do not fit into the pipe, and nobody reads them.
+TEST_F(UnprintedTest, InterruptedPrintingOfAChangeThatIsInForceHasThatStatusToo) {
+  std::string presets = "id,description\n";
+  for (int id = 10; id < 120; ++id)
+    presets += std::to_string(id) + "," + std::string(60, 'x') + std::to_string(id) + "\n";
+  const std::string path = device.hostPath() + "/long.csv";
+  device.write("/long.csv", presets);
+  const std::string document = run({"export"}).out;
+  EXPECT_EQ(run({"preset", "import", path}).status, 0);
+  const std::string changed = run({"export", "presets"}).out;
+  device.write("/long.json", changed);
+  device.write("/before.json", document);
+  EXPECT_EQ(run({"import", device.hostPath() + "/before.json"}).status, 0);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    Background import({"--root", device.hostPath(), "import", device.hostPath() + "/long.json"},
+                      [] {
+                        int ends[2];
+                        if (pipe(ends) != 0 || fcntl(ends[1], F_SETPIPE_SZ, 4096) < 0) _exit(1);
+                        dup2(ends[1], STDOUT_FILENO);
+                        close(ends[1]);
+                      });
+    for (int look = 0; look < 600 && run({"export", "presets"}).out != changed; ++look)
+      usleep(20'000);
+    usleep(300'000);
+    EXPECT_EQ(import.end(number), 5);
+    EXPECT_EQ(run({"export", "presets"}).out, changed);
+    EXPECT_EQ(run({"import", device.hostPath() + "/before.json"}).status, 0);
+  }
 }
 
 TEST_F(UnprintedTest, DryRunHasChangedNothing) {

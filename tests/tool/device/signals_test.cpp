@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <unistd.h>
 
 #include <csignal>
+
+#include "base/outcome.h"
 
 namespace camcfg::tests {
 namespace {
@@ -43,6 +46,20 @@ TEST(HeldSignalsTest, OneThatSomebodyElseWaitsForIsLeftToThem) {
   EXPECT_EQ(sigwait(&waited, &number), 0);
   EXPECT_EQ(number, SIGTERM);
   pthread_sigmask(SIG_UNBLOCK, &waited, nullptr);
+}
+
+// In a process of its own, which ends by the signal or by itself.
+TEST(HeldSignalsTest, OneThatComesOnceAChangeIsInForceEndsNothing) {
+  const auto endAfter = [](bool isInForce) {
+    {
+      const HeldSignals held;
+      if (isInForce) tool::noteChange();
+    }
+    raise(SIGTERM);
+    _exit(5);
+  };
+  EXPECT_EXIT(endAfter(false), testing::KilledBySignal(SIGTERM), "");
+  EXPECT_EXIT(endAfter(true), testing::ExitedWithCode(5), "");
 }
 
 }  // namespace
