@@ -6,6 +6,7 @@
 #include "base/host.h"
 #include "base/outcome.h"
 #include "device/files.h"
+#include "device/signals.h"
 
 namespace camcfg::tool::device {
 namespace {
@@ -43,6 +44,8 @@ bool savesForNobody() {
 }
 
 Json onScratchDevice(const std::vector<Contents>& files, const std::function<Json()>& work) {
+  // Whoever interrupts this leaves no temporary directory.
+  const HeldSignals signals;
   const HostTemporary device;
   for (const Contents& file : files) device.write(kDirectory, nameOf(file.path), file.bytes);
   const MemoryFile memory;
