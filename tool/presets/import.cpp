@@ -93,7 +93,7 @@ PresetRow rowOf(const std::string& place, const Json& preset) {
   for (const auto& [name, value] : preset.items()) {
     const std::size_t faults = row.faults.size();
     const Json text = withTexts(value, name, [&](const auto& member, const auto& why) {
-      row.faults.push_back(member + " " + why);
+      row.faults.push_back(std::string(member).append(" ").append(why));
     });
     if (row.faults.size() == faults) takeMember(row, name, text);
   }
