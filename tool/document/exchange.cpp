@@ -122,14 +122,23 @@ void carryOut(const std::vector<device::Change>& changes, Outcome& outcome) {
   outcome.value["notWritten"] = areMade ? std::vector<std::string>() : names;
 }
 
+// Of a document that is faulty all over, the first faults say enough.
+constexpr std::size_t kMostFaults = 100;
+
 Outcome refusedFor(const settings::Faults& faults) {
   Outcome outcome;
   outcome.status = Status::Refused;
   outcome.value = {{"faults", Json::array()}};
-  for (const auto& [place, reason] : faults) {
+  const std::size_t shown = std::min(faults.size(), kMostFaults);
+  for (std::size_t i = 0; i < shown; ++i) {
+    const auto& [place, reason] = faults[i];
     const std::string where = place.empty() ? "document" : place;
     outcome.value["faults"].push_back({{"place", where}, {"reason", reason}});
     outcome.notes.push_back(std::string(where).append(": ").append(reason));
+  }
+  if (const std::size_t more = faults.size() - shown; more != 0) {
+    outcome.value["moreFaults"] = more;
+    outcome.notes.push_back("there are " + std::to_string(more) + " more faults");
   }
   outcome.notes.emplace_back("nothing was changed");
   return outcome;

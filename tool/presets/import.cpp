@@ -87,10 +87,17 @@ void takeMember(PresetRow& row, const std::string& name, const Json& value) {
     row.faults.push_back(name + " " + value.dump() + " is not a text");
 }
 
+// Of a row that is faulty all over.
+constexpr std::size_t kMostFaults = 20;
+
 PresetRow rowOf(const std::string& place, const Json& preset) {
   PresetRow row{place, noValues(), {}};
   if (!preset.is_object()) row.faults.emplace_back("it is not an object");
   for (const auto& [name, value] : preset.items()) {
+    if (row.faults.size() == kMostFaults) {
+      row.faults.emplace_back("and more");
+      break;
+    }
     const std::size_t faults = row.faults.size();
     const Json text = withTexts(value, name, [&](const auto& member, const auto& why) {
       row.faults.push_back(std::string(member).append(" ").append(why));
