@@ -18,7 +18,8 @@ std::string withMaskedAddress(const std::string& url, std::string_view mask, boo
   const std::size_t begin = scheme == std::string::npos ? 0 : scheme + 3;
   const std::size_t query = std::min(url.find('?', begin), url.size());
   const std::size_t path = std::min(url.find('/', begin), query);
-  const std::size_t key = std::min(url.find('/', path + 1), query);
+  // Players take what follows a space for parameters, of which some are secret.
+  const std::size_t key = std::min(url.find_first_of("/ ", path + 1), query);
   // From the end on, so that places stay where they are.
   cover(masked, query + 1, url.size(), mask);
   if (hasKey) cover(masked, key + 1, query, mask);

@@ -66,6 +66,22 @@ Answer diff(const Arguments& arguments) {
   return answer;
 }
 
+// A word by itself that is, or comes nearest to, a section and no parameter.
+void requireNoSection(const std::string& word) {
+  const parameters::Parameters parameters;
+  if (isAmong(parameters.sections(), word))
+    throw Refusal(Status::Usage,
+                  "which parameter? '--section " + word + "' resets the whole section");
+  if (word.find_first_of("/.") != std::string::npos) return;
+  std::vector<std::string> names;
+  for (const parameters::Parameter& parameter : parameters.all())
+    names.push_back(parameter.name.substr(parameter.name.rfind('/') + 1));
+  std::vector<std::string> known = document::sectionNames();
+  known.insert(known.end(), names.begin(), names.end());
+  if (!isAmong(names, word) && !isAmong(names, nearestWord(word, known)))
+    throw Refusal(document::whyNoSection(word));
+}
+
 Outcome resetBy(const Arguments& arguments) {
   const int scopes = countOf(arguments, {kSection, kSectionOption, kAll});
   if (scopes != 1)
@@ -83,14 +99,13 @@ Outcome resetBy(const Arguments& arguments) {
           "'--yes' does it");
     return document::resetAll(options);
   }
-  if (!arguments.given(kName) &&
-      isAmong(parameters::Parameters().sections(), arguments.text(kSection)))
-    throw Refusal(Status::Usage, "which parameter? '--section " + arguments.text(kSection) +
-                                     "' resets the whole section");
-  const std::string place = document::placeInDocument(
-      arguments.text(kSection) + (arguments.given(kName) ? "/" + arguments.text(kName) : ""));
+  const std::string word = arguments.text(kSection);
+  if (!arguments.given(kName)) requireNoSection(word);
+  const std::string place =
+      document::placeInDocument(arguments.given(kName) ? word + "/" + arguments.text(kName) : word);
   if (document::isInDocument(place)) return document::resetSingle(place, options);
-  return document::resetParameter(arguments.text(kSection), arguments.text(kName), options);
+  return arguments.given(kName) ? document::resetParameter(word, arguments.text(kName), options)
+                                : document::resetParameter(place, "", options);
 }
 
 Answer reset(const Arguments& arguments) {

@@ -53,7 +53,10 @@ Answer answerOf(const device::Explanation& explanation) {
 }
 
 Answer parameter(const Arguments& arguments) {
-  return answerOf(parameters::explainParameter(arguments.text(kSection), arguments.text(kName)));
+  const std::string word = arguments.text(kSection);
+  return answerOf(parameters::explainParameter(
+      beginsWith(word, "parameters.") ? document::placeInDocument(word) : word,
+      arguments.text(kName)));
 }
 
 Answer place(const Arguments& arguments) {

@@ -7,7 +7,10 @@ namespace {
 constexpr char kWord[] = "WORD";
 
 Answer find(const Arguments& arguments) {
-  Answer answer(document::findSettings(arguments.texts(kWord)));
+  const std::vector<std::string>& words = arguments.texts(kWord);
+  if (isAmong(words, std::string()))
+    throw Refusal(Status::Usage, "an empty word is in everything; give another one");
+  Answer answer(document::findSettings(words));
   if (!answer.value.empty())
     answer.layout = {Table{"",
                            {{"PLACE", "{place}"},

@@ -43,11 +43,13 @@ Answer list(const Arguments& arguments) {
 }
 
 Answer get(const Arguments& arguments) {
-  if (!arguments.given(kName) && document::isInDocument(arguments.text(kSection)))
-    return Answer(document::getSingle(arguments.text(kSection)), {Line{"{value}"}});
+  const std::string given = arguments.text(kSection);
+  const std::string word =
+      beginsWith(given, "parameters.") ? document::placeInDocument(given) : given;
+  if (!arguments.given(kName) && document::isInDocument(word))
+    return Answer(document::getSingle(word), {Line{"{value}"}});
   const parameters::Parameters parameters;
-  const parameters::Parameter parameter =
-      parameters.requireAt(arguments.text(kSection), arguments.text(kName));
+  const parameters::Parameter parameter = parameters.requireAt(word, arguments.text(kName));
   if (parameter.text("Cur") == nullptr)
     throw Refusal(parameter.path() + ": it has no current value");
 

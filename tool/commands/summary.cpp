@@ -5,13 +5,14 @@
 namespace camcfg::tool::commands {
 namespace {
 
-// What is asked for most, in the order of a day's work.
+// What is asked for most, in the order of a day's work, and of one with a broken device.
 constexpr const char* kGoOnWith[] = {"status", "find", "set", "undo", "help"};
+constexpr const char* kRepairWith[] = {"status", "boot", "salvage", "find", "help"};
 
-Json linesToGoOnWith() {
+Json linesToGoOnWith(bool isWell) {
   const std::vector<CommandGroup> groups = allGroups();
   Json lines = Json::array();
-  for (const char* name : kGoOnWith) {
+  for (const char* name : isWell ? kGoOnWith : kRepairWith) {
     const cli::Command& command = *cli::findCommand(groups, name);
     lines.push_back(
         {{"line", std::string("camcfg ") + command.examples.front()}, {"help", command.help}});
@@ -29,7 +30,7 @@ Answer summary(const Arguments& /*arguments*/) {
   Answer answer({{"health", health.value["health"]},
                  {"findings", health.value["findings"]},
                  {"system", systemOrNull()},
-                 {"goOnWith", linesToGoOnWith()}},
+                 {"goOnWith", linesToGoOnWith(health.status == Status::Done)}},
                 {});
   Fields fields = answer.value["system"].is_null() ? Fields() : systemFields("system/");
   fields.fields.insert(fields.fields.begin(), {"health", "{health!}"});

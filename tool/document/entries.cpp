@@ -20,8 +20,13 @@ bool hasNumberAsKey(const Table& table) {
   return table.find(table.key)->kind != settings::Kind::Text;
 }
 
-// The member that a word is the value of.
+// The member that a word is the value of. An address that is given in place of an id is not repeated.
 const char* memberFor(const Table& table, const std::string& word) {
+  if (word.empty())
+    throw Refusal(Status::Usage, std::string("which ") + table.entry + "? the argument is empty");
+  if (hasNumberAsKey(table) && table.label == nullptr && !decimal(word))
+    throw Refusal(Status::Usage, std::string("which ") + table.entry + "? an " + table.key +
+                                     " is a number, and the first argument");
   const bool isKey = !hasNumberAsKey(table) || decimal(word) || table.label == nullptr;
   return isKey ? table.key : table.label;
 }
@@ -116,6 +121,11 @@ Outcome addEntry(const Table& table, const std::string& word,
   Edit edit;
   Json entry = Json::object();
   const char* member = memberFor(table, word);
+  for (const std::string& given : members)
+    if (const settings::Setting* setting = memberOf(table.settings, given);
+        setting != nullptr && setting->member == std::string_view(member))
+      throw Refusal(std::string(member) + ": it is given twice, as " + quoted(word) + " and by '" +
+                    member + "='");
   entry[member] = valueFromWord(*table.find(member), word);
   assign(table.settings, members, placeOf(table.place, entry.at(member)), entry);
   if (!entry.contains(table.key))

@@ -109,10 +109,10 @@ struct Assigned {
 
 Assigned parted(const std::string& word) {
   const std::size_t sign = word.find('=');
-  // What is on the right of a sign may be a secret.
+  // A word may be a secret, with a sign or without.
   if (sign == 0) throw Refusal(Status::Usage, "there is no member before the '='");
   if (sign == std::string::npos)
-    throw Refusal(Status::Usage, quoted(word) + " is not MEMBER=VALUE");
+    throw Refusal(Status::Usage, "each member is given as MEMBER=VALUE, and one has no '='");
   return {word.substr(0, sign), word.substr(sign + 1)};
 }
 

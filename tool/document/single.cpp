@@ -100,6 +100,12 @@ class Edit {
 }  // namespace
 
 std::string placeInDocument(const std::string& word) {
+  const std::string parameters = std::string(kParameters) + ".";
+  if (beginsWith(word, parameters)) {
+    std::string path = word.substr(parameters.size());
+    std::replace(path.begin(), path.end(), '.', '/');
+    return path;
+  }
   const std::size_t field = word.rfind('/');
   const std::string section = std::string(settings::kNetworkSection) + "/";
   if (!beginsWith(word, section) || field < section.size()) return word;

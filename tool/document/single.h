@@ -14,7 +14,8 @@ namespace camcfg::tool::document {
 // "network.cards.Lan0.mtu", "presets[3].pan".
 
 /// Where a document has a field of a network card that is among the parameters of its file:
-/// "network.cards.Lan0.mtu" for "NetWork/Lan0/MTU". Other words stay as they are.
+/// "network.cards.Lan0.mtu" for "NetWork/Lan0/MTU"; and what lists of changes call a parameter as all
+/// others call it: "System/Rtsp" for "parameters.System.Rtsp". Other words stay as they are.
 std::string placeInDocument(const std::string& word);
 
 /// A setting.

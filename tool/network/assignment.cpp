@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "base/plain_text.h"
+#include "network/contradictions.h"
 #include "network/network.h"
 #include "settings/subnet.h"
 #include "settings/value.h"
@@ -65,13 +66,14 @@ class Assignment {
   }
 
   /// Refuses what cannot be on one network, if these fields have to do with that.
-  void checkTogether(const Json& card) const {
-    const Json* mode = card.find_path(settings::cardSettingOf(kMode)->member);
-    const bool isOwn = mode == nullptr || *mode == kStatic;
-    if (force_ || !isOwn || !concernsAddress()) return;
+  void checkTogether(const Json& card, const Json& cards) const {
+    if (force_) return;
     std::vector<std::string> faults;
-    addMissing(card, faults);
-    if (faults.empty()) addOutside(card, faults);
+    addShared(card, cards, faults);
+    const Json mode = memberOf(card, *settings::cardSettingOf(kMode));
+    const bool isOwn = mode.is_null() || mode == kStatic;
+    if (isOwn && concernsAddress()) addMissing(card, faults);
+    if (isOwn && concernsAddress() && faults.empty()) addContradictions(card, faults);
     requireNone(faults);
   }
 
@@ -185,29 +187,28 @@ class Assignment {
     }
   }
 
-  void addOutside(const Json& card, std::vector<std::string>& faults) const {
-    const Setting& address = *settings::cardSettingOf("IpAddr");
-    const Setting& gateway = *settings::cardSettingOf("GateWay");
-    const auto subnet = settings::Subnet::of(textIn(card, address),
-                                             textIn(card, *settings::cardSettingOf("NetMask")));
-    if (!subnet) return;
-    const std::string why = subnet->whyNotAHost();
-    if (!why.empty()) faults.push_back(fault(address, why + kForced));
-    const std::optional<std::uint32_t> through = settings::ipv4Of(textIn(card, gateway));
-    if (through && !subnet->has(*through))
-      faults.push_back(fault(gateway, textIn(card, gateway) + " is not in " + subnet->text() +
-                                          ", the subnet of " + textIn(card, address) +
-                                          giveAsWell(gateway)));
+  void addContradictions(const Json& card, std::vector<std::string>& faults) const {
+    for (const auto& [setting, why] : contradictionsIn(card))
+      faults.push_back(fault(setting, why + giveAsWell(setting)));
+  }
+
+  // Another card with the same interface would take this one's place.
+  void addShared(const Json& card, const Json& cards, std::vector<std::string>& faults) const {
+    const Setting& interface = *settings::cardSettingOf("Intf");
+    if (valueOf(interface) == nullptr) return;
+    for (const auto& [name, other] : cards.items())
+      if (name != card_.Value() && memberOf(other, interface) == memberOf(card, interface))
+        faults.push_back(fault(interface, name + " has this interface already" + kForced));
+  }
+
+  static Json memberOf(const Json& card, const Setting& setting) {
+    const Json* value = card.find_path(setting.member);
+    return value == nullptr ? Json() : *value;
   }
 
   std::string giveAsWell(const Setting& setting) const {
     const std::string hint = std::string("; give ") + settings::plainNameOf(setting) + "= as well";
     return (valueOf(setting) == nullptr ? hint : "") + kForced;
-  }
-
-  static std::string textIn(const Json& card, const Setting& setting) {
-    const Json* value = card.find_path(setting.member);
-    return value == nullptr ? "" : settings::inFile(setting, *value);
   }
 
   XMLElement& card_;
@@ -231,7 +232,7 @@ Json setCard(const Json& network, const std::string& word, const std::vector<std
   Json& own = after[kCards][card.Value()];
   own = assignment.over(own);
   if (after == network) return after;
-  assignment.checkTogether(own);
+  assignment.checkTogether(own, after.at(kCards));
   requireSettable(network, after);
   return after;
 }

@@ -3,6 +3,7 @@
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "network/contradictions.h"
 #include "network/network.h"
 #include "settings/value.h"
 
@@ -108,9 +109,13 @@ Outcome setNetworkField(const std::string& word, const std::string& name, const 
     XMLElement* changed = cardIn(document, card);
     return changed != nullptr && attributeOf(childOf(*changed, field), "Cur") == text;
   };
+  const Json cards = loadNetwork();
+  Json after = cards;
+  after[kCards][card][setting.member] = settings::valueIn(setting, text);
   if (!options.rehearse) device::makeChange({CFG_FILE_BUSINESS, path, make, arrived});
   const Json before = attributeOf(&parameter, "Cur");
-  return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}}, {}};
+  return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}},
+          remarksOn(cards, after)};
 }
 
 Outcome resetCard(const std::string& word, const ChangeOptions& options) {

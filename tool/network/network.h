@@ -104,7 +104,11 @@ Outcome resetCard(const std::string& word, const ChangeOptions& options);
 /// @throws Refusal  the files are unusable or cannot be written, or it is no host name
 Outcome setHostname(const std::string& name, const ChangeOptions& options);
 
-/// The host name and the cards, for export and import.
+/// The host name and the cards, as documents have them.
+/// @throws Refusal if the file is unusable or has no such section
+Json loadNetwork();
+
+/// The same, for export and import.
 device::Section networkSection();
 
 /// The section as it will be with factory values: all cards, and the host name. What has none stays

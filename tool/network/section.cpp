@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "base/outcome.h"
+#include "network/contradictions.h"
 #include "network/network.h"
 #include "settings/value.h"
 
@@ -26,6 +27,8 @@ Json loadCard(XMLElement& card) {
   return values;
 }
 
+}  // namespace
+
 Json loadNetwork() {
   const Network network;
   Json cards = Json::object();
@@ -33,6 +36,8 @@ Json loadNetwork() {
     if (!cards.contains(card->Value())) cards[card->Value()] = loadCard(*card);
   return {{kHostname, attributeOf(&network.section(), "Hostname")}, {kCards, cards}};
 }
+
+namespace {
 
 // The library writes the whole card: what it cannot take up from the file would not stay.
 tagNETWORK_CFG_S recordOf(const Json& card, const settings::Node* node) {
@@ -151,7 +156,9 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
 }
 
 device::Section networkSection() {
-  return {kName, loadNetwork, readNetwork, networkChanges, CFG_FILE_BUSINESS};
+  device::Section section{kName, loadNetwork, readNetwork, networkChanges, CFG_FILE_BUSINESS};
+  section.remarks = remarksOn;
+  return section;
 }
 
 }  // namespace camcfg::tool::network

@@ -51,12 +51,12 @@ std::string Subnet::text() const {
 }
 
 // A subnet of one or two addresses has no others than those of hosts.
-std::string Subnet::whyNotAHost() const {
+std::string Subnet::whyNotAHost(std::uint32_t address) const {
   const std::uint32_t hosts = ~mask_;
   if (hosts <= 1) return "";
-  if ((address_ & hosts) == 0) return dotted(address_) + " is the subnet " + text() + " itself";
-  if ((address_ & hosts) == hosts)
-    return dotted(address_) + " is the broadcast address of the subnet " + text();
+  if ((address & hosts) == 0) return dotted(address) + " is the subnet " + text() + " itself";
+  if ((address & hosts) == hosts)
+    return dotted(address) + " is the broadcast address of the subnet " + text();
   return "";
 }
 

@@ -22,8 +22,10 @@ class Subnet {
   bool has(std::uint32_t address) const { return (address & mask_) == (address_ & mask_); }
   /// "192.0.2.0/24"
   std::string text() const;
-  /// Why its address is not that of a host in it; empty if it is.
-  std::string whyNotAHost() const;
+  /// Why an address in it is not that of a host; empty if it is.
+  std::string whyNotAHost(std::uint32_t address) const;
+  /// The same of the address that it is the subnet of.
+  std::string whyNotAHost() const { return whyNotAHost(address_); }
 
  private:
   Subnet(std::uint32_t address, std::uint32_t mask) : address_(address), mask_(mask) {}

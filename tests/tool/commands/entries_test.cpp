@@ -118,7 +118,8 @@ TEST_F(EntriesTest, UnknownEntriesAndMembersAreRefusedWithTheNearest) {
                 {"there is no stream cache 'programm'; did you mean 12 (program)?"});
   expectRefused("live rtmp set 0 vido=1", "live rtmp set",
                 {"live.rtmp[0]: there is no member 'vido'; did you mean 'video'?"});
-  expectRefused("live rtmp set 0 video", "live rtmp set", {"'video' is not MEMBER=VALUE"}, 2);
+  expectRefused("live rtmp set 0 video", "live rtmp set",
+                {"each member is given as MEMBER=VALUE, and one has no '='"}, 2);
   expectRefused("live rtmp set 0 video=1 video=2", "live rtmp set",
                 {"live.rtmp[0].video: it is given twice"});
 }
@@ -235,6 +236,49 @@ TEST_F(EntriesTest, HelpShowsMembersWithUnitsAndLimits) {
   EXPECT_THAT(runCamcfg({"help", "stream", "cache", "set"}).out,
               HasSubstr("  size     bytes, or KB, MB, GB as in 2MB  Size of the buffer\n"));
   EXPECT_THAT(runCamcfg({"help", "live", "rtsp", "set"}).out, Not(HasSubstr("--show-secrets")));
+}
+
+TEST_F(EntriesTest, EmptyArgumentIsNoEntry) {
+  const std::string before = run({"export"}).out;
+  for (const Words& words : {Words{"live", "rtsp", "add", "", "channels=0:video"},
+                             {"live", "rtsp", "delete", ""},
+                             {"stream", "cache", "delete", ""},
+                             {"live", "srt", "set", "", "latency=1"}}) {
+    const ToolRun result = run(words);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, HasSubstr("? the argument is empty\n"));
+  }
+  EXPECT_EQ(run({"find", ""}).status, 2);
+  EXPECT_EQ(run({"export"}).out, before);
+}
+
+TEST_F(EntriesTest, KeyThatIsGivenTwiceIsRefused) {
+  EXPECT_EQ(run({"live", "rtsp", "add", "ch9", "name=foo", "channels=0:video"}),
+            (ToolRun{1, "",
+                     "camcfg: live rtsp add: name: it is given twice, as 'ch9' and by 'name='\n"}));
+  EXPECT_EQ(run({"live", "srt", "add", "7", "id=8", "mode=listener", "port=9007"}).status, 1);
+}
+
+// What was to be "url=..." or "password=..." is not printed.
+TEST_F(EntriesTest, WordsWithoutAMemberAreNotRepeated) {
+  for (const Words& words : {Words{"live", "srt", "set", "1", "password:s3cr3t"},
+                             {"live", "srt", "set", "1", "s3cr3t"},
+                             {"live", "rtmp", "add", "rtmp://a/b/s3cr3t"},
+                             {"live", "rtmp", "add", "4", "rtmp://a/b/s3cr3t"},
+                             {"live", "rtmp", "delete", "rtmp://a/b/s3cr3t"},
+                             {"live", "rtmp", "set", "rtmp://a/b/s3cr3t", "enabled=no"}}) {
+    const ToolRun result = run(words);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err.find("s3cr3t"), std::string::npos) << result.err;
+  }
+}
+
+TEST_F(EntriesTest, WhatFollowsASpaceInAnAddressIsMasked) {
+  const ToolRun result = run({"live", "rtmp", "set", "0", "url=rtmp://h/app key1 live=1"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out.find("key1"), std::string::npos) << result.out;
+  for (const Words& words : {Words{"live", "rtmp"}, {"history", "1"}, {"export", "--no-secrets"}})
+    EXPECT_EQ(run(words).out.find("key1"), std::string::npos) << words[0];
 }
 
 }  // namespace

@@ -98,5 +98,25 @@ TEST_F(FoundPlacesTest, FieldsOfCardsGoByThePlacesThatListPrints) {
   EXPECT_EQ(run({"set", "NetWork/Lan7/MTU=1400"}).status, 1);
 }
 
+TEST_F(FoundPlacesTest, ParametersGoByThePlacesOfListsOfChangesToo) {
+  EXPECT_EQ(run({"get", "parameters.System.Rtsp"}).out, "554\n");
+  EXPECT_EQ(run({"set", "parameters.System.Rtsp=600", "live.srt[1].latency=250"}).status, 0);
+  EXPECT_EQ(run({"get", "System/Rtsp"}).out, "600\n");
+  EXPECT_EQ(run({"describe", "parameters.System.Rtsp"}), run({"describe", "System/Rtsp"}));
+  EXPECT_EQ(run({"explain", "parameters.System.Rtsp"}), run({"explain", "System/Rtsp"}));
+  EXPECT_THAT(run({"reset", "parameters.System.Rtsp"}).out, HasSubstr("600     554"));
+}
+
+TEST_F(FoundPlacesTest, UnknownSectionsEndAlikeWhereverTheyAreGiven) {
+  for (const Words& words : {Words{"list", "Sytem"},
+                             {"export", "Sytem"},
+                             {"reset", "Sytem"},
+                             {"reset", "--section", "Sytem"}})
+    EXPECT_EQ(run(words),
+              refused(words[0] + ": there is no section 'Sytem'; did you mean 'System'?"));
+  EXPECT_EQ(run({"reset", "Rtps"}),
+            refused("reset: there is no parameter 'Rtps'; did you mean 'Rtsp'?"));
+}
+
 }  // namespace
 }  // namespace camcfg::tests

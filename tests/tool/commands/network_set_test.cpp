@@ -102,7 +102,7 @@ TEST_F(NetworkSetTest, FieldsGoByAnyOfTheirNamesInAnyCase) {
     expectChanges(
         std::string("Lan1 --dry-run ") + word,
         {{"network.cards.Lan1.ipMode", "DhcpIp"}, {"network.cards.Lan1.dnsMode", "AutoMode"}});
-  expectChanges("Lan1 --dry-run netmask=255.255.0.0 enable=no interface=wlan0 speed=10m",
+  expectChanges("Lan1 --dry-run --force netmask=255.255.0.0 enable=no interface=wlan0 speed=10m",
                 {{"network.cards.Lan1.enable", false},
                  {"network.cards.Lan1.speed", "10M"},
                  {"network.cards.Lan1.intf", "Wlan0"},
@@ -149,7 +149,7 @@ TEST_F(NetworkSetTest, CardsGoByTheirInterfaceToo) {
 }
 
 TEST_F(NetworkSetTest, InterfaceOfTwoCardsIsRefused) {
-  EXPECT_EQ(set("eth1 interface=eth0").status, 0);
+  EXPECT_EQ(set("eth1 interface=eth0 --force").status, 0);
   expectRefused("eth0 mtu=1400", "'eth0' may be Lan0, Lan1; give one of these names");
 }
 

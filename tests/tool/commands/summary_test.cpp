@@ -87,6 +87,7 @@ TEST_F(SummaryTest, UnusableDeviceIsSummedUpToo) {
   const ToolRun summary = run({"summary"});
   EXPECT_EQ(summary.status, 3);
   EXPECT_THAT(summary.out, HasSubstr("health  unusable\n"));
+  EXPECT_THAT(summary.out, HasSubstr("camcfg boot "));
   EXPECT_THAT(summary.out, HasSubstr("camcfg help examples"));
   EXPECT_TRUE(jsonIn(run({"summary", "--json"}).out)["system"].is_null());
 }

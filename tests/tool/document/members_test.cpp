@@ -87,7 +87,7 @@ TEST(MembersTest, SizesAreGivenInUnits) {
 
 TEST(MembersTest, OtherWordsAreRefused) {
   const Table& table = tool::settings::srt();
-  EXPECT_EQ(assigned(table, {"port"}), "'port' is not MEMBER=VALUE");
+  EXPECT_EQ(assigned(table, {"port"}), "each member is given as MEMBER=VALUE, and one has no '='");
   EXPECT_EQ(assigned(table, {"prt=1"}), "here: there is no member 'prt'; did you mean 'port'?");
   EXPECT_EQ(assigned(table, {"port=1", "port=1"}), "here.port: it is given twice");
 }
