@@ -5,5 +5,6 @@
 int main(int argc, char** argv) {
   using namespace camcfg::tool;
   rememberCaller(argc, argv);
-  return cli::runProgram(commands::allGroups(), argc, argv, {commands::prepare, commands::remarks, "summary"});
+  return cli::runProgram(commands::allGroups(), argc, argv,
+                         {commands::prepare, commands::remarks, "summary"});
 }

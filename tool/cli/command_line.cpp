@@ -169,8 +169,7 @@ class Parser {
       return *app.add_flag(namesOf(option), option.help)->disable_flag_override();
     CLI::Option* added = app.add_option(namesOf(option), CLI::callback_t(), option.help);
     if (option.isNamed()) added->type_name(option.value());
-    if (option.kind == Option::Values)
-      added->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    if (option.kind == Option::Values) added->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     if (option.takesMany())
       added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
     return *added;

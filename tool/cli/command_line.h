@@ -35,7 +35,7 @@ std::string helpText(const std::vector<CommandGroup>& groups, const std::string&
 struct Customs {
   std::function<void(const Command&, const Arguments&)> before;
   std::function<std::vector<std::string>()>
-      remarks;  ///< what is to be said afterwards, a line each
+      remarks;                       ///< what is to be said afterwards, a line each
   const char* atTerminal = nullptr;  ///< the command that is run at a terminal where none is named
 };
 
