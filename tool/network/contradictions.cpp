@@ -58,9 +58,15 @@ std::vector<std::string> remarksOn(const Json& before, const Json& after) {
     for (const auto& [setting, why] : contradictionsIn(card))
       if (std::none_of(old.begin(), old.end(),
                        [&why = why](const Contradiction& other) { return other.why == why; }))
-        remarks.push_back("note: " + name + "/" + settings::elementOf(setting) + ": " + why +
-                          "; 'camcfg network set " + name +
-                          " address=ADDRESS/PREFIX gateway=ADDRESS' sets both");
+        remarks.push_back(std::string("note: ")
+                              .append(name)
+                              .append("/")
+                              .append(settings::elementOf(setting))
+                              .append(": ")
+                              .append(why)
+                              .append("; 'camcfg network set ")
+                              .append(name)
+                              .append(" address=ADDRESS/PREFIX gateway=ADDRESS' sets both"));
   }
   return remarks;
 }
