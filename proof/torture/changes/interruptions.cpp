@@ -45,6 +45,8 @@ void interrupt(const Scene& scene, const Interruption& interruption, const CutPo
 }  // namespace
 
 void interruptChanges(const Options& options, Faults& faults) {
+  // Whoever started this, in the background of a script for one, may have had them ignored.
+  for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, SIG_DFL);
   const CutPoint::Kind kind = options.longRun ? CutPoint::AnyCall : CutPoint::ChangingCall;
   Table table({"command", "signal", "at calls", "old", "new", "mixed", "lost", "failed",
                "untrue status", "temporary files left"});

@@ -119,6 +119,8 @@ TEST_F(UnprintedTest, InterruptedPrintingOfAChangeThatIsInForceHasThatStatusToo)
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     Background import({"--root", device.hostPath(), "import", device.hostPath() + "/long.json"},
                       [] {
+                        for (const int ignored : {SIGINT, SIGTERM, SIGHUP})
+                          std::signal(ignored, SIG_DFL);
                         int ends[2];
                         if (pipe(ends) != 0 || fcntl(ends[1], F_SETPIPE_SZ, 4096) < 0) _exit(1);
                         dup2(ends[1], STDOUT_FILENO);
