@@ -1,5 +1,4 @@
-#include <algorithm>
-#include <iterator>
+#include <string_view>
 
 #include "commands/groups.h"
 
