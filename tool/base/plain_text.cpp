@@ -55,6 +55,47 @@ std::string lowered(std::string text) {
   return text;
 }
 
+// A character of two or three bytes.
+char32_t decoded(std::string_view character) {
+  char32_t code = static_cast<unsigned char>(character.front()) & (0xffU >> (character.size() + 1));
+  for (const char c : character.substr(1))
+    code = code << 6 | (static_cast<unsigned char>(c) & 0x3f);
+  return code;
+}
+
+std::string encoded(char32_t code) {
+  const auto byte = [&](unsigned lead, unsigned shift) {
+    return static_cast<char>(lead | ((code >> shift) & 0x3f));
+  };
+  if (code < 0x800) return {byte(0xc0, 6), byte(0x80, 0)};
+  return {byte(0xe0, 12), byte(0x80, 6), byte(0x80, 0)};
+}
+
+// Capital letters and how far from each its small one is. Of a step of two, the others are small.
+struct Capitals {
+  char32_t first;
+  char32_t last;
+  char32_t step;
+  char32_t distance;
+};
+
+constexpr Capitals kCapitals[] = {
+    {0xc0, 0xd6, 1, 32},   {0xd8, 0xde, 1, 32},    {0x100, 0x12e, 2, 1},    // Latin
+    {0x132, 0x136, 2, 1},  {0x139, 0x147, 2, 1},   {0x14a, 0x176, 2, 1},    //
+    {0x179, 0x17d, 2, 1},  {0x1e00, 0x1e94, 2, 1}, {0x1ea0, 0x1efe, 2, 1},  //
+    {0x386, 0x386, 1, 38}, {0x388, 0x38a, 1, 37},  {0x38c, 0x38c, 1, 64},   // Greek
+    {0x38e, 0x38f, 1, 63}, {0x391, 0x3a1, 1, 32},  {0x3a3, 0x3ab, 1, 32},   //
+    {0x400, 0x40f, 1, 80}, {0x410, 0x42f, 1, 32},  {0x460, 0x480, 2, 1},    // Cyrillic
+    {0x48a, 0x4be, 2, 1},  {0x4d0, 0x52e, 2, 1},   {0x531, 0x556, 1, 48}};  // Armenian
+
+char32_t small(char32_t letter) {
+  for (const Capitals& capitals : kCapitals)
+    if (letter >= capitals.first && letter <= capitals.last &&
+        (letter - capitals.first) % capitals.step == 0)
+      return letter + capitals.distance;
+  return letter;
+}
+
 // Letters to insert, drop, change or swap with their neighbour to get from one word to the other.
 std::size_t distance(const std::string& a, const std::string& b) {
   std::vector<std::size_t> before(b.size() + 1);
@@ -121,6 +162,22 @@ Sequence sequenceAt(std::string_view text, std::size_t at) {
       return {i, false};
   }
   return {length, true};
+}
+
+std::string inLowerCase(std::string_view text) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const Sequence sequence = sequenceAt(text, at);
+    const std::string_view character = text.substr(at, sequence.length);
+    at += sequence.length;
+    if (character.size() == 1)
+      result += lowered(std::string(character));
+    else if (character.size() > 3 || !sequence.isValid)
+      result += character;
+    else
+      result += encoded(small(decoded(character)));
+  }
+  return result;
 }
 
 std::string asUtf8(std::string_view text) {
@@ -220,6 +277,11 @@ std::string utcText(std::int64_t seconds) {
 }
 
 std::string noSection(const std::string& written, const std::vector<std::string>& sections) {
+  if (written.empty()) return "which section? the argument is empty";
+  const std::string first = written.substr(0, written.find('/'));
+  if (first != written && isAmong(sections, first))
+    return quoted(written) + " is not a section, but may be a place in one; did you mean " +
+           quoted(first) + "?";
   return "there is no section " + quoted(written) + didYouMean(written, sections);
 }
 

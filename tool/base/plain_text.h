@@ -87,6 +87,10 @@ struct Sequence {
 /// The bytes from a place of a text on.
 Sequence sequenceAt(std::string_view text, std::size_t at);
 
+/// A text with its capital letters made small ones: Latin, Greek, Cyrillic and Armenian. The C library
+/// knows them by its locales only, of which a device has none.
+std::string inLowerCase(std::string_view text);
+
 /// A text with what is not UTF-8 replaced by U+FFFD.
 std::string asUtf8(std::string_view text);
 

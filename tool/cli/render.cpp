@@ -29,10 +29,17 @@ constexpr char kGap[] = "  ";
 constexpr char kNothing[] = "-";
 constexpr char kBecomes[] = " -> ";
 
+// "2MB", as a command line takes it.
+bool isQuantity(const Json& value) {
+  return value.is_object() && value.size() == 2 && value.contains("value") &&
+         value.contains("unit");
+}
+
 std::string shown(const Json& value) {
   if (value.is_null()) return kNothing;
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
   if (value.is_string()) return printable(value.text());
+  if (isQuantity(value)) return shown(value.at("value")) + shown(value.at("unit"));
   if (!value.is_array()) return value.dump();
   if (value.empty()) return kNothing;
   std::string list;

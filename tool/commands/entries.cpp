@@ -13,6 +13,7 @@
 #include "document/members.h"
 #include "settings/media.h"
 #include "settings/secrets.h"
+#include "settings/table.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -72,6 +73,21 @@ const char* kept(std::string text) {
   return texts.emplace_back(std::move(text)).c_str();
 }
 
+std::string headingOf(const settings::Table& table) {
+  return std::string("Each ") + table.entry + " (" + table.place + " in documents):\n";
+}
+
+// What help says of members, with what an entry has of those that are left out.
+std::string helpToAdd(const settings::Table& table) {
+  Json bare = Json::object();
+  for (const Setting& setting : table.settings)
+    if (setting.kind == settings::Kind::List) bare[setting.member].push_back(Json::object());
+  const Json assumed = settings::withAssumed(table, bare);
+  return headingOf(table) +
+         membersHelp(
+             table.settings, [](const Setting& setting) { return setting.member; }, &assumed);
+}
+
 cli::Command commandFor(const settings::Table& table, const std::string& name, const char* verb,
                         Carry carry, std::vector<Option> options) {
   cli::Command command{kept(name), kept(std::string(verb) + table.entry), std::move(options),
@@ -83,7 +99,7 @@ cli::Command commandFor(const settings::Table& table, const std::string& name, c
     command.options.push_back(
         {Option::Flag, kShowSecrets, "Show passwords in the list of changes"});
   command.changesDevice = command.changesSettings = true;
-  command.details = [&table] { return helpOf(table); };
+  command.details = [&table, carry] { return carry == add ? helpToAdd(table) : helpOf(table); };
   return command;
 }
 
@@ -113,9 +129,8 @@ std::vector<cli::Command> commandsForEntries(const settings::Table& table,
 }
 
 std::string helpOf(const settings::Table& table) {
-  return std::string("Each ") + table.entry + " in exported documents (" + table.place + "):\n" +
-         membersHelp(table.settings,
-                     [](const settings::Setting& setting) { return setting.member; });
+  return headingOf(table) +
+         membersHelp(table.settings, [](const Setting& setting) { return setting.member; });
 }
 
 }  // namespace camcfg::tool::commands

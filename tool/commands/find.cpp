@@ -8,8 +8,9 @@ constexpr char kWord[] = "WORD";
 
 Answer find(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.texts(kWord);
-  if (isAmong(words, std::string()))
-    throw Refusal(Status::Usage, "an empty word is in everything; give another one");
+  for (const std::string& word : words)
+    if (word.find_first_not_of(' ') == std::string::npos)
+      throw Refusal(Status::Usage, "an empty word is in everything; give another one");
   Answer answer(document::findSettings(words));
   if (!answer.value.empty())
     answer.layout = {Table{"",

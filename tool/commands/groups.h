@@ -150,9 +150,11 @@ Answer changed(Outcome outcome, const char* unchanged);
 document::ImportOptions importOptions(const Arguments& arguments);
 
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.
-/// @param name  what a setting is called
+/// @param name     what a setting is called
+/// @param assumed  what an entry has where it is left out; null: that is not said
 std::string membersHelp(const settings::Settings& settings,
-                        const char* (*name)(const settings::Setting& setting));
+                        const char* (*name)(const settings::Setting& setting),
+                        const Json* assumed = nullptr);
 
 /// Words that set one: "port=", and "mode=caller" where only a few words are permitted.
 Candidates memberWords(const settings::Settings& settings);
@@ -162,7 +164,7 @@ Candidates memberWords(const settings::Settings& settings);
 std::vector<cli::Command> commandsForEntries(const settings::Table& table,
                                              const std::string& above);
 
-/// "Each SRT instance in exported documents (live.srt):", and its members.
+/// "Each SRT instance (live.srt in documents):", and its members.
 std::string helpOf(const settings::Table& table);
 
 // One function for each group, in the file of its name.

@@ -73,12 +73,13 @@ lint::Steering steeringIn(const Arguments& arguments) {
 void addKnown(const lint::Steering& steering, Answer& answer) {
   answer.value["known"] = steering.known();
   answer.value["gone"] = steering.gone();
-  if (steering.known() != 0)
-    answer.notes.push_back("note: " + std::to_string(steering.known()) +
-                           " findings of the baseline are left out");
-  if (steering.gone() != 0)
-    answer.notes.push_back("note: " + std::to_string(steering.gone()) +
-                           " findings of the baseline are there no longer");
+  const auto note = [&](std::size_t count, const char* what) {
+    if (count == 0) return;
+    answer.notes.push_back("note: " + std::to_string(count) + " finding" + (count == 1 ? "" : "s") +
+                           " of the baseline " + (count == 1 ? "is " : "are ") + what);
+  };
+  note(steering.known(), "left out");
+  note(steering.gone(), "there no longer");
 }
 
 Answer answerOf(const std::vector<lint::Source>& sources, const Arguments& arguments) {

@@ -1,6 +1,8 @@
 #include <algorithm>
 
 #include "commands/groups.h"
+#include "document/keyed.h"
+#include "document/members.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::commands {
@@ -22,21 +24,32 @@ std::string valueOf(const Setting& setting) {
     case Kind::Flag:
       return "true, false";
     case Kind::Ids:
-      return "list of ids";
     case Kind::List:
-      return "list of";
+      return document::typedForm(setting);
     default:
       return "text";
   }
 }
 
+// "required", or the value; nothing if that is nothing.
+Json ifLeftOut(const Setting& setting, const Json& assumed) {
+  if (!assumed.contains(setting.member)) return "required";
+  const Json& value = assumed.at(setting.member);
+  const bool followsFromOthers = setting.assumed != nullptr && !value.is_boolean();
+  return followsFromOthers || value.is_array() || document::textOf(value).empty() ? Json() : value;
+}
+
+// @param assumed  what an entry has that is left out; null: that is not said
 void addRows(const settings::Settings& settings, const std::string& before,
-             const char* (*name)(const Setting&), Json& rows) {
+             const char* (*name)(const Setting&), const Json* assumed, Json& rows) {
   for (const Setting& setting : settings) {
     rows.push_back({{"name", before + name(setting)},
                     {"value", valueOf(setting)},
+                    {"assumed", assumed == nullptr ? Json() : ifLeftOut(setting, *assumed)},
                     {"help", std::string(setting.help)}});
-    if (setting.kind == Kind::List) addRows(setting.inner->settings, before + "  ", name, rows);
+    if (setting.kind == Kind::List)
+      addRows(setting.inner->settings, before + "  ", name,
+              assumed == nullptr ? nullptr : &assumed->at(setting.member).at(0), rows);
   }
 }
 
@@ -84,10 +97,13 @@ document::ImportOptions importOptions(const Arguments& arguments) {
 }
 
 std::string membersHelp(const settings::Settings& settings,
-                        const char* (*name)(const Setting& setting)) {
+                        const char* (*name)(const Setting& setting), const Json* assumed) {
   Answer answer(Json::array(), {cli::Lines{}});
-  addRows(settings, "  ", name, answer.value);
-  answer.layout = {Table{"", {{"  NAME", "{name}"}, {"VALUE", "{value}"}, {"MEANING", "{help}"}}}};
+  addRows(settings, "  ", name, assumed, answer.value);
+  std::vector<cli::Column> columns = {{"  NAME", "{name}"}, {"VALUE", "{value}"}};
+  if (assumed != nullptr) columns.push_back({"IF LEFT OUT", "{assumed}"});
+  columns.push_back({"MEANING", "{help}"});
+  answer.layout = {Table{"", columns}};
   return renderText(answer);
 }
 

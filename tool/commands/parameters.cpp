@@ -44,8 +44,12 @@ Answer list(const Arguments& arguments) {
 
 Answer get(const Arguments& arguments) {
   const std::string given = arguments.text(kSection);
+  if (arguments.given(kName) && given.find('/') != std::string::npos)
+    throw Refusal(Status::Usage,
+                  "give one place, or SECTION NAME; 'list' and 'find' print several");
   const std::string word =
       beginsWith(given, "parameters.") ? document::placeInDocument(given) : given;
+  if (given.empty()) throw Refusal(Status::Usage, "which setting? the argument is empty");
   if (!arguments.given(kName) && document::isInDocument(word))
     return Answer(document::getSingle(word), {Line{"{value}"}});
   const parameters::Parameters parameters;
@@ -84,6 +88,8 @@ std::vector<parameters::Assignment> assignmentsIn(const std::vector<std::string>
 
 // "SECTION NAME VALUE", or "PLACE VALUE".
 parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
+  if (words.front().empty())
+    throw Refusal(Status::Usage, "which setting? the first argument is empty");
   if (words.size() == 3) {
     const std::string place = words[0] + "/" + words[1];
     const std::string inDocument = document::placeInDocument(place);

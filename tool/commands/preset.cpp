@@ -85,8 +85,8 @@ std::vector<cli::Block> changesOf(const Json& stored, bool isRehearsal) {
     lines.emplace_back(Line{line});
   }
   const bool isSo = lines.empty();
-  if (isSo) lines.emplace_back(Line{"preset {id}: it is so already"});
-  if (isSo || isRehearsal) lines.emplace_back(kNotWritten);
+  if (isSo) lines.emplace_back(Line{std::string("preset {id}: ") + kSoAlready});
+  if (!isSo && isRehearsal) lines.emplace_back(kNotWritten);
   return lines;
 }
 
@@ -125,7 +125,8 @@ Answer set(const Arguments& arguments) {
 // A description by which a preset is found, and no other one.
 void requireFree(const presets::Presets& presets, const presets::Preset& renamed,
                  const std::string& description) {
-  if (description.empty()) throw Refusal(Status::Usage, "which description? the argument is empty");
+  if (description.find_first_not_of(" \t") == std::string::npos)
+    throw Refusal(Status::Usage, "which description? the argument is empty");
   if (presets::isDigits(description))
     throw Refusal(quoted(description) +
                   " would be taken for an id; give a description with "

@@ -132,6 +132,7 @@ Outcome addEntry(const Table& table, const std::string& word,
     throw Refusal(Status::Usage,
                   "which " + std::string(table.key) + "? give " + table.key + "=NUMBER");
   Json& entries = edit.entries(table);
+  resolveNames(table.settings, edit.all(), entry);
   requireNew(table, keyOf(table, entry), entries);
   entries.push_back(settings::withAssumed(table, entry));
   return edit.carryOut(table, entries.size() - 1, options);
@@ -145,6 +146,7 @@ Outcome setEntry(const Table& table, const std::string& word,
   const Json key = keyOf(table, entry);
   Json changed = entry;
   assign(table.settings, members, placeOf(table.place, key), changed);
+  resolveNames(table.settings, edit.all(), changed);
   if (keyOf(table, changed) != key) {
     requireNew(table, keyOf(table, changed), edit.entries(table));
     requireUnused(table, key, edit.all());

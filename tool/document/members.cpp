@@ -1,6 +1,7 @@
 #include "document/members.h"
 
 #include <algorithm>
+#include <cctype>
 #include <functional>
 
 #include "base/outcome.h"
@@ -19,6 +20,16 @@ using settings::Table;
 // Between the elements of a list, the members of an element, and the elements of a list in it.
 constexpr char kSeparators[] = ",:+";
 
+std::string withoutBlanks(const std::string& text) {
+  const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
+}
+
+std::string inCapitals(std::string word) {
+  for (char& c : word) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return word;
+}
+
 // What is no number stays a text, for the reader to refuse.
 Json numberOrText(const std::string& text) {
   const std::optional<long long> number = decimal(text);
@@ -33,12 +44,18 @@ Json switchOrText(const std::string& text) {
   return text;
 }
 
+Json wordOrText(const Setting& setting, const std::string& text) {
+  for (const settings::Word& word : setting.words)
+    if (isSameWord(text, word.text)) return word.text;
+  return text;
+}
+
 Json valueAt(const Setting& setting, const std::string& text, const char* separators);
 
 Json listOf(const std::string& text, char separator, const std::function<Json(std::string)>& read) {
   Json list = Json::array();
   if (text.empty()) return list;
-  for (const std::string& part : parts(text, separator)) list.push_back(read(part));
+  for (const std::string& part : parts(text, separator)) list.push_back(read(withoutBlanks(part)));
   return list;
 }
 
@@ -65,8 +82,25 @@ Json recordOf(const Settings& settings, const std::string& text, const char* sep
   return record;
 }
 
+// @param separators  the first is between the elements
+std::string formOf(const Setting& list, const char* separators) {
+  if (list.kind == Kind::Ids) return std::string("ID") + separators[0] + "...";
+  std::string element;
+  for (const Setting* member : typedOrder(list.inner->settings)) {
+    if (!element.empty()) element += separators[1];
+    element += inCapitals(member->member);
+    if (member->kind == Kind::Ids) element += std::string(1, separators[2]) + "...";
+  }
+  return element + separators[0] + "...";
+}
+
 bool mayBeNull(const Setting& setting) {
   return setting.isNullWhenNone || setting.isOptional || setting.channelType != nullptr;
+}
+
+// As people type it, and as lists of changes show it.
+bool isNone(const std::string& text) {
+  return text == "-" || isSameWord(text, "none");
 }
 
 Json valueAt(const Setting& setting, const std::string& text, const char* separators) {
@@ -78,7 +112,9 @@ Json valueAt(const Setting& setting, const std::string& text, const char* separa
     case Kind::Integer:
       return setting.typed == nullptr ? numberOrText(text) : setting.typed(text);
     case Kind::Id:
-      return numberOrText(text);
+      return mayBeNull(setting) && isNone(text) ? Json() : numberOrText(text);
+    case Kind::Word:
+      return wordOrText(setting, text);
     case Kind::Ids:
       return listOf(text, separators[0], numberOrText);
     case Kind::List:
@@ -121,6 +157,10 @@ Assigned parted(const std::string& word) {
 const Setting* memberOf(const Settings& settings, const std::string& word) {
   const std::size_t sign = word.find('=');
   return sign == std::string::npos ? nullptr : settings::settingOf(settings, word.substr(0, sign));
+}
+
+std::string typedForm(const Setting& list) {
+  return formOf(list, kSeparators);
 }
 
 Json valueFromWord(const Setting& setting, const std::string& text) {

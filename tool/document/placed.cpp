@@ -26,14 +26,16 @@ const char* keyOf(const device::Section& section) {
   return section.name == kPresets ? settings::kPresetId : nullptr;
 }
 
+// Whether a place is inside what is at another one.
+bool isBelow(const std::string& above, const std::string& place) {
+  return place.size() > above.size() && beginsWith(place, above) &&
+         (place[above.size()] == '[' || place[above.size()] == '.');
+}
+
 // The section that a place is in; null if it is in none.
 const device::Section* sectionAt(const std::string& place) {
-  for (const device::Section& section : allSections()) {
-    const std::size_t length = section.name.size();
-    if (beginsWith(place, section.name) && place.size() > length &&
-        (place[length] == '[' || place[length] == '.'))
-      return &section;
-  }
+  for (const device::Section& section : allSections())
+    if (isBelow(section.name, place)) return &section;
   return nullptr;
 }
 
@@ -114,8 +116,35 @@ void at(const device::Section& section, Json& value, const std::string& place,
         const std::function<void(const Placed&)>& use) {
   if (forOne(section, value, place, use)) return;
   std::vector<std::string> known;
-  forEachSetting(section, value, [&](const Placed& placed) { known.push_back(placed.place); });
+  forEachSetting(section, value, [&](const Placed& placed) {
+    if (isBelow(placed.place, place))
+      throw Refusal(place + " is a part of " + placed.place + "; give that one as a whole");
+    known.push_back(placed.place);
+  });
+  if (partAt(section.name, value, place) != nullptr)
+    throw Refusal(place + " is more than one setting; give one, such as " +
+                  quoted(*std::find_if(known.begin(), known.end(), [&](const std::string& each) {
+                    return isBelow(place, each);
+                  })));
   throw Refusal("there is no setting " + quoted(place) + didYouMean(place, known));
+}
+
+const Json* partAt(const std::string& own, const Json& value, const std::string& place) {
+  if (place == own) return &value;
+  const auto search = [&](const std::string& inner, const Json& part) -> const Json* {
+    return place == inner || isBelow(inner, place) ? partAt(inner, part, place) : nullptr;
+  };
+  if (value.is_object())
+    for (const auto& [name, member] : value.items())
+      if (const Json* found = search(memberPlace(own, name), member)) return found;
+  if (!value.is_array()) return nullptr;
+  const char* key = keyOf({&value});
+  for (std::size_t i = 0; i < value.size(); ++i)
+    if (const Json* found = search(
+            key == nullptr || *key == '\0' ? elementPlace(own, i) : placeOf(own, value[i].at(key)),
+            value[i]))
+      return found;
+  return nullptr;
 }
 
 bool isInDocument(const std::string& word) {

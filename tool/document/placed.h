@@ -33,6 +33,11 @@ bool forOne(const device::Section& section, Json& value, const std::string& plac
 void at(const device::Section& section, Json& value, const std::string& place,
         const std::function<void(const Placed&)>& use);
 
+/// What is at a place that is no setting: an entry, a list of records, a part of a value. Null if nothing
+/// is.
+/// @param own  the place of the value
+const Json* partAt(const std::string& own, const Json& value, const std::string& place);
+
 /// Whether a word begins like a place in a section of a document other than the parameters.
 bool isInDocument(const std::string& word);
 

@@ -161,6 +161,29 @@ Json& entriesOf(const Table& table, Entries& all) {
       ->second;
 }
 
+void resolveNames(const Settings& settings, const Entries& all, Json& record) {
+  const auto resolve = [&](const Table& table, Json& reference) {
+    if (!reference.is_string() || table.label == nullptr) return;
+    const Json& entries = entriesIn(all, table);
+    const auto isMeant = [&](const Json& entry) { return entry.at(table.label) == reference; };
+    const auto found = std::find_if(entries.begin(), entries.end(), isMeant);
+    if (std::count_if(entries.begin(), entries.end(), isMeant) == 1)
+      reference = Json(found->at(table.key));
+  };
+  for (const Setting& setting : settings) {
+    if (!record.contains(setting.member)) continue;
+    Json& value = record.at(setting.member);
+    const Table* table = referredBy(setting);
+    if (setting.kind == Kind::List && value.is_array()) {
+      for (Json& inner : value) resolveNames(setting.inner->settings, all, inner);
+    } else if (table != nullptr && value.is_array()) {
+      for (Json& each : value) resolve(*table, each);
+    } else if (table != nullptr) {
+      resolve(*table, value);
+    }
+  }
+}
+
 settings::Faults danglingIn(const Table& table, const std::string& place, const Json& entry,
                             const Entries& all) {
   settings::Faults faults;

@@ -21,6 +21,10 @@ Json& entriesOf(const settings::Table& table, Entries& all);
 /// The tables of entries that a setting names by their keys; null if it names none.
 const settings::Table* referredBy(const settings::Setting& setting);
 
+/// Puts keys where a record refers to entries by what says which one they are: 12 for "program". What is
+/// the name of none, or of several, stays as it is.
+void resolveNames(const settings::Settings& settings, const Entries& all, Json& record);
+
 /// What an entry refers to that does not exist: "there is no stream cache 99; did you mean 12
 /// (program)?".
 /// @param place  of the entry, the beginning of the faults' places: "live.srt[1]"

@@ -19,13 +19,6 @@ Json orNull(const std::string& text) {
   return text.empty() ? Json() : Json(text);
 }
 
-// Of the letters that commands and files are written with.
-std::string lowerCase(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return text;
-}
-
 // Files say nothing of what parameters mean; the library knows some.
 Json helpOf(const parameters::Parameter& parameter) {
   if (parameter.section == settings::kSystemSection)
@@ -44,7 +37,9 @@ bool isOfCard(const parameters::Parameter& parameter) {
 class Search {
  public:
   explicit Search(const std::vector<std::string>& words) {
-    for (const std::string& word : words) words_.push_back(lowerCase(word));
+    for (const std::string& given : words)
+      for (const std::string& word : parts(given, ' '))
+        if (!word.empty()) words_.push_back(inLowerCase(word));
   }
 
   void inParameters() {
@@ -76,7 +71,7 @@ class Search {
  private:
   void add(const Json& setting) {
     std::string text;
-    for (const auto& [name, value] : setting.items()) text += lowerCase(textOf(value)) + "\n";
+    for (const auto& [name, value] : setting.items()) text += inLowerCase(textOf(value)) + "\n";
     if (std::all_of(words_.begin(), words_.end(),
                     [&](const std::string& word) { return text.find(word) != std::string::npos; }))
       found_.push_back(setting);

@@ -43,13 +43,15 @@ class Edit {
   Outcome carryOut(const ImportOptions& options) {
     Target target;
     target.force = options.force;
+    const Entries before = entriesBefore();
+    resolveAllNames(before);
     for (const device::Section& section : allSections()) {
       const auto value = values_.find(&section);
       if (value == values_.end()) continue;
       target.read(section, value->second);
       nameByKeys(section, value->second, target.faults);
     }
-    addDangling(target.faults);
+    addDangling(before, target.faults);
     return carriedOut(target, options);
   }
 
@@ -72,17 +74,29 @@ class Edit {
     return found != values_.end() ? found->second : values_[&section] = section.load();
   }
 
-  // References that this change would leave without what they refer to.
-  void addDangling(settings::Faults& faults) {
+  static Entries entriesBefore() {
     Entries before;
-    Entries after;
-    for (const device::Section& section : allSections()) {
-      if (section.table == nullptr) continue;
-      before.emplace_back(section.table, section.load());
-      const auto value = values_.find(&section);
-      after.emplace_back(section.table,
-                         value == values_.end() ? before.back().second : value->second);
-    }
+    for (const device::Section& section : allSections())
+      if (section.table != nullptr) before.emplace_back(section.table, section.load());
+    return before;
+  }
+
+  Entries entriesAfter(Entries entries) {
+    for (const auto& [section, value] : values_)
+      if (section->table != nullptr) entriesOf(*section->table, entries) = value;
+    return entries;
+  }
+
+  void resolveAllNames(const Entries& before) {
+    const Entries after = entriesAfter(before);
+    for (auto& [section, value] : values_)
+      if (section->table != nullptr)
+        for (Json& entry : value) resolveNames(section->table->settings, after, entry);
+  }
+
+  // References that this change would leave without what they refer to.
+  void addDangling(const Entries& before, settings::Faults& faults) {
+    const Entries after = entriesAfter(before);
     if (before == after) return;
     for (std::size_t i = 0; i < after.size(); ++i) {
       const settings::Table& table = *after[i].first;
@@ -118,7 +132,7 @@ Outcome getSingle(const std::string& place) {
   const device::Section& section = requireSection(place);
   Json value = section.load();
   Outcome outcome;
-  at(section, value, place, [&](const Placed& placed) {
+  const auto answer = [&](const Placed& placed) {
     const settings::Setting& setting = placed.setting;
     const std::string permitted = settings::permittedFor(setting);
     outcome.value = {{"place", place},
@@ -126,7 +140,16 @@ Outcome getSingle(const std::string& place) {
                      {"unit", setting.unit == nullptr ? Json() : Json(setting.unit)},
                      {"permitted", permitted.empty() ? Json() : Json(permitted)},
                      {"help", setting.help}};
-  });
+  };
+  if (forOne(section, value, place, answer)) return outcome;
+  if (const Json* part = partAt(section.name, value, place))
+    outcome.value = {{"place", place},
+                     {"value", settings::maskedAt(place, *part)},
+                     {"unit", nullptr},
+                     {"permitted", nullptr},
+                     {"help", nullptr}};
+  else
+    at(section, value, place, answer);
   return outcome;
 }
 

@@ -18,7 +18,7 @@ namespace camcfg::tool::document {
 /// others call it: "System/Rtsp" for "parameters.System.Rtsp". Other words stay as they are.
 std::string placeInDocument(const std::string& word);
 
-/// A setting.
+/// A setting; or an entry, a list in one, a part of a value, of which nothing but the value is known.
 /// @return "place", "value", secrets masked, "unit", "permitted" and "help"
 /// @throws Refusal  the section cannot be read whole, or there is no such setting
 Outcome getSingle(const std::string& place);

@@ -103,10 +103,20 @@ class Assignment {
     faults_.push_back(fault(setting, why));
   }
 
+  // Of a netmask that was typed as a prefix length.
+  static std::optional<std::string> maskOf(const Setting& setting, const std::string& text) {
+    const settings::Settings& all = settings::cardSettings();
+    const bool isMask = std::any_of(all.begin(), all.end(), [&](const Setting& other) {
+      return other.prefixSets != nullptr && settings::cardSettingOf(other.prefixSets) == &setting;
+    });
+    return isMask ? settings::maskOfPrefix(text) : std::nullopt;
+  }
+
   // A value as it was typed: a word as people say it, an address with a prefix length.
   void putTyped(const Setting& setting, const std::string& text) {
     const std::size_t slash = setting.prefixSets == nullptr ? std::string::npos : text.find('/');
-    if (slash == std::string::npos) return put(setting, settings::fromPlain(setting, text));
+    if (slash == std::string::npos)
+      return put(setting, maskOf(setting, text).value_or(settings::fromPlain(setting, text)));
     const std::string length = text.substr(slash + 1);
     const std::optional<std::string> mask = settings::maskOfPrefix(length);
     if (!mask) return refuse(setting, quoted(length) + " is not a prefix length, 1..32");

@@ -91,6 +91,8 @@ Objection ParameterForm::objectionToText(const std::string& text) const {
     return {"it has neither Min, Max nor OptTxt, so the library permits no value"};
   const std::string options = textOf(element_, "OptTxt");
   const std::string nearest = nearestOf(text, optionsIn(options));
+  if (text.empty() && !isWholeOption(options, text))
+    return {"the text is empty; the texts are " + quoted(options), true};
   if (options.find(text) == std::string::npos)
     return {quoted(text) + " is not among " + quoted(options) + nearest};
   if (isWholeOption(options, text)) return {};

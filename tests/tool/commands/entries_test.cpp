@@ -229,9 +229,12 @@ TEST_F(EntriesTest, UnchangedEntriesAreNotWritten) {
 
 TEST_F(EntriesTest, HelpShowsMembersWithUnitsAndLimits) {
   const std::string help = runCamcfg({"live", "srt", "add", "--help"}).out;
-  for (const char* part : {"  latency     0..2147483647 ms  Time for sending lost packets again\n",
-                           "  mode        caller, listener  ", "  port        1..65535 ",
-                           "Examples:\n  camcfg live srt add 2 mode=caller "})
+  for (const char* part :
+       {" 0..2147483647 ms             20           Time for sending lost packets ",
+        "  mode        caller, listener             required     Whether ",
+        "  hostname    text                         -            Host ",
+        "    default   true, false                  no           Whether ",
+        "Examples:\n  camcfg live srt add 2 mode=caller "})
     EXPECT_THAT(help, HasSubstr(part));
   EXPECT_THAT(runCamcfg({"help", "stream", "cache", "set"}).out,
               HasSubstr("  size     bytes, or KB, MB, GB as in 2MB  Size of the buffer\n"));
@@ -279,6 +282,38 @@ TEST_F(EntriesTest, WhatFollowsASpaceInAnAddressIsMasked) {
   EXPECT_EQ(result.out.find("key1"), std::string::npos) << result.out;
   for (const Words& words : {Words{"live", "rtmp"}, {"history", "1"}, {"export", "--no-secrets"}})
     EXPECT_EQ(run(words).out.find("key1"), std::string::npos) << words[0];
+}
+
+TEST_F(EntriesTest, ReferencesMayBeTypedByName) {
+  EXPECT_EQ(type("live rtmp set 0 video=ch1-main").status, 0);
+  EXPECT_EQ(exported("live.rtmp", "id", 0)["video"], 0);
+  EXPECT_EQ(type("live rtsp add ch9 channels=ch1-sub:video").status, 0);
+  EXPECT_EQ(exported("live.rtsp", "name", "ch9")["channels"][0]["id"], 1);
+  EXPECT_EQ(run({"set", "live.rtmp[0].video=ch1-sub", "stream.caches[0].default=ch1-sub"}).status,
+            0);
+  EXPECT_EQ(exported("live.rtmp", "id", 0)["video"], 1);
+  EXPECT_EQ(exported("stream.caches", "id", 0)["default"], 1);
+  EXPECT_EQ(type("stream cache set 0 allowed=ch1-main,ch1-sub default=ch1-main").status, 0);
+  EXPECT_EQ(exported("stream.caches", "id", 0)["default"], 0);
+  expectRefused("live rtmp set 0 video=ch1-mian", "live rtmp set",
+                {"live.rtmp[0].video: there is no stream cache 'ch1-mian'; did you mean 0 "
+                 "(ch1-main)?",
+                 "nothing was changed"});
+}
+
+TEST_F(EntriesTest, NoneClearsAReference) {
+  for (const char* none : {"none", "None", "-", ""}) {
+    EXPECT_EQ(type("live rtmp set 0 audio=8").status, 0);
+    EXPECT_EQ(run({"live", "rtmp", "set", "0", std::string("audio=") + none}).status, 0);
+    EXPECT_TRUE(exported("live.rtmp", "id", 0)["audio"].is_null()) << none;
+  }
+}
+
+TEST_F(EntriesTest, WordsMayBeTypedInUpperOrLowerCase) {
+  EXPECT_EQ(type("live srt add 2 mode=Listener port=9002").status, 0);
+  EXPECT_EQ(exported("live.srt", "id", 2)["mode"], "listener");
+  EXPECT_EQ(type("stream source add 20 kind=aenc name=spare channel=1").status, 0);
+  EXPECT_EQ(exported("stream.sources", "id", 20)["kind"], "AENC");
 }
 
 }  // namespace

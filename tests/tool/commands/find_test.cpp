@@ -105,5 +105,19 @@ TEST_F(FindTest, DeviceOfWhichNothingCanBeReadIsUnusable) {
   EXPECT_EQ(run({"find", "rtsp"}).status, 3);
 }
 
+TEST_F(FindTest, WordsInOneArgumentMayBeApart) {
+  EXPECT_EQ(places({"port rtsp"}), places({"rtsp", "port"}));
+  EXPECT_EQ(places({" rtsp  port "}), places({"rtsp", "port"}));
+  EXPECT_EQ(run({"find", " "}).status, 2);
+}
+
+TEST_F(FindTest, LettersOfAllScriptsAreAlikeInUpperAndLowerCase) {
+  EXPECT_EQ(run({"preset", "rename", "0", "\u00dcbersicht \u0421\u0446\u0435\u043d\u0430"}).status,
+            0);
+  EXPECT_THAT(places({"\u00fcbersicht"}), Contains("presets[0].pan"));
+  EXPECT_THAT(places({"\u00dcBERSICHT", "\u0421\u0426\u0415\u041d\u0410"}),
+              Contains("presets[0].pan"));
+}
+
 }  // namespace
 }  // namespace camcfg::tests

@@ -1,11 +1,15 @@
+#include <functional>
+
 #include "tool/json_in.h"
 #include "tool/sample_test.h"
 
 namespace camcfg::tests {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
+using tool::Json;
 using Words = std::vector<std::string>;
 
 /// Places that `find` and `list` print, typed as they are.
@@ -116,6 +120,85 @@ TEST_F(FoundPlacesTest, UnknownSectionsEndAlikeWhereverTheyAreGiven) {
               refused(words[0] + ": there is no section 'Sytem'; did you mean 'System'?"));
   EXPECT_EQ(run({"reset", "Rtps"}),
             refused("reset: there is no parameter 'Rtps'; did you mean 'Rtsp'?"));
+}
+
+TEST_F(FoundPlacesTest, WhateverListsOfChangesNameCanBeRead) {
+  const auto get = [this](const char* place) { return run({"get", place}).out; };
+  EXPECT_EQ(get("stream.caches[0].size"), "8MB\n");
+  EXPECT_EQ(get("stream.caches[0].size.value"), "8\n");
+  EXPECT_EQ(get("live.rtsp[ch1/main].channels[8].name"), "audio\n");
+  EXPECT_EQ(get("live.rtsp[ch1/main].channels[8]"), "{\"id\":8,\"name\":\"audio\"}\n");
+  EXPECT_EQ(get("live.websocket[1]"), "{\"id\":1,\"name\":\"preview-1\"}\n");
+  EXPECT_THAT(get("live.rtmp[0]"), AllOf(HasSubstr("\"password\":\"********\""),
+                                         HasSubstr("live.example.com/event/********")));
+  const Json answer = jsonIn(run({"get", "live.srt[1].streams[program].channels", "--json"}).out);
+  EXPECT_EQ(answer.dump(), R"({"place":"live.srt[1].streams[program].channels","value":[12,8],)"
+                           R"("unit":null,"permitted":null,"help":"Stream caches that it sends"})");
+  const Json changes = jsonIn(
+      run({"live", "rtsp", "set", "ch1/main", "name=stage", "channels=0:picture,8:audio", "--json"})
+          .out);
+  EXPECT_EQ(changes["changes"].size(), 2U);
+  EXPECT_EQ(run({"get", "live.rtsp[stage]"}).status, 0);
+}
+
+TEST_F(FoundPlacesTest, EveryPlaceOfADocumentCanBeRead) {
+  std::size_t count = 0;
+  const std::function<void(const std::string&, const Json&)> visit = [&](const std::string& place,
+                                                                         const Json& value) {
+    ++count;
+    EXPECT_EQ(jsonIn(run({"get", place, "--json"}).out)["value"].dump(), value.dump()) << place;
+    if (value.is_object())
+      for (const auto& [name, member] : value.items()) visit(place + "." + name, member);
+  };
+  const Json document = jsonIn(run({"export"}).out);
+  for (const Json& instance : *document.find_path("live/ndi"))
+    visit("live.ndi[" + instance.at("id").dump() + "]", instance);
+  for (const Json& cache : *document.find_path("stream/caches"))
+    visit("stream.caches[" + cache.at("id").dump() + "]", cache);
+  EXPECT_GT(count, 30U);
+}
+
+TEST_F(FoundPlacesTest, PlacesOfMoreOrLessThanASettingAreNotSet) {
+  EXPECT_EQ(
+      run({"set", "stream.caches[0].size.value=4"}),
+      refused("set: stream.caches[0].size.value is a part of stream.caches[0].size; give that "
+              "one as a whole"));
+  EXPECT_EQ(run({"set", "live.rtsp[ch1/main]=x"}),
+            refused("set: live.rtsp[ch1/main] is more than one setting; give one, such as "
+                    "'live.rtsp[ch1/main].name'"));
+  EXPECT_EQ(run({"get", "live.rtsp[ch1/mian]"}).status, 1);
+}
+
+TEST_F(FoundPlacesTest, SizesAreTypedAsTheyArePrinted) {
+  const std::string size = run({"get", "stream.caches[1].size"}).out;
+  EXPECT_EQ(size, "512KB\n");
+  EXPECT_EQ(run({"set", "stream.caches[1].size=512KB"}).out,
+            "it is so already; nothing was written\n");
+  EXPECT_THAT(run({"find", "caches[1].size"}).out, HasSubstr("  512KB  "));
+}
+
+TEST_F(FoundPlacesTest, ListsMayHaveBlanksAsTheyArePrinted) {
+  EXPECT_EQ(run({"get", "stream.caches[0].allowed"}).out, "0, 1\n");
+  EXPECT_EQ(run({"set", "stream.caches[0].allowed=0, 1"}).out,
+            "it is so already; nothing was written\n");
+}
+
+TEST_F(FoundPlacesTest, PlacesWhereSectionsAreMeantAreNamed) {
+  const std::string is = "'System/Rtsp' is not a section, but may be a place in one; did you mean ";
+  EXPECT_EQ(run({"list", "System/Rtsp"}), refused("list: " + is + "'System'?"));
+  EXPECT_EQ(run({"export", "System/Rtsp"}), refused("export: " + is + "'System'?"));
+  EXPECT_EQ(run({"get", "System/Rtsp", "System/WebHttp"}),
+            (ToolRun{2, "",
+                     "camcfg: get: give one place, or SECTION NAME; 'list' and 'find' print "
+                     "several\n"}));
+}
+
+TEST_F(FoundPlacesTest, EmptyArgumentsAreRefused) {
+  EXPECT_EQ(run({"get", ""}).err, "camcfg: get: which setting? the argument is empty\n");
+  EXPECT_EQ(run({"set", "", "3"}).err, "camcfg: set: which setting? the first argument is empty\n");
+  EXPECT_EQ(run({"list", ""}).err, "camcfg: list: which section? the argument is empty\n");
+  EXPECT_EQ(run({"preset", "rename", "0", "  "}).err,
+            "camcfg: preset rename: which description? the argument is empty\n");
 }
 
 }  // namespace

@@ -175,11 +175,12 @@ TEST(HelpTest, CommandsEndWithTheStatusesThatTheyCanEndWith) {
 TEST(HelpTest, MembersOfMediaEntriesAreListedWithWhatTheyPermit) {
   const std::string srt = helpText(allGroups(), "live srt");
   for (const char* line :
-       {"\nEach SRT instance in exported documents (live.srt):\n  NAME ",
-        "\n  mode        caller, listener  Whether it waits for calls or calls itself\n",
-        "\n  port        1..65535          Port to listen on, or to call\n",
-        "\n  latency     0..2147483647 ms  Time for sending lost packets again\n",
-        "\n  streams     list of           What the instance sends\n    id        text  "})
+       {"\nEach SRT instance (live.srt in documents):\n  NAME ",
+        "\n  mode        caller, listener             Whether it waits for calls or calls itself\n",
+        "\n  port        1..65535                     Port to listen on, or to call\n",
+        "\n  latency     0..2147483647 ms             Time for sending lost packets again\n",
+        "\n  streams     ID:CHANNELS+...:DEFAULT,...  What the instance sends\n    id        text "
+        " "})
     EXPECT_THAT(srt, testing::HasSubstr(line));
   for (const char* place : {"live.websocket", "live.rtsp", "live.rtmp", "live.ndi", "live.srt"})
     EXPECT_THAT(helpText(allGroups(), "live"), testing::HasSubstr(place));

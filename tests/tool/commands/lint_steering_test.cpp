@@ -154,7 +154,7 @@ TEST_F(LintSteeringTest, BaselineFollowsFindingsToOtherLinesAndCountsThem) {
             "x.xml:6: warning: Menu has no \"Val\" [text-missing]\n");
   EXPECT_EQ(result.err,
             "camcfg: lint: note: 2 findings of the baseline are left out\n"
-            "camcfg: lint: note: 1 findings of the baseline are there no longer\n");
+            "camcfg: lint: note: 1 finding of the baseline is there no longer\n");
 }
 
 TEST_F(LintSteeringTest, BaselineThatIsNoneIsRefused) {

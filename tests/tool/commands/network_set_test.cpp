@@ -316,5 +316,10 @@ TEST_F(NetworkSetTest, ShowWithoutACardIsAnArrayInJson) {
   }
 }
 
+TEST_F(NetworkSetTest, ANetmaskMayBeTypedAsThePrefixLength) {
+  expectChanges("Lan1 --dry-run --force netmask=16",
+                {{"network.cards.Lan1.netMask", "255.255.0.0"}});
+}
+
 }  // namespace
 }  // namespace camcfg::tests

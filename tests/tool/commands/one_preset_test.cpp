@@ -49,7 +49,7 @@ TEST_F(OnePresetTest, RenameChangesTheDescriptionAndNothingElse) {
   EXPECT_EQ(preset({"rename", "Speaker's desk", "Lectern"}).status, 0);
   EXPECT_EQ(jsonIn(preset({"get", "3", "--json"}).out)["zoom"], 9800);
   EXPECT_EQ(preset({"rename", "Lectern", "Lectern"}),
-            (ToolRun{0, "preset 3: it is so already\nnothing was written\n", ""}));
+            (ToolRun{0, "preset 3: it is so already; nothing was written\n", ""}));
   EXPECT_EQ(changes(), 2U);
 }
 

@@ -241,7 +241,7 @@ TEST_F(PresetTest, SetTakesAnEmptyDescriptionAndOneThatLooksLikeAnOption) {
 
 TEST_F(PresetTest, SetToWhatItIsChangesNothing) {
   EXPECT_EQ(preset({"set", "0", "--pan", "0"}),
-            (ToolRun{0, "preset 0: it is so already\nnothing was written\n", ""}));
+            (ToolRun{0, "preset 0: it is so already; nothing was written\n", ""}));
   expect(kPresets);
 }
 
