@@ -279,10 +279,9 @@ std::string utcText(std::int64_t seconds) {
 std::string noSection(const std::string& written, const std::vector<std::string>& sections) {
   if (written.empty()) return "which section? the argument is empty";
   const std::string first = written.substr(0, written.find('/'));
-  if (first != written && isAmong(sections, first))
-    return quoted(written) + " is not a section, but may be a place in one; did you mean " +
-           quoted(first) + "?";
-  return "there is no section " + quoted(written) + didYouMean(written, sections);
+  return "there is no section " + quoted(written) +
+         (first != written && isAmong(sections, first) ? "; did you mean " + quoted(first) + "?"
+                                                       : didYouMean(written, sections));
 }
 
 }  // namespace camcfg::tool

@@ -102,6 +102,10 @@ cli::WordFinder wordsFor(const std::string& name);
 /// Gives those to the arguments and options that say nothing of their words.
 void addWords(std::vector<CommandGroup>& groups);
 
+/// Has what commands change reviewed: what lint would call an error is refused unless it is forced, and
+/// every new finding is reported.
+void addReviews(std::vector<CommandGroup>& groups);
+
 /// Gives the commands their examples.
 void addExamples(std::vector<CommandGroup>& groups);
 

@@ -17,7 +17,6 @@ using settings::Setting;
 
 constexpr char kDescription[] = "DESCRIPTION";
 constexpr std::size_t kFaultsTold = 20;
-constexpr std::size_t kSeenById = 32;  // bytes from which a query by id keeps a description back
 
 void addNote(Answer& answer, const std::string& note) {
   if (!note.empty()) answer.notes.push_back(note);
@@ -60,18 +59,6 @@ int requireId(const std::string& word) {
   return *decimal32(word);
 }
 
-// What lookups make of a description that was just stored.
-void tellHazards(Answer& answer, int id) {
-  const presets::Presets presets;
-  const presets::Preset* preset = presets.lookup(id);
-  if (preset == nullptr) return;
-  addNote(answer, presets.shadowOf(*preset));
-  if (preset->description().value_or("").size() >= kSeenById)
-    answer.notes.push_back("note: applications that ask for preset " + std::to_string(id) +
-                           " by its id get no description of " + std::to_string(kSeenById) +
-                           " bytes or more");
-}
-
 const Line kNotWritten{"nothing was written"};
 
 std::vector<cli::Block> changesOf(const Json& stored, bool isRehearsal) {
@@ -94,8 +81,6 @@ Answer store(const Arguments& arguments, const presets::Values& given) {
   const bool isRehearsal = arguments.given(kDryRun);
   Answer answer(Outcome{presets::storePreset(given, isRehearsal), {}});
   answer.layout = changesOf(answer.value, isRehearsal);
-  if (!given.at(settings::kPresetDescription).is_null() && !isRehearsal)
-    tellHazards(answer, given.at(settings::kPresetId).get<int>());
   return answer;
 }
 

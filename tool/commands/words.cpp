@@ -218,8 +218,9 @@ void addForce(std::vector<CommandGroup>& groups) {
           std::any_of(command.options.begin(), command.options.end(),
                       [](const Option& option) { return option.name == std::string_view(kForce); });
       if (command.changesSettings && !hasIt)
-        command.options.push_back(
-            {Option::Flag, kForce, "Confirm a change that is on trial first"});
+        command.options.push_back({Option::Flag, kForce,
+                                   "Make it although 'lint' finds an error in it; and confirm a "
+                                   "change that is on trial first"});
     }
 }
 
@@ -233,6 +234,7 @@ std::vector<CommandGroup> allGroups() {
       historyGroup(), trialGroup(),   upgradeGroup(), languageGroup(), runGroup(),
       helpGroup(),    completeGroup()};
   addForce(groups);
+  addReviews(groups);
   addWords(groups);
   addExamples(groups);
   return groups;

@@ -22,6 +22,15 @@ namespace {
 
 constexpr int kAttempts = 3;
 
+// Of the innermost Reviewed; null if there is none.
+const Review* currentReview = nullptr;
+
+std::vector<FileChange> reviewedDraftOf(const std::vector<Change>& changes) {
+  std::vector<FileChange> draft = draftOf(changes);
+  if (currentReview != nullptr) (*currentReview)(draft);
+  return draft;
+}
+
 // What became of a file that was saved.
 enum class Arrival {
   Complete,     // it holds what it is to hold, or what another program made of that
@@ -76,7 +85,7 @@ class Undertaking {
 
   // False if another program's save came in between.
   bool attempt() {
-    const std::vector<FileChange> draft = draftOf(changes_);
+    const std::vector<FileChange> draft = reviewedDraftOf(changes_);
     requireRoomFor(draft);
     note(draft);
     if (files_.empty()) return true;
@@ -266,8 +275,20 @@ Change changeTo(const Contents& file, const std::string& instead) {
   return {file.path, file.path, make, arrived, {}, instead};
 }
 
-void makeChanges(const std::vector<Change>& changes) {
+Reviewed::Reviewed(Review review) : review_(std::move(review)), outer_(currentReview) {
+  currentReview = &review_;
+}
+
+Reviewed::~Reviewed() {
+  currentReview = outer_;
+}
+
+void makeChanges(const std::vector<Change>& changes, bool rehearse) {
   if (changes.empty()) return;
+  if (rehearse) {
+    if (currentReview != nullptr) reviewedDraftOf(changes);
+    return;
+  }
   const Turn turn(pathsOf(changes));
   // What a start salvages comes before the end of a trial.
   if (changes.front().instead.empty()) requireNoTrial();

@@ -29,6 +29,25 @@ struct Change {
 /// The change that makes a file what it is given here, byte for byte.
 Change changeTo(const Contents& file, const std::string& instead = "");
 
+struct FileChange;
+
+/// Looks at what changes make of files before any of it is in force. Whatever it throws is thrown on, and
+/// nothing was changed.
+using Review = std::function<void(const std::vector<FileChange>&)>;
+
+/// For as long as it lives, a review of whatever this process changes.
+class Reviewed {
+ public:
+  explicit Reviewed(Review review);
+  ~Reviewed();
+  Reviewed(const Reviewed&) = delete;
+  Reviewed& operator=(const Reviewed&) = delete;
+
+ private:
+  const Review review_;
+  const Review* const outer_;
+};
+
 /// Makes changes, all or none, and makes sure of them. What they make of the files is found out on
 /// copies of them; it goes into the journal and is then saved, each file once. Whatever ends the tool
 /// in between, the next run that changes something brings the device to the one state or the other.
@@ -39,11 +58,12 @@ Change changeTo(const Contents& file, const std::string& instead = "");
 /// An interruption by the user (SIGINT, SIGTERM, SIGHUP) ends the tool as ever until the change is in
 /// force; from then on the tool completes it, and its exit status says so.
 /// While another change is on trial, none is made, unless that one is confirmed first.
+/// @param rehearse  only works them out and has them reviewed
 /// @throws Refusal  in every case but that both copies of all files hold the changes
-void makeChanges(const std::vector<Change>& changes);
+void makeChanges(const std::vector<Change>& changes, bool rehearse = false);
 
-inline void makeChange(const Change& change) {
-  makeChanges({change});
+inline void makeChange(const Change& change, bool rehearse = false) {
+  makeChanges({change}, rehearse);
 }
 
 }  // namespace camcfg::tool::device

@@ -106,18 +106,19 @@ std::vector<device::Change> changesOf(const Target& target) {
   return changes;
 }
 
-void carryOut(const std::vector<device::Change>& changes, Outcome& outcome) {
+void carryOut(const std::vector<device::Change>& changes, bool rehearse, Outcome& outcome) {
   std::vector<std::string> names;
   names.reserve(changes.size());
   for (const device::Change& change : changes) names.push_back(change.what);
   bool areMade = false;
   try {
-    device::makeChanges(changes);
+    device::makeChanges(changes, rehearse);
     areMade = true;
   } catch (const Refusal& refusal) {
     outcome.status = refusal.status();
     outcome.notes.emplace_back(refusal.what());
   }
+  if (rehearse) return;
   outcome.value["written"] = areMade ? names : std::vector<std::string>();
   outcome.value["notWritten"] = areMade ? std::vector<std::string>() : names;
 }
@@ -186,7 +187,7 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
     if (!transition.replaced.empty() || !transition.section->losses) continue;
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
   }
-  if (!options.rehearse) carryOut(changesOf(target), outcome);
+  carryOut(changesOf(target), options.rehearse, outcome);
   return outcome;
 }
 

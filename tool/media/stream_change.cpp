@@ -52,13 +52,13 @@ struct Chosen {
   /// @param arrived  whether the cache, as a document has it, holds the change
   /// @throws Refusal  see makeChange
   void change(const std::function<int()>& call,
-              const std::function<bool(const CacheEntry&)>& arrived) const {
+              const std::function<bool(const CacheEntry&)>& arrived, bool rehearse) const {
     const auto make = [&] { return heard([&] { return orGivenUp(call()); }) == 0; };
     const auto isThere = [&](XMLDocument& document) {
       const std::vector<CacheEntry> there = cachesOf(document, {index + 1, cache().record});
       return arrived(there.size() > index ? there[index] : CacheEntry{cache().record, {}});
     };
-    device::makeChange({CFG_FILE_MPP, name(), make, isThere});
+    device::makeChange({CFG_FILE_MPP, name(), make, isThere}, rehearse);
   }
 
  private:
@@ -126,10 +126,10 @@ Outcome selectSource(const std::string& cacheId, const std::string& sourceId, bo
   const int source = chosen.requireAllowed(sourceId);
   requireOwnId(chosen, source);
   requireReachable(chosen);
-  if (!rehearse)
-    chosen.change(
-        [&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); },
-        [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isEnabled, source); });
+  chosen.change(
+      [&] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(cache.id(), source); },
+      [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isEnabled, source); },
+      rehearse);
 
   Outcome outcome = markOutcome(cache, &AllowedSource::isEnabled, source);
   const int carried = cache.record->s32EnabledSrc;
@@ -147,7 +147,6 @@ Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceI
 
   Outcome outcome = markOutcome(cache, &AllowedSource::isDefault, source);
   outcome.notes = cacheLossNotes(chosen.all, cache.id());
-  if (rehearse) return outcome;
   std::list<StreamCache> records;
   for (const CacheEntry& entry : chosen.all) {
     records.push_back(std::make_shared<tag_CFG_STREAM_CACHE_T>(*entry.record));
@@ -155,7 +154,8 @@ Outcome makeDefaultSource(const std::string& cacheId, const std::string& sourceI
   }
   chosen.change(
       [&] { return CFG_MPP_DumpStreamCacheConfig(records); },
-      [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isDefault, source); });
+      [&](const CacheEntry& now) { return now.markedOnly(&AllowedSource::isDefault, source); },
+      rehearse);
   return outcome;
 }
 
@@ -172,9 +172,8 @@ Outcome allowSources(const std::string& cacheId, const std::vector<std::string>&
   for (const int id : ids) record->s32AllowedMask |= 1 << id;
   record->s32EnabledSrc =
       cache.marked(&AllowedSource::isEnabled).value_or(cache.record->s32EnabledSrc);
-  if (!rehearse)
-    chosen.change([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
-                  [&](const CacheEntry& now) { return now.allowedIds() == ids; });
+  chosen.change([&] { return CFG_MPP_UpdateStreamCacheAllowedStreamSource(record); },
+                [&](const CacheEntry& now) { return now.allowedIds() == ids; }, rehearse);
 
   const bool kept = std::binary_search(ids.begin(), ids.end(), record->s32EnabledSrc);
   Outcome outcome{{{"cache", cache.id()},

@@ -112,7 +112,7 @@ Outcome setNetworkField(const std::string& word, const std::string& name, const 
   const Json cards = loadNetwork();
   Json after = cards;
   after[kCards][card][setting.member] = settings::valueIn(setting, text);
-  if (!options.rehearse) device::makeChange({CFG_FILE_BUSINESS, path, make, arrived});
+  device::makeChange({CFG_FILE_BUSINESS, path, make, arrived}, options.rehearse);
   const Json before = attributeOf(&parameter, "Cur");
   return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}},
           remarksOn(cards, after)};
@@ -141,7 +141,7 @@ Outcome resetCard(const std::string& word, const ChangeOptions& options) {
     const XMLElement* changed = cardIn(document, name);
     return changed != nullptr && written(*changed) == expected;
   };
-  if (!options.rehearse) device::makeChange({CFG_FILE_BUSINESS, name, make, arrived});
+  device::makeChange({CFG_FILE_BUSINESS, name, make, arrived}, options.rehearse);
   for (const std::string& field : without)
     outcome.notes.push_back(std::string("note: " + name + "/")
                                 .append(field)
@@ -154,7 +154,7 @@ Outcome setHostname(const std::string& name, const ChangeOptions& options) {
   const std::string fault =
       settings::objectionTo(settings::hostnameSetting(), name).refusal(options.force);
   if (!fault.empty()) throw Refusal(fault);
-  if (!options.rehearse) device::makeChange(hostnameChange("hostname", name));
+  device::makeChange(hostnameChange("hostname", name), options.rehearse);
   const Json before = attributeOf(&network.section(), "Hostname");
   return {{{"before", before}, {"hostname", name}}, {}};
 }

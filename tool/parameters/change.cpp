@@ -124,11 +124,12 @@ std::vector<ParameterValue> requireValues(const Parameters& parameters,
 }
 
 // @param values  one at least; the parameters are those of a document that is still there
-void make(const Parameters& parameters, const std::vector<ParameterValue>& values, bool force) {
-  if (values.size() > 1) return device::makeChange(changeOf(parameters, values, force));
+void make(const Parameters& parameters, const std::vector<ParameterValue>& values, bool force,
+          bool rehearse) {
+  if (values.size() > 1) return device::makeChange(changeOf(parameters, values, force), rehearse);
   device::Change change = requireChange(parameters, values.front(), force);
   change.make = [&values] { return save(values.front()); };
-  device::makeChange(change);
+  device::makeChange(change, rehearse);
 }
 
 Json loadParameters() {
@@ -204,7 +205,7 @@ Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bo
     if (isChanged) changed.push_back(value);
     (isChanged ? changes : unchanged).push_back(std::move(record));
   }
-  if (!changed.empty() && !rehearse) make(parameters, changed, force);
+  if (!changed.empty()) make(parameters, changed, force, rehearse);
   return {{{"changes", std::move(changes)}, {"unchanged", std::move(unchanged)}}, {}};
 }
 

@@ -205,7 +205,7 @@ Json storePreset(const Values& given, bool rehearse) {
   const PresetUpdate update = updateOf(existing, given);
   if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
   const bool isSo = existing != nullptr && existing->values == update.values;
-  if (!isSo && !rehearse) device::makeChange(storing(what, {update.values}));
+  if (!isSo) device::makeChange(storing(what, {update.values}), rehearse);
   Json stored = update.values;
   stored["before"] = existing == nullptr ? Json() : existing->values;
   return stored;
@@ -233,12 +233,11 @@ void deletePreset(const Presets& presets, const Preset& preset, bool rehearse) {
     return presetGroupOf(document) != nullptr && countOf(document, text) == before - 1;
   };
   const bool byId = isDeletedByItsId(presets, preset);
-  if (rehearse) return;
   const auto erase = [&] {
     return (byId ? CFG_PRESET_DeleteById(*preset.id())
                  : CFG_PRESET_DeleteByDesc(preset.description()->c_str())) == 0;
   };
-  device::makeChange({CFG_FILE_PRESET, preset.label(), erase, arrived});
+  device::makeChange({CFG_FILE_PRESET, preset.label(), erase, arrived}, rehearse);
 }
 
 }  // namespace camcfg::tool::presets

@@ -210,8 +210,8 @@ Outcome importPresets(const std::string& text, bool isDryRun) {
   const Presets presets;
   const Import import = planFor(&presets, readPresetRows(text));
   const bool isSound = import.faults.empty();
-  if (isSound && !isDryRun && !import.stored.empty())
-    device::makeChange(storing(kSection, import.stored));
+  if (isSound && !import.stored.empty())
+    device::makeChange(storing(kSection, import.stored), isDryRun);
   const auto done = [&](const std::vector<int>& ids) {
     return isSound ? Json(ids) : Json::array();
   };

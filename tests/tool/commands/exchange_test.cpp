@@ -200,7 +200,8 @@ TEST_F(ExchangeTest, ImportRestoresAFileAttributeForAttribute) {
   const std::string document = exported({"stream", "live"});
   ASSERT_EQ(import("{\"version\": 1, \"stream\": {\"sources\": []}, "
                    "\"live\": {\"websocket\": [], \"rtsp\": [], "
-                   "\"rtmp\": [], \"ndi\": [], \"srt\": []}}")
+                   "\"rtmp\": [], \"ndi\": [], \"srt\": []}}",
+                   {"--force"})
                 .status,
             0);
   EXPECT_EQ(import(section("live", "srt", "[]")).status, 0);

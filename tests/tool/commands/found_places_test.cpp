@@ -184,9 +184,9 @@ TEST_F(FoundPlacesTest, ListsMayHaveBlanksAsTheyArePrinted) {
 }
 
 TEST_F(FoundPlacesTest, PlacesWhereSectionsAreMeantAreNamed) {
-  const std::string is = "'System/Rtsp' is not a section, but may be a place in one; did you mean ";
-  EXPECT_EQ(run({"list", "System/Rtsp"}), refused("list: " + is + "'System'?"));
-  EXPECT_EQ(run({"export", "System/Rtsp"}), refused("export: " + is + "'System'?"));
+  const std::string text = "there is no section 'System/Rtsp'; did you mean 'System'?";
+  EXPECT_EQ(run({"list", "System/Rtsp"}), refused("list: " + text));
+  EXPECT_EQ(run({"export", "System/Rtsp"}), refused("export: " + text));
   EXPECT_EQ(run({"get", "System/Rtsp", "System/WebHttp"}),
             (ToolRun{2, "",
                      "camcfg: get: give one place, or SECTION NAME; 'list' and 'find' print "

@@ -66,12 +66,14 @@ TEST_F(ImportForceTest, WhatSetForceTakesIsTakenWithIt) {
 
 TEST_F(ImportForceTest, DryRunShowsItAndWritesNothing) {
   const std::string former = device.read(kBusiness);
-  EXPECT_EQ(import(kForced[0].sections, {"--force", "--dry-run"}),
-            (ToolRun{0,
-                     "PLACE                       BEFORE   AFTER\n"
-                     "parameters.System.Language  English  Engl\n"
-                     "nothing was written\n",
-                     ""}));
+  EXPECT_EQ(
+      import(kForced[0].sections, {"--force", "--dry-run"}),
+      (ToolRun{0,
+               "PLACE                       BEFORE   AFTER\n"
+               "parameters.System.Language  English  Engl\n"
+               "nothing was written\n",
+               "camcfg: import: warning: /cfg0/business_param.xml:14: System/Language: \"Cur\" "
+               "'Engl' is only a part of one of 'English,German,French' [part-of-option]\n"}));
   EXPECT_EQ(device.read(kBusiness), former);
 }
 

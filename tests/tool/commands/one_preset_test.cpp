@@ -59,9 +59,19 @@ TEST_F(OnePresetTest, RenameAnswersInJsonWithWhatWas) {
   EXPECT_EQ(answer["before"]["description"], "Lectern");
 }
 
-TEST_F(OnePresetTest, RenameNotesThatApplicationsGetAnotherByThisName) {
-  EXPECT_THAT(preset({"rename", "Audience", "Stage"}).err,
-              HasSubstr("note: applications that ask for 'Stage' get preset 1 'Stage left'"));
+TEST_F(OnePresetTest, RenameToANameByWhichAnotherIsFoundIsRefusedUnlessForced) {
+  const std::string error =
+      "error: /cfg0/preset_cfg.xml:12: preset 5: the description 'Stage' finds preset 1 'Stage "
+      "left' at "
+      "line 8 [description-shadowed]\n";
+  EXPECT_EQ(preset({"rename", "Audience", "Stage"}),
+            (ToolRun{1, "",
+                     "camcfg: preset rename: this would add what 'lint' calls an error, which "
+                     "'--force' allows: " +
+                         error}));
+  EXPECT_EQ(
+      preset({"rename", "Audience", "Stage", "--force"}),
+      (ToolRun{0, "preset 5: description Audience -> Stage\n", "camcfg: preset rename: " + error}));
 }
 
 TEST_F(OnePresetTest, FaultyNamesAreRefusedInOneLineAndChangeNothing) {
@@ -125,8 +135,8 @@ TEST_F(OnePresetTest, RehearsalsShowTheChangeAndWriteNothing) {
     std::string out;
   } kCases[] = {
       {{"set", "Lectern", "--pan", "7"}, "preset 3: pan -1800 -> 7\n"},
-      {{"set", "9", "--pan", "7"}, "preset 9: created\n"},
-      {{"add", "--pan", "7"}, "7\n"},
+      {{"set", "9", "--description", "Desk"}, "preset 9: created\n"},
+      {{"add", "--description", "Desk"}, "7\n"},
       {{"rename", "3", "Desk"}, "preset 3: description Lectern -> Desk\n"},
       {{"delete", "Lectern"}, "preset 3 'Lectern': deleted\n"},
   };

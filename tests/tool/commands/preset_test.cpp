@@ -200,7 +200,10 @@ TEST_P(LongDescriptionTest, SurvivesAChangeOfThePosition) {
 INSTANTIATE_TEST_SUITE_P(Lengths, LongDescriptionTest, testing::Values(31, 32, 62, 63));
 
 TEST_F(PresetTest, SetCreatesAPresetThatIsZeroWhereNothingIsGiven) {
-  EXPECT_EQ(preset({"set", "128", "--zoom", "9"}), (ToolRun{0, "preset 128: created\n", ""}));
+  EXPECT_EQ(preset({"set", "128", "--zoom", "9"}),
+            (ToolRun{0, "preset 128: created\n",
+                     "camcfg: preset set: warning: /cfg0/preset_cfg.xml:5: preset 128 has no "
+                     "description [description-missing]\n"}));
   expect(
       added("<preset Id=\"128\" Description=\"\" PanPos=\"0\" TiltPos=\"0\" ZoomPos=\"9\" "
             "FocusPos=\"0\" FocusMode=\"0\"/>"));
@@ -233,7 +236,9 @@ TEST_F(PresetTest, SetInJsonShowsThePresetBefore) {
 
 TEST_F(PresetTest, SetTakesAnEmptyDescriptionAndOneThatLooksLikeAnOption) {
   EXPECT_EQ(preset({"set", "0", "--description", ""}),
-            (ToolRun{0, "preset 0: description Home -> \n", ""}));
+            (ToolRun{0, "preset 0: description Home -> \n",
+                     "camcfg: preset set: warning: /cfg0/preset_cfg.xml:2: preset 0 has no "
+                     "description [description-missing]\n"}));
   EXPECT_EQ(preset({"set", "0", "--description=--x"}),
             (ToolRun{0, "preset 0: description  -> --x\n", ""}));
   expect(with(kPresets, "\"Home\"", "\"--x\""));
@@ -247,10 +252,10 @@ TEST_F(PresetTest, SetToWhatItIsChangesNothing) {
 
 TEST_F(PresetTest, SetSaysWhatLookupsMakeOfADescription) {
   EXPECT_EQ(preset({"set", "0", "--description", std::string(32, 'x')}).err,
-            "camcfg: preset set: note: applications that ask for preset 0 by its id get no "
-            "description of 32 bytes or more\n");
-  EXPECT_EQ(preset({"set", "5", "--description", "Dock"}).err,
-            std::string("camcfg: preset set: ") + kShadowNote);
+            "camcfg: preset set: warning: /cfg0/preset_cfg.xml:2: preset 0: the description has 32 "
+            "bytes and is not returned by a query by id [description-hidden-by-id]\n");
+  EXPECT_THAT(preset({"set", "5", "--description", "Dock"}).err,
+              testing::HasSubstr("[description-shadowed]"));
 }
 
 TEST_F(PresetTest, SetRefusesToLoseWhatIsThere) {
@@ -329,7 +334,7 @@ std::string presetsUpTo(int last) {
 
 TEST_F(PresetTest, AddTakesId127LastAndSaysThenThatNoneIsLeft) {
   write(presetsUpTo(126));
-  EXPECT_EQ(preset({"add"}), (ToolRun{0, "127\n", ""}));
+  EXPECT_THAT(preset({"add"}).err, testing::HasSubstr("[preset-no-free-id]"));
   const std::string full = device.read(kFile);
   EXPECT_EQ(preset({"add"}),
             refused("add: no id is left: all from 0 to 127 are taken; delete a preset first"));

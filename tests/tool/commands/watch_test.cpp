@@ -334,8 +334,10 @@ TEST_F(WatchTest, RefusesAPlaceThatCannotBe) {
   EXPECT_EQ(run({"watch", "live.str"}),
             (ToolRun{2, "",
                      "camcfg: watch: there is no section 'live.str'; did you mean 'live.srt'?\n"}));
-  EXPECT_EQ(run({"watch", "NetWork/Eth0"}),
-            (ToolRun{2, "", "camcfg: watch: there is no section 'NetWork/Eth0'\n"}));
+  EXPECT_EQ(
+      run({"watch", "NetWork/Eth0"}),
+      (ToolRun{2, "",
+               "camcfg: watch: there is no section 'NetWork/Eth0'; did you mean 'NetWork'?\n"}));
   EXPECT_EQ(
       run({"watch", "System", "Rstp"}),
       (ToolRun{1, "",
