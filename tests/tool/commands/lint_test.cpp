@@ -141,13 +141,17 @@ TEST_F(LintFilesTest, SecretsAreNeverInAFinding) {
   EXPECT_EQ(lint({"secret.xml"}).out.find("topsecret"), std::string::npos);
 }
 
-TEST_F(LintFilesTest, RulesAreListedWithAnExplanationAndAnExample) {
+TEST_F(LintFilesTest, RulesAreListedWithAllThatIsSaidOfThem) {
   const ToolRun result = lint({"--rules"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out.substr(0, result.out.find("not-well-formed")),
             "unreadable (error, structure)\n"
             "  The file cannot be read, so every call that needs it fails.\n"
-            "  Example: /cfg0/mpp_cfg.xml is a directory\n");
+            "  Example: /cfg0/mpp_cfg.xml is a directory\n"
+            "  Why: Programs come up without these settings, and nothing can be saved until the "
+            "file can be read.\n"
+            "  Fix: Restore it with 'camcfg verify', or put a file with the right permissions in "
+            "its place.\n");
 }
 
 TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
@@ -161,7 +165,11 @@ TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
             "    \"subject\": \"structure\",\n"
             "    \"explanation\": \"The file cannot be read, so every call that needs it "
             "fails.\",\n"
-            "    \"example\": \"/cfg0/mpp_cfg.xml is a directory\"\n"
+            "    \"example\": \"/cfg0/mpp_cfg.xml is a directory\",\n"
+            "    \"why\": \"Programs come up without these settings, and nothing can be saved "
+            "until the file can be read.\",\n"
+            "    \"fix\": \"Restore it with 'camcfg verify', or put a file with the right "
+            "permissions in its place.\"\n"
             "  ");
 }
 
