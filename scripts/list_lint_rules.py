@@ -30,7 +30,7 @@ def in_markdown(text):
         r'([A-Za-z]\w*="[^"]*")',
         r"\b(CFG_\w+)",
         r"((?:docs/files\.md|business_param\.xml)\b)",
-        r"(?<![\w.])(/(?:app|cfg[01])(?:/[\w.]+)*)",
+        r"(?<![\w.])(/(?:app|cfg[01])(?:/[\w.]+)*/?)",
     ]
     text = re.sub("|".join(codes), lambda found: f"`{found[found.lastindex]}`", text)
     text = text.replace("`docs/files.md`", "[files.md](files.md)")

@@ -80,7 +80,7 @@ def main(tool, directory):
     _, dirty = measure(tool, directory, "default", 1)
     powers = [require_linear(times) for times in (clean, dirty)]
     print("| sessions | KiB | nothing is found: ms | µs for each session "
-          "| findings in each cache: ms | µs for each session |")
+          "| a finding for each cache: ms | µs for each session |")
     print("|---|---|---|---|---|---|")
     for size in SIZES:
         cells = [f"{size:,}", f"{os.path.getsize(files[size]) / 1024:,.0f}"]

@@ -219,7 +219,8 @@ TEST_F(LintSteeringTest, FormSarifHasTheRulesAndTheFindingsWithTheirPlaces) {
 
 // What a log says of a rule that finds something in a file.
 Json ruleIn(const std::string& log, const tool::lint::Rule& rule) {
-  for (const Json& each : jsonIn(log)["runs"][0]["tool"]["driver"]["rules"])
+  const Json value = jsonIn(log);
+  for (const Json& each : value["runs"][0]["tool"]["driver"]["rules"])
     if (each["id"] == rule.id) return each;
   return nullptr;
 }

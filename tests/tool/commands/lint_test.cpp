@@ -1,5 +1,8 @@
 #include <unistd.h>
 
+#include <regex>
+#include <set>
+
 #include "tool/lint/cases.h"
 #include "tool/tool_test.h"
 
@@ -171,6 +174,16 @@ TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
             "    \"fix\": \"Restore it with 'camcfg verify', or put a file with the right "
             "permissions in its place.\"\n"
             "  ");
+}
+
+TEST_F(LintFilesTest, RulesNameCommandsThatExist) {
+  const std::string rules = lint({"--rules"}).out;
+  const std::regex command("'camcfg ([a-z]+)");
+  std::set<std::string> names;
+  for (std::sregex_iterator i(rules.begin(), rules.end(), command), end; i != end; ++i)
+    names.insert((*i)[1]);
+  EXPECT_GT(names.size(), 5U);
+  for (const std::string& name : names) EXPECT_EQ(runCamcfg({name, "--help"}).status, 0) << name;
 }
 
 TEST_F(LintFilesTest, RulesTakeNoFile) {
