@@ -153,8 +153,8 @@ TEST_F(LintFilesTest, RulesAreListedWithAllThatIsSaidOfThem) {
             "  Example: /cfg0/mpp_cfg.xml is a directory\n"
             "  Why: Programs come up without these settings, and nothing can be saved until the "
             "file can be read.\n"
-            "  Fix: Restore it with 'camcfg verify', or put a file with the right permissions in "
-            "its place.\n");
+            "  Fix: Move away what is in its place, or give it the right permissions; "
+            "'camcfg verify' restores what is missing.\n");
 }
 
 TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
@@ -171,8 +171,8 @@ TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
             "    \"example\": \"/cfg0/mpp_cfg.xml is a directory\",\n"
             "    \"why\": \"Programs come up without these settings, and nothing can be saved "
             "until the file can be read.\",\n"
-            "    \"fix\": \"Restore it with 'camcfg verify', or put a file with the right "
-            "permissions in its place.\"\n"
+            "    \"fix\": \"Move away what is in its place, or give it the right permissions; "
+            "'camcfg verify' restores what is missing.\"\n"
             "  ");
 }
 
