@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the commands that the documents show, in order, and compares what they print with what the
-# documents show: README.md, docs/getting-started.md and docs/tool.md.
+# documents show: README.md, docs/getting-started.md, docs/tool.md and docs/lint.md.
 #
 #   scripts/check-transcripts.sh             compares
 #   scripts/check-transcripts.sh --update    writes what they print into the documents
@@ -127,4 +127,5 @@ for document in README.md docs/getting-started.md; do
 done
 new_device
 check docs/tool.md
+check docs/lint.md
 exit "$status"

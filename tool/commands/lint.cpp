@@ -24,9 +24,13 @@ Answer rules() {
                      {"severity", wordFor(rule->severity)},
                      {"subject", rule->subject},
                      {"explanation", rule->explanation},
-                     {"example", rule->example}});
+                     {"example", rule->example},
+                     {"why", rule->why},
+                     {"fix", rule->fix}});
   return {std::move(rules),
-          {cli::Lines{"", "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}"}}};
+          {cli::Lines{"",
+                      "{id} ({severity!}, {subject})\n  {explanation}\n  Example: {example}\n"
+                      "  Why: {why}\n  Fix: {fix}"}}};
 }
 
 // What is shown of findings, in the form asked for.
@@ -140,7 +144,8 @@ CommandGroup lintGroup() {
             "Leave out what is known: an earlier answer of 'lint --json'"},
            {Option::Value, kFormat, "text, json, sarif, gitlab or github",
             oneOf({"text", "json", "sarif", "gitlab", "github"})},
-           {Option::Flag, kRules, "List all rules, each with an example"}})}};
+           {Option::Flag, kRules,
+            "List all rules: what, an example, why it matters, what to do"}})}};
 }
 
 }  // namespace camcfg::tool::commands

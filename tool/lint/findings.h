@@ -26,8 +26,8 @@ struct Rule {
   const char* subject;
   const char* explanation;  ///< one line: what readers make of it
   const char* example;      ///< one line that has the hazard
-  const char* why;          ///< why it matters on a device
-  const char* fix;          ///< what to do about it
+  const char* why;          ///< one line: what its users meet on a device
+  const char* fix;          ///< one line: what to do about it
 };
 
 /// A hazard at its place.

@@ -43,10 +43,25 @@ class Fingerprints {
   std::map<std::string, int> counts_;
 };
 
+// Text that Markdown shows as it is: an element in it would be taken for HTML.
+std::string inMarkdown(const char* text) {
+  std::string result;
+  for (const char* c = text; *c != '\0'; ++c) result += *c == '<' ? "&lt;" : std::string(1, *c);
+  return result;
+}
+
+Json helpOf(const Rule& rule) {
+  return {{"text", std::string(rule.why) + "\nFix: " + rule.fix + "\nExample: " + rule.example},
+          {"markdown", inMarkdown(rule.why) + "\n\n**Fix:** " + inMarkdown(rule.fix) +
+                           "\n\n**Example:** `" + rule.example + "`"}};
+}
+
+// Some readers require both descriptions.
 Json ruleOf(const Rule& rule) {
   return {{"id", rule.id},
           {"shortDescription", {{"text", rule.explanation}}},
-          {"help", {{"text", std::string("Example: ") + rule.example}}},
+          {"fullDescription", {{"text", rule.explanation}}},
+          {"help", helpOf(rule)},
           {"defaultConfiguration", {{"level", wordFor(rule.severity)}}},
           {"properties", {{"subject", rule.subject}}}};
 }

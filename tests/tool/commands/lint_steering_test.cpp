@@ -217,5 +217,31 @@ TEST_F(LintSteeringTest, FormSarifHasTheRulesAndTheFindingsWithTheirPlaces) {
   EXPECT_EQ(place["region"]["startLine"], 5);
 }
 
+// What a log says of a rule that finds something in a file.
+Json ruleIn(const std::string& log, const tool::lint::Rule& rule) {
+  const Json value = jsonIn(log);
+  for (const Json& each : value["runs"][0]["tool"]["driver"]["rules"])
+    if (each["id"] == rule.id) return each;
+  return nullptr;
+}
+
+TEST_F(LintSteeringTest, FormSarifExplainsRulesInTextAndInMarkdown) {
+  const tool::lint::Rule& rule = tool::lint::kTextTwice;
+  const Json explained = ruleIn(lint({"x.xml", "--format", "sarif"}).out, rule);
+  EXPECT_EQ(explained["fullDescription"]["text"], rule.explanation);
+  EXPECT_EQ(explained["help"]["text"],
+            std::string(rule.why) + "\nFix: " + rule.fix + "\nExample: " + rule.example);
+  EXPECT_EQ(explained["help"]["markdown"], std::string(rule.why) + "\n\n**Fix:** " + rule.fix +
+                                               "\n\n**Example:** `" + rule.example + "`");
+}
+
+TEST_F(LintSteeringTest, FormSarifHasNoElementInMarkdownThatIsTakenForHtml) {
+  write("x.xml", "<System/><NetWork><Lan0><IpAddr/><Ipaddr/></Lan0></NetWork>");
+  const tool::lint::Rule& rule = tool::lint::kCardFieldUnread;
+  const Json help = ruleIn(lint({"x.xml", "--format", "sarif"}).out, rule)["help"];
+  EXPECT_THAT(help["text"].get<std::string>(), HasSubstr("with <Ipaddr>"));
+  EXPECT_THAT(help["markdown"].get<std::string>(), HasSubstr("with &lt;Ipaddr>"));
+}
+
 }  // namespace
 }  // namespace camcfg::tests

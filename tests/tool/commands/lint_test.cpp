@@ -1,5 +1,8 @@
 #include <unistd.h>
 
+#include <regex>
+#include <set>
+
 #include "tool/lint/cases.h"
 #include "tool/tool_test.h"
 
@@ -141,13 +144,17 @@ TEST_F(LintFilesTest, SecretsAreNeverInAFinding) {
   EXPECT_EQ(lint({"secret.xml"}).out.find("topsecret"), std::string::npos);
 }
 
-TEST_F(LintFilesTest, RulesAreListedWithAnExplanationAndAnExample) {
+TEST_F(LintFilesTest, RulesAreListedWithAllThatIsSaidOfThem) {
   const ToolRun result = lint({"--rules"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out.substr(0, result.out.find("not-well-formed")),
             "unreadable (error, structure)\n"
             "  The file cannot be read, so every call that needs it fails.\n"
-            "  Example: /cfg0/mpp_cfg.xml is a directory\n");
+            "  Example: /cfg0/mpp_cfg.xml is a directory\n"
+            "  Why: Programs come up without these settings, and nothing can be saved until the "
+            "file can be read.\n"
+            "  Fix: Move away what is in its place, or give it the right permissions; "
+            "'camcfg verify' restores what is missing.\n");
 }
 
 TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
@@ -161,8 +168,22 @@ TEST_F(LintFilesTest, RulesInJsonHaveAllTheirMembers) {
             "    \"subject\": \"structure\",\n"
             "    \"explanation\": \"The file cannot be read, so every call that needs it "
             "fails.\",\n"
-            "    \"example\": \"/cfg0/mpp_cfg.xml is a directory\"\n"
+            "    \"example\": \"/cfg0/mpp_cfg.xml is a directory\",\n"
+            "    \"why\": \"Programs come up without these settings, and nothing can be saved "
+            "until the file can be read.\",\n"
+            "    \"fix\": \"Move away what is in its place, or give it the right permissions; "
+            "'camcfg verify' restores what is missing.\"\n"
             "  ");
+}
+
+TEST_F(LintFilesTest, RulesNameCommandsThatExist) {
+  const std::string rules = lint({"--rules"}).out;
+  const std::regex command("'camcfg ([a-z]+)");
+  std::set<std::string> names;
+  for (std::sregex_iterator i(rules.begin(), rules.end(), command), end; i != end; ++i)
+    names.insert((*i)[1]);
+  EXPECT_GT(names.size(), 5U);
+  for (const std::string& name : names) EXPECT_EQ(runCamcfg({name, "--help"}).status, 0) << name;
 }
 
 TEST_F(LintFilesTest, RulesTakeNoFile) {

@@ -60,10 +60,23 @@ TEST(LintRulesTest, EachRuleHasAFileThatTriggersItAndOneThatDoesNot) {
 
 TEST(LintRulesTest, EachRuleIsExplainedWithAnExample) {
   const auto isOneLine = [](const std::string& text) {
-    return text.size() > 10 && text.find('\n') == std::string::npos;
+    return text.size() > 10 && text.find_first_of("\n`") == std::string::npos;
   };
   for (const lint::Rule* rule : lint::kRules)
     EXPECT_TRUE(isOneLine(rule->explanation) && isOneLine(rule->example)) << rule->id;
+}
+
+TEST(LintRulesTest, EachRuleSaysWhyItMattersAndWhatToDoInASentenceOrTwo) {
+  constexpr std::size_t kMost = 160;
+  const auto isShort = [](const std::string& text) {
+    return text.size() > 10 && text.size() <= kMost && text.back() == '.' &&
+           text.find_first_of("\n`") == std::string::npos;
+  };
+  for (const lint::Rule* rule : lint::kRules) {
+    EXPECT_TRUE(isShort(rule->why)) << rule->id << ": " << rule->why;
+    EXPECT_TRUE(isShort(rule->fix)) << rule->id << ": " << rule->fix;
+    EXPECT_NE(std::string(rule->why), rule->explanation) << rule->id;
+  }
 }
 
 TEST(LintRulesTest, CleanFilesOfEachKindHaveNoFindings) {
