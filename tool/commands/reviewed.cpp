@@ -9,11 +9,11 @@
 namespace camcfg::tool::commands {
 namespace {
 
-// What brings former or factory settings back brings back what is wrong with them, too, and `upgrade` has
+// What brings previous or factory settings back brings back what is wrong with them, too, and `upgrade` has
 // a way of its own to keep errors out.
 constexpr const char* kUnreviewed[] = {"network reset", "reset", "undo", "salvage", "upgrade"};
 
-// Of a change that is at fault all over, the first findings say enough.
+// Of a change that is faulty all over, the first findings say enough.
 constexpr std::size_t kMost = 20;
 
 // "error: /cfg0/mpp_cfg.xml:12: ... [rule]"
