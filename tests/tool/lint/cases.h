@@ -115,6 +115,7 @@ inline void PrintTo(const LintCase& lintCase, std::ostream* out) {
 
 // Those of each subject, in the file of its name.
 std::vector<LintCase> structureCases();
+std::vector<LintCase> textCases();
 std::vector<LintCase> valueCases();
 std::vector<LintCase> parameterCases();
 std::vector<LintCase> networkCases();

@@ -28,8 +28,8 @@ std::string linesFor(const std::string& contents) {
 
 std::vector<LintCase> allCases() {
   std::vector<LintCase> all;
-  for (const auto cases : {structureCases, valueCases, parameterCases, networkCases, presetCases,
-                           mediaCases, streamCases, languageCases})
+  for (const auto cases : {structureCases, textCases, valueCases, parameterCases, networkCases,
+                           presetCases, mediaCases, streamCases, languageCases})
     for (const LintCase& lintCase : cases()) all.push_back(lintCase);
   return all;
 }
