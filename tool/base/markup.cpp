@@ -138,8 +138,8 @@ std::size_t lengthToMark(std::string_view bytes) {
   const auto* const first =
       std::find_if(bytes.begin(), bytes.end(), [](char c) { return !isMarkupSpace(c); });
   const auto start = static_cast<std::size_t>(first - bytes.begin());
-  const bool isThere = bytes.compare(start, kByteOrderMark.size(), kByteOrderMark) == 0;
-  return isThere ? start + kByteOrderMark.size() : 0;
+  const bool isThere = bytes.compare(start, kMarkBytes.size(), kMarkBytes) == 0;
+  return isThere ? start + kMarkBytes.size() : 0;
 }
 
 }  // namespace camcfg::tool

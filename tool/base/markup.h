@@ -46,7 +46,7 @@ inline bool isMarkupSpace(char c) {
 /// How much of the bytes is a byte order mark, or white space before one.
 std::size_t lengthToMark(std::string_view bytes);
 
-constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+constexpr std::string_view kMarkBytes = "\xef\xbb\xbf";
 
 }  // namespace camcfg::tool
 

@@ -6,6 +6,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "lint/spaces.h"
 #include "settings/media.h"
 #include "settings/table.h"
 
@@ -107,6 +108,15 @@ void checkUtf8(const Text& text, Findings& findings) {
 void checkMark(const Text& text, Findings& findings) {
   if (lengthToMark(text.bytes) != 0)
     findings.add(kByteOrderMark, 1, "a byte order mark comes before all else");
+}
+
+void checkSpaces(const Text& text, Findings& findings) {
+  const std::vector<std::string_view> spaces = extraSpacesIn(text.bytes);
+  if (spaces.empty()) return;
+  const std::string more = std::to_string(spaces.size() - 1);
+  findings.add(kExtraSpace, text.lineOf(spaces.front()),
+               "white space is doubled in a tag or ends a line here" +
+                   (spaces.size() == 1 ? "" : ", and in " + more + " more places"));
 }
 
 void checkControls(const Text& text, Findings& findings) {
@@ -278,6 +288,7 @@ void checkText(const Source& source, Findings& findings) {
   if (!checkEncoding(text, findings)) checkUtf8(text, findings);
   checkTypes(text, findings);
   checkControls(text, findings);
+  checkSpaces(text, findings);
   checkValues(text, findings);
   StrayText(text, findings).check();
 }

@@ -68,10 +68,10 @@ std::vector<LintCase> nameCases() {
        "channel Id=\"7\" Type",
        R"(x.xml:30: error: <Chanel> is not read: readers look for <Channel> [near-name]
 )"},
-      {"near-name", kCleanParameters, "<MTU ", "<Mtu ", "<MTU  ",
+      {"near-name", kCleanParameters, "<MTU ", "<Mtu ", "<Autoneg Cur=\"On\" Def=\"On\"/><MTU ",
        R"(x.xml:18: error: <Mtu> is not read: readers look for <MTU> [near-name]
 )"},
-      {"near-name", kCleanParameters, "<DeviceAttr ", "<Deviceattr ", "<DeviceAttr  ",
+      {"near-name", kCleanParameters, "<DeviceAttr ", "<Deviceattr ", "<!-- --><DeviceAttr ",
        R"(x.xml:3: error: <Deviceattr> is not read: readers look for <DeviceAttr> [near-name]
 )"},
       {"near-name", kCleanTexts, kCleanTexts, "<stream><StreamSource/></stream>",
@@ -103,6 +103,12 @@ std::vector<LintCase> encodingCases() {
 )"},
       {"byte-order-mark", kCleanTexts, "<Texts>", "\xef\xbb\xbf<Texts>", "\n<Texts>",
        R"(x.xml:1: warning: a byte order mark comes before all else [byte-order-mark]
+)"},
+      {"extra-space", kCleanTexts, "<MenuLive Val", "<MenuLive  Val", "<MenuLive\n    Val",
+       R"(x.xml:2: warning: white space is doubled in a tag or ends a line here [extra-space]
+)"},
+      {"extra-space", kCleanTexts, "\"/>", "\"\t />  ", "\"\n/><!-- -->",
+       R"(x.xml:2: warning: white space is doubled in a tag or ends a line here, and in 3 more places [extra-space]
 )"},
       {"control-character", kCleanTexts, "Live view", "Live\x07view", "Live\tview",
        R"(x.xml:2: warning: a control character is here, \x07 [control-character]
