@@ -182,8 +182,7 @@ void replace(const HostFile& file, const std::string& contents) {
   if (held != file.contents)
     throw Refusal::about(file.path, file.path + ": it has changed since it was read");
   const std::string name = file.name + ".camcfg-" + std::to_string(getpid());
-  Descriptor fresh(
-      openat(directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  Descriptor fresh(openat(directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!fresh) refuse(file.path);
   const bool isOwner = fchown(fresh.get(), status.st_uid, status.st_gid) == 0;
   if ((isOwner || status.st_uid == geteuid()) && writeAll(fresh.get(), contents) &&
