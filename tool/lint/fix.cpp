@@ -123,10 +123,11 @@ std::string withoutSpaces(const std::string& bytes, int line, Fixes& fixes) {
 }
 
 std::string withoutMark(const std::string& bytes, Fixes& fixes) {
-  const std::size_t end = lengthToMark(bytes);
-  if (end == 0) return bytes;
+  std::string text = bytes;
+  for (std::size_t end = lengthToMark(text); end != 0; end = lengthToMark(text))
+    text.erase(end - kMarkBytes.size(), kMarkBytes.size());
   fixes.push_back({1, &kByteOrderMark, "the byte order mark is gone"});
-  return std::string(bytes).erase(end - kMarkBytes.size(), kMarkBytes.size());
+  return text;
 }
 
 std::string withOrder(const std::string& bytes, const std::vector<const Finding*>& findings,

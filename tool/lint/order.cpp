@@ -173,11 +173,13 @@ std::string rearranged(const std::string& bytes, const std::vector<Block>& block
 
 }  // namespace
 
-std::string inOrder(std::string bytes, const std::vector<int>& lines, std::vector<Moved>& moved) {
+std::string inOrder(const std::string& original, const std::vector<int>& lines,
+                    std::vector<Moved>& moved) {
+  std::string bytes = original;
   if (lines.empty()) return bytes;
   // Nothing moves out of its element, so that those that are found first stay where they are while
   // elements inside them move.
-  std::vector<Level> levels = Levels(bytes).read();
+  std::vector<Level> levels = Levels(original).read();
   std::stable_sort(levels.begin(), levels.end(),
                    [](const Level& a, const Level& b) { return a.depth > b.depth; });
   for (const Level& level : levels)

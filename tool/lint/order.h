@@ -19,7 +19,8 @@ struct Moved {
 /// known.
 /// @param lines  where elements are that may be moved
 /// @param moved  receives what was moved
-std::string inOrder(std::string bytes, const std::vector<int>& lines, std::vector<Moved>& moved);
+std::string inOrder(const std::string& original, const std::vector<int>& lines,
+                    std::vector<Moved>& moved);
 
 }  // namespace camcfg::tool::lint
 

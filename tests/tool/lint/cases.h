@@ -124,6 +124,9 @@ std::vector<LintCase> mediaCases();
 std::vector<LintCase> streamCases();
 std::vector<LintCase> languageCases();
 
+/// All of them.
+std::vector<LintCase> allCases();
+
 /// The base of a case with its part replaced, wherever it is.
 std::string fileWith(const LintCase& lintCase, const std::string& other);
 
