@@ -24,6 +24,7 @@ constexpr struct {
     {"salvage", "salvage --apply damaged.xml"},
     {"lint", "lint"},
     {"lint", "lint --strict --rule name-in-two-sections=off"},
+    {"lint", "lint --fix --dry-run"},
     {"lint", "lint --rules"},
     {"upgrade", "upgrade --dry-run --from old-set"},
     {"upgrade", "upgrade --on-conflict factory --from old-set"},
