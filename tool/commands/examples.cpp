@@ -22,7 +22,6 @@ constexpr struct {
     {"salvage", "salvage"},
     {"salvage", "salvage damaged.xml"},
     {"salvage", "salvage --apply damaged.xml"},
-    {"lint", "lint"},
     {"lint", "lint --strict --rule name-in-two-sections=off"},
     {"lint", "lint --fix --dry-run"},
     {"lint", "lint --rules"},

@@ -30,7 +30,7 @@ std::string edited(const std::string& bytes, const Edits& edits) {
   return text.append(bytes, at, std::string::npos);
 }
 
-// What is between the first two quotes of a text from a place on; moves the place behind them.
+// What is between the first two quotes of a text from a place on; moves the place to their end.
 std::string quotedFrom(const std::string& text, std::size_t& at) {
   const std::size_t begin = text.find('"', at);
   const std::size_t end = begin == std::string::npos ? begin : text.find('"', begin + 1);

@@ -11,7 +11,7 @@
 
 namespace camcfg::tool::lint {
 
-/// Whether a name is another one but for upper and lower case, or for one letter. Names that differ by
+/// Whether a name is another one except for upper and lower case, or one letter. Names that differ by
 /// a digit are of different things.
 bool isNearMiss(std::string_view name, std::string_view meant);
 
@@ -33,7 +33,7 @@ inline constexpr const char* kTops[] = {settings::kSystemSection, settings::kNet
 /// Whether readers look for a top element of exactly this name.
 bool isKnownTop(std::string_view name);
 
-/// The element that all is wrapped into, so that readers find none of it; null if there is none.
+/// The element that all is wrapped into, where no reader looks; null if there is no such element.
 const tinyxml2::XMLElement* wrapperIn(const tinyxml2::XMLDocument& document);
 
 }  // namespace camcfg::tool::lint

@@ -14,7 +14,7 @@ struct Moved {
   std::string before;
 };
 
-/// Moves elements before the first one beside them whose longer name begins with theirs, each with the
+/// Moves elements before the first one next to them whose longer name begins with theirs, each with the
 /// comments right before it. Those that share a name with another stay: which of them is meant is not
 /// known.
 /// @param lines  where elements are that may be moved

@@ -76,7 +76,7 @@ bool checkEncoding(const Text& text, Findings& findings) {
   const auto high = std::find_if(declaration, text.pieces.end(), [](const Markup& piece) {
     return (piece.isElement() || piece.kind == Kind::Text) && hasHigh(piece.all);
   });
-  const std::string what = "the encoding " + quoted(encoding) + " is not heeded";
+  const std::string what = "the encoding " + quoted(encoding) + " is not followed";
   if (high != text.pieces.end())
     findings.add(kEncodingIgnored, text.lineOf(declaration->all),
                  what + ": from line " + std::to_string(text.lineOf(high->all)) +

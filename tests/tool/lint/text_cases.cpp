@@ -88,12 +88,12 @@ std::vector<LintCase> encodingCases() {
        "OptTxt='\xe9'/>",
        "<?xml version='1.0' encoding='utf-8'?>\n<System>\n<Owner Cur='\xc3\xa9' Def='\xc3\xa9' "
        "OptTxt='\xc3\xa9'/>",
-       R"(x.xml:1: error: the encoding 'ISO-8859-1' is not heeded: from line 3 on there are characters that are read as UTF-8 [encoding-ignored]
+       R"(x.xml:1: error: the encoding 'ISO-8859-1' is not followed: from line 3 on there are characters that are read as UTF-8 [encoding-ignored]
 )"},
       {"encoding-declared", kCleanTexts, "<Texts>",
        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><Texts>",
        "<?xml version=\"1.0\" encoding=\"US-ASCII\"?><Texts>",
-       R"(x.xml:1: warning: the encoding 'ISO-8859-1' is not heeded [encoding-declared]
+       R"(x.xml:1: warning: the encoding 'ISO-8859-1' is not followed [encoding-declared]
 )"},
       {"not-unicode", kCleanTexts, "Live view", "\xe9t\xe9", "\xc3\xa9t\xc3\xa9",
        R"(x.xml:2: warning: what is here is not UTF-8, as at 1 more places [not-unicode]
