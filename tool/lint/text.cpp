@@ -24,7 +24,10 @@ class Text {
       : kind(source.kind), bytes(source.bytes), pieces(markupIn(bytes)) {}
 
   int lineOf(std::size_t at) const {
-    if (at < counted_) counted_ = 0, line_ = 1;
+    if (at < counted_) {
+      counted_ = 0;
+      line_ = 1;
+    }
     const auto* const first = bytes.begin();
     line_ += static_cast<int>(std::count(first + static_cast<std::ptrdiff_t>(counted_),
                                          first + static_cast<std::ptrdiff_t>(at), '\n'));
