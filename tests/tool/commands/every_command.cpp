@@ -30,7 +30,7 @@ constexpr struct {
     {"verify", "verify --resync"},
     {"boot", "boot"},
     {"salvage", "salvage --apply @damaged"},
-    {"lint", "lint --fix"},
+    {"lint", "lint --fix --rule main-missing=off"},
     {"upgrade", "upgrade --on-conflict factory --from @old"},
     {"history", "history"},
     {"undo", "undo"},
