@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -132,9 +133,9 @@ std::string withoutMark(const std::string& bytes, Fixes& fixes) {
 
 std::string withOrder(const std::string& bytes, const std::vector<const Finding*>& findings,
                       Fixes& fixes) {
-  std::vector<int> lines;
+  std::set<int> lines;
   for (const Finding* finding : findings)
-    if (finding->rule == &kParameterShadowed) lines.push_back(finding->line);
+    if (finding->rule == &kParameterShadowed) lines.insert(finding->line);
   std::vector<Moved> moved;
   std::string text = inOrder(bytes, lines, moved);
   for (const Moved& each : moved)

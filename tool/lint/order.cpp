@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <numeric>
+#include <set>
 
 #include "base/markup.h"
 #include "base/plain_text.h"
@@ -138,7 +139,7 @@ class Levels {
 };
 
 // The order of blocks in which the ones at these lines come before those that hide them.
-std::vector<std::size_t> orderOf(const std::vector<Block>& blocks, const std::vector<int>& lines,
+std::vector<std::size_t> orderOf(const std::vector<Block>& blocks, const std::set<int>& lines,
                                  std::vector<Moved>& moved) {
   std::vector<std::size_t> order(blocks.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -146,7 +147,7 @@ std::vector<std::size_t> orderOf(const std::vector<Block>& blocks, const std::ve
   for (const Block& block : blocks) ++counts[block.name];
   for (std::size_t i = 0; i < blocks.size(); ++i) {
     const std::string_view name = blocks[i].name;
-    if (!isAmong(lines, blocks[i].line) || counts[name] != 1) continue;
+    if (lines.count(blocks[i].line) == 0 || counts[name] != 1) continue;
     const auto own = std::find(order.begin(), order.end(), i);
     const auto longer = std::find_if(
         order.begin(), own, [&](std::size_t each) { return beginsWith(blocks[each].name, name); });
@@ -173,7 +174,7 @@ std::string rearranged(const std::string& bytes, const std::vector<Block>& block
 
 }  // namespace
 
-std::string inOrder(const std::string& original, const std::vector<int>& lines,
+std::string inOrder(const std::string& original, const std::set<int>& lines,
                     std::vector<Moved>& moved) {
   std::string bytes = original;
   if (lines.empty()) return bytes;

@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_LINT_ORDER_H
 #define CAMCFG_TOOL_LINT_ORDER_H
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,7 @@ struct Moved {
 /// known.
 /// @param lines  where elements are that may be moved
 /// @param moved  receives what was moved
-std::string inOrder(const std::string& original, const std::vector<int>& lines,
+std::string inOrder(const std::string& original, const std::set<int>& lines,
                     std::vector<Moved>& moved);
 
 }  // namespace camcfg::tool::lint

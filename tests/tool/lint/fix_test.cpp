@@ -97,6 +97,13 @@ const std::vector<FixCase> kFixes = {
     {"AttributeCase", "<T>\n<a val=\"val\"/>\n<b VAL='2'/><c Val=''/></T>",
      "<T>\n<a Val=\"val\"/>\n<b Val='2'/><c Val=''/></T>",
      "2: \"val\" is now \"Val\" [attribute-case]\n3: \"VAL\" is now \"Val\" [attribute-case]\n"},
+    {"CaseOfWhatLoadersRead",
+     "<LiveMediaService><WEBSOCKET>\n<Channel id=\"0\" name='a' "
+     "aName='b'/></WEBSOCKET></LiveMediaService>",
+     "<LiveMediaService><WEBSOCKET>\n<Channel Id=\"0\" Name='a' "
+     "aName='b'/></WEBSOCKET></LiveMediaService>",
+     "2: \"id\" is now \"Id\" [unread-attribute]\n"
+     "2: \"name\" is now \"Name\" [unread-attribute]\n"},
     {"OfTwoNamesNone", "<System><Rtsp cur=\"1\" Cur=\"2\"/><P cur='1' CUR='2'/></System>",
      "<System><Rtsp cur=\"1\" Cur=\"2\"/><P cur='1' CUR='2'/></System>", ""},
     {"Order", kUnordered, kOrdered, kMovedFix},
