@@ -137,6 +137,7 @@ class SecretsTest : public MediaToolTest {
             {"import", root + "/other.json"},
             {"status"},
             {"lint"},
+            {"lint", "--fix", "--dry-run"},
             {"explain", "System", "Rtsp"},
             {"explain", "parameter", "System", "Rtsp"},
             {"explain", "card", "Eth0"},

@@ -158,6 +158,45 @@ std::string HostDirectory::save(const std::string& name, const std::string& byte
   return path_ + "/" + free;
 }
 
+void locate(HostFile& file) {
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(file.path.c_str(), nullptr),
+                                                         &std::free);
+  struct stat status {};
+  if (!real || stat(real.get(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+  const std::string path = real.get();
+  const std::size_t slash = path.rfind('/');
+  auto directory =
+      std::make_shared<const Descriptor>(open(path.substr(0, slash + 1).c_str(), kAsDirectory));
+  if (!*directory) return;
+  file.directory = std::move(directory);
+  file.name = path.substr(slash + 1);
+}
+
+void replace(const HostFile& file, const std::string& contents) {
+  if (!file.directory) throw Refusal::about(file.path, file.path + ": not a file to be written to");
+  const int directory = file.directory->get();
+  const Descriptor old(openat(directory, file.name.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+  struct stat status {};
+  std::string held;
+  if (!old || fstat(old.get(), &status) != 0 || !readAll(old.get(), held)) refuse(file.path);
+  if (held != file.contents)
+    throw Refusal::about(file.path, file.path + ": it has changed since it was read");
+  const std::string name = file.name + ".camcfg-" + std::to_string(getpid());
+  Descriptor fresh(openat(directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!fresh) refuse(file.path);
+  const bool isOwner = fchown(fresh.get(), status.st_uid, status.st_gid) == 0;
+  if ((isOwner || status.st_uid == geteuid()) && writeAll(fresh.get(), contents) &&
+      fchmod(fresh.get(), status.st_mode & 07777) == 0 && fsync(fresh.get()) == 0 &&
+      fresh.close() && renameat(directory, name.c_str(), directory, file.name.c_str()) == 0) {
+    fsync(directory);
+    return;
+  }
+  const int error = errno;
+  unlinkat(directory, name.c_str(), 0);
+  errno = error;
+  refuse(file.path);
+}
+
 void rememberTemporaries() {
   const char* chosen = std::getenv("TMPDIR");
   temporaries.clear();

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -64,7 +65,19 @@ struct HostFile {
   std::string path;      ///< as the caller named it
   std::string contents;  ///< all of it
   std::string fault;     ///< why it could not be read; empty if it could
+  /// Where it is, links followed; null if it is no regular file, or nobody asked.
+  std::shared_ptr<const Descriptor> directory{};
+  std::string name{};  ///< in that directory
 };
+
+/// Remembers where a file named on the command line is, so that it can be replaced from inside the
+/// device's root.
+void locate(HostFile& file);
+
+/// Replaces what a located file holds: a new file takes its place, with its permissions, once it is on
+/// the disk.
+/// @throws Refusal  also if the file is another one than was read, and the file is as it was
+void replace(const HostFile& file, const std::string& contents);
 
 /// A directory named on the command line. It is opened before the device's root is entered, so it
 /// stays the caller's own directory.

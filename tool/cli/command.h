@@ -112,6 +112,7 @@ struct Option {
   const char* shortName = nullptr;   ///< "-v"
   const char* valueName = nullptr;   ///< of a Value in help texts; null: "VALUE"
   std::vector<const char*> files{};  ///< of a HostFolder; those that do not exist are left out
+  bool isReplaced = false;           ///< the command may replace these HostFiles
 
   bool isNamed() const { return name[0] == '-'; }
   bool isRequired() const { return kind == Argument || kind == Arguments || kind == HostFile; }

@@ -317,6 +317,8 @@ class Parser {
     if (option.kind == Option::HostFiles) {
       given.files.resize(texts.size());
       std::transform(texts.begin(), texts.end(), given.files.begin(), read);
+      if (option.isReplaced)
+        for (HostFile& file : given.files) locate(file);
     } else if (option.isHostFile()) {
       given.texts = {contentsOf(texts.front())};
     } else if (option.kind == Option::HostFolder) {

@@ -3,11 +3,17 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/line_diff.h"
+#include "base/markup.h"
+#include "base/outcome.h"
 #include "commands/groups.h"
+#include "device/change.h"
 #include "device/files.h"
+#include "lint/fix.h"
 #include "lint/forms.h"
 #include "lint/rules.h"
 #include "lint/steering.h"
+#include "settings/secrets.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -16,6 +22,8 @@ constexpr char kRules[] = "--rules";
 constexpr char kRule[] = "--rule";
 constexpr char kStrict[] = "--strict";
 constexpr char kBaseline[] = "--baseline";
+constexpr char kFix[] = "--fix";
+constexpr char kStandardInput[] = "-";
 
 Answer rules() {
   Json rules = Json::array();
@@ -108,13 +116,148 @@ Answer answerOf(const std::vector<lint::Source>& sources, const Arguments& argum
   return answer;
 }
 
+std::vector<lint::Finding> steered(const std::vector<lint::Source>& sources,
+                                   const Arguments& arguments) {
+  std::vector<lint::Finding> findings = lint::lint(sources);
+  steeringIn(arguments).apply(findings);
+  return findings;
+}
+
+/// What can be put right in files, and what it makes of them.
+struct Repairs {
+  std::vector<lint::FixedFile> files;  ///< one for each source
+  Json list = Json::array();
+};
+
+// @param mayFix  whether a source is one that is written at all
+Repairs repairsOf(const std::vector<lint::Source>& sources, const Arguments& arguments,
+                  bool (*mayFix)(const lint::Source& source)) {
+  const std::vector<lint::Finding> findings = steered(sources, arguments);
+  Repairs repairs;
+  for (const lint::Source& source : sources) {
+    repairs.files.push_back(mayFix(source) ? lint::fixed(source, findings)
+                                           : lint::FixedFile{source.bytes, {}});
+    for (const lint::Fix& fix : repairs.files.back().fixes)
+      repairs.list.push_back(
+          {{"file", source.name}, {"line", fix.line}, {"rule", fix.rule->id}, {"text", fix.text}});
+  }
+  return repairs;
+}
+
+// What may be shown of a file, line by line.
+std::string withoutSecrets(const std::string& bytes) {
+  std::string text;
+  std::size_t at = 0;
+  for (const Markup& piece : markupIn(bytes))
+    for (const MarkupAttribute& attribute : piece.attributes) {
+      const bool isUrl = isSameWord(attribute.name, "url");
+      if (!isUrl && !isSameWord(attribute.name, "password")) continue;
+      const std::size_t begin = offsetOf(attribute.value, bytes);
+      const std::string value(attribute.value);
+      text.append(bytes, at, begin - at);
+      text += isUrl ? settings::maskedUrl(value) : settings::maskedPassword(value);
+      at = begin + value.size();
+    }
+  return text.append(bytes, at, std::string::npos);
+}
+
+std::string listingOf(const std::vector<lint::Source>& sources, const Repairs& repairs) {
+  std::string listing;
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    if (!repairs.files[i].fixes.empty())
+      listing += lineDiff(sources[i].name, withoutSecrets(sources[i].bytes),
+                          withoutSecrets(repairs.files[i].bytes));
+  return listing;
+}
+
+void setAll(std::vector<lint::Source>& sources, const Repairs& repairs) {
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    if (!repairs.files[i].fixes.empty()) lint::setBytes(sources[i], repairs.files[i].bytes);
+}
+
+// What was put right, and then what is left.
+Answer fixedAnswer(const std::vector<lint::Source>& sources, const Repairs& repairs,
+                   const std::string& listing, const Arguments& arguments) {
+  Answer answer = answerOf(sources, arguments);
+  answer.value["fixed"] = repairs.list;
+  if (!listing.empty()) answer.value["change"] = listing;
+  if (formIn(arguments) != kForms[0].form) return answer;
+  std::vector<cli::Block> layout;
+  if (!listing.empty()) layout.emplace_back(Verbatim{listing});
+  layout.emplace_back(cli::Lines{"fixed", "{file}:{line}: fixed: {text} [{rule}]"});
+  layout.insert(layout.end(), answer.layout.begin(), answer.layout.end());
+  if (arguments.given(kDryRun)) layout.emplace_back(Line{"nothing was written"});
+  answer.layout = std::move(layout);
+  return answer;
+}
+
+// The text itself is the answer; what else there is to say goes to standard error.
+Answer fixedText(const lint::Source& source, Answer answer) {
+  for (const char* list : {"fixed", "findings"})
+    for (const Json& each : answer.value[list])
+      answer.notes.push_back(source.name + ":" + std::to_string(each.find_path("line")->get<int>()) +
+                             ": " + each.find_path("text")->text() + " [" +
+                             each.find_path("rule")->text() + "]");
+  answer.value["contents"] = source.bytes;
+  answer.layout = {Verbatim{source.bytes}};
+  return answer;
+}
+
+Answer fixFiles(const std::vector<HostFile>& files, const Arguments& arguments) {
+  const bool isInput = std::any_of(
+      files.begin(), files.end(), [](const HostFile& file) { return file.path == kStandardInput; });
+  if (isInput && files.size() > 1)
+    throw Refusal(Status::Usage, std::string(kFix) + ": - cannot be combined with other files");
+  std::vector<lint::Source> sources = lint::sourcesOf(files);
+  const Repairs repairs =
+      repairsOf(sources, arguments, [](const auto& /*source*/) { return true; });
+  const bool isRehearsal = arguments.given(kDryRun);
+  const std::string listing = isRehearsal ? listingOf(sources, repairs) : "";
+  for (std::size_t i = 0; i < files.size() && !isRehearsal && !isInput; ++i) {
+    if (repairs.files[i].fixes.empty()) continue;
+    replace(files[i], repairs.files[i].bytes);
+    noteChange();
+  }
+  setAll(sources, repairs);
+  Answer answer = fixedAnswer(sources, repairs, listing, arguments);
+  return isInput && !isRehearsal ? fixedText(sources.front(), std::move(answer)) : answer;
+}
+
+Answer fixDevice(const Arguments& arguments) {
+  const device::Turn turn(filesFor(arguments, device::Turn::allFiles()));
+  const device::FileSet set = device::surveyFiles();
+  device::requireAnyFile(set);
+  std::vector<lint::Source> sources = lint::sourcesOf(set);
+  // Texts are part of the firmware.
+  const Repairs repairs = repairsOf(
+      sources, arguments, [](const lint::Source& source) { return source.copies != nullptr; });
+  if (arguments.given(kDryRun)) {
+    const std::string listing = listingOf(sources, repairs);
+    setAll(sources, repairs);
+    return fixedAnswer(sources, repairs, listing, arguments);
+  }
+  std::vector<device::Change> changes;
+  for (std::size_t i = 0; i < sources.size(); ++i)
+    if (!repairs.files[i].fixes.empty())
+      changes.push_back(device::changeTo({sources[i].name, repairs.files[i].bytes}));
+  device::makeChanges(changes);
+  const device::FileSet after = device::surveyFiles();
+  return fixedAnswer(lint::sourcesOf(after), repairs, "", arguments);
+}
+
 Answer run(const Arguments& arguments) {
   const std::vector<HostFile>& files = arguments.files(kFile);
   if (arguments.given(kRules)) {
-    if (!files.empty())
-      throw Refusal(Status::Usage, std::string(kRules) + " cannot be combined with " + kFile);
+    for (const auto& [other, isGiven] :
+         {std::pair{kFile, !files.empty()}, std::pair{kFix, arguments.given(kFix)}})
+      if (isGiven)
+        throw Refusal(Status::Usage, std::string(kRules) + " cannot be combined with " + other);
     return rules();
   }
+  if (arguments.given(kFix))
+    return files.empty() ? fixDevice(arguments) : fixFiles(files, arguments);
+  if (arguments.given(kDryRun))
+    throw Refusal(Status::Usage, std::string(kDryRun) + " is of use with " + kFix + " only");
   if (!files.empty()) return answerOf(lint::sourcesOf(files), arguments);
   const device::FileSet set = device::surveyFiles();
   device::requireAnyFile(set);
@@ -129,19 +272,27 @@ Candidates ruleWords(const Arguments& /*before*/) {
   return candidates;
 }
 
+Option replacedFiles() {
+  Option files{Option::HostFiles, kFile,
+               "Files of any kind instead of the device's; - is standard input"};
+  files.isReplaced = true;
+  return files;
+}
+
 }  // namespace
 
 CommandGroup lintGroup() {
   return {
       "Files",
-      {command(
+      {changer(
           "lint", "Report hazards in configuration files, each with its file and line", run,
-          {{Option::HostFiles, kFile,
-            "Files of any kind instead of the device's; - is standard input"},
+          {replacedFiles(),
            {Option::Values, kRule, "Change a rule: RULE=off, RULE=warning, RULE=error", ruleWords},
            {Option::Flag, kStrict, "Warnings count, too: the exit status is 1"},
            {Option::HostFileValue, kBaseline,
             "Leave out what is known: an earlier answer of 'lint --json'"},
+           {Option::Flag, kFix, "Put right what has one right answer, then report the rest"},
+           dryRun(),
            {Option::Value, kFormat, "text, json, sarif, gitlab or github",
             oneOf({"text", "json", "sarif", "gitlab", "github"})},
            {Option::Flag, kRules,

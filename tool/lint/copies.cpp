@@ -2,6 +2,7 @@
 
 #include "base/plain_text.h"
 #include "device/repair.h"
+#include "device/shared_files.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
 
@@ -50,6 +51,33 @@ void checkBackup(const device::ConfigFile& file, Findings& findings) {
   }
 }
 
+void checkFactory(const device::ConfigFile& file, Findings& findings) {
+  const device::Copy& factory = file.factory;
+  const std::string path = file.path(device::Place::Default);
+  // Where others have one, its own rule says what the lack of one means.
+  if (factory.state == device::State::Missing && file.checkedAtStart)
+    findings.addTo(path, kFactoryMissing, "there is no factory copy");
+  else if (factory.state != device::State::Good && factory.state != device::State::Missing)
+    findings.addTo(path, kFactoryDamaged, "the factory copy " + factory.fault);
+}
+
+void checkShared(const device::ConfigFile& file, Findings& findings) {
+  const device::SharedFiles shared;
+  std::vector<std::string> seen;
+  for (const device::Place place : device::kPlaces) {
+    const std::string path = file.path(place);
+    if (file.copy(place).state == device::State::Missing || isAmong(seen, path)) continue;
+    const std::vector<std::string> same = shared.copiesOfSame(path);
+    seen.insert(seen.end(), same.begin(), same.end());
+    for (const std::string& other : same) {
+      if (other == path) continue;
+      const bool isOther = device::nameOf(other) != file.name;
+      findings.addTo(path, isOther ? kCopyOfAnother : kCopiesAreOne,
+                     "it is the same file as " + other);
+    }
+  }
+}
+
 }  // namespace
 
 void checkCopies(const Source& source, Findings& findings) {
@@ -61,6 +89,8 @@ void checkCopies(const Source& source, Findings& findings) {
     checkBackup(file, findings);
   if (file.main.state == device::State::CutShort)
     findings.add(kCutShort, 1, "it " + file.main.fault);
+  checkFactory(file, findings);
+  checkShared(file, findings);
   if (!file.checkedAtStart)
     findings.add(
         kNotCheckedAtStart, 1,

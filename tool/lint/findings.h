@@ -51,6 +51,11 @@ class Findings {
     add(rule, node.GetLineNum(), text);
   }
 
+  /// Adds one about another file that belongs to this one.
+  void addTo(const std::string& file, const Rule& rule, const std::string& text) {
+    all_.push_back({file, 1, &rule, text, rule.severity});
+  }
+
   template <typename Condition>
   void removeIf(const Condition& condition) {
     all_.erase(std::remove_if(all_.begin(), all_.end(), condition), all_.end());

@@ -5,6 +5,7 @@
 
 #include "base/progress.h"
 #include "lint/allowances.h"
+#include "lint/near_names.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -16,6 +17,7 @@ struct Check {
 
 // Findings of one line come in this order.
 constexpr Check kChecks[] = {{checkStructure},
+                             {checkText},
                              {checkParameterNames, FileKind::Parameters},
                              {checkParameterValues, FileKind::Parameters},
                              {checkSystemSettings, FileKind::Parameters},
@@ -35,9 +37,9 @@ std::vector<Finding> lint(const std::vector<Source>& sources) {
   for (const Source& source : sources) {
     const Stage stage(source.name, ++number, sources.size());
     Findings findings(source.name);
+    const bool isRead = source.isWhole() && wrapperIn(*source.document) == nullptr;
     for (const Check& check : kChecks)
-      if (!check.kind || (source.isWhole() && *check.kind == source.kind))
-        check.run(source, findings);
+      if (!check.kind || (isRead && *check.kind == source.kind)) check.run(source, findings);
     applyAllowances(source, findings);
     std::vector<Finding> sorted = std::move(findings).sorted();
     all.insert(all.end(), std::make_move_iterator(sorted.begin()),

@@ -38,9 +38,10 @@ std::vector<Source> sourcesOf(const device::FileSet& set);
 /// What all rules find in files: by file, then by line.
 std::vector<Finding> lint(const std::vector<Source>& sources);
 
-// The checks, each in the file of its subject. That of the structure and that of the copies look at
-// all files, whole or not; the others at whole files of their kind.
+// The checks, each in the file of its subject. That of the structure, that of the text and that of the
+// copies look at all files, whole or not; the others at whole files of their kind.
 void checkStructure(const Source& source, Findings& findings);
+void checkText(const Source& source, Findings& findings);
 void checkParameterNames(const Source& source, Findings& findings);
 void checkParameterValues(const Source& source, Findings& findings);
 void checkSystemSettings(const Source& source, Findings& findings);

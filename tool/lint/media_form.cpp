@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "lint/item.h"
+#include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/table.h"
 
@@ -66,6 +67,14 @@ void checkAttribute(const Item& entry, const AttributeForm& form) {
   }
 }
 
+// The name of the entry that an element is meant to be; null if nothing comes near.
+const char* nearEntry(const XMLNode& node, const std::vector<ElementForm>& forms) {
+  const auto near = std::find_if(forms.begin(), forms.end(), [&](const ElementForm& form) {
+    return isNearMiss(node.Value(), form.name);
+  });
+  return near == forms.end() ? nullptr : near->name;
+}
+
 void checkUnknown(const XMLNode& node, const XMLElement& parent, bool isSaved, Findings& findings) {
   if (node.ToElement() != nullptr)
     findings.add(kUnknownElement, node,
@@ -83,7 +92,11 @@ void checkEntries(const XMLElement& parent, const std::vector<ElementForm>& form
     const XMLElement* element = node->ToElement();
     const ElementForm* form = element == nullptr ? nullptr : media::formOf(*element, forms);
     if (form == nullptr) {
-      checkUnknown(*node, parent, isSaved, findings);
+      const char* near = element == nullptr ? nullptr : nearEntry(*element, forms);
+      if (near != nullptr)
+        addNearName(*element, near, findings);
+      else
+        checkUnknown(*node, parent, isSaved, findings);
       continue;
     }
     const Item entry{*element, tag(form->name), findings};

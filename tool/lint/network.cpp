@@ -6,6 +6,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/name_matches.h"
+#include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/network.h"
 #include "settings/value.h"
@@ -102,10 +103,24 @@ void checkField(const Item& field, const Setting& setting) {
   }
 }
 
+bool isKnownField(std::string_view name) {
+  return settings::cardSettingOf(name) != nullptr;
+}
+
+// The setting that an element's author meant; null if the card has it, or nothing comes near.
+const Setting* meantField(const XMLElement& element) {
+  for (const Setting& setting : settings::cardSettings())
+    if (nearChild(*element.Parent(), settings::elementOf(setting), isKnownField) == &element)
+      return &setting;
+  return nullptr;
+}
+
 void checkUnknown(const Item& item) {
   if (const Setting* other = settings::cardSettingWrittenInto(item.element.Name()))
     item.add(kWrittenAsAnother, std::string(": setters write ") + settings::elementOf(*other) +
                                     " into it, and no reader knows it");
+  else if (const Setting* meant = meantField(item.element))
+    addNearName(item.element, settings::elementOf(*meant), item.findings);
   else
     item.add(kCardFieldUnread, ": no reader knows this element");
 }

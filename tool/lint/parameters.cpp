@@ -6,6 +6,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/name_matches.h"
+#include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/network.h"
 #include "settings/value.h"
@@ -170,13 +171,25 @@ bool isParameter(const XMLElement& element) {
   return element.FirstChildElement() == nullptr && !has(element, "Id") && !has(element, "Usage");
 }
 
+// What is read as a whole, or is meant to be.
+bool isDevice(std::string_view name) {
+  constexpr std::string_view kDevice = "System/DeviceAttr";
+  return name == kDevice || isNearMiss(name, kDevice);
+}
+
 void checkAll(const Item& parent, bool isInner) {
   for (const XMLElement* element : childrenOf(parent.element)) {
     const Item item = parent.inner(*element);
-    if (item.name == "System/DeviceAttr") continue;
+    if (isDevice(item.name)) continue;
     if (isParameter(*element)) checkItem(item, isInner);
     if (!isInner) checkAll(item, true);
   }
+}
+
+// Cards are none, even if the name of their section is misspelt.
+bool isOfParameters(const XMLElement& section, const tinyxml2::XMLDocument& document) {
+  return std::string_view(section.Name()) != settings::kNetworkSection &&
+         &section != nearNetwork(document);
 }
 
 }  // namespace
@@ -184,14 +197,14 @@ void checkAll(const Item& parent, bool isInner) {
 void checkParameterNames(const Source& source, Findings& findings) {
   const Elements sections = childrenOf(*source.document);
   for (const XMLElement* section : sections)
-    if (std::string_view(section->Name()) != settings::kNetworkSection)
+    if (isOfParameters(*section, *source.document))
       checkLevel({*section, clipped(section->Name()), findings}, 1);
   checkAcross(sections, findings);
 }
 
 void checkParameterValues(const Source& source, Findings& findings) {
   for (const XMLElement* section : childrenOf(*source.document))
-    if (std::string_view(section->Name()) != settings::kNetworkSection)
+    if (isOfParameters(*section, *source.document))
       checkAll({*section, clipped(section->Name()), findings}, false);
 }
 

@@ -5,6 +5,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/name_matches.h"
+#include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/presets.h"
 #include "settings/value.h"
@@ -25,12 +26,20 @@ Item itemOf(const XMLElement& element, Findings& findings) {
   return {element, id ? "preset " + std::to_string(*id) : kName, findings};
 }
 
+bool isMeantAsPreset(const XMLElement& element) {
+  return isSameWord(element.Name(), kName) ||
+         (isNearMiss(element.Name(), kName) && (has(element, "Id") || has(element, "Description")));
+}
+
 Elements presetsIn(const XMLElement& group, Findings& findings) {
   Elements found;
   for (const XMLElement* element : childrenOf(group)) {
     const std::string_view name = element->Name();
     if (!beginsWith(name, kName)) {
-      findings.add(kNotAPreset, *element, tag(name) + " is not read: its name is not <preset>");
+      if (isMeantAsPreset(*element))
+        addNearName(*element, kName, findings);
+      else
+        findings.add(kNotAPreset, *element, tag(name) + " is not read: its name is not <preset>");
       continue;
     }
     found.push_back(element);

@@ -5,6 +5,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/name_matches.h"
+#include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/media.h"
 #include "settings/network.h"
@@ -39,6 +40,31 @@ std::string reasonOf(const XMLDocument& document) {
   return document.ErrorName();
 }
 
+// The name of an encoding of which each character takes several bytes; null if it is none. Cut-off
+// files may have zero bytes after a beginning.
+const char* wideEncodingOf(std::string_view bytes) {
+  using namespace std::string_view_literals;
+  struct Form {
+    std::string_view mark;
+    std::size_t length;  // of a character
+    std::size_t letter;  // where in it a letter of a tag is
+    const char* name;
+  };
+  constexpr Form kForms[] = {{"\xff\xfe\0\0"sv, 4, 0, "UTF-32"},
+                             {"\0\0\xfe\xff"sv, 4, 3, "UTF-32"},
+                             {"\xff\xfe"sv, 2, 0, "UTF-16"},
+                             {"\xfe\xff"sv, 2, 1, "UTF-16"}};
+  const auto isLetter = [&](const Form& form, std::size_t index) {
+    const std::string_view all =
+        bytes.substr(std::min(index * form.length, bytes.size()), form.length);
+    if (all.size() < form.length || all[form.letter] == '\0') return false;
+    return std::count(all.begin(), all.end(), '\0') == static_cast<std::ptrdiff_t>(form.length) - 1;
+  };
+  for (const Form& form : kForms)
+    if (beginsWith(bytes, form.mark) || (isLetter(form, 0) && isLetter(form, 1))) return form.name;
+  return nullptr;
+}
+
 void checkZeroBytes(const Source& source, Findings& findings) {
   const std::size_t at = source.bytes.find('\0');
   if (at == std::string::npos) return;
@@ -69,15 +95,44 @@ std::vector<std::string> topsOf(FileKind kind) {
   return tops;
 }
 
+bool isKnownSection(std::string_view name) {
+  const auto& tables = settings::mediaTables();
+  return std::any_of(tables.begin(), tables.end(),
+                     [&](const settings::Table* table) { return name == table->section; });
+}
+
+// @param near  what the section is called instead; null if there is nothing like it
+void addMissing(const XMLElement* near, std::string_view name, int line, const std::string& what,
+                Findings& findings) {
+  if (near != nullptr)
+    addNearName(*near, name, findings);
+  else
+    findings.add(kSectionMissing, line, what + tag(name));
+}
+
+// Elements that nobody reads, since they are nearly called what readers look for.
+bool checkNearTops(const XMLDocument& document, Findings& findings) {
+  bool isAny = false;
+  for (const XMLElement* top : childrenOf(document))
+    for (const char* name : kTops) {
+      if (top->FirstChildElement() == nullptr || !isNearMiss(top->Name(), name)) continue;
+      addNearName(*top, name, findings);
+      isAny = true;
+    }
+  return isAny;
+}
+
 void checkSections(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
   for (const std::string& name : topsOf(source.kind)) {
     const XMLElement* top = document.FirstChildElement(name.c_str());
-    if (top == nullptr) findings.add(kSectionMissing, 1, "there is no " + tag(name));
+    if (top == nullptr)
+      addMissing(nearChild(document, name, isKnownTop), name, 1, "there is no ", findings);
     if (top == nullptr || source.kind != FileKind::Media) continue;
     for (const settings::Table* table : settings::mediaTables())
       if (name == table->parent && top->FirstChildElement(table->section) == nullptr)
-        findings.add(kSectionMissing, *top, tag(name) + " has no " + tag(table->section));
+        addMissing(nearChild(*top, table->section, isKnownSection), table->section,
+                   top->GetLineNum(), tag(name) + " has no ", findings);
   }
   checkTwice(document, findings);
   if (source.kind == FileKind::Media)
@@ -95,6 +150,10 @@ void checkNotLoaded(const Source& source, Findings& findings) {
 }  // namespace
 
 void checkStructure(const Source& source, Findings& findings) {
+  if (const char* encoding = wideEncodingOf(source.bytes))
+    return findings.add(
+        kWideEncoding, 1,
+        std::string("the file is ") + encoding + ", of which the library reads nothing");
   checkZeroBytes(source, findings);
   if (source.document == nullptr) {
     if (source.isRead || source.copies == nullptr ||
@@ -106,9 +165,12 @@ void checkStructure(const Source& source, Findings& findings) {
     findings.add(kNoElement, 1, "there is no element in it");
     return;
   }
-  if (source.kind == FileKind::Unknown)
+  if (const XMLElement* wrapper = wrapperIn(*source.document))
+    return findings.add(kWrappedRoot, *wrapper,
+                        tag(wrapper->Name()) + " is around what readers look for at the top");
+  if (source.kind == FileKind::Unknown && !checkNearTops(*source.document, findings))
     findings.add(kUnknownKind, 1, "nothing in it says what it configures");
-  else if (source.kind != FileKind::Language)
+  if (source.kind != FileKind::Unknown && source.kind != FileKind::Language)
     checkSections(source, findings);
 }
 

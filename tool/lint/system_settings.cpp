@@ -1,7 +1,10 @@
 #include <camcfg/params.h>
 
+#include <algorithm>
+
 #include "lint/item.h"
 #include "lint/lint.h"
+#include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/system.h"
 #include "settings/value.h"
@@ -53,6 +56,11 @@ std::vector<Read> settingsRead() {
   return all;
 }
 
+bool isKnownSetting(std::string_view name) {
+  const std::vector<Read> all = settingsRead();
+  return std::any_of(all.begin(), all.end(), [&](const Read& read) { return name == read.name; });
+}
+
 void addMissing(const XMLElement& system, const Read& setting, Findings& findings) {
   const std::string what = std::string("System has no <") + setting.name + ">";
   for (const XMLElement* element : childrenOf(system))
@@ -60,6 +68,8 @@ void addMissing(const XMLElement& system, const Read& setting, Findings& finding
       return findings.add(
           kSystemShadowed, *element,
           what + ", and " + setting.reader + " takes " + tag(element->Name()) + " for it");
+  if (const XMLElement* near = nearChild(system, setting.name, isKnownSetting))
+    return addNearName(*near, setting.name, findings);
   findings.add(kSystemMissing, system, what + ", which " + setting.reader + " reads");
 }
 

@@ -30,7 +30,7 @@ constexpr struct {
     {"verify", "verify --resync"},
     {"boot", "boot"},
     {"salvage", "salvage --apply @damaged"},
-    {"lint", "lint"},
+    {"lint", "lint --fix --rule main-missing=off"},
     {"upgrade", "upgrade --on-conflict factory --from @old"},
     {"history", "history"},
     {"undo", "undo"},
@@ -141,6 +141,8 @@ void EveryCommandTest::renew() const {
     if (name == kNames[0])
       contents = with(with(contents, "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\""),
                       "<MTU Cur=\"1500\"", "<MTU Cur=\"1300\"");
+    if (name == kNames[0])
+      contents = with(contents, "<Ch2SubGop Cur=\"30\" Def", "<Ch2SubGop Cur=\"30\" def");
     for (const char* directory : {"/cfg0/", "/cfg1/"}) device.write(directory + name, contents);
   }
   for (const std::string directory : {"/cfg0/", "/cfg1/"}) device.remove(directory + kOwn);

@@ -166,7 +166,8 @@ TEST(HelpTest, CommandsEndWithTheStatusesThatTheyCanEndWith) {
   EXPECT_EQ(exitStatusesOf("live srt"), (Lines{done, refused, usage, unusable,
                                                "  4  a part could not be read and is left out"}));
   EXPECT_EQ(exitStatusesOf("lint"),
-            (Lines{done, "  1  there is an error, or it was refused", usage, unusable}));
+            (Lines{done, "  1  there is an error, or it was refused", usage, unusable,
+                   "  5  the change is in force, but could not be printed"}));
   EXPECT_EQ(exitStatusesOf("diff"),
             (Lines{done, "  1  something differs",
                    "  2  the command line is wrong, or it was refused", unusable}));

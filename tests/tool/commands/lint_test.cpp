@@ -135,7 +135,7 @@ TEST_F(LintFilesTest, BytesThatAreNoTextAreFoundAndShown) {
   host.write("/utf16.xml", bytes);
   const ToolRun result = lint({"--json", "utf16.xml"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.out, testing::HasSubstr("\"rule\": \"not-well-formed\""));
+  EXPECT_THAT(result.out, testing::HasSubstr("\"rule\": \"wide-encoding\""));
 }
 
 TEST_F(LintFilesTest, SecretsAreNeverInAFinding) {

@@ -2,6 +2,14 @@
 
 namespace camcfg::tests {
 
+std::vector<LintCase> allCases() {
+  std::vector<LintCase> all;
+  for (const auto cases : {structureCases, textCases, valueCases, parameterCases, networkCases,
+                           presetCases, mediaCases, streamCases, languageCases})
+    for (const LintCase& lintCase : cases()) all.push_back(lintCase);
+  return all;
+}
+
 std::string fileWith(const LintCase& lintCase, const std::string& other) {
   std::string text = lintCase.base;
   const std::string part = lintCase.part;

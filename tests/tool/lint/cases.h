@@ -115,6 +115,7 @@ inline void PrintTo(const LintCase& lintCase, std::ostream* out) {
 
 // Those of each subject, in the file of its name.
 std::vector<LintCase> structureCases();
+std::vector<LintCase> textCases();
 std::vector<LintCase> valueCases();
 std::vector<LintCase> parameterCases();
 std::vector<LintCase> networkCases();
@@ -122,6 +123,9 @@ std::vector<LintCase> presetCases();
 std::vector<LintCase> mediaCases();
 std::vector<LintCase> streamCases();
 std::vector<LintCase> languageCases();
+
+/// All of them.
+std::vector<LintCase> allCases();
 
 /// The base of a case with its part replaced, wherever it is.
 std::string fileWith(const LintCase& lintCase, const std::string& other);

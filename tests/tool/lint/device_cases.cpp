@@ -1,6 +1,7 @@
 #include "tool/lint/device_cases.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tool/lint/cases.h"
 
@@ -112,6 +113,60 @@ std::vector<DeviceCase> deviceCases() {
                       std::string(kCleanPresets) + "<More/>\n");
        },
        "/cfg0/preset_cfg.xml:1: error: it ends before 'More', which its backup has [cut-short]\n"},
+      {"factory-missing",
+       [](const DeviceRoot& device) {
+         for (const char* name : {"mpp_cfg", "preset_cfg", "business_param"})
+           device.remove(std::string("/app/resource/defcfg/") + name + ".xml");
+       },
+       [](const DeviceRoot& device) { device.remove("/app/resource/language/Dutch.xml"); },
+       "/app/resource/defcfg/business_param.xml:1: warning: there is no factory copy "
+       "[factory-missing]\n"
+       "/app/resource/defcfg/mpp_cfg.xml:1: warning: there is no factory copy [factory-missing]\n"
+       "/app/resource/defcfg/preset_cfg.xml:1: warning: there is no factory copy "
+       "[factory-missing]\n"},
+      {"factory-damaged",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/defcfg/mpp_cfg.xml", "<Stream>");
+       },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/defcfg/mpp_cfg.xml", "<Stream/>");
+       },
+       "/app/resource/defcfg/mpp_cfg.xml:1: warning: the factory copy is not well-formed XML "
+       "[factory-damaged]\n"},
+      {"copies-are-one",
+       [](const DeviceRoot& device) {
+         device.remove(kBackup);
+         symlink("../cfg0/mpp_cfg.xml", (device.hostPath() + kBackup).c_str());
+       },
+       [](const DeviceRoot& device) {
+         symlink("mpp_cfg.xml", (device.hostPath() + "/cfg0/mpp_cfg.old").c_str());
+       },
+       "/cfg0/mpp_cfg.xml:1: warning: it is the same file as /cfg1/mpp_cfg.xml "
+       "[copies-are-one]\n"},
+      {"copies-are-one",
+       [](const DeviceRoot& device) {
+         device.remove(kBackup);
+         link((device.hostPath() + "/app/resource/defcfg/mpp_cfg.xml").c_str(),
+              (device.hostPath() + kBackup).c_str());
+       },
+       [](const DeviceRoot& device) {
+         link((device.hostPath() + "/cfg1/mpp_cfg.xml").c_str(),
+              (device.hostPath() + "/cfg1/mpp_cfg.kept").c_str());
+       },
+       "/cfg1/mpp_cfg.xml:1: warning: it is the same file as /app/resource/defcfg/mpp_cfg.xml "
+       "[copies-are-one]\n"},
+      {"copy-of-another",
+       [](const DeviceRoot& device) {
+         device.remove("/cfg1/preset_cfg.xml");
+         device.write("/cfg0/copied.xml", kCleanPresets);
+         writeAll(device, "copied.xml", kCleanPresets);
+         symlink("../cfg0/copied.xml", (device.hostPath() + "/cfg1/preset_cfg.xml").c_str());
+       },
+       [](const DeviceRoot& device) { writeAll(device, "copied.xml", kCleanPresets); },
+       "/cfg0/copied.xml:1: error: it is the same file as /cfg1/preset_cfg.xml "
+       "[copy-of-another]\n"
+       "/cfg1/preset_cfg.xml:1: error: it is the same file as /cfg0/copied.xml "
+       "[copy-of-another]\n"},
       {"not-checked-at-start",
        [](const DeviceRoot& device) {
          device.write("/cfg0/extra.xml", kCleanTexts);

@@ -57,8 +57,9 @@ std::vector<LintCase> presetCases() {
       {"preset-name", kCleanPresets, R"(<preset Id="3")", R"(<presets Id="3")", R"(<preset Id="4")",
        R"(x.xml:3: warning: <presets> is read as a <preset> [preset-name]
 )"},
-      {"not-a-preset", kCleanPresets, R"(<preset Id="3")", R"(<Preset Id="3")", R"(<preset Id="4")",
-       R"(x.xml:3: warning: <Preset> is not read: its name is not <preset> [not-a-preset]
+      {"not-a-preset", kCleanPresets, R"(<preset Id="3")", R"(<Position Id="3")",
+       R"(<preset Id="4")",
+       R"(x.xml:3: warning: <Position> is not read: its name is not <preset> [not-a-preset]
 )"},
   };
 }

@@ -26,14 +26,6 @@ std::string linesFor(const std::string& contents) {
   return lines;
 }
 
-std::vector<LintCase> allCases() {
-  std::vector<LintCase> all;
-  for (const auto cases : {structureCases, valueCases, parameterCases, networkCases, presetCases,
-                           mediaCases, streamCases, languageCases})
-    for (const LintCase& lintCase : cases()) all.push_back(lintCase);
-  return all;
-}
-
 class LintRuleTest : public testing::TestWithParam<LintCase> {};
 
 TEST_P(LintRuleTest, FindsItsHazardOnItsLine) {

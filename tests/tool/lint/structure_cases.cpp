@@ -61,7 +61,7 @@ std::vector<LintCase> structureCases() {
        R"(<Settings><Port Val="554"/></Settings>)",
        R"(x.xml:1: warning: nothing in it says what it configures [unknown-kind]
 )"},
-      {"section-missing", kCleanMedia, "StreamCache>", "streamcache>", "StreamCache>",
+      {"section-missing", kCleanMedia, "StreamCache>", "Buffers>", "StreamCache>",
        R"(x.xml:1: error: <Stream> has no <StreamCache> [section-missing]
 )"},
       {"section-missing", kCleanPresets, "PresetCfg", "Presets", "PresetCfg",
