@@ -10,8 +10,9 @@ namespace camcfg::tool::commands {
 namespace {
 
 // What brings previous or factory settings back brings back what is wrong with them, too, and `upgrade` has
-// a way of its own to keep errors out.
-constexpr const char* kUnreviewed[] = {"network reset", "reset", "undo", "salvage", "upgrade"};
+// a way of its own to keep errors out. `lint` reports all that is left, which its change may bring to light.
+constexpr const char* kUnreviewed[] = {"lint", "network reset", "reset",
+                                       "undo", "salvage",       "upgrade"};
 
 // Of a change that is faulty all over, the first findings say enough.
 constexpr std::size_t kMost = 20;

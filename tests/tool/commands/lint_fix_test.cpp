@@ -175,6 +175,18 @@ TEST_F(LintFixDeviceTest, BothCopiesAreWrittenByteForByteAndTheChangeIsKept) {
   EXPECT_EQ(device.read(std::string("/cfg0/") + kParameters), damaged);
 }
 
+TEST_F(LintFixDeviceTest, ErrorThatComesToLightIsReportedAndNotRefused) {
+  const std::string sound = device.read(std::string("/app/resource/defcfg/") + kParameters);
+  const std::string fault = with(sound, "<Rtsp Cur=\"554\"", "<Rtsp Cur=\"70000\"");
+  for (const std::string directory : {"/cfg0/", "/cfg1/"})
+    device.write(directory + kParameters, with(fault, "<Rtsp Cur=", "<Rtsp cur="));
+  const ToolRun result = run({"lint", "--fix"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, "");
+  EXPECT_THAT(result.out, testing::HasSubstr("[outside-limits]"));
+  EXPECT_EQ(device.read(std::string("/cfg0/") + kParameters), fault);
+}
+
 TEST_F(LintFixDeviceTest, TextsArePartOfTheFirmware) {
   const std::string path = "/app/resource/language/Own.xml";
   device.write(path, kFaulty);
