@@ -195,9 +195,9 @@ Answer fixedAnswer(const std::vector<lint::Source>& sources, const Repairs& repa
 Answer fixedText(const lint::Source& source, Answer answer) {
   for (const char* list : {"fixed", "findings"})
     for (const Json& each : answer.value[list])
-      answer.notes.push_back(source.name + ":" + std::to_string(each.find_path("line")->get<int>()) +
-                             ": " + each.find_path("text")->text() + " [" +
-                             each.find_path("rule")->text() + "]");
+      answer.notes.push_back(
+          source.name + ":" + std::to_string(each.find_path("line")->get<int>()) + ": " +
+          each.find_path("text")->text() + " [" + each.find_path("rule")->text() + "]");
   answer.value["contents"] = source.bytes;
   answer.layout = {Verbatim{source.bytes}};
   return answer;

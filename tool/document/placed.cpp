@@ -27,9 +27,9 @@ const char* keyOf(const device::Section& section) {
 }
 
 // Whether a place is inside what is at another one.
-bool isBelow(const std::string& above, const std::string& place) {
-  return place.size() > above.size() && beginsWith(place, above) &&
-         (place[above.size()] == '[' || place[above.size()] == '.');
+bool isBelow(const std::string& above, const std::string& lower) {
+  return lower.size() > above.size() && beginsWith(lower, above) &&
+         (lower[above.size()] == '[' || lower[above.size()] == '.');
 }
 
 // The section that a place is in; null if it is in none.
