@@ -23,6 +23,7 @@ struct Source {
   device::Document parsed;  ///< what they are, sound or not, unless the library loaded the file
   const tinyxml2::XMLDocument* document = nullptr;  ///< what readers get; null if nothing
   const device::ConfigFile* copies = nullptr;       ///< of a file of the device that has copies
+  bool isOfDevice = false;  ///< it is where the device reads it, so its directories count
 
   /// Whether it is well-formed and holds an element.
   bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
@@ -51,6 +52,13 @@ void checkWhitelists(const Source& source, Findings& findings);
 void checkLiveMedia(const Source& source, Findings& findings);
 void checkLanguage(const Source& source, Findings& findings);
 void checkCopies(const Source& source, Findings& findings);
+void checkKinds(const Source& source, Findings& findings);
+void checkServices(const Source& source, Findings& findings);
+void checkSystemPorts(const Source& source, Findings& findings);
+
+// What must be true of several files together. Each source has its findings at the same position.
+void checkPortsOfAll(const std::vector<Source>& sources, std::vector<Findings>& findings);
+void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>& findings);
 
 }  // namespace camcfg::tool::lint
 

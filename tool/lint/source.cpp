@@ -105,6 +105,7 @@ std::vector<Source> sourcesOf(const device::FileSet& set) {
     Source source = deviceSource(file.path(device::Place::Main), file.main);
     source.kind = kindOfDeviceFile(source);
     source.copies = &file;
+    source.isOfDevice = true;
     sources.push_back(std::move(source));
   }
   for (const std::string& name : device::filesIn(CFG_DIR_LANGUAGE)) {
@@ -113,6 +114,7 @@ std::vector<Source> sourcesOf(const device::FileSet& set) {
     device::Copy copy = device::loadCopy(path);
     Source source = deviceSource(path, copy);
     source.kind = FileKind::Language;
+    source.isOfDevice = true;
     if (copy.loads()) source.parsed = std::move(copy.document);
     sources.push_back(std::move(source));
   }

@@ -29,7 +29,7 @@ std::string linesFor(const std::string& contents) {
 std::vector<LintCase> allCases() {
   std::vector<LintCase> all;
   for (const auto cases : {structureCases, valueCases, parameterCases, networkCases, presetCases,
-                           mediaCases, streamCases, languageCases})
+                           mediaCases, streamCases, languageCases, relationCases})
     for (const LintCase& lintCase : cases()) all.push_back(lintCase);
   return all;
 }
