@@ -1,16 +1,17 @@
 #include "lint/additions.h"
 
+#include <algorithm>
 #include <map>
+#include <optional>
+#include <utility>
 
+#include "base/host.h"
+#include "device/turn.h"
 #include "lint/lint.h"
 #include "lint/steering.h"
 
 namespace camcfg::tool::lint {
 namespace {
-
-std::vector<Finding> findingsIn(const std::string& path, const std::string& bytes) {
-  return lint(sourcesOf({HostFile{path, bytes, ""}}));
-}
 
 bool canBeRead(const std::string& bytes) {
   return !device::parsed(bytes)->Error();
@@ -20,30 +21,49 @@ std::string identityOf(const Finding& finding) {
   return lint::identityOf(finding.file, finding.rule->id, finding.text);
 }
 
-std::map<const Rule*, int> countsOf(const std::vector<Finding>& findings) {
-  std::map<const Rule*, int> counts;
-  for (const Finding& finding : findings) ++counts[finding.rule];
+// Findings of one rule in one file.
+using Counts = std::map<std::pair<std::string, const Rule*>, int>;
+
+Counts countsOf(const std::vector<Finding>& findings) {
+  Counts counts;
+  for (const Finding& finding : findings) ++counts[{finding.file, finding.rule}];
   return counts;
 }
 
-void addAdditions(const device::FileChange& change, std::vector<Addition>& additions) {
-  if (change.before == change.after || !canBeRead(change.before)) return;
-  const std::vector<Finding> before = findingsIn(change.path, change.before);
-  const std::vector<Finding> after = findingsIn(change.path, change.after);
-  std::map<std::string, int> known;
-  for (const Finding& finding : before) ++known[identityOf(finding)];
-  std::map<const Rule*, int> former = countsOf(before);
-  std::map<const Rule*, int> counts = countsOf(after);
-  for (const Finding& finding : after)
-    if (--known[identityOf(finding)] < 0)
-      additions.push_back({finding, counts[finding.rule] > former[finding.rule]});
+// All main copies, those that change as they are before or after that.
+std::vector<Finding> findingsOf(const std::vector<device::FileChange>& changes,
+                                std::string device::FileChange::*side) {
+  std::vector<device::Contents> files;
+  for (const char* path : device::Turn::allFiles()) {
+    const auto change =
+        std::find_if(changes.begin(), changes.end(),
+                     [&](const device::FileChange& each) { return each.path == path; });
+    if (change != changes.end())
+      files.push_back({path, (*change).*side});
+    else if (const std::optional<std::string> bytes = readFile(path))
+      files.push_back({path, *bytes});
+  }
+  return lint(sourcesOf(files));
 }
 
 }  // namespace
 
 std::vector<Addition> additionsOf(const std::vector<device::FileChange>& changes) {
+  if (!std::all_of(changes.begin(), changes.end(),
+                   [](const device::FileChange& change) { return canBeRead(change.before); }))
+    return {};
+  const std::vector<Finding> before = findingsOf(changes, &device::FileChange::before);
+  const std::vector<Finding> after = findingsOf(changes, &device::FileChange::after);
+  std::map<std::string, int> known;
+  for (const Finding& finding : before) ++known[identityOf(finding)];
+  Counts previous = countsOf(before);
+  Counts counts = countsOf(after);
   std::vector<Addition> additions;
-  for (const device::FileChange& change : changes) addAdditions(change, additions);
+  for (const Finding& finding : after) {
+    const std::pair<std::string, const Rule*> kind(finding.file, finding.rule);
+    if (--known[identityOf(finding)] < 0)
+      additions.push_back({finding, counts[kind] > previous[kind]});
+  }
   return additions;
 }
 

@@ -6,6 +6,7 @@
 
 #include "base/host.h"
 #include "device/files.h"
+#include "device/save.h"
 #include "lint/findings.h"
 
 namespace camcfg::tool::lint {
@@ -23,6 +24,7 @@ struct Source {
   device::Document parsed;  ///< what they are, sound or not, unless the library loaded the file
   const tinyxml2::XMLDocument* document = nullptr;  ///< what readers get; null if nothing
   const device::ConfigFile* copies = nullptr;       ///< of a file of the device that has copies
+  bool isOfDevice = false;  ///< it is where the device reads it, so its directories count
 
   /// Whether it is well-formed and holds an element.
   bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
@@ -34,6 +36,9 @@ std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
 /// The files of a device, loaded through the library: the main copies and the language files.
 /// @param set  its configuration files; must outlive what is returned
 std::vector<Source> sourcesOf(const device::FileSet& set);
+
+/// Main copies of a device as if they held these bytes.
+std::vector<Source> sourcesOf(const std::vector<device::Contents>& files);
 
 /// What all rules find in files: by file, then by line.
 std::vector<Finding> lint(const std::vector<Source>& sources);
@@ -52,6 +57,13 @@ void checkWhitelists(const Source& source, Findings& findings);
 void checkLiveMedia(const Source& source, Findings& findings);
 void checkLanguage(const Source& source, Findings& findings);
 void checkCopies(const Source& source, Findings& findings);
+void checkKinds(const Source& source, Findings& findings);
+void checkServices(const Source& source, Findings& findings);
+void checkSystemPorts(const Source& source, Findings& findings);
+
+// What must be true of several files together. Each source has its findings at the same position.
+void checkPortsOfAll(const std::vector<Source>& sources, std::vector<Findings>& findings);
+void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>& findings);
 
 }  // namespace camcfg::tool::lint
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "lint/cards.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/name_matches.h"
@@ -19,6 +20,8 @@ using tinyxml2::XMLElement;
 
 constexpr Needed kSides[] = {{"Cur", "CFG_NETWORK_GetAllParamCur reads"},
                              {"Def", "CFG_NETWORK_GetAllParamDef reads"}};
+
+constexpr int kLeastPacket = 576;  // RFC 791
 
 Item cardItem(const XMLElement& card, Findings& findings) {
   return {card, "card " + clipped(card.Name()), findings};
@@ -63,8 +66,11 @@ void checkInterfaces(const Elements& cards, Findings& findings) {
 void checkHostname(const Item& network) {
   network.checkCase({"Hostname"});
   if (!network.has("Hostname")) return network.add(kHostname, " has no \"Hostname\"");
-  const std::string fault = settings::hostnameSetting().whyNotUsable(network.text("Hostname"));
+  const std::string name = network.text("Hostname");
+  const std::string fault = settings::hostnameSetting().whyNotUsable(name);
   if (!fault.empty()) network.addOf(kHostname, "Hostname", ": " + clipped(fault));
+  if (!name.empty() && name.find_first_not_of("0123456789.") == std::string::npos)
+    network.addOf(kHostnameNumber, "Hostname", " " + quoted(name) + " is taken for an address");
 }
 
 void checkMtu(const Item& field, const Setting& setting, const char* attribute) {
@@ -74,6 +80,10 @@ void checkMtu(const Item& field, const Setting& setting, const char* attribute) 
     field.addOf(kMtuRange, attribute,
                 " " + std::to_string(*mtu) + " is outside " + std::to_string(min) + ".." +
                     std::to_string(max));
+  else if (mtu && *mtu < kLeastPacket)
+    field.addOf(kMtuSmall, attribute,
+                " " + std::to_string(*mtu) + " is below " + std::to_string(kLeastPacket) +
+                    ", which every network carries");
 }
 
 void checkText(const Item& field, const Setting& setting, const char* attribute) {
@@ -171,6 +181,7 @@ void checkNetwork(const Source& source, Findings& findings) {
     checkFields({*cards[i], clipped(cards[i]->Name()), findings});
   }
   checkInterfaces(real, findings);
+  checkCards(real, findings);
 }
 
 }  // namespace camcfg::tool::lint

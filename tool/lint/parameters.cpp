@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "lint/item.h"
 #include "lint/lint.h"
@@ -119,6 +120,10 @@ void checkIntegers(const Item& item) {
                " " + std::to_string(*min) + " is above \"Max\" " + std::to_string(*max));
   if (step && *step < 1)
     item.addOf(kBadStep, "Step", " " + std::to_string(*step) + " is not an increment");
+  if (min && max && step &&
+      *min<*max&& * step> static_cast<long long>(*max) - static_cast<long long>(*min))
+    item.addOf(kStepTooLarge, "Step",
+               " " + std::to_string(*step) + " is more than from \"Min\" to \"Max\"");
   for (const char* attribute : kValues) {
     const std::optional<int> value = item.checkInteger(attribute);
     if (!value || isEmpty) continue;
@@ -134,12 +139,25 @@ void checkIntegers(const Item& item) {
   }
 }
 
+void checkOptions(const Item& item, const std::string& options) {
+  const std::vector<std::string> all = settings::optionsIn(options);
+  if (all.empty()) item.addOf(kOptionsEmpty, "OptTxt", " lists no text");
+  std::set<std::string_view> known;
+  for (const std::string& option : all)
+    if (!known.insert(option).second)
+      item.addOf(kOptionTwice, "OptTxt", " has " + quoted(option) + " twice");
+  if (options.find(",,") != std::string::npos || beginsWith(options, ",") ||
+      (!options.empty() && options.back() == ','))
+    item.addOf(kOptionsEmpty, "OptTxt", " has an empty text between commas");
+}
+
 void checkTexts(const Item& item) {
   item.requireFits("OptTxt", CFG_TXT_OPT_SIZE - 1);
   item.requireFits("Def", CFG_TXT_DEF_SIZE - 1);
   item.requireFits("Cur", CFG_TXT_CUR_SIZE - 1);
   if (!item.has("OptTxt")) return;
   const std::string options = item.text("OptTxt");
+  checkOptions(item, options);
   // Only options that fit their field are searched for whole ones, which bounds the time.
   for (const char* attribute : kValues) {
     if (!item.has(attribute)) continue;

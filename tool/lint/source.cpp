@@ -99,12 +99,28 @@ std::vector<Source> sourcesOf(const std::vector<HostFile>& files) {
   return sources;
 }
 
+std::vector<Source> sourcesOf(const std::vector<device::Contents>& files) {
+  std::vector<Source> sources;
+  for (const device::Contents& file : files) {
+    Source source;
+    source.name = file.path;
+    source.isRead = source.isOfDevice = true;
+    source.bytes = file.bytes;
+    source.parsed = device::parsed(source.bytes);
+    if (!source.parsed->Error()) source.document = source.parsed.get();
+    source.kind = kindOfDeviceFile(source);
+    sources.push_back(std::move(source));
+  }
+  return sources;
+}
+
 std::vector<Source> sourcesOf(const device::FileSet& set) {
   std::vector<Source> sources;
   for (const device::ConfigFile& file : set.files) {
     Source source = deviceSource(file.path(device::Place::Main), file.main);
     source.kind = kindOfDeviceFile(source);
     source.copies = &file;
+    source.isOfDevice = true;
     sources.push_back(std::move(source));
   }
   for (const std::string& name : device::filesIn(CFG_DIR_LANGUAGE)) {
@@ -113,6 +129,7 @@ std::vector<Source> sourcesOf(const device::FileSet& set) {
     device::Copy copy = device::loadCopy(path);
     Source source = deviceSource(path, copy);
     source.kind = FileKind::Language;
+    source.isOfDevice = true;
     if (copy.loads()) source.parsed = std::move(copy.document);
     sources.push_back(std::move(source));
   }

@@ -22,30 +22,17 @@ std::string textIn(const Json& card, const Setting& setting) {
   return value == nullptr ? "" : settings::inFile(setting, *value);
 }
 
-std::string whyNotThrough(std::uint32_t gateway, const std::string& text,
-                          const settings::Subnet& subnet, const std::string& address) {
-  if (!subnet.has(gateway))
-    return text + " is not in " + subnet.text() + ", the subnet of " + address;
-  if (text == address) return text + " is the card's own address";
-  return subnet.whyNotAHost(gateway);
-}
-
 }  // namespace
 
 std::vector<Contradiction> contradictionsIn(const Json& card) {
   std::vector<Contradiction> found;
   const std::string mode = textIn(card, settingAt("IpMode"));
   if (!mode.empty() && mode != kStatic) return found;
-  const std::string address = textIn(card, settingAt("IpAddr"));
-  const auto subnet = settings::Subnet::of(address, textIn(card, settingAt("NetMask")));
-  if (!subnet) return found;
-  const std::string why = subnet->whyNotAHost();
-  if (!why.empty()) found.push_back({settingAt("IpAddr"), why});
-  const std::string gateway = textIn(card, settingAt("GateWay"));
-  const std::optional<std::uint32_t> through = settings::ipv4Of(gateway);
-  if (!through) return found;
-  const std::string whyNot = whyNotThrough(*through, gateway, *subnet, address);
-  if (!whyNot.empty()) found.push_back({settingAt("GateWay"), whyNot});
+  const auto [address, gateway] =
+      settings::unreachableIn(textIn(card, settingAt("IpAddr")), textIn(card, settingAt("NetMask")),
+                              textIn(card, settingAt("GateWay")));
+  if (!address.empty()) found.push_back({settingAt("IpAddr"), address});
+  if (!gateway.empty()) found.push_back({settingAt("GateWay"), gateway});
   return found;
 }
 

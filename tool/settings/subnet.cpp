@@ -25,6 +25,14 @@ int bitsIn(std::uint32_t mask) {
   return bits;
 }
 
+std::string whyNotThrough(std::uint32_t gateway, const std::string& text, const Subnet& subnet,
+                          const std::string& address) {
+  if (!subnet.has(gateway))
+    return text + " is not in " + subnet.text() + ", the subnet of " + address;
+  if (text == address) return text + " is the card's own address";
+  return subnet.whyNotAHost(gateway);
+}
+
 }  // namespace
 
 std::optional<std::uint32_t> ipv4Of(const std::string& text) {
@@ -58,6 +66,15 @@ std::string Subnet::whyNotAHost(std::uint32_t address) const {
   if ((address & hosts) == hosts)
     return dotted(address) + " is the broadcast address of the subnet " + text();
   return "";
+}
+
+Unreachable unreachableIn(const std::string& address, const std::string& mask,
+                          const std::string& gateway) {
+  const std::optional<Subnet> subnet = Subnet::of(address, mask);
+  if (!subnet) return {};
+  const std::optional<std::uint32_t> through = ipv4Of(gateway);
+  return {subnet->whyNotAHost(),
+          through ? whyNotThrough(*through, gateway, *subnet, address) : std::string()};
 }
 
 }  // namespace camcfg::tool::settings

@@ -34,6 +34,16 @@ class Subnet {
   std::uint32_t mask_;
 };
 
+/// What keeps a card with an address of its own from its network; empty where nothing does.
+struct Unreachable {
+  std::string address;  ///< why its address is not that of a host
+  std::string gateway;  ///< why its gateway is not another host of the same subnet
+};
+
+/// Texts that are no addresses, or no netmask, are passed by.
+Unreachable unreachableIn(const std::string& address, const std::string& mask,
+                          const std::string& gateway);
+
 }  // namespace camcfg::tool::settings
 
 #endif

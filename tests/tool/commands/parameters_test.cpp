@@ -232,9 +232,10 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedValue{"Main", "Mode", "Half",
                      "Main/Mode: 'Half' is only a part of one of 'Auto,Half-Auto,Manual'; the "
                      "nearest permitted is 'Half-Auto'; '--force' sets it anyway"},
-        RefusedValue{"Main", "Mode", "",
-                     "Main/Mode: '' is only a part of one of 'Auto,Half-Auto,Manual'; '--force' "
-                     "sets it anyway"},
+        RefusedValue{
+            "Main", "Mode", "",
+            "Main/Mode: the text is empty; the texts are 'Auto,Half-Auto,Manual'; '--force' "
+            "sets it anyway"},
         RefusedValue{"Main", "Free", "y",
                      "Main/Free: it has neither Min, Max nor OptTxt, so the library permits no "
                      "value"},
@@ -245,8 +246,11 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedValue{"Min", "Port", "80", "there is no section 'Min'; did you mean 'Main'?"}));
 
 TEST_F(ParametersTest, ForceSetsAPartOfAnAllowedText) {
-  EXPECT_EQ(run({"set", "--force", "Image", "Mode", "Man"}),
-            (ToolRun{0, "Image/Mode: Auto -> Man\n", ""}));
+  EXPECT_EQ(
+      run({"set", "--force", "Image", "Mode", "Man"}),
+      (ToolRun{0, "Image/Mode: Auto -> Man\n",
+               "camcfg: set: warning: /cfg0/business_param.xml:12: Image/Mode: \"Cur\" 'Man' is "
+               "only a part of one of 'Auto,Half-Auto,Manual' [part-of-option]\n"}));
   EXPECT_EQ(device.read(kBusiness), with(kParameters, "<Mode Cur=\"Auto\"", "<Mode Cur=\"Man\""));
 }
 

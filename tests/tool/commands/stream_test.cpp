@@ -93,10 +93,13 @@ INSTANTIATE_TEST_SUITE_P(Sizes, CacheSizeTest,
                                          SizeRow{"BufferSizeMB=\"1024\"", "1 GiB"}));
 
 TEST_F(StreamTest, SelectMarksWithEnableInPlaceAndLeavesDefault) {
-  EXPECT_EQ(run({"stream", "cache", "0", "select", "2"}),
-            (ToolRun{0, "stream cache 0, Enable: - -> 2\n",
-                     "camcfg: stream cache select: note: the loader goes by \"Default\" and still "
-                     "takes source 0\n"}));
+  EXPECT_EQ(
+      run({"stream", "cache", "0", "select", "2"}),
+      (ToolRun{0, "stream cache 0, Enable: - -> 2\n",
+               "camcfg: stream cache select: note: the loader goes by \"Default\" and still "
+               "takes source 0\n"
+               "camcfg: stream cache select: warning: /cfg0/mpp_cfg.xml:10: cache 0: source 2 is "
+               "marked \"Enable\", but source 0 is carried [enable-differs]\n"}));
   const std::string marked = with(kMedia, "Id=\"2\"/>", "Id=\"2\" Enable=\"1\"/>");
   expectBoth(marked);
   EXPECT_EQ(run({"stream", "cache", "0", "select", "0"}),
@@ -158,12 +161,17 @@ TEST_F(StreamTest, DefaultIsRefusedWhereASaveWouldChangeSources) {
 }
 
 TEST_F(StreamTest, AllowReplacesTheSourcesAndKeepsTheCarriedOneEnabled) {
-  EXPECT_EQ(run({"stream", "cache", "0", "allow", "5", "2", "0", "2"}),
-            (ToolRun{0, "stream cache 0 allows 0, 2, 5; before: 0, 2\n",
-                     "camcfg: stream cache allow: note: not among the stream sources: 5\n"
-                     "camcfg: stream cache allow: note: the mark \"Default\" at source 0 is gone; "
-                     "the loader takes source 5, the last one, until 'camcfg stream cache 0 "
-                     "default SOURCE' marks one\n"}));
+  EXPECT_THAT(run({"stream", "cache", "0", "allow", "5", "2", "0", "2"}).err,
+              testing::HasSubstr("[enabled-source-missing]"));
+  expectBoth(kMedia);
+  const ToolRun result = run({"stream", "cache", "0", "allow", "5", "2", "0", "2", "--force"});
+  EXPECT_EQ(result.out, "stream cache 0 allows 0, 2, 5; before: 0, 2\n");
+  EXPECT_THAT(result.err,
+              testing::StartsWith(
+                  "camcfg: stream cache allow: note: not among the stream sources: 5\n"
+                  "camcfg: stream cache allow: note: the mark \"Default\" at source 0 is gone; "
+                  "the loader takes source 5, the last one, until 'camcfg stream cache 0 "
+                  "default SOURCE' marks one\n"));
   expectBoth(with(kMedia,
                   "            <AllowedStreamSource Id=\"0\" Default=\"1\"/>\n"
                   "            <AllowedStreamSource Id=\"2\"/>\n",

@@ -5,7 +5,7 @@ namespace camcfg::tests {
 std::vector<LintCase> allCases() {
   std::vector<LintCase> all;
   for (const auto cases : {structureCases, textCases, valueCases, parameterCases, networkCases,
-                           presetCases, mediaCases, streamCases, languageCases})
+                           presetCases, mediaCases, streamCases, languageCases, relationCases})
     for (const LintCase& lintCase : cases()) all.push_back(lintCase);
   return all;
 }

@@ -121,6 +121,7 @@ std::vector<LintCase> parameterCases();
 std::vector<LintCase> networkCases();
 std::vector<LintCase> presetCases();
 std::vector<LintCase> mediaCases();
+std::vector<LintCase> relationCases();
 std::vector<LintCase> streamCases();
 std::vector<LintCase> languageCases();
 

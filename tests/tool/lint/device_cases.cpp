@@ -67,12 +67,63 @@ std::vector<DeviceCase> deviceCases() {
        },
        "/cfg0/business_param.xml:2: error: System/Language: there is no "
        "/app/resource/language/English.xml [language-missing]\n"},
+      {"language-option-missing",
+       [](const DeviceRoot& device) { device.remove("/app/resource/language/German.xml"); },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/Dutch.xml", kCleanTexts);
+       },
+       "/cfg0/business_param.xml:2: warning: System/Language: there is no "
+       "/app/resource/language/German.xml [language-option-missing]\n"},
+      {"port-of-two-services",
+       [](const DeviceRoot& device) {
+         writeAll(device, "mpp_cfg.xml", with(kCleanMedia, "Port=\"9000\"", "Port=\"554\""));
+       },
+       [](const DeviceRoot& device) {
+         writeAll(device, "mpp_cfg.xml", with(kCleanMedia, "Port=\"9000\"", "Port=\"555\""));
+       },
+       "/cfg0/mpp_cfg.xml:39: warning: <Instance>: 554 is the port of <Rtsp> in "
+       "/cfg0/business_param.xml at line 6, too [port-of-two-services]\n"},
+      {"translation-missing",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/German.xml", "<T><MenuLive Val=\"Live\"/></T>");
+       },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/German.xml",
+                      "<T><MenuVideo Val=\"V\"/><MenuLive Val=\"L\"/></T>");
+       },
+       "/app/resource/language/German.xml:1: warning: MenuVideo has no text here; it has one in "
+       "/app/resource/language/English.xml at line 3 [translation-missing]\n"},
+      {"translation-empty",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/German.xml",
+                      with(kCleanTexts, "Val=\"Video\"", "Val=\"\""));
+       },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/German.xml",
+                      with(kCleanTexts, "Val=\"Video\"", "Val=\"-\""));
+       },
+       "/app/resource/language/German.xml:3: warning: MenuVideo: \"Val\" is empty, and has a text "
+       "in "
+       "/app/resource/language/English.xml at line 3 [translation-empty]\n"},
+      {"translation-placeholders",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/German.xml",
+                      with(kCleanTexts, "Val=\"Video\"", "Val=\"Video %d\""));
+       },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/German.xml",
+                      with(kCleanTexts, "Val=\"Video\"", "Val=\"100% Video\""));
+       },
+       "/app/resource/language/German.xml:3: warning: MenuVideo: \"Val\" has other placeholders "
+       "than "
+       "the text in /app/resource/language/English.xml at line 3 [translation-placeholders]\n"},
       {"text-missing",
        [](const DeviceRoot& device) {
-         device.write("/app/resource/language/Dutch.xml", "<Texts><Menu/></Texts>");
+         device.write("/app/resource/language/Dutch.xml",
+                      "<Texts><MenuLive/><MenuVideo Val=\"Video\"/></Texts>");
        },
        [](const DeviceRoot& device) { device.write("/app/resource/language/README", "no XML"); },
-       "/app/resource/language/Dutch.xml:1: warning: Menu has no \"Val\" [text-missing]\n"},
+       "/app/resource/language/Dutch.xml:1: warning: MenuLive has no \"Val\" [text-missing]\n"},
       {"main-missing", [](const DeviceRoot& device) { device.remove(kMain); },
        [](const DeviceRoot& device) { device.remove("/app/resource/defcfg/mpp_cfg.xml.bak"); },
        "/cfg0/mpp_cfg.xml:1: error: the main copy is missing; another copy exists "

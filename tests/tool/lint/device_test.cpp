@@ -13,7 +13,8 @@ class LintDeviceTest : public ToolTest, public testing::WithParamInterface<Devic
       device.write(std::string(directory) + "preset_cfg.xml", kCleanPresets);
       device.write(std::string(directory) + "mpp_cfg.xml", kCleanMedia);
     }
-    device.write("/app/resource/language/English.xml", kCleanTexts);
+    for (const char* language : {"English", "German"})
+      device.write(std::string("/app/resource/language/") + language + ".xml", kCleanTexts);
   }
 };
 

@@ -8,7 +8,7 @@ std::vector<LintCase> mediaCases() {
        R"(x.xml:3: error: <VENC> has no "ChnId", without which the section does not load [required-attribute]
 )"},
       {"required-attribute", kCleanMedia, R"(<MediaGroup Name="live">)", "<MediaGroup>",
-       R"(<MediaGroup Name="">)",
+       R"(<MediaGroup Name="x">)",
        R"(x.xml:22: error: <MediaGroup> has no "Name", without which the section does not load [required-attribute]
 )"},
       {"minus-one", kCleanMedia, R"(ChnId="0")", R"(ChnId="-1")", R"(ChnId="-2")",
@@ -18,12 +18,12 @@ std::vector<LintCase> mediaCases() {
        R"(<AllowedStreamSource Id="-1"/>)", R"(<AllowedStreamSource Id="1"/>)",
        R"(x.xml:10: error: <AllowedStreamSource>: "Id" -1 counts as missing [minus-one]
 )"},
-      {"expected-attribute", kCleanMedia, R"( username="me")", "", R"( username="")",
-       R"(x.xml:28: warning: <Target> has no "username" [expected-attribute]
+      {"expected-attribute", kCleanMedia, R"( GroupName="public")", "", R"( GroupName="")",
+       R"(x.xml:34: warning: <Instance> has no "GroupName" [expected-attribute]
 )"},
       {"unread-attribute", kCleanMedia, R"(DiscoveryServer="")",
        R"(bDiscoveryServerEnable="true" DiscoveryServer="")",
-       R"(DiscoveryServerEnable="true" DiscoveryServer="")",
+       R"(DiscoveryServerEnable="false" DiscoveryServer="")",
        R"(x.xml:34: warning: <Instance>: no loader reads "bDiscoveryServerEnable"; the loader reads "DiscoveryServerEnable" [unread-attribute]
 )"},
       {"unread-attribute", kCleanMedia, R"( Enabled="0")", R"( Enabled="0" Codec="aac")",
@@ -60,16 +60,16 @@ std::vector<LintCase> mediaCases() {
       {"equal-name", kCleanMedia,
        R"(    </RTSP>
 )",
-       R"(        <MediaGroup Name="live"/>
+       R"(        <MediaGroup Name="live"><Channel Id="0" Name="a"/></MediaGroup>
     </RTSP>
 )",
-       R"(        <MediaGroup Name="Live"/>
+       R"(        <MediaGroup Name="Live"><Channel Id="0" Name="a"/></MediaGroup>
     </RTSP>
 )",
        R"(x.xml:26: warning: this RTSP session has the name 'live' of the one at line 22 [equal-name]
 )"},
       {"channel-missing", kCleanMedia, R"(<Channel Id="7" Name="audio"/>)",
-       R"(<Channel Id="9" Name="audio"/>)", R"(<Channel Id="7" Name=""/>)",
+       R"(<Channel Id="9" Name="audio"/>)", R"(<Channel Id="7" Name="sound"/>)",
        R"(x.xml:24: warning: <MediaGroup> 'live' sends channel 9, which is the id of no stream cache [channel-missing]
 )"},
       {"channel-type-unknown", kCleanMedia, R"(Type="MainVideo")", R"(Type="Video")",
@@ -103,7 +103,7 @@ std::vector<LintCase> mediaCases() {
        R"(x.xml:34: error: <Instance> '0': "MulticastNetmask": '255.0.255.0' is not a netmask: its set bits are not all at the beginning [multicast]
 )"},
       {"srt-password-unused", kCleanMedia, R"(Port="9000")", R"(Port="9000" Password="secret")",
-       R"(Port="9000" AesMode="1" Password="secret")",
+       R"(Port="9000" AesMode="1" Password="ten bytes!")",
        R"(x.xml:39: warning: <Instance> '0' has a password, but no "AesMode" above 0 that uses it [srt-password-unused]
 )"},
   };

@@ -111,15 +111,15 @@ x.xml:19: error: Lan0/MTU: setters find <MTUs> at line 18 [card-field-shadowed]
         <MTU)",
        R"(x.xml:18: warning: Lan0/Ipaddr: no reader knows this element [card-field-unread]
 )"},
-      {"network-word", kCleanParameters, R"(<Enable Cur="On")", R"(<Enable Cur="on")",
-       R"(<Enable Cur="Off")",
+      {"network-word", kCleanParameters, R"(<Enable Cur="On" Def="On")",
+       R"(<Enable Cur="on" Def="On")", R"(<Enable Cur="On" Def="Off")",
        R"(x.xml:17: error: Lan0/Enable: "Cur" 'on' is none of Off, On [network-word]
 )"},
       {"network-word", kCleanParameters, R"(<Intf Cur="Eth0")", R"(<Intf Cur="eth0")",
        R"(<Intf Cur="Eth1")",
        R"(x.xml:19: error: Lan0/Intf: "Cur" 'eth0' is none of Eth0, Eth1, Wlan0 [network-word]
 )"},
-      {"network-address", kCleanParameters, "192.0.2.7", "192.0.2.256", "192.0.2.255",
+      {"network-address", kCleanParameters, "192.0.2.7", "192.0.2.256", "192.0.2.254",
        R"(x.xml:21: error: Lan0/IpAddr: "Cur": '192.0.2.256' is not of the form 192.0.2.1 [network-address]
 )"},
       {"network-address", kCleanParameters, "255.255.255.0", "255.0.255.0", "255.255.0.0",
@@ -130,7 +130,7 @@ x.xml:19: error: Lan0/MTU: setters find <MTUs> at line 18 [card-field-shadowed]
        R"(x.xml:21: error: Lan0/IpAddr: "Def": '' is not of the form 192.0.2.1 [network-address]
 x.xml:22: error: Lan0/NetMask: "Def": '' is not of the form 192.0.2.1 [network-address]
 )"},
-      {"mtu-range", kCleanParameters, R"(MTU Cur="1500")", R"(MTU Cur="67")", R"(MTU Cur="68")",
+      {"mtu-range", kCleanParameters, R"(MTU Cur="1500")", R"(MTU Cur="67")", R"(MTU Cur="576")",
        R"(x.xml:18: error: Lan0/MTU: "Cur" 67 is outside 68..9216 [mtu-range]
 )"},
       {"mtu-range", kCleanParameters, R"(MTU Cur="1500")", R"(MTU Min="1280" Cur="1000")",

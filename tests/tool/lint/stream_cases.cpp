@@ -4,7 +4,7 @@ namespace camcfg::tests {
 
 std::vector<LintCase> streamCases() {
   return {
-      {"carried-name", kCleanMedia, R"( Name="line")", "", R"( Name="")",
+      {"carried-name", kCleanMedia, R"( Name="line")", "", R"( Name="x")",
        R"(x.xml:4: error: <AI> has no "Name", and is called 'main', as the one before it [carried-name]
 )"},
       {"carried-name", kCleanMedia, R"( Name="main")", "", R"( Name="line")",
@@ -64,7 +64,7 @@ x.xml:13: error: cache 7: updates find <CacheOld> at line 8 [cache-shadowed]
        R"(            <AllowedStreamSource Id="1"/>
 )",
        "",
-       R"(            <allowedStreamSource Id="0"/>
+       R"(            <allowedStreamSource Id="1"/>
 )",
        R"(x.xml:12: error: cache 7 allows no source [whitelist-empty]
 )"},
@@ -104,14 +104,14 @@ x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice
 )"},
       {"enabled-outside-whitelist", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="32" Default="1"/>)",
-       R"(<AllowedStreamSource Id="1" Default="1"/>)",
+       R"(<AllowedStreamSource Id="0" Default="3"/>)",
        R"(x.xml:9: error: <AllowedStreamSource>: "Id" 32 is outside 0..29 [source-id-range]
 x.xml:9: error: cache 0 carries source 32, which is not in its whitelist [enabled-outside-whitelist]
 x.xml:9: error: cache 0 carries source 32, which does not exist [enabled-source-missing]
 )"},
       {"enabled-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="9" Default="1"/>)",
-       R"(<AllowedStreamSource Id="1" Default="1"/>)",
+       R"(<AllowedStreamSource Id="0" Default="3"/>)",
        R"(x.xml:9: error: cache 0 carries source 9, which does not exist [enabled-source-missing]
 )"},
       {"enabled-source-disabled", kCleanMedia, R"( ChnId="0")", R"( ChnId="0" Enabled="0")",

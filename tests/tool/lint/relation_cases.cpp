@@ -1,0 +1,246 @@
+#include "tool/lint/cases.h"
+
+namespace camcfg::tests {
+
+std::vector<LintCase> relationCases() {
+  return {
+      {"address-not-of-host", kCleanParameters, R"(192.0.2.7)", R"(192.0.2.255)", R"(192.0.2.254)",
+       R"(x.xml:21: error: Lan0/IpAddr: "Cur": 192.0.2.255 is the broadcast address of the subnet 192.0.2.0/24 [address-not-of-host]
+)"},
+      {"gateway-unreachable", kCleanParameters, R"(        <DnsSearch Cur="" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<GateWay Cur="192.0.3.1" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<GateWay Cur="192.0.2.1" Def=""/>
+)",
+       R"(x.xml:24: error: Lan0/GateWay: "Cur": 192.0.3.1 is not in 192.0.2.0/24, the subnet of 192.0.2.7 [gateway-unreachable]
+)"},
+      {"address-twice", kCleanParameters, R"(    </Lan0>
+)",
+       R"(    </Lan0>
+    <Lan1><Enable Cur="On" Def="On"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="StaticIp" Def="DhcpIp"/>
+<IpAddr Cur="192.0.2.7" Def=""/><NetMask Cur="255.255.255.0" Def=""/></Lan1>
+)",
+       R"(    </Lan0>
+    <Lan1><Enable Cur="On" Def="On"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="StaticIp" Def="DhcpIp"/>
+<IpAddr Cur="192.0.3.7" Def=""/><NetMask Cur="255.255.255.0" Def=""/></Lan1>
+)",
+       R"(x.xml:26: error: Lan1/IpAddr: "Cur" '192.0.2.7' is the address of card Lan0, too [address-twice]
+)"},
+      {"subnet-twice", kCleanParameters, R"(    </Lan0>
+)",
+       R"(    </Lan0>
+    <Lan1><Enable Cur="On" Def="On"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="StaticIp" Def="DhcpIp"/>
+<IpAddr Cur="192.0.2.8" Def=""/><NetMask Cur="255.255.255.0" Def=""/></Lan1>
+)",
+       R"(    </Lan0>
+    <Lan1><Enable Cur="On" Def="On"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="StaticIp" Def="DhcpIp"/>
+<IpAddr Cur="192.0.3.8" Def=""/><NetMask Cur="255.255.255.0" Def=""/></Lan1>
+)",
+       R"(x.xml:26: warning: Lan1/IpAddr: "Cur" is in 192.0.2.0/24, as that of card Lan0 [subnet-twice]
+)"},
+      {"two-gateways", kCleanParameters, R"(    </Lan0>
+)",
+       R"(        <GateWay Cur="192.0.2.1" Def=""/>
+    </Lan0>
+    <Lan1><Enable Cur="On" Def="On"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="StaticIp" Def="DhcpIp"/>
+<IpAddr Cur="192.0.3.8" Def=""/><NetMask Cur="255.255.255.0" Def=""/><GateWay Cur="192.0.3.1" Def=""/>
+</Lan1>
+)",
+       R"(        <GateWay Cur="192.0.2.1" Def=""/>
+    </Lan0>
+    <Lan1><Enable Cur="On" Def="On"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="StaticIp" Def="DhcpIp"/>
+<IpAddr Cur="192.0.3.8" Def=""/><NetMask Cur="255.255.255.0" Def=""/><GateWay Cur="" Def=""/>
+</Lan1>
+)",
+       R"(x.xml:27: warning: Lan1/GateWay: "Cur" is a second default route: card Lan0 has one [two-gateways]
+)"},
+      {"dns-missing", kCleanParameters, R"(        <DnsSearch Cur="" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.1" Def=""/>
+)",
+       R"(x.xml:24: warning: Lan0/DnsMode: "Cur" is ManualMode, but no name server is set [dns-missing]
+)"},
+      {"dns-order", kCleanParameters, R"(        <DnsSearch Cur="" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="" Def=""/><Dns2 Cur="192.0.2.1" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.2" Def=""/><Dns2 Cur="192.0.2.1" Def=""/>
+)",
+       R"(x.xml:24: warning: Lan0/Dns2: "Cur" is set, but Dns1 is empty [dns-order]
+)"},
+      {"gigabit-half-duplex", kCleanParameters, R"(        <DnsSearch Cur="" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<Speed Cur="1000M" Def="100M"/><Duplex Cur="Half" Def="Half"/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<Speed Cur="100M" Def="100M"/><Duplex Cur="Half" Def="Half"/>
+)",
+       R"(x.xml:24: warning: Lan0/Duplex: "Cur" is Half, and the speed is 1000M [gigabit-half-duplex]
+)"},
+      {"gigabit-forced", kCleanParameters, R"(        <DnsSearch Cur="" Def=""/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<Speed Cur="1000M" Def="100M"/><Autoneg Cur="Off" Def="On"/>
+)",
+       R"(        <DnsSearch Cur="" Def=""/>
+<Speed Cur="100M" Def="1000M"/><Autoneg Cur="Off" Def="On"/>
+)",
+       R"(x.xml:24: warning: Lan0/Autoneg: "Cur" is Off, and the speed is 1000M [gigabit-forced]
+)"},
+      {"mtu-small", kCleanParameters, R"(MTU Cur="1500")", R"(MTU Cur="575")", R"(MTU Cur="576")",
+       R"(x.xml:18: warning: Lan0/MTU: "Cur" 575 is below 576, which every network carries [mtu-small]
+)"},
+      {"all-cards-off", kCleanParameters, R"(<Enable Cur="On" Def="On"/>)",
+       R"(<Enable Cur="Off" Def="On"/>)", R"(<Enable Cur="On" Def="Off"/>)",
+       R"(x.xml:17: warning: Lan0/Enable: "Cur" is Off, as in all other cards [all-cards-off]
+)"},
+      {"hostname-number", kCleanParameters, R"("gate")", R"("1234")", R"("1234a")",
+       R"(x.xml:15: warning: NetWork: "Hostname" '1234' is taken for an address [hostname-number]
+)"},
+      {"port-twice", kCleanParameters, R"(<RtspOverHttp Cur="8080")", R"(<RtspOverHttp Cur="80")",
+       R"(<RtspOverHttp Cur="81")",
+       R"(x.xml:7: error: System/RtspOverHttp: "Cur" 80 is the port of WebHttp at line 4, too [port-twice]
+)"},
+      {"port-twice", kCleanMedia, R"(    </SRT>
+)",
+       R"(        <Instance Id="1" Mode="Listener" Port="9000"><Stream Id="a"><Channel Id="0"/></Stream></Instance>
+    </SRT>
+)",
+       R"(        <Instance Id="1" Mode="Listener" Port="9001"><Stream Id="a"><Channel Id="0"/></Stream></Instance>
+    </SRT>
+)",
+       R"(x.xml:44: error: <Instance> '1': "Port" is the port of the one at line 39 [port-twice]
+)"},
+      {"step-too-large", kCleanParameters, R"(Def="6" Min="0" Max="10" Step="2")",
+       R"(Def="4" Min="4" Max="10" Step="7")", R"(Def="4" Min="4" Max="10" Step="6")",
+       R"(x.xml:10: warning: Image/Gain: "Step" 7 is more than from "Min" to "Max" [step-too-large]
+)"},
+      {"options-empty", kCleanParameters, R"("Auto,Manual")", R"("Auto,,Manual")",
+       R"("Auto, Manual")",
+       R"(x.xml:11: warning: Image/Mode: "OptTxt" has an empty text between commas [options-empty]
+)"},
+      {"option-twice", kCleanParameters, R"("Auto,Manual")", R"("Auto,Manual,Auto")",
+       R"("Auto,Manual,Auto1")",
+       R"(x.xml:11: warning: Image/Mode: "OptTxt" has 'Auto' twice [option-twice]
+)"},
+      {"hardware-twice", kCleanMedia, R"(<AI )", R"(<VENC Id="5" Name="b" ChnId="0"/><AI )",
+       R"(<VENC Id="5" Name="b" ChnId="1"/><AI )",
+       R"(x.xml:4: warning: <VENC>: "ChnId" 0 is that of the one at line 3, too [hardware-twice]
+)"},
+      {"channel-kind", kCleanMedia, R"(<Channel Id="7" Type="Audio"/>)",
+       R"(<Channel Id="0" Type="Audio"/>)", R"(<Channel Id="7" Type="audio"/>)",
+       R"(x.xml:30: error: <Channel>: "Type" 'Audio': cache 0 carries video [channel-kind]
+)"},
+      {"channel-name-kind", kCleanMedia, R"(<Channel Id="7" Name="audio"/>)",
+       R"(<Channel Id="7" Name="video"/>)", R"(<Channel Id="7" Name="Audio"/>)",
+       R"(x.xml:24: warning: <Channel>: "Name" 'video': cache 7 carries audio [channel-name-kind]
+)"},
+      {"nothing-sent", kCleanMedia, R"(            <Channel Id="0" Type="MainVideo"/>
+)",
+       "",
+       R"(            <Channel Id="0" Type="SubVideo"/>
+)",
+       R"(x.xml:34: warning: <Instance> '0' has no <Channel>, so nothing is sent [nothing-sent]
+)"},
+      {"channel-twice", kCleanMedia, R"(<Channel Id="0"/>)",
+       R"(<Channel Id="0"/>
+<Channel Id="0"/>)",
+       R"(<Channel Id="0"/>
+<Channel Id="7"/>)",
+       R"(x.xml:42: warning: <Stream> 'program': "Id" is that of the one at line 41 [channel-twice]
+)"},
+      {"name-empty", kCleanMedia, R"(<MediaGroup Name="live">)", R"(<MediaGroup Name="">)",
+       R"(<MediaGroup Name=" x">)",
+       R"(x.xml:22: warning: <MediaGroup>: "Name" is empty [name-empty]
+)"},
+      {"rtmp-url", kCleanMedia, R"(rtmp://192.0.2.1/a)", R"(http://192.0.2.1/a)",
+       R"(RTMPS://[2001:db8::1]:443/a)",
+       R"(x.xml:28: error: <Target> '0': "url" is not of RTMP: its scheme is 'http' [rtmp-url]
+)"},
+      {"rtmp-url", kCleanMedia, R"(rtmp://192.0.2.1/a)", R"(rtmp://192.0.2.1:70000/a)",
+       R"(rtmp://me:x@192.0.2.1:1935/a)",
+       R"(x.xml:28: error: <Target> '0': "url" has a port that is not one [rtmp-url]
+)"},
+      {"url-twice", kCleanMedia, R"(    </RTMP>
+)",
+       R"(        <Target Id="1" url="rtmp://192.0.2.1/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>
+)",
+       R"(        <Target Id="1" url="rtmp://192.0.2.1/b" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>
+)",
+       R"(x.xml:32: warning: <Target> '1': "url" is that of the one at line 28 [url-twice]
+)"},
+      {"account-incomplete", kCleanMedia, R"(password="secret")", R"(password="")",
+       R"(password="x")",
+       R"(x.xml:28: warning: <Target> '0' has a user name without a password [account-incomplete]
+)"},
+      {"stream-name-twice", kCleanMedia, R"(    </NDI>
+)",
+       R"(        <Instance Id="1" Enable="true" DiscoveryServer="" GroupName="" MainStreamName="One"><Channel Id="0" Type="MainVideo"/></Instance>
+    </NDI>
+)",
+       R"(        <Instance Id="1" Enable="true" DiscoveryServer="" GroupName="" MainStreamName="Two"><Channel Id="0" Type="MainVideo"/></Instance>
+    </NDI>
+)",
+       R"(x.xml:37: warning: <Instance> '1': "MainStreamName" is that of the one at line 34 [stream-name-twice]
+)"},
+      {"discovery-without-server", kCleanMedia, R"(DiscoveryServer="")",
+       R"(DiscoveryServerEnable="true" DiscoveryServer="")",
+       R"(DiscoveryServerEnable="true" DiscoveryServer="a,192.0.2.1:5959")",
+       R"(x.xml:34: error: <Instance> '0' uses a discovery server, but names none [discovery-without-server]
+)"},
+      {"multicast-ttl", kCleanMedia, R"(DiscoveryServer="")",
+       R"(MulticastEnable="true" MulticastTTL="0" DiscoveryServer="")",
+       R"(MulticastEnable="true" MulticastTTL="1" DiscoveryServer="")",
+       R"(x.xml:34: warning: <Instance> '0': "MulticastTTL" 0 keeps it on the device [multicast-ttl]
+)"},
+      {"srt-password-missing", kCleanMedia, R"(Port="9000")", R"(Port="9000" AesMode="1")",
+       R"(Port="9000" AesMode="0")",
+       R"(x.xml:39: error: <Instance> '0' is encrypted, but has no password [srt-password-missing]
+)"},
+      {"srt-password-length", kCleanMedia, R"(Port="9000")",
+       R"(Port="9000" AesMode="1" Password="nine byte")",
+       R"(Port="9000" AesMode="1" Password="ten bytes!")",
+       R"(x.xml:39: error: <Instance> '0': "Password" has 9 bytes, outside 10..79 [srt-password-length]
+)"},
+      {"srt-latency", kCleanMedia, R"(Latency="120")", R"(Latency="10001")", R"(Latency="10000")",
+       R"(x.xml:39: warning: <Instance> '0': "Latency" 10001 is more than 10000 ms [srt-latency]
+)"},
+      {"srt-host", kCleanMedia, R"(Mode="Listener")", R"(Mode="Caller" Hostname="239.0.0.1")",
+       R"(Mode="Caller" Hostname="2001:db8::1")",
+       R"(x.xml:39: error: <Instance> '0': "Hostname": '239.0.0.1' is a multicast address [srt-host]
+)"},
+      {"stream-default", kCleanMedia, R"(            <Stream Id="program" Default="1">)",
+       R"(            <Stream Id="b" Default="1"><Channel Id="0"/></Stream>
+            <Stream Id="program" Default="1">)",
+       R"(            <Stream Id="b"><Channel Id="0"/></Stream>
+            <Stream Id="program" Default="1">)",
+       R"(x.xml:41: warning: <Stream> 'program' is a default, as the one at line 40 [stream-default]
+)"},
+      {"call-twice", kCleanMedia, R"(    </SRT>
+)",
+       R"(        <Instance Id="1" Mode="Caller" Port="9" Hostname="a"><Stream Id="a"><Channel Id="0"/></Stream></Instance>
+        <Instance Id="2" Mode="Caller" Port="9" Hostname="a"><Stream Id="a"><Channel Id="0"/></Stream></Instance>
+    </SRT>
+)",
+       R"(        <Instance Id="1" Mode="Caller" Port="9" Hostname="a"><Stream Id="a"><Channel Id="0"/></Stream></Instance>
+        <Instance Id="2" Mode="Caller" Port="8" Hostname="a"><Stream Id="a"><Channel Id="0"/></Stream></Instance>
+    </SRT>
+)",
+       R"(x.xml:45: warning: <Instance> '2': "Port" is the host and port of the one at line 44 [call-twice]
+)"},
+  };
+}
+
+}  // namespace camcfg::tests

@@ -1,0 +1,136 @@
+#include "lint/cards.h"
+
+#include <map>
+#include <set>
+
+#include "lint/rules.h"
+#include "settings/subnet.h"
+
+namespace camcfg::tool::lint {
+namespace {
+
+using tinyxml2::XMLElement;
+
+// Findings at fields. What is found of a current value is not found again of the factory's.
+class Places {
+ public:
+  explicit Places(Findings& findings) : findings_(findings) {}
+
+  void add(const Rule& rule, const XMLElement& card, const XMLElement& field, const char* side,
+           const std::string& text) {
+    if (known_.emplace(&rule, &field).second)
+      Item{field, clipped(card.Name()) + "/" + field.Name(), findings_}.addOf(rule, side, text);
+  }
+
+ private:
+  Findings& findings_;
+  std::set<std::pair<const Rule*, const XMLElement*>> known_;
+};
+
+// The current or the factory settings of a card.
+struct Card {
+  const XMLElement& element;
+  const char* side;  // "Cur" or "Def"
+  Places& places;
+
+  std::string text(const char* name) const {
+    const XMLElement* field = element.FirstChildElement(name);
+    return field == nullptr ? "" : textOf(*field, side);
+  }
+  bool is(const char* name, const char* word) const { return text(name) == word; }
+  bool isStatic() const { return is("Enable", "On") && is("IpMode", "StaticIp"); }
+  void add(const Rule& rule, const char* name, const std::string& what) const {
+    if (const XMLElement* field = element.FirstChildElement(name))
+      places.add(rule, element, *field, side, what);
+  }
+};
+
+void checkReach(const Card& card) {
+  if (!card.is("IpMode", "StaticIp")) return;
+  const auto [address, gateway] =
+      settings::unreachableIn(card.text("IpAddr"), card.text("NetMask"), card.text("GateWay"));
+  if (!address.empty()) card.add(kAddressNotOfHost, "IpAddr", ": " + address);
+  if (!gateway.empty()) card.add(kGatewayUnreachable, "GateWay", ": " + gateway);
+}
+
+void checkServers(const Card& card) {
+  if (!card.is("DnsMode", "ManualMode")) return;
+  const std::string first = card.text("Dns1");
+  const std::string second = card.text("Dns2");
+  if (first.empty() && second.empty())
+    card.add(kDnsMissing, "DnsMode", " is ManualMode, but no name server is set");
+  else if (first.empty())
+    card.add(kDnsOrder, "Dns2", " is set, but Dns1 is empty");
+  else if (first == second)
+    card.add(kDnsOrder, "Dns2", " " + quoted(second) + " is that of Dns1, too");
+}
+
+void checkLink(const Card& card) {
+  if (!card.is("Speed", "1000M")) return;
+  if (card.is("Duplex", "Half"))
+    card.add(kGigabitHalfDuplex, "Duplex", " is Half, and the speed is 1000M");
+  if (card.is("Autoneg", "Off"))
+    card.add(kGigabitForced, "Autoneg", " is Off, and the speed is 1000M");
+}
+
+constexpr void (*kCardChecks[])(const Card&) = {checkReach, checkServers, checkLink};
+
+// What only one card may have.
+struct Taken {
+  std::map<std::string, const XMLElement*> addresses;
+  std::map<std::string, const XMLElement*> subnets;
+  const XMLElement* gateway = nullptr;
+
+  void take(const Card& card) {
+    if (!card.isStatic()) return;
+    takeAddress(card);
+    if (card.text("GateWay").empty()) return;
+    if (gateway != nullptr)
+      card.add(kTwoGateways, "GateWay",
+               " is a second default route: card " + clipped(gateway->Name()) + " has one");
+    else
+      gateway = &card.element;
+  }
+
+ private:
+  void takeAddress(const Card& card) {
+    const std::string address = card.text("IpAddr");
+    if (address.empty()) return;
+    const auto [owner, isNew] = addresses.emplace(address, &card.element);
+    if (!isNew)
+      return card.add(kAddressTwice, "IpAddr",
+                      " " + quoted(address) + " is the address of card " +
+                          clipped(owner->second->Name()) + ", too");
+    const auto subnet = settings::Subnet::of(address, card.text("NetMask"));
+    if (!subnet) return;
+    const auto [other, isFirst] = subnets.emplace(subnet->text(), &card.element);
+    if (!isFirst)
+      card.add(kSubnetTwice, "IpAddr",
+               " is in " + subnet->text() + ", as that of card " + clipped(other->second->Name()));
+  }
+};
+
+void checkAllOff(const Elements& cards, Places& places) {
+  for (const XMLElement* card : cards)
+    if (!Card{*card, "Cur", places}.is("Enable", "Off")) return;
+  if (!cards.empty())
+    Card{*cards.front(), "Cur", places}.add(kAllCardsOff, "Enable",
+                                            " is Off, as in all other cards");
+}
+
+}  // namespace
+
+void checkCards(const Elements& cards, Findings& findings) {
+  Places places(findings);
+  for (const char* side : {"Cur", "Def"}) {
+    Taken taken;
+    for (const XMLElement* element : cards) {
+      const Card card{*element, side, places};
+      for (const auto check : kCardChecks) check(card);
+      taken.take(card);
+    }
+  }
+  checkAllOff(cards, places);
+}
+
+}  // namespace camcfg::tool::lint

@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <map>
+
+#include "lint/item.h"
+#include "lint/lint.h"
+#include "lint/media_form.h"
+#include "lint/rules.h"
+#include "settings/network.h"
+#include "settings/value.h"
+
+namespace camcfg::tool::lint {
+namespace {
+
+using tinyxml2::XMLDocument;
+using tinyxml2::XMLElement;
+
+bool isOn(const Item& item, const char* attribute, const char* otherwise) {
+  return isSameWord(item.has(attribute) ? item.text(attribute) : otherwise, "true");
+}
+
+// Entries of which no two may have the same of something.
+using Firsts = std::map<std::string, const XMLElement*>;
+
+void takeOnce(const Rule& rule, const Item& item, const char* attribute, const std::string& key,
+              const std::string& what, Firsts& firsts) {
+  const auto [first, isNew] = firsts.emplace(key, &item.element);
+  if (!isNew) item.addOf(rule, attribute, " is " + what + " of the one" + atLine(*first->second));
+}
+
+void checkHasChannels(const Item& item, const char* inner) {
+  if (media::entriesOf(item.element, {inner}).empty())
+    item.add(kNothingSent, std::string(" has no <") + inner + ">, so nothing is sent");
+}
+
+// Addresses may hold keys and passwords: findings do not show them.
+std::string whyNotAUrl(const std::string& url) {
+  if (url.find_first_of(" \t\r\n") != std::string::npos) return "has white space in it";
+  const std::size_t colon = url.find("://");
+  if (colon == std::string::npos) return "has no scheme as in rtmp://";
+  const std::string scheme = url.substr(0, colon);
+  constexpr const char* kSchemes[] = {"rtmp",  "rtmps",  "rtmpt", "rtmpe",
+                                      "rtmfp", "rtmpte", "rtmpts"};
+  if (std::none_of(std::begin(kSchemes), std::end(kSchemes),
+                   [&](const char* known) { return isSameWord(scheme, known); }))
+    return "is not of RTMP: its scheme is " + quoted(scheme);
+  const std::string place = url.substr(colon + 3, url.find_first_of("/?#", colon + 3) - colon - 3);
+  const std::string server = place.substr(place.rfind('@') + 1);
+  const std::size_t bracket = server.rfind(']');
+  const std::size_t port = server.find(':', bracket == std::string::npos ? 0 : bracket);
+  if (server.empty() || port == 0) return "names no host";
+  if (port == std::string::npos) return "";
+  const auto number = decimal32(server.substr(port + 1));
+  return number && settings::kPorts.has(*number) ? "" : "has a port that is not one";
+}
+
+void checkTarget(const Item& target, Firsts& urls) {
+  const std::string url = target.text("url");
+  const std::string why = whyNotAUrl(url);
+  if (target.has("url") && !why.empty()) target.addOf(kRtmpUrl, "url", " " + why);
+  if (isOn(target, "Enable", "true") && !url.empty())
+    takeOnce(kUrlTwice, target, "url", url, "that", urls);
+  if (!target.text("username").empty() && target.text("password").empty())
+    target.addAt(kAccountIncomplete, "username", " has a user name without a password");
+  checkHasChannels(target, "Channel");
+}
+
+void checkInstance(const Item& instance, Firsts& names) {
+  checkHasChannels(instance, "Channel");
+  if (!isOn(instance, "Enable", "false")) return;
+  const std::string name = instance.text("MainStreamName");
+  if (name.empty() && instance.has("MainStreamName"))
+    instance.addOf(kNameEmpty, "MainStreamName", " is empty");
+  if (!name.empty()) takeOnce(kStreamNameTwice, instance, "MainStreamName", name, "that", names);
+  if (isOn(instance, "DiscoveryServerEnable", "false") && instance.text("DiscoveryServer").empty())
+    instance.addAt(kDiscoveryWithoutServer, "DiscoveryServerEnable",
+                   " uses a discovery server, but names none");
+  if (isOn(instance, "MulticastEnable", "false") &&
+      settings::integerIn(instance.element, "MulticastTTL") == 0)
+    instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
+}
+
+std::string whyNotToBeCalled(const std::string& host) {
+  if (host.find(':') != std::string::npos) return "";
+  if (!host.empty() && host.find_first_not_of("0123456789.") == std::string::npos)
+    return settings::whyNotAServer(host);
+  return settings::whyNotAHostname(host);
+}
+
+// The shortest and the longest pass phrase of the protocol.
+constexpr settings::Range kPassPhrase{10, 79};
+constexpr int kLongLatency = 10000;
+
+void checkEncryption(const Item& instance) {
+  if (instance.element.IntAttribute("AesMode", 0) <= 0) return;
+  const auto length = static_cast<std::int64_t>(instance.text("Password").size());
+  if (length == 0)
+    instance.addAt(kSrtPasswordMissing, "AesMode", " is encrypted, but has no password");
+  else if (!kPassPhrase.has(length))
+    instance.addOf(kSrtPasswordLength, "Password",
+                   " has " + std::to_string(length) + " bytes, outside " + kPassPhrase.text());
+}
+
+void checkStreamsOf(const Item& instance) {
+  checkHasChannels(instance, "Stream");
+  const Elements streams = media::entriesOf(instance.element, {"Stream"});
+  const XMLElement* marked = nullptr;
+  for (const XMLElement* element : streams) {
+    const Item stream{*element, tag(element->Name()) + " " + quoted(textOf(*element, "Id")),
+                      instance.findings};
+    checkHasChannels(stream, "Channel");
+    if (stream.has("Id") && stream.text("Id").empty()) stream.addOf(kNameEmpty, "Id", " is empty");
+    Firsts channels;
+    for (const XMLElement* channel : media::entriesOf(*element, {"Channel"}))
+      takeOnce(kChannelTwice, {*channel, stream.name, instance.findings}, "Id",
+               textOf(*channel, "Id"), "that", channels);
+    if (element->IntAttribute("Default", 0) == 0) continue;
+    if (marked != nullptr)
+      stream.addAt(kStreamDefault, "Default", " is a default, as the one" + atLine(*marked));
+    else
+      marked = element;
+  }
+  if (streams.size() > 1 && marked == nullptr)
+    instance.add(kStreamDefault, " has no default among its streams");
+}
+
+struct Calls {
+  Firsts listeners;
+  Firsts callers;
+};
+
+void checkSrt(const Item& instance, Calls& calls) {
+  checkEncryption(instance);
+  checkStreamsOf(instance);
+  if (instance.element.IntAttribute("Latency", 0) > kLongLatency)
+    instance.addOf(kSrtLatency, "Latency",
+                   " " + clipped(instance.text("Latency")) + " is more than " +
+                       std::to_string(kLongLatency) + " ms");
+  const std::string port =
+      std::to_string(settings::integerIn(instance.element, "Port").value_or(0));
+  if (isSameWord(instance.text("Mode"), "Listener"))
+    return takeOnce(kPortTwice, instance, "Port", port, "the port", calls.listeners);
+  const std::string host = instance.text("Hostname");
+  if (!instance.has("Hostname")) return;
+  const std::string why = whyNotToBeCalled(host);
+  if (!why.empty()) instance.addOf(kSrtHost, "Hostname", ": " + clipped(why));
+  takeOnce(kCallTwice, instance, "Port", host + " " + port, "the host and port", calls.callers);
+}
+
+void checkNames(const Elements& entries, Findings& findings) {
+  for (const XMLElement* entry : entries)
+    if (has(*entry, "Name") && textOf(*entry, "Name").empty())
+      Item{*entry, tag(entry->Name()), findings}.addOf(kNameEmpty, "Name", " is empty");
+}
+
+Item itemOf(const XMLElement& entry, Findings& findings) {
+  return {entry, tag(entry.Name()) + " " + quoted(textOf(entry, "Id")), findings};
+}
+
+}  // namespace
+
+void checkServices(const Source& source, Findings& findings) {
+  const XMLDocument& document = *source.document;
+  for (const settings::Table* table : settings::mediaTables())
+    checkNames(entriesIn(document, *table), findings);
+  for (const XMLElement* session : entriesIn(document, settings::rtsp())) {
+    const Item item{*session, "session " + quoted(textOf(*session, "Name")), findings};
+    checkHasChannels(item, "Channel");
+    checkNames(media::entriesOf(*session, {"Channel"}), findings);
+  }
+  Firsts urls;
+  for (const XMLElement* target : entriesIn(document, settings::rtmp()))
+    checkTarget(itemOf(*target, findings), urls);
+  Firsts names;
+  for (const XMLElement* instance : entriesIn(document, settings::ndi()))
+    checkInstance(itemOf(*instance, findings), names);
+  Calls calls;
+  for (const XMLElement* instance : entriesIn(document, settings::srt()))
+    checkSrt(itemOf(*instance, findings), calls);
+}
+
+}  // namespace camcfg::tool::lint
