@@ -77,9 +77,6 @@ struct Section {
 
   /// What changing it will lose, a remark each; none: nothing.
   std::function<std::vector<std::string>()> losses{};
-
-  /// What is to be said of a change of it, a remark each; none: nothing.
-  std::function<std::vector<std::string>(const Json& before, const Json& after)> remarks{};
 };
 
 /// As much of a section as can be read.

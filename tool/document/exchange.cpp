@@ -180,10 +180,6 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
     for (const device::Unread& unread : transition.replaced)
       outcome.notes.push_back("note: " + transition.section->name + " is replaced, since " +
                               unread.fault);
-    if (transition.section->remarks)
-      for (const std::string& remark :
-           transition.section->remarks(transition.before, transition.after))
-        outcome.notes.push_back(remark);
     if (!transition.replaced.empty() || !transition.section->losses) continue;
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
   }

@@ -38,7 +38,7 @@ struct Card {
     return field == nullptr ? "" : textOf(*field, side);
   }
   bool is(const char* name, const char* word) const { return text(name) == word; }
-  bool isStatic() const { return is("Enable", "On") && is("IpMode", "StaticIp"); }
+  bool isStatic() const { return !is("Enable", "Off") && is("IpMode", "StaticIp"); }
   void add(const Rule& rule, const char* name, const std::string& what) const {
     if (const XMLElement* field = element.FirstChildElement(name))
       places.add(rule, element, *field, side, what);
@@ -46,7 +46,7 @@ struct Card {
 };
 
 void checkReach(const Card& card) {
-  if (!card.is("IpMode", "StaticIp")) return;
+  if (!card.isStatic()) return;
   const auto [address, gateway] =
       settings::unreachableIn(card.text("IpAddr"), card.text("NetMask"), card.text("GateWay"));
   if (!address.empty()) card.add(kAddressNotOfHost, "IpAddr", ": " + address);

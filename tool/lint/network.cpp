@@ -1,3 +1,4 @@
+#include <arpa/inet.h>
 #include <camcfg/network.h>
 
 #include <algorithm>
@@ -86,6 +87,14 @@ void checkMtu(const Item& field, const Setting& setting, const char* attribute) 
                     ", which every network carries");
 }
 
+// The library stores any text; `set` wants to be forced to store these.
+bool isIpv6(const Setting& setting, const std::string& text) {
+  in6_addr address{};
+  return setting.whyNotUsable != settings::whyNotAMask &&
+         setting.whyNotUsable != settings::whyNotDomains &&
+         inet_pton(AF_INET6, text.c_str(), &address) == 1;
+}
+
 void checkText(const Item& field, const Setting& setting, const char* attribute) {
   const std::string text = field.text(attribute);
   if (setting.kind != settings::Kind::Text) {
@@ -97,7 +106,8 @@ void checkText(const Item& field, const Setting& setting, const char* attribute)
   field.requireFits(attribute, setting.field.room - 1);
   if (text.empty() && settings::mayBeEmpty(setting, field.element, attribute)) return;
   const std::string fault = setting.whyNotUsable(text);
-  if (!fault.empty()) field.addOf(kNetworkAddress, attribute, ": " + clipped(fault));
+  if (!fault.empty() && !isIpv6(setting, text))
+    field.addOf(kNetworkAddress, attribute, ": " + clipped(fault));
 }
 
 void checkField(const Item& field, const Setting& setting) {

@@ -1,3 +1,5 @@
+#include <arpa/inet.h>
+
 #include <algorithm>
 #include <map>
 
@@ -54,14 +56,14 @@ std::string whyNotAUrl(const std::string& url) {
 }
 
 void checkTarget(const Item& target, Firsts& urls) {
+  checkHasChannels(target, "Channel");
+  if (!isOn(target, "Enable", "true")) return;
   const std::string url = target.text("url");
   const std::string why = whyNotAUrl(url);
   if (target.has("url") && !why.empty()) target.addOf(kRtmpUrl, "url", " " + why);
-  if (isOn(target, "Enable", "true") && !url.empty())
-    takeOnce(kUrlTwice, target, "url", url, "that", urls);
+  if (!url.empty()) takeOnce(kUrlTwice, target, "url", url, "that", urls);
   if (!target.text("username").empty() && target.text("password").empty())
     target.addAt(kAccountIncomplete, "username", " has a user name without a password");
-  checkHasChannels(target, "Channel");
 }
 
 void checkInstance(const Item& instance, Firsts& names) {
@@ -79,11 +81,22 @@ void checkInstance(const Item& instance, Firsts& names) {
     instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
 }
 
+std::string whyNotIpv6(const std::string& text) {
+  in6_addr address{};
+  if (inet_pton(AF_INET6, text.substr(0, text.find('%')).c_str(), &address) != 1)
+    return quoted(text) + " is no IPv6 address, and host names have no colon";
+  return IN6_IS_ADDR_MULTICAST(&address) ? quoted(text) + " is a multicast address" : "";
+}
+
+// Resolvers take more than what a device may call itself: underscores, a dot at the end.
 std::string whyNotToBeCalled(const std::string& host) {
-  if (host.find(':') != std::string::npos) return "";
+  if (host.find(':') != std::string::npos) return whyNotIpv6(host);
   if (!host.empty() && host.find_first_not_of("0123456789.") == std::string::npos)
     return settings::whyNotAServer(host);
-  return settings::whyNotAHostname(host);
+  std::string name = host;
+  std::replace(name.begin(), name.end(), '_', 'x');
+  if (name.size() > 1 && name.back() == '.') name.pop_back();
+  return settings::whyNotAHostname(name);
 }
 
 // The shortest and the longest pass phrase of the protocol.
@@ -135,8 +148,9 @@ void checkSrt(const Item& instance, Calls& calls) {
     instance.addOf(kSrtLatency, "Latency",
                    " " + clipped(instance.text("Latency")) + " is more than " +
                        std::to_string(kLongLatency) + " ms");
-  const std::string port =
-      std::to_string(settings::integerIn(instance.element, "Port").value_or(0));
+  const std::optional<int> number = settings::integerIn(instance.element, "Port");
+  if (!number) return;
+  const std::string port = std::to_string(*number);
   if (isSameWord(instance.text("Mode"), "Listener"))
     return takeOnce(kPortTwice, instance, "Port", port, "the port", calls.listeners);
   const std::string host = instance.text("Hostname");

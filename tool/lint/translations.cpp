@@ -1,4 +1,6 @@
+#include <cctype>
 #include <map>
+#include <string_view>
 
 #include "lint/item.h"
 #include "lint/lint.h"
@@ -11,14 +13,17 @@ using tinyxml2::XMLElement;
 
 // What a program puts values in for: "%d", "%5.1f", "{0}", in order of their spelling.
 std::map<std::string, int> placeholdersIn(const std::string& text) {
-  constexpr char kFlags[] = "0123456789.-+#lhzjt";
+  constexpr char kFlags[] = "0123456789.+#lhzjt$";
+  constexpr std::string_view kEnds = "disouxXcfgGeEp";
+  const auto isAfterNumber = [&](std::size_t at) {
+    return at > 0 && std::isdigit(static_cast<unsigned char>(text[at - 1])) != 0;
+  };
   std::map<std::string, int> all;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '%') {
+    if (text[at] == '%' && !isAfterNumber(at)) {
       const std::size_t end = text.find_first_not_of(kFlags, at + 1);
       if (end == std::string::npos) break;
-      if (std::string_view("disufxXcgGeE").find(text[end]) != std::string_view::npos)
-        ++all[text.substr(at, end - at + 1)];
+      if (kEnds.find(text[end]) != std::string_view::npos) ++all[text.substr(at, end - at + 1)];
       at = end;
     } else if (text[at] == '{') {
       const std::size_t end = text.find('}', at);

@@ -109,13 +109,9 @@ Outcome setNetworkField(const std::string& word, const std::string& name, const 
     XMLElement* changed = cardIn(document, card);
     return changed != nullptr && attributeOf(childOf(*changed, field), "Cur") == text;
   };
-  const Json cards = loadNetwork();
-  Json after = cards;
-  after[kCards][card][setting.member] = settings::valueIn(setting, text);
   device::makeChange({CFG_FILE_BUSINESS, path, make, arrived}, options.rehearse);
   const Json before = attributeOf(&parameter, "Cur");
-  return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}},
-          remarksOn(cards, after)};
+  return {{{"card", card}, {"field", field}, {"before", before}, {"value", text}}, {}};
 }
 
 Outcome resetCard(const std::string& word, const ChangeOptions& options) {

@@ -20,10 +20,6 @@ struct Contradiction {
 /// @param card  as documents have it
 std::vector<Contradiction> contradictionsIn(const Json& card);
 
-/// What is to be said of cards that a change leaves with contradictions that they did not have.
-/// @param before, after  the network section
-std::vector<std::string> remarksOn(const Json& before, const Json& after);
-
 }  // namespace camcfg::tool::network
 
 #endif

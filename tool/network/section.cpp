@@ -156,9 +156,7 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
 }
 
 device::Section networkSection() {
-  device::Section section{kName, loadNetwork, readNetwork, networkChanges, CFG_FILE_BUSINESS};
-  section.remarks = remarksOn;
-  return section;
+  return {kName, loadNetwork, readNetwork, networkChanges, CFG_FILE_BUSINESS};
 }
 
 }  // namespace camcfg::tool::network

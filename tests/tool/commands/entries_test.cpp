@@ -277,9 +277,10 @@ TEST_F(EntriesTest, WordsWithoutAMemberAreNotRepeated) {
 }
 
 TEST_F(EntriesTest, WhatFollowsASpaceInAnAddressIsMasked) {
-  const ToolRun result = run({"live", "rtmp", "set", "0", "url=rtmp://h/app key1 live=1"});
+  const ToolRun result =
+      run({"live", "rtmp", "set", "0", "url=rtmp://h/app key1 live=1", "--force"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.out.find("key1"), std::string::npos) << result.out;
+  EXPECT_EQ((result.out + result.err).find("key1"), std::string::npos) << result.out << result.err;
   for (const Words& words : {Words{"live", "rtmp"}, {"history", "1"}, {"export", "--no-secrets"}})
     EXPECT_EQ(run(words).out.find("key1"), std::string::npos) << words[0];
 }

@@ -73,7 +73,9 @@ TEST_F(ImportForceTest, DryRunShowsItAndWritesNothing) {
                "parameters.System.Language  English  Engl\n"
                "nothing was written\n",
                "camcfg: import: warning: /cfg0/business_param.xml:14: System/Language: \"Cur\" "
-               "'Engl' is only a part of one of 'English,German,French' [part-of-option]\n"}));
+               "'Engl' is only a part of one of 'English,German,French' [part-of-option]\n"
+               "camcfg: import: error: /cfg0/business_param.xml:14: System/Language: there is no "
+               "/app/resource/language/Engl.xml [language-missing]\n"}));
   EXPECT_EQ(device.read(kBusiness), former);
 }
 

@@ -69,15 +69,17 @@ TEST_F(NetworkSetTest, SeveralFieldsAreOneChangeThatCanBeUndone) {
   const std::string before = device.read(kBusiness);
   EXPECT_EQ(
       set("eth0 address=192.0.2.7/24 gateway=192.0.2.1 dns=192.0.2.53,192.0.2.54 mode=static"),
-      (ToolRun{0,
-               "PLACE                       BEFORE        AFTER\n"
-               "network.cards.Lan0.ipMode   DhcpIp        StaticIp\n"
-               "network.cards.Lan0.ipAddr   192.168.1.80  192.0.2.7\n"
-               "network.cards.Lan0.gateWay  192.168.1.1   192.0.2.1\n"
-               "network.cards.Lan0.dnsMode  AutoMode      ManualMode\n"
-               "network.cards.Lan0.dns1     192.168.1.1   192.0.2.53\n"
-               "network.cards.Lan0.dns2                   192.0.2.54\n",
-               ""}));
+      (ToolRun{
+          0,
+          "PLACE                       BEFORE        AFTER\n"
+          "network.cards.Lan0.ipMode   DhcpIp        StaticIp\n"
+          "network.cards.Lan0.ipAddr   192.168.1.80  192.0.2.7\n"
+          "network.cards.Lan0.gateWay  192.168.1.1   192.0.2.1\n"
+          "network.cards.Lan0.dnsMode  AutoMode      ManualMode\n"
+          "network.cards.Lan0.dns1     192.168.1.1   192.0.2.53\n"
+          "network.cards.Lan0.dns2                   192.0.2.54\n",
+          "camcfg: network set: warning: /cfg0/business_param.xml:241: Lan1/GateWay: \"Cur\" is a "
+          "second default route: card Lan0 has one [two-gateways]\n"}));
   EXPECT_EQ(device.read(kBusinessBackup), device.read(kBusiness));
   EXPECT_EQ(jsonIn(run({"history", "--json"}).out)["changes"].size(), 1U);
   EXPECT_EQ(type("undo").status, 0);

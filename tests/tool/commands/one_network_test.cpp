@@ -23,8 +23,8 @@ class OneNetworkTest : public SampleTest {
 };
 
 constexpr char kOtherSubnet[] =
-    "note: Lan1/GateWay: 192.168.90.1 is not in 192.0.2.0/24, the subnet of 192.0.2.7; 'camcfg "
-    "network set Lan1 address=ADDRESS/PREFIX gateway=ADDRESS' sets both\n";
+    "warning: /cfg0/business_param.xml:241: Lan1/GateWay: \"Cur\": 192.168.90.1 is not in "
+    "192.0.2.0/24, the subnet of 192.0.2.7 [gateway-unreachable]\n";
 
 TEST_F(OneNetworkTest, EveryWayThatLeavesAGatewayOfAnotherSubnetSaysSo) {
   for (const Words& words : {Words{"network", "set", kCard, "IpAddr", "192.0.2.7"},

@@ -5,7 +5,7 @@ namespace camcfg::tests {
 std::vector<LintCase> relationCases() {
   return {
       {"address-not-of-host", kCleanParameters, R"(192.0.2.7)", R"(192.0.2.255)", R"(192.0.2.254)",
-       R"(x.xml:21: error: Lan0/IpAddr: "Cur": 192.0.2.255 is the broadcast address of the subnet 192.0.2.0/24 [address-not-of-host]
+       R"(x.xml:21: warning: Lan0/IpAddr: "Cur": 192.0.2.255 is the broadcast address of the subnet 192.0.2.0/24 [address-not-of-host]
 )"},
       {"gateway-unreachable", kCleanParameters, R"(        <DnsSearch Cur="" Def=""/>
 )",
@@ -15,7 +15,7 @@ std::vector<LintCase> relationCases() {
        R"(        <DnsSearch Cur="" Def=""/>
 <GateWay Cur="192.0.2.1" Def=""/>
 )",
-       R"(x.xml:24: error: Lan0/GateWay: "Cur": 192.0.3.1 is not in 192.0.2.0/24, the subnet of 192.0.2.7 [gateway-unreachable]
+       R"(x.xml:24: warning: Lan0/GateWay: "Cur": 192.0.3.1 is not in 192.0.2.0/24, the subnet of 192.0.2.7 [gateway-unreachable]
 )"},
       {"address-twice", kCleanParameters, R"(    </Lan0>
 )",
@@ -220,6 +220,14 @@ std::vector<LintCase> relationCases() {
       {"srt-host", kCleanMedia, R"(Mode="Listener")", R"(Mode="Caller" Hostname="239.0.0.1")",
        R"(Mode="Caller" Hostname="2001:db8::1")",
        R"(x.xml:39: error: <Instance> '0': "Hostname": '239.0.0.1' is a multicast address [srt-host]
+)"},
+      {"srt-host", kCleanMedia, R"(Mode="Listener")", R"(Mode="Caller" Hostname="relay:9000")",
+       R"(Mode="Caller" Hostname="ingest_1.example.com.")",
+       R"(x.xml:39: error: <Instance> '0': "Hostname": 'relay:9000' is no IPv6 address, and host names have no colon [srt-host]
+)"},
+      {"rtmp-url", kCleanMedia, R"(Enable="true" url="rtmp://192.0.2.1/a")",
+       R"(Enable="true" url="")", R"(Enable="false" url="")",
+       R"(x.xml:28: error: <Target> '0': "url" has no scheme as in rtmp:// [rtmp-url]
 )"},
       {"stream-default", kCleanMedia, R"(            <Stream Id="program" Default="1">)",
        R"(            <Stream Id="b" Default="1"><Channel Id="0"/></Stream>
