@@ -6,6 +6,7 @@
 #include "lint/media_form.h"
 #include "lint/rules.h"
 #include "settings/network.h"
+#include "settings/subnet.h"
 #include "settings/table.h"
 #include "settings/value.h"
 
@@ -103,7 +104,12 @@ void checkMulticast(const Item& instance) {
       instance.addOf(kMulticast, attribute, ": " + clipped(fault));
   };
   require("MulticastIp", settings::whyNotMulticast);
-  require("MulticastNetmask", settings::whyNotAMask);
+  require("MulticastNetmask", [](const std::string& text) {
+    const std::string why = settings::whyNotAMask(text);
+    return why.empty() && *settings::ipv4Of(text) < settings::kAllMulticast
+               ? quoted(text) + " is wider than all multicast addresses, 240.0.0.0"
+               : why;
+  });
 }
 
 void checkSrtMode(const Item& instance) {

@@ -34,53 +34,6 @@ void checkHasChannels(const Item& item, const char* inner) {
     item.add(kNothingSent, std::string(" has no <") + inner + ">, so nothing is sent");
 }
 
-// Addresses may hold keys and passwords: findings do not show them.
-std::string whyNotAUrl(const std::string& url) {
-  if (url.find_first_of(" \t\r\n") != std::string::npos) return "has white space in it";
-  const std::size_t colon = url.find("://");
-  if (colon == std::string::npos) return "has no scheme as in rtmp://";
-  const std::string scheme = url.substr(0, colon);
-  constexpr const char* kSchemes[] = {"rtmp",  "rtmps",  "rtmpt", "rtmpe",
-                                      "rtmfp", "rtmpte", "rtmpts"};
-  if (std::none_of(std::begin(kSchemes), std::end(kSchemes),
-                   [&](const char* known) { return isSameWord(scheme, known); }))
-    return "is not of RTMP: its scheme is " + quoted(scheme);
-  const std::string place = url.substr(colon + 3, url.find_first_of("/?#", colon + 3) - colon - 3);
-  const std::string server = place.substr(place.rfind('@') + 1);
-  const std::size_t bracket = server.rfind(']');
-  const std::size_t port = server.find(':', bracket == std::string::npos ? 0 : bracket);
-  if (server.empty() || port == 0) return "names no host";
-  if (port == std::string::npos) return "";
-  const auto number = decimal32(server.substr(port + 1));
-  return number && settings::kPorts.has(*number) ? "" : "has a port that is not one";
-}
-
-void checkTarget(const Item& target, Firsts& urls) {
-  checkHasChannels(target, "Channel");
-  if (!isOn(target, "Enable", "true")) return;
-  const std::string url = target.text("url");
-  const std::string why = whyNotAUrl(url);
-  if (target.has("url") && !why.empty()) target.addOf(kRtmpUrl, "url", " " + why);
-  if (!url.empty()) takeOnce(kUrlTwice, target, "url", url, "that", urls);
-  if (!target.text("username").empty() && target.text("password").empty())
-    target.addAt(kAccountIncomplete, "username", " has a user name without a password");
-}
-
-void checkInstance(const Item& instance, Firsts& names) {
-  checkHasChannels(instance, "Channel");
-  if (!isOn(instance, "Enable", "false")) return;
-  const std::string name = instance.text("MainStreamName");
-  if (name.empty() && instance.has("MainStreamName"))
-    instance.addOf(kNameEmpty, "MainStreamName", " is empty");
-  if (!name.empty()) takeOnce(kStreamNameTwice, instance, "MainStreamName", name, "that", names);
-  if (isOn(instance, "DiscoveryServerEnable", "false") && instance.text("DiscoveryServer").empty())
-    instance.addAt(kDiscoveryWithoutServer, "DiscoveryServerEnable",
-                   " uses a discovery server, but names none");
-  if (isOn(instance, "MulticastEnable", "false") &&
-      settings::integerIn(instance.element, "MulticastTTL") == 0)
-    instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
-}
-
 std::string whyNotIpv6(const std::string& text) {
   in6_addr address{};
   if (inet_pton(AF_INET6, text.substr(0, text.find('%')).c_str(), &address) != 1)
@@ -97,6 +50,79 @@ std::string whyNotToBeCalled(const std::string& host) {
   std::replace(name.begin(), name.end(), '_', 'x');
   if (name.size() > 1 && name.back() == '.') name.pop_back();
   return settings::whyNotAHostname(name);
+}
+
+// "HOST", "HOST:PORT", "[IPV6]:PORT"
+std::string whyNotAServer(const std::string& server) {
+  const std::size_t bracket = server.rfind(']');
+  const std::size_t colon = server.find(':', bracket == std::string::npos ? 0 : bracket);
+  const bool isBare = bracket == std::string::npos && colon != server.rfind(':');
+  if (server.empty() || colon == 0) return "names no host";
+  if (colon != std::string::npos && !isBare) {
+    const auto number = decimal32(server.substr(colon + 1));
+    if (!number || !settings::kPorts.has(*number)) return "has a port that is not one";
+  }
+  std::string host = isBare ? server : server.substr(0, colon);
+  if (host.front() == '[') host = host.substr(1, bracket - 1);
+  return whyNotToBeCalled(host);
+}
+
+// Addresses may hold keys and passwords: findings do not show them.
+std::string whyNotAUrl(const std::string& url) {
+  if (url.find_first_of(" \t\r\n") != std::string::npos) return "has white space in it";
+  const std::size_t colon = url.find("://");
+  if (colon == std::string::npos) return "has no scheme as in rtmp://";
+  const std::string scheme = url.substr(0, colon);
+  constexpr const char* kSchemes[] = {"rtmp",  "rtmps",  "rtmpt", "rtmpe",
+                                      "rtmfp", "rtmpte", "rtmpts"};
+  if (std::none_of(std::begin(kSchemes), std::end(kSchemes),
+                   [&](const char* known) { return isSameWord(scheme, known); }))
+    return "is not of RTMP: its scheme is " + quoted(scheme);
+  const std::size_t path = std::min(url.find_first_of("/?#", colon + 3), url.size());
+  const std::string place = url.substr(colon + 3, path - colon - 3);
+  const std::string why = whyNotAServer(place.substr(place.rfind('@') + 1));
+  if (!why.empty()) return why;
+  return path + 1 < url.size() ? "" : "names no application, as in rtmp://HOST/APP";
+}
+
+void checkTarget(const Item& target, Firsts& urls) {
+  checkHasChannels(target, "Channel");
+  if (!isOn(target, "Enable", "true")) return;
+  const std::string url = target.text("url");
+  const std::string why = whyNotAUrl(url);
+  if (target.has("url") && !why.empty()) target.addOf(kRtmpUrl, "url", " " + why);
+  if (!url.empty()) takeOnce(kUrlTwice, target, "url", url, "that", urls);
+  if (!target.text("username").empty() && target.text("password").empty())
+    target.addAt(kAccountIncomplete, "username", " has a user name without a password");
+}
+
+// Several have commas between them.
+void checkDiscovery(const Item& instance) {
+  const std::string servers = instance.text("DiscoveryServer");
+  if (servers.empty())
+    return instance.addAt(kDiscoveryWithoutServer, "DiscoveryServerEnable",
+                          " uses a discovery server, but names none");
+  for (const std::string& server : parts(servers, ',')) {
+    const std::size_t begin = std::min(server.find_first_not_of(' '), server.size());
+    const std::string why =
+        whyNotAServer(server.substr(begin, server.find_last_not_of(' ') + 1 - begin));
+    if (!why.empty())
+      return instance.addOf(kDiscoveryServer, "DiscoveryServer",
+                            " " + quoted(clipped(servers)) + ": " + clipped(why));
+  }
+}
+
+void checkInstance(const Item& instance, Firsts& names) {
+  checkHasChannels(instance, "Channel");
+  if (!isOn(instance, "Enable", "false")) return;
+  const std::string name = instance.text("MainStreamName");
+  if (name.empty() && instance.has("MainStreamName"))
+    instance.addOf(kNameEmpty, "MainStreamName", " is empty");
+  if (!name.empty()) takeOnce(kStreamNameTwice, instance, "MainStreamName", name, "that", names);
+  if (isOn(instance, "DiscoveryServerEnable", "false")) checkDiscovery(instance);
+  if (isOn(instance, "MulticastEnable", "false") &&
+      settings::integerIn(instance.element, "MulticastTTL") == 0)
+    instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
 }
 
 // The shortest and the longest pass phrase of the protocol.
@@ -176,6 +202,10 @@ void checkServices(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
   for (const settings::Table* table : settings::mediaTables())
     checkNames(entriesIn(document, *table), findings);
+  for (const auto* table :
+       {&settings::streamSources(), &settings::streamCaches(), &settings::websocket()})
+    checkEqualNames(entriesIn(document, *table), "Name", std::string("this ") + table->entry,
+                    findings);
   for (const XMLElement* session : entriesIn(document, settings::rtsp())) {
     const Item item{*session, "session " + quoted(textOf(*session, "Name")), findings};
     checkHasChannels(item, "Channel");

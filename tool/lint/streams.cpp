@@ -40,6 +40,8 @@ void checkSources(const XMLDocument& document, Findings& findings) {
   checkEqualIds(sources, "this source", findings);
 }
 
+constexpr long long kSmallest = 4096;  // about what a frame of sound or a still picture takes
+
 void checkSize(const Item& cache) {
   int given = 0;
   for (const settings::SizeUnit& unit : settings::kCacheSizeUnits) {
@@ -52,7 +54,10 @@ void checkSize(const Item& cache) {
       cache.addOf(kCacheSizeWraps, unit.attribute,
                   what + " is 2 GiB or more and wraps to " +
                       std::to_string(static_cast<int>(bytes)) + " bytes");
-    if (size < 1) cache.addOf(kCacheSizeEmpty, unit.attribute, what + " is not a size");
+    if (size < 1)
+      cache.addOf(kCacheSizeEmpty, unit.attribute, what + " is not a size");
+    else if (bytes < kSmallest)
+      cache.addOf(kCacheSizeSmall, unit.attribute, what + " is less than 4 KiB");
   }
   if (given == 0)
     cache.add(kCacheSizeMissing, " has no \"BufferSizeB\", \"BufferSizeKB\" or \"BufferSizeMB\"");

@@ -7,6 +7,9 @@
 
 namespace camcfg::tool::settings {
 
+/// The netmask of all multicast addresses, 224.0.0.0/4.
+inline constexpr std::uint32_t kAllMulticast = 0xf0000000;
+
 /// Four decimal numbers, the first one highest; none if the text is not of the form 192.0.2.1.
 std::optional<std::uint32_t> ipv4Of(const std::string& text);
 

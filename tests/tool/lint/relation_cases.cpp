@@ -229,6 +229,37 @@ std::vector<LintCase> relationCases() {
        R"(Enable="true" url="")", R"(Enable="false" url="")",
        R"(x.xml:28: error: <Target> '0': "url" has no scheme as in rtmp:// [rtmp-url]
 )"},
+      {"rtmp-url", kCleanMedia, R"(rtmp://192.0.2.1/a)", R"(rtmp://192.0.2.1/)",
+       R"(rtmp://live_1.example.com./a)",
+       R"(x.xml:28: error: <Target> '0': "url" names no application, as in rtmp://HOST/APP [rtmp-url]
+)"},
+      {"rtmp-url", kCleanMedia, R"(rtmp://192.0.2.1/a)", R"(rtmp://239.0.0.1/a)",
+       R"(rtmp://[2001:db8::1]/a)",
+       R"(x.xml:28: error: <Target> '0': "url" '239.0.0.1' is a multicast address [rtmp-url]
+)"},
+      {"discovery-server", kCleanMedia, R"(DiscoveryServer="")",
+       R"(DiscoveryServerEnable="true" DiscoveryServer="192.0.2.3,,192.0.2.4")",
+       R"(DiscoveryServerEnable="true" DiscoveryServer="192.0.2.3:5959, ndi.example.com,[2001:db8::1]:5959,2001:db8::2")",
+       R"(x.xml:34: error: <Instance> '0': "DiscoveryServer" '192.0.2.3,,192.0.2.4': names no host [discovery-server]
+)"},
+      {"discovery-server", kCleanMedia, R"(DiscoveryServer="")",
+       R"(DiscoveryServerEnable="true" DiscoveryServer="ndi:99999")",
+       R"(DiscoveryServerEnable="false" DiscoveryServer="ndi:99999")",
+       R"(x.xml:34: error: <Instance> '0': "DiscoveryServer" 'ndi:99999': has a port that is not one [discovery-server]
+)"},
+      {"multicast", kCleanMedia, R"(DiscoveryServer="")",
+       R"(MulticastEnable="true" MulticastNetmask="224.0.0.0" DiscoveryServer="")",
+       R"(MulticastEnable="true" MulticastNetmask="240.0.0.0" DiscoveryServer="")",
+       R"(x.xml:34: error: <Instance> '0': "MulticastNetmask": '224.0.0.0' is wider than all multicast addresses, 240.0.0.0 [multicast]
+)"},
+      {"cache-size-small", kCleanMedia, R"(BufferSizeKB="128")", R"(BufferSizeB="128")",
+       R"(BufferSizeKB="4")",
+       R"(x.xml:12: warning: cache 7: "BufferSizeB" 128 is less than 4 KiB [cache-size-small]
+)"},
+      {"equal-name", kCleanMedia, R"(Name="line" AiId)", R"(Name="main" AiId)",
+       R"(Name="Main" AiId)",
+       R"(x.xml:4: warning: this stream source has the name 'main' of the one at line 3 [equal-name]
+)"},
       {"stream-default", kCleanMedia, R"(            <Stream Id="program" Default="1">)",
        R"(            <Stream Id="b" Default="1"><Channel Id="0"/></Stream>
             <Stream Id="program" Default="1">)",

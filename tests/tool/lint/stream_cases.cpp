@@ -7,7 +7,7 @@ std::vector<LintCase> streamCases() {
       {"carried-name", kCleanMedia, R"( Name="line")", "", R"( Name="x")",
        R"(x.xml:4: error: <AI> has no "Name", and is called 'main', as the one before it [carried-name]
 )"},
-      {"carried-name", kCleanMedia, R"( Name="main")", "", R"( Name="line")",
+      {"carried-name", kCleanMedia, R"( Name="main")", "", R"( Name="other")",
        R"(x.xml:3: error: <VENC> has no "Name", and there is none before it to take: the section does not load [carried-name]
 )"},
       {"source-id-range", kCleanMedia,
@@ -21,7 +21,7 @@ std::vector<LintCase> streamCases() {
 )",
        R"(x.xml:6: error: <AI>: "Id" 30 is outside 0..29 [source-id-range]
 )"},
-      {"cache-size-missing", kCleanMedia, R"( BufferSizeKB="128")", "", R"( BufferSizeB="128")",
+      {"cache-size-missing", kCleanMedia, R"( BufferSizeKB="128")", "", R"( BufferSizeB="4096")",
        R"(x.xml:12: error: cache 7 has no "BufferSizeB", "BufferSizeKB" or "BufferSizeMB" [cache-size-missing]
 )"},
       {"cache-size-wraps", kCleanMedia, R"(BufferSizeMB="8")", R"(BufferSizeMB="2048")",
@@ -33,7 +33,7 @@ std::vector<LintCase> streamCases() {
        R"(x.xml:8: warning: cache 0: "BufferSizeMB" 0 is not a size [cache-size-empty]
 )"},
       {"cache-several-sizes", kCleanMedia, R"(BufferSizeMB="8")",
-       R"(BufferSizeB="1000" BufferSizeMB="8")", R"(BufferSizeB="1000" BufferSizeMB="-1")",
+       R"(BufferSizeB="10000" BufferSizeMB="8")", R"(BufferSizeB="10000" BufferSizeMB="-1")",
        R"(x.xml:8: warning: cache 0 has several sizes [cache-several-sizes]
 )"},
       {"cache-not-found", kCleanMedia,
@@ -55,7 +55,7 @@ std::vector<LintCase> streamCases() {
         <CacheOld Id="7"/>
 )",
        R"(    <StreamCache>
-        <Cache Id="8" Name="a" BufferSizeB="1"><AllowedStreamSource Id="1"/></Cache>
+        <Cache Id="8" Name="a" BufferSizeB="10000"><AllowedStreamSource Id="1"/></Cache>
 )",
        R"(x.xml:8: warning: <StreamCache>: no loader reads <CacheOld>, and the next save drops it [unknown-element]
 x.xml:13: error: cache 7: updates find <CacheOld> at line 8 [cache-shadowed]

@@ -110,9 +110,9 @@ x.xml:2: error: this preset has no readable "Id", and there is none before it to
        R"(x.xml:6: error: this source has the id 2 of the one at line 5 [equal-id]
 )"},
       {"equal-id", kCleanMedia, R"(        <Cache Id="0")",
-       R"(        <Cache Id="7" Name="a" BufferSizeB="1"><AllowedStreamSource Id="1"/></Cache>
+       R"(        <Cache Id="7" Name="a" BufferSizeB="10000"><AllowedStreamSource Id="1"/></Cache>
         <Cache Id="0")",
-       R"(        <Cache Id="8" Name="a" BufferSizeB="1"><AllowedStreamSource Id="1"/></Cache>
+       R"(        <Cache Id="8" Name="a" BufferSizeB="10000"><AllowedStreamSource Id="1"/></Cache>
         <Cache Id="0")",
        R"(x.xml:13: error: this cache has the id 7 of the one at line 8 [equal-id]
 )"},
