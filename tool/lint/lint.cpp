@@ -34,7 +34,7 @@ constexpr Check kChecks[] = {{checkStructure},
 
 using CheckOfAll = void (*)(const std::vector<Source>& sources, std::vector<Findings>& findings);
 
-constexpr CheckOfAll kChecksOfAll[] = {checkPortsOfAll, checkTranslations};
+constexpr CheckOfAll kChecksOfAll[] = {checkPortsOfAll, checkLanguages, checkTranslations};
 
 void runChecks(const Source& source, Findings& findings) {
   const bool isRead = source.isWhole() && wrapperIn(*source.document) == nullptr;

@@ -63,6 +63,7 @@ void checkSystemPorts(const Source& source, Findings& findings);
 
 // What must be true of several files together. Each source has its findings at the same position.
 void checkPortsOfAll(const std::vector<Source>& sources, std::vector<Findings>& findings);
+void checkLanguages(const std::vector<Source>& sources, std::vector<Findings>& findings);
 void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>& findings);
 
 }  // namespace camcfg::tool::lint

@@ -32,18 +32,8 @@ void checkDevice(const Item& item, const Source& /*source*/) {
   }
 }
 
-void checkLanguage(const Item& item, const Source& source) {
-  const std::string language = item.text("Cur");
+void checkLanguage(const Item& item, const Source& /*source*/) {
   item.requireFits("Cur", kLongestLanguage);
-  if (!source.isOfDevice) return;
-  const std::vector<std::string> files = device::filesIn(CFG_DIR_LANGUAGE);
-  for (const std::string& option : settings::optionsIn(item.text("OptTxt")))
-    if (option != language && !isAmong(files, option + kSuffix))
-      item.addAt(kLanguageOptionMissing, "OptTxt",
-                 std::string(": there is no ") + CFG_DIR_LANGUAGE + clipped(option) + kSuffix);
-  if (!language.empty() && !isAmong(files, language + kSuffix))
-    item.addAt(kLanguageMissing, "Cur",
-               std::string(": there is no ") + CFG_DIR_LANGUAGE + clipped(language) + kSuffix);
 }
 
 // A setting that applications read by a call of its own.

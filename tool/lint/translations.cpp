@@ -1,10 +1,15 @@
+#include <camcfg/types.h>
+
 #include <cctype>
 #include <map>
+#include <optional>
 #include <string_view>
 
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "settings/system.h"
+#include "settings/value.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -62,6 +67,39 @@ void checkText(const Known& known, const XMLElement& text, Findings& findings) {
                " has other placeholders than the text in " + where);
 }
 
+constexpr char kSuffix[] = ".xml";
+
+// The files of texts that go with a file of parameters: a device's, or those given with it.
+struct TextFiles {
+  std::string directory;
+  std::vector<std::string> names;
+
+  std::string whyMissing(const std::string& language) const {
+    const std::string name = language + kSuffix;
+    return isAmong(names, name) ? "" : ": there is no " + directory + clipped(name);
+  }
+};
+
+std::optional<TextFiles> textFilesFor(const Source& parameters,
+                                      const std::vector<Source>& sources) {
+  if (parameters.isOfDevice) return TextFiles{CFG_DIR_LANGUAGE, device::filesIn(CFG_DIR_LANGUAGE)};
+  TextFiles files;
+  for (const Source& source : sources)
+    if (source.kind == FileKind::Language)
+      files.names.push_back(source.name.substr(source.name.rfind('/') + 1));
+  return files.names.empty() ? std::nullopt : std::optional(files);
+}
+
+void checkLanguage(const Item& item, const TextFiles& files) {
+  const std::string language = item.text("Cur");
+  for (const std::string& option : settings::optionsIn(item.text("OptTxt"))) {
+    const std::string why = files.whyMissing(option);
+    if (option != language && !why.empty()) item.addAt(kLanguageOptionMissing, "OptTxt", why);
+  }
+  const std::string why = files.whyMissing(language);
+  if (!language.empty() && !why.empty()) item.addAt(kLanguageMissing, "Cur", why);
+}
+
 }  // namespace
 
 void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>& findings) {
@@ -86,6 +124,18 @@ void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>
       else
         checkText(first, *text->second, findings[i]);
     }
+}
+
+void checkLanguages(const std::vector<Source>& sources, std::vector<Findings>& findings) {
+  for (std::size_t i = 0; i < sources.size(); ++i) {
+    if (!sources[i].isWhole() || sources[i].kind != FileKind::Parameters) continue;
+    const XMLElement* system = sources[i].document->FirstChildElement(settings::kSystemSection);
+    const XMLElement* element =
+        system == nullptr ? nullptr : system->FirstChildElement("Language");
+    const std::optional<TextFiles> files = textFilesFor(sources[i], sources);
+    if (element != nullptr && files)
+      checkLanguage(Item{*system, settings::kSystemSection, findings[i]}.inner(*element), *files);
+  }
 }
 
 }  // namespace camcfg::tool::lint
