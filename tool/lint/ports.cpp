@@ -32,7 +32,7 @@ Ports systemPortsIn(const Source& source, const char* side, Findings* findings) 
         settings::integerIn(*element, "Cur") == settings::integerIn(*first->second, "Cur"))
       continue;
     Item{*element, std::string("System/") + element->Name(), *findings}.addOf(
-        kPortTwice, side,
+        kPortOfTwoServices, side,
         " " + std::to_string(*number) + " is the port of " + first->second->Name() +
             atLine(*first->second) + ", too");
   }

@@ -196,9 +196,9 @@ class SettingTest : public NetworkTest, public testing::WithParamInterface<Setti
 TEST_P(SettingTest, ChangesItsElementAndNothingElse) {
   const Setting& setting = GetParam();
   const std::string field = setting.field;
-  EXPECT_EQ(
-      network({"set", "Lan0", setting.written, setting.value}),
-      (ToolRun{0, "Lan0/" + field + ": " + setting.before + " -> " + setting.value + "\n", ""}));
+  const ToolRun result = network({"set", "Lan0", setting.written, setting.value});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out, "Lan0/" + field + ": " + setting.before + " -> " + setting.value + "\n");
   const std::string element = "<" + field + " Cur=\"";
   expect(with(kCards, element + setting.before + "\"", element + setting.value + "\""));
 }

@@ -189,7 +189,8 @@ TEST_F(PlacesTest, SettingsOfSeveralFilesAreSetByTheirPlaces) {
                      "parameters.System.Rtsp            554     8554\n"
                      "network.cards.Lan0.mtu            1500    1400\n"
                      "presets[0].description            Home    Main door\n",
-                     ""}));
+                     "camcfg: set: warning: /cfg0/mpp_cfg.xml:167: <Stream> 'ch1' is a default, as "
+                     "the one at line 163 [stream-default]\n"}));
   EXPECT_EQ(jsonIn(run({"history", "--json"}).out)["changes"].size(), 1U);
   EXPECT_EQ(run({"undo"}).status, 0);
   EXPECT_EQ(run({"export"}).out, before);

@@ -68,7 +68,9 @@ TEST_F(SecretInputTest, InputThatEndsWithoutOneIsRefused) {
 }
 
 TEST_F(SecretInputTest, EmptyLineIsNoSecret) {
-  EXPECT_EQ(typed(kLine, "\n").status, 0);
+  Words line = kLine;
+  line.emplace_back("--force");
+  EXPECT_EQ(typed(line, "\n").status, 0);
   EXPECT_THAT(phrase(), HasSubstr("\"password\": \"\""));
 }
 
