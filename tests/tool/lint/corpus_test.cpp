@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "lint/lint.h"
 #include "lint/rules.h"
 #include "tool/lint/corpus_table.h"
@@ -55,12 +57,12 @@ Linted lintedAs(const CorpusEntry& entry) {
 }
 
 bool isExpected(const lint::Finding& finding, const Linted& linted) {
-  const auto& [entry, file, files, findings] = linted;
+  const CorpusEntry& entry = linted.entry;
+  const ChangedFile& file = linted.file;
   if (finding.file == entry.base && finding.line >= file.firstLine && finding.line <= file.lastLine)
     return true;
-  for (const std::string& place : entry.places)
-    if (isAt(finding, place, files)) return true;
-  return false;
+  return std::any_of(entry.places.begin(), entry.places.end(),
+                     [&](const std::string& place) { return isAt(finding, place, linted.files); });
 }
 
 std::string markOfHazard(const Linted& linted) {
