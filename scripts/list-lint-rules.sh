@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Writes the rules of lint, from tool/lint/rules.txt, into docs/lint.md: a section for each, and their number.
+# Writes the rules of lint, from tool/lint/rules.txt, into docs/lint.md: a section for each, and
+# their number; and how many hazards of the corpus are found.
 #
 #   scripts/list-lint-rules.sh            writes them
 #   scripts/list-lint-rules.sh --check    fails when the document is not what is written now
@@ -19,7 +20,7 @@ readonly document=docs/lint.md
 written=$(mktemp)
 trap 'rm -f "$written"' EXIT
 
-python3 scripts/list_lint_rules.py tool/lint/rules.txt "$document" >"$written"
+python3 scripts/list_lint_rules.py tool/lint/rules.txt tests/tool/lint/corpus "$document" >"$written"
 if [[ ${1-} != --check ]]; then
   cp "$written" "$document"
 elif diff -u "$document" "$written"; then

@@ -1,10 +1,12 @@
 """Prints a document with the rules of lint in it.
 
-usage: list_lint_rules.py RULES DOCUMENT
+usage: list_lint_rules.py RULES CORPUS DOCUMENT
 
 The rules replace what is between the heading "## Rules" and the next one of its rank, after the comment that
-ends the section's introduction; their number replaces that in the row "| rules |".
+ends the section's introduction. Rows of the table of figures get their number and what the tables in the
+directory CORPUS say, which a test holds true.
 """
+import collections
 import re
 import sys
 
@@ -66,7 +68,24 @@ def sections(rules):
     return "\n".join(lines)
 
 
-def main(rules_path, document_path):
+def marks_in(path):
+    with open(path, encoding="utf-8") as file:
+        return collections.Counter(re.findall(r"(?m)^(found|missed|passed|alarmed) ", file.read()))
+
+
+def figures(rules, corpus):
+    hazards = marks_in(f"{corpus}/hazards.txt")
+    sound = marks_in(f"{corpus}/sound.txt")
+    return {
+        "rules": number(rules),
+        "hazards tried": hazards.total(),
+        "hazards found": f"{hazards['found']}, {100 * hazards['found'] // hazards.total()} %",
+        "sound files tried": sound.total(),
+        "false alarms": sound["alarmed"],
+    }
+
+
+def main(rules_path, corpus, document_path):
     with open(rules_path, encoding="utf-8") as file:
         rules = rules_in(file.read())
     with open(document_path, encoding="utf-8") as file:
@@ -76,13 +95,14 @@ def main(rules_path, document_path):
         sys.exit(f"{document_path} has no place for the rules: {BEGIN}")
     rest = after[after.index("\n## "):]
     text = f"{before}{begin}\n{sections(rules)}{rest}"
-    text, rows = re.subn(r"(?m)^\| rules \|.*$", f"| rules | {number(rules)} |", text)
-    if rows != 1:
-        sys.exit(f'{document_path} has {rows} rows "| rules |" instead of one')
+    for name, figure in figures(rules, corpus).items():
+        text, rows = re.subn(rf"(?m)^\| {name} \|.*$", f"| {name} | {figure} |", text)
+        if rows != 1:
+            sys.exit(f'{document_path} has {rows} rows "| {name} |" instead of one')
     sys.stdout.write(text)
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    if len(sys.argv) != 4:
         sys.exit(__doc__)
     main(*sys.argv[1:])

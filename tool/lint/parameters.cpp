@@ -170,10 +170,19 @@ void checkTexts(const Item& item) {
   }
 }
 
+// Calls read "Cur" of it; those that read more or set it have nothing to go by.
+bool isOnlyShown(const Item& item) {
+  constexpr const char* kLimits[] = {"Min", "Max", "Step", "OptTxt"};
+  return item.has("Cur") && std::none_of(std::begin(kLimits), std::end(kLimits),
+                                         [&](const char* limit) { return item.has(limit); });
+}
+
 // @param isInner  it is inside another parameter
 void checkItem(const Item& item, bool isInner) {
   const bool isInteger = settings::ParameterForm(item.element).isInteger();
   item.checkCase({"Cur", "Def", "Min", "Max", "Step", "OptTxt"});
+  if (!isInner && isOnlyShown(item))
+    return item.add(kOnlyShown, " has neither \"Min\" and \"Max\" nor \"OptTxt\"");
   item.require({"Cur", "every reader needs"});
   for (const Needed& need : isInner ? kOfInner : isInteger ? kOfInteger : kOfText)
     item.require(need);

@@ -29,10 +29,14 @@ std::vector<LintCase> valueCases() {
        R"(x.xml:10: error: Image/Gain has no "Step", which CFG_COM_GetIntParams needs [missing-attribute]
 )"},
       {"missing-attribute", kCleanParameters,
-       R"(<Mode Cur="Auto" Def="Auto" OptTxt="Auto,Manual">)", R"(<Mode Cur="Auto">)",
+       R"(<Mode Cur="Auto" Def="Auto" OptTxt="Auto,Manual">)",
+       R"(<Mode Cur="Auto" OptTxt="Auto,Manual">)",
        R"(<Mode Cur="Auto" Def="Auto" OptTxt="Auto,Manual">)",
        R"(x.xml:11: error: Image/Mode has no "Def", which CFG_COM_GetTxtParams needs [missing-attribute]
-x.xml:11: error: Image/Mode has no "OptTxt", which CFG_COM_SetTxtParam and CFG_COM_GetTxtParams need [missing-attribute]
+)"},
+      {"only-shown", kCleanParameters, R"(<Mode Cur="Auto" Def="Auto" OptTxt="Auto,Manual">)",
+       R"(<Mode Cur="Auto">)", R"(<Mode Cur="Auto" Def="Auto" OptTxt="Auto, Manual">)",
+       R"(x.xml:11: warning: Image/Mode has neither "Min" and "Max" nor "OptTxt" [only-shown]
 )"},
       {"missing-attribute", kCleanParameters, R"( OptTxt="Slow,Fast")", "",
        R"( OptTxt="Slow, Fast")",
