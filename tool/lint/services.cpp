@@ -80,7 +80,7 @@ std::string whyNotAUrl(const std::string& url) {
     return "is not of RTMP: its scheme is " + quoted(scheme);
   const std::size_t path = std::min(url.find_first_of("/?#", colon + 3), url.size());
   const std::string place = url.substr(colon + 3, path - colon - 3);
-  const std::string why = whyNotAServer(place.substr(place.rfind('@') + 1));
+  std::string why = whyNotAServer(place.substr(place.rfind('@') + 1));
   if (!why.empty()) return why;
   return path + 1 < url.size() ? "" : "names no application, as in rtmp://HOST/APP";
 }
