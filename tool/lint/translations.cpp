@@ -130,8 +130,7 @@ void checkLanguages(const std::vector<Source>& sources, std::vector<Findings>& f
   for (std::size_t i = 0; i < sources.size(); ++i) {
     if (!sources[i].isWhole() || sources[i].kind != FileKind::Parameters) continue;
     const XMLElement* system = sources[i].document->FirstChildElement(settings::kSystemSection);
-    const XMLElement* element =
-        system == nullptr ? nullptr : system->FirstChildElement("Language");
+    const XMLElement* element = system == nullptr ? nullptr : system->FirstChildElement("Language");
     const std::optional<TextFiles> files = textFilesFor(sources[i], sources);
     if (element != nullptr && files)
       checkLanguage(Item{*system, settings::kSystemSection, findings[i]}.inner(*element), *files);
