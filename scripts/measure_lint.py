@@ -23,7 +23,7 @@ def session(service, number):
                 f'username="" password="">{typed}</Target>',
         "NDI": f'<Instance Id="{number}" Enable="true" DiscoveryServer="" GroupName="public" '
                f'MainStreamName="ch{number}">{typed}</Instance>',
-        "SRT": f'<Instance Id="{number}" Mode="Listener" Port="{1 + number % 65535}" Latency="120">'
+        "SRT": f'<Instance Id="{number}" Mode="Caller" Hostname="relay-{number}.example.com" Port="9001">'
                f'<Stream Id="{number}" Default="1"><Channel Id="{number}"/></Stream></Instance>',
     }[service]
 
