@@ -11,6 +11,7 @@ namespace {
 
 using tool::Status;
 using tool::cli::Answer;
+using tool::document::Mode;
 
 struct DeviceFile {
   const char* path;
@@ -28,7 +29,9 @@ std::string allFiles() {
 }
 
 Answer import(const std::string& document, bool rehearse) {
-  Answer answer(tool::document::importSettings(document, {rehearse, false}));
+  const auto mode = static_cast<Mode>(document.size() % tool::document::kModes.size());
+  Answer answer(tool::document::importSettings(document, mode, {rehearse, false},
+                                               [](const auto& /*deletions*/) {}));
   tool::cli::renderText(answer);
   tool::cli::renderJson(answer);
   return answer;
@@ -52,7 +55,7 @@ void importTwice(const std::string& document) {
 
 }  // namespace
 
-// A document; the files of the device, where they are not those of small_device/.
+// A document, whose length decides how it is meant; the files of the device, where they are not those of small_device/.
 void importDocument(const Input& input) {
   std::size_t part = 0;
   for (const DeviceFile& file : kFiles) {

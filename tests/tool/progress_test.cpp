@@ -74,7 +74,7 @@ TEST_F(ProgressTest, SectionsAreShownWhenTheyAreExportedAndImported) {
   const std::string document = exportSettings({"parameters"}, {}).value.dump();
   EXPECT_THAT(stages(), testing::Contains("parameters (8 of 10)"));
   heard.clear();
-  importSettings(with(document, "554", "8554"), {});
+  importSettings(with(document, "554", "8554"), Mode::Replace, {}, [](const auto&) {});
   EXPECT_EQ(heard.front(), "stream.sources (1 of 10)");
   EXPECT_EQ(heard.back(), kBusiness);
 }

@@ -1,6 +1,11 @@
 #include "document/exchange.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+
 #include "base/plain_text.h"
+#include "base/progress.h"
 #include "commands/groups.h"
 #include "device/turn.h"
 #include "document/placed.h"
@@ -13,6 +18,8 @@ namespace {
 
 constexpr char kAll[] = "--all";
 constexpr char kBackup[] = "--backup";
+constexpr char kChanged[] = "--changed";
+constexpr char kMode[] = "--mode";
 constexpr char kNoSecrets[] = "--no-secrets";
 constexpr char kPartial[] = "--partial";
 constexpr char kYes[] = "--yes";
@@ -31,15 +38,52 @@ Candidates exportable(const Arguments& /*before*/) {
 
 Answer exportDocument(const Arguments& arguments) {
   Outcome outcome = document::exportSettings(
-      arguments.texts(kSection), {!arguments.given(kNoSecrets), arguments.given(kPartial)});
+      arguments.texts(kSection),
+      {!arguments.given(kNoSecrets), arguments.given(kPartial), arguments.given(kChanged)});
   const std::string text = document::printJson(outcome.value);
   return Answer(std::move(outcome), {Verbatim{text}});
+}
+
+document::Mode modeOf(const Arguments& arguments) {
+  if (!arguments.given(kMode)) return document::Mode::Replace;
+  const std::string mode = arguments.text(kMode);
+  const auto found = std::find(document::kModes.begin(), document::kModes.end(), mode);
+  if (found == document::kModes.end())
+    throw Refusal(Status::Usage, std::string(kMode) + ": " + quoted(mode) + " is none of " +
+                                     joined(document::kModes) + didYouMean(mode, document::kModes));
+  return static_cast<document::Mode>(found - document::kModes.begin());
+}
+
+// "9 entries of live.rtsp and 1 of presets"
+std::string textOf(const std::vector<document::Deletion>& deletions) {
+  std::string text;
+  for (const auto& [section, entries] : deletions)
+    text += (text.empty() ? "" : ", ") + std::to_string(entries) +
+            (text.empty() ? entries == 1 ? " entry" : " entries" : "") + " of " + section;
+  return text;
+}
+
+// Whoever asked for deletions entry by entry need not be asked again.
+void beforeDeleting(const Arguments& arguments, document::Mode mode,
+                    const std::vector<document::Deletion>& deletions) {
+  const std::string text = textOf(deletions);
+  const bool isAsked = mode != document::Mode::Merge && !arguments.given(kDryRun) &&
+                       !arguments.given(kYes) && isatty(STDERR_FILENO) == 1;
+  if (isAsked)
+    throw Refusal(Status::Usage, "this deletes " + text +
+                                     ", which the document does not have; '--dry-run' shows them, "
+                                     "'--yes' does it, '--mode merge' keeps them");
+  announce((arguments.given(kDryRun) ? "note: would delete " : "note: deletes ") + text);
 }
 
 Answer importDocument(const Arguments& arguments) {
   const device::Turn turn(arguments.given(kDryRun) ? device::Turn::Files()
                                                    : device::Turn::allFiles());
-  return changed(document::importSettings(arguments.text(kFile), importOptions(arguments)),
+  const document::Mode mode = modeOf(arguments);
+  return changed(document::importSettings(arguments.text(kFile), mode, importOptions(arguments),
+                                          [&](const std::vector<document::Deletion>& deletions) {
+                                            beforeDeleting(arguments, mode, deletions);
+                                          }),
                  "nothing differs from the device");
 }
 
@@ -122,10 +166,16 @@ CommandGroup exchangeGroup() {
       {command("export", "Print settings as one JSON document", exportDocument,
                {{Option::OptionalArguments, kSection,
                  "Only these, such as System, stream or live.srt", exportable},
+                {Option::Flag, kChanged, "Only what differs from the factory set"},
                 {Option::Flag, kNoSecrets, "Leave passwords out"},
                 {Option::Flag, kPartial, "Leave out, and name, what cannot be read"}}),
        changer("import", "Set the device to the contents of such a document", importDocument,
                {{Option::HostFile, kFile, "The document; '-' is standard input"},
+                {Option::Value, kMode,
+                 "merge: delete nothing; replace, the default: lists become what the document has; "
+                 "override: and what it does not name gets factory values, except for the network",
+                 oneOf({"merge", "replace", "override"}), nullptr, "MODE"},
+                {Option::Flag, kYes, "Delete entries without being asked at a terminal"},
                 {Option::Flag, kForce,
                  "Take what 'set --force' and 'network set --force' take, and texts that are not "
                  "UTF-8 and new; and confirm a change that is on trial first"},

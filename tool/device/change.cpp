@@ -22,13 +22,11 @@ namespace {
 
 constexpr int kAttempts = 3;
 
-// Of the innermost Reviewed; null if there is none.
-const Review* currentReview = nullptr;
+// The innermost; null if there is none.
+const Reviewed* currentReview = nullptr;
 
-std::vector<FileChange> reviewedDraftOf(const std::vector<Change>& changes) {
-  std::vector<FileChange> draft = draftOf(changes);
-  if (currentReview != nullptr) (*currentReview)(draft);
-  return draft;
+void review(const std::vector<FileChange>& draft) {
+  if (currentReview != nullptr) currentReview->look(draft);
 }
 
 // What became of a file that was saved.
@@ -85,8 +83,9 @@ class Undertaking {
 
   // False if another program's save came in between.
   bool attempt() {
-    const std::vector<FileChange> draft = reviewedDraftOf(changes_);
+    const std::vector<FileChange> draft = draftOf(changes_);
     requireRoomFor(draft);
+    review(draft);
     note(draft);
     if (files_.empty()) return true;
     putInForce();
@@ -276,17 +275,22 @@ Change changeTo(const Contents& file, const std::string& instead) {
 }
 
 Reviewed::Reviewed(Review review) : review_(std::move(review)), outer_(currentReview) {
-  currentReview = &review_;
+  currentReview = this;
 }
 
 Reviewed::~Reviewed() {
   currentReview = outer_;
 }
 
+void Reviewed::look(const std::vector<FileChange>& changes) const {
+  if (outer_ != nullptr) outer_->look(changes);
+  review_(changes);
+}
+
 void makeChanges(const std::vector<Change>& changes, bool rehearse) {
   if (changes.empty()) return;
   if (rehearse) {
-    if (currentReview != nullptr) reviewedDraftOf(changes);
+    if (currentReview != nullptr) review(draftOf(changes));
     return;
   }
   const Turn turn(pathsOf(changes));

@@ -35,7 +35,7 @@ struct FileChange;
 /// nothing was changed.
 using Review = std::function<void(const std::vector<FileChange>&)>;
 
-/// For as long as it lives, a review of whatever this process changes.
+/// For as long as it lives, a review of whatever this process changes, after those that there are.
 class Reviewed {
  public:
   explicit Reviewed(Review review);
@@ -43,9 +43,11 @@ class Reviewed {
   Reviewed(const Reviewed&) = delete;
   Reviewed& operator=(const Reviewed&) = delete;
 
+  void look(const std::vector<FileChange>& changes) const;
+
  private:
   const Review review_;
-  const Review* const outer_;
+  const Reviewed* const outer_;
 };
 
 /// Makes changes, all or none, and makes sure of them. What they make of the files is found out on

@@ -139,6 +139,14 @@ Outcome compareOnce(device::Place other, bool showSecrets) {
 
 }  // namespace
 
+std::size_t deletionsIn(const Transition& transition) {
+  const char* key = keyOf({&transition.before, &transition.after});
+  if (key == nullptr) return 0;
+  const Keyed before(transition.before, key);
+  const Keyed after(transition.after, key);
+  return isRenaming(key, before, after) ? 0 : keysOnlyIn(before, after).size();
+}
+
 Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets) {
   Json found = Json::array();
   for (const auto& [section, before, after, replaced] : transitions) {
@@ -159,7 +167,7 @@ Outcome compareWithCopies(device::Place other, bool showSecrets) {
 }
 
 Outcome compareWithDocument(const std::string& text, bool showSecrets) {
-  const Target target = readDocument(text, true);
+  const Target target = readDocument(text, Mode::Replace, true);
   Outcome outcome = outcomeOf("document", target.transitions, showSecrets);
   noteTrouble(outcome, Status::Usage, target.faults);
   return outcome;

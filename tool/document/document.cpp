@@ -6,6 +6,7 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
+#include "document/factory.h"
 #include "document/keyed.h"
 #include "media/media.h"
 #include "network/network.h"
@@ -15,6 +16,9 @@
 
 namespace camcfg::tool::document {
 namespace {
+
+// For editors.
+constexpr char kSchemaMember[] = "$schema";
 
 std::vector<device::Section> collected() {
   std::vector<device::Section> all = media::sections();
@@ -43,7 +47,7 @@ Json parseJson(const std::string& text, settings::Faults& faults) {
 
 // A document with null in place of its sections.
 Json frame() {
-  Json frame = {{kVersionMember, nullptr}};
+  Json frame = {{kSchemaMember, nullptr}, {kVersionMember, nullptr}};
   for (const device::Section& section : allSections()) frame.at_path(pathTo(section)) = nullptr;
   return frame;
 }
@@ -63,16 +67,84 @@ void checkVersion(const settings::Node& document) {
     version.refuse("only version " + std::to_string(kVersion) + " is supported");
 }
 
-void readSection(const device::Section& section, const Json& stated, Target& target) {
-  const std::size_t faults = target.faults.size();
-  const Json value = withTexts(stated, section.name, [&](const auto& place, const auto& why) {
-    target.faults.push_back({place, why});
-  });
-  if (target.faults.size() != faults) return;
-  target.read(section, value);
-  if (!target.force && value != stated)
-    refuseNewBytes(section.name, value, readableOf(section).value, target.faults);
+void checkSchema(const settings::Node& document) {
+  if (document.value().is_object() && document.value().contains(kSchemaMember))
+    document.member(kSchemaMember).text();
 }
+
+// Reads the sections of a document, each the way it is meant.
+class Reader {
+ public:
+  Reader(const Json& document, Mode mode, Target& target)
+      : document_(document), mode_(mode), target_(target) {}
+
+  void read(const device::Section& section) {
+    const Json* stated = document_.is_object() ? document_.find_path(pathTo(section)) : nullptr;
+    const bool isOverridden = mode_ == Mode::Override && section.name != kNetwork;
+    if (isOverridden && section.name == kParameters)
+      overrideParameters(section);
+    else if (stated != nullptr)
+      readStated(section, *stated);
+    else if (isOverridden)
+      target_.read(section, factory().whole(section));
+  }
+
+  void end() {
+    if (factory_) target_.notes = factory_->notes();
+  }
+
+ private:
+  Factory& factory() {
+    if (!factory_) factory_.emplace();
+    return *factory_;
+  }
+
+  void readStated(const device::Section& section, const Json& stated) {
+    const std::size_t faults = target_.faults.size();
+    const Json value = withTexts(stated, section.name, [&](const auto& place, const auto& why) {
+      target_.faults.push_back({place, why});
+    });
+    if (target_.faults.size() != faults) return;
+    const device::Readable held = readableOf(section);
+    if (mode_ == Mode::Merge)
+      for (const device::Unread& unread : held.unread) refuseLoss(section, unread);
+    const Stated whole(section, value, held.value, mode_, target_.faults);
+    const std::size_t read = target_.faults.size();
+    target_.read(section, whole.value());
+    whole.locate(target_.faults, read);
+    if (!target_.force && value != stated)
+      refuseNewBytes(section.name, value, held.value, target_.faults);
+  }
+
+  void refuseLoss(const device::Section& section, const device::Unread& unread) {
+    if (!unread.was.empty())
+      target_.faults.push_back(
+          {section.name, unread.fault + "; it cannot be merged with, and '--mode replace' "
+                                        "deletes it"});
+  }
+
+  // All have their factory values but those that are stated.
+  void overrideParameters(const device::Section& section) {
+    Target stated;
+    stated.force = target_.force;
+    Reader reader(document_, Mode::Replace, stated);
+    reader.read(section);
+    target_.faults.insert(target_.faults.end(), stated.faults.begin(), stated.faults.end());
+    if (!stated.faults.empty()) return;
+    const Json& before = target_.plan.present(section.name);
+    Json after = factory().parameters(before, parameters::Parameters().all());
+    if (const Json* named = document_.find_path(pathTo(section)))
+      for (const auto& [name, values] : named->items())
+        for (const std::string& parameter : values.names())
+          after[name][parameter] = stated.plan.of(section.name).at(name).at(parameter);
+    target_.add(section, before, after);
+  }
+
+  const Json& document_;
+  const Mode mode_;
+  Target& target_;
+  std::optional<Factory> factory_;
+};
 
 constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
@@ -148,19 +220,21 @@ void Target::add(const device::Section& section, const Json& before, const Json&
   if (after != before) transitions.push_back({&section, before, after});
 }
 
-Target readDocument(const std::string& text, bool force) {
+Target readDocument(const std::string& text, Mode mode, bool force) {
   Target target;
   target.force = force;
   const Json document = parseJson(text, target.faults);
   const settings::Node whole(document, "", target.faults);
   checkFrame(whole, frame());
   checkVersion(whole);
+  checkSchema(whole);
+  Reader reader(document, mode, target);
   std::size_t number = 0;
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
-    const Json* stated = document.is_object() ? document.find_path(pathTo(section)) : nullptr;
-    if (stated != nullptr) readSection(section, *stated, target);
+    reader.read(section);
   }
+  reader.end();
   return target;
 }
 

@@ -8,6 +8,7 @@
 #include "base/json.h"
 #include "device/save.h"
 #include "device/section.h"
+#include "document/stated.h"
 
 namespace camcfg::tool::document {
 
@@ -49,7 +50,8 @@ struct Target {
   std::vector<Transition> transitions;  ///< of the sections that differ from the device
   settings::Faults faults;              ///< why it cannot be brought about
   device::Plan plan{allSections()};
-  bool force = false;  ///< what can be forced is taken
+  bool force = false;              ///< what can be forced is taken
+  std::vector<std::string> notes;  ///< remarks on what it was made of
 
   /// Reads what a section is to be and checks it against the device and what was read before. Of a
   /// section that does not load whole, nothing stays that is not in the document.
@@ -64,8 +66,9 @@ void refuseNewBytes(const std::string& place, const Json& stated, const Json& he
 
 /// Reads a document and checks it against the device.
 /// @param force  takes what can be forced, and texts that are not UTF-8 and new to the device
-/// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable
-Target readDocument(const std::string& text, bool force);
+/// @throws Refusal  the text is no JSON, with line and column; the device's files are unusable; what
+///                  is to have factory values has none
+Target readDocument(const std::string& text, Mode mode, bool force);
 
 /// A section of some copy of its file, or why there is none.
 struct CopiedSection {  // NOLINT(bugprone-exception-escape): moving a Json throws none
@@ -93,6 +96,9 @@ std::map<std::string, std::string> unreadSections();
 /// where there is nothing. Records in a list are distinguished by their "id", else by their "name",
 /// else by their position; "live.srt[1].port" is of the one with the id 1.
 Json differencesOf(const std::vector<Transition>& transitions, bool showSecrets);
+
+/// How many entries a transition deletes. One that only has another key is not deleted.
+std::size_t deletionsIn(const Transition& transition);
 
 /// JSON as a person would write it: what fits on one line is on one line. Ends with a line feed.
 /// Bytes that are not UTF-8 become U+FFFD.

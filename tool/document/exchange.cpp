@@ -8,6 +8,8 @@
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "device/change.h"
+#include "document/keyed.h"
+#include "document/placed.h"
 #include "document/section_names.h"
 #include "parameters/parameter.h"
 #include "settings/network.h"
@@ -73,7 +75,8 @@ Json withoutUnprintable(const Json& value, const std::string& place, Outcome& ou
 void noteFaults(const device::Section& section, const Json& value, device::Plan& plan,
                 Outcome& outcome) {
   settings::Faults faults;
-  section.read(settings::Node(value, section.name, faults), value, plan);
+  const Stated stated(section, value, Json(), Mode::Replace, faults);
+  section.read(settings::Node(stated.value(), section.name, faults), value, plan);
   refuseNewBytes(section.name, value, nullptr, faults);
   for (const settings::Fault& fault : faults)
     outcome.notes.push_back("note: " + fault.place + ": " + fault.reason +
@@ -95,6 +98,47 @@ std::optional<Json> readForExport(const device::Section& section, bool isPartial
     return std::nullopt;
   }
 }
+
+Json changedMembers(const Json& value, const Json& factory) {
+  Json changed = Json::object();
+  for (const auto& [name, member] : value.items()) {
+    const Json& original = memberOrNothing(factory, name);
+    if (member == original) continue;
+    changed[name] =
+        member.is_object() && original.is_object() ? changedMembers(member, original) : member;
+  }
+  return changed;
+}
+
+// What of a section is to be stated so that a device with factory values becomes like this one. A list is
+// stated whole, since an import takes it so; the entries that it has lost are there for one that merges.
+Json changedFrom(const device::Section& section, const Json& value, const Json& factory) {
+  const char* key = keyOf(section);
+  if (key == nullptr) return changedMembers(value, factory);
+  if (value == factory) return Json::array();
+  Json changed = value;
+  const Keyed present(value, key);
+  const Keyed original(factory, key);
+  for (const Json& each : original.keys())
+    if (present.at(each).is_null()) changed.push_back({{key, each}, {kAbsent, true}});
+  return changed;
+}
+
+// Against the factory set, which is read when it is asked for.
+class Unchanged {
+ public:
+  /// What differs; the whole, with a note, if there is nothing to compare it with.
+  Json takenFrom(const device::Section& section, Json value, Outcome& outcome) {
+    if (factory_.empty()) factory_ = loadFrom(device::Place::Default);
+    const CopiedSection& copy = factory_.at(section.name);
+    if (copy.fault.empty()) return changedFrom(section, value, copy.value);
+    outcome.notes.push_back("note: " + section.name + " is whole: " + copy.fault);
+    return value;
+  }
+
+ private:
+  CopiedSections factory_;
+};
 
 std::vector<device::Change> changesOf(const Target& target) {
   std::vector<device::Change> changes;
@@ -145,6 +189,20 @@ Outcome refusedFor(const settings::Faults& faults) {
   return outcome;
 }
 
+std::vector<Deletion> deletionsOf(const Target& target) {
+  std::vector<Deletion> deletions;
+  for (const Transition& transition : target.transitions)
+    if (const std::size_t entries = deletionsIn(transition); entries != 0)
+      deletions.push_back({transition.section->name, entries});
+  return deletions;
+}
+
+// All members of a shape, with the values that there are.
+Json shaped(Json shape, const Json& value) {
+  for (const auto& [name, member] : value.items()) shape[name] = member;
+  return shape;
+}
+
 }  // namespace
 
 Outcome exportSettings(const std::vector<std::string>& names, const ExportOptions& options) {
@@ -152,14 +210,17 @@ Outcome exportSettings(const std::vector<std::string>& names, const ExportOption
   Outcome outcome;
   outcome.value = {{kVersionMember, kVersion}};
   device::Plan plan{allSections()};
+  Unchanged unchanged;
   std::size_t number = 0;
   for (const device::Section& section : allSections()) {
     const Stage stage(section.name, ++number, allSections().size());
     if (!scope.includes(section)) continue;
     std::optional<Json> read = readForExport(section, options.isPartial, outcome);
     if (!read) continue;
-    const Json value =
-        withoutUnprintable(scope.cut(section, std::move(*read)), section.name, outcome);
+    Json part = scope.cut(section, std::move(*read));
+    if (options.isChanged) part = unchanged.takenFrom(section, std::move(part), outcome);
+    if (options.isChanged && part.empty()) continue;
+    const Json value = withoutUnprintable(part, section.name, outcome);
     noteFaults(section, value, plan, outcome);
     const Json open =
         section.table == nullptr ? value : settings::withoutSecrets(value, section.table->settings);
@@ -174,6 +235,7 @@ Outcome exportSettings(const std::vector<std::string>& names, const ExportOption
 Outcome carriedOut(const Target& target, const ImportOptions& options) {
   if (!target.faults.empty()) return refusedFor(target.faults);
   Outcome outcome;
+  outcome.notes = target.notes;
   outcome.value["dryRun"] = options.rehearse;
   outcome.value["changes"] = differencesOf(target.transitions, options.showSecrets);
   for (const Transition& transition : target.transitions) {
@@ -187,8 +249,24 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
   return outcome;
 }
 
-Outcome importSettings(const std::string& text, const ImportOptions& options) {
-  return carriedOut(readDocument(text, options.force), options);
+Outcome importSettings(const std::string& text, Mode mode, const ImportOptions& options,
+                       const std::function<void(const std::vector<Deletion>&)>& beforeDeleting) {
+  const Target target = readDocument(text, mode, options.force);
+  std::vector<Deletion> deletions = deletionsOf(target);
+  const device::Reviewed reviewed([&](const auto& /*files*/) {
+    if (!deletions.empty()) beforeDeleting(deletions);
+    deletions.clear();  // a change may be made again
+  });
+  Outcome outcome = carriedOut(target, options);
+  const bool isDone = outcome.status == Status::Done && !target.transitions.empty();
+  outcome.value = shaped({{"changed", isDone},
+                          {"mode", kModes[static_cast<std::size_t>(mode)]},
+                          {"dryRun", options.rehearse},
+                          {"changes", Json::array()},
+                          {"faults", Json::array()},
+                          {"findings", Json::array()}},
+                         outcome.value);
+  return outcome;
 }
 
 }  // namespace camcfg::tool::document

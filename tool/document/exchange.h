@@ -1,6 +1,7 @@
 #ifndef CAMCFG_TOOL_DOCUMENT_EXCHANGE_H
 #define CAMCFG_TOOL_DOCUMENT_EXCHANGE_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@ namespace camcfg::tool::document {
 struct ExportOptions {
   bool withSecrets = true;  ///< passwords are in it
   bool isPartial = false;   ///< what cannot be read is left out, and named in the notes
+  bool isChanged = false;   ///< only what differs from the factory set
 };
 
 /// The settings of a device as one JSON document.
@@ -28,13 +30,23 @@ struct ImportOptions {
   bool force = false;        ///< set what can be forced
 };
 
+/// How many entries of a section are deleted.
+struct Deletion {
+  std::string section;  ///< "live.rtsp"
+  std::size_t entries;
+};
+
 /// Brings the device to what a document holds. The document is checked as a whole before anything is
 /// written, and only what differs is written.
-/// @param text  the document
-/// @return what was changed; with faults, or when a change failed, a status of its own and what was
-///         left undone
-/// @throws Refusal  the text is no JSON, or the device's files are unusable
-Outcome importSettings(const std::string& text, const ImportOptions& options);
+/// @param text            the document
+/// @param beforeDeleting  called when all is ready for it and entries are going to be deleted, or would be
+///                        if this was no rehearsal; may throw a Refusal to prevent it
+/// @return what was changed, in one shape whatever came of it: "changed", "mode", "changes", "faults",
+///         "findings"; with faults, or when a change failed, a status of its own and what was left
+///         undone
+/// @throws Refusal  see readDocument
+Outcome importSettings(const std::string& text, Mode mode, const ImportOptions& options,
+                       const std::function<void(const std::vector<Deletion>&)>& beforeDeleting);
 
 /// Brings sections to what they are to be, all of them or none: a step that fails has those before
 /// it put back. A target with faults changes nothing.

@@ -20,12 +20,6 @@ std::string withOther(const std::string& name, const std::string& other) {
   return other.empty() ? name : name + " (" + other + ")";
 }
 
-// The member that distinguishes entries; null if the section has none.
-const char* keyOf(const device::Section& section) {
-  if (section.table != nullptr) return section.table->key;
-  return section.name == kPresets ? settings::kPresetId : nullptr;
-}
-
 // Whether a place is inside what is at another one.
 bool isBelow(const std::string& above, const std::string& lower) {
   return lower.size() > above.size() && beginsWith(lower, above) &&
@@ -87,6 +81,11 @@ class Walk {
 };
 
 }  // namespace
+
+const char* keyOf(const device::Section& section) {
+  if (section.table != nullptr) return section.table->key;
+  return section.name == kPresets ? settings::kPresetId : nullptr;
+}
 
 void forEachSetting(const device::Section& section, Json& value,
                     const std::function<void(const Placed&)>& visit) {

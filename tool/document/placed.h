@@ -48,6 +48,9 @@ const device::Section& requireSection(const std::string& place);
 /// "network.cards.Lan0.mtu"
 std::string placeOfCard(const std::string& card, const settings::Setting& setting);
 
+/// The member that distinguishes the entries of a section; null if it has none.
+const char* keyOf(const device::Section& section);
+
 /// Gives the places of faults the keys of entries, where a document that was read counts them:
 /// "stream.caches[12].size" instead of "stream.caches[10].size".
 /// @param value  the section that was read

@@ -1,9 +1,10 @@
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/exchange.h"
+#include "document/factory.h"
 #include "document/section_names.h"
-#include "network/network.h"
 #include "parameters/parameter.h"
+#include "settings/network.h"
 
 namespace camcfg::tool::document {
 namespace {
@@ -14,50 +15,31 @@ class Reset {
   void addParameters(const std::vector<parameters::Parameter>& wanted) {
     const device::Section& section = sectionOf(kParameters);
     const Json before = section.load();
-    target_.add(section, before, parameters::resetParameters(before, factory_, wanted, without_));
-    hasDef_ = true;
+    target_.add(section, before, factory_.parameters(before, wanted));
   }
 
   void addNetwork() {
     const device::Section& section = sectionOf(kNetwork);
     const Json before = section.load();
-    target_.add(section, before, network::resetNetwork(before, factory_, without_));
-    hasDef_ = true;
-  }
-
-  // Presets and media have factory values in the factory set only.
-  void addWhole(const device::Section& section) {
-    if (copies_.empty()) copies_ = loadFrom(device::Place::Default);
-    const CopiedSection& copy = copies_.at(section.name);
-    if (!copy.fault.empty()) throw Refusal(section.name + " has no factory values: " + copy.fault);
-    target_.read(section, copy.value);
+    target_.add(section, before, factory_.network(before));
   }
 
   void add(const device::Section& section) {
     if (section.name == kNetwork) return addNetwork();
-    if (section.name != kParameters) return addWhole(section);
+    if (section.name != kParameters) return target_.read(section, factory_.whole(section));
     const parameters::Parameters parameters;
     addParameters(parameters.all());
   }
 
-  const std::vector<std::string>& without() const { return without_; }
+  const std::vector<std::string>& without() const { return factory_.without(); }
 
-  Outcome carryOut(const ImportOptions& options) const {
-    Outcome outcome = carriedOut(target_, options);
-    if (!target_.faults.empty()) return outcome;
-    if (!factory_.fault().empty() && hasDef_)
-      outcome.notes.push_back("note: " + factory_.fault() +
-                              "; \"Def\" of the main copy is used instead");
-    for (const std::string& path : without_)
-      outcome.notes.push_back("note: " + path + " has no usable factory value and stays as it is");
-    return outcome;
+  Outcome carryOut(const ImportOptions& options) {
+    target_.notes = factory_.notes();
+    return carriedOut(target_, options);
   }
 
  private:
-  const device::FactoryValues factory_;
-  CopiedSections copies_;
-  bool hasDef_ = false;
-  std::vector<std::string> without_;
+  Factory factory_;
   Target target_;
 };
 

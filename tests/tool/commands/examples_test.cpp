@@ -63,6 +63,8 @@ class ExampleTest : public SampleTest, public testing::WithParamInterface<std::s
 
   std::string contentsOf(const std::string& file) const {
     const std::string settings = device.read(kBusinessDefault);
+    if (file == "venue.json")
+      return "{\"version\": 1, \"parameters\": {\"System\": {\"Rtsp\": 8554}}}";
     if (file == "device.json") return with(run({"export"}).out, "\"Rtsp\": 554", "\"Rtsp\": 8554");
     if (file == "presets.csv") return with(run({"preset", "export"}).out, "Lectern", "Desk");
     if (file == "damaged.xml")
@@ -73,7 +75,7 @@ class ExampleTest : public SampleTest, public testing::WithParamInterface<std::s
 
   // Files of the user's own that a line names.
   void makeFilesFor(const Words& line) const {
-    for (const char* file : {"device.json", "presets.csv", "damaged.xml"})
+    for (const char* file : {"device.json", "venue.json", "presets.csv", "damaged.xml"})
       if (line.back() == file) own_.write(std::string("/") + file, contentsOf(file));
     if (line.back() == "old-set") own_.write("/old-set/business_param.xml", contentsOf("old-set"));
   }

@@ -232,6 +232,8 @@ TEST_F(ExchangeTest, ImportInJsonShowsChangesAndWhatWasWritten) {
   const std::string document = with(exported({"live.srt"}), "9001", "9002");
   EXPECT_EQ(import(document, {"--json"}), (ToolRun{0,
                                                    "{\n"
+                                                   "  \"changed\": true,\n"
+                                                   "  \"mode\": \"replace\",\n"
                                                    "  \"dryRun\": false,\n"
                                                    "  \"changes\": [\n"
                                                    "    {\n"
@@ -240,6 +242,8 @@ TEST_F(ExchangeTest, ImportInJsonShowsChangesAndWhatWasWritten) {
                                                    "      \"after\": 9002\n"
                                                    "    }\n"
                                                    "  ],\n"
+                                                   "  \"faults\": [],\n"
+                                                   "  \"findings\": [],\n"
                                                    "  \"written\": [\n"
                                                    "    \"live.srt\"\n"
                                                    "  ],\n"
