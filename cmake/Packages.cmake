@@ -79,7 +79,6 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME camcfg-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library_package} ${same_version}")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "graphviz")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA ${debian}/postinst ${debian}/postrm)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION
   "command-line tool for the settings of a network video device

@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
 # Draws the media wiring of the sample factory set into docs/sample-wiring.svg, by the tool in
-# build/ (or the one given). Installs what it needs. The tool's tests fail when the picture is out of date.
+# build/ (or the one given). The tool's tests fail when the picture is out of date.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly camcfg=${1:-build/camcfg}
 
-scripts/install-packages.sh docs
 device=$(mktemp -d)
 trap 'rm -rf "$device"' EXIT
 mkdir -p "$device"/cfg0 docs

@@ -22,7 +22,6 @@ test   libgtest-dev           header   gtest/gtest.h
 test   libgmock-dev           header   gmock/gmock.h
 test   abigail-tools          command  abidiff
 test   git                    command  git
-test   graphviz               command  dot
 test   groff-base             command  groff
 test   make                   command  make
 test   mandoc                 command  mandoc

@@ -55,14 +55,6 @@ std::string lowered(std::string text) {
   return text;
 }
 
-// A character of two or three bytes.
-char32_t decoded(std::string_view character) {
-  char32_t code = static_cast<unsigned char>(character.front()) & (0xffU >> (character.size() + 1));
-  for (const char c : character.substr(1))
-    code = code << 6 | (static_cast<unsigned char>(c) & 0x3f);
-  return code;
-}
-
 std::string encoded(char32_t code) {
   const auto byte = [&](unsigned lead, unsigned shift) {
     return static_cast<char>(lead | ((code >> shift) & 0x3f));
@@ -164,6 +156,13 @@ Sequence sequenceAt(std::string_view text, std::size_t at) {
   return {length, true};
 }
 
+char32_t codePointOf(std::string_view character) {
+  char32_t code = static_cast<unsigned char>(character.front()) & (0xffU >> (character.size() + 1));
+  for (const char c : character.substr(1))
+    code = code << 6 | (static_cast<unsigned char>(c) & 0x3f);
+  return code;
+}
+
 std::string inLowerCase(std::string_view text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
@@ -175,7 +174,7 @@ std::string inLowerCase(std::string_view text) {
     else if (character.size() > 3 || !sequence.isValid)
       result += character;
     else
-      result += encoded(small(decoded(character)));
+      result += encoded(small(codePointOf(character)));
   }
   return result;
 }

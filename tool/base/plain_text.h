@@ -87,6 +87,9 @@ struct Sequence {
 /// The bytes from a place of a text on.
 Sequence sequenceAt(std::string_view text, std::size_t at);
 
+/// The code point of a character of two or three bytes.
+char32_t codePointOf(std::string_view character);
+
 /// A text with its capital letters made small ones: Latin, Greek, Cyrillic and Armenian. The C library
 /// knows them by its locales only, of which a device has none.
 std::string inLowerCase(std::string_view text);

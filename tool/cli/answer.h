@@ -62,12 +62,6 @@ struct WholeValue {};
 
 using Block = std::variant<Table, Fields, Line, Lines, Verbatim, WholeValue>;
 
-/// A program of the system that the tool was started on.
-struct HostProgram {
-  std::vector<std::string> words;  ///< its name and its arguments; none: no program
-  std::string package;             ///< what it comes with
-};
-
 /// What a command has to say: an outcome, and how a person would want to see it. Commands fill this
 /// and know nothing of printing.
 struct Answer : Outcome {  // NOLINT(bugprone-exception-escape): moving a Json throws none
@@ -79,7 +73,6 @@ struct Answer : Outcome {  // NOLINT(bugprone-exception-escape): moving a Json t
   }
 
   std::vector<Block> layout;  ///< what is shown of the value as text, block by block
-  HostProgram through;        ///< turns the text into what is shown
 };
 
 /// Where an answer is going to be read.

@@ -97,16 +97,6 @@ bool put(int fd, const std::string& text) {
   return changeWasMade() ? writeUntilInterrupted(fd, text) : writeAll(fd, text);
 }
 
-// `error` is what the child process wrote of its errno; nothing if the program was started.
-void requireStarted(const HostProgram& program, const std::string& error) {
-  if (error.empty()) return;
-  const int number = std::stoi(error);
-  const std::string name = quoted(program.words.front());
-  if (number == ENOENT)
-    throw Refusal("the program " + name + " is not installed; it comes with " + program.package);
-  throw Refusal("cannot start " + name + ": " + std::strerror(number));
-}
-
 [[noreturn]] void refuseToAnswer(int error) {
   constexpr char kPlace[] = "standard output";
   throw Refusal::about(kPlace, std::string(kPlace) + ": " + std::strerror(error));
@@ -203,22 +193,6 @@ pid_t HostPrograms::start(const std::vector<std::string>& words, int in, int out
   become(words);
   writeAll(fault, std::to_string(errno));
   _exit(127);
-}
-
-std::string HostPrograms::passThrough(const HostProgram& program, const std::string& text) const {
-  const MemoryFile in;
-  const MemoryFile out;
-  const MemoryFile err;
-  const MemoryFile error;
-  if (!in.fill(text) || !error.fill("")) throw Refusal(std::strerror(errno));
-  const pid_t child = start(program.words, in.get(), out.get(), err.get(), error.get());
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
-  requireStarted(program, error.contents());
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-    throw Refusal(quoted(program.words.front()) +
-                  " failed: " + err.contents().substr(0, err.contents().find('\n')));
-  return out.contents();
 }
 
 }  // namespace camcfg::tool::cli

@@ -69,11 +69,6 @@ class HostPrograms {
  public:
   HostPrograms();
 
-  /// Runs a program found by PATH, without a shell, and gives it a text on standard input.
-  /// @return what it wrote to standard output
-  /// @throws Refusal  it is not installed, could not be started, or failed
-  std::string passThrough(const HostProgram& program, const std::string& text) const;
-
   /// Starts a program found by PATH.
   /// @param in, out, err  its standard input, output and error
   /// @param fault         where the child process writes its errno if it cannot become the program;

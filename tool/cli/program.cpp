@@ -21,12 +21,8 @@ Look lookFor(const Invocation& invocation, const Streams& streams) {
   return {isTerminal, wantsColours(invocation.color, isTerminal)};
 }
 
-std::string rendered(const Answer& answer, const Invocation& invocation, const Look& look,
-                     const HostPrograms& programs) {
-  if (invocation.json) return renderJson(answer);
-  if (!answer.through.words.empty())
-    return programs.passThrough(answer.through, renderText(answer));
-  return renderText(answer, look);
+std::string rendered(const Answer& answer, const Invocation& invocation, const Look& look) {
+  return invocation.json ? renderJson(answer) : renderText(answer, look);
 }
 
 // Such a command ends when it is stopped, or by a refusal.
@@ -45,10 +41,9 @@ std::string textOf(const std::exception& error) {
 }
 
 // Why an answer could not be printed; none if it was.
-std::optional<Refusal> print(const Answer& answer, const Invocation& invocation, Streams& streams,
-                             const HostPrograms& programs) {
+std::optional<Refusal> print(const Answer& answer, const Invocation& invocation, Streams& streams) {
   try {
-    streams.answer(rendered(answer, invocation, lookFor(invocation, streams), programs));
+    streams.answer(rendered(answer, invocation, lookFor(invocation, streams)));
     return std::nullopt;
   } catch (const Refusal& refusal) {
     return refusal;
@@ -57,9 +52,8 @@ std::optional<Refusal> print(const Answer& answer, const Invocation& invocation,
   }
 }
 
-Status finish(const Answer& answer, const Invocation& invocation, Streams& streams,
-              const HostPrograms& programs) {
-  const std::optional<Refusal> unprinted = print(answer, invocation, streams, programs);
+Status finish(const Answer& answer, const Invocation& invocation, Streams& streams) {
+  const std::optional<Refusal> unprinted = print(answer, invocation, streams);
   for (const std::string& note : answer.notes)
     Streams::message(std::string(invocation.command->name) + ": " + note,
                      answer.status == Status::Done ? Tone::Warning : Tone::Bad);
@@ -89,7 +83,7 @@ Status carryOut(Invocation& invocation, Streams& streams, const HostPrograms& pr
     customs.before(*invocation.command, invocation.arguments);
   try {
     if (invocation.command->goesOn) return goOn(invocation, streams, programs);
-    const Status status = finish(outcomeOf(invocation), invocation, streams, programs);
+    const Status status = finish(outcomeOf(invocation), invocation, streams);
     remark();
     return status;
   } catch (const Refusal& refusal) {
@@ -106,7 +100,7 @@ Status run(Invocation& invocation, Streams& streams, const Customs& customs) {
   Streams::colourMessages(invocation.json ? "never" : invocation.color);
   const HostPrograms programs;
   if (invocation.command == nullptr) {
-    streams.answer(rendered(invocation.answer, invocation, {}, programs));
+    streams.answer(rendered(invocation.answer, invocation, {}));
     return Status::Done;
   }
   if (invocation.verbose) streams.showLibraryOutput();

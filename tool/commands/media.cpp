@@ -104,51 +104,61 @@ cli::Command commandFor(const settings::Table& table) {
   return command;
 }
 
-// DOT as it is, other formats through Graphviz.
-cli::HostProgram programFor(const std::string& format) {
-  if (format.empty() || format == "dot") return {};
-  if (format == "svg") return {{"dot", "-Tsvg"}, "Graphviz"};
-  throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
-}
-
 // The rules about what is connected. The picture shows what they complain of.
 constexpr const char* kRules[] = {"allowed-source-missing", "channel-missing", "enable-differs",
                                   "enabled-source-disabled", "enabled-source-missing"};
 
-Json findings() {
+std::vector<lint::Finding> findings(const device::Document& document) {
   std::vector<lint::Source> sources(1);
   lint::Source& source = sources.front();
   source.name = CFG_FILE_MPP;
   source.kind = lint::FileKind::Media;
-  source.parsed = device::requireDocument(CFG_FILE_MPP);
-  source.document = source.parsed.get();
-  Json texts = Json::array();
-  for (const lint::Finding& finding : lint::lint(sources))
-    if (isAmong(kRules, std::string(finding.rule->id)))
-      texts.push_back(finding.text + " [" + finding.rule->id + "]");
-  return texts;
+  source.document = document.get();
+  std::vector<lint::Finding> found;
+  for (lint::Finding& finding : lint::lint(sources))
+    if (isAmong(kRules, std::string(finding.rule->id))) found.push_back(std::move(finding));
+  return found;
 }
 
-Answer graph(const Arguments& arguments) {
-  Answer answer;
-  answer.through = programFor(arguments.text(kFormat));
-  const auto draw = [] {
+bool isSvg(const Arguments& arguments) {
+  const std::string format = arguments.text(kFormat);
+  if (format == "svg") return true;
+  if (format.empty() || format == "dot") return false;
+  throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
+}
+
+// What can be read of the wiring, and the same in DOT.
+device::Readable readableWiring() {
+  const auto read = [] {
     const media::Wiring wiring = media::readWiring();
     return Json{{"wiring", media::jsonOf(wiring)}, {"picture", media::pictureOf(wiring)}};
   };
-  device::Readable readable = media::asFarAsReadable(draw);
+  device::Readable readable = media::asFarAsReadable(read);
   const Json& wiring = readable.value["wiring"];
   if (!readable.unread.empty() &&
       std::all_of(wiring.begin(), wiring.end(), [](const Json& list) { return list.empty(); }))
     readable.value = nullptr;
-  Answer drawn = readableAnswer(std::move(readable), {});
-  answer.layout = {Verbatim{drawn.value["picture"].text()}};
-  answer.value = std::move(drawn.value["wiring"]);
-  answer.notes = std::move(drawn.notes);
-  answer.status = drawn.status;
-  answer.value["findings"] = findings();
-  for (const Json& finding : answer.value["findings"])
-    answer.notes.push_back("note: " + finding.text());
+  return readable;
+}
+
+Answer graph(const Arguments& arguments) {
+  const bool asSvg = isSvg(arguments);
+  const Answer read = readableAnswer(readableWiring(), {});
+  const device::Document document = device::requireDocument(CFG_FILE_MPP);
+  Answer answer(read.value["wiring"], {});
+  answer.notes = read.notes;
+  answer.status = read.status;
+  std::vector<media::Remark> remarks;
+  answer.value["findings"] = Json::array();
+  for (const lint::Finding& finding : findings(document)) {
+    const std::string text = finding.text + " [" + finding.rule->id + "]";
+    remarks.push_back({finding.line, text});
+    answer.value["findings"].push_back(text);
+    answer.notes.push_back("note: " + text);
+  }
+  answer.layout = {Verbatim{
+      asSvg ? media::drawingOf(answer.value, media::remarksByNode(*document, remarks), true)
+            : read.value["picture"].text()}};
   return answer;
 }
 
@@ -201,11 +211,10 @@ CommandGroup liveGroup() {
 }
 
 CommandGroup graphGroup() {
-  return {
-      "Live media",
-      {command("graph", "Draw which sources, caches and services feed which", graph,
-               {{Option::Value, kFormat, "dot, the default, or svg, which needs Graphviz' 'dot'",
-                 oneOf({"dot", "svg"})}})}};
+  return {"Live media",
+          {command("graph", "Draw which sources, caches and services feed which", graph,
+                   {{Option::Value, kFormat, "dot, the default, or svg, a picture for any browser",
+                     oneOf({"dot", "svg"})}})}};
 }
 
 }  // namespace camcfg::tool::commands

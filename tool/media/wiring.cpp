@@ -1,5 +1,10 @@
 #include "media/wiring.h"
 
+#include <iterator>
+#include <map>
+
+#include "base/elements.h"
+
 namespace camcfg::tool::media {
 namespace {
 
@@ -57,8 +62,8 @@ void addSessions(const Table& table, const Json& entry, WiredSession session,
     if (holdsSessions(setting)) {
       isSession = false;
       for (const Json& record : value)
-        addSessions(*setting.inner, record, {session.service, session.name + ": ", session.enabled},
-                    sessions);
+        addSessions(*setting.inner, record,
+                    {session.service, session.name + ": ", session.id, session.enabled}, sessions);
     } else if (setting.isChannel || setting.kind == settings::Kind::List) {
       addChannels(setting, value, session.channels);
     }
@@ -72,8 +77,20 @@ Json jsonOf(const WiredSession& session) {
     channels.push_back({{"cache", channel.cacheId}, {"role", channel.role}});
   return {{"service", session.service},
           {"name", session.name},
+          {"id", session.id},
           {kEnabled, session.enabled},
           {"channels", channels}};
+}
+
+const char* keyAttributeOf(const Table& table) {
+  return table.find(table.key)->attributes.front().name;
+}
+
+// "source 0", "cache 7", "RTSP live"
+std::string nodeNameOf(const Table& table, const std::string& key) {
+  if (&table == &settings::streamSources()) return "source " + key;
+  if (&table == &settings::streamCaches()) return "cache " + key;
+  return serviceOf(table) + " " + key;
 }
 
 }  // namespace
@@ -92,7 +109,8 @@ std::optional<std::size_t> Wiring::cache(int id) const {
 
 std::vector<WiredSession> sessionsOf(const Table& table, const Json& entries) {
   std::vector<WiredSession> sessions;
-  for (const Json& entry : entries) addSessions(table, entry, {serviceOf(table), ""}, sessions);
+  for (const Json& entry : entries)
+    addSessions(table, entry, {serviceOf(table), "", entry.at(table.key)}, sessions);
   return sessions;
 }
 
@@ -102,6 +120,25 @@ Wiring readWiring() {
     for (WiredSession& session : sessionsOf(*table, loadEntries(*table)))
       wiring.sessions.push_back(std::move(session));
   return wiring;
+}
+
+Json remarksByNode(const tinyxml2::XMLDocument& document, const std::vector<Remark>& remarks) {
+  // Where entries begin, and what is drawn of them; sections and all else are nothing.
+  std::map<int, std::string> begins;
+  for (const tinyxml2::XMLElement* top : childrenOf(document))
+    for (const tinyxml2::XMLElement* section : childrenOf(*top)) begins[section->GetLineNum()];
+  for (const Table* table : settings::mediaTables())
+    if (const tinyxml2::XMLElement* section = sectionIn(document, *table))
+      for (const tinyxml2::XMLElement* entry : entriesOf(*section, table->elements))
+        if (const char* key = entry->Attribute(keyAttributeOf(*table)))
+          begins[entry->GetLineNum()] = nodeNameOf(*table, key);
+  Json byNode = Json::object();
+  for (const auto& [line, text] : remarks) {
+    const auto next = begins.upper_bound(line);
+    if (next == begins.begin() || std::prev(next)->second.empty()) continue;
+    byNode[std::prev(next)->second].push_back(text);
+  }
+  return byNode;
 }
 
 Json jsonOf(const Wiring& wiring) {

@@ -19,6 +19,7 @@ struct WiredChannel {
 struct WiredSession {
   std::string service;  ///< "RTSP"
   std::string name;
+  Json id{};  ///< of the entry that it is in
   bool enabled = true;
   std::vector<WiredChannel> channels{};
 };
@@ -49,6 +50,26 @@ Json jsonOf(const Wiring& wiring);
 /// edge is solid where a source is carried or a cache sent, dashed where a source may be carried.
 /// Whatever is disabled is grey; what does not exist, or is marked "Enable" without being carried, red.
 std::string pictureOf(const Wiring& wiring);
+
+/// What is to be said of a line of the media file.
+struct Remark {
+  int line;
+  std::string text;
+};
+
+/// Remarks by what of a picture they are about: {"cache 7": ["..."]}. Those that are about nothing that is
+/// drawn are left out.
+Json remarksByNode(const tinyxml2::XMLDocument& document, const std::vector<Remark>& remarks);
+
+/// The wiring as a drawing in SVG: sources, caches and sessions from left to right, in the order of their
+/// ids, as high as they need to be. It loads nothing, and has the drawing's meaning as a text. Edges
+/// are as in pictureOf.
+/// @param wiring   as an answer shows it
+/// @param remarks  as remarksByNode has them; what they are about is marked, and they are its title
+/// @param isFile   a file by itself, with its style; otherwise a part of a page that has kDrawingStyle
+std::string drawingOf(const Json& wiring, const Json& remarks, bool isFile);
+
+extern const char* const kDrawingStyle;
 
 /// A text within the quotes of the DOT language, shown as it is: control characters as "\n" or
 /// "\x1b", bytes that are not UTF-8 as U+FFFD.

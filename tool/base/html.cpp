@@ -1,0 +1,69 @@
+#include "base/html.h"
+
+#include "base/plain_text.h"
+
+namespace camcfg::tool {
+namespace {
+
+constexpr char kEllipsis[] = "\xe2\x80\xa6";
+
+// Marks and embeddings of direction, isolates, and separators of lines and paragraphs: they would
+// change how the text around them is laid out.
+bool isSteering(std::string_view character) {
+  if (character.size() != 2 && character.size() != 3) return false;
+  const char32_t code = codePointOf(character);
+  return code == 0x61c || (code >= 0x200b && code <= 0x200f) ||
+         (code >= 0x2028 && code <= 0x202e) || (code >= 0x2060 && code <= 0x206f) ||
+         code == 0xfeff || (code >= 0xfff9 && code <= 0xfffb);
+}
+
+std::string writtenOut(char32_t character) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string digits;
+  for (int shift = 12; shift >= 0; shift -= 4) digits += kDigits[(character >> shift) & 0xf];
+  return "\\u" + digits;
+}
+
+void append(std::string_view character, std::string& result) {
+  if (character == "&") {
+    result += "&amp;";
+  } else if (character == "<") {
+    result += "&lt;";
+  } else if (character == ">") {
+    result += "&gt;";
+  } else if (character == "\"") {
+    result += "&quot;";
+  } else if (isSteering(character)) {
+    result += writtenOut(codePointOf(character));
+  } else {
+    result += character;
+  }
+}
+
+}  // namespace
+
+std::string htmlText(std::string_view text) {
+  std::string result;
+  const std::string plain = printable(asUtf8(text));
+  for (std::size_t at = 0; at < plain.size();) {
+    const Sequence sequence = sequenceAt(plain, at);
+    append(std::string_view(plain).substr(at, sequence.length), result);
+    at += sequence.length;
+  }
+  return result;
+}
+
+std::string cutTo(std::string_view text, std::size_t most) {
+  std::size_t at = 0;
+  std::size_t shown = 0;
+  std::size_t end = 0;
+  while (at < text.size() && shown <= most) {
+    if (shown + 1 == most) end = at;
+    at += sequenceAt(text, at).length;
+    ++shown;
+  }
+  if (shown <= most) return std::string(text);
+  return std::string(text.substr(0, end)) + kEllipsis;
+}
+
+}  // namespace camcfg::tool

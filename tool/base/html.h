@@ -1,0 +1,33 @@
+#ifndef CAMCFG_TOOL_BASE_HTML_H
+#define CAMCFG_TOOL_BASE_HTML_H
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace camcfg::tool {
+
+/// A text as HTML and SVG have it, within elements and within double quotes. It stays a text, whatever is
+/// in it: control characters, and those that turn the direction of a line, are written out as
+/// "\x1b" and "\u202e", bytes that are not UTF-8 become U+FFFD.
+std::string htmlText(std::string_view text);
+
+/// Appends texts and numbers as they are: what is to stay a text goes through htmlText.
+template <typename... Parts>
+void write(std::string& to, const Parts&... parts) {
+  const auto append = [&](const auto& part) {
+    if constexpr (std::is_integral_v<std::decay_t<decltype(part)>>)
+      to += std::to_string(part);
+    else
+      to += part;
+  };
+  (append(parts), ...);
+}
+
+/// The beginning of a text, with an ellipsis where it is longer.
+/// @param most  characters, the ellipsis included
+std::string cutTo(std::string_view text, std::size_t most);
+
+}  // namespace camcfg::tool
+
+#endif
