@@ -85,7 +85,9 @@ std::string subnetsPicture(const Json& cards) {
     for (const Json* card : members) {
       write(svg, "<rect class=\"card\" x=\"", x, "\" y=\"", y + 8,
             "\" width=\"200\" height=\"28\"/>\n");
-      addText(svg, x + 8, y + 26, card->at("name").text() + "  " + card->at("ipAddr").text());
+      addText(svg, x + 8, y + 26,
+              card->at("name").text() + "  " +
+                  document::textOf(document::memberOrNothing(*card, "ipAddr")));
       x += 220;
     }
     y += kBand + 10;

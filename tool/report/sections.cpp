@@ -48,6 +48,11 @@ Json helpOf(const parameters::Parameter& parameter) {
   return nullptr;
 }
 
+// Empty if the card has none.
+std::string fieldOf(const Json& card, const char* member) {
+  return document::textOf(document::memberOrNothing(card, member));
+}
+
 // A section of parameters each.
 void addParameters(const Json& factory, Json& sections) {
   const parameters::Parameters parameters;
@@ -86,7 +91,7 @@ Json networkOf(const Json& value, const Json& factory) {
   const Json& originals = document::memberOrNothing(factory, document::kCards);
   for (const auto& [name, card] : value.at(document::kCards).items()) {
     const std::optional<settings::Subnet> subnet =
-        settings::Subnet::of(card.at("ipAddr").text(), card.at("netMask").text());
+        settings::Subnet::of(fieldOf(card, "ipAddr"), fieldOf(card, "netMask"));
     Json named = {{"name", name},
                   {"subnet", subnet ? Json(subnet->text()) : Json()},
                   {"card", Json::array()}};

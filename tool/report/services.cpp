@@ -20,9 +20,10 @@ std::string hostOf(const Json& sections) {
   std::string hostname = "DEVICE";
   for (const Json& section : sections) {
     if (section.at("name") != "network" || !section.contains("cards")) continue;
-    for (const Json& card : section.at("cards"))
-      if (card.at("enable") == true && !card.at("ipAddr").text().empty())
-        return card.at("ipAddr").text();
+    for (const Json& card : section.at("cards")) {
+      const std::string address = document::textOf(document::memberOrNothing(card, "ipAddr"));
+      if (document::memberOrNothing(card, "enable") != false && !address.empty()) return address;
+    }
     const Json& name = section.at("hostname");
     if (name.is_string() && !name.text().empty()) hostname = name.text();
   }
