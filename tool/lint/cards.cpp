@@ -1,5 +1,6 @@
 #include "lint/cards.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -54,6 +55,8 @@ void checkReach(const Card& card) {
 }
 
 void checkServers(const Card& card) {
+  if (card.isStatic() && card.is("DnsMode", "AutoMode"))
+    card.add(kDnsAutoStatic, "DnsMode", " is AutoMode, but the address is static");
   if (!card.is("DnsMode", "ManualMode")) return;
   const std::string first = card.text("Dns1");
   const std::string second = card.text("Dns2");
@@ -110,6 +113,23 @@ struct Taken {
   }
 };
 
+// Those without which a card with an address cannot be set up as another one.
+constexpr const char* kOfAddress[] = {"Enable", "IpMode", "NetMask", "GateWay", "DnsMode", "Dns1"};
+
+void checkComplete(const Elements& cards, Findings& findings) {
+  for (const char* name : kOfAddress) {
+    const auto other = std::find_if(cards.begin(), cards.end(), [&](const XMLElement* card) {
+      return card->FirstChildElement(name) != nullptr;
+    });
+    if (other == cards.end()) continue;
+    for (const XMLElement* card : cards)
+      if (card->FirstChildElement("IpAddr") != nullptr && card->FirstChildElement(name) == nullptr)
+        Item{*card, "card " + clipped(card->Name()), findings}.add(
+            kCardFieldMissing, " has no " + tag(name) + ", as card " + clipped((*other)->Name()) +
+                                   " has: none can be stored");
+  }
+}
+
 void checkAllOff(const Elements& cards, Places& places) {
   for (const XMLElement* card : cards)
     if (!Card{*card, "Cur", places}.is("Enable", "Off")) return;
@@ -131,6 +151,7 @@ void checkCards(const Elements& cards, Findings& findings) {
     }
   }
   checkAllOff(cards, places);
+  checkComplete(cards, findings);
 }
 
 }  // namespace camcfg::tool::lint

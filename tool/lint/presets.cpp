@@ -61,6 +61,11 @@ void checkValues(const Item& preset) {
     if (!preset.has(attribute))
       preset.add(kPresetPositionMissing, std::string(" has no \"") + attribute + "\"");
   }
+  for (const XMLElement* inner : childrenOf(preset.element))
+    if (beginsWith(inner->Name(), kName) || isMeantAsPreset(*inner))
+      itemOf(*inner, preset.findings)
+          .add(kPresetNested,
+               " is inside " + preset.name + atLine(preset.element) + ": no call finds it");
   const settings::Range& limits = all.front().limits;
   const std::optional<int> id = settings::integerIn(preset.element, "Id");
   if (id && !limits.has(*id))

@@ -78,9 +78,39 @@ x.xml:27: error: Lan3/Intf: "Def" '' is none of Eth0, Eth1, Wlan0 [network-word]
     <Lan1><Intf Cur="Eth0" Def="Eth1"/></Lan1>
 )",
        R"(    </Lan0>
-    <Lan1><Intf Cur="Eth1" Def="Eth0"/></Lan1>
+    <Lan1><Intf Cur="Eth1" Def="Wlan0"/></Lan1>
 )",
        R"(x.xml:25: warning: card Lan1 drives Eth0, as card Lan0 does [interface-twice]
+)"},
+      {"interface-twice", kCleanParameters,
+       R"(    </Lan0>
+)",
+       R"(    </Lan0>
+    <Lan1><Intf Cur="Eth1" Def="Eth0"/></Lan1>
+)",
+       R"(    </Lan0>
+    <Lan1><Intf Cur="Eth1" Def="Wlan0"/></Lan1>
+)",
+       R"(x.xml:25: warning: card Lan1 after a reset drives Eth0, as card Lan0 does [interface-twice]
+)"},
+      {"dns-auto-static", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="AutoMode" Def="AutoMode"/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.1" Def=""/>
+        <DnsSearch)",
+       R"(x.xml:23: warning: Lan0/DnsMode: "Cur" is AutoMode, but the address is static [dns-auto-static]
+)"},
+      {"card-field-missing", kCleanParameters, "    </Lan0>\n",
+       R"(        <GateWay Cur="" Def=""/>
+    </Lan0>
+    <Lan1><Enable Cur="Off" Def="Off"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="DhcpIp" Def="DhcpIp"/>
+<IpAddr Cur="" Def=""/><NetMask Cur="" Def=""/></Lan1>
+)",
+       R"(        <GateWay Cur="" Def=""/>
+    </Lan0>
+    <Lan1><Intf Cur="Eth1" Def="Eth1"/></Lan1>
+)",
+       R"(x.xml:26: warning: card Lan1 has no <GateWay>, as card Lan0 has: none can be stored [card-field-missing]
 )"},
       {"card-field-shadowed", kCleanParameters, "        <MTU",
        R"(        <MTUs/>

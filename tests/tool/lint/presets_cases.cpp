@@ -61,6 +61,10 @@ std::vector<LintCase> presetCases() {
        R"(<preset Id="4")",
        R"(x.xml:3: warning: <Position> is not read: its name is not <preset> [not-a-preset]
 )"},
+      {"preset-nested", kCleanPresets, R"(FocusMode="1"/>)",
+       R"(FocusMode="1"><preset Id="4"/></preset>)", R"(FocusMode="1"><note Id="4"/></preset>)",
+       R"(x.xml:3: error: preset 4 is inside preset 3 at line 3: no call finds it [preset-nested]
+)"},
   };
 }
 
