@@ -70,7 +70,7 @@ def sections(rules):
 
 def marks_in(path):
     with open(path, encoding="utf-8") as file:
-        return collections.Counter(re.findall(r"(?m)^(found|missed|passed|alarmed) ", file.read()))
+        return collections.Counter(re.findall(r"(?m)^(found|missed|clean|passed|alarmed) ", file.read()))
 
 
 def figures(rules, corpus):
@@ -81,6 +81,7 @@ def figures(rules, corpus):
         "hazards tried": hazards.total(),
         "hazards found": f"{hazards['found']}, {100 * hazards['found'] // hazards.total()} %",
         "sound files tried": sound.total(),
+        "sound files with a warning": sound["passed"],
         "false alarms": sound["alarmed"],
     }
 

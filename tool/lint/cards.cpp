@@ -46,6 +46,12 @@ struct Card {
   }
 };
 
+bool isLoopback(std::uint32_t address) {
+  constexpr std::uint32_t kFirstOfFour = 0xff000000;
+  constexpr std::uint32_t kLoopback = 0x7f000000;
+  return (address & kFirstOfFour) == kLoopback;
+}
+
 void checkReach(const Card& card) {
   if (!card.isStatic()) return;
   const auto [address, gateway] =
@@ -55,8 +61,6 @@ void checkReach(const Card& card) {
 }
 
 void checkServers(const Card& card) {
-  if (card.isStatic() && card.is("DnsMode", "AutoMode"))
-    card.add(kDnsAutoStatic, "DnsMode", " is AutoMode, but the address is static");
   if (!card.is("DnsMode", "ManualMode")) return;
   const std::string first = card.text("Dns1");
   const std::string second = card.text("Dns2");
@@ -66,6 +70,20 @@ void checkServers(const Card& card) {
     card.add(kDnsOrder, "Dns2", " is set, but Dns1 is empty");
   else if (first == second)
     card.add(kDnsOrder, "Dns2", " " + quoted(second) + " is that of Dns1, too");
+}
+
+// A card without a gateway reaches its subnet; others may have one.
+void checkServersReached(const Card& card) {
+  if (!card.isStatic() || !card.is("DnsMode", "ManualMode") || !card.text("GateWay").empty())
+    return;
+  const auto subnet = settings::Subnet::of(card.text("IpAddr"), card.text("NetMask"));
+  for (const char* name : {"Dns1", "Dns2"}) {
+    const auto server = settings::ipv4Of(card.text(name));
+    if (subnet && server && !isLoopback(*server) && !subnet->has(*server))
+      card.add(
+          kDnsUnreachable, name,
+          " " + card.text(name) + " is not in " + subnet->text() + ", and no gateway leads there");
+  }
 }
 
 void checkLink(const Card& card) {
@@ -130,6 +148,34 @@ void checkComplete(const Elements& cards, Findings& findings) {
   }
 }
 
+bool asksServers(const Card& card) {
+  if (card.is("Enable", "Off")) return false;
+  if (card.is("DnsMode", "ManualMode")) return !card.text("Dns1").empty();
+  return card.is("IpMode", "DhcpIp");
+}
+
+// Another card may ask for the whole device; servers that are set here nevertheless are not asked.
+void checkAutoServers(const Card& card, bool isAnyAsking) {
+  if (!card.isStatic() || !card.is("DnsMode", "AutoMode")) return;
+  if (!isAnyAsking || !card.text("Dns1").empty())
+    card.add(kDnsAutoStatic, "DnsMode", " is AutoMode, but the address is static");
+}
+
+// What depends on there being no other way.
+void checkOnlyCard(const Elements& cards, Places& places) {
+  for (const char* side : {"Cur", "Def"}) {
+    Elements enabled;
+    for (const XMLElement* card : cards)
+      if (!Card{*card, side, places}.is("Enable", "Off")) enabled.push_back(card);
+    const bool isAnyAsking =
+        std::any_of(enabled.begin(), enabled.end(), [&](const XMLElement* card) {
+          return asksServers({*card, side, places});
+        });
+    for (const XMLElement* card : enabled) checkAutoServers({*card, side, places}, isAnyAsking);
+    if (enabled.size() == 1) checkServersReached({*enabled.front(), side, places});
+  }
+}
+
 void checkAllOff(const Elements& cards, Places& places) {
   for (const XMLElement* card : cards)
     if (!Card{*card, "Cur", places}.is("Enable", "Off")) return;
@@ -150,6 +196,7 @@ void checkCards(const Elements& cards, Findings& findings) {
       taken.take(card);
     }
   }
+  checkOnlyCard(cards, places);
   checkAllOff(cards, places);
   checkComplete(cards, findings);
 }

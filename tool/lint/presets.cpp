@@ -76,6 +76,7 @@ void checkLength(const Item& preset) {
   const std::size_t length = preset.text("Description").size();
   const std::string what =
       ": the description has " + std::to_string(length) + " bytes and is not returned by ";
+  if (length != 0) preset.checkName("Description");
   if (length == 0)
     preset.addAt(kDescriptionMissing, "Description", " has no description");
   else if (length >= PRESET_DESC_SIZE)

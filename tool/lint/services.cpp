@@ -154,8 +154,7 @@ void checkInstance(const Item& instance, Firsts& names) {
   if (!isOn(instance, "Enable", "false")) return;
   checkPictures(instance);
   const std::string name = instance.text("MainStreamName");
-  if (isBlank(name) && instance.has("MainStreamName"))
-    instance.addOf(kNameEmpty, "MainStreamName", " is empty");
+  instance.checkName("MainStreamName");
   if (!name.empty()) takeOnce(kStreamNameTwice, instance, "MainStreamName", name, "that", names);
   if (isOn(instance, "DiscoveryServerEnable", "false")) checkDiscovery(instance);
   checkMulticast(instance);
@@ -185,7 +184,7 @@ void checkStreamsOf(const Item& instance) {
                       instance.findings};
     checkHasChannels(stream, "Channel");
     const std::string id = stream.text("Id");
-    if (stream.has("Id") && isBlank(id)) stream.addOf(kNameEmpty, "Id", " is empty");
+    stream.checkName("Id");
     if (id.size() > kLongestStreamId)
       stream.addOf(kStreamIdTooLong, "Id",
                    " has " + std::to_string(id.size()) + " bytes, and callers send " +
@@ -230,8 +229,7 @@ void checkSrt(const Item& instance, Calls& calls) {
 
 void checkNames(const Elements& entries, Findings& findings) {
   for (const XMLElement* entry : entries)
-    if (has(*entry, "Name") && isBlank(textOf(*entry, "Name")))
-      Item{*entry, tag(entry->Name()), findings}.addOf(kNameEmpty, "Name", " is empty");
+    Item{*entry, tag(entry->Name()), findings}.checkName("Name");
 }
 
 // The name of a session is the path of its address.

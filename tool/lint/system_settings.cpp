@@ -37,8 +37,7 @@ void checkDevice(const Item& item, const Source& /*source*/) {
     item.require({attribute, "CFG_SYSTEM_GetDeviceName needs"});
     item.requireFits(attribute, CFG_TXT_CUR_SIZE - 1);
   }
-  if (item.has("DeviceName") && isBlank(item.text("DeviceName")))
-    item.addOf(kNameEmpty, "DeviceName", " is empty");
+  item.checkName("DeviceName");
 }
 
 void checkLanguage(const Item& item, const Source& /*source*/) {

@@ -100,6 +100,20 @@ x.xml:27: error: Lan3/Intf: "Def" '' is none of Eth0, Eth1, Wlan0 [network-word]
         <DnsSearch)",
        R"(x.xml:23: warning: Lan0/DnsMode: "Cur" is AutoMode, but the address is static [dns-auto-static]
 )"},
+      {"dns-unreachable", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.3.1" Def=""/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="127.0.0.53" Def=""/>
+        <DnsSearch)",
+       R"(x.xml:23: warning: Lan0/Dns1: "Cur" 192.0.3.1 is not in 192.0.2.0/24, and no gateway leads there [dns-unreachable]
+)"},
+      {"dns-unreachable", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.3.1" Def=""/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.3.1" Def=""/>
+        <GateWay Cur="192.0.2.1" Def=""/><DnsSearch)",
+       R"(x.xml:23: warning: Lan0/Dns1: "Cur" 192.0.3.1 is not in 192.0.2.0/24, and no gateway leads there [dns-unreachable]
+)"},
       {"card-field-missing", kCleanParameters, "    </Lan0>\n",
        R"(        <GateWay Cur="" Def=""/>
     </Lan0>

@@ -31,7 +31,7 @@ std::vector<LintCase> presetCases() {
       {"preset-position-missing", kCleanPresets, R"( FocusMode="1")", "", R"( FocusMode="-1")",
        R"(x.xml:3: warning: preset 3 has no "FocusMode" [preset-position-missing]
 )"},
-      {"description-missing", kCleanPresets, "Dock", "", " ",
+      {"description-missing", kCleanPresets, "Dock", "", "D",
        R"(x.xml:3: warning: preset 3 has no description [description-missing]
 )"},
       {"description-missing", kCleanPresets, R"( Description="Dock")", "", R"( Description="D")",

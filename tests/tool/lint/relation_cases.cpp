@@ -346,6 +346,14 @@ x.xml:24: warning: this channel has the name 'video' of the one at line 23 [equa
        R"(x.xml:40: warning: <Stream> ')" + std::string(80, 'm') +
            R"(...': "Id" has 513 bytes, and callers send 512 at most [stream-id-too-long]
 )"},
+      {"name-space", kCleanMedia, R"(Name="video" BufferSizeMB)", R"(Name="video " BufferSizeMB)",
+       R"(Name="a video" BufferSizeMB)",
+       R"(x.xml:8: warning: <Cache>: "Name" 'video ' begins or ends with a space [name-space]
+)"},
+      {"name-space", kCleanPresets, R"(Description="Dock")", R"(Description=" Dock")",
+       R"(Description="Dock 1")",
+       R"(x.xml:3: warning: preset 3: "Description" ' Dock' begins or ends with a space [name-space]
+)"},
   };
 }
 
