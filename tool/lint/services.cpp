@@ -240,6 +240,8 @@ void checkSessionName(const Item& session, Firsts& names) {
     session.addAt(kSessionName, "Name", " is called by an address; its name is the path");
   else if (name.find_first_of(" \t\r\n") != std::string::npos)
     session.addAt(kSessionName, "Name", " has white space in its name");
+  else if (name.find('#') != std::string::npos)
+    session.addAt(kSessionName, "Name", " has \"#\" in its name, where players end the address");
   const auto [first, isNew] = names.emplace(inLowerCase(name), &session.element);
   if (!isNew && textOf(*first->second, "Name") != name)
     session.addAt(

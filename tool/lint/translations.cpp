@@ -18,24 +18,38 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-// What a program puts values in for: "%d", "%5.1f", "{0}", in order of their spelling.
-std::map<std::string, int> placeholdersIn(const std::string& text) {
+/// What a program puts values in for.
+struct Placeholders {
+  std::vector<std::string> inOrder{};     ///< "%d", "%5.1f": each takes the next value
+  std::map<std::string, int> byNumber{};  ///< "%1$d", "{0}": wherever they are in the text
+
+  bool operator!=(const Placeholders& other) const {
+    return inOrder != other.inOrder || byNumber != other.byNumber;
+  }
+};
+
+Placeholders placeholdersIn(const std::string& text) {
   constexpr char kFlags[] = "0123456789.+#lhzjt$";
   constexpr std::string_view kEnds = "disouxXcfgGeEp";
   const auto isAfterNumber = [&](std::size_t at) {
     return at > 0 && std::isdigit(static_cast<unsigned char>(text[at - 1])) != 0;
   };
-  std::map<std::string, int> all;
+  Placeholders all;
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (text[at] == '%' && !isAfterNumber(at)) {
       const std::size_t end = text.find_first_not_of(kFlags, at + 1);
       if (end == std::string::npos) break;
-      if (kEnds.find(text[end]) != std::string_view::npos) ++all[text.substr(at, end - at + 1)];
+      const std::string found = text.substr(at, end - at + 1);
+      if (kEnds.find(text[end]) != std::string_view::npos && found.find('$') == std::string::npos)
+        all.inOrder.push_back(found);
+      else if (kEnds.find(text[end]) != std::string_view::npos)
+        ++all.byNumber[found];
       at = end;
     } else if (text[at] == '{') {
       const std::size_t end = text.find('}', at);
       if (end == std::string::npos) break;
-      if (text.find_first_not_of("0123456789", at + 1) == end) ++all[text.substr(at, end - at + 1)];
+      if (text.find_first_not_of("0123456789", at + 1) == end)
+        ++all.byNumber[text.substr(at, end - at + 1)];
     }
   }
   return all;

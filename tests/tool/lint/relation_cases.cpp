@@ -354,6 +354,10 @@ x.xml:24: warning: this channel has the name 'video' of the one at line 23 [equa
        R"(Description="Dock 1")",
        R"(x.xml:3: warning: preset 3: "Description" ' Dock' begins or ends with a space [name-space]
 )"},
+      {"session-name", kCleanMedia, R"(<MediaGroup Name="live">)", R"(<MediaGroup Name="live#1">)",
+       R"(<MediaGroup Name="live_1">)",
+       R"(x.xml:22: warning: session 'live#1' has "#" in its name, where players end the address [session-name]
+)"},
   };
 }
 
