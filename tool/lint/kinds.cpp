@@ -19,42 +19,17 @@ constexpr char kAudio[] = "audio";
 
 /// A kind of data.
 struct Data {
-  std::string kind;    ///< empty: not known
-  bool isRaw = false;  ///< sound as it is recorded
+  std::string kind;        ///< empty: not known
+  bool isRaw = false;      ///< sound as it is recorded
+  bool isRunning = false;  ///< of a source
 };
 
 using Kinds = std::map<int, Data>;  // of sources or caches, by their ids
 
-bool isRunning(const XMLElement& source) {
-  return source.IntAttribute("Enabled", 1) != 0;
-}
-
 Data dataOf(const XMLElement& source) {
-  if (isSameWord(source.Name(), "VENC")) return {kVideo};
-  return {kAudio, isSameWord(source.Name(), "AI")};
-}
-
-const char* hardwareOf(const XMLElement& source) {
-  if (isSameWord(source.Name(), "VENC")) return "ChnId";
-  return isSameWord(source.Name(), "AI") ? "AiId" : "AencId";
-}
-
-void checkHardware(const Elements& sources, Findings& findings) {
-  std::map<std::string, const XMLElement*> hardware;
-  for (const XMLElement* source : sources) {
-    const char* channel = hardwareOf(*source);
-    const auto number = settings::integerIn(*source, channel);
-    if (!number || *number == -1) continue;
-    const Item item{*source, tag(source->Name()), findings};
-    if (*number < 0)
-      item.addOf(kHardwareNumber, channel,
-                 " " + std::to_string(*number) + " is below 0: there is no such channel");
-    const auto [first, isNew] = hardware.emplace(channel + std::to_string(*number), source);
-    if (!isNew)
-      item.addOf(
-          kHardwareTwice, channel,
-          " " + std::to_string(*number) + " is that of the one" + atLine(*first->second) + ", too");
-  }
+  const bool isVideo = isSameWord(source.Name(), "VENC");
+  return {isVideo ? kVideo : kAudio, isSameWord(source.Name(), "AI"),
+          source.IntAttribute("Enabled", 1) != 0};
 }
 
 // What each of them delivers.
@@ -80,25 +55,6 @@ Data carriedBy(const XMLElement& cache, const Kinds& sources) {
     carried = source == sources.end() ? Data() : source->second;
   }
   return carried;
-}
-
-// Sources of which each cache could be switched to another.
-void checkUsed(const Elements& sources, const Elements& caches, Findings& findings) {
-  if (caches.empty()) return;
-  std::set<int> used;
-  for (const XMLElement* cache : caches) {
-    int id = settings::integerIn(*cache, "Id").value_or(-1);
-    for (const XMLElement* entry : whitelistOf(*cache)) {
-      id = settings::integerIn(*entry, "Id").value_or(id);
-      used.insert(id);
-    }
-  }
-  for (const XMLElement* source : sources) {
-    const auto id = settings::integerIn(*source, "Id");
-    if (id && isRunning(*source) && used.count(*id) == 0)
-      Item{*source, tag(source->Name()), findings}.addOf(
-          kSourceUnused, "Id", " " + std::to_string(*id) + " is allowed by no cache");
-  }
 }
 
 void checkKind(const XMLElement& channel, const std::string& expected, const Kinds& caches,
@@ -130,26 +86,25 @@ void checkTyped(const XMLElement& entry, const std::vector<const char*>& types, 
 }
 
 // Sources to which a cache can be switched, which then sends another kind than its channel says.
-void checkMixed(const Elements& caches, const Elements& sources, const Channels& typed,
+void checkSwitched(const XMLElement& cache, const XMLElement& channel, const Kinds& sources,
+                   Findings& findings) {
+  const std::string carried = carriedBy(cache, sources).kind;
+  if (carried.empty()) return;
+  const std::string which = ", and the channel" + atLine(channel) + " is for " + carried;
+  for (const XMLElement* entry : whitelistOf(cache)) {
+    const auto source = sources.find(settings::integerIn(*entry, "Id").value_or(-1));
+    if (source == sources.end() || !source->second.isRunning || source->second.kind == carried)
+      continue;
+    Item{*entry, "cache " + clipped(textOf(cache, "Id")), findings}.addAt(
+        kCacheMixed, "Id", " can be switched to " + source->second.kind + which);
+  }
+}
+
+void checkMixed(const Elements& caches, const Kinds& sources, const Channels& typed,
                 Findings& findings) {
-  std::map<int, const XMLElement*> byId;
-  for (const XMLElement* source : sources)
-    if (const auto id = settings::integerIn(*source, "Id")) byId.emplace(*id, source);
-  const Kinds kinds = kindsOfSources(sources);
   for (const XMLElement* cache : caches) {
     const auto channel = typed.find(settings::integerIn(*cache, "Id").value_or(-1));
-    if (channel == typed.end()) continue;
-    const std::string carried = carriedBy(*cache, kinds).kind;
-    for (const XMLElement* entry : whitelistOf(*cache)) {
-      const auto source = byId.find(settings::integerIn(*entry, "Id").value_or(-1));
-      if (source == byId.end() || !isRunning(*source->second) || carried.empty()) continue;
-      const std::string kind = dataOf(*source->second).kind;
-      if (kind != carried)
-        Item{*entry, "cache " + std::to_string(channel->first), findings}.addAt(
-            kCacheMixed, "Id",
-            " can be switched to " + kind + ", and the channel" + atLine(*channel->second) +
-                " is for " + carried);
-    }
+    if (channel != typed.end()) checkSwitched(*cache, *channel->second, sources, findings);
   }
 }
 
@@ -192,11 +147,8 @@ void checkNamed(const Elements& channels, const Kinds& caches, Findings& finding
 
 void checkKinds(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
-  const Elements sources = entriesIn(document, settings::streamSources());
   const Elements caches = entriesIn(document, settings::streamCaches());
-  checkHardware(sources, findings);
-  checkUsed(sources, caches, findings);
-  const Kinds ofSources = kindsOfSources(sources);
+  const Kinds ofSources = kindsOfSources(entriesIn(document, settings::streamSources()));
   Kinds ofCaches;
   for (const XMLElement* cache : caches)
     if (const auto id = settings::integerIn(*cache, "Id"))
@@ -207,7 +159,7 @@ void checkKinds(const Source& source, Findings& findings) {
     for (const XMLElement* entry : entriesIn(document, *table))
       checkTyped(*entry, types, ofCaches, typed, findings);
   }
-  checkMixed(caches, sources, typed, findings);
+  checkMixed(caches, ofSources, typed, findings);
   for (const XMLElement* target : entriesIn(document, settings::rtmp()))
     checkRaw(*target, ofCaches, findings);
   checkNamed(entriesIn(document, settings::websocket()), ofCaches, findings);

@@ -56,6 +56,7 @@ void checkSystemSettings(const Source& source, Findings& findings);
 void checkNetwork(const Source& source, Findings& findings);
 void checkPresets(const Source& source, Findings& findings);
 void checkStreams(const Source& source, Findings& findings);
+void checkUses(const Source& source, Findings& findings);
 void checkWhitelists(const Source& source, Findings& findings);
 void checkLiveMedia(const Source& source, Findings& findings);
 void checkLanguage(const Source& source, Findings& findings);
