@@ -60,6 +60,17 @@ void checkReach(const Card& card) {
   if (!gateway.empty()) card.add(kGatewayUnreachable, "GateWay", ": " + gateway);
 }
 
+void checkServersAreHosts(const Card& card) {
+  const auto subnet = settings::Subnet::of(card.text("IpAddr"), card.text("NetMask"));
+  if (!card.isStatic() || !subnet) return;
+  for (const char* name : {"Dns1", "Dns2"}) {
+    const auto server = settings::ipv4Of(card.text(name));
+    if (!server || !subnet->has(*server)) continue;
+    const std::string why = subnet->whyNotAHost(*server);
+    if (!why.empty()) card.add(kDnsUnreachable, name, ": " + why);
+  }
+}
+
 void checkServers(const Card& card) {
   if (!card.is("DnsMode", "ManualMode")) return;
   const std::string first = card.text("Dns1");
@@ -94,7 +105,8 @@ void checkLink(const Card& card) {
     card.add(kGigabitForced, "Autoneg", " is Off, and the speed is 1000M");
 }
 
-constexpr void (*kCardChecks[])(const Card&) = {checkReach, checkServers, checkLink};
+constexpr void (*kCardChecks[])(const Card&) = {checkReach, checkServersAreHosts, checkServers,
+                                                checkLink};
 
 // What only one card may have.
 struct Taken {

@@ -71,6 +71,8 @@ void checkHostname(const Item& network) {
   const std::string name = network.text("Hostname");
   const std::string fault = settings::hostnameSetting().whyNotUsable(name);
   if (!fault.empty()) network.addOf(kHostname, "Hostname", ": " + clipped(fault));
+  if (isSameWord(name, "localhost"))
+    network.addOf(kHostname, "Hostname", " " + quoted(name) + " is what every device calls itself");
   if (!name.empty() && name.find_first_not_of("0123456789.") == std::string::npos)
     network.addOf(kHostnameNumber, "Hostname", " " + quoted(name) + " is taken for an address");
 }

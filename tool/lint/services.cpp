@@ -86,6 +86,20 @@ std::string whyNotAUrl(const std::string& url) {
   return path + 1 < url.size() ? "" : "names no application, as in rtmp://HOST/APP";
 }
 
+// The same for all ways of writing one: case counts in the path only.
+std::string plainUrl(const std::string& url) {
+  constexpr std::string_view kDefaultPort = ":1935";
+  const std::size_t colon = std::min(url.find("://"), url.size());
+  const std::size_t path = std::min(url.find('/', colon + 3), url.size());
+  std::string place = inLowerCase(std::string_view(url).substr(0, path));
+  const bool hasDefault =
+      place.size() > kDefaultPort.size() &&
+      place.compare(place.size() - kDefaultPort.size(), std::string::npos, kDefaultPort) == 0;
+  if (hasDefault && colon == std::string_view("rtmp").size())
+    place.resize(place.size() - kDefaultPort.size());
+  return place + url.substr(path);
+}
+
 void checkTarget(const Item& target, Firsts& urls) {
   checkHasChannels(target, "Channel");
   if (!target.has("Enable")) target.add(kExpectedAttribute, " has no \"Enable\", so it is sent to");
@@ -96,7 +110,8 @@ void checkTarget(const Item& target, Firsts& urls) {
     return;
   }
   if (target.has("url") && !why.empty()) target.addOf(kRtmpUrl, "url", " " + why);
-  if (!url.empty()) takeOnce(kUrlTwice, target, "url", url, "that", urls);
+  if (!url.empty()) takeOnce(kUrlTwice, target, "url", plainUrl(url), "that", urls);
+  if (!isBlank(target.text("username"))) target.checkName("username");
   if (!target.text("username").empty() && target.text("password").empty())
     target.addAt(kAccountIncomplete, "username", " has a user name without a password");
 }
@@ -155,7 +170,8 @@ void checkInstance(const Item& instance, Firsts& names) {
   checkPictures(instance);
   const std::string name = instance.text("MainStreamName");
   instance.checkName("MainStreamName");
-  if (!name.empty()) takeOnce(kStreamNameTwice, instance, "MainStreamName", name, "that", names);
+  if (!name.empty())
+    takeOnce(kStreamNameTwice, instance, "MainStreamName", inLowerCase(name), "that", names);
   if (isOn(instance, "DiscoveryServerEnable", "false")) checkDiscovery(instance);
   checkMulticast(instance);
 }
@@ -242,11 +258,12 @@ void checkSessionName(const Item& session, Firsts& names) {
     session.addAt(kSessionName, "Name", " has white space in its name");
   else if (name.find('#') != std::string::npos)
     session.addAt(kSessionName, "Name", " has \"#\" in its name, where players end the address");
-  const auto [first, isNew] = names.emplace(inLowerCase(name), &session.element);
+  const std::string path = inLowerCase(name.front() == '/' ? name.substr(1) : name);
+  const auto [first, isNew] = names.emplace(path, &session.element);
   if (!isNew && textOf(*first->second, "Name") != name)
     session.addAt(
         kSessionName, "Name",
-        " is called as the one" + atLine(*first->second) + " except for upper and lower case");
+        " is called as the one" + atLine(*first->second) + " except for case or the first slash");
 }
 
 Item itemOf(const XMLElement& entry, Findings& findings) {

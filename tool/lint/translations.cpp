@@ -35,15 +35,18 @@ Placeholders placeholdersIn(const std::string& text) {
     return at > 0 && std::isdigit(static_cast<unsigned char>(text[at - 1])) != 0;
   };
   Placeholders all;
+  int loose = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (text[at] == '%' && !isAfterNumber(at)) {
-      const std::size_t end = text.find_first_not_of(kFlags, at + 1);
-      if (end == std::string::npos) break;
+      const std::size_t end = std::min(text.find_first_not_of(kFlags, at + 1), text.size());
       const std::string found = text.substr(at, end - at + 1);
-      if (kEnds.find(text[end]) != std::string_view::npos && found.find('$') == std::string::npos)
+      const bool isOne = end < text.size() && kEnds.find(text[end]) != std::string_view::npos;
+      if (isOne && found.find('$') == std::string::npos)
         all.inOrder.push_back(found);
-      else if (kEnds.find(text[end]) != std::string_view::npos)
+      else if (isOne)
         ++all.byNumber[found];
+      else if (found != "%%")
+        ++loose;
       at = end;
     } else if (text[at] == '{') {
       const std::size_t end = text.find('}', at);
@@ -52,6 +55,8 @@ Placeholders placeholdersIn(const std::string& text) {
         ++all.byNumber[text.substr(at, end - at + 1)];
     }
   }
+  // Where no values are put in, it is a sign like others.
+  if (!all.inOrder.empty() && loose > 0) all.byNumber["%"] = loose;
   return all;
 }
 

@@ -167,6 +167,11 @@ std::vector<DeviceCase> deviceCases() {
        [](const DeviceRoot& device) { writeTexts(device, "%1$d of %2$s", "%2$s hat %1$d"); },
        "/app/resource/language/German.xml:5: warning: Text: \"Val\" has other placeholders than "
        "the text in /app/resource/language/English.xml at line 5 [translation-placeholders]\n"},
+      {"translation-placeholders",
+       [](const DeviceRoot& device) { writeTexts(device, "%d %% done", "%d % fertig"); },
+       [](const DeviceRoot& device) { writeTexts(device, "100 % done", "100% fertig"); },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" has other placeholders than "
+       "the text in /app/resource/language/English.xml at line 5 [translation-placeholders]\n"},
       {"translation-space", [](const DeviceRoot& device) { writeTexts(device, "Delete", "Weg "); },
        [](const DeviceRoot& device) { writeTexts(device, "Delete", "Weg"); },
        "/app/resource/language/German.xml:5: warning: Text: \"Val\" has a space at an end of the "

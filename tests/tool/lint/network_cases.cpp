@@ -114,6 +114,17 @@ x.xml:27: error: Lan3/Intf: "Def" '' is none of Eth0, Eth1, Wlan0 [network-word]
         <GateWay Cur="192.0.2.1" Def=""/><DnsSearch)",
        R"(x.xml:23: warning: Lan0/Dns1: "Cur" 192.0.3.1 is not in 192.0.2.0/24, and no gateway leads there [dns-unreachable]
 )"},
+      {"dns-unreachable", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.255" Def=""/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.254" Def=""/>
+        <DnsSearch)",
+       R"(x.xml:23: warning: Lan0/Dns1: "Cur": 192.0.2.255 is the broadcast address of the subnet 192.0.2.0/24 [dns-unreachable]
+)"},
+      {"hostname", kCleanParameters, R"(Hostname="gate")", R"(Hostname="localhost")",
+       R"(Hostname="localhost1")",
+       R"(x.xml:15: warning: NetWork: "Hostname" 'localhost' is what every device calls itself [hostname]
+)"},
       {"card-field-missing", kCleanParameters, "    </Lan0>\n",
        R"(        <GateWay Cur="" Def=""/>
     </Lan0>

@@ -314,7 +314,7 @@ x.xml:24: warning: this channel has the name 'video' of the one at line 23 [equa
     </RTSP>)",
        R"(<MediaGroup Name="live2"><Channel Id="0" Name="a"/></MediaGroup>
     </RTSP>)",
-       R"(x.xml:26: warning: session 'LIVE' is called as the one at line 22 except for upper and lower case [session-name]
+       R"(x.xml:26: warning: session 'LIVE' is called as the one at line 22 except for case or the first slash [session-name]
 )"},
       {"url-when-enabled", kCleanMedia, R"(Enable="true" url="rtmp://192.0.2.1/a")",
        R"(Enable="false" url="rtmp://192.0.2.256/a")", R"(Enable="false" url="")",
@@ -357,6 +357,37 @@ x.xml:24: warning: this channel has the name 'video' of the one at line 23 [equa
       {"session-name", kCleanMedia, R"(<MediaGroup Name="live">)", R"(<MediaGroup Name="live#1">)",
        R"(<MediaGroup Name="live_1">)",
        R"(x.xml:22: warning: session 'live#1' has "#" in its name, where players end the address [session-name]
+)"},
+      {"session-name", kCleanMedia, "    </RTSP>",
+       R"(<MediaGroup Name="/live"><Channel Id="0" Name="a"/></MediaGroup>
+    </RTSP>)",
+       R"(<MediaGroup Name="live/"><Channel Id="0" Name="a"/></MediaGroup>
+    </RTSP>)",
+       R"(x.xml:26: warning: session '/live' is called as the one at line 22 except for case or the first slash [session-name]
+)"},
+      {"url-twice", kCleanMedia, "    </RTMP>",
+       R"(<Target Id="1" Enable="true" url="RTMP://192.0.2.1:1935/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(<Target Id="1" Enable="true" url="rtmp://192.0.2.1:1935/A" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(x.xml:32: warning: <Target> '1': "url" is that of the one at line 28 [url-twice]
+)"},
+      {"url-twice", kCleanMedia, "    </RTMP>",
+       R"(<Target Id="1" Enable="true" url="Rtmp://192.0.2.1/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(<Target Id="1" Enable="true" url="rtmps://192.0.2.1:1935/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(x.xml:32: warning: <Target> '1': "url" is that of the one at line 28 [url-twice]
+)"},
+      {"name-space", kCleanMedia, R"(username="me")", R"(username="me ")", R"(username="you")",
+       R"(x.xml:28: warning: <Target> '0': "username" 'me ' begins or ends with a space [name-space]
+)"},
+      {"stream-name-twice", kCleanMedia, R"(    </NDI>)",
+       R"(<Instance Id="1" Enable="true" DiscoveryServer="" GroupName="" MainStreamName="ONE"><Channel Id="0" Type="MainVideo"/></Instance>
+    </NDI>)",
+       R"(<Instance Id="1" Enable="false" DiscoveryServer="" GroupName="" MainStreamName="ONE"><Channel Id="0" Type="MainVideo"/></Instance>
+    </NDI>)",
+       R"(x.xml:37: warning: <Instance> '1': "MainStreamName" is that of the one at line 34 [stream-name-twice]
 )"},
   };
 }
