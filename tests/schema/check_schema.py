@@ -29,7 +29,7 @@ def run(tool, device, arguments, document=None):
 
 
 def resolved(schema, root):
-    """What is behind a reference, or the first of alternatives."""
+    """What a reference refers to, or the first of alternatives."""
     while True:
         if "$ref" in schema:
             for name in schema["$ref"].split("/")[1:]:

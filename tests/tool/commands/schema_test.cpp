@@ -85,10 +85,10 @@ TEST_F(SchemaTest, SampleNeedsNoDevice) {
 }
 
 TEST_F(SchemaTest, UnknownDialectIsRefused) {
-  EXPECT_EQ(run({"schema", "--dialect", "2020"}),
+  EXPECT_EQ(run({"schema", "--dialect", "draft-08"}),
             (ToolRun{2, "",
-                     "camcfg: schema: --dialect: '2020' is none of 2020-12, draft-07; did you mean "
-                     "'2020-12'?\n"}));
+                     "camcfg: schema: --dialect: 'draft-08' is none of 2020-12, draft-07; did you "
+                     "mean 'draft-07'?\n"}));
 }
 
 }  // namespace
