@@ -5,6 +5,7 @@ from __future__ import annotations
 import time
 
 from ansible.errors import AnsibleConnectionFailure
+from ansible.plugins.connection import ConnectionBase
 
 from ansible_collections.camcfg.device.plugins.plugin_utils.device import Refused
 
@@ -51,14 +52,21 @@ class Trial:
             except AnsibleConnectionFailure as failure:
                 reason = " ".join(str(failure).split())
                 time.sleep(PAUSE)
-                self.action._connection.reset()
         raise Refused(
             f"the change was not confirmed within {self.seconds} s, since the device could not be "
             f"reached: {reason}; the device rolls it back", changed=False)
 
     def reconnect(self):
         connection = self.action._connection
-        connection.reset()
+        reset(connection)
         for option, name in (("host", "confirm_host"), ("port", "confirm_port")):
             if self.action.params[name] is not None:
                 connection.set_option(option, self.action.params[name])
+
+
+def reset(connection):
+    """Ends a connection, also one that has no reset of its own, as every command makes a new one there."""
+    if type(connection).reset is ConnectionBase.reset:
+        connection.close()
+    else:
+        connection.reset()
