@@ -5,11 +5,13 @@ options:
     description:
       - Directory below which the files of the device are, passed on as C(--root).
       - For devices that are directories of a machine, and for tests.
+      - Without it the variable C(camcfg_root), if there is one.
     type: str
   executable:
-    description: Name or path of the tool on the device.
+    description:
+      - Name or path of the tool on the device.
+      - Without it the variable C(camcfg_executable), or else C(camcfg).
     type: str
-    default: camcfg
 requirements:
   - camcfg 1.1.0 or later on the device; no Python
 notes:
@@ -19,5 +21,5 @@ notes:
   - Connections that can send standard input work, such as C(ssh), C(local) and C(community.general.chroot).
     C(paramiko) cannot.
   - Set C(gather_facts) to C(false) in plays; gathering facts needs Python on the device.
-  - C(module_defaults) of the group C(camcfg.device.device) set I(root) and I(executable) for all modules.
+  - C(module_defaults) of the group C(camcfg.device.device) hold for all modules.
 """

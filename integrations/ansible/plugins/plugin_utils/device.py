@@ -12,8 +12,10 @@ from ansible_collections.camcfg.device.plugins.plugin_utils.document import secr
 
 COMMON = {
     "root": {"type": "str"},
-    "executable": {"type": "str", "default": "camcfg"},
+    "executable": {"type": "str"},
 }
+
+DEFAULTS = {"root": None, "executable": "camcfg"}
 
 NEEDED = "1.1.0"
 
@@ -45,6 +47,8 @@ class DeviceAction(ActionBase):
         self.task_vars = task_vars or {}
         self.host = self.task_vars.get("inventory_hostname", "the device")
         self.params = self.validate_argument_spec({**COMMON, **self.options}, **self.rules)[1]
+        for option in COMMON:
+            self.params[option] = self.params[option] or self.variable(option)
         try:
             self.require_input()
             result.update(self.act())
@@ -54,6 +58,10 @@ class DeviceAction(ActionBase):
 
     def act(self):
         raise NotImplementedError
+
+    def variable(self, option):
+        value = self.task_vars.get(f"camcfg_{option}")
+        return self._templar.template(value) if value else DEFAULTS[option]
 
     def require_input(self):
         if not self._connection.has_pipelining:
@@ -175,6 +183,10 @@ def finding_text(finding):
 
 
 def diff_side(changes, side):
-    lines = (f"{change['place']}: {json.dumps(change[side], ensure_ascii=False)}\n"
-             for change in changes if change[side] is not None)
-    return "".join(lines)
+    return "".join(diff_line(change, side) for change in changes if change[side] is not None)
+
+
+def diff_line(change, side):
+    """Secrets look the same on both sides."""
+    mark = " (changed)" if side == "after" and change["before"] == change["after"] else ""
+    return f"{change['place']}: {json.dumps(change[side], ensure_ascii=False)}{mark}\n"
