@@ -28,12 +28,16 @@ def lay_out(root):
     return root
 
 
-def camcfg(root, *words, document=None, accepted=(0,)):
+def camcfg(root, *words, document=None):
     """The JSON answer of the tool on a device."""
-    done = subprocess.run([CAMCFG, "--root", root, "--json", *words], timeout=60, text=True, capture_output=True,
-                          input=json.dumps(document) if document else "", check=False)
-    if done.returncode not in accepted:
-        raise AssertionError(f"{root}: {words}: status {done.returncode}: {done.stdout}{done.stderr}")
+    return ask([CAMCFG, "--root", root], *words, document=document)
+
+
+def ask(tool, *words, document=None):
+    done = subprocess.run([*tool, "--json", *words], timeout=60, text=True, capture_output=True, check=False,
+                          input=json.dumps(document) if document else "")
+    if done.returncode != 0:
+        raise AssertionError(f"{tool}: {words}: status {done.returncode}: {done.stdout}{done.stderr}")
     return json.loads(done.stdout)
 
 
@@ -131,7 +135,7 @@ class Fleet:
     def inventory(self):
         venues = {
             venue: {
-                "hosts": {host: self.variables[host] for host in self.members(venue)},
+                "hosts": {host: self.variables[host] for host in sorted(self.members(venue))},
                 "vars": {"venue_relay": f"relay.{venue}.example.net", "venue_relay_port": 9001 + number},
             }
             for number, venue in enumerate(VENUES)

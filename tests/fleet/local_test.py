@@ -154,7 +154,7 @@ class Failures(Local):
                              (old, "camcfg 1.1.0 or later is needed"),
                              (foreign, "gave no answer in JSON (status 0): Welcome to switch 7"),
                              (nothing, "'/usr/bin/no-camcfg' cannot be run there"),
-                             (full, "/cfg1")):
+                             (full, "no room for /cfg1/business_param.xml")):
             self.assertTrue(run.message(host).startswith(f"{host}: "), run.message(host))
             self.assertIn(reason, run.message(host))
         self.assert_stayed(before, names)
@@ -181,8 +181,17 @@ class Failures(Local):
 
 
 class PowerCuts(Local):
-    MOMENTS = ("cfg1/.camcfg/journal.new", "cfg1/.camcfg/journal", "cfg0/business_param.xml", "cfg1/business_param.xml",
-               "cfg0/preset_cfg.xml", "cfg1/preset_cfg.xml", "cfg0/mpp_cfg.xml", "cfg1/mpp_cfg.xml")
+    MOMENTS = (
+        "write 1 cfg1/.camcfg/contents/new",
+        "write 1 cfg1/.camcfg/journal.new",
+        "syncfs 1 cfg1/.camcfg",
+        "write 1 cfg0/business_param.xml",
+        "write 2 cfg0/business_param.xml",
+        "write 1 cfg0/preset_cfg.xml",
+        "write 2 cfg0/mpp_cfg.xml",
+        "copy_file_range 1 cfg1/business_param.xml",
+        "copy_file_range 1 cfg1/mpp_cfg.xml",
+    )
 
     def state(self, host):
         root = self.fleet.roots[host]
@@ -192,25 +201,25 @@ class PowerCuts(Local):
         victims = dict(zip(sorted(self.hosts), self.MOMENTS))
         before = {host: self.state(host) for host in victims}
         for host, moment in victims.items():
-            path = self.fleet.roots[host] / moment
+            call, count, name = moment.split()
             self.fleet.variables[host]["camcfg_executable"] = script(
                 self.fleet.directory / f"{host}-cut",
-                f"exec {sys.executable} {HERE}/cut_power.py {path} {CAMCFG} \"$@\"")
+                f"exec {sys.executable} {HERE}/cut_power.py {call} {count} {self.fleet.roots[host]}/{name} {CAMCFG} \"$@\"")
         playbook = write_playbook("wide", [config(WIDE)])
         run = self.run_play(playbook)
         self.assertEqual(run.hosts("failed"), set(victims), run.text)
         for host in victims:
             self.assertIn(f"{host}: '", run.message(host))
             self.assertIn("ended by a signal", run.message(host))
-        pending = [host for host in victims if (self.fleet.roots[host] / "cfg1/.camcfg/journal").exists()]
-        self.assertTrue(pending, "no tool was killed during its save")
+        journals = {host for host in victims if (self.fleet.roots[host] / "cfg1/.camcfg/journal").exists()}
+        self.assertEqual(len(journals), len(self.MOMENTS) - 3)
         for host in victims:
             root = self.fleet.roots[host]
             self.assertEqual(camcfg(root, "boot")["health"], "well")
             self.assertIn(self.state(host), ({7554}, before[host]))
             self.assertEqual(camcfg(root, "status")["health"], "well")
             del self.fleet.variables[host]["camcfg_executable"]
-        self.assertTrue(all(self.state(host) == {7554} for host in pending))
+        self.assertTrue(all(self.state(host) == {7554} for host in journals))
         self.assert_counts(self.run_play(playbook), failed=0, ok=ROOTS)
         self.assertTrue(all(self.state(host) == {7554} for host in self.hosts))
 

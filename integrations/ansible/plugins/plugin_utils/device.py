@@ -82,7 +82,10 @@ class DeviceAction(ActionBase):
     def ask(self, *words, data=NO_INPUT):
         """The answer of one command; a refusal is raised."""
         done = self.send(self.line(*words), data)
-        return self.accepted(self.answers(done, 1)[0])
+        answer = self.accepted(self.answers(done, 1)[0])
+        if done["rc"] != 0:
+            raise Refused(messages(done), rc=done["rc"])
+        return answer
 
     def answers(self, done, count):
         """The JSON values of an output, which must be `count`."""
@@ -158,6 +161,13 @@ class DeviceAction(ActionBase):
                 "after": diff_side(result["changes"], "after"),
             }
         return result
+
+
+def messages(done):
+    """What the tool says on standard error, without its notes and those of the connection."""
+    lines = (line.partition("camcfg: ")[2] for line in done["stderr"].splitlines() if line.startswith("camcfg: "))
+    said = "; ".join(line for line in lines if ": note: " not in line and ": warning: " not in line)
+    return said or f"status {done['rc']} without a reason"
 
 
 def too_old(text):

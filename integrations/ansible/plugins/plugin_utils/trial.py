@@ -7,9 +7,12 @@ import time
 from ansible.errors import AnsibleConnectionFailure
 from ansible.plugins.connection import ConnectionBase
 
-from ansible_collections.camcfg.device.plugins.plugin_utils.device import Refused
+from ansible_collections.camcfg.device.plugins.plugin_utils.device import Refused, messages
 
 PAUSE = 1
+
+# In the line of an answer that says that a change is on trial.
+PENDING = '"pending":{'
 
 
 class Trial:
@@ -32,15 +35,17 @@ class Trial:
         return {**result, "confirmed": True}
 
     def start(self):
-        """The tool goes on waiting on the device, while the first line of its answer is returned."""
+        """The tool goes on waiting on the device, while its output up to the trial is returned."""
         tool = self.action.line("try", "--for", f"{self.seconds}s", "--", *self.change, "-")
-        line = f"{{ {{ {tool} <&3 3<&- 2>/dev/null & }} | head -n 1; }} 3<&0"
+        line = f"{{ {{ {tool} <&3 3<&- 2>&1 & }} | sed '/{PENDING}/q'; }} 3<&0"
         try:
             done = self.action.send(line, self.data)
         except AnsibleConnectionFailure:
             return
-        answer = self.action.answers(done, 1)[0]
-        self.action.accepted(self.action.accepted(answer)["answer"])
+        answer = self.action.accepted(self.action.answers(parted(done), 1)[0])
+        self.action.accepted(answer["answer"])
+        if answer["pending"] is None:
+            raise Refused(messages(parted(done)))
 
     def confirm(self, end):
         self.reconnect()
@@ -70,3 +75,10 @@ def reset(connection):
         connection.close()
     else:
         connection.reset()
+
+
+def parted(done):
+    """An output in which messages and answers are mixed; an answer is a line."""
+    lines = done["stdout"].splitlines()
+    return {**done, "stdout": "\n".join(line for line in lines if line.startswith("{")),
+            "stderr": "\n".join(line for line in lines if not line.startswith("{"))}
