@@ -99,12 +99,15 @@ def install_collection():
                    check=True, timeout=120, env=environment(), stdout=subprocess.DEVNULL)
 
 
-def play(inventory, playbook, *options, timeout=600, **settings):
-    """Runs a playbook of the collection, by its name, or a file."""
+def command(inventory, playbook, *options):
+    """That runs a playbook of the collection, by its name, or a file."""
     name = str(playbook) if isinstance(playbook, pathlib.Path) else f"camcfg.device.{playbook}"
-    done = subprocess.run(["ansible-playbook", "-i", inventory, *map(str, options), name], check=False, text=True,
-                          capture_output=True, stdin=subprocess.DEVNULL, timeout=timeout, cwd=WORK,
-                          env={**environment(), **settings})
+    return ["ansible-playbook", "-i", inventory, *map(str, options), name]
+
+
+def play(inventory, playbook, *options, **settings):
+    done = subprocess.run(command(inventory, playbook, *options), check=False, text=True, capture_output=True,
+                          stdin=subprocess.DEVNULL, timeout=600, cwd=WORK, env={**environment(), **settings})
     return Run(done)
 
 

@@ -14,6 +14,7 @@ import threading
 import time
 
 from fleet import CAMCFG, ask, lay_out
+from processes import children
 
 PORT = 2222
 APPLETS = ("sh", "sed", "sleep", "head", "ls", "cat")
@@ -63,18 +64,6 @@ def make_root(root):
     os.mknod(root / "dev/null", 0o20666, os.makedev(1, 3))
     (root / "dev/null").chmod(0o666)
     return root
-
-
-def children(pid):
-    found = []
-    for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
-        try:
-            parent = int(stat.read_text().rpartition(")")[2].split()[1])
-        except (FileNotFoundError, ProcessLookupError):
-            continue
-        if parent == pid:
-            found.append(int(stat.parent.name))
-    return found
 
 
 class Device:
