@@ -64,6 +64,8 @@ class Run:
     def __init__(self, done):
         self.status = done.returncode
         self.text = done.stdout + done.stderr
+        if "Failure using method" in self.text:
+            raise AssertionError(f"a result cannot be shown:\n{self.text}")
         self.counts = {
             host: {name: int(number) for name, number in (pair.split("=") for pair in counts.split())}
             for host, counts in self.RECAP.findall(self.text)

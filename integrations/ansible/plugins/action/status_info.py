@@ -13,7 +13,7 @@ class ActionModule(DeviceAction):
             "version": version["version"],
             "health": status["health"],
             "status": status,
-            "errors": lint["errors"],
-            "warnings": lint["warnings"],
+            "error_count": lint["errors"],
+            "warning_count": lint["warnings"],
             "findings": lint["findings"],
         }

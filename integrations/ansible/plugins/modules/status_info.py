@@ -25,7 +25,7 @@ EXAMPLES = r"""
   ansible.builtin.assert:
     that:
       - device.health == 'well'
-      - device.errors == 0
+      - device.error_count == 0
       - device.status.pending is none
 """
 
@@ -39,11 +39,11 @@ status:
   description: The whole answer of C(camcfg status), with all copies, findings, advice and the change on trial.
   returned: success
   type: dict
-errors:
+error_count:
   description: How many errors lint finds.
   returned: success
   type: int
-warnings:
+warning_count:
   description: How many warnings lint finds.
   returned: success
   type: int

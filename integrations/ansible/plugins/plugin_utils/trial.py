@@ -57,6 +57,8 @@ class Trial:
             except AnsibleConnectionFailure as failure:
                 reason = " ".join(str(failure).split())
                 time.sleep(PAUSE)
+            except Refused as refusal:
+                raise Refused(f"the change was not confirmed: {refusal}", **refusal.members) from None
         raise Refused(
             f"the change was not confirmed within {self.seconds} s, since the device could not be "
             f"reached: {reason}; the device rolls it back", changed=False)
