@@ -46,6 +46,7 @@ parameters network presets media
 document
 lint
 upgrade
+report
 commands'
 
 readonly tool_support="$support tests/tool tests/system/sample_set.h"

@@ -3,7 +3,7 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench cover cross deb docs fleet forms lint fuzz mutate speed fresh
+# NEED is one of: build tool test bench browser cover cross deb docs fleet forms lint fuzz mutate speed fresh
 # torture. On Debian and Ubuntu, as root or with sudo, what is missing is installed, after a line that
 # says how much that is; elsewhere it is listed, and the exit status is 1. Asks no questions but sudo's password.
 set -euo pipefail
@@ -39,6 +39,10 @@ bench  python3                command  python3
 bench  valgrind               command  valgrind
 cover  gcovr                  command  gcovr
 cover  python3                command  python3
+browser chromium              command  chromium
+browser fonts-dejavu-core     file     /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
+browser npm                   command  npm
+browser python3               command  python3
 cross  g++-aarch64-linux-gnu  command  aarch64-linux-gnu-g++
 cross  qemu-user              command  qemu-aarch64
 cross  libmd-dev:arm64        library  aarch64-linux-gnu-g++ libmd.a

@@ -13,6 +13,8 @@ constexpr struct {
 } kExamples[] = {
     {"summary", "summary"},
     {"summary", "summary --json"},
+    {"report", "report"},
+    {"report", "report --anonymize"},
     {"status", "status"},
     {"status", "status --json"},
     {"verify", "verify --resync"},

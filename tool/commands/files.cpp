@@ -3,7 +3,7 @@
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/repair.h"
-#include "document/document.h"
+#include "document/health.h"
 #include "document/trial.h"
 #include "upgrade/upgrade.h"
 
@@ -14,21 +14,8 @@ constexpr char kResync[] = "--resync";
 constexpr char kKeepDamaged[] = "--keep-damaged";
 constexpr char kNoSalvage[] = "--no-salvage";
 
-// A device is not well whose files load, but not all that is in them.
-void addUnreadSections(Outcome& outcome, Json& findings) {
-  for (const auto& [name, fault] : document::unreadSections()) {
-    findings.push_back(std::string(name)
-                           .append(" cannot be read: ")
-                           .append(fault)
-                           .append("; 'camcfg help recovery' says what to do"));
-    if (outcome.status != Status::Done) continue;
-    outcome.status = Status::Degraded;
-    outcome.value["health"] = "degraded";
-  }
-}
-
 Answer status(const Arguments& /*arguments*/) {
-  Outcome outcome = deviceHealth();
+  Outcome outcome = document::deviceHealth();
   const char* apart = outcome.value["keptApart"].get<bool>()
                           ? "programs: kept apart"
                           : "programs: not kept apart ({keptApartWhyNot})";
@@ -67,23 +54,11 @@ Answer verify(const Arguments& arguments) {
 Answer boot(const Arguments& arguments) {
   Outcome outcome = upgrade::upgradeAtStart(
       device::boot(!arguments.given(kNoSalvage), document::rollBackAtStart));
-  Json unread;
-  addUnreadSections(outcome, unread);
+  document::findUnreadSections(outcome);
   return Answer(std::move(outcome), {cli::Lines{"done", "{}"}});
 }
 
 }  // namespace
-
-Outcome deviceHealth() {
-  Outcome outcome = device::checkHealth();
-  Json unread = Json::array();
-  addUnreadSections(outcome, unread);
-  for (const Json& finding : unread) {
-    outcome.notes.push_back(finding.text());
-    outcome.value["findings"].push_back(finding);
-  }
-  return outcome;
-}
 
 CommandGroup filesGroup() {
   return {

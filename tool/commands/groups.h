@@ -122,12 +122,7 @@ Candidates allowedSourceWords(const Arguments& before);
 
 // What several commands show.
 
-/// The health of the device's files, as `status` has it.
-Outcome deviceHealth();
-
 /// The device's name, language and ports.
-/// @throws Refusal (unusable)
-Json systemJson();
 /// @param above  the path to them in an answer, "system/"
 Fields systemFields(const std::string& above);
 
@@ -190,6 +185,7 @@ CommandGroup runGroup();
 CommandGroup salvageGroup();
 CommandGroup streamGroup();
 CommandGroup summaryGroup();
+CommandGroup reportGroup();
 CommandGroup systemGroup();
 CommandGroup trialGroup();
 CommandGroup upgradeGroup();

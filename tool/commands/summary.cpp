@@ -1,6 +1,8 @@
 #include <algorithm>
 
 #include "commands/groups.h"
+#include "document/health.h"
+#include "parameters/system.h"
 
 namespace camcfg::tool::commands {
 namespace {
@@ -21,12 +23,12 @@ Json linesToGoOnWith(bool isWell) {
 }
 
 // Where the system's file is unusable, the findings say so.
-Json systemOrNull() try { return systemJson(); } catch (const Refusal&) {
+Json systemOrNull() try { return parameters::systemJson(); } catch (const Refusal&) {
   return nullptr;
 }
 
 Answer summary(const Arguments& /*arguments*/) {
-  Outcome health = deviceHealth();
+  Outcome health = document::deviceHealth();
   Answer answer({{"health", health.value["health"]},
                  {"findings", health.value["findings"]},
                  {"system", systemOrNull()},

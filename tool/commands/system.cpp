@@ -6,7 +6,7 @@
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/turn.h"
-#include "parameters/parameter.h"
+#include "parameters/system.h"
 #include "settings/system.h"
 
 namespace camcfg::tool::commands {
@@ -17,14 +17,8 @@ using settings::SystemPort;
 
 constexpr char kPort[] = "PORT";
 
-// Neither text need be there; the library writes no terminator after the language.
-Json languageOrNull() {
-  char language[CFG_TXT_CUR_SIZE + 1] = {};
-  return CFG_SYSTEM_GetLanguage(language) == 0 ? Json(language) : Json();
-}
-
 Answer system(const Arguments& /*arguments*/) {
-  return {systemJson(), {systemFields("")}};
+  return {parameters::systemJson(), {systemFields("")}};
 }
 
 Answer showPort(const SystemPort& port) {
@@ -71,18 +65,6 @@ Answer lang(const Arguments& arguments) {
 }
 
 }  // namespace
-
-Json systemJson() {
-  device::requireDocument(CFG_FILE_BUSINESS);
-  char name[CFG_TXT_CUR_SIZE] = {};
-  char model[CFG_TXT_CUR_SIZE] = {};
-  const bool named = CFG_SYSTEM_GetDeviceName(name, model) == 0;
-  Json system = {{"name", named ? Json(name) : Json()},
-                 {"model", named ? Json(model) : Json()},
-                 {"language", languageOrNull()}};
-  for (const SystemPort& port : settings::systemPorts()) system["ports"][port.member] = port.read();
-  return system;
-}
 
 Fields systemFields(const std::string& above) {
   Fields fields;

@@ -26,6 +26,7 @@ constexpr struct {
   const char* line;
 } kLines[] = {
     {"summary", "summary"},
+    {"report", "report"},
     {"status", "status"},
     {"verify", "verify --resync"},
     {"boot", "boot"},

@@ -1,0 +1,230 @@
+#include <gmock/gmock.h>
+
+#include <regex>
+
+#include "tool/json_in.h"
+#include "tool/sample_test.h"
+
+namespace camcfg::tests {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using tool::Json;
+
+// Written so, since editors would turn the line around.
+const std::string kRightToLeft = {static_cast<char>(0xe2), static_cast<char>(0x80),
+                                  static_cast<char>(0xae)};
+
+class ReportTest : public SampleTest {
+ protected:
+  std::string report(std::vector<std::string> options = {}) const {
+    options.insert(options.begin(), "report");
+    const ToolRun made = run(options);
+    EXPECT_EQ(made.status, 0) << made.err;
+    return made.out;
+  }
+  Json facts() const { return jsonIn(run({"report", "--json"}).out); }
+};
+
+// The part below a heading.
+std::string part(const std::string& page, const std::string& id) {
+  const std::size_t begin = page.find("<section aria-labelledby=\"" + id + "\">");
+  if (begin == std::string::npos) return "";
+  return page.substr(begin, page.find("</section>", begin) - begin);
+}
+
+TEST_F(ReportTest, PartsComeInTheOrderInWhichTheyAreRead) {
+  const std::string page = report();
+  std::size_t at = page.find("<p class=\"light good\">");
+  for (const char* id : {"findings", "wiring", "services", "network", "positions", "changed",
+                         "history", "settings", "copies", "made"}) {
+    const std::size_t next = page.find("<h2 id=\"" + std::string(id) + "\">");
+    EXPECT_LT(at, next) << id;
+    at = next;
+  }
+  EXPECT_NE(at, std::string::npos);
+}
+
+TEST_F(ReportTest, DeviceThatIsWellIsSaidToBe) {
+  EXPECT_THAT(report(), HasSubstr("<strong>Green:</strong> The device is well"));
+}
+
+TEST_F(ReportTest, FindingsHaveTheirSettingReasonAndCommand) {
+  change("mpp_cfg.xml", "Id=\"12\" Name=\"video\"", "Id=\"99\" Name=\"video\"");
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("<strong>Amber:</strong> The device works, but needs attention"));
+  EXPECT_THAT(part(page, "findings"),
+              AllOf(HasSubstr("<strong class=\"warning\">warning</strong>"),
+                    HasSubstr("<dt>Setting</dt><dd><code>live.rtsp[program]</code></dd>"),
+                    HasSubstr("<dt>Why it matters</dt>"), HasSubstr("<dt>What to do</dt>"),
+                    HasSubstr("<code>camcfg set 'live.rtsp[program].MEMBER=VALUE'</code>")));
+  EXPECT_THAT(part(page, "wiring"), HasSubstr("there is no cache 99"));
+}
+
+TEST_F(ReportTest, WorstFindingComesFirst) {
+  device.remove("/cfg1/preset_cfg.xml");
+  device.write("/cfg0/mpp_cfg.xml", "<");
+  device.write("/cfg1/mpp_cfg.xml", "<");
+  device.remove("/app/resource/defcfg/mpp_cfg.xml");
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("<strong>Red:</strong> The device is not usable as it is"));
+  const std::string findings = part(page, "findings");
+  EXPECT_LT(findings.find("class=\"unusable\""), findings.find("class=\"degraded\""));
+  EXPECT_THAT(part(page, "copies"), HasSubstr("<td>damaged</td>"));
+  EXPECT_THAT(part(page, "wiring"), HasSubstr("This cannot be read: "));
+  EXPECT_THAT(part(page, "network"), HasSubstr("Lan0"));
+}
+
+TEST_F(ReportTest, ServicesHaveAddressesThatAPlayerTakes) {
+  ASSERT_EQ(run({"set", "System/Rtsp=8554"}).status, 0);
+  const std::string services = part(report(), "services");
+  EXPECT_THAT(services, HasSubstr("<td>rtsp://192.168.1.80:8554/ch2/main</td>"));
+  EXPECT_THAT(services, HasSubstr("<td>srt://192.168.1.80:9000?streamid=program</td>"));
+  EXPECT_THAT(services, HasSubstr("<td>srt://ingest.example.com:9001?streamid=program</td>"));
+}
+
+TEST_F(ReportTest, ChangesAreThereWithWhatTheyChanged) {
+  ASSERT_EQ(run({"set", "System/Rtsp=8554"}).status, 0);
+  ASSERT_EQ(run({"set", "System/WebHttp=8000"}).status, 0);
+  const std::string page = report();
+  EXPECT_THAT(part(page, "history"),
+              testing::ContainsRegex("Change 2, .*by .*set System/WebHttp=8000"));
+  EXPECT_LT(part(page, "history").find("Change 2"), part(page, "history").find("Change 1"));
+  EXPECT_THAT(part(page, "changed"), HasSubstr("parameters.System.Rtsp</th><td>554</td><td>8554"));
+}
+
+TEST_F(ReportTest, EverySettingIsThereWithWhatIsKnownOfIt) {
+  const std::string settings = part(report(), "settings");
+  EXPECT_THAT(settings, HasSubstr("<th scope=\"row\">Rtsp</th><td>554</td><td>554</td>"
+                                  "<td>1..65535, step 1</td>"));
+  const Json parameters = jsonIn(run({"list", "--json"}).out);
+  for (const Json& parameter : parameters) {
+    if (parameter.at("section") == "NetWork") continue;
+    EXPECT_THAT(settings, HasSubstr("<th scope=\"row\">" + parameter.at("name").text() + "</th>"));
+  }
+}
+
+TEST_F(ReportTest, CopiesHaveChecksums) {
+  const Json copies = facts()["health"]["copies"];
+  for (const Json& copy : copies) EXPECT_EQ(copy.at("checksum").text().size(), 64U);
+  EXPECT_EQ(copies[0].at("checksum"), copies[1].at("checksum"));
+}
+
+TEST_F(ReportTest, NothingIsChanged) {
+  const auto contents = [&] {
+    return device.read("/cfg0/mpp_cfg.xml") + device.read("/cfg1/preset_cfg.xml");
+  };
+  device.write("/cfg0/mpp_cfg.xml", device.read("/cfg0/mpp_cfg.xml").substr(0, 4000));
+  const std::string before = contents();
+  report();
+  report({"--anonymize"});
+  EXPECT_EQ(contents(), before);
+  EXPECT_FALSE(device.exists("/cfg1/.camcfg"));
+}
+
+TEST_F(ReportTest, HostileValuesStayText) {
+  const std::string hostile = "&lt;/td&gt;&lt;script&gt;alert(1)&lt;/script&gt;&amp;quot;";
+  change("preset_cfg.xml", "Description=\"Lectern\"", "Description=\"" + hostile + "\"");
+  change("mpp_cfg.xml", "Name=\"ch1/main\"",
+         "Name=\"" + hostile + std::string(10000, 'x') + kRightToLeft + "\"");
+  const std::string page = report();
+  EXPECT_THAT(page, Not(HasSubstr("<script")));
+  EXPECT_THAT(page, HasSubstr("&lt;/td&gt;&lt;script&gt;alert(1)&lt;/script&gt;"));
+  EXPECT_THAT(page, Not(HasSubstr(kRightToLeft)));
+  EXPECT_THAT(page, HasSubstr("the rest is left out"));
+}
+
+TEST_F(ReportTest, LoadsNothingAndHasNoScript) {
+  const std::string page = report();
+  EXPECT_THAT(page,
+              HasSubstr("http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
+                        "style-src 'sha256-"));
+  EXPECT_FALSE(std::regex_search(page, std::regex(" (src|style|on[a-z]+)=\"")));
+  EXPECT_FALSE(std::regex_search(page, std::regex("href=\"[^#]")));
+}
+
+TEST_F(ReportTest, IsSmall) {
+  EXPECT_LT(report().size(), 400U * 1024);
+  Json document = jsonIn(run({"export"}).out);
+  document["live"]["rtsp"] = Json::array();
+  for (int i = 0; i < 1000; ++i)
+    document["live"]["rtsp"].push_back(
+        {{"name", "session" + std::to_string(i)},
+         {"channels", {{{"id", 0}, {"name", "video"}}, {{"id", 8}, {"name", "audio"}}}}});
+  document["presets"] = Json::array();
+  for (int i = 0; i < 128; ++i)
+    document["presets"].push_back({{"id", i},
+                                   {"description", "Preset " + std::to_string(i)},
+                                   {"pan", i},
+                                   {"tilt", i},
+                                   {"zoom", i},
+                                   {"focus", 0},
+                                   {"focusMode", 0}});
+  device.write("/document.json", document.dump());
+  ASSERT_EQ(run({"import", device.hostPath() + "/document.json"}).status, 0);
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("rtsp://192.168.1.80/session999"));
+  EXPECT_LT(page.size(), 2048U * 1024);
+}
+
+class AnonymousReportTest : public ReportTest {
+ protected:
+  AnonymousReportTest() {
+    EXPECT_EQ(
+        run({"network", "set", "Lan0", "address=203.0.113.77/24", "gateway=203.0.113.1"}).status,
+        0);
+    EXPECT_EQ(run({"network", "hostname", "north-hall"}).status, 0);
+  }
+};
+
+TEST_F(AnonymousReportTest, HidesAddressesNamesAndUrlsEverywhere) {
+  const std::string page = report({"--anonymize"}) + report({"--anonymize", "--json"});
+  for (const char* hidden : {"203.0.113", "192.168.", "north-hall", "ingest.example.com",
+                             "live.example.com", "Four-Channel Encoder", "studio.example"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
+}
+
+TEST_F(AnonymousReportTest, SaysThatSomethingIsHidden) {
+  const std::string page = report({"--anonymize"});
+  EXPECT_THAT(page, testing::ContainsRegex("<td>rtsp://\\[address [0-9]+\\]/ch2/main</td>"));
+  EXPECT_THAT(part(page, "made"), HasSubstr("is the same address everywhere"));
+  EXPECT_THAT(part(page, "history"), testing::ContainsRegex("address=\\[address [0-9]+\\]/24"));
+}
+
+TEST_F(AnonymousReportTest, SameAddressIsTheSamePlaceholderAndTheKeyKnowsIt) {
+  const ToolRun made =
+      run({"report", "--anonymize", "--json", "--key", device.hostPath() + "/keys"});
+  EXPECT_THAT(made.err, HasSubstr("the key to what is hidden is in "));
+  const Json key = jsonIn(device.read("/keys/camcfg-key.json"));
+  const Json facts = jsonIn(made.out);
+  const std::string& address = facts["network"]["cards"][0]["ipAddr"].text();
+  EXPECT_EQ(key.at(address), "203.0.113.77");
+  EXPECT_THAT(facts["services"][0]["address"].text(), HasSubstr(address));
+  std::set<std::string> originals;
+  for (const auto& [placeholder, original] : key.items())
+    EXPECT_TRUE(originals.insert(original.text()).second) << original.text();
+}
+
+TEST_F(AnonymousReportTest, KeyNeedsSomethingThatIsHidden) {
+  EXPECT_EQ(run({"report", "--key", device.hostPath() + "/keys"}),
+            (ToolRun{2, "", "camcfg: report: --key is for '--anonymize', which is missing\n"}));
+}
+
+TEST_F(ReportTest, FilesAreEnough) {
+  const std::string folder = device.hostPath() + "/cfg0";
+  const ToolRun made = runCamcfg({"report", "--files", folder});
+  EXPECT_EQ(made.status, 0) << made.err;
+  EXPECT_THAT(part(made.out, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  device.remove("/cfg0/mpp_cfg.xml");
+  EXPECT_THAT(part(runCamcfg({"report", "--files", folder}).out, "wiring"),
+              HasSubstr("This cannot be read: "));
+  EXPECT_EQ(
+      runCamcfg({"report", "--files", device.hostPath() + "/app"}),
+      (ToolRun{3, "",
+               "camcfg: report: " + device.hostPath() + "/app: it has no file of a device\n"}));
+}
+
+}  // namespace
+}  // namespace camcfg::tests

@@ -1,0 +1,223 @@
+#include "report/parts.h"
+
+#include <algorithm>
+
+#include "base/html.h"
+#include "document/keyed.h"
+#include "media/wiring.h"
+#include "report/facts.h"
+
+namespace camcfg::tool::report {
+namespace {
+
+std::size_t countOf(const Json& findings, const char* severity) {
+  return static_cast<std::size_t>(
+      std::count_if(findings.begin(), findings.end(),
+                    [&](const Json& finding) { return finding.at("severity") == severity; }));
+}
+
+std::string counted(std::size_t count, const char* thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+std::string faultHtml(const Json& fact) {
+  return paragraph("This cannot be read: " + fact.at(kFault).text());
+}
+
+std::string textOf(const Json& value) {
+  return value.is_null() ? "" : document::textOf(value);
+}
+
+std::string findingsHtml(const Json& findings) {
+  if (findings.empty()) return paragraph("Nothing was found.");
+  std::string html = "<ol class=\"findings\">\n";
+  for (const Json& finding : findings) {
+    const std::string& severity = finding.at("severity").text();
+    write(html, "<li><p><strong class=\"", severity, "\">", severity, "</strong> ",
+          inCell(finding.at("text").text()), "</p>\n<dl>");
+    const auto add = [&](const char* term, const std::string& text, bool isCode) {
+      if (text.empty()) return;
+      write(html, "<dt>", term, "</dt><dd>", isCode ? "<code>" : "", inCell(text),
+            isCode ? "</code>" : "", "</dd>");
+    };
+    add("Setting", textOf(finding.at("place")), true);
+    add("Why it matters", textOf(finding.at("why")), false);
+    add("What to do", textOf(finding.at("fix")), false);
+    add("Command", textOf(finding.at("command")), true);
+    if (!finding.at("rule").is_null())
+      add("Found at",
+          finding.at("file").text() + ":" + finding.at("line").dump() + ", by the rule " +
+              finding.at("rule").text(),
+          false);
+    html += "</dl></li>\n";
+  }
+  return html + "</ol>\n";
+}
+
+std::string wiringHtml(const Json& wiring) {
+  if (isFault(wiring)) return faultHtml(wiring);
+  std::string html;
+  for (const Json& unread : wiring.at("unread"))
+    html += paragraph("Left out, as it cannot be read: " + unread.text());
+  html += scrolled("Sources, caches and services",
+                   media::drawingOf(wiring, wiring.at("remarks"), false));
+  HtmlTable table("What each session sends", {"Session", "Service", "Enabled", "Caches"});
+  for (const Json& session : wiring.at("sessions")) {
+    std::string caches;
+    for (const Json& channel : session.at("channels"))
+      caches += (caches.empty() ? "" : ", ") + channel.at("role").text() +
+                (channel.at("role").text().empty() ? "" : " ") + channel.at("cache").dump();
+    table.row({session.at("name").text(), session.at("service").text(),
+               session.at("enabled") == true ? "yes" : "no", caches});
+  }
+  return html + foldedUp("The same as a table", table.html());
+}
+
+std::string servicesHtml(const Json& services) {
+  if (services.empty()) return paragraph("No service has a session that can be read.");
+  HtmlTable table("Addresses of all sessions",
+                  {"Session", "Service", "Address", "Note", "Enabled"});
+  for (const Json& service : services)
+    table.row({service.at("name").text(), service.at("service").text(),
+               service.at("address").text(), service.at("needs").text(),
+               service.at("enabled") == true ? "yes" : "no"});
+  return table.html();
+}
+
+std::string networkHtml(const Json& network) {
+  if (isFault(network)) return faultHtml(network);
+  HtmlTable table("Network cards", {"Card", "Interface", "Enabled", "Mode", "Address", "Netmask",
+                                    "Gateway", "DNS servers", "MTU"});
+  for (const Json& card : network.at("cards")) {
+    const auto field = [&](const char* name) {
+      return shown(document::memberOrNothing(card, name));
+    };
+    table.row({card.at("name").text(), field("intf"), field("enable") == "true" ? "yes" : "no",
+               field("ipMode"), field("ipAddr"), field("netMask"), field("gateWay"),
+               field("dns1") + " " + field("dns2"), field("mtu")});
+  }
+  return paragraph("Host name: " + shown(network.at("hostname"))) + table.html() +
+         scrolled("Subnets", subnetsPicture(network.at("cards")));
+}
+
+std::string presetsHtml(const Json& presets) {
+  if (isFault(presets)) return faultHtml(presets);
+  const Json& entries = presets.at("entries");
+  if (entries.empty()) return paragraph("There are no camera positions.");
+  HtmlTable table("Camera positions", {"Id", "Description", "Pan", "Tilt", "Zoom"});
+  for (const Json& preset : entries)
+    table.row({preset.at("id").dump(), shown(preset.at("description")), shown(preset.at("pan")),
+               shown(preset.at("tilt")), shown(preset.at("zoom"))});
+  return scrolled("Camera positions by pan and tilt", positionsPicture(entries)) +
+         foldedUp("The same as a table", table.html());
+}
+
+std::string changesTable(const std::string& caption, const Json& changes, const char* before,
+                         const char* after, const char* was, const char* is) {
+  HtmlTable table(caption, {"Setting", was, is});
+  for (const Json& change : changes)
+    table.row({change.at("place").text(), shown(change.at(before)), shown(change.at(after))});
+  return table.html();
+}
+
+std::string changedHtml(const Json& changed) {
+  if (isFault(changed)) return faultHtml(changed);
+  std::string html;
+  for (const Json& left : changed.at("notCompared"))
+    html += paragraph("Not compared: " + left.at("place").text() + ": " + left.at("reason").text());
+  const Json& differences = changed.at("differences");
+  if (differences.empty()) return html + paragraph("Nothing differs from the factory values.");
+  return html + changesTable("Differences from the factory values", differences, "other", "device",
+                             "Factory value", "Value");
+}
+
+std::string historyHtml(const Json& history) {
+  if (isFault(history)) return faultHtml(history);
+  if (history.empty()) return paragraph("No change is kept.");
+  std::string html;
+  for (const Json& change : history) {
+    const std::string title = "Change " + change.at("number").dump() + ", " +
+                              change.at("time").text() + ", by " + change.at("caller").text() +
+                              ": " + change.at("command").text();
+    write(html, "<h3>", inCell(title), "</h3>\n");
+    const Json& changes = change.at("changes");
+    if (isFault(changes))
+      html += faultHtml(changes);
+    else if (changes.empty())
+      html += paragraph("No setting was changed.");
+    else
+      html += changesTable("What change " + change.at("number").dump() + " changed", changes,
+                           "before", "after", "Before", "After");
+  }
+  return html;
+}
+
+std::string copiesHtml(const Json& health) {
+  HtmlTable table("Copies of every file",
+                  {"Path", "Copy", "State", "Bytes", "Changed", "At the next start", "SHA-256"});
+  for (const Json& copy : health.at("copies"))
+    table.row({copy.at("path").text(), copy.at("copy").text(), copy.at("state").text(),
+               shown(copy.at("bytes")), shown(copy.at("changed")), shown(copy.at("atStart")),
+               shown(copy.at("checksum"))});
+  return table.html();
+}
+
+std::string madeHtml(const Json& made) {
+  HtmlTable table("How this report was made", {"What", "Value"});
+  table.row({"By", made.at("by").text()});
+  table.row({"At, by the device's clock", made.at("at").text()});
+  table.row({"With", "camcfg " + made.at("command").text()});
+  if (made.at("anonymous") == true)
+    table.row({"Hidden",
+               "Addresses, urls and names of hosts and of the device: [address 1] is the same "
+               "address everywhere"});
+  return table.html() + paragraph(
+                            "Everything here was read from the device's files, and nothing was "
+                            "changed. Passwords and keys "
+                            "are shown as ********.");
+}
+
+}  // namespace
+
+std::string verdictOf(const Json& facts) {
+  const Json& findings = facts.at("findings");
+  const std::size_t unusable = countOf(findings, "unusable");
+  const std::size_t errors = countOf(findings, "error");
+  const std::size_t degraded = countOf(findings, "degraded");
+  const std::size_t warnings = countOf(findings, "warning");
+  const char* look = "good";
+  std::string light = "Green";
+  std::string sentence =
+      "The device is well: all its files can be read, and nothing was found in them.";
+  if (unusable != 0) {
+    look = "unusable";
+    light = "Red";
+    sentence = "The device is not usable as it is: " + counted(unusable, "file") +
+               " cannot be read, and no start brings them back.";
+  } else if (errors + degraded + warnings != 0) {
+    look = "degraded";
+    light = "Amber";
+    sentence = "The device works, but needs attention: " + counted(errors + degraded, "fault") +
+               " and " + counted(warnings, "warning") + " were found.";
+  }
+  std::string html;
+  write(html, "<p class=\"light ", look,
+        "\"><span class=\"lamp\" aria-hidden=\"true\"></span><span><strong>", light, ":</strong> ",
+        sentence, "</span></p>\n");
+  return html;
+}
+
+std::vector<Part> partsOf(const Json& facts) {
+  return {{"findings", "Findings", findingsHtml(facts.at("findings"))},
+          {"wiring", "Wiring", wiringHtml(facts.at("wiring"))},
+          {"services", "Services and their addresses", servicesHtml(facts.at("services"))},
+          {"network", "Network", networkHtml(facts.at("network"))},
+          {"positions", "Camera positions", presetsHtml(facts.at("presets"))},
+          {"changed", "What differs from the factory values", changedHtml(facts.at("changed"))},
+          {"history", "Recent changes", historyHtml(facts.at("history"))},
+          {"settings", "All settings", settingsHtml(facts.at("sections"))},
+          {"copies", "Files and their copies", copiesHtml(facts.at("health"))},
+          {"made", "How this report was made", madeHtml(facts.at("made"))}};
+}
+
+}  // namespace camcfg::tool::report
