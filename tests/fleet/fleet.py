@@ -79,7 +79,8 @@ class Run:
 
     def message(self, host):
         """Why a task failed on a host."""
-        found = re.search(rf'^fatal: \[{re.escape(host)}\]: .*?"msg": "(.*?[^\\])"', self.text, re.M)
+        found = re.search(rf'^fatal: \[{re.escape(host)}\]: (?:(?!^fatal: ).)*?"msg": "(.*?[^\\])"', self.text,
+                          re.M | re.S)
         return found.group(1) if found else None
 
 

@@ -3,6 +3,7 @@
 import json
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import unittest
@@ -65,6 +66,77 @@ class Idempotence(Local):
             expected = f"relay.{self.fleet.venue(host)}.example.net"
             self.assertEqual(value(self.fleet.roots[host], "live.srt[1].hostname"), expected)
         self.assert_counts(self.run_play("venue_relay"), changed=0, failed=0)
+
+
+class Modules(Local):
+    def run_tasks(self, *tasks):
+        """On one device; the results are those of the recap, and of what the tasks assert themselves."""
+        run = self.run_play(write_playbook("tasks", tasks), "--limit", self.first)
+        self.assert_counts(run, failed=0, unreachable=0)
+        return run
+
+    def presets(self):
+        return {preset["id"]: preset for preset in camcfg(self.fleet.roots[self.first], "preset", "list")}
+
+    def test_presets_are_merged_replaced_and_deleted(self):
+        before = self.presets()
+        merge = {"camcfg.device.presets": {"presets": [{"id": 3, "zoom": 77}, {"id": 40, "description": "Choir"}]}}
+        self.assertEqual(self.run_tasks(merge, merge).total("changed"), 1)
+        now = self.presets()
+        self.assertEqual(set(now), {*before, 40})
+        self.assertEqual(now[3], {**before[3], "zoom": 77})
+        delete = {"camcfg.device.presets": {"state": "deleted", "presets": [{"id": 40}]}}
+        self.assertEqual(self.run_tasks(delete).total("changed"), 1)
+        self.assertEqual(set(self.presets()), set(before))
+        replace = {"camcfg.device.presets": {"state": "replaced", "presets": [{"id": 3}]}}
+        self.assertEqual(self.run_tasks(replace, replace).total("changed"), 1)
+        self.assertEqual(self.presets(), {3: now[3]})
+
+    def test_states_say_what_becomes_of_what_is_not_named(self):
+        root = self.fleet.roots[self.first]
+        camcfg(root, "set", "System/WebHttp=81", "network.hostname=kept")
+        entry = camcfg(root, "export", "live.srt")["live"]["srt"][1]
+        document = {"live": {"srt": [entry]}}
+        self.assertEqual(self.run_tasks(config(document)).total("changed"), 0)
+        self.assertEqual(self.run_tasks(config(document, state="replaced")).total("changed"), 1)
+        self.assertEqual(camcfg(root, "export", "live.srt")["live"]["srt"], [entry])
+        self.assertEqual(value(root, "System/WebHttp"), 81)
+        self.assertEqual(self.run_tasks(config(document, state="overridden")).total("changed"), 1)
+        self.assertEqual(value(root, "System/WebHttp"), 80)
+        self.assertEqual(value(root, "network.hostname"), "kept")
+
+    def test_what_is_read_is_for_assert(self):
+        camcfg(self.fleet.roots[self.first], "set", "System/Rtsp=1554")
+        run = self.run_tasks(
+            {"camcfg.device.config": {"state": "gathered", "changed_only": True}, "register": "read"},
+            {"ansible.builtin.assert": {
+                "that": "read.document == {'version': 1, 'parameters': {'System': {'Rtsp': 1554}}}"}},
+            {"camcfg.device.status_info": {}, "register": "device"},
+            {"ansible.builtin.assert": {"that": [
+                "device.health == 'well'", "device.error_count == 0", "device.findings == []",
+                "device.status.pending is none"]}})
+        self.assertEqual(run.total("changed"), 0)
+
+    def test_a_new_factory_set_is_rehearsed_and_merged(self):
+        root = self.fleet.roots[self.first]
+        shutil.copytree(root / "app/resource/defcfg", root / "old")
+        path = root / "app/resource/defcfg/business_param.xml"
+        path.write_text(path.read_text().replace('Cur="554"', 'Cur="555"'))
+        upgrade = {"old_set": str(root / "old")}
+        rehearse = {"camcfg.device.upgrade": {**upgrade, "state": "rehearsed"}}
+        merge = {"camcfg.device.upgrade": upgrade}
+        self.assertEqual(self.run_tasks(rehearse).total("changed"), 0)
+        self.assertEqual(self.port(self.first), 554)
+        self.assertEqual(self.run_tasks(merge, merge).total("changed"), 1)
+        self.assertEqual(self.port(self.first), 555)
+
+    def test_the_role_lint_fails_with_what_it_finds(self):
+        path = self.fleet.roots[self.first] / "cfg0/preset_cfg.xml"
+        path.write_text(path.read_text().replace('Id="1"', 'Id="0"', 1))
+        role = {"ansible.builtin.import_role": {"name": "camcfg.device.lint"}}
+        run = self.run_play(write_playbook("lint", [role]))
+        self.assertEqual(run.hosts("failed"), {self.first}, run.text)
+        self.assertIn("[equal-id]", run.message(self.first))
 
 
 class Previews(Local):
