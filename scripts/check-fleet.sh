@@ -36,8 +36,8 @@ prepare() {
 }
 
 install_collection() {
-  timeout 120 ansible-galaxy collection install --force "$collection" -p "$ANSIBLE_COLLECTIONS_PATH" >"$FLEET_WORK/log" ||
-    { cat "$FLEET_WORK/log"; return 1; }
+  timeout 120 ansible-galaxy collection install --force "$collection" -p "$ANSIBLE_COLLECTIONS_PATH" \
+    >"$FLEET_WORK/log" || { cat "$FLEET_WORK/log"; return 1; }
 }
 
 # What ansible-core says of the collection without any device.
@@ -87,7 +87,7 @@ publish() {
 }
 
 FLEET_ROOTS=12 FLEET_SERVERS=2 FLEET_FORKS=10
-limit=240
+limit=480
 case ${1-} in
   '') ;;
   --full) FLEET_ROOTS=200 FLEET_SERVERS=10 FLEET_FORKS=20 limit=2400 ;;

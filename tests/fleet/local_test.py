@@ -211,14 +211,16 @@ class Failures(Local):
         other, old, foreign, nothing, full = names = sorted(self.hosts)[:5]
         directory = self.fleet.directory
         variables = self.fleet.variables
-        variables[other]["site"] = {"parameters": {"Turret": {"Speed": 3}}, "network": {"cards": {"Lan7": {"mtu": 1400}}}}
+        variables[other]["site"] = {"parameters": {"Turret": {"Speed": 3}},
+                                    "network": {"cards": {"Lan7": {"mtu": 1400}}}}
         variables[old]["camcfg_executable"] = script(
-            directory / "old", f'case " $* " in *" --mode "*) set -- --json import --unknown;; esac\nexec {CAMCFG} "$@"')
+            directory / "old",
+            f'case " $* " in *" --mode "*) set -- --json import --unknown;; esac\nexec {CAMCFG} "$@"')
         variables[foreign]["camcfg_executable"] = script(directory / "foreign", "echo 'Welcome to switch 7'")
         variables[nothing]["camcfg_executable"] = "/usr/bin/no-camcfg"
         self.fill(self.fleet.roots[full])
         before = self.fleet.checksums()
-        task = {"camcfg.device.config": {"document": "{{ site | default({'parameters': {'System': {'Rtsp': 8554}}}) }}"}}
+        task = config("{{ site | default({'parameters': {'System': {'Rtsp': 8554}}}) }}")
         run = self.run_play(write_playbook("misfits", [task]))
         self.assertEqual(run.hosts("failed"), set(names), run.text)
         self.assertEqual(run.hosts("changed"), self.hosts - set(names))
@@ -274,9 +276,10 @@ class PowerCuts(Local):
         before = {host: self.state(host) for host in victims}
         for host, moment in victims.items():
             call, count, name = moment.split()
+            path = self.fleet.roots[host] / name
             self.fleet.variables[host]["camcfg_executable"] = script(
                 self.fleet.directory / f"{host}-cut",
-                f"exec {sys.executable} {HERE}/cut_power.py {call} {count} {self.fleet.roots[host]}/{name} {CAMCFG} \"$@\"")
+                f'exec {sys.executable} {HERE}/cut_power.py {call} {count} {path} {CAMCFG} "$@"')
         playbook = write_playbook("wide", [config(WIDE)])
         run = self.run_play(playbook)
         self.assertEqual(run.hosts("failed"), set(victims), run.text)

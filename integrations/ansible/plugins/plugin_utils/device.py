@@ -111,7 +111,8 @@ class DeviceAction(ActionBase):
         if done["rc"] == 2:
             return too_old(said)
         if done["rc"] < 0 or done["rc"] > 128:
-            return f"'{executable}' was ended by a signal (status {done['rc']}); 'camcfg boot' on the device completes or discards the change"
+            return (f"'{executable}' was ended by a signal (status {done['rc']}); 'camcfg boot' on the device "
+                    "completes or discards the change")
         return f"no camcfg device: '{executable}' gave no answer in JSON (status {done['rc']}): {said or 'nothing'}"
 
     def accepted(self, answer):
