@@ -4,7 +4,7 @@
 # the tool and installs what it needs.
 #
 #   scripts/check-fleet.sh             12 directories, 2 devices with SSH
-#   scripts/check-fleet.sh --full      200 and 10
+#   scripts/check-fleet.sh --full      200 and 10; single modules, backups and rehearsals still on 12
 #   scripts/check-fleet.sh --publish   measures, and puts the figures into docs/fleet.md
 #
 # Runs as root: the devices with SSH are change roots, and one has a full file system. Everything takes

@@ -12,6 +12,7 @@ import fleet
 from fleet import CAMCFG, ROOTS, TREE, Fleet, camcfg, changed_since, play, value, write_playbook
 
 HERE = pathlib.Path(__file__).resolve().parent
+FEW = min(ROOTS, 12)
 NEW_SECRET = "never-to-be-seen-1"
 OLD_SECRET = "never-to-be-seen-0"
 
@@ -34,8 +35,10 @@ def script(path, text):
 
 
 class Local(unittest.TestCase):
+    count = ROOTS
+
     def setUp(self):
-        self.fleet = Fleet(self.id().rsplit(".", 1)[-1], ROOTS)
+        self.fleet = Fleet(self.id().rsplit(".", 1)[-1], self.count)
         self.hosts = set(self.fleet.roots)
         self.first, self.second, *_ = sorted(self.hosts)
 
@@ -69,6 +72,8 @@ class Idempotence(Local):
 
 
 class Modules(Local):
+    count = FEW
+
     def run_tasks(self, *tasks):
         """On one device; the results are those of the recap, and of what the tasks assert themselves."""
         run = self.run_play(write_playbook("tasks", tasks), "--limit", self.first)
@@ -300,6 +305,8 @@ class PowerCuts(Local):
 
 
 class Keeping(Local):
+    count = FEW
+
     def backup(self, *options):
         directory = fleet.WORK / self.fleet.directory.name / "backups"
         run = self.run_play("backup", "-e", f"backup_dir={directory}", *options)
