@@ -14,6 +14,7 @@ exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly collection=integrations/ansible
+inside=
 
 usage() {
   echo "usage: scripts/check-fleet.sh [--full | --publish]" >&2
@@ -30,7 +31,8 @@ prepare() {
   scripts/build.sh -- --target released |& scripts/show-progress.sh
   FLEET_WORK=$(mktemp -d /var/lib/camcfg-fleet.XXXXXX)
   chmod 755 "$FLEET_WORK"
-  trap 'rm -rf "$FLEET_WORK"' EXIT
+  trap clean_up EXIT
+  trap 'exit 1' INT TERM
   export FLEET_WORK FLEET_ROOTS FLEET_SERVERS FLEET_FORKS PYTHONDONTWRITEBYTECODE=1
   export ANSIBLE_COLLECTIONS_PATH=$FLEET_WORK/collections ANSIBLE_HOME=$FLEET_WORK/home
 }
@@ -59,19 +61,31 @@ check_parts() {
   echo "modules, playbooks and inventory: well"
 }
 
+# All processes in a name space end with the one that is its first; unshare itself ignores SIGTERM.
 apart() {
-  timeout "$1" unshare --mount --pid --fork --kill-child --mount-proc "${@:2}"
+  timeout --foreground --kill-after=5 "$1" \
+    unshare --mount --pid --fork --kill-child --mount-proc "${@:2}" &
+  inside=$!
+  wait "$inside"
+}
+
+# shellcheck disable=SC2317  # called by a trap
+clean_up() {
+  if [[ -n $inside ]] && kill "$inside" 2>/dev/null; then wait "$inside" || true; fi
+  rm -rf "$FLEET_WORK"
 }
 
 run_tests() {
-  (cd tests/fleet && apart "$1" python3 -m unittest --verbose local_test ssh_test)
+  cd tests/fleet
+  apart "$1" python3 -m unittest --verbose local_test ssh_test
 }
 
 measure() {
   scripts/describe-machine.sh scripts/check-fleet.sh --publish
   ansible --version | sed -n '1s/.*\[core \(.*\)\]/ansible-core \1/p'
   echo
-  (cd tests/fleet && apart 2400 python3 measure.py)
+  cd tests/fleet
+  apart 2400 python3 measure.py
 }
 
 # The figures take the place of all between their heading and the next one.
@@ -98,7 +112,9 @@ esac
 prepare
 install_collection
 if [[ ${1-} == --publish ]]; then
-  measure | tee "$FLEET_WORK/figures"
+  measure >"$FLEET_WORK/figures"
+  cd ../..
+  cat "$FLEET_WORK/figures"
   publish "$FLEET_WORK/figures"
 else
   check_parts
