@@ -4,7 +4,7 @@ usage: list_lint_rules.py RULES CORPUS DOCUMENT
 
 The rules replace what is between the heading "## Rules" and the next one of its rank, after the comment that
 ends the section's introduction. Rows of the table of figures get their number and what the tables in the
-directory CORPUS say, which a test holds true.
+directory CORPUS say, which a test holds true. Fails unless the tables of attributes have all rules, and no others.
 """
 import collections
 import re
@@ -70,7 +70,7 @@ def sections(rules):
 
 def marks_in(path):
     with open(path, encoding="utf-8") as file:
-        return collections.Counter(re.findall(r"(?m)^(found|missed|passed|alarmed) ", file.read()))
+        return collections.Counter(re.findall(r"(?m)^(found|missed|clean|passed|alarmed) ", file.read()))
 
 
 def figures(rules, corpus):
@@ -81,8 +81,19 @@ def figures(rules, corpus):
         "hazards tried": hazards.total(),
         "hazards found": f"{hazards['found']}, {100 * hazards['found'] // hazards.total()} %",
         "sound files tried": sound.total(),
+        "sound files with a warning": sound["passed"],
         "false alarms": sound["alarmed"],
     }
+
+
+def check_tables(document, rules):
+    tables = document.partition("\n## Every attribute, question by question\n")[2].partition("\n## ")[0]
+    rows = [row.split(" | ") for row in tables.split("\n") if row.startswith("|")]
+    named = {name for row in rows if len(row) > 1 for name in re.findall(r"`([a-z-]+)`", row[1])}
+    ids = {rule["rule"] for rule in rules}
+    if named != ids:
+        sys.exit(f"the tables of attributes lack {sorted(ids - named)}, and have {sorted(named - ids)}, "
+                 "which are no rules")
 
 
 def main(rules_path, corpus, document_path):
@@ -90,6 +101,7 @@ def main(rules_path, corpus, document_path):
         rules = rules_in(file.read())
     with open(document_path, encoding="utf-8") as file:
         document = file.read()
+    check_tables(document, rules)
     before, begin, after = document.partition(BEGIN)
     if not begin or "\n## " not in after:
         sys.exit(f"{document_path} has no place for the rules: {BEGIN}")

@@ -32,7 +32,7 @@ def media(sessions, mark):
     """A file with a cache for each session; the services have the sessions in turn."""
     services = ["WEBSOCKET", "RTSP", "RTMP", "NDI", "SRT"]
     lines = ["<Stream>", "<StreamSource>"]
-    lines += [f'<VENC Id="{i}" Name="source{i}" ChnId="{i}"/>' for i in range(SOURCES)]
+    lines += [f'<VENC Id="{i}" Name="source{i}" ChnId="{i}"/>' for i in range(min(SOURCES, sessions))]
     lines += ["</StreamSource>", "<StreamCache>"]
     lines += [f'<Cache Id="{i}" Name="cache{i}" BufferSizeMB="8"><AllowedStreamSource '
               f'Id="{i % SOURCES}" {mark}="1"/></Cache>' for i in range(sessions)]

@@ -24,6 +24,11 @@ inline bool isSameWord(std::string_view a, std::string_view b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
+/// Whether there is nothing to see in a text.
+inline bool isBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
 /// The text between single quotes.
 inline std::string quoted(std::string_view text) {
   return "'" + std::string(text) + "'";

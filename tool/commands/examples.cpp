@@ -13,6 +13,8 @@ constexpr struct {
 } kExamples[] = {
     {"summary", "summary"},
     {"summary", "summary --json"},
+    {"schema", "schema"},
+    {"schema", "schema --dialect draft-07 --mode merge"},
     {"report", "report"},
     {"report", "report --anonymize"},
     {"status", "status"},

@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "commands/groups.h"
@@ -19,7 +17,6 @@ namespace {
 constexpr char kAll[] = "--all";
 constexpr char kBackup[] = "--backup";
 constexpr char kChanged[] = "--changed";
-constexpr char kMode[] = "--mode";
 constexpr char kNoSecrets[] = "--no-secrets";
 constexpr char kPartial[] = "--partial";
 constexpr char kYes[] = "--yes";
@@ -42,16 +39,6 @@ Answer exportDocument(const Arguments& arguments) {
       {!arguments.given(kNoSecrets), arguments.given(kPartial), arguments.given(kChanged)});
   const std::string text = document::printJson(outcome.value);
   return Answer(std::move(outcome), {Verbatim{text}});
-}
-
-document::Mode modeOf(const Arguments& arguments) {
-  if (!arguments.given(kMode)) return document::Mode::Replace;
-  const std::string mode = arguments.text(kMode);
-  const auto found = std::find(document::kModes.begin(), document::kModes.end(), mode);
-  if (found == document::kModes.end())
-    throw Refusal(Status::Usage, std::string(kMode) + ": " + quoted(mode) + " is none of " +
-                                     joined(document::kModes) + didYouMean(mode, document::kModes));
-  return static_cast<document::Mode>(found - document::kModes.begin());
 }
 
 // "9 entries of live.rtsp and 1 of presets"

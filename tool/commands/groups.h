@@ -47,6 +47,7 @@ constexpr char kDryRun[] = "--dry-run";
 constexpr char kFactory[] = "--factory";
 constexpr char kForce[] = "--force";
 constexpr char kFormat[] = "--format";
+constexpr char kMode[] = "--mode";
 constexpr char kSectionOption[] = "--section";
 constexpr char kShowSecrets[] = "--show-secrets";
 
@@ -146,6 +147,13 @@ Answer setOne(const parameters::Assignment& assignment, bool force, bool rehears
 Answer changed(Outcome outcome, const char* unchanged);
 
 /// What an import was asked for.
+/// Which of its words the value of an option is.
+/// @param otherwise  if it is not given
+/// @throws Refusal  it is none of them
+std::size_t choiceOf(const Arguments& arguments, const char* option,
+                     const std::vector<std::string>& words, std::size_t otherwise);
+/// What --mode says of a document.
+document::Mode modeOf(const Arguments& arguments);
 document::ImportOptions importOptions(const Arguments& arguments);
 
 /// What help says of settings: names, permitted values, units and meanings, on indented lines.
@@ -186,6 +194,7 @@ CommandGroup salvageGroup();
 CommandGroup streamGroup();
 CommandGroup summaryGroup();
 CommandGroup reportGroup();
+CommandGroup schemaGroup();
 CommandGroup systemGroup();
 CommandGroup trialGroup();
 CommandGroup upgradeGroup();

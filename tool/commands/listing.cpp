@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/plain_text.h"
 #include "commands/groups.h"
 #include "document/keyed.h"
 #include "document/members.h"
@@ -90,6 +91,22 @@ Answer changed(Outcome outcome, const char* unchanged) {
       Table{"changes", {{"PLACE", "{place}"}, {"BEFORE", "{before-}"}, {"AFTER", "{after+}"}}}};
   if (answer.value["dryRun"].get<bool>()) answer.layout.emplace_back(Line{"nothing was written"});
   return answer;
+}
+
+std::size_t choiceOf(const Arguments& arguments, const char* option,
+                     const std::vector<std::string>& words, std::size_t otherwise) {
+  if (!arguments.given(option)) return otherwise;
+  const std::string word = arguments.text(option);
+  const auto found = std::find(words.begin(), words.end(), word);
+  if (found == words.end())
+    throw Refusal(Status::Usage, std::string(option) + ": " + quoted(word) + " is none of " +
+                                     joined(words) + didYouMean(word, words));
+  return static_cast<std::size_t>(found - words.begin());
+}
+
+document::Mode modeOf(const Arguments& arguments) {
+  constexpr auto kOtherwise = static_cast<std::size_t>(document::Mode::Replace);
+  return static_cast<document::Mode>(choiceOf(arguments, kMode, document::kModes, kOtherwise));
 }
 
 document::ImportOptions importOptions(const Arguments& arguments) {

@@ -228,11 +228,11 @@ void addForce(std::vector<CommandGroup>& groups) {
 
 std::vector<CommandGroup> allGroups() {
   std::vector<CommandGroup> groups = {
-      summaryGroup(),    reportGroup(),  filesGroup(),   salvageGroup(), lintGroup(),
-      parametersGroup(), findGroup(),    explainGroup(), watchGroup(),   systemGroup(),
-      networkGroup(),    presetGroup(),  streamGroup(),  liveGroup(),    graphGroup(),
-      exchangeGroup(),   historyGroup(), trialGroup(),   upgradeGroup(), languageGroup(),
-      runGroup(),        helpGroup(),    completeGroup()};
+      summaryGroup(),    reportGroup(), filesGroup(),   salvageGroup(), lintGroup(),
+      parametersGroup(), findGroup(),   explainGroup(), watchGroup(),   systemGroup(),
+      networkGroup(),    presetGroup(), streamGroup(),  liveGroup(),    graphGroup(),
+      exchangeGroup(),   schemaGroup(), historyGroup(), trialGroup(),   upgradeGroup(),
+      languageGroup(),   runGroup(),    helpGroup(),    completeGroup()};
   addForce(groups);
   addReviews(groups);
   addWords(groups);

@@ -1,5 +1,6 @@
 #include "lint/cards.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -45,12 +46,29 @@ struct Card {
   }
 };
 
+bool isLoopback(std::uint32_t address) {
+  constexpr std::uint32_t kFirstOfFour = 0xff000000;
+  constexpr std::uint32_t kLoopback = 0x7f000000;
+  return (address & kFirstOfFour) == kLoopback;
+}
+
 void checkReach(const Card& card) {
   if (!card.isStatic()) return;
   const auto [address, gateway] =
       settings::unreachableIn(card.text("IpAddr"), card.text("NetMask"), card.text("GateWay"));
   if (!address.empty()) card.add(kAddressNotOfHost, "IpAddr", ": " + address);
   if (!gateway.empty()) card.add(kGatewayUnreachable, "GateWay", ": " + gateway);
+}
+
+void checkServersAreHosts(const Card& card) {
+  const auto subnet = settings::Subnet::of(card.text("IpAddr"), card.text("NetMask"));
+  if (!card.isStatic() || !subnet) return;
+  for (const char* name : {"Dns1", "Dns2"}) {
+    const auto server = settings::ipv4Of(card.text(name));
+    if (!server || !subnet->has(*server)) continue;
+    const std::string why = subnet->whyNotAHost(*server);
+    if (!why.empty()) card.add(kDnsUnreachable, name, ": " + why);
+  }
 }
 
 void checkServers(const Card& card) {
@@ -65,6 +83,20 @@ void checkServers(const Card& card) {
     card.add(kDnsOrder, "Dns2", " " + quoted(second) + " is that of Dns1, too");
 }
 
+// A card without a gateway reaches its subnet; others may have one.
+void checkServersReached(const Card& card) {
+  if (!card.isStatic() || !card.is("DnsMode", "ManualMode") || !card.text("GateWay").empty())
+    return;
+  const auto subnet = settings::Subnet::of(card.text("IpAddr"), card.text("NetMask"));
+  for (const char* name : {"Dns1", "Dns2"}) {
+    const auto server = settings::ipv4Of(card.text(name));
+    if (subnet && server && !isLoopback(*server) && !subnet->has(*server))
+      card.add(
+          kDnsUnreachable, name,
+          " " + card.text(name) + " is not in " + subnet->text() + ", and no gateway leads there");
+  }
+}
+
 void checkLink(const Card& card) {
   if (!card.is("Speed", "1000M")) return;
   if (card.is("Duplex", "Half"))
@@ -73,7 +105,8 @@ void checkLink(const Card& card) {
     card.add(kGigabitForced, "Autoneg", " is Off, and the speed is 1000M");
 }
 
-constexpr void (*kCardChecks[])(const Card&) = {checkReach, checkServers, checkLink};
+constexpr void (*kCardChecks[])(const Card&) = {checkReach, checkServersAreHosts, checkServers,
+                                                checkLink};
 
 // What only one card may have.
 struct Taken {
@@ -110,6 +143,51 @@ struct Taken {
   }
 };
 
+// Those without which a card with an address cannot be set up as another one.
+constexpr const char* kOfAddress[] = {"Enable", "IpMode", "NetMask", "GateWay", "DnsMode", "Dns1"};
+
+void checkComplete(const Elements& cards, Findings& findings) {
+  for (const char* name : kOfAddress) {
+    const auto other = std::find_if(cards.begin(), cards.end(), [&](const XMLElement* card) {
+      return card->FirstChildElement(name) != nullptr;
+    });
+    if (other == cards.end()) continue;
+    for (const XMLElement* card : cards)
+      if (card->FirstChildElement("IpAddr") != nullptr && card->FirstChildElement(name) == nullptr)
+        Item{*card, "card " + clipped(card->Name()), findings}.add(
+            kCardFieldMissing, " has no " + tag(name) + ", as card " + clipped((*other)->Name()) +
+                                   " has: none can be stored");
+  }
+}
+
+bool asksServers(const Card& card) {
+  if (card.is("Enable", "Off")) return false;
+  if (card.is("DnsMode", "ManualMode")) return !card.text("Dns1").empty();
+  return card.is("IpMode", "DhcpIp");
+}
+
+// Another card may ask for the whole device; servers that are set here nevertheless are not asked.
+void checkAutoServers(const Card& card, bool isAnyAsking) {
+  if (!card.isStatic() || !card.is("DnsMode", "AutoMode")) return;
+  if (!isAnyAsking || !card.text("Dns1").empty())
+    card.add(kDnsAutoStatic, "DnsMode", " is AutoMode, but the address is static");
+}
+
+// What depends on there being no other way.
+void checkOnlyCard(const Elements& cards, Places& places) {
+  for (const char* side : {"Cur", "Def"}) {
+    Elements enabled;
+    for (const XMLElement* card : cards)
+      if (!Card{*card, side, places}.is("Enable", "Off")) enabled.push_back(card);
+    const bool isAnyAsking =
+        std::any_of(enabled.begin(), enabled.end(), [&](const XMLElement* card) {
+          return asksServers({*card, side, places});
+        });
+    for (const XMLElement* card : enabled) checkAutoServers({*card, side, places}, isAnyAsking);
+    if (enabled.size() == 1) checkServersReached({*enabled.front(), side, places});
+  }
+}
+
 void checkAllOff(const Elements& cards, Places& places) {
   for (const XMLElement* card : cards)
     if (!Card{*card, "Cur", places}.is("Enable", "Off")) return;
@@ -130,7 +208,9 @@ void checkCards(const Elements& cards, Findings& findings) {
       taken.take(card);
     }
   }
+  checkOnlyCard(cards, places);
   checkAllOff(cards, places);
+  checkComplete(cards, findings);
 }
 
 }  // namespace camcfg::tool::lint

@@ -67,6 +67,15 @@ std::optional<int> Item::checkInteger(const char* attribute) const {
   return read;
 }
 
+void Item::checkName(const char* attribute) const {
+  if (!has(attribute)) return;
+  const std::string written = text(attribute);
+  if (isBlank(written))
+    addOf(kNameEmpty, attribute, " is empty");
+  else if (isBlank(written.substr(0, 1)) || isBlank(written.substr(written.size() - 1)))
+    addOf(kNameSpace, attribute, " " + quoted(written) + " begins or ends with a space");
+}
+
 void Item::require(const Needed& need) const {
   if (!has(need.attribute))
     add(kMissingAttribute, std::string(" has no \"") + need.attribute + "\", which " + need.reader);

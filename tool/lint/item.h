@@ -88,6 +88,9 @@ struct Item {
   /// they read otherwise than it looks is found.
   std::optional<int> checkInteger(const char* attribute) const;
 
+  /// Finds a name that people see nothing of, or that begins or ends with a space.
+  void checkName(const char* attribute) const;
+
   /// Finds that an attribute is missing which a reader needs.
   void require(const Needed& need) const;
 

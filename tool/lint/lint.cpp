@@ -25,6 +25,7 @@ constexpr Check kChecks[] = {{checkStructure},
                              {checkNetwork, FileKind::Parameters},
                              {checkPresets, FileKind::Presets},
                              {checkStreams, FileKind::Media},
+                             {checkUses, FileKind::Media},
                              {checkWhitelists, FileKind::Media},
                              {checkLiveMedia, FileKind::Media},
                              {checkKinds, FileKind::Media},
@@ -37,7 +38,8 @@ using CheckOfAll = void (*)(const std::vector<Source>& sources, std::vector<Find
 constexpr CheckOfAll kChecksOfAll[] = {checkPortsOfAll, checkLanguages, checkTranslations};
 
 void runChecks(const Source& source, Findings& findings) {
-  const bool isRead = source.isWhole() && wrapperIn(*source.document) == nullptr;
+  const bool isRead =
+      source.isWhole() && !isWebPage(source) && wrapperIn(*source.document) == nullptr;
   for (const Check& check : kChecks)
     if (!check.kind || (isRead && *check.kind == source.kind)) check.run(source, findings);
 }

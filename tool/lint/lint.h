@@ -30,6 +30,9 @@ struct Source {
   bool isWhole() const { return document != nullptr && document->FirstChildElement() != nullptr; }
 };
 
+/// Whether a file is an HTML page, as servers answer in place of what is not there.
+bool isWebPage(const Source& source);
+
 /// Files of the host: whatever their names, their contents show what they are.
 std::vector<Source> sourcesOf(const std::vector<HostFile>& files);
 
@@ -53,6 +56,7 @@ void checkSystemSettings(const Source& source, Findings& findings);
 void checkNetwork(const Source& source, Findings& findings);
 void checkPresets(const Source& source, Findings& findings);
 void checkStreams(const Source& source, Findings& findings);
+void checkUses(const Source& source, Findings& findings);
 void checkWhitelists(const Source& source, Findings& findings);
 void checkLiveMedia(const Source& source, Findings& findings);
 void checkLanguage(const Source& source, Findings& findings);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "lint/cards.h"
 #include "lint/item.h"
@@ -47,20 +48,20 @@ void checkCardName(const Elements& cards, std::size_t i, const NameMatches& matc
 }
 
 void checkInterfaces(const Elements& cards, Findings& findings) {
-  std::map<std::string, const XMLElement*> drivers;
-  for (const XMLElement* card : cards) {
-    const XMLElement* element = card->FirstChildElement("Intf");
-    const Item item = cardItem(*card, findings);
-    if (element == nullptr) {
-      item.add(kInterfaceMissing, " has no <Intf>");
-      continue;
+  std::set<const XMLElement*> found;
+  for (const Needed& each : kSides) {
+    const char* side = each.attribute;
+    std::map<std::string, const XMLElement*> drivers;
+    for (const XMLElement* card : cards) {
+      const XMLElement* element = card->FirstChildElement("Intf");
+      const std::string interface = element == nullptr ? "" : textOf(*element, side);
+      const auto [first, isNew] = drivers.emplace(interface, card);
+      if (isNew || interface.empty() || !found.insert(element).second) continue;
+      Item{*element, cardItem(*card, findings).name, findings}.addAt(
+          kInterfaceTwice, side,
+          (&each == &kSides[0] ? " drives " : " after a reset drives ") + clipped(interface) +
+              ", as card " + clipped(first->second->Name()) + " does");
     }
-    const std::string interface = textOf(*element, "Cur");
-    const auto [first, isNew] = drivers.emplace(interface, card);
-    if (!isNew && !interface.empty())
-      Item{*element, item.name, findings}.addAt(kInterfaceTwice, "Cur",
-                                                " drives " + clipped(interface) + ", as card " +
-                                                    clipped(first->second->Name()) + " does");
   }
 }
 
@@ -70,6 +71,8 @@ void checkHostname(const Item& network) {
   const std::string name = network.text("Hostname");
   const std::string fault = settings::hostnameSetting().whyNotUsable(name);
   if (!fault.empty()) network.addOf(kHostname, "Hostname", ": " + clipped(fault));
+  if (isSameWord(name, "localhost"))
+    network.addOf(kHostname, "Hostname", " " + quoted(name) + " is what every device calls itself");
   if (!name.empty() && name.find_first_not_of("0123456789.") == std::string::npos)
     network.addOf(kHostnameNumber, "Hostname", " " + quoted(name) + " is taken for an address");
 }
@@ -188,6 +191,8 @@ void checkNetwork(const Source& source, Findings& findings) {
       continue;
     }
     real.push_back(cards[i]);
+    if (cards[i]->FirstChildElement("Intf") == nullptr)
+      cardItem(*cards[i], findings).add(kInterfaceMissing, " has no <Intf>");
     checkFields({*cards[i], clipped(cards[i]->Name()), findings});
   }
   checkInterfaces(real, findings);

@@ -1,8 +1,8 @@
 #include <camcfg/params.h>
 
 #include <algorithm>
+#include <limits>
 #include <map>
-#include <set>
 
 #include "lint/item.h"
 #include "lint/lint.h"
@@ -64,7 +64,18 @@ void checkIds(const Elements& elements, const std::vector<NameMatches>& matches,
   }
 }
 
+// Elements that hold parameters are read as parameters if they are in a section; calls for parameters
+// in a parameter read texts only.
+bool isSectionInside(const XMLElement& element) {
+  if (has(element, "Cur") || has(element, "Id") || has(element, "Usage")) return false;
+  const Elements inner = childrenOf(element);
+  return std::any_of(inner.begin(), inner.end(), [](const XMLElement* each) {
+    return has(*each, "Cur") && has(*each, "Min") && has(*each, "Max");
+  });
+}
+
 void checkLevel(const Item& parent, int depth) {
+  if (isKnownTop(parent.element.Name()) && depth > 1) return;
   const Elements elements = childrenOf(parent.element);
   if (depth > kDeepest && !elements.empty())
     return parent.findings.add(
@@ -110,6 +121,22 @@ const Needs kOfText = {{"Def", "CFG_COM_GetTxtParams needs"},
 const Needs kOfInner = {{"Def", "CFG_COM_GetTxtParamByParent needs"},
                         {"OptTxt", "CFG_COM_GetTxtParamByParent needs"}};
 
+bool isOnStep(int value, int min, int step) {
+  return (static_cast<long long>(value) - min) % step == 0;
+}
+
+std::string offStep(int value, int min, int step) {
+  return " " + std::to_string(value) + " is not on a step of " + std::to_string(step) + " from " +
+         std::to_string(min);
+}
+
+// The largest number of all stands for no limit.
+bool isLastStepShort(std::optional<int> min, std::optional<int> max, std::optional<int> step) {
+  if (!min || !max || !step || *step < 1 || *max == std::numeric_limits<int>::max()) return false;
+  const long long range = static_cast<long long>(*max) - *min;
+  return *step <= range && !isOnStep(*max, *min, *step);
+}
+
 void checkIntegers(const Item& item) {
   const std::optional<int> min = item.checkInteger("Min");
   const std::optional<int> max = item.checkInteger("Max");
@@ -124,31 +151,40 @@ void checkIntegers(const Item& item) {
       *min<*max&& * step> static_cast<long long>(*max) - static_cast<long long>(*min))
     item.addOf(kStepTooLarge, "Step",
                " " + std::to_string(*step) + " is more than from \"Min\" to \"Max\"");
+  if (isLastStepShort(min, max, step)) item.addOf(kOffStep, "Max", offStep(*max, *min, *step));
   for (const char* attribute : kValues) {
     const std::optional<int> value = item.checkInteger(attribute);
     if (!value || isEmpty) continue;
-    const std::string what = " " + std::to_string(*value) + " is ";
     if ((min && *value < *min) || (max && *value > *max))
       item.addOf(kOutsideLimits, attribute,
-                 what + "outside " + (min ? std::to_string(*min) : "") + ".." +
-                     (max ? std::to_string(*max) : ""));
-    else if (min && step && *step > 0 && (static_cast<long long>(*value) - *min) % *step != 0)
-      item.addOf(
-          kOffStep, attribute,
-          what + "not on a step of " + std::to_string(*step) + " from " + std::to_string(*min));
+                 " " + std::to_string(*value) + " is outside " + (min ? std::to_string(*min) : "") +
+                     ".." + (max ? std::to_string(*max) : ""));
+    else if (min && step && *step > 0 && !isOnStep(*value, *min, *step))
+      item.addOf(kOffStep, attribute, offStep(*value, *min, *step));
   }
 }
 
 void checkOptions(const Item& item, const std::string& options) {
   const std::vector<std::string> all = settings::optionsIn(options);
   if (all.empty()) item.addOf(kOptionsEmpty, "OptTxt", " lists no text");
-  std::set<std::string_view> known;
-  for (const std::string& option : all)
-    if (!known.insert(option).second)
-      item.addOf(kOptionTwice, "OptTxt", " has " + quoted(option) + " twice");
+  std::map<std::string, std::string_view> known;
+  for (const std::string& option : all) {
+    const auto [first, isNew] = known.emplace(inLowerCase(option), option);
+    if (isNew) continue;
+    const bool isSame = first->second == option;
+    item.addOf(
+        kOptionTwice, "OptTxt",
+        " has " + quoted(option) +
+            (isSame ? " twice" : " and " + quoted(first->second) + ", which differ in case only"));
+  }
   if (options.find(",,") != std::string::npos || beginsWith(options, ",") ||
       (!options.empty() && options.back() == ','))
     item.addOf(kOptionsEmpty, "OptTxt", " has an empty text between commas");
+  constexpr std::string_view kSeparators = ",;|";
+  if (std::count_if(kSeparators.begin(), kSeparators.end(), [&](char separator) {
+        return options.find(separator) != std::string::npos;
+      }) > 1)
+    item.addOf(kOptionsMixed, "OptTxt", " separates its texts in more than one way");
 }
 
 void checkTexts(const Item& item) {
@@ -207,10 +243,20 @@ bool isDevice(std::string_view name) {
 void checkAll(const Item& parent, bool isInner) {
   for (const XMLElement* element : childrenOf(parent.element)) {
     const Item item = parent.inner(*element);
-    if (isDevice(item.name)) continue;
+    if (isDevice(item.name) || isKnownTop(element->Name())) continue;
+    if (!isInner && isSectionInside(*element)) {
+      item.add(kSectionNested, " is a section inside another: no call reads the numbers in it");
+      continue;
+    }
     if (isParameter(*element)) checkItem(item, isInner);
     if (!isInner) checkAll(item, true);
   }
+}
+
+// A section has no value of its own.
+bool isOutside(const XMLElement& section) {
+  return has(section, "Cur") &&
+         (has(section, "Def") || has(section, "Min") || has(section, "OptTxt"));
 }
 
 // Cards are none, even if the name of their section is misspelt.
@@ -230,9 +276,13 @@ void checkParameterNames(const Source& source, Findings& findings) {
 }
 
 void checkParameterValues(const Source& source, Findings& findings) {
-  for (const XMLElement* section : childrenOf(*source.document))
-    if (isOfParameters(*section, *source.document))
-      checkAll({*section, clipped(section->Name()), findings}, false);
+  for (const XMLElement* section : childrenOf(*source.document)) {
+    if (!isOfParameters(*section, *source.document)) continue;
+    const Item item{*section, clipped(section->Name()), findings};
+    if (isOutside(*section))
+      item.add(kParameterAtTop, " is a parameter outside all sections: no call finds it");
+    checkAll(item, false);
+  }
 }
 
 }  // namespace camcfg::tool::lint

@@ -1,10 +1,12 @@
 #include <map>
+#include <set>
 
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
 #include "lint/rules.h"
 #include "settings/media.h"
+#include "settings/network.h"
 #include "settings/system.h"
 #include "settings/value.h"
 
@@ -54,6 +56,40 @@ const Source* onlyOf(FileKind kind, const std::vector<Source>& sources) {
   return only;
 }
 
+// The names and addresses by which the device itself is called.
+std::set<std::string> ownHosts(const Source& parameters) {
+  std::set<std::string> hosts = {"localhost", "127.0.0.1", "::1"};
+  const XMLElement* network = parameters.document->FirstChildElement(settings::kNetworkSection);
+  if (network == nullptr) return hosts;
+  for (const XMLElement* card : childrenOf(*network)) {
+    const auto is = [&](const char* name, const char* word) {
+      const XMLElement* field = card->FirstChildElement(name);
+      return field != nullptr && textOf(*field, "Cur") == word;
+    };
+    const XMLElement* address = card->FirstChildElement("IpAddr");
+    if (address != nullptr && !is("Enable", "Off") && is("IpMode", "StaticIp"))
+      hosts.insert(textOf(*address, "Cur"));
+  }
+  return hosts;
+}
+
+void checkCalls(const Source& parameters, const Source& media, Findings& findings) {
+  const Elements instances = entriesIn(*media.document, settings::srt());
+  Ports listeners;
+  for (const XMLElement* instance : instances)
+    if (const auto port = settings::integerIn(*instance, "Port"); port && isListener(*instance))
+      listeners.emplace(*port, instance);
+  const std::set<std::string> own = ownHosts(parameters);
+  for (const XMLElement* instance : instances) {
+    const auto listener = listeners.find(settings::integerIn(*instance, "Port").value_or(-1));
+    if (isListener(*instance) || listener == listeners.end() ||
+        own.count(textOf(*instance, "Hostname")) == 0)
+      continue;
+    Item{*instance, tag(instance->Name()) + " " + quoted(textOf(*instance, "Id")), findings}.addAt(
+        kCallsItself, "Hostname", " calls the listener" + atLine(*listener->second));
+  }
+}
+
 }  // namespace
 
 void checkSystemPorts(const Source& source, Findings& findings) {
@@ -64,6 +100,7 @@ void checkPortsOfAll(const std::vector<Source>& sources, std::vector<Findings>& 
   const Source* parameters = onlyOf(FileKind::Parameters, sources);
   const Source* media = onlyOf(FileKind::Media, sources);
   if (parameters == nullptr || media == nullptr) return;
+  checkCalls(*parameters, *media, findings[static_cast<std::size_t>(media - sources.data())]);
   const Ports system = systemPortsIn(*parameters, "Cur", nullptr);
   const bool isLater = media > parameters;
   const Source& later = isLater ? *media : *parameters;

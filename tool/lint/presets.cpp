@@ -61,6 +61,11 @@ void checkValues(const Item& preset) {
     if (!preset.has(attribute))
       preset.add(kPresetPositionMissing, std::string(" has no \"") + attribute + "\"");
   }
+  for (const XMLElement* inner : childrenOf(preset.element))
+    if (beginsWith(inner->Name(), kName) || isMeantAsPreset(*inner))
+      itemOf(*inner, preset.findings)
+          .add(kPresetNested,
+               " is inside " + preset.name + atLine(preset.element) + ": no call finds it");
   const settings::Range& limits = all.front().limits;
   const std::optional<int> id = settings::integerIn(preset.element, "Id");
   if (id && !limits.has(*id))
@@ -71,6 +76,7 @@ void checkLength(const Item& preset) {
   const std::size_t length = preset.text("Description").size();
   const std::string what =
       ": the description has " + std::to_string(length) + " bytes and is not returned by ";
+  if (length != 0) preset.checkName("Description");
   if (length == 0)
     preset.addAt(kDescriptionMissing, "Description", " has no description");
   else if (length >= PRESET_DESC_SIZE)

@@ -8,6 +8,7 @@
 #include "lint/media_form.h"
 #include "lint/rules.h"
 #include "settings/network.h"
+#include "settings/subnet.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::lint {
@@ -85,13 +86,32 @@ std::string whyNotAUrl(const std::string& url) {
   return path + 1 < url.size() ? "" : "names no application, as in rtmp://HOST/APP";
 }
 
+// The same for all ways of writing one: case counts in the path only.
+std::string plainUrl(const std::string& url) {
+  constexpr std::string_view kDefaultPort = ":1935";
+  const std::size_t colon = std::min(url.find("://"), url.size());
+  const std::size_t path = std::min(url.find('/', colon + 3), url.size());
+  std::string place = inLowerCase(std::string_view(url).substr(0, path));
+  const bool hasDefault =
+      place.size() > kDefaultPort.size() &&
+      place.compare(place.size() - kDefaultPort.size(), std::string::npos, kDefaultPort) == 0;
+  if (hasDefault && colon == std::string_view("rtmp").size())
+    place.resize(place.size() - kDefaultPort.size());
+  return place + url.substr(path);
+}
+
 void checkTarget(const Item& target, Firsts& urls) {
   checkHasChannels(target, "Channel");
-  if (!isOn(target, "Enable", "true")) return;
+  if (!target.has("Enable")) target.add(kExpectedAttribute, " has no \"Enable\", so it is sent to");
   const std::string url = target.text("url");
   const std::string why = whyNotAUrl(url);
+  if (!isOn(target, "Enable", "true")) {
+    if (!url.empty() && !why.empty()) target.addOf(kUrlWhenEnabled, "url", " " + why);
+    return;
+  }
   if (target.has("url") && !why.empty()) target.addOf(kRtmpUrl, "url", " " + why);
-  if (!url.empty()) takeOnce(kUrlTwice, target, "url", url, "that", urls);
+  if (!url.empty()) takeOnce(kUrlTwice, target, "url", plainUrl(url), "that", urls);
+  if (!isBlank(target.text("username"))) target.checkName("username");
   if (!target.text("username").empty() && target.text("password").empty())
     target.addAt(kAccountIncomplete, "username", " has a user name without a password");
 }
@@ -112,22 +132,54 @@ void checkDiscovery(const Item& instance) {
   }
 }
 
+// The first channel of a type; null if there is none.
+const XMLElement* channelOf(const Item& instance, const char* type) {
+  for (const XMLElement* channel : media::entriesOf(instance.element, {"Channel"}))
+    if (isSameWord(textOf(*channel, "Type"), type)) return channel;
+  return nullptr;
+}
+
+void checkPictures(const Item& instance) {
+  const XMLElement* main = channelOf(instance, "MainVideo");
+  const XMLElement* sub = channelOf(instance, "SubVideo");
+  if (sub == nullptr) return;
+  const Item item{*sub, instance.name, instance.findings};
+  if (main == nullptr)
+    item.add(kMainVideoMissing, " has a channel of type SubVideo, but none of type MainVideo");
+  else if (has(*sub, "Id") && textOf(*sub, "Id") == textOf(*main, "Id"))
+    item.addOf(kChannelTwice, "Id", " is that of the one" + atLine(*main));
+}
+
+// Routers keep these addresses in their subnet.
+constexpr std::uint32_t kLocalMulticast = 0xe0000000;
+constexpr std::uint32_t kLocalMask = 0xffffff00;
+
+void checkMulticast(const Item& instance) {
+  if (!isOn(instance, "MulticastEnable", "false")) return;
+  if (settings::integerIn(instance.element, "MulticastTTL") == 0)
+    instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
+  const auto address = settings::ipv4Of(instance.text("MulticastIp"));
+  if (address && (*address & kLocalMask) == kLocalMulticast)
+    instance.addOf(kMulticastLocal, "MulticastIp",
+                   " " + instance.text("MulticastIp") + " is of the protocols of routers");
+}
+
 void checkInstance(const Item& instance, Firsts& names) {
   checkHasChannels(instance, "Channel");
   if (!isOn(instance, "Enable", "false")) return;
+  checkPictures(instance);
   const std::string name = instance.text("MainStreamName");
-  if (name.empty() && instance.has("MainStreamName"))
-    instance.addOf(kNameEmpty, "MainStreamName", " is empty");
-  if (!name.empty()) takeOnce(kStreamNameTwice, instance, "MainStreamName", name, "that", names);
+  instance.checkName("MainStreamName");
+  if (!name.empty())
+    takeOnce(kStreamNameTwice, instance, "MainStreamName", inLowerCase(name), "that", names);
   if (isOn(instance, "DiscoveryServerEnable", "false")) checkDiscovery(instance);
-  if (isOn(instance, "MulticastEnable", "false") &&
-      settings::integerIn(instance.element, "MulticastTTL") == 0)
-    instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
+  checkMulticast(instance);
 }
 
 // The shortest and the longest pass phrase of the protocol.
 constexpr settings::Range kPassPhrase{10, 79};
 constexpr int kLongLatency = 10000;
+constexpr std::size_t kLongestStreamId = 512;
 
 void checkEncryption(const Item& instance) {
   if (instance.element.IntAttribute("AesMode", 0) <= 0) return;
@@ -147,7 +199,12 @@ void checkStreamsOf(const Item& instance) {
     const Item stream{*element, tag(element->Name()) + " " + quoted(textOf(*element, "Id")),
                       instance.findings};
     checkHasChannels(stream, "Channel");
-    if (stream.has("Id") && stream.text("Id").empty()) stream.addOf(kNameEmpty, "Id", " is empty");
+    const std::string id = stream.text("Id");
+    stream.checkName("Id");
+    if (id.size() > kLongestStreamId)
+      stream.addOf(kStreamIdTooLong, "Id",
+                   " has " + std::to_string(id.size()) + " bytes, and callers send " +
+                       std::to_string(kLongestStreamId) + " at most");
     Firsts channels;
     for (const XMLElement* channel : media::entriesOf(*element, {"Channel"}))
       takeOnce(kChannelTwice, {*channel, stream.name, instance.findings}, "Id",
@@ -188,8 +245,25 @@ void checkSrt(const Item& instance, Calls& calls) {
 
 void checkNames(const Elements& entries, Findings& findings) {
   for (const XMLElement* entry : entries)
-    if (has(*entry, "Name") && textOf(*entry, "Name").empty())
-      Item{*entry, tag(entry->Name()), findings}.addOf(kNameEmpty, "Name", " is empty");
+    Item{*entry, tag(entry->Name()), findings}.checkName("Name");
+}
+
+// The name of a session is the path of its address.
+void checkSessionName(const Item& session, Firsts& names) {
+  const std::string name = session.text("Name");
+  if (isBlank(name)) return;
+  if (name.find("://") != std::string::npos)
+    session.addAt(kSessionName, "Name", " is called by an address; its name is the path");
+  else if (name.find_first_of(" \t\r\n") != std::string::npos)
+    session.addAt(kSessionName, "Name", " has white space in its name");
+  else if (name.find('#') != std::string::npos)
+    session.addAt(kSessionName, "Name", " has \"#\" in its name, where players end the address");
+  const std::string path = inLowerCase(name.front() == '/' ? name.substr(1) : name);
+  const auto [first, isNew] = names.emplace(path, &session.element);
+  if (!isNew && textOf(*first->second, "Name") != name)
+    session.addAt(
+        kSessionName, "Name",
+        " is called as the one" + atLine(*first->second) + " except for case or the first slash");
 }
 
 Item itemOf(const XMLElement& entry, Findings& findings) {
@@ -206,10 +280,14 @@ void checkServices(const Source& source, Findings& findings) {
        {&settings::streamSources(), &settings::streamCaches(), &settings::websocket()})
     checkEqualNames(entriesIn(document, *table), "Name", std::string("this ") + table->entry,
                     findings);
+  Firsts sessions;
   for (const XMLElement* session : entriesIn(document, settings::rtsp())) {
     const Item item{*session, "session " + quoted(textOf(*session, "Name")), findings};
     checkHasChannels(item, "Channel");
-    checkNames(media::entriesOf(*session, {"Channel"}), findings);
+    checkSessionName(item, sessions);
+    const Elements channels = media::entriesOf(*session, {"Channel"});
+    checkNames(channels, findings);
+    checkEqualNames(channels, "Name", "this channel", findings);
   }
   Firsts urls;
   for (const XMLElement* target : entriesIn(document, settings::rtmp()))

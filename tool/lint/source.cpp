@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/host.h"
+#include "base/markup.h"
 #include "device/files.h"
 #include "lint/item.h"
 #include "settings/network.h"
@@ -82,6 +83,17 @@ Source deviceSource(const std::string& path, const device::Copy& copy) {
 }
 
 }  // namespace
+
+bool isWebPage(const Source& source) {
+  if (source.isWhole()) return isSameWord(source.document->FirstChildElement()->Name(), "html");
+  std::string_view text = source.bytes;
+  text.remove_prefix(lengthToMark(text));
+  while (!text.empty() && isMarkupSpace(text.front())) text.remove_prefix(1);
+  constexpr std::string_view kBeginnings[] = {"<!doctype html", "<html>", "<html "};
+  return std::any_of(std::begin(kBeginnings), std::end(kBeginnings), [&](std::string_view each) {
+    return isSameWord(text.substr(0, each.size()), each);
+  });
+}
 
 std::vector<Source> sourcesOf(const std::vector<HostFile>& files) {
   std::vector<Source> sources;

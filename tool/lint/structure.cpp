@@ -4,11 +4,9 @@
 
 #include "lint/item.h"
 #include "lint/lint.h"
-#include "lint/name_matches.h"
 #include "lint/near_names.h"
 #include "lint/rules.h"
-#include "settings/media.h"
-#include "settings/network.h"
+#include "lint/sections.h"
 
 namespace camcfg::tool::lint {
 namespace {
@@ -75,41 +73,6 @@ void checkZeroBytes(const Source& source, Findings& findings) {
                    " bytes are not read");
 }
 
-void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
-  const Elements sections = childrenOf(parent);
-  const std::vector<std::string_view> names = namesOf(sections);
-  const std::vector<NameMatches> matches = matchNames(names);
-  for (std::size_t i = 0; i < sections.size(); ++i)
-    if (matches[i].same != i)
-      findings.add(kSectionTwice, *sections[i],
-                   "this " + tag(names[i]) + " is not found: the one" +
-                       atLine(*sections[matches[i].same]) + " comes first");
-}
-
-std::vector<std::string> topsOf(FileKind kind) {
-  if (kind == FileKind::Parameters) return {"System", settings::kNetworkSection};
-  if (kind == FileKind::Presets) return {"PresetCfg"};
-  std::vector<std::string> tops;
-  for (const settings::Table* table : settings::mediaTables())
-    if (!isAmong(tops, table->parent)) tops.emplace_back(table->parent);
-  return tops;
-}
-
-bool isKnownSection(std::string_view name) {
-  const auto& tables = settings::mediaTables();
-  return std::any_of(tables.begin(), tables.end(),
-                     [&](const settings::Table* table) { return name == table->section; });
-}
-
-// @param near  what the section is called instead; null if there is nothing like it
-void addMissing(const XMLElement* near, std::string_view name, int line, const std::string& what,
-                Findings& findings) {
-  if (near != nullptr)
-    addNearName(*near, name, findings);
-  else
-    findings.add(kSectionMissing, line, what + tag(name));
-}
-
 // Elements that nobody reads, since they are nearly called what readers look for.
 bool checkNearTops(const XMLDocument& document, Findings& findings) {
   bool isAny = false;
@@ -122,24 +85,12 @@ bool checkNearTops(const XMLDocument& document, Findings& findings) {
   return isAny;
 }
 
-void checkSections(const Source& source, Findings& findings) {
-  const XMLDocument& document = *source.document;
-  for (const std::string& name : topsOf(source.kind)) {
-    const XMLElement* top = document.FirstChildElement(name.c_str());
-    if (top == nullptr)
-      addMissing(nearChild(document, name, isKnownTop), name, 1, "there is no ", findings);
-    if (top == nullptr || source.kind != FileKind::Media) continue;
-    for (const settings::Table* table : settings::mediaTables())
-      if (name == table->parent && top->FirstChildElement(table->section) == nullptr)
-        addMissing(nearChild(*top, table->section, isKnownSection), table->section,
-                   top->GetLineNum(), tag(name) + " has no ", findings);
-  }
-  checkTwice(document, findings);
-  if (source.kind == FileKind::Media)
-    for (const XMLElement* top : childrenOf(document)) checkTwice(*top, findings);
+void addWebPage(Findings& findings) {
+  findings.add(kWebPage, 1, "the file is an HTML page");
 }
 
 void checkNotLoaded(const Source& source, Findings& findings) {
+  if (isWebPage(source)) return addWebPage(findings);
   const bool isDamaged = source.parsed != nullptr && source.parsed->Error();
   if (isDamaged)
     findings.add(kNotWellFormed, source.parsed->ErrorLineNum(), reasonOf(*source.parsed));
@@ -165,6 +116,7 @@ void checkStructure(const Source& source, Findings& findings) {
     findings.add(kNoElement, 1, "there is no element in it");
     return;
   }
+  if (isWebPage(source)) return addWebPage(findings);
   if (const XMLElement* wrapper = wrapperIn(*source.document))
     return findings.add(kWrappedRoot, *wrapper,
                         tag(wrapper->Name()) + " is around what readers look for at the top");

@@ -22,6 +22,13 @@ void checkPort(const Item& item, const Source& /*source*/) {
   for (const char* attribute : {"Cur", "Def"})
     if (const std::optional<int> port = settings::integerIn(item.element, attribute))
       item.requireWithin(settings::kPorts, attribute, *port);
+  for (const char* attribute : {"Min", "Max"}) {
+    const std::optional<int> limit = settings::integerIn(item.element, attribute);
+    if (limit && !settings::kPorts.has(*limit))
+      item.addOf(kPortLimits, attribute,
+                 " " + std::to_string(*limit) + " lets calls set what is not a port (" +
+                     settings::kPorts.text() + ")");
+  }
 }
 
 void checkDevice(const Item& item, const Source& /*source*/) {
@@ -30,6 +37,7 @@ void checkDevice(const Item& item, const Source& /*source*/) {
     item.require({attribute, "CFG_SYSTEM_GetDeviceName needs"});
     item.requireFits(attribute, CFG_TXT_CUR_SIZE - 1);
   }
+  item.checkName("DeviceName");
 }
 
 void checkLanguage(const Item& item, const Source& /*source*/) {

@@ -2,9 +2,9 @@
 #include <cstdlib>
 #include <optional>
 
-#include "base/markup.h"
 #include "lint/item.h"
 #include "lint/lint.h"
+#include "lint/marked_text.h"
 #include "lint/rules.h"
 #include "lint/spaces.h"
 #include "settings/media.h"
@@ -14,37 +14,6 @@ namespace camcfg::tool::lint {
 namespace {
 
 using Kind = Markup::Kind;
-using Pieces = std::vector<Markup>;
-
-/// What is looked at, with what finds the line of a part of it. Asked from the beginning to the end, it
-/// goes through the bytes once.
-class Text {
- public:
-  explicit Text(const Source& source)
-      : kind(source.kind), bytes(source.bytes), pieces(markupIn(bytes)) {}
-
-  int lineOf(std::size_t at) const {
-    if (at < counted_) {
-      counted_ = 0;
-      line_ = 1;
-    }
-    const auto* const first = bytes.begin();
-    line_ += static_cast<int>(std::count(first + static_cast<std::ptrdiff_t>(counted_),
-                                         first + static_cast<std::ptrdiff_t>(at), '\n'));
-    counted_ = at;
-    return line_;
-  }
-  int lineOf(std::string_view part) const { return lineOf(offsetOf(part, bytes)); }
-
-  FileKind kind;
-  std::string_view bytes;
-  Pieces pieces;
-
- private:
-  mutable std::size_t counted_ = 0;
-  mutable int line_ = 1;
-};
-
 bool hasHigh(std::string_view bytes) {
   return std::any_of(bytes.begin(), bytes.end(),
                      [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
@@ -68,7 +37,7 @@ std::string_view encodingOf(std::string_view declaration) {
 }
 
 // @return whether something was found
-bool checkEncoding(const Text& text, Findings& findings) {
+bool checkEncoding(const MarkedText& text, Findings& findings) {
   const auto declaration =
       std::find_if(text.pieces.begin(), text.pieces.end(),
                    [](const Markup& piece) { return piece.kind == Kind::Declaration; });
@@ -91,7 +60,7 @@ bool checkEncoding(const Text& text, Findings& findings) {
   return true;
 }
 
-void checkUtf8(const Text& text, Findings& findings) {
+void checkUtf8(const MarkedText& text, Findings& findings) {
   std::optional<std::size_t> first;
   std::size_t count = 0;
   for (std::size_t at = 0; at < text.bytes.size();) {
@@ -108,12 +77,12 @@ void checkUtf8(const Text& text, Findings& findings) {
                      (count == 1 ? "" : ", as at " + std::to_string(count - 1) + " more places"));
 }
 
-void checkMark(const Text& text, Findings& findings) {
+void checkMark(const MarkedText& text, Findings& findings) {
   if (lengthToMark(text.bytes) != 0)
     findings.add(kByteOrderMark, 1, "a byte order mark comes before all else");
 }
 
-void checkSpaces(const Text& text, Findings& findings) {
+void checkSpaces(const MarkedText& text, Findings& findings) {
   const std::vector<std::string_view> spaces = extraSpacesIn(text.bytes);
   if (spaces.empty()) return;
   const std::string more = std::to_string(spaces.size() - 1);
@@ -122,7 +91,7 @@ void checkSpaces(const Text& text, Findings& findings) {
                    (spaces.size() == 1 ? "" : ", and in " + more + " more places"));
 }
 
-void checkControls(const Text& text, Findings& findings) {
+void checkControls(const MarkedText& text, Findings& findings) {
   const auto* const found = std::find_if(text.bytes.begin(), text.bytes.end(), [](char c) {
     return c != '\0' && isControl(static_cast<unsigned char>(c));
   });
@@ -176,7 +145,7 @@ Reference referenceAt(std::string_view text) {
 }
 
 // Of each rule, one in a value. What a value holds may be a secret.
-void checkReferences(const Text& text, const Markup& piece, const MarkupAttribute& attribute,
+void checkReferences(const MarkedText& text, const Markup& piece, const MarkupAttribute& attribute,
                      Findings& findings) {
   std::vector<const Rule*> found;
   const std::string_view value = attribute.value;
@@ -191,13 +160,13 @@ void checkReferences(const Text& text, const Markup& piece, const MarkupAttribut
   }
 }
 
-void checkValues(const Text& text, Findings& findings) {
+void checkValues(const MarkedText& text, Findings& findings) {
   for (const Markup& piece : text.pieces)
     for (const MarkupAttribute& attribute : piece.attributes)
       checkReferences(text, piece, attribute, findings);
 }
 
-void checkTypes(const Text& text, Findings& findings) {
+void checkTypes(const MarkedText& text, Findings& findings) {
   for (const Markup& piece : text.pieces) {
     if (piece.kind != Kind::Other || !beginsWith(piece.all, "<!DOCTYPE")) continue;
     const bool isCut = piece.all.find('[') != std::string_view::npos &&
@@ -211,7 +180,7 @@ void checkTypes(const Text& text, Findings& findings) {
 /// Finds text that no reader looks at.
 class StrayText {
  public:
-  StrayText(const Text& text, Findings& findings) : text_(text), findings_(findings) {}
+  StrayText(const MarkedText& text, Findings& findings) : text_(text), findings_(findings) {}
 
   void check() {
     for (const Markup& piece : text_.pieces) take(piece);
@@ -276,7 +245,7 @@ class StrayText {
     open_.pop_back();
   }
 
-  const Text& text_;
+  const MarkedText& text_;
   Findings& findings_;
   std::vector<Open> open_;
   bool isInType_ = false;  // after the part of a document type that the library takes for all of it
@@ -285,15 +254,17 @@ class StrayText {
 }  // namespace
 
 void checkText(const Source& source, Findings& findings) {
-  if (source.document == nullptr) return;
-  const Text text(source);
+  if (source.document == nullptr || isWebPage(source)) return;
+  const MarkedText text(source);
   checkMark(text, findings);
   if (!checkEncoding(text, findings)) checkUtf8(text, findings);
   checkTypes(text, findings);
   checkControls(text, findings);
   checkSpaces(text, findings);
   checkValues(text, findings);
+  checkCharacters(text, findings);
   StrayText(text, findings).check();
+  checkStrictness(text, findings);
 }
 
 }  // namespace camcfg::tool::lint

@@ -1,5 +1,6 @@
 #include <camcfg/types.h>
 
+#include <algorithm>
 #include <cctype>
 #include <map>
 #include <optional>
@@ -8,6 +9,7 @@
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
+#include "lint/translated.h"
 #include "settings/system.h"
 #include "settings/value.h"
 
@@ -16,26 +18,45 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-// What a program puts values in for: "%d", "%5.1f", "{0}", in order of their spelling.
-std::map<std::string, int> placeholdersIn(const std::string& text) {
+/// What a program puts values in for.
+struct Placeholders {
+  std::vector<std::string> inOrder{};     ///< "%d", "%5.1f": each takes the next value
+  std::map<std::string, int> byNumber{};  ///< "%1$d", "{0}": wherever they are in the text
+
+  bool operator!=(const Placeholders& other) const {
+    return inOrder != other.inOrder || byNumber != other.byNumber;
+  }
+};
+
+Placeholders placeholdersIn(const std::string& text) {
   constexpr char kFlags[] = "0123456789.+#lhzjt$";
   constexpr std::string_view kEnds = "disouxXcfgGeEp";
   const auto isAfterNumber = [&](std::size_t at) {
     return at > 0 && std::isdigit(static_cast<unsigned char>(text[at - 1])) != 0;
   };
-  std::map<std::string, int> all;
+  Placeholders all;
+  int loose = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (text[at] == '%' && !isAfterNumber(at)) {
-      const std::size_t end = text.find_first_not_of(kFlags, at + 1);
-      if (end == std::string::npos) break;
-      if (kEnds.find(text[end]) != std::string_view::npos) ++all[text.substr(at, end - at + 1)];
+      const std::size_t end = std::min(text.find_first_not_of(kFlags, at + 1), text.size());
+      const std::string found = text.substr(at, end - at + 1);
+      const bool isOne = end < text.size() && kEnds.find(text[end]) != std::string_view::npos;
+      if (isOne && found.find('$') == std::string::npos)
+        all.inOrder.push_back(found);
+      else if (isOne)
+        ++all.byNumber[found];
+      else if (found != "%%")
+        ++loose;
       at = end;
     } else if (text[at] == '{') {
       const std::size_t end = text.find('}', at);
       if (end == std::string::npos) break;
-      if (text.find_first_not_of("0123456789", at + 1) == end) ++all[text.substr(at, end - at + 1)];
+      if (text.find_first_not_of("0123456789", at + 1) == end)
+        ++all.byNumber[text.substr(at, end - at + 1)];
     }
   }
+  // Where no values are put in, it is a sign like others.
+  if (!all.inOrder.empty() && loose > 0) all.byNumber["%"] = loose;
   return all;
 }
 
@@ -60,11 +81,69 @@ void checkText(const Known& known, const XMLElement& text, Findings& findings) {
   const std::string other = textOf(*known.element, "Val");
   const std::string where = known.source->name + atLine(*known.element);
   const Item item{text, clipped(text.Name()), findings};
-  if (value.empty() && !other.empty())
+  if (isBlank(value) && !isBlank(other))
     item.addOf(kTranslationEmpty, "Val", " is empty, and has a text in " + where);
   else if (placeholdersIn(value) != placeholdersIn(other))
     item.addOf(kTranslationPlaceholders, "Val",
                " has other placeholders than the text in " + where);
+}
+
+using KnownTexts = std::map<std::string, Known>;
+using Languages = std::map<std::size_t, Texts>;  // by the positions of their files
+
+// Finds which languages miss a text that is known from this file: each next to the text before it.
+void checkMissing(const Source& source, const KnownTexts& known, const Languages& languages,
+                  std::vector<Findings>& findings) {
+  const XMLElement& top = *source.document->FirstChildElement();
+  std::map<std::size_t, int> lines;
+  for (const XMLElement* element : childrenOf(top)) {
+    const bool isKnown = known.at(element->Name()).element == element;
+    for (const auto& [i, texts] : languages) {
+      const auto text = texts.find(element->Name());
+      if (text != texts.end())
+        lines[i] = text->second->GetLineNum();
+      else if (isKnown)
+        findings[i].add(kTranslationMissing, std::max(lines[i], 1),
+                        clipped(element->Name()) + " has no text here; it has one in " +
+                            source.name + atLine(*element));
+    }
+  }
+}
+
+// Names and single words are the same in many languages, and all texts in two of one family.
+constexpr std::size_t kSentence = 4;
+
+void checkUntranslated(const Texts& texts, const KnownTexts& known, Findings& findings) {
+  std::vector<std::pair<const XMLElement*, const Known*>> same;
+  std::size_t others = 0;
+  for (const auto& [key, text] : texts) {
+    const Known& first = known.at(key);
+    const std::string value = textOf(*text, "Val");
+    if (first.element == text || wordsIn(value) < kSentence) continue;
+    if (value == textOf(*first.element, "Val"))
+      same.emplace_back(text, &first);
+    else
+      ++others;
+  }
+  if (same.size() > others) return;
+  for (const auto& [text, first] : same)
+    Item{*text, clipped(text->Name()), findings}.addOf(
+        kTranslationSame, "Val",
+        " is not translated: it is that in " + first->source->name + atLine(*first->element));
+}
+
+std::vector<Translated> translationsOf(const std::string& key, const Languages& languages,
+                                       const std::vector<Source>& sources,
+                                       std::vector<Findings>& findings) {
+  std::vector<Translated> all;
+  for (const auto& [i, texts] : languages) {
+    const auto text = texts.find(key);
+    if (text != texts.end())
+      all.push_back({{*text->second, clipped(key), findings[i]},
+                     textOf(*text->second, "Val"),
+                     " in " + sources[i].name + atLine(*text->second)});
+  }
+  return all;
 }
 
 constexpr char kSuffix[] = ".xml";
@@ -90,12 +169,23 @@ std::optional<TextFiles> textFilesFor(const Source& parameters,
   return files.names.empty() ? std::nullopt : std::optional(files);
 }
 
+void checkOffered(const Item& item, const TextFiles& files) {
+  const std::vector<std::string> options = settings::optionsIn(item.text("OptTxt"));
+  if (options.empty()) return;
+  for (const std::string& name : files.names)
+    if (device::isXmlName(name) && !isAmong(options, name.substr(0, name.rfind('.'))))
+      item.addOf(kLanguageNotOffered, "OptTxt",
+                 " does not list " + quoted(name.substr(0, name.rfind('.'))) + ", which " +
+                     files.directory + clipped(name) + " has the texts of");
+}
+
 void checkLanguage(const Item& item, const TextFiles& files) {
   const std::string language = item.text("Cur");
   for (const std::string& option : settings::optionsIn(item.text("OptTxt"))) {
     const std::string why = files.whyMissing(option);
     if (option != language && !why.empty()) item.addAt(kLanguageOptionMissing, "OptTxt", why);
   }
+  checkOffered(item, files);
   const std::string why = files.whyMissing(language);
   if (!language.empty() && !why.empty()) item.addAt(kLanguageMissing, "Cur", why);
 }
@@ -103,27 +193,24 @@ void checkLanguage(const Item& item, const TextFiles& files) {
 }  // namespace
 
 void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>& findings) {
-  std::map<std::string, Known> known;
-  std::map<std::size_t, Texts> languages;
+  Languages languages;
+  KnownTexts known;
   for (std::size_t i = 0; i < sources.size(); ++i) {
     if (!sources[i].isWhole() || sources[i].kind != FileKind::Language) continue;
     languages[i] = textsOf(sources[i]);
     for (const auto& [key, text] : languages[i]) {
       Known& first = known[key];
-      if (first.element == nullptr || textOf(*first.element, "Val").empty())
+      if (first.element == nullptr || isBlank(textOf(*first.element, "Val")))
         first = {&sources[i], text};
     }
   }
-  for (const auto& [i, texts] : languages)
-    for (const auto& [key, first] : known) {
-      const auto text = texts.find(key);
-      if (text == texts.end())
-        findings[i].add(kTranslationMissing, 1,
-                        clipped(key) + " has no text here; it has one in " + first.source->name +
-                            atLine(*first.element));
-      else
-        checkText(first, *text->second, findings[i]);
-    }
+  for (const auto& [i, texts] : languages) {
+    checkMissing(sources[i], known, languages, findings);
+    checkUntranslated(texts, known, findings[i]);
+    for (const auto& [key, text] : texts) checkText(known.at(key), *text, findings[i]);
+  }
+  for (const auto& [key, first] : known)
+    checkTranslated(translationsOf(key, languages, sources, findings));
 }
 
 void checkLanguages(const std::vector<Source>& sources, std::vector<Findings>& findings) {

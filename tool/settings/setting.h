@@ -164,6 +164,7 @@ struct Setting {
   /// For a value that is made of several fields, in place of `field`.
   Json (*write)(const void* record) = nullptr;
   void (*read)(const Node& node, void* record) = nullptr;
+  const Settings* parts{};  ///< of a value that is an object in documents
   /// The same of a command line, as documents have it: of "2MiB"; anything else stays a text.
   Json (*typed)(const std::string& word) = nullptr;
   const char* typedForm{};  ///< what such a word looks like: "BYTES, or NUMBER KB"

@@ -184,6 +184,7 @@ const Table& streamCaches() {
            Row("size", nullptr, Kind::Integer, kOptional, "Size of the buffer")
                .from(sizeAttributes())
                .by(writeSize, readSize)
+               .madeOf(cacheSize())
                .typed(typedSize, kSizeForm),
            Row("allowed", nullptr, Kind::Ids, kOptional, "Sources that it may carry")
                .of(allowedSource())

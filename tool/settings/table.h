@@ -46,6 +46,7 @@ class Row : public Setting {
   Row& by(Json (*writer)(const void*), void (*reader)(const Node&, void*)) {
     return with(&Setting::write, writer).with(&Setting::read, reader);
   }
+  Row& madeOf(const Settings& all) { return with(&Setting::parts, &all); }
   Row& typed(Json (*parse)(const std::string&), const char* form) {
     return with(&Setting::typed, parse).with(&Setting::typedForm, form);
   }

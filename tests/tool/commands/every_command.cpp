@@ -27,6 +27,7 @@ constexpr struct {
 } kLines[] = {
     {"summary", "summary"},
     {"report", "report"},
+    {"schema", "schema"},
     {"status", "status"},
     {"verify", "verify --resync"},
     {"boot", "boot"},

@@ -48,8 +48,8 @@ inline constexpr char kCleanPresets[] = R"(<PresetCfg>
 inline constexpr char kCleanMedia[] = R"(<Stream>
     <StreamSource>
         <VENC Id="0" Name="main" ChnId="0"/>
-        <AI Id="1" Name="line" AiId="0"/>
-        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
+        <AENC Id="1" Name="line" AencId="0"/>
+        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
     </StreamSource>
     <StreamCache>
         <Cache Id="0" Name="video" BufferSizeMB="8">

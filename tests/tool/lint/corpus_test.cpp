@@ -74,7 +74,7 @@ std::string markOfHazard(const Linted& linted) {
 std::string markOfSoundFile(const Linted& linted) {
   for (const lint::Finding& finding : linted.findings)
     if (finding.rule->severity == lint::Severity::Error) return "alarmed";
-  return "passed";
+  return linted.findings.empty() ? "clean" : "passed";
 }
 
 /// What is wrong with an entry; empty if nothing.

@@ -22,6 +22,25 @@ void writeAll(const DeviceRoot& device, const std::string& name, const std::stri
     device.write(directory + name, contents);
 }
 
+std::string withText(const std::string& sentence, const std::string& text) {
+  return with(
+      kCleanTexts, "</Texts>",
+      "    <Sentence Val=\"" + sentence + "\"/>\n    <Text Val=\"" + text + "\"/>\n</Texts>");
+}
+
+void writeTexts(const DeviceRoot& device, const std::string& english, const std::string& german) {
+  device.write("/app/resource/language/English.xml", withText("Please enter a name.", english));
+  device.write("/app/resource/language/German.xml", withText("Bitte einen Namen nennen.", german));
+}
+
+void writeCaller(const DeviceRoot& device, const std::string& host) {
+  writeAll(device, "mpp_cfg.xml",
+           with(kCleanMedia, "    </SRT>",
+                "    <Instance Id=\"1\" Mode=\"Caller\" Hostname=\"" + host +
+                    "\" Port=\"9000\">\n<Stream Id=\"a\"><Channel Id=\"0\"/></Stream></Instance>"
+                    "\n    </SRT>"));
+}
+
 }  // namespace
 
 std::vector<DeviceCase> deviceCases() {
@@ -63,14 +82,14 @@ std::vector<DeviceCase> deviceCases() {
       {"language-missing",
        [](const DeviceRoot& device) { device.remove("/app/resource/language/English.xml"); },
        [](const DeviceRoot& device) {
-         device.write("/app/resource/language/Dutch.xml", kCleanTexts);
+         device.write("/app/resource/language/Dutch.txt", kCleanTexts);
        },
        "/cfg0/business_param.xml:2: error: System/Language: there is no "
        "/app/resource/language/English.xml [language-missing]\n"},
       {"language-option-missing",
        [](const DeviceRoot& device) { device.remove("/app/resource/language/German.xml"); },
        [](const DeviceRoot& device) {
-         device.write("/app/resource/language/Dutch.xml", kCleanTexts);
+         device.write("/app/resource/language/Dutch.txt", kCleanTexts);
        },
        "/cfg0/business_param.xml:2: warning: System/Language: there is no "
        "/app/resource/language/German.xml [language-option-missing]\n"},
@@ -117,13 +136,80 @@ std::vector<DeviceCase> deviceCases() {
        "/app/resource/language/German.xml:3: warning: MenuVideo: \"Val\" has other placeholders "
        "than "
        "the text in /app/resource/language/English.xml at line 3 [translation-placeholders]\n"},
+      {"language-not-offered",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/Dutch.xml", kCleanTexts);
+       },
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/Dutch.xml.old", kCleanTexts);
+       },
+       "/cfg0/business_param.xml:2: warning: System/Language: \"OptTxt\" does not list 'Dutch', "
+       "which /app/resource/language/Dutch.xml has the texts of [language-not-offered]\n"},
+      {"calls-itself", [](const DeviceRoot& device) { writeCaller(device, "192.0.2.7"); },
+       [](const DeviceRoot& device) { writeCaller(device, "192.0.2.8"); },
+       "/cfg0/mpp_cfg.xml:44: warning: <Instance> '1' calls the listener at line 39 "
+       "[calls-itself]\n"},
+      {"calls-itself", [](const DeviceRoot& device) { writeCaller(device, "localhost"); },
+       [](const DeviceRoot& device) { writeCaller(device, "local"); },
+       "/cfg0/mpp_cfg.xml:44: warning: <Instance> '1' calls the listener at line 39 "
+       "[calls-itself]\n"},
+      {"translation-missing",
+       [](const DeviceRoot& device) {
+         device.write("/app/resource/language/English.xml", withText("a", "a"));
+         device.write("/app/resource/language/German.xml",
+                      with(withText("b", "b"), "    <Text Val=\"b\"/>\n", ""));
+       },
+       [](const DeviceRoot& device) { writeTexts(device, "a", "b"); },
+       "/app/resource/language/German.xml:4: warning: Text has no text here; it has one in "
+       "/app/resource/language/English.xml at line 5 [translation-missing]\n"},
+      {"translation-placeholders",
+       [](const DeviceRoot& device) { writeTexts(device, "%d of %s", "%s hat %d"); },
+       [](const DeviceRoot& device) { writeTexts(device, "%1$d of %2$s", "%2$s hat %1$d"); },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" has other placeholders than "
+       "the text in /app/resource/language/English.xml at line 5 [translation-placeholders]\n"},
+      {"translation-placeholders",
+       [](const DeviceRoot& device) { writeTexts(device, "%d %% done", "%d % fertig"); },
+       [](const DeviceRoot& device) { writeTexts(device, "100 % done", "100% fertig"); },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" has other placeholders than "
+       "the text in /app/resource/language/English.xml at line 5 [translation-placeholders]\n"},
+      {"translation-space", [](const DeviceRoot& device) { writeTexts(device, "Delete", "Weg "); },
+       [](const DeviceRoot& device) { writeTexts(device, "Delete", "Weg"); },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" has a space at an end of the "
+       "text, otherwise than in "
+       "/app/resource/language/English.xml at line 5 [translation-space]\n"},
+      {"translation-escaped",
+       [](const DeviceRoot& device) {
+         writeTexts(device, "Save &amp; go", "Sichern &amp;amp; los");
+       },
+       [](const DeviceRoot& device) { writeTexts(device, "Save &amp; go", "Sichern &amp; los"); },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" has an entity in what people "
+       "see, otherwise than in "
+       "/app/resource/language/English.xml at line 5 [translation-escaped]\n"},
+      {"translation-todo",
+       [](const DeviceRoot& device) { writeTexts(device, "All of it was saved.", "TODO"); },
+       [](const DeviceRoot& device) {
+         writeTexts(device, "All of it was saved.", "TODO GUARDADO");
+       },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" 'TODO' is no translation of "
+       "the text in "
+       "/app/resource/language/English.xml at line 5 [translation-todo]\n"},
+      {"translation-same",
+       [](const DeviceRoot& device) {
+         writeTexts(device, "All of it was saved.", "All of it was saved.");
+       },
+       [](const DeviceRoot& device) {
+         writeTexts(device, "All of it was saved.", "Alles wurde gesichert.");
+       },
+       "/app/resource/language/German.xml:5: warning: Text: \"Val\" is not translated: it is that "
+       "in "
+       "/app/resource/language/English.xml at line 5 [translation-same]\n"},
       {"text-missing",
        [](const DeviceRoot& device) {
-         device.write("/app/resource/language/Dutch.xml",
+         device.write("/app/resource/language/German.xml",
                       "<Texts><MenuLive/><MenuVideo Val=\"Video\"/></Texts>");
        },
        [](const DeviceRoot& device) { device.write("/app/resource/language/README", "no XML"); },
-       "/app/resource/language/Dutch.xml:1: warning: MenuLive has no \"Val\" [text-missing]\n"},
+       "/app/resource/language/German.xml:1: warning: MenuLive has no \"Val\" [text-missing]\n"},
       {"main-missing", [](const DeviceRoot& device) { device.remove(kMain); },
        [](const DeviceRoot& device) { device.remove("/app/resource/defcfg/mpp_cfg.xml.bak"); },
        "/cfg0/mpp_cfg.xml:1: error: the main copy is missing; another copy exists "

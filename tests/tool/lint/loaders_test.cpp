@@ -18,7 +18,7 @@ class LintLoadersTest : public ToolTest, public testing::WithParamInterface<Lint
   static bool isSaidNotToLoad() {
     static const std::set<std::string> rules = {
         "required-attribute", "minus-one",       "cache-size-missing", "srt-caller-without-host",
-        "srt-mode",           "section-missing", "whitelist-empty"};
+        "srt-mode",           "section-missing", "section-nested",     "whitelist-empty"};
     return rules.count(GetParam().rule) != 0 ||
            GetParam().found.find("does not load") != std::string::npos;
   }

@@ -78,9 +78,64 @@ x.xml:27: error: Lan3/Intf: "Def" '' is none of Eth0, Eth1, Wlan0 [network-word]
     <Lan1><Intf Cur="Eth0" Def="Eth1"/></Lan1>
 )",
        R"(    </Lan0>
-    <Lan1><Intf Cur="Eth1" Def="Eth0"/></Lan1>
+    <Lan1><Intf Cur="Eth1" Def="Wlan0"/></Lan1>
 )",
        R"(x.xml:25: warning: card Lan1 drives Eth0, as card Lan0 does [interface-twice]
+)"},
+      {"interface-twice", kCleanParameters,
+       R"(    </Lan0>
+)",
+       R"(    </Lan0>
+    <Lan1><Intf Cur="Eth1" Def="Eth0"/></Lan1>
+)",
+       R"(    </Lan0>
+    <Lan1><Intf Cur="Eth1" Def="Wlan0"/></Lan1>
+)",
+       R"(x.xml:25: warning: card Lan1 after a reset drives Eth0, as card Lan0 does [interface-twice]
+)"},
+      {"dns-auto-static", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="AutoMode" Def="AutoMode"/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.1" Def=""/>
+        <DnsSearch)",
+       R"(x.xml:23: warning: Lan0/DnsMode: "Cur" is AutoMode, but the address is static [dns-auto-static]
+)"},
+      {"dns-unreachable", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.3.1" Def=""/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="127.0.0.53" Def=""/>
+        <DnsSearch)",
+       R"(x.xml:23: warning: Lan0/Dns1: "Cur" 192.0.3.1 is not in 192.0.2.0/24, and no gateway leads there [dns-unreachable]
+)"},
+      {"dns-unreachable", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.3.1" Def=""/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.3.1" Def=""/>
+        <GateWay Cur="192.0.2.1" Def=""/><DnsSearch)",
+       R"(x.xml:23: warning: Lan0/Dns1: "Cur" 192.0.3.1 is not in 192.0.2.0/24, and no gateway leads there [dns-unreachable]
+)"},
+      {"dns-unreachable", kCleanParameters, "        <DnsSearch",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.255" Def=""/>
+        <DnsSearch)",
+       R"(        <DnsMode Cur="ManualMode" Def="AutoMode"/><Dns1 Cur="192.0.2.254" Def=""/>
+        <DnsSearch)",
+       R"(x.xml:23: warning: Lan0/Dns1: "Cur": 192.0.2.255 is the broadcast address of the subnet 192.0.2.0/24 [dns-unreachable]
+)"},
+      {"hostname", kCleanParameters, R"(Hostname="gate")", R"(Hostname="localhost")",
+       R"(Hostname="localhost1")",
+       R"(x.xml:15: warning: NetWork: "Hostname" 'localhost' is what every device calls itself [hostname]
+)"},
+      {"card-field-missing", kCleanParameters, "    </Lan0>\n",
+       R"(        <GateWay Cur="" Def=""/>
+    </Lan0>
+    <Lan1><Enable Cur="Off" Def="Off"/><Intf Cur="Eth1" Def="Eth1"/><IpMode Cur="DhcpIp" Def="DhcpIp"/>
+<IpAddr Cur="" Def=""/><NetMask Cur="" Def=""/></Lan1>
+)",
+       R"(        <GateWay Cur="" Def=""/>
+    </Lan0>
+    <Lan1><Intf Cur="Eth1" Def="Eth1"/></Lan1>
+)",
+       R"(x.xml:26: warning: card Lan1 has no <GateWay>, as card Lan0 has: none can be stored [card-field-missing]
 )"},
       {"card-field-shadowed", kCleanParameters, "        <MTU",
        R"(        <MTUs/>

@@ -58,6 +58,34 @@ std::vector<LintCase> parameterCases() {
     <Port Usage="abc"/>)",
        R"(x.xml:11: error: Image/Port: a lookup of usage 'ab' finds the element at line 10 [usage-shadowed]
 )"},
+      {"parameter-at-top", kCleanParameters, "<Image>",
+       R"(<Zoom Cur="1" Def="1" Min="1" Max="9" Step="1"/>
+<Image>)",
+       R"(<Zoom Cur="1"/>
+<Image>)",
+       R"(x.xml:9: error: Zoom is a parameter outside all sections: no call finds it [parameter-at-top]
+)"},
+      {"options-mixed", kCleanParameters, R"("Auto,Manual")", R"("Auto;Manual,Off")",
+       R"("Auto, Manual/Off")",
+       R"(x.xml:11: warning: Image/Mode: "OptTxt" separates its texts in more than one way [options-mixed]
+)"},
+      {"option-twice", kCleanParameters, R"("Auto,Manual")", R"("Auto,Manual,AUTO")",
+       R"("Auto,Manual,AUTO2")",
+       R"(x.xml:11: warning: Image/Mode: "OptTxt" has 'AUTO' and 'Auto', which differ in case only [option-twice]
+)"},
+      {"off-step", kCleanParameters, R"(Max="10" Step="2")", R"(Max="11" Step="2")",
+       R"(Max="2147483647" Step="2")",
+       R"(x.xml:10: warning: Image/Gain: "Max" 11 is not on a step of 2 from 0 [off-step]
+)"},
+      {"name-empty", kCleanParameters, R"(DeviceName="North Gate")", R"(DeviceName=" ")",
+       R"(DeviceName="-")",
+       R"(x.xml:3: warning: System/DeviceAttr: "DeviceName" is empty [name-empty]
+)"},
+      {"port-limits", kCleanParameters, R"(<Rtsp Cur="554" Def="554" Min="1" Max="65535")",
+       R"(<Rtsp Cur="554" Def="554" Min="1" Max="65536")",
+       R"(<Rtsp Cur="554" Def="554" Min="554" Max="554")",
+       R"(x.xml:6: warning: System/Rtsp: "Max" 65536 lets calls set what is not a port (1..65535) [port-limits]
+)"},
       {"min-above-max", kCleanParameters, R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
        R"(<Gain Cur="4" Def="6" Min="11" Max="10" Step="2"/>)",
        R"(<Gain Cur="0" Def="0" Min="0" Max="0" Step="2"/>)",
@@ -75,7 +103,7 @@ std::vector<LintCase> parameterCases() {
 )"},
       {"off-step", kCleanParameters, R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
        R"(<Gain Cur="5" Def="6" Min="0" Max="10" Step="2"/>)",
-       R"(<Gain Cur="5" Def="7" Min="1" Max="10" Step="2"/>)",
+       R"(<Gain Cur="5" Def="7" Min="1" Max="11" Step="2"/>)",
        R"(x.xml:10: warning: Image/Gain: "Cur" 5 is not on a step of 2 from 0 [off-step]
 )"},
       {"bad-step", kCleanParameters, R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",

@@ -31,7 +31,7 @@ std::vector<LintCase> presetCases() {
       {"preset-position-missing", kCleanPresets, R"( FocusMode="1")", "", R"( FocusMode="-1")",
        R"(x.xml:3: warning: preset 3 has no "FocusMode" [preset-position-missing]
 )"},
-      {"description-missing", kCleanPresets, "Dock", "", " ",
+      {"description-missing", kCleanPresets, "Dock", "", "D",
        R"(x.xml:3: warning: preset 3 has no description [description-missing]
 )"},
       {"description-missing", kCleanPresets, R"( Description="Dock")", "", R"( Description="D")",
@@ -60,6 +60,10 @@ std::vector<LintCase> presetCases() {
       {"not-a-preset", kCleanPresets, R"(<preset Id="3")", R"(<Position Id="3")",
        R"(<preset Id="4")",
        R"(x.xml:3: warning: <Position> is not read: its name is not <preset> [not-a-preset]
+)"},
+      {"preset-nested", kCleanPresets, R"(FocusMode="1"/>)",
+       R"(FocusMode="1"><preset Id="4"/></preset>)", R"(FocusMode="1"><note Id="4"/></preset>)",
+       R"(x.xml:3: error: preset 4 is inside preset 3 at line 3: no call finds it [preset-nested]
 )"},
   };
 }

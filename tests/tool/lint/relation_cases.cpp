@@ -133,8 +133,9 @@ std::vector<LintCase> relationCases() {
        R"("Auto,Manual,Auto1")",
        R"(x.xml:11: warning: Image/Mode: "OptTxt" has 'Auto' twice [option-twice]
 )"},
-      {"hardware-twice", kCleanMedia, R"(<AI )", R"(<VENC Id="5" Name="b" ChnId="0"/><AI )",
-       R"(<VENC Id="5" Name="b" ChnId="1"/><AI )",
+      {"hardware-twice", kCleanMedia, R"(<AENC )",
+       R"(<VENC Id="5" Name="b" ChnId="0" Enabled="0"/><AENC )",
+       R"(<VENC Id="5" Name="b" ChnId="1" Enabled="0"/><AENC )",
        R"(x.xml:4: warning: <VENC>: "ChnId" 0 is that of the one at line 3, too [hardware-twice]
 )"},
       {"channel-kind", kCleanMedia, R"(<Channel Id="7" Type="Audio"/>)",
@@ -142,13 +143,13 @@ std::vector<LintCase> relationCases() {
        R"(x.xml:30: error: <Channel>: "Type" 'Audio': cache 0 carries video [channel-kind]
 )"},
       {"channel-name-kind", kCleanMedia, R"(<Channel Id="7" Name="audio"/>)",
-       R"(<Channel Id="7" Name="video"/>)", R"(<Channel Id="7" Name="Audio"/>)",
-       R"(x.xml:24: warning: <Channel>: "Name" 'video': cache 7 carries audio [channel-name-kind]
+       R"(<Channel Id="7" Name="Video"/>)", R"(<Channel Id="7" Name="Audio"/>)",
+       R"(x.xml:24: warning: <Channel>: "Name" 'Video': cache 7 carries audio [channel-name-kind]
 )"},
       {"nothing-sent", kCleanMedia, R"(            <Channel Id="0" Type="MainVideo"/>
 )",
        "",
-       R"(            <Channel Id="0" Type="SubVideo"/>
+       R"(            <Channel Id="7" Type="Audio"/>
 )",
        R"(x.xml:34: warning: <Instance> '0' has no <Channel>, so nothing is sent [nothing-sent]
 )"},
@@ -160,7 +161,7 @@ std::vector<LintCase> relationCases() {
        R"(x.xml:42: warning: <Stream> 'program': "Id" is that of the one at line 41 [channel-twice]
 )"},
       {"name-empty", kCleanMedia, R"(<MediaGroup Name="live">)", R"(<MediaGroup Name="">)",
-       R"(<MediaGroup Name=" x">)",
+       R"(<MediaGroup Name="x">)",
        R"(x.xml:22: warning: <MediaGroup>: "Name" is empty [name-empty]
 )"},
       {"rtmp-url", kCleanMedia, R"(rtmp://192.0.2.1/a)", R"(http://192.0.2.1/a)",
@@ -173,10 +174,10 @@ std::vector<LintCase> relationCases() {
 )"},
       {"url-twice", kCleanMedia, R"(    </RTMP>
 )",
-       R"(        <Target Id="1" url="rtmp://192.0.2.1/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+       R"(        <Target Id="1" Enable="true" url="rtmp://192.0.2.1/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
     </RTMP>
 )",
-       R"(        <Target Id="1" url="rtmp://192.0.2.1/b" username="" password=""><Channel Id="0" Type="Video"/></Target>
+       R"(        <Target Id="1" Enable="true" url="rtmp://192.0.2.1/b" username="" password=""><Channel Id="0" Type="Video"/></Target>
     </RTMP>
 )",
        R"(x.xml:32: warning: <Target> '1': "url" is that of the one at line 28 [url-twice]
@@ -256,8 +257,8 @@ std::vector<LintCase> relationCases() {
        R"(BufferSizeKB="4")",
        R"(x.xml:12: warning: cache 7: "BufferSizeB" 128 is less than 4 KiB [cache-size-small]
 )"},
-      {"equal-name", kCleanMedia, R"(Name="line" AiId)", R"(Name="main" AiId)",
-       R"(Name="Main" AiId)",
+      {"equal-name", kCleanMedia, R"(Name="line" AencId)", R"(Name="main" AencId)",
+       R"(Name="Main" AencId)",
        R"(x.xml:4: warning: this stream source has the name 'main' of the one at line 3 [equal-name]
 )"},
       {"stream-default", kCleanMedia, R"(            <Stream Id="program" Default="1">)",
@@ -278,6 +279,115 @@ std::vector<LintCase> relationCases() {
     </SRT>
 )",
        R"(x.xml:45: warning: <Instance> '2': "Port" is the host and port of the one at line 44 [call-twice]
+)"},
+      {"hardware-number", kCleanMedia, R"(ChnId="0")", R"(ChnId="-2")", R"(ChnId="63")",
+       R"(x.xml:3: warning: <VENC>: "ChnId" -2 is below 0: there is no such channel [hardware-number]
+)"},
+      {"source-unused", kCleanMedia, R"(<AENC )", R"(<VENC Id="5" Name="b" ChnId="1"/><AENC )",
+       R"(<VENC Id="5" Name="b" ChnId="1" Enabled="0"/><AENC )",
+       R"(x.xml:4: warning: <VENC>: "Id" 5 is allowed by no cache [source-unused]
+)"},
+      {"cache-mixed", kCleanMedia, R"(<AllowedStreamSource Id="2"/>)",
+       R"(<AllowedStreamSource Id="1"/>)", R"(<AllowedStreamSource Id="2" Default="0"/>)",
+       R"(x.xml:10: warning: cache 0 can be switched to audio, and the channel at line 29 is for video [cache-mixed]
+)"},
+      {"session-two-videos", kCleanMedia, R"(<Channel Id="7" Name="audio"/>)",
+       R"(<Channel Id="0" Name="second"/>)", R"(<Channel Id="7" Name="second"/>)",
+       R"(x.xml:24: error: this channel of an RTSP session has the id 0 of the one at line 23 [equal-id]
+x.xml:24: warning: session 'live' sends video here, as with the channel at line 23 [session-two-videos]
+)"},
+      {"equal-name", kCleanMedia, R"(<Channel Id="7" Name="audio"/>)",
+       R"(<Channel Id="7" Name="video"/>)", R"(<Channel Id="7" Name="VIDEO 2"/>)",
+       R"(x.xml:24: warning: <Channel>: "Name" 'video': cache 7 carries audio [channel-name-kind]
+x.xml:24: warning: this channel has the name 'video' of the one at line 23 [equal-name]
+)"},
+      {"session-name", kCleanMedia, R"(<MediaGroup Name="live">)", R"(<MediaGroup Name="live 1">)",
+       R"(<MediaGroup Name="/live/1">)",
+       R"(x.xml:22: warning: session 'live 1' has white space in its name [session-name]
+)"},
+      {"session-name", kCleanMedia, R"(<MediaGroup Name="live">)",
+       R"(<MediaGroup Name="rtsp://192.0.2.1/live">)", R"(<MediaGroup Name="rtsp:live">)",
+       R"(x.xml:22: warning: session 'rtsp://192.0.2.1/live' is called by an address; its name is the path [session-name]
+)"},
+      {"session-name", kCleanMedia, "    </RTSP>",
+       R"(<MediaGroup Name="LIVE"><Channel Id="0" Name="a"/></MediaGroup>
+    </RTSP>)",
+       R"(<MediaGroup Name="live2"><Channel Id="0" Name="a"/></MediaGroup>
+    </RTSP>)",
+       R"(x.xml:26: warning: session 'LIVE' is called as the one at line 22 except for case or the first slash [session-name]
+)"},
+      {"url-when-enabled", kCleanMedia, R"(Enable="true" url="rtmp://192.0.2.1/a")",
+       R"(Enable="false" url="rtmp://192.0.2.256/a")", R"(Enable="false" url="")",
+       R"(x.xml:28: warning: <Target> '0': "url" '192.0.2.256' is not of the form 192.0.2.1 [url-when-enabled]
+)"},
+      {"expected-attribute", kCleanMedia, R"(Enable="true" url)", "url", R"(Enable="false" url)",
+       R"(x.xml:28: warning: <Target> '0' has no "Enable", so it is sent to [expected-attribute]
+)"},
+      {"rtmp-raw-sound", kCleanMedia, R"(<AENC Id="1" Name="line" AencId="0"/>)",
+       R"(<AI Id="1" Name="line" AiId="1"/>)", R"(<AENC Id="1" Name="line" AencId="1"/>)",
+       R"(x.xml:30: warning: <Channel>: "Id" 7: the cache carries an audio input, not an encoder [rtmp-raw-sound]
+)"},
+      {"multicast-local", kCleanMedia, R"(DiscoveryServer="")",
+       R"(DiscoveryServer="" MulticastEnable="true" MulticastIp="224.0.0.251")",
+       R"(DiscoveryServer="" MulticastEnable="true" MulticastIp="224.0.1.0")",
+       R"(x.xml:34: warning: <Instance> '0': "MulticastIp" 224.0.0.251 is of the protocols of routers [multicast-local]
+)"},
+      {"main-video-missing", kCleanMedia, R"(Type="MainVideo")", R"(Type="SubVideo")",
+       R"(Type="MAINVIDEO")",
+       R"(x.xml:35: warning: <Instance> '0' has a channel of type SubVideo, but none of type MainVideo [main-video-missing]
+)"},
+      {"channel-twice", kCleanMedia, R"(<Channel Id="0" Type="MainVideo"/>)",
+       R"(<Channel Id="0" Type="MainVideo"/><Channel Id="0" Type="SubVideo"/>)",
+       R"(<Channel Id="0" Type="MainVideo"/><Channel Id="7" Type="Audio"/>)",
+       R"(x.xml:35: warning: <Instance> '0': "Id" is that of the one at line 35 [channel-twice]
+)"},
+      {"stream-id-too-long", kCleanMedia, R"(Id="program")",
+       R"(Id=")" + std::string(513, 'm') + R"(")", R"(Id=")" + std::string(512, 'm') + R"(")",
+       R"(x.xml:40: warning: <Stream> ')" + std::string(80, 'm') +
+           R"(...': "Id" has 513 bytes, and callers send 512 at most [stream-id-too-long]
+)"},
+      {"name-space", kCleanMedia, R"(Name="video" BufferSizeMB)", R"(Name="video " BufferSizeMB)",
+       R"(Name="a video" BufferSizeMB)",
+       R"(x.xml:8: warning: <Cache>: "Name" 'video ' begins or ends with a space [name-space]
+)"},
+      {"name-space", kCleanPresets, R"(Description="Dock")", R"(Description=" Dock")",
+       R"(Description="Dock 1")",
+       R"(x.xml:3: warning: preset 3: "Description" ' Dock' begins or ends with a space [name-space]
+)"},
+      {"session-name", kCleanMedia, R"(<MediaGroup Name="live">)", R"(<MediaGroup Name="live#1">)",
+       R"(<MediaGroup Name="live_1">)",
+       R"(x.xml:22: warning: session 'live#1' has "#" in its name, where players end the address [session-name]
+)"},
+      {"session-name", kCleanMedia, "    </RTSP>",
+       R"(<MediaGroup Name="/live"><Channel Id="0" Name="a"/></MediaGroup>
+    </RTSP>)",
+       R"(<MediaGroup Name="live/"><Channel Id="0" Name="a"/></MediaGroup>
+    </RTSP>)",
+       R"(x.xml:26: warning: session '/live' is called as the one at line 22 except for case or the first slash [session-name]
+)"},
+      {"url-twice", kCleanMedia, "    </RTMP>",
+       R"(<Target Id="1" Enable="true" url="RTMP://192.0.2.1:1935/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(<Target Id="1" Enable="true" url="rtmp://192.0.2.1:1935/A" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(x.xml:32: warning: <Target> '1': "url" is that of the one at line 28 [url-twice]
+)"},
+      {"url-twice", kCleanMedia, "    </RTMP>",
+       R"(<Target Id="1" Enable="true" url="Rtmp://192.0.2.1/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(<Target Id="1" Enable="true" url="rtmps://192.0.2.1:1935/a" username="" password=""><Channel Id="0" Type="Video"/></Target>
+    </RTMP>)",
+       R"(x.xml:32: warning: <Target> '1': "url" is that of the one at line 28 [url-twice]
+)"},
+      {"name-space", kCleanMedia, R"(username="me")", R"(username="me ")", R"(username="you")",
+       R"(x.xml:28: warning: <Target> '0': "username" 'me ' begins or ends with a space [name-space]
+)"},
+      {"stream-name-twice", kCleanMedia, R"(    </NDI>)",
+       R"(<Instance Id="1" Enable="true" DiscoveryServer="" GroupName="" MainStreamName="ONE"><Channel Id="0" Type="MainVideo"/></Instance>
+    </NDI>)",
+       R"(<Instance Id="1" Enable="false" DiscoveryServer="" GroupName="" MainStreamName="ONE"><Channel Id="0" Type="MainVideo"/></Instance>
+    </NDI>)",
+       R"(x.xml:37: warning: <Instance> '1': "MainStreamName" is that of the one at line 34 [stream-name-twice]
 )"},
   };
 }

@@ -5,21 +5,21 @@ namespace camcfg::tests {
 std::vector<LintCase> streamCases() {
   return {
       {"carried-name", kCleanMedia, R"( Name="line")", "", R"( Name="x")",
-       R"(x.xml:4: error: <AI> has no "Name", and is called 'main', as the one before it [carried-name]
+       R"(x.xml:4: error: <AENC> has no "Name", and is called 'main', as the one before it [carried-name]
 )"},
       {"carried-name", kCleanMedia, R"( Name="main")", "", R"( Name="other")",
        R"(x.xml:3: error: <VENC> has no "Name", and there is none before it to take: the section does not load [carried-name]
 )"},
       {"source-id-range", kCleanMedia,
-       R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
+       R"(        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
 )",
-       R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
-        <AI Id="30" Name="rear" AiId="1"/>
+       R"(        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
+        <AENC Id="30" Name="rear" AencId="1" Enabled="0"/>
 )",
-       R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
-        <AI Id="29" Name="rear" AiId="1"/>
+       R"(        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
+        <AENC Id="29" Name="rear" AencId="1" Enabled="0"/>
 )",
-       R"(x.xml:6: error: <AI>: "Id" 30 is outside 0..29 [source-id-range]
+       R"(x.xml:6: error: <AENC>: "Id" 30 is outside 0..29 [source-id-range]
 )"},
       {"cache-size-missing", kCleanMedia, R"( BufferSizeKB="128")", "", R"( BufferSizeB="4096")",
        R"(x.xml:12: error: cache 7 has no "BufferSizeB", "BufferSizeKB" or "BufferSizeMB" [cache-size-missing]
@@ -66,10 +66,11 @@ x.xml:13: error: cache 7: updates find <CacheOld> at line 8 [cache-shadowed]
        "",
        R"(            <allowedStreamSource Id="1"/>
 )",
-       R"(x.xml:12: error: cache 7 allows no source [whitelist-empty]
+       R"(x.xml:4: warning: <AENC>: "Id" 1 is allowed by no cache [source-unused]
+x.xml:12: error: cache 7 allows no source [whitelist-empty]
 )"},
       {"carried-source-id", kCleanMedia, R"(<AllowedStreamSource Id="2"/>)",
-       "<AllowedStreamSource/>", R"(<AllowedStreamSource Id="1"/>)",
+       "<AllowedStreamSource/>", R"(<AllowedStreamSource Id="2" Default="0"/>)",
        R"(x.xml:10: error: cache 0: this entry has no readable "Id" and stands for source 0 [carried-source-id]
 x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice]
 )"},
@@ -80,8 +81,7 @@ x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice
       {"allowed-twice", kCleanMedia, R"(<AllowedStreamSource Id="2"/>)",
        R"(<AllowedStreamSource Id="2"/>
             <AllowedStreamSource Id="2"/>)",
-       R"(<AllowedStreamSource Id="2"/>
-            <AllowedStreamSource Id="1"/>)",
+       R"(<AllowedStreamSource Id="2"/>)",
        R"(x.xml:11: warning: cache 0: source 2 is allowed already at line 10 [allowed-twice]
 )"},
       {"two-defaults", kCleanMedia, R"(<AllowedStreamSource Id="2"/>)",
@@ -105,21 +105,23 @@ x.xml:10: warning: cache 0: source 0 is allowed already at line 9 [allowed-twice
       {"enabled-outside-whitelist", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="32" Default="1"/>)",
        R"(<AllowedStreamSource Id="0" Default="3"/>)",
-       R"(x.xml:9: error: <AllowedStreamSource>: "Id" 32 is outside 0..29 [source-id-range]
+       R"(x.xml:3: warning: <VENC>: "Id" 0 is allowed by no cache [source-unused]
+x.xml:9: error: <AllowedStreamSource>: "Id" 32 is outside 0..29 [source-id-range]
 x.xml:9: error: cache 0 carries source 32, which is not in its whitelist [enabled-outside-whitelist]
 x.xml:9: error: cache 0 carries source 32, which does not exist [enabled-source-missing]
 )"},
       {"enabled-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="0" Default="1"/>)",
        R"(<AllowedStreamSource Id="9" Default="1"/>)",
        R"(<AllowedStreamSource Id="0" Default="3"/>)",
-       R"(x.xml:9: error: cache 0 carries source 9, which does not exist [enabled-source-missing]
+       R"(x.xml:3: warning: <VENC>: "Id" 0 is allowed by no cache [source-unused]
+x.xml:9: error: cache 0 carries source 9, which does not exist [enabled-source-missing]
 )"},
       {"enabled-source-disabled", kCleanMedia, R"( ChnId="0")", R"( ChnId="0" Enabled="0")",
        R"( ChnId="0" Enabled="1")",
        R"(x.xml:9: warning: cache 0 carries source 0, which is disabled [enabled-source-disabled]
 )"},
       {"allowed-source-missing", kCleanMedia, R"(<AllowedStreamSource Id="2"/>)",
-       R"(<AllowedStreamSource Id="9"/>)", R"(<AllowedStreamSource Id="1"/>)",
+       R"(<AllowedStreamSource Id="9"/>)", R"(<AllowedStreamSource Id="2" Default="0"/>)",
        R"(x.xml:10: warning: cache 0 allows source 9, which does not exist [allowed-source-missing]
 )"},
   };

@@ -148,6 +148,49 @@ std::vector<LintCase> referenceCases() {
   };
 }
 
+std::vector<LintCase> strictCases() {
+  return {
+      {"strict-xml", kCleanTexts, "<Texts>", "\n<?xml version=\"1.0\"?>\n<Texts>",
+       "<?xml version=\"1.0\"?>\n<?xml-stylesheet href=\"a\"?>\n<Texts>",
+       R"(x.xml:2: warning: a declaration <?...?> is not at the beginning of the file [strict-xml]
+)"},
+      {"strict-xml", kCleanTexts, "Live view", "Live <view", "Live > view",
+       R"(x.xml:2: warning: a value holds a bare "<" [strict-xml]
+)"},
+      {"strict-xml", kCleanTexts, "<MenuLive Val=\"Live view\"/>",
+       "<MenuLive Val=\"Live view\"Key=\"l\"/>", "<MenuLive\nVal=\"Live view\"\nKey=\"l\"/>",
+       R"(x.xml:2: warning: there is no space between two attributes [strict-xml]
+)"},
+      {"strict-xml", kCleanTexts, "    <Menu", "    < Menu", "    <Menu",
+       R"(x.xml:2: warning: there is a space before the name of a tag, as in 1 more places [strict-xml]
+)"},
+      {"strict-xml", kCleanTexts, "<Texts>", "<!-- a -- b --><Texts>", "<!-- a - b --><Texts>",
+       R"(x.xml:1: warning: a comment has "--" inside, or ends with "--->" [strict-xml]
+)"},
+      {"strict-xml", kCleanTexts, "</Texts>\n", "</Texts>\n</Texts>\n", "</Texts>\n<!-- -->\n",
+       R"(x.xml:5: warning: </Texts> closes nothing that is open here [strict-xml]
+)"},
+      {"carriage-returns", kCleanPresets, kCleanPresets, "<PresetCfg>\r</PresetCfg>\r",
+       "<PresetCfg>\r\n</PresetCfg>\r\n",
+       R"(x.xml:1: warning: all lines end in carriage returns only [carriage-returns]
+)"},
+      {"damaged-text", kCleanTexts, "Live view", "D\u00c3\u00a9tails", "D\u00c9TAILS",
+       R"(x.xml:2: warning: <MenuLive>: "Val" holds characters of UTF-8 that was encoded twice [damaged-text]
+)"},
+      {"damaged-text", kCleanTexts, "Live view", "M\u00c3\u0153nchen",
+       "\u00abAMANH\u00c3\u00bb \u201cMANH\u00c3\u201d",
+       R"(x.xml:2: warning: <MenuLive>: "Val" holds characters of UTF-8 that was encoded twice [damaged-text]
+)"},
+      {"damaged-text", kCleanTexts, "Live view", "L\ufffdschen", "L\u00f6schen?",
+       R"(x.xml:2: warning: <MenuLive>: "Val" holds U+FFFD, which stands for a lost character [damaged-text]
+)"},
+      {"invisible-name", kCleanTexts, "<MenuLive ", "<Menu\u200bLive ",
+       "<\u0645\u06cc\u200c\u062e ",
+       "x.xml:2: error: <Menu\u200bLive> has a character in its name that nobody sees "
+       "[invisible-name]\n"},
+  };
+}
+
 std::vector<LintCase> strayCases() {
   return {
       {"stray-text", kCleanParameters, "<Image>", "Image:\n<Image>", "\n<Image>",
@@ -175,7 +218,8 @@ std::vector<LintCase> strayCases() {
 
 std::vector<LintCase> textCases() {
   std::vector<LintCase> all;
-  for (const auto cases : {wideCases, nameCases, encodingCases, referenceCases, strayCases})
+  for (const auto cases :
+       {wideCases, nameCases, encodingCases, referenceCases, strictCases, strayCases})
     for (LintCase& lintCase : cases()) all.push_back(std::move(lintCase));
   return all;
 }

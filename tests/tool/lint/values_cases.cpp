@@ -9,8 +9,9 @@ std::vector<LintCase> valueCases() {
        R"(<Gain Cur="4" Def="6" Min="-0" Max="10" Step="2"/>)",
        R"(x.xml:10: error: Image/Gain: "Min" 'none' is not an integer [not-an-integer]
 )"},
-      {"not-an-integer", kCleanMedia, R"(Enabled="0")", R"(Enabled="false")", R"(Enabled="1")",
-       R"(x.xml:5: error: <AENC>: "Enabled" 'false' is not an integer [not-an-integer]
+      {"not-an-integer", kCleanMedia, R"(Enabled="0")", R"(Enabled="false")", R"(Enabled="0")",
+       R"(x.xml:5: error: <AI>: "Enabled" 'false' is not an integer [not-an-integer]
+x.xml:10: warning: cache 0 can be switched to audio, and the channel at line 29 is for video [cache-mixed]
 )"},
       {"integer-too-large", kCleanParameters,
        R"(<Gain Cur="4" Def="6" Min="0" Max="10" Step="2"/>)",
@@ -60,8 +61,9 @@ std::vector<LintCase> valueCases() {
        R"(x.xml:23: error: Lan0/DnsSearch: "Cur" has 32 bytes, and its readers have room for 31 [value-too-long]
 )"},
       {"port-range", kCleanParameters, R"(<Rtsp Cur="554" Def="554" Min="1")",
-       R"(<Rtsp Cur="0" Def="554" Min="0")", R"(<Rtsp Cur="1" Def="554" Min="0")",
+       R"(<Rtsp Cur="0" Def="554" Min="0")", R"(<Rtsp Cur="1" Def="554" Min="1")",
        R"(x.xml:6: error: System/Rtsp: "Cur" 0 is not a port (1..65535) [port-range]
+x.xml:6: warning: System/Rtsp: "Min" 0 lets calls set what is not a port (1..65535) [port-limits]
 )"},
       {"port-range", kCleanMedia, R"(Port="9000")", R"(Port="65536")", R"(Port="65535")",
        R"(x.xml:39: error: <Instance>: "Port" 65536 is not a port (1..65535) [port-range]
@@ -103,13 +105,13 @@ x.xml:2: error: this preset has no readable "Id", and there is none before it to
        R"(x.xml:3: error: this preset has the id 0 of the one at line 2 [equal-id]
 )"},
       {"equal-id", kCleanMedia,
-       R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
+       R"(        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
 )",
-       R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
-        <AI Id="2" Name="rear" AiId="1"/>
+       R"(        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
+        <AENC Id="2" Name="rear" AencId="1"/>
 )",
-       R"(        <AENC Id="2" Name="mic" AencId="0" Enabled="0"/>
-        <AI Id="3" Name="rear" AiId="1"/>
+       R"(        <AI Id="2" Name="mic" AiId="0" Enabled="0"/>
+        <AENC Id="3" Name="rear" AencId="1" Enabled="0"/>
 )",
        R"(x.xml:6: error: this source has the id 2 of the one at line 5 [equal-id]
 )"},
