@@ -3,7 +3,7 @@
 #
 #   scripts/install-packages.sh NEED...
 #
-# NEED is one of: build tool test bench browser cover cross deb docs forms lint fuzz mutate speed fresh
+# NEED is one of: build tool test bench browser cover cross deb docs fleet forms lint fuzz mutate speed fresh
 # torture. On Debian and Ubuntu, as root or with sudo, what is missing is installed, after a line that
 # says how much that is; elsewhere it is listed, and the exit status is 1. Asks no questions but sudo's password.
 set -euo pipefail
@@ -56,6 +56,12 @@ deb    pkg-config             command  pkg-config
 docs   doxygen                command  doxygen
 docs   graphviz               command  dot
 docs   python3                command  python3
+fleet  ansible-core           command  ansible-playbook
+fleet  busybox-static         command  busybox
+fleet  openssh-client         command  ssh
+fleet  openssh-server         file     /usr/sbin/sshd
+fleet  python3                command  python3
+fleet  strace                 command  strace
 forms  npm                    command  npm
 forms  python3-jsonschema     file     /usr/lib/python3/dist-packages/jsonschema/__init__.py
 lint   clang-format           command  clang-format
