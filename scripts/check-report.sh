@@ -71,4 +71,11 @@ END
 on large import "$scratch/large.json"
 
 for each in sample damaged empty hostile large; do report "$each"; done
-timeout 300 node tests/report/check.mjs "$scratch/npm" "$pictures" "$scratch"/{sample,damaged,empty,hostile,large}.html
+"$tool" --root "$scratch/sample" report --compare "$scratch/large" >"$scratch/comparison.html"
+mkdir "$scratch/documents"
+for each in 1 2 3 5; do "$tool" --root "$scratch/sample" export >"$scratch/documents/hall-$each.json" 2>/dev/null; done
+sed -i 's/"Rtsp": 8554/"Rtsp": 8555/' "$scratch/documents/hall-2.json"
+"$tool" --root "$scratch/damaged" report --json >"$scratch/documents/hall-4.json"
+cp "$scratch/damaged.html" "$scratch/documents/hall-4.html"
+"$tool" report --fleet "$scratch/documents" >"$scratch/fleet.html"
+timeout 300 node tests/report/check.mjs "$scratch/npm" "$pictures" "$scratch"/{sample,damaged,empty,hostile,large,comparison,fleet}.html

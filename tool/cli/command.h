@@ -112,6 +112,9 @@ struct Option {
   const char* shortName = nullptr;   ///< "-v"
   const char* valueName = nullptr;   ///< of a Value in help texts; null: "VALUE"
   std::vector<const char*> files{};  ///< of a HostFolder; those that do not exist are left out
+  const char* ending{};              ///< of a HostFolder: all files of this ending, by their names
+  const char* listed{};              ///< of a HostFolder: files of this ending are named, not read
+  bool isFolderOrFile = false;       ///< of a HostFolder: a file in its place is its only file
   bool isReplaced = false;           ///< the command may replace these HostFiles
 
   bool isNamed() const { return name[0] == '-'; }
@@ -126,7 +129,7 @@ struct Option {
   }
   /// What help texts call the value of a named option; null if it takes none.
   const char* value() const {
-    if (isDirectory()) return "DIR";
+    if (isDirectory()) return valueName == nullptr ? "DIR" : valueName;
     if (kind == HostFileValue) return "FILE";
     return kind != Value && kind != Values ? nullptr : valueName == nullptr ? "VALUE" : valueName;
   }

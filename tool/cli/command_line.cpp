@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <new>
 
 #include "base/plain_text.h"
@@ -46,17 +47,33 @@ std::string contentsOf(const std::string& path) {
   return std::move(file.contents);
 }
 
+std::vector<std::string> namesIn(const std::string& directory, const char* ending) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, error))
+    if (entry.path().extension() == ending) names.push_back(entry.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 // The files of a directory that are there.
-std::vector<HostFile> filesIn(const std::string& directory, const std::vector<const char*>& names) {
+std::vector<HostFile> filesIn(const std::string& directory, const Option& option) {
   const Descriptor folder(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder && errno == ENOTDIR && option.isFolderOrFile)
+    return {{directory, contentsOf(directory), ""}};
   if (!folder) throw Refusal::about(directory, directory + ": " + std::strerror(errno));
   std::vector<HostFile> files;
-  for (const char* name : names) {
-    const Descriptor file(openat(folder.get(), name, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  std::vector<std::string> names(option.files.begin(), option.files.end());
+  if (option.ending != nullptr) names = namesIn(directory, option.ending);
+  for (const std::string& name : names) {
+    const Descriptor file(openat(folder.get(), name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!file && errno == ENOENT) continue;
     HostFile& read = files.emplace_back(HostFile{name, "", ""});
     if (!file || !readAll(file.get(), read.contents)) read.fault = std::strerror(errno);
   }
+  if (option.listed != nullptr)
+    for (const std::string& name : namesIn(directory, option.listed))
+      files.push_back({name, "", ""});
   return files;
 }
 
@@ -322,7 +339,7 @@ class Parser {
     } else if (option.isHostFile()) {
       given.texts = {contentsOf(texts.front())};
     } else if (option.kind == Option::HostFolder) {
-      given.files = filesIn(texts.front(), option.files);
+      given.files = filesIn(texts.front(), option);
       given.texts = texts;
     } else if (option.kind == Option::HostDirectory) {
       given.directory = std::make_unique<HostDirectory>(texts.front());

@@ -1,11 +1,13 @@
-#include <camcfg/types.h>
+#include <algorithm>
 
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/scratch.h"
 #include "document/document.h"
 #include "report/anonymous.h"
+#include "report/comparison.h"
 #include "report/facts.h"
+#include "report/fleet.h"
 #include "report/page.h"
 
 namespace camcfg::tool::commands {
@@ -14,6 +16,9 @@ namespace {
 constexpr char kAnonymize[] = "--anonymize";
 constexpr char kKeyIn[] = "--key";
 constexpr char kFiles[] = "--files";
+constexpr char kCompare[] = "--compare";
+constexpr char kFleet[] = "--fleet";
+constexpr char kReportEnding[] = ".html";
 
 // Of the device, or of files that are laid out as the main copies of one.
 Json factsFor(const Arguments& arguments) {
@@ -28,7 +33,40 @@ Json factsFor(const Arguments& arguments) {
   return device::onScratchDevice(files, report::factsOf);
 }
 
+Answer compare(const Arguments& arguments) {
+  Json comparison = report::comparisonWith(arguments.text(kCompare), arguments.files(kCompare));
+  const std::string page = report::comparisonPage(comparison);
+  return {std::move(comparison), {Verbatim{page}}};
+}
+
+// Of the reports next to the documents only the names matter.
+Answer reportFleet(const Arguments& arguments) {
+  std::vector<HostFile> files = arguments.files(kFleet);
+  const auto reports = std::partition(files.begin(), files.end(), [](const HostFile& file) {
+    return file.path.rfind(kReportEnding) == std::string::npos;
+  });
+  std::vector<std::string> names;
+  for (auto report = reports; report != files.end(); ++report) names.push_back(report->path);
+  std::sort(names.begin(), names.end());
+  files.erase(reports, files.end());
+  Json fleet = report::fleetOf(files);
+  const std::string page = report::fleetPage(fleet, names);
+  return {std::move(fleet), {Verbatim{page}}};
+}
+
+void requireOne(const Arguments& arguments) {
+  std::vector<std::string> given;
+  for (const char* option : {kAnonymize, kFiles, kCompare, kFleet})
+    if (arguments.given(option)) given.emplace_back(option);
+  const bool isAnonymousFiles = given == std::vector<std::string>{kAnonymize, kFiles};
+  if (given.size() > 1 && !isAnonymousFiles)
+    throw Refusal(Status::Usage, given[0] + " cannot be combined with " + given[1]);
+}
+
 Answer report(const Arguments& arguments) {
+  requireOne(arguments);
+  if (arguments.given(kCompare)) return compare(arguments);
+  if (arguments.given(kFleet)) return reportFleet(arguments);
   if (arguments.directory(kKeyIn) != nullptr && !arguments.given(kAnonymize))
     throw Refusal(Status::Usage, "--key is for '--anonymize', which is missing");
   Json facts = factsFor(arguments);
@@ -50,12 +88,24 @@ Answer report(const Arguments& arguments) {
 CommandGroup reportGroup() {
   Option files{Option::HostFolder, kFiles, "Report on the files in DIR, without a device"};
   files.files = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
+  Option compared{
+      Option::HostFolder, kCompare,
+      "Show what differs from another device: its exported document, or its device tree"};
+  compared.files = {"cfg0/business_param.xml", "cfg0/mpp_cfg.xml", "cfg0/preset_cfg.xml"};
+  compared.isFolderOrFile = true;
+  compared.valueName = "OTHER";
+  Option fleet{Option::HostFolder, kFleet,
+               "Show many devices, by what 'export' or 'report --json' prints for each in DIR"};
+  fleet.ending = ".json";
+  fleet.listed = kReportEnding;
   return {"Overview",
           {command("report", "Print a page for browsers that shows all of the device", report,
                    {{Option::Flag, kAnonymize,
                      "Put placeholders for addresses, urls and names of hosts and of the device"},
                     {Option::HostDirectory, kKeyIn, "Save what the placeholders replace in DIR"},
-                    files})}};
+                    files,
+                    compared,
+                    fleet})}};
 }
 
 }  // namespace camcfg::tool::commands

@@ -226,5 +226,106 @@ TEST_F(ReportTest, FilesAreEnough) {
                "camcfg: report: " + device.hostPath() + "/app: it has no file of a device\n"}));
 }
 
+class ComparisonTest : public ReportTest {
+ protected:
+  ComparisonTest() {
+    device.write("/other.json", with(run({"export"}).out, "\"Rtsp\": 554", "\"Rtsp\": 8554"));
+  }
+  std::string pathOf(const std::string& file) const { return device.hostPath() + file; }
+};
+
+TEST_F(ComparisonTest, ShowsOnlyWhatDiffersFromADocument) {
+  const std::string page = report({"--compare", pathOf("/other.json")});
+  EXPECT_THAT(part(page, "differences"),
+              HasSubstr("<th scope=\"row\">parameters.System.Rtsp</th><td>554</td><td>8554</td>"));
+  EXPECT_THAT(page, HasSubstr("<p>1 setting differs.</p>"));
+}
+
+TEST_F(ComparisonTest, PartsThatADocumentLacksAreNotCompared) {
+  device.write("/other.json", R"({"version": 1, "parameters": {"System": {"Rtsp": 555}}})");
+  const Json compared = jsonIn(run({"report", "--json", "--compare", pathOf("/other.json")}).out);
+  EXPECT_EQ(compared["differences"].size(), 1U);
+  EXPECT_EQ(compared["notCompared"].size(), 9U);
+}
+
+TEST_F(ComparisonTest, DeviceTreeIsComparedWhole) {
+  device.makeDirectory("/other/cfg0");
+  for (const char* name : {"business_param.xml", "mpp_cfg.xml"})
+    device.write(std::string("/other/cfg0/") + name, device.read(std::string("/cfg0/") + name));
+  device.write("/other/cfg0/mpp_cfg.xml", with(device.read("/cfg0/mpp_cfg.xml"), "9001", "9002"));
+  const Json compared = jsonIn(run({"report", "--json", "--compare", pathOf("/other")}).out);
+  EXPECT_EQ(compared["differences"][0]["place"], "live.srt[1].port");
+  EXPECT_EQ(compared["differences"].size(), 1U);
+  EXPECT_EQ(compared["notCompared"][0]["place"], "presets");
+}
+
+TEST_F(ComparisonTest, SecretsAreMasked) {
+  device.write("/other.json", with(run({"export"}).out, "change-me-too", "another phrase"));
+  const std::string page = report({"--compare", pathOf("/other.json")});
+  EXPECT_THAT(page, AllOf(HasSubstr("<td>********</td><td>********</td>"),
+                          Not(HasSubstr("change-me")), Not(HasSubstr("another phrase"))));
+}
+
+TEST_F(ComparisonTest, WhatIsNoDocumentIsRefused) {
+  device.write("/other.json", "{}");
+  EXPECT_EQ(run({"report", "--compare", pathOf("/other.json")}),
+            (ToolRun{1, "",
+                     "camcfg: report: " + pathOf("/other.json") +
+                         ": it is no document as 'export' prints it\n"}));
+  EXPECT_EQ(run({"report", "--compare", pathOf("/app")}).status, 3);
+  EXPECT_EQ(run({"report", "--anonymize", "--compare", pathOf("/app")}),
+            (ToolRun{2, "", "camcfg: report: --anonymize cannot be combined with --compare\n"}));
+}
+
+class FleetReportTest : public ReportTest {
+ protected:
+  FleetReportTest() {
+    device.makeDirectory("/fleet");
+    const std::string document = run({"export"}).out;
+    for (const char* name : {"north", "south", "west"})
+      device.write(std::string("/fleet/") + name + ".json", document);
+    device.write("/fleet/south.json", with(document, "\"Rtsp\": 554", "\"Rtsp\": 555"));
+  }
+  std::vector<std::string> words() const {
+    return {"report", "--fleet", device.hostPath() + "/fleet"};
+  }
+  Json fleet() const {
+    std::vector<std::string> line = words();
+    line.emplace_back("--json");
+    return jsonIn(runCamcfg(line).out);
+  }
+};
+
+TEST_F(FleetReportTest, DriftIsWhatMoreThanHalfDoNotHave) {
+  const Json devices = fleet()["devices"];
+  ASSERT_EQ(devices.size(), 3U);
+  EXPECT_TRUE(devices[0]["drift"].empty());
+  EXPECT_EQ(devices[1]["drift"].dump(),
+            R"([{"place":"parameters.System.Rtsp","value":"555","majority":"554"}])");
+}
+
+TEST_F(FleetReportTest, FactsOfReportsHaveHealthAndVersion) {
+  device.write("/fleet/west.json", run({"report", "--json"}).out);
+  const Json devices = fleet()["devices"];
+  EXPECT_EQ(devices[2]["health"], "well");
+  EXPECT_THAT(devices[2]["version"].text(), testing::StartsWith("camcfg "));
+  EXPECT_TRUE(devices[2]["drift"].empty()) << devices[2]["drift"].dump();
+}
+
+TEST_F(FleetReportTest, ReportsNextToDocumentsAreLinked) {
+  device.write("/fleet/south.html", "");
+  const std::string page = runCamcfg(words()).out;
+  EXPECT_THAT(page, HasSubstr("<a href=\"./south.html\">south</a>"));
+  EXPECT_THAT(page, Not(HasSubstr("href=\"./north.html\"")));
+  EXPECT_THAT(page, HasSubstr("1 of 3 devices differ"));
+}
+
+TEST_F(FleetReportTest, WhatIsNoDocumentIsNamed) {
+  device.write("/fleet/broken.json", "{");
+  device.write("/fleet/odd.json", R"({"sections": 1, "findings": 2, "made": 3})");
+  EXPECT_EQ(fleet()["unread"].size(), 2U);
+  EXPECT_EQ(fleet()["devices"].size(), 3U);
+}
+
 }  // namespace
 }  // namespace camcfg::tests
