@@ -111,10 +111,11 @@ void addHealth(const Json& health, Json& findings) {
   for (std::size_t i = 0; i < texts.size(); ++i) {
     const bool isAdvice = i < advice.size();
     const std::string path = isAdvice ? advice[i].at("path").text() : "";
-    Json one = finding(states[device::nameOf(path)] == "unusable" ? "unusable" : "degraded",
-                       texts[i].text());
+    const bool isMain = path == device::pathOf(device::Place::Main, path);
+    const bool isUnusable = isMain && states[device::nameOf(path)] == "unusable";
+    Json one = finding(isUnusable ? "unusable" : "degraded", texts[i].text());
     one["why"] =
-        one["severity"] == "unusable"
+        isUnusable
             ? "The device cannot read these settings, and runs without them or not at all."
             : "The device works, but has one copy less to fall back on, or leaves a part out.";
     if (!isAdvice) {
