@@ -157,7 +157,7 @@ class Storm {
 }  // namespace
 
 void killChanges(const Options& options, Faults& faults) {
-  const Tally tally = killInStorms<Storm>(options, options.longRun ? 10000 : 400);
+  const Tally tally = killInStorms<Storm>(options, options.longRun ? 10000 : 200);
   Table table({"kills", "done before", "old", "new", "finished", "mixed", "lost", "failed",
                "untrue status"});
   table.row(tally.cuts, tally.completed, tally.count(Whole::Old), tally.count(Whole::New),

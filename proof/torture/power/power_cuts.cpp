@@ -179,7 +179,7 @@ class PowerCuts {
                 std::to_string(grain()) + "th byte of a save, and each byte at which it parses");
   }
 
-  std::size_t grain() const { return options_.longRun ? 7 : 211; }
+  std::size_t grain() const { return options_.longRun ? 7 : 421; }
 
   std::vector<std::size_t> cutsWithin(const Stage& stage, std::size_t offset,
                                       std::size_t size) const {
