@@ -11,7 +11,7 @@
 namespace camcfg::tool::settings {
 
 /// The section of the parameters' file that holds the cards and the host name.
-constexpr char kNetworkSection[] = "NetWork";
+inline constexpr char kNetworkSection[] = "NetWork";
 
 /// The settings of a network card, in the order of the interface's documentation. Each is the "Cur"
 /// of an element of the card, and a field of tagNETWORK_CFG_S.
