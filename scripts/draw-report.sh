@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 pictures=$(mktemp -d)
 trap 'rm -rf "$pictures"' EXIT
 scripts/check-report.sh --draw "$pictures"
-for width in desktop phone; do
+for width in desktop phone print; do
   mv "$pictures/sample-$width.png" "docs/report-$width.png"
   chmod 644 "docs/report-$width.png"
 done

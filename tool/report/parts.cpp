@@ -10,6 +10,9 @@
 namespace camcfg::tool::report {
 namespace {
 
+// Findings that need not be opened by their reader.
+constexpr std::size_t kFindings = 20;
+
 std::size_t countOf(const Json& findings, const char* severity) {
   return static_cast<std::size_t>(
       std::count_if(findings.begin(), findings.end(),
@@ -28,10 +31,12 @@ std::string textOf(const Json& value) {
   return value.is_null() ? "" : document::textOf(value);
 }
 
-std::string findingsHtml(const Json& findings) {
-  if (findings.empty()) return paragraph("Nothing was found.");
-  std::string html = "<ol class=\"findings\">\n";
-  for (const Json& finding : findings) {
+// Those from one on, up to another.
+std::string listOf(const Json& findings, std::size_t first, std::size_t end) {
+  std::string html;
+  write(html, "<ol class=\"findings\" start=\"", first + 1, "\">\n");
+  for (std::size_t i = first; i < end; ++i) {
+    const Json& finding = findings[i];
     const std::string& severity = finding.at("severity").text();
     write(html, "<li><p><strong class=\"", severity, "\">", severity, "</strong> ",
           inCell(finding.at("text").text()), "</p>\n<dl>");
@@ -52,6 +57,16 @@ std::string findingsHtml(const Json& findings) {
     html += "</dl></li>\n";
   }
   return html + "</ol>\n";
+}
+
+std::string findingsHtml(const Json& findings) {
+  if (findings.empty()) return paragraph("Nothing was found.");
+  const std::size_t shownFirst = std::min(findings.size(), kFindings);
+  std::string html = listOf(findings, 0, shownFirst);
+  if (shownFirst < findings.size())
+    html += foldedUp(std::to_string(findings.size() - shownFirst) + " more",
+                     listOf(findings, shownFirst, findings.size()));
+  return html;
 }
 
 std::string wiringHtml(const Json& wiring) {

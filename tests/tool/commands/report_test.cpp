@@ -77,6 +77,18 @@ TEST_F(ReportTest, WorstFindingComesFirst) {
   EXPECT_THAT(part(page, "network"), HasSubstr("Lan0"));
 }
 
+TEST_F(ReportTest, ManyFindingsAreFoldedUp) {
+  Json document = jsonIn(R"({"version": 1, "live": {"rtsp": []}})");
+  for (int i = 0; i < 30; ++i)
+    document["live"]["rtsp"].push_back(
+        {{"name", "empty" + std::to_string(i)}, {"channels", Json::array()}});
+  device.write("/document.json", document.dump());
+  ASSERT_EQ(run({"import", device.hostPath() + "/document.json"}).status, 0);
+  const std::string findings = part(report(), "findings");
+  EXPECT_LT(findings.find("<ol class=\"findings\" start=\"1\">"), findings.find("<details>"));
+  EXPECT_LT(findings.find("<details>"), findings.find("<ol class=\"findings\" start=\"21\">"));
+}
+
 TEST_F(ReportTest, ServicesHaveAddressesThatAPlayerTakes) {
   ASSERT_EQ(run({"set", "System/Rtsp=8554"}).status, 0);
   const std::string services = part(report(), "services");
