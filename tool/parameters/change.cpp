@@ -6,6 +6,8 @@
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/draft.h"
+#include "device/turn.h"
 #include "parameters/parameter.h"
 #include "settings/network.h"
 
@@ -124,12 +126,12 @@ std::vector<ParameterValue> requireValues(const Parameters& parameters,
 }
 
 // @param values  one at least; the parameters are those of a document that is still there
-void make(const Parameters& parameters, const std::vector<ParameterValue>& values, bool force,
-          bool rehearse) {
-  if (values.size() > 1) return device::makeChange(changeOf(parameters, values, force), rehearse);
+device::Change requireChange(const Parameters& parameters,
+                             const std::vector<ParameterValue>& values, bool force) {
+  if (values.size() > 1) return changeOf(parameters, values, force);
   device::Change change = requireChange(parameters, values.front(), force);
   change.make = [&values] { return save(values.front()); };
-  device::makeChange(change, rehearse);
+  return change;
 }
 
 Json loadParameters() {
@@ -189,7 +191,9 @@ std::vector<device::Change> parameterChanges(const Json& before, const Json& aft
 }  // namespace
 
 Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bool rehearse) {
-  const Parameters parameters;
+  const device::Turn turn(rehearse ? device::Turn::Files() : device::Turn::Files{CFG_FILE_BUSINESS});
+  const device::Contents file = device::requireContents(CFG_FILE_BUSINESS);
+  const Parameters parameters(file);
   const std::vector<ParameterValue> wanted = requireValues(parameters, assignments, force);
   Json changes = Json::array();
   Json unchanged = Json::array();
@@ -205,7 +209,11 @@ Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bo
     if (isChanged) changed.push_back(value);
     (isChanged ? changes : unchanged).push_back(std::move(record));
   }
-  if (!changed.empty()) make(parameters, changed, force, rehearse);
+  if (!changed.empty()) {
+    device::Change change = requireChange(parameters, changed, force);
+    change.read = file.bytes;
+    device::makeChange(change, rehearse);
+  }
   return {{{"changes", std::move(changes)}, {"unchanged", std::move(unchanged)}}, {}};
 }
 

@@ -125,6 +125,8 @@ Json Parameter::shown(const char* found) const {
 
 Parameters::Parameters() : document_(device::requireDocument(CFG_FILE_BUSINESS)) {}
 
+Parameters::Parameters(const device::Contents& file) : document_(device::parsed(file.bytes)) {}
+
 std::vector<std::string> Parameters::sections() const {
   std::vector<std::string> names;
   for (const XMLElement* section : childrenOf(*document_)) names.emplace_back(section->Value());

@@ -43,6 +43,8 @@ class Parameters {
  public:
   /// @throws Refusal if the file is unusable
   Parameters();
+  /// Those of a file of which the bytes are known.
+  explicit Parameters(const device::Contents& file);
 
   /// The names of all sections.
   std::vector<std::string> sections() const;
