@@ -263,7 +263,8 @@ class Undertaking {
   const std::vector<Change>& changes_;
   const HeldSignals signals_;
   std::vector<FileChange> files_;
-  std::vector<std::string> whole_;  // main copies that were read after the save, and are as they should
+  std::vector<std::string>
+      whole_;  // main copies that were read after the save, and are as they should
   bool isOpen_ = false;
   bool isBegun_ = false;  // files have been written
 };
