@@ -76,7 +76,7 @@ def measure(tool, directory, kind, least):
         is_linear = is_linear and power <= STEEPEST
         cells = [f"{count / 1e6:,.1f}" for count in (start, few, many)]
         print(f"| {command} | {10 * least:,} {kind} | {' | '.join(cells)} "
-              f"| {f'{power:.2f}' if grows else '-'} |")
+              f"| {f'{power:.2f}' if grows else '-'} |", flush=True)
     return is_linear
 
 
