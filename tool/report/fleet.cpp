@@ -227,7 +227,8 @@ std::string fleetPage(const Json& fleet, const std::vector<std::string>& reports
   if (!left.empty()) parts.push_back({"left", "Not read", left});
   return pageOf("Report of " + std::to_string(devices.size()) + " devices",
                 paragraph(std::to_string(drifting) + " of " + std::to_string(devices.size()) +
-                          " devices differ from what more than half of them have."),
+                          " devices differ from what more than half of them have.") +
+                    hiddenHtml(fleet),
                 parts);
 }
 

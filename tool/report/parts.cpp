@@ -5,6 +5,7 @@
 #include "base/html.h"
 #include "document/keyed.h"
 #include "media/wiring.h"
+#include "report/anonymous.h"
 #include "report/facts.h"
 
 namespace camcfg::tool::report {
@@ -182,10 +183,7 @@ std::string madeHtml(const Json& made) {
   table.row({"By", made.at("by").text()});
   table.row({"At, by the device's clock", made.at("at").text()});
   table.row({"With", "camcfg " + made.at("command").text()});
-  if (made.at("anonymous") == true)
-    table.row({"Hidden",
-               "Addresses, urls and names of hosts and of the device: [address 1] is the same "
-               "address everywhere"});
+  if (made.at("anonymous") == true) table.row({"Hidden", kWhatIsHidden});
   return table.html() + paragraph(
                             "Everything here was read from the device's files, and nothing was "
                             "changed. Passwords and keys "
@@ -220,6 +218,10 @@ std::string verdictOf(const Json& facts) {
         "\"><span class=\"lamp\" aria-hidden=\"true\"></span><span><strong>", light, ":</strong> ",
         sentence, "</span></p>\n");
   return html;
+}
+
+std::string hiddenHtml(const Json& facts) {
+  return facts.contains("anonymous") ? paragraph(std::string("Hidden: ") + kWhatIsHidden) : "";
 }
 
 std::vector<Part> partsOf(const Json& facts) {

@@ -224,6 +224,53 @@ TEST_F(AnonymousReportTest, KeyNeedsSomethingThatIsHidden) {
             (ToolRun{2, "", "camcfg: report: --key is for '--anonymize', which is missing\n"}));
 }
 
+TEST_F(AnonymousReportTest, HidesWhatOnlyTheHistoryKnows) {
+  ASSERT_EQ(run({"live", "srt", "set", "1", "hostname=old-ingest.example.org"}).status, 0);
+  ASSERT_EQ(run({"live", "srt", "set", "1", "hostname=new-ingest.example.org"}).status, 0);
+  ASSERT_EQ(run({"live", "ndi", "set", "0", "discoveryServer=10.1.2.3,ndi.example.org"}).status, 0);
+  ASSERT_EQ(run({"live", "ndi", "set", "0", "groupName=ndi.example.org"}).status, 0);
+  const std::string page = report({"--anonymize"});
+  EXPECT_THAT(part(page, "history"), HasSubstr("live.srt[1].hostname</th><td>[name"));
+  EXPECT_THAT(page, Not(HasSubstr("example.org")));
+  EXPECT_THAT(page, Not(HasSubstr("10.1.2.3")));
+}
+
+TEST_F(AnonymousReportTest, HidesAddressesInAnyForm) {
+  change("preset_cfg.xml", "Lectern", "fd00::7, 02:00:5e:10:00:01, cam10.1.2.3.");
+  change("preset_cfg.xml", "Whiteboard", "10.1.2.300 and NORTH-HALL");
+  EXPECT_THAT(part(report({"--anonymize"}), "positions"),
+              testing::ContainsRegex(
+                  "\\[address [0-9]+\\], \\[address [0-9]+\\], cam\\[address [0-9]+\\]\\.<"));
+  const std::string page = report({"--anonymize"});
+  for (const char* hidden : {"fd00", "5e:10", "10.1.2", "NORTH"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
+}
+
+TEST_F(AnonymousReportTest, WordsOfTheToolStay) {
+  change("mpp_cfg.xml", "Port=\"9001\"", "Port=\"x\"");
+  for (const char* name : {"error", "network", "name", "RTSP", "encoder"}) {
+    ASSERT_EQ(run({"network", "hostname", name}).status, 0);
+    const std::string page = report({"--anonymize"});
+    EXPECT_THAT(page, HasSubstr("<strong class=\"error\">error</strong>")) << name;
+    EXPECT_THAT(page, HasSubstr("<td>rtsp://[address")) << name;
+    EXPECT_THAT(page, HasSubstr("Video encoder, audio input")) << name;
+    EXPECT_THAT(page, Not(HasSubstr("[["))) << name;
+  }
+}
+
+TEST_F(AnonymousReportTest, HidesPathsOfCommandLines) {
+  device.write("/customer.json", run({"export"}).out);
+  const std::string path = device.hostPath() + "/customer.json";
+  device.write("/customer.json",
+               with(device.read("/customer.json"), "\"Rtsp\": 554", "\"Rtsp\": 555"));
+  ASSERT_EQ(run({"import", path}).status, 0);
+  EXPECT_THAT(part(report(), "history"), HasSubstr("customer.json"));
+  EXPECT_THAT(part(report({"--anonymize"}), "history"), HasSubstr("import [file 1]</h3>"));
+  const std::string page =
+      runCamcfg({"report", "--anonymize", "--files", device.hostPath() + "/cfg0"}).out;
+  EXPECT_THAT(part(page, "made"), HasSubstr("<td>camcfg report --anonymize --files [file 1]</td>"));
+}
+
 TEST_F(ReportTest, FilesAreEnough) {
   const std::string folder = device.hostPath() + "/cfg0";
   const ToolRun made = runCamcfg({"report", "--files", folder});
@@ -285,8 +332,19 @@ TEST_F(ComparisonTest, WhatIsNoDocumentIsRefused) {
                      "camcfg: report: " + pathOf("/other.json") +
                          ": it is no document as 'export' prints it\n"}));
   EXPECT_EQ(run({"report", "--compare", pathOf("/app")}).status, 3);
-  EXPECT_EQ(run({"report", "--anonymize", "--compare", pathOf("/app")}),
-            (ToolRun{2, "", "camcfg: report: --anonymize cannot be combined with --compare\n"}));
+  EXPECT_EQ(run({"report", "--files", pathOf("/cfg0"), "--compare", pathOf("/app")}),
+            (ToolRun{2, "", "camcfg: report: --files cannot be combined with --compare\n"}));
+}
+
+TEST_F(ComparisonTest, AnonymousOneHidesBothDevices) {
+  device.write("/other.json", with(with(run({"export"}).out, "\"192.168.1.80\"", "\"203.0.113.7\""),
+                                   "\"hostname\": \"encoder\"", "\"hostname\": \"north-hall\""));
+  const std::string page = report({"--anonymize", "--compare", pathOf("/other.json")});
+  EXPECT_THAT(page, HasSubstr("<p>2 settings differ.</p>\n<p>Hidden: "));
+  EXPECT_THAT(page,
+              testing::ContainsRegex("ipAddr</th><td>\\[address 1\\]</td><td>\\[address 2\\]"));
+  for (const char* hidden : {"192.168.", "203.0.113", "north-hall", "other.json"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
 }
 
 class FleetReportTest : public ReportTest {
@@ -330,6 +388,19 @@ TEST_F(FleetReportTest, ReportsNextToDocumentsAreLinked) {
   EXPECT_THAT(page, HasSubstr("<a href=\"./south.html\">south</a>"));
   EXPECT_THAT(page, Not(HasSubstr("href=\"./north.html\"")));
   EXPECT_THAT(page, HasSubstr("1 of 3 devices differ"));
+}
+
+TEST_F(FleetReportTest, AnonymousOneHidesDevicesAndValues) {
+  device.write("/fleet/south.html", "");
+  device.write("/fleet/broken.json", "{");
+  device.write("/fleet/south.json",
+               with(run({"export"}).out, "\"192.168.1.80\"", "\"203.0.113.7\""));
+  std::vector<std::string> line = words();
+  line.emplace_back("--anonymize");
+  const std::string page = runCamcfg(line).out;
+  EXPECT_THAT(part(page, "drift"), testing::ContainsRegex("ipAddr</th><td>\\[address [0-9]"));
+  for (const char* hidden : {"north", "south", "broken", "192.168.", "203.0.113"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
 }
 
 TEST_F(FleetReportTest, WhatIsNoDocumentIsNamed) {
