@@ -11,6 +11,7 @@
 #include "document/keyed.h"
 #include "lint/fix.h"
 #include "media/media.h"
+#include "report/remedy.h"
 #include "report/sources.h"
 #include "settings/network.h"
 #include "settings/presets.h"
@@ -75,24 +76,20 @@ Places placesIn(const lint::Source& source) {
   return places;
 }
 
-// A word of a command line.
-std::string asWord(const std::string& text) {
-  constexpr char kPlain[] =
-      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./=:,+";
-  if (text.find_first_not_of(kPlain) == std::string::npos) return text;
-  std::string word = "'";
-  for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return word + "'";
-}
-
-// A setting is set, of an entry one of them is.
-std::string commandFor(const std::string& place) {
-  if (place.empty()) return "";
-  const bool isSetting =
-      place.find('/') != std::string::npos ||
-      (beginsWith(place, "network.cards.") && std::count(place.begin(), place.end(), '.') > 2);
-  if (!isSetting && place.find('[') == std::string::npos) return "camcfg find " + asWord(place);
-  return "camcfg set " + asWord(place + (isSetting ? "=VALUE" : ".MEMBER=VALUE"));
+// The setting of an entry that a finding quotes by its attribute; the entry if it quotes none.
+std::string settingAt(const std::string& place, const std::string& text) {
+  if (place.empty() || place.back() != ']') return place;
+  const auto namedOf = [&](const settings::Settings& all) {
+    for (const settings::Setting& setting : all)
+      for (const auto& attribute : setting.attributes)
+        if (text.find(std::string("\"") + attribute.name + "\"") != std::string::npos)
+          return memberPlace(place, setting.member);
+    return place;
+  };
+  if (beginsWith(place, document::kPresets)) return namedOf(settings::presetSettings());
+  for (const settings::Table* table : settings::mediaTables())
+    if (beginsWith(place, std::string(table->place) + "[")) return namedOf(table->settings);
+  return place;
 }
 
 Json finding(const char* severity, const std::string& text) {
@@ -146,12 +143,14 @@ void addLint(Json& findings) {
       if (each.file != source.name) continue;
       Json one = finding(wordFor(each.severity), each.text);
       const auto next = places.upper_bound(each.line);
-      const std::string place = next == places.begin() ? "" : std::prev(next)->second;
+      const std::string place =
+          settingAt(next == places.begin() ? "" : std::prev(next)->second, each.text);
       one["place"] = place.empty() ? each.file : place;
       one["why"] = each.rule->why;
       one["fix"] = each.rule->fix;
-      const std::string command =
-          fixable.count({each.line, each.rule}) != 0 ? "camcfg lint --fix" : commandFor(place);
+      const std::string command = fixable.count({each.line, each.rule}) != 0
+                                      ? "camcfg lint --fix"
+                                      : remedyFor(place, each.rule->fix);
       if (!command.empty()) one["command"] = command;
       one["rule"] = each.rule->id;
       one["file"] = each.file;
