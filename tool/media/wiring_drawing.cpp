@@ -278,10 +278,11 @@ class Drawing {
       if (isMarked)
         for (const Json& remark : *remarks)
           write(text, "&#10;", htmlText(cutTo(remark.text(), kLongest)));
+      const std::string label = (isMarked ? "! " : "") + cutTo(node.label, column.characters);
       write(text, "</title><rect x=\"", column.left, "\" y=\"", node.y, "\" width=\"", column.width,
             "\" height=\"", kHeight, "\" rx=\"4\"/><text x=\"", column.left + 8, "\" y=\"",
-            node.y + 16, "\">", isMarked ? "! " : "",
-            htmlText(cutTo(node.label, column.characters)), "</text></g>\n");
+            node.y + 16, "\"", within(column.width - 16, label, isMarked ? 13 : 12), ">",
+            htmlText(label), "</text></g>\n");
     }
   }
 
