@@ -11,6 +11,9 @@
 #include "base/host.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/salvage.h"
+#include "device/salvage_copy.h"
+#include "device/scratch.h"
 #include "document/document.h"
 #include "document/exchange.h"
 #include "document/health.h"
@@ -59,6 +62,52 @@ Json wiring(const Json& findings) {
   return wiring;
 }
 
+// What the files of a device hold.
+Json contents(const document::CopiedSections& factory, const Json& findings) {
+  return {{"system", orFault(parameters::systemJson)},
+          {"wiring", orFault([&] { return wiring(findings); })},
+          {"sections", sectionsOf(factory)}};
+}
+
+// A file whose main copy does not load, as far as its other copies or what is left of it have it.
+std::optional<std::string> replacementOf(const device::ConfigFile& file, Json& replaced) {
+  const std::string main = file.path(device::Place::Main);
+  const std::string backup = file.path(device::Place::Backup);
+  if (file.backup.state == device::State::Good) {
+    replaced.push_back(main + " cannot be read: its settings below are those of its backup, " +
+                       backup);
+    return readFile(backup);
+  }
+  const std::optional<std::string> factory = readFile(file.path(device::Place::Default));
+  if (!factory) return std::nullopt;
+  std::optional<device::SalvagedFile> salvaged =
+      device::salvaged(readFile(main), readFile(backup), *factory);
+  if (!salvaged || salvaged->from(device::kFromFactory) == salvaged->settings.size())
+    return std::nullopt;
+  replaced.push_back(main +
+                     " cannot be read as a whole: below is what 'camcfg salvage' brings back of "
+                     "it; the rest has factory values");
+  return std::move(salvaged->bytes);
+}
+
+// Of a device with damaged main copies, what its other copies hold in their place is shown.
+Json contentsOf(const Json& findings, Json& replaced) {
+  const document::CopiedSections factory = factorySet();
+  std::vector<device::Contents> files;
+  for (const char* path : {CFG_FILE_BUSINESS, CFG_FILE_MPP, CFG_FILE_PRESET}) {
+    const device::ConfigFile file = device::surveyFile(device::nameOf(path));
+    const std::optional<std::string> bytes =
+        file.main.loads() ? readFile(path) : replacementOf(file, replaced);
+    if (bytes) files.push_back({path, *bytes});
+  }
+  if (!replaced.empty()) try {
+      return device::onScratchDevice(files, [&] { return contents(factory, Json::array()); });
+    } catch (const Refusal&) {
+      replaced = Json::array();
+    }
+  return contents(factory, findings);
+}
+
 Json history() {
   Json changes = Json::array();
   const Outcome kept = document::listChanges();
@@ -82,13 +131,13 @@ Json factsOf() {
                   {"command", caller().command},
                   {"anonymous", false}}}};
   facts["health"] = health();
-  facts["system"] = orFault(parameters::systemJson);
   facts["findings"] = findingsOf(facts["health"]);
-  facts["wiring"] = orFault([&] { return wiring(facts["findings"]); });
+  facts["replaced"] = Json::array();
+  const Json contents = contentsOf(facts["findings"], facts["replaced"]);
+  for (const auto& [name, value] : contents.items()) facts[name] = value;
   facts["changed"] =
       orFault([] { return document::compareWithCopies(device::Place::Default, false).value; });
   facts["history"] = orFault(history);
-  facts["sections"] = sectionsOf();
   const auto sectionCalled = [&](const char* name) -> Json {
     for (const Json& section : facts["sections"])
       if (section.at("name") == name) return section;

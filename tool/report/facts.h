@@ -11,7 +11,8 @@ namespace camcfg::tool::report {
 /// of its value. Nothing is changed.
 ///
 /// "made": "by", "at", "command", "anonymous"; "system": as `system` shows it; "health": as `status` has it, each copy
-/// with its "checksum"; "findings": what is wrong, worst first, see findingsOf; "wiring": as `graph` has it,
+/// with its "checksum"; "findings": what is wrong, worst first, see findingsOf; "replaced": files that cannot be read and what
+/// is shown in place of them; "wiring": as `graph` has it,
 /// and "remarks" on it; "services": see servicesOf; "network", "presets": as exported; "changed": what
 /// differs from the factory set, as `diff` has it; "history": changes, the latest first, each with its
 /// "changes"; "sections": see sectionsOf.

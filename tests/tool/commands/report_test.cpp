@@ -77,6 +77,40 @@ TEST_F(ReportTest, WorstFindingComesFirst) {
   EXPECT_THAT(part(page, "network"), HasSubstr("Lan0"));
 }
 
+TEST_F(ReportTest, BackupIsShownInPlaceOfADamagedMainCopy) {
+  device.write("/cfg0/mpp_cfg.xml", "<");
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("<p>/cfg0/mpp_cfg.xml cannot be read: its settings below are those "
+                              "of its backup, /cfg1/mpp_cfg.xml.</p>"));
+  EXPECT_THAT(part(page, "wiring"), HasSubstr("RTSP program"));
+  EXPECT_THAT(part(page, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  EXPECT_THAT(part(page, "settings"), HasSubstr("Entries of live.srt"));
+  EXPECT_EQ(device.read("/cfg0/mpp_cfg.xml"), "<");
+}
+
+TEST_F(ReportTest, HalfWrittenFilesAreShownAsFarAsTheyCanBeSalvaged) {
+  change("mpp_cfg.xml", "ch1/main", "hall/main");
+  const std::string whole = device.read("/cfg0/mpp_cfg.xml");
+  for (const char* path : {"/cfg0/mpp_cfg.xml", "/cfg1/mpp_cfg.xml"})
+    device.write(path, whole.substr(0, whole.find("ch3/main")));
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("below is what 'camcfg salvage' brings back of it"));
+  EXPECT_THAT(part(page, "services"), HasSubstr("rtsp://192.168.1.80/hall/main"));
+}
+
+TEST_F(ReportTest, CommandsAreAboutTheirPlace) {
+  change("mpp_cfg.xml", "Port=\"9001\"", "Port=\"x\"");
+  change("mpp_cfg.xml", "BufferSizeMB=\"8\"", "BufferSizeMB=\"8000\"");
+  change("preset_cfg.xml", "Lectern", std::string(100, 'x'));
+  device.remove("/cfg1/preset_cfg.xml");
+  const std::string findings = part(report(), "findings");
+  for (const char* expected :
+       {"<dd><code>live.srt[1].port</code>", "<code>camcfg set 'live.srt[1].port=VALUE'</code>",
+        "<code>camcfg stream cache set 0 size=8MiB</code>",
+        "<code>camcfg preset rename 3 DESCRIPTION</code>", "<code>camcfg verify --resync</code>"})
+    EXPECT_THAT(findings, HasSubstr(expected));
+}
+
 TEST_F(ReportTest, ManyFindingsAreFoldedUp) {
   Json document = jsonIn(R"({"version": 1, "live": {"rtsp": []}})");
   for (int i = 0; i < 30; ++i)
@@ -95,6 +129,57 @@ TEST_F(ReportTest, ServicesHaveAddressesThatAPlayerTakes) {
   EXPECT_THAT(services, HasSubstr("<td>rtsp://192.168.1.80:8554/ch2/main</td>"));
   EXPECT_THAT(services, HasSubstr("<td>srt://192.168.1.80:9000?streamid=program</td>"));
   EXPECT_THAT(services, HasSubstr("<td>srt://ingest.example.com:9001?streamid=program</td>"));
+}
+
+TEST_F(ReportTest, NamesInAddressesAreAsUrlsHaveThem) {
+  change("mpp_cfg.xml", "Name=\"ch1/main\"", "Name=\"a b%?#&amp;\xc3\xa4/main\"");
+  change("mpp_cfg.xml", "Stream Id=\"ch1\"", "Stream Id=\"#!::r=a&amp;b\"");
+  change("mpp_cfg.xml", "ingest.example.com", "2001:db8::5");
+  const std::string services = part(report(), "services");
+  EXPECT_THAT(services, HasSubstr("<td>rtsp://192.168.1.80/a%20b%25%3F%23&amp;%C3%A4/main</td>"));
+  EXPECT_THAT(services, HasSubstr("<td>srt://192.168.1.80:9000?streamid=%23!::r=a%26b</td>"));
+  EXPECT_THAT(services, HasSubstr("<td>srt://[2001:db8::5]:9001?streamid=program</td>"));
+}
+
+TEST_F(ReportTest, OtherWaysToTheDeviceAreNamed) {
+  EXPECT_THAT(part(report(), "services"),
+              AllOf(HasSubstr("Lan0 gets its address by DHCP: it may have another one"),
+                    HasSubstr("On the network of Lan1, put 192.168.90.80 in place of 192.168.1.80"),
+                    Not(HasSubstr("Wifi"))));
+}
+
+TEST_F(ReportTest, CardsOfOneSubnetAreWithinItsBand) {
+  for (const char* card : {"192.168.90", "192.168.2"})
+    change("business_param.xml", card + std::string(".80"), "192.168.1.8");
+  const std::string network = part(report(), "network");
+  static const std::regex form("class=\"card\" x=\"([0-9]+)\" y=\"([0-9]+)\" width=\"([0-9]+)\"");
+  std::set<std::string> places;
+  for (std::sregex_iterator match(network.begin(), network.end(), form), end; match != end;
+       ++match) {
+    EXPECT_LE(std::stoi((*match)[1]) + std::stoi((*match)[3]), 630);
+    places.insert(match->str());
+  }
+  EXPECT_EQ(places.size(), 3U);
+}
+
+TEST_F(ReportTest, NamesOfCameraPositionsAreWithinTheFieldAndApart) {
+  device.write("/presets.csv",
+               "id,description,pan,tilt,zoom\n20,Here,0,0,0\n21,There,0,0,0\n"
+               "22,Far right,17000,150,9000\n");
+  ASSERT_EQ(run({"preset", "import", device.hostPath() + "/presets.csv"}).status, 0);
+  const std::string positions = part(report(), "positions");
+  static const std::regex form("<text x=\"([0-9]+)\" y=\"([0-9]+)\" class=\"small\">([^<]*)<");
+  std::set<std::pair<int, int>> places;
+  int names = 0;
+  for (std::sregex_iterator match(positions.begin(), positions.end(), form), end; match != end;
+       ++match) {
+    names += std::isdigit((*match)[3].str()[0]) != 0 ? 1 : 0;
+    places.emplace(std::stoi((*match)[1]), std::stoi((*match)[2]));
+    EXPECT_LT(std::stoi((*match)[1]) + 5 * static_cast<int>((*match)[3].length()), 600)
+        << match->str();
+  }
+  EXPECT_EQ(names, 10);
+  EXPECT_EQ(places.size(), 13U);
 }
 
 TEST_F(ReportTest, ChangesAreThereWithWhatTheyChanged) {
