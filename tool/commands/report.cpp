@@ -22,15 +22,21 @@ constexpr char kReportEnding[] = ".html";
 
 // Of the device, or of files that are laid out as the main copies of one.
 Json factsFor(const Arguments& arguments) {
-  if (!arguments.given(kFiles)) return report::factsOf();
+  if (!arguments.given(kFiles)) return report::factsOf(true);
   std::vector<device::Contents> files;
-  for (const HostFile& file : arguments.files(kFiles)) {
-    if (!file.fault.empty()) throw Refusal(Status::Unusable, file.path + ": " + file.fault);
-    files.push_back({device::pathOf(device::Place::Main, file.path), file.contents});
-  }
+  Json notes = {
+      "These are files without a device: copies, factory values and languages are not judged"};
+  for (const HostFile& file : arguments.files(kFiles))
+    if (file.fault.empty())
+      files.push_back({device::pathOf(device::Place::Main, file.path), file.contents});
+    else
+      notes.push_back(file.path + " cannot be read: " + file.fault);
   if (files.empty())
     throw Refusal(Status::Unusable, arguments.text(kFiles) + ": it has no file of a device");
-  return device::onScratchDevice(files, report::factsOf);
+  Json facts = device::onScratchDevice(files, [] { return report::factsOf(false); });
+  for (const Json& note : facts["notes"]) notes.push_back(note);
+  facts["notes"] = std::move(notes);
+  return facts;
 }
 
 void saveKey(const Arguments& arguments, const Json& key, Answer& answer) {

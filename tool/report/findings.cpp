@@ -99,16 +99,20 @@ Json finding(const char* severity, const std::string& text) {
 }
 
 // The beginnings of findings of a file's state are on its copies, the others on what is in them.
-void addHealth(const Json& health, Json& findings) {
+void addHealth(const Json& health, bool isDevice, Json& findings) {
   std::map<std::string, std::string> states;
   for (const Json& file : health.at("files"))
     states[file.at("name").text()] = file.at("health").text();
+  std::set<std::string> missing;
+  for (const Json& copy : health.at("copies"))
+    if (copy.at("state") == "missing") missing.insert(copy.at("path").text());
   const Json& texts = health.at("findings");
   const Json& advice = health.at("advice");
   for (std::size_t i = 0; i < texts.size(); ++i) {
     const bool isAdvice = i < advice.size();
     const std::string path = isAdvice ? advice[i].at("path").text() : "";
     const bool isMain = path == device::pathOf(device::Place::Main, path);
+    if (isAdvice && !isDevice && (!isMain || missing.count(path) != 0)) continue;
     const bool isUnusable = isMain && states[device::nameOf(path)] == "unusable";
     Json one = finding(isUnusable ? "unusable" : "degraded", texts[i].text());
     one["why"] =
@@ -130,7 +134,12 @@ void addHealth(const Json& health, Json& findings) {
   }
 }
 
-void addLint(Json& findings) {
+// Whether a rule is about what only a device has: other copies, and texts of languages.
+bool isOfDevice(const lint::Rule& rule) {
+  return std::string_view(rule.subject) == "copies" || beginsWith(rule.id, "language-");
+}
+
+void addLint(bool isDevice, Json& findings) {
   const device::FileSet set = device::surveyFiles();
   const std::vector<lint::Source> sources = lint::sourcesOf(set);
   const std::vector<lint::Finding> found = lint::lint(sources);
@@ -140,7 +149,7 @@ void addLint(Json& findings) {
     for (const lint::Fix& fix : lint::fixed(source, found).fixes)
       fixable.emplace(fix.line, fix.rule);
     for (const lint::Finding& each : found) {
-      if (each.file != source.name) continue;
+      if (each.file != source.name || (!isDevice && isOfDevice(*each.rule))) continue;
       Json one = finding(wordFor(each.severity), each.text);
       const auto next = places.upper_bound(each.line);
       const std::string place =
@@ -169,10 +178,10 @@ std::size_t rankOf(const Json& finding) {
 
 }  // namespace
 
-Json findingsOf(const Json& health) {
+Json findingsOf(const Json& health, bool isDevice) {
   Json findings = Json::array();
-  addHealth(health, findings);
-  addLint(findings);
+  addHealth(health, isDevice, findings);
+  addLint(isDevice, findings);
   std::stable_sort(findings.begin(), findings.end(),
                    [](const Json& a, const Json& b) { return rankOf(a) < rankOf(b); });
   return findings;

@@ -42,7 +42,7 @@ constexpr char kStyle[] =
     "svg{display:block;margin:.5rem 0;border:1px solid var(--line)}"
     "@media(max-width:40rem){dl{grid-template-columns:1fr}svg{min-width:40rem}}"
     "@media print{body{max-width:none;padding:0;font-size:9pt}nav{display:none}"
-    "h2{break-after:avoid;margin-top:1rem}tr,li{break-inside:avoid}.wide{overflow:visible}"
+    "h2,h3,p{break-after:avoid}h2{margin-top:1rem}tr,li{break-inside:avoid}.wide{overflow:visible}"
     "table{font-size:7.5pt}th,td{overflow-wrap:anywhere;padding:.1rem .3rem}"
     "a{color:inherit}.lamp{print-color-adjust:exact}summary{list-style:none}"
     "details::details-content{content-visibility:visible}}";
@@ -97,7 +97,7 @@ std::string reportOf(const Json& facts) {
   if (!isFault(system) && system.at("name").is_string())
     title = "Report of " + system.at("name").text();
   std::string lead = verdictOf(facts);
-  for (const Json& replaced : facts.at("replaced")) lead += paragraph(replaced.text() + ".");
+  for (const Json& note : facts.at("notes")) lead += paragraph(note.text() + ".");
   if (!isFault(system))
     lead += paragraph("Model " + shown(system.at("model")) + ", language " +
                       shown(system.at("language")) + ". " + facts.at("made").at("at").text());

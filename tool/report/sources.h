@@ -13,8 +13,9 @@ namespace camcfg::tool::report {
 /// What `status` and `lint` find, worst first: "severity" (unusable, error, degraded or warning), "text",
 /// "place" of the setting or the file, "why" it matters, the "fix" in words, the "command", the "rule", "file"
 /// and "line"; null where there is nothing.
-/// @param health  as `status` has it
-Json findingsOf(const Json& health);
+/// @param health    as `status` has it
+/// @param isDevice  see factsOf
+Json findingsOf(const Json& health, bool isDevice);
 
 /// All sections of a document: "name", "fault" if they cannot be read, "unread" entries, and
 /// "rows" of settings ("name", "value", "factory", "permitted", "unit", "help"), or, of lists, "members" with

@@ -361,6 +361,15 @@ TEST_F(ReportTest, FilesAreEnough) {
   const ToolRun made = runCamcfg({"report", "--files", folder});
   EXPECT_EQ(made.status, 0) << made.err;
   EXPECT_THAT(part(made.out, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  EXPECT_THAT(made.out, HasSubstr("<strong>Green:</strong>"));
+  EXPECT_THAT(made.out, HasSubstr("<p>These are files without a device: "));
+  EXPECT_THAT(part(made.out, "copies"), Not(HasSubstr("/cfg1/")));
+  device.remove("/cfg0/preset_cfg.xml");
+  device.makeDirectory("/cfg0/preset_cfg.xml");
+  const std::string rest = runCamcfg({"report", "--files", folder}).out;
+  EXPECT_THAT(rest, HasSubstr("<p>preset_cfg.xml cannot be read: Is a directory.</p>"));
+  EXPECT_THAT(part(rest, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  EXPECT_THAT(rest, HasSubstr("<strong>Green:</strong>"));
   device.remove("/cfg0/mpp_cfg.xml");
   EXPECT_THAT(part(runCamcfg({"report", "--files", folder}).out, "wiring"),
               HasSubstr("This cannot be read: "));
@@ -465,6 +474,15 @@ TEST_F(FleetReportTest, FactsOfReportsHaveHealthAndVersion) {
   EXPECT_EQ(devices[2]["health"], "well");
   EXPECT_THAT(devices[2]["version"].text(), testing::StartsWith("camcfg "));
   EXPECT_TRUE(devices[2]["drift"].empty()) << devices[2]["drift"].dump();
+}
+
+TEST_F(FleetReportTest, HealthThatDocumentsDoNotSayIsNotKnown) {
+  const std::string row = "</th><td>not known</td><td>not known</td><td>not known</td>";
+  const std::string said = "Exported documents do not say";
+  EXPECT_THAT(runCamcfg(words()).out, AllOf(HasSubstr("north" + row), HasSubstr(said)));
+  for (const char* name : {"north", "south", "west"})
+    device.write(std::string("/fleet/") + name + ".json", run({"report", "--json"}).out);
+  EXPECT_THAT(runCamcfg(words()).out, Not(HasSubstr(said)));
 }
 
 TEST_F(FleetReportTest, ReportsNextToDocumentsAreLinked) {
