@@ -98,13 +98,14 @@ std::string reachHtml(const Json& network) {
     const std::string address = document::textOf(document::memberOrNothing(card, "ipAddr"));
     if (document::memberOrNothing(card, "enable") == false || address.empty()) continue;
     const std::string& name = card.at("name").text();
-    std::string text =
-        first.empty()
-            ? "The device's address below is that of its card " + name + "."
-            : "On the network of " + name + ", put " + address + " in place of " + first + ".";
+    std::string text;
+    if (first.empty())
+      write(text, "The device's address below is that of its card ", name, ".");
+    else
+      write(text, "On the network of ", name, ", put ", address, " in place of ", first, ".");
     if (document::memberOrNothing(card, "ipMode") == "DhcpIp")
-      text += " " + name + " gets its address by DHCP: it may have another one than its file, " +
-              address + ".";
+      write(text, " ", name, " gets its address by DHCP: it may have another one than its file, ",
+            address, ".");
     if (first.empty()) first = address;
     html += paragraph(text);
   }

@@ -94,14 +94,13 @@ class Labels {
          {circle.x - away - width, circle.y + 4},
          {circle.x - width / 2, circle.y - away},
          {circle.x - width / 2, circle.y + away + kSmall - 2}}};
-    for (const auto& [x, y] : corners) {
-      const Box box{x, x + width, y};
-      if (!isFree(box)) continue;
-      taken_.push_back(box);
-      addSmallText(svg_, x, y, label);
-      return true;
-    }
-    return false;
+    const auto* free = std::find_if(corners.begin(), corners.end(), [&](const auto& corner) {
+      return isFree({corner.first, corner.first + width, corner.second});
+    });
+    if (free == corners.end()) return false;
+    taken_.push_back({free->first, free->first + width, free->second});
+    addSmallText(svg_, free->first, free->second, label);
+    return true;
   }
 
   bool isFree(const Box& box) const {

@@ -60,7 +60,7 @@ std::string commandIn(const std::string& fix, const std::string& place) {
 }  // namespace
 
 std::string remedyFor(const std::string& place, const std::string& fix) {
-  const std::string command = commandIn(fix, place);
+  std::string command = commandIn(fix, place);
   if (!command.empty() || place.empty()) return command;
   const bool isEntry = place.back() == ']';
   const bool isSetting =

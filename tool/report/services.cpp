@@ -23,7 +23,7 @@ std::string hostOf(const Json& sections) {
   for (const Json& section : sections) {
     if (section.at("name") != "network" || !section.contains("cards")) continue;
     for (const Json& card : section.at("cards")) {
-      const std::string address = document::textOf(document::memberOrNothing(card, "ipAddr"));
+      std::string address = document::textOf(document::memberOrNothing(card, "ipAddr"));
       if (document::memberOrNothing(card, "enable") != false && !address.empty()) return address;
     }
     const Json& name = section.at("hostname");
