@@ -179,6 +179,21 @@ std::string inLowerCase(std::string_view text) {
   return result;
 }
 
+std::string inUrl(std::string_view text, std::string_view punctuation) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string url;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool isPlain =
+        byte < 0x80 && (std::isalnum(byte) != 0 || punctuation.find(c) != std::string_view::npos);
+    if (isPlain)
+      url += c;
+    else
+      url.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
+  }
+  return url;
+}
+
 std::string asUtf8(std::string_view text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {

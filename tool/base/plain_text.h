@@ -102,6 +102,9 @@ std::string inLowerCase(std::string_view text);
 /// A text with what is not UTF-8 replaced by U+FFFD.
 std::string asUtf8(std::string_view text);
 
+/// A text as a part of a url: all but letters, digits and this punctuation is "%20".
+std::string inUrl(std::string_view text, std::string_view punctuation);
+
 /// How many characters a text has.
 std::size_t characters(std::string_view text);
 

@@ -285,10 +285,11 @@ class Drawing {
       write(text, "<g class=\"node", *node.look == '\0' ? "" : " ", node.look,
             isMarked ? " marked" : "", "\"><title>", htmlText(cutTo(node.title, kLongest)));
       if (isMarked) addRemarks(*remarks, text);
+      const std::string label = (isMarked ? "! " : "") + cutTo(node.label, column.characters);
       write(text, "</title><rect x=\"", column.left, "\" y=\"", node.y, "\" width=\"", column.width,
             "\" height=\"", kHeight, "\" rx=\"4\"/><text x=\"", column.left + 8, "\" y=\"",
-            node.y + 16, "\">", isMarked ? "! " : "",
-            htmlText(cutTo(node.label, column.characters)), "</text></g>\n");
+            node.y + 16, "\"", within(column.width - 16, label, isMarked ? 13 : 12), ">",
+            htmlText(label), "</text></g>\n");
     }
   }
 

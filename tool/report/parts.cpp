@@ -5,6 +5,7 @@
 #include "base/html.h"
 #include "document/keyed.h"
 #include "media/wiring.h"
+#include "report/anonymous.h"
 #include "report/facts.h"
 
 namespace camcfg::tool::report {
@@ -88,7 +89,31 @@ std::string wiringHtml(const Json& wiring) {
   return html + foldedUp("The same as a table", table.html());
 }
 
-std::string servicesHtml(const Json& services) {
+// What makes an address one that does not answer.
+std::string reachHtml(const Json& network) {
+  if (isFault(network)) return "";
+  std::string first;
+  std::string html;
+  for (const Json& card : network.at("cards")) {
+    const std::string address = document::textOf(document::memberOrNothing(card, "ipAddr"));
+    if (document::memberOrNothing(card, "enable") == false || address.empty()) continue;
+    const std::string& name = card.at("name").text();
+    std::string text;
+    if (first.empty())
+      write(text, "The device's address below is that of its card ", name, ".");
+    else
+      write(text, "On the network of ", name, ", put ", address, " in place of ", first, ".");
+    if (document::memberOrNothing(card, "ipMode") == "DhcpIp")
+      write(text, " ", name, " gets its address by DHCP: it may have another one than its file, ",
+            address, ".");
+    if (first.empty()) first = address;
+    html += paragraph(text);
+  }
+  return html;
+}
+
+std::string servicesHtml(const Json& facts) {
+  const Json& services = facts.at("services");
   if (services.empty()) return paragraph("No service has a session that can be read.");
   HtmlTable table("Addresses of all sessions",
                   {"Session", "Service", "Address", "Note", "Enabled"});
@@ -96,7 +121,7 @@ std::string servicesHtml(const Json& services) {
     table.row({service.at("name").text(), service.at("service").text(),
                service.at("address").text(), service.at("needs").text(),
                service.at("enabled") == true ? "yes" : "no"});
-  return table.html();
+  return reachHtml(facts.at("network")) + table.html();
 }
 
 std::string networkHtml(const Json& network) {
@@ -109,7 +134,7 @@ std::string networkHtml(const Json& network) {
     };
     table.row({card.at("name").text(), field("intf"), field("enable") == "true" ? "yes" : "no",
                field("ipMode"), field("ipAddr"), field("netMask"), field("gateWay"),
-               field("dns1") + " " + field("dns2"), field("mtu")});
+               field("dns1") + (field("dns2").empty() ? "" : ", ") + field("dns2"), field("mtu")});
   }
   return paragraph("Host name: " + shown(network.at("hostname"))) + table.html() +
          scrolled("Subnets", subnetsPicture(network.at("cards")));
@@ -182,10 +207,7 @@ std::string madeHtml(const Json& made) {
   table.row({"By", made.at("by").text()});
   table.row({"At, by the device's clock", made.at("at").text()});
   table.row({"With", "camcfg " + made.at("command").text()});
-  if (made.at("anonymous") == true)
-    table.row({"Hidden",
-               "Addresses, urls and names of hosts and of the device: [address 1] is the same "
-               "address everywhere"});
+  if (made.at("anonymous") == true) table.row({"Hidden", kWhatIsHidden});
   return table.html() + paragraph(
                             "Everything here was read from the device's files, and nothing was "
                             "changed. Passwords and keys "
@@ -208,7 +230,7 @@ std::string verdictOf(const Json& facts) {
     look = "unusable";
     light = "Red";
     sentence = "The device is not usable as it is: " + counted(unusable, "file") +
-               " cannot be read, and no start brings them back.";
+               " cannot be read, and no start changes that.";
   } else if (errors + degraded + warnings != 0) {
     look = "degraded";
     light = "Amber";
@@ -222,10 +244,14 @@ std::string verdictOf(const Json& facts) {
   return html;
 }
 
+std::string hiddenHtml(const Json& facts) {
+  return facts.contains("anonymous") ? paragraph(std::string("Hidden: ") + kWhatIsHidden) : "";
+}
+
 std::vector<Part> partsOf(const Json& facts) {
   return {{"findings", "Findings", findingsHtml(facts.at("findings"))},
           {"wiring", "Wiring", wiringHtml(facts.at("wiring"))},
-          {"services", "Services and their addresses", servicesHtml(facts.at("services"))},
+          {"services", "Services and their addresses", servicesHtml(facts)},
           {"network", "Network", networkHtml(facts.at("network"))},
           {"positions", "Camera positions", presetsHtml(facts.at("presets"))},
           {"changed", "What differs from the factory values", changedHtml(facts.at("changed"))},

@@ -26,6 +26,9 @@ std::vector<Part> partsOf(const Json& facts);
 /// A paragraph.
 std::string paragraph(const std::string& text);
 
+/// What is hidden on a page, if it is anonymous.
+std::string hiddenHtml(const Json& facts);
+
 /// Something long that is opened by its reader.
 std::string foldedUp(const std::string& summary, const std::string& html);
 
