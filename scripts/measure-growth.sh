@@ -2,7 +2,7 @@
 # Counts the instructions of the tool's commands on devices with up to 100,000 parameters or 10,000
 # sessions.
 #
-#   scripts/measure-growth.sh              prints the table, in millions; 10 minutes
+#   scripts/measure-growth.sh              prints the table, in millions; 20 minutes
 #   scripts/measure-growth.sh --publish    puts it into docs/performance.md
 #   scripts/measure-growth.sh --check      a twentieth of everything; half a minute
 #
@@ -30,7 +30,7 @@ trap 'rm -rf "$scratch"' EXIT
 
 {
   scripts/describe-machine.sh scripts/measure-growth.sh
-  python3 scripts/measure_growth.py build/camcfg "$scratch" "${sizes[@]}"
+  python3 -B scripts/measure_growth.py build/camcfg "$scratch" "${sizes[@]}"
 } | tee "$scratch/figures"
 if [[ ${1-} == --publish ]]; then
   scripts/put-figures.sh docs/performance.md '### The tool' "$scratch/figures"

@@ -81,6 +81,7 @@ def measure(tool, directory, kind, least):
 
 
 def main(tool, directory, parameter_count, session_count):
+    print("Instructions, in millions:\n")
     print("| command | of | none | a tenth of them | all of them | power |")
     print("|---|---|---|---|---|---|")
     results = [measure(tool, directory, "parameters", int(parameter_count) // 10),
