@@ -13,6 +13,8 @@ namespace {
 
 // Findings that need not be opened by their reader.
 constexpr std::size_t kFindings = 20;
+// Settings that are listed of each change of the past.
+constexpr std::size_t kChanges = 200;
 
 std::size_t countOf(const Json& findings, const char* severity) {
   return static_cast<std::size_t>(
@@ -152,11 +154,18 @@ std::string presetsHtml(const Json& presets) {
          foldedUp("The same as a table", table.html());
 }
 
-std::string changesTable(const std::string& caption, const Json& changes, const char* before,
-                         const char* after, const char* was, const char* is) {
-  HtmlTable table(caption, {"Setting", was, is});
-  for (const Json& change : changes)
-    table.row({change.at("place").text(), shown(change.at(before)), shown(change.at(after))});
+struct Side {
+  const char* member;
+  const char* heading;
+};
+
+// The first ones, up to a number.
+std::string changesTable(const std::string& caption, const Json& changes, const Side& before,
+                         const Side& after, std::size_t most) {
+  HtmlTable table(caption, {"Setting", before.heading, after.heading});
+  for (std::size_t i = 0; i < std::min(changes.size(), most); ++i)
+    table.row({changes[i].at("place").text(), shown(changes[i].at(before.member)),
+               shown(changes[i].at(after.member))});
   return table.html();
 }
 
@@ -167,8 +176,8 @@ std::string changedHtml(const Json& changed) {
     html += paragraph("Not compared: " + left.at("place").text() + ": " + left.at("reason").text());
   const Json& differences = changed.at("differences");
   if (differences.empty()) return html + paragraph("Nothing differs from the factory values.");
-  return html + changesTable("Differences from the factory values", differences, "other", "device",
-                             "Factory value", "Value");
+  return html + changesTable("Differences from the factory values", differences,
+                             {"other", "Factory value"}, {"device", "Value"}, differences.size());
 }
 
 std::string historyHtml(const Json& history) {
@@ -176,9 +185,9 @@ std::string historyHtml(const Json& history) {
   if (history.empty()) return paragraph("No change is kept.");
   std::string html;
   for (const Json& change : history) {
-    const std::string title = "Change " + change.at("number").dump() + ", " +
-                              change.at("time").text() + ", by " + change.at("caller").text() +
-                              ": " + change.at("command").text();
+    const std::string number = change.at("number").dump();
+    const std::string title = "Change " + number + ", " + change.at("time").text() + ", by " +
+                              change.at("caller").text() + ": " + change.at("command").text();
     write(html, "<h3>", inCell(title), "</h3>\n");
     const Json& changes = change.at("changes");
     if (isFault(changes))
@@ -186,8 +195,11 @@ std::string historyHtml(const Json& history) {
     else if (changes.empty())
       html += paragraph("No setting was changed.");
     else
-      html += changesTable("What change " + change.at("number").dump() + " changed", changes,
-                           "before", "after", "Before", "After");
+      html += changesTable("What change " + number + " changed", changes, {"before", "Before"},
+                           {"after", "After"}, kChanges);
+    if (!isFault(changes) && changes.size() > kChanges)
+      html += paragraph(std::to_string(changes.size() - kChanges) + " more: 'camcfg history " +
+                        number + "' shows all");
   }
   return html;
 }
