@@ -13,6 +13,8 @@ namespace {
 
 // Findings that need not be opened by their reader.
 constexpr std::size_t kFindings = 20;
+// Settings that are listed of each change of the past.
+constexpr std::size_t kChanges = 200;
 
 std::size_t countOf(const Json& findings, const char* severity) {
   return static_cast<std::size_t>(
@@ -22,10 +24,6 @@ std::size_t countOf(const Json& findings, const char* severity) {
 
 std::string counted(std::size_t count, const char* thing) {
   return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
-std::string faultHtml(const Json& fact) {
-  return paragraph("This cannot be read: " + fact.at(kFault).text());
 }
 
 std::string textOf(const Json& value) {
@@ -89,57 +87,6 @@ std::string wiringHtml(const Json& wiring) {
   return html + foldedUp("The same as a table", table.html());
 }
 
-// What makes an address one that does not answer.
-std::string reachHtml(const Json& network) {
-  if (isFault(network)) return "";
-  std::string first;
-  std::string html;
-  for (const Json& card : network.at("cards")) {
-    const std::string address = document::textOf(document::memberOrNothing(card, "ipAddr"));
-    if (document::memberOrNothing(card, "enable") == false || address.empty()) continue;
-    const std::string& name = card.at("name").text();
-    std::string text;
-    if (first.empty())
-      write(text, "The device's address below is that of its card ", name, ".");
-    else
-      write(text, "On the network of ", name, ", put ", address, " in place of ", first, ".");
-    if (document::memberOrNothing(card, "ipMode") == "DhcpIp")
-      write(text, " ", name, " gets its address by DHCP: it may have another one than its file, ",
-            address, ".");
-    if (first.empty()) first = address;
-    html += paragraph(text);
-  }
-  return html;
-}
-
-std::string servicesHtml(const Json& facts) {
-  const Json& services = facts.at("services");
-  if (services.empty()) return paragraph("No service has a session that can be read.");
-  HtmlTable table("Addresses of all sessions",
-                  {"Session", "Service", "Address", "Note", "Enabled"});
-  for (const Json& service : services)
-    table.row({service.at("name").text(), service.at("service").text(),
-               service.at("address").text(), service.at("needs").text(),
-               service.at("enabled") == true ? "yes" : "no"});
-  return reachHtml(facts.at("network")) + table.html();
-}
-
-std::string networkHtml(const Json& network) {
-  if (isFault(network)) return faultHtml(network);
-  HtmlTable table("Network cards", {"Card", "Interface", "Enabled", "Mode", "Address", "Netmask",
-                                    "Gateway", "DNS servers", "MTU"});
-  for (const Json& card : network.at("cards")) {
-    const auto field = [&](const char* name) {
-      return shown(document::memberOrNothing(card, name));
-    };
-    table.row({card.at("name").text(), field("intf"), field("enable") == "true" ? "yes" : "no",
-               field("ipMode"), field("ipAddr"), field("netMask"), field("gateWay"),
-               field("dns1") + (field("dns2").empty() ? "" : ", ") + field("dns2"), field("mtu")});
-  }
-  return paragraph("Host name: " + shown(network.at("hostname"))) + table.html() +
-         scrolled("Subnets", subnetsPicture(network.at("cards")));
-}
-
 std::string presetsHtml(const Json& presets) {
   if (isFault(presets)) return faultHtml(presets);
   const Json& entries = presets.at("entries");
@@ -152,11 +99,18 @@ std::string presetsHtml(const Json& presets) {
          foldedUp("The same as a table", table.html());
 }
 
-std::string changesTable(const std::string& caption, const Json& changes, const char* before,
-                         const char* after, const char* was, const char* is) {
-  HtmlTable table(caption, {"Setting", was, is});
-  for (const Json& change : changes)
-    table.row({change.at("place").text(), shown(change.at(before)), shown(change.at(after))});
+struct Side {
+  const char* member;
+  const char* heading;
+};
+
+// The first ones, up to a number.
+std::string changesTable(const std::string& caption, const Json& changes, const Side& before,
+                         const Side& after, std::size_t most) {
+  HtmlTable table(caption, {"Setting", before.heading, after.heading});
+  for (std::size_t i = 0; i < std::min(changes.size(), most); ++i)
+    table.row({changes[i].at("place").text(), shown(changes[i].at(before.member)),
+               shown(changes[i].at(after.member))});
   return table.html();
 }
 
@@ -167,8 +121,8 @@ std::string changedHtml(const Json& changed) {
     html += paragraph("Not compared: " + left.at("place").text() + ": " + left.at("reason").text());
   const Json& differences = changed.at("differences");
   if (differences.empty()) return html + paragraph("Nothing differs from the factory values.");
-  return html + changesTable("Differences from the factory values", differences, "other", "device",
-                             "Factory value", "Value");
+  return html + changesTable("Differences from the factory values", differences,
+                             {"other", "Factory value"}, {"device", "Value"}, differences.size());
 }
 
 std::string historyHtml(const Json& history) {
@@ -176,9 +130,9 @@ std::string historyHtml(const Json& history) {
   if (history.empty()) return paragraph("No change is kept.");
   std::string html;
   for (const Json& change : history) {
-    const std::string title = "Change " + change.at("number").dump() + ", " +
-                              change.at("time").text() + ", by " + change.at("caller").text() +
-                              ": " + change.at("command").text();
+    const std::string number = change.at("number").dump();
+    const std::string title = "Change " + number + ", " + change.at("time").text() + ", by " +
+                              change.at("caller").text() + ": " + change.at("command").text();
     write(html, "<h3>", inCell(title), "</h3>\n");
     const Json& changes = change.at("changes");
     if (isFault(changes))
@@ -186,8 +140,11 @@ std::string historyHtml(const Json& history) {
     else if (changes.empty())
       html += paragraph("No setting was changed.");
     else
-      html += changesTable("What change " + change.at("number").dump() + " changed", changes,
-                           "before", "after", "Before", "After");
+      html += changesTable("What change " + number + " changed", changes, {"before", "Before"},
+                           {"after", "After"}, kChanges);
+    if (!isFault(changes) && changes.size() > kChanges)
+      html += paragraph(std::to_string(changes.size() - kChanges) + " more: 'camcfg history " +
+                        number + "' shows all");
   }
   return html;
 }
@@ -215,6 +172,10 @@ std::string madeHtml(const Json& made) {
 }
 
 }  // namespace
+
+std::string faultHtml(const Json& fact) {
+  return paragraph("This cannot be read: " + fact.at(kFault).text());
+}
 
 std::string verdictOf(const Json& facts) {
   const Json& findings = facts.at("findings");

@@ -263,6 +263,7 @@ TEST_F(ReportTest, IsSmall) {
   ASSERT_EQ(run({"import", device.hostPath() + "/document.json"}).status, 0);
   const std::string page = report();
   EXPECT_THAT(page, HasSubstr("rtsp://192.168.1.80/session999"));
+  EXPECT_THAT(part(page, "history"), HasSubstr("more: 'camcfg history 1' shows all"));
   EXPECT_LT(page.size(), 2048U * 1024);
 }
 
