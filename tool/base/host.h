@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace camcfg::tool {
 
@@ -43,6 +44,9 @@ bool readAll(int fd, std::string& text);
 
 /// The bytes of a file, without waiting for anybody; none, with errno set, if it cannot be read.
 std::optional<std::string> readFile(const std::string& path);
+
+/// What is in a directory, in no order; nothing if it cannot be read.
+std::vector<std::string> namesIn(int directory);
 
 /// A file without a name, in memory: it needs no directory and no room on the device.
 class MemoryFile {
