@@ -120,6 +120,10 @@ std::vector<std::string> namesIn(int directory) {
   return names;
 }
 
+bool hasEnding(std::string_view name, std::string_view ending) noexcept {
+  return name.size() > ending.size() && name.substr(name.size() - ending.size()) == ending;
+}
+
 MemoryFile::MemoryFile() : descriptor_(memfd_create("camcfg", MFD_CLOEXEC)) {}
 
 bool MemoryFile::fill(const std::string& text) const {

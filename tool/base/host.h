@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace camcfg::tool {
@@ -47,6 +48,9 @@ std::optional<std::string> readFile(const std::string& path);
 
 /// What is in a directory, in no order; nothing if it cannot be read.
 std::vector<std::string> namesIn(int directory);
+
+/// Whether a file's name ends so: "a.xml" does with ".xml", which itself does not.
+bool hasEnding(std::string_view name, std::string_view ending) noexcept;
 
 /// A file without a name, in memory: it needs no directory and no room on the device.
 class MemoryFile {

@@ -30,13 +30,10 @@ std::string contentsOf(const std::string& path) {
   return std::move(file.contents);
 }
 
-// A name that begins with a dot has no ending.
 std::vector<std::string> namesIn(const Descriptor& folder, std::string_view ending) {
   std::vector<std::string> names;
   for (std::string& name : tool::namesIn(folder.get()))
-    if (const std::size_t dot = name.rfind('.');
-        dot != 0 && dot != std::string::npos && name.substr(dot) == ending)
-      names.push_back(std::move(name));
+    if (hasEnding(name, ending)) names.push_back(std::move(name));
   std::sort(names.begin(), names.end());
   return names;
 }
