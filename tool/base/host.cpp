@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -118,6 +119,13 @@ std::vector<std::string> namesIn(int directory) {
       names.emplace_back(name);
   closedir(stream);
   return names;
+}
+
+std::optional<std::string> linkTarget(const std::string& path) {
+  char target[PATH_MAX];
+  const ssize_t length = readlink(path.c_str(), target, sizeof target);
+  if (length < 0) return std::nullopt;
+  return std::string(target, static_cast<std::size_t>(length));
 }
 
 bool hasEnding(std::string_view name, std::string_view ending) noexcept {

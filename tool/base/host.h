@@ -49,6 +49,9 @@ std::optional<std::string> readFile(const std::string& path);
 /// What is in a directory, in no order; nothing if it cannot be read.
 std::vector<std::string> namesIn(int directory);
 
+/// What a symbolic link says; none, with errno set, if it cannot be read.
+std::optional<std::string> linkTarget(const std::string& path);
+
 /// Whether a file's name ends so: "a.xml" does with ".xml", which itself does not.
 bool hasEnding(std::string_view name, std::string_view ending) noexcept;
 

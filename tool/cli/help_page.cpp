@@ -1,5 +1,6 @@
 #include "cli/help_page.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "base/plain_text.h"
@@ -76,9 +77,9 @@ std::string commandLists(const std::vector<CommandGroup>& groups, const Command*
 
 bool hasCommands(const std::vector<CommandGroup>& groups, const Command* above) {
   if (above == nullptr) return !groups.empty();
-  for (const Command* command : commandsIn(groups))
-    if (command->above() == above->name) return true;
-  return false;
+  const std::vector<const Command*> all = commandsIn(groups);
+  return std::any_of(all.begin(), all.end(),
+                     [above](const Command* command) { return command->above() == above->name; });
 }
 
 // A command with what those above it require, as it has to be typed.

@@ -21,11 +21,6 @@ namespace {
 
 constexpr std::string_view kSuffix = ".xml";
 
-bool isLink(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
-}
-
 // What the file system says of a path, before the library opens it.
 Copy examine(const std::string& path) {
   struct stat status {};
@@ -145,6 +140,11 @@ std::string pathOf(Place place, const std::string& file) {
 
 std::string nameOf(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
+}
+
+bool isLink(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 Copy loadCopy(const std::string& path) {

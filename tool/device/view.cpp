@@ -57,13 +57,6 @@ std::string wholePath(const std::string& path) {
   return whole;
 }
 
-std::string targetOf(const std::string& link) {
-  char target[PATH_MAX];
-  const ssize_t length = readlink(link.c_str(), target, sizeof target);
-  if (length < 0) fail();
-  return {target, static_cast<std::size_t>(length)};
-}
-
 bool isDevices(const std::string& path) {
   return std::any_of(std::begin(kDeviceDirectories), std::end(kDeviceDirectories),
                      [&](const char* directory) { return path == directory; });
@@ -105,7 +98,8 @@ class View {
     struct stat status {};
     if (lstat(entry.c_str(), &status) != 0) fail();
     if (S_ISLNK(status.st_mode)) {
-      if (symlink(targetOf(entry).c_str(), place.c_str()) != 0) fail();
+      const std::optional<std::string> target = linkTarget(entry);
+      if (!target || symlink(target->c_str(), place.c_str()) != 0) fail();
     } else if (!S_ISDIR(status.st_mode)) {
       close(open(place.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
       bindMount(entry, place);
