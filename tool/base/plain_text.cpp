@@ -120,6 +120,18 @@ std::vector<std::string> parts(const std::string& text, char separator) {
   return all;
 }
 
+std::vector<std::string> wordsIn(const std::string& text) {
+  constexpr char kBlanks[] = " \t\n\v\f\r";
+  std::vector<std::string> words;
+  for (std::size_t start = 0;
+       (start = text.find_first_not_of(kBlanks, start)) != std::string::npos;) {
+    const std::size_t end = std::min(text.find_first_of(kBlanks, start), text.size());
+    words.push_back(text.substr(start, end - start));
+    start = end;
+  }
+  return words;
+}
+
 std::string written(const tinyxml2::XMLNode& node) {
   tinyxml2::XMLPrinter printer;
   node.Accept(&printer);

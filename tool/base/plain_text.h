@@ -64,6 +64,9 @@ inline std::string textOf(const tinyxml2::XMLElement& element, const char* attri
   return text == nullptr ? "" : text;
 }
 
+/// What is between blanks, spaces or ends of lines.
+std::vector<std::string> wordsIn(const std::string& text);
+
 /// A document, or a part of one, as the library writes it.
 std::string written(const tinyxml2::XMLNode& node);
 

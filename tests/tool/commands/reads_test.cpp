@@ -15,7 +15,7 @@ constexpr struct {
   const char* reads;
 } kReads[] = {
     {"summary", "main 14 15 4, backup 1 1 1, default 1 1 1"},
-    {"report", "main 23 44 13, backup 4 4 4, default 5 6 6, draft 16 14 2"},
+    {"report", "main 25 46 15, backup 5 5 5, default 6 7 7, draft 16 14 2"},
     {"status", "main 5 15 4, backup 1 1 1, default 1 1 1"},
     {"verify", "main 5 5 5, backup 3 3 3, default 3 3 3"},
     {"boot", "main 21 27 16, backup 8 7 7, default 12 12 12, draft 2 28 4"},
