@@ -14,6 +14,7 @@
 #include <iterator>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/outcome.h"
 #include "testkit/enter_root.h"
@@ -28,7 +29,7 @@ constexpr const char* kDeviceDirectories[] = {"/cfg0", "/cfg1", "/app", "/run/ca
 constexpr char kHost[] = "/.host";
 
 [[noreturn]] void fail(const std::string& what) {
-  throw Refusal(what + ": " + std::strerror(errno));
+  throw Refusal(concat(what, ": ", std::strerror(errno)));
 }
 
 [[noreturn]] void fail() {
@@ -89,8 +90,8 @@ class View {
     const Descriptor folder(open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder) fail();
     for (const std::string& name : namesIn(folder.get())) {
-      const std::string place = path + "/" + name;
-      if (place != kHost && !isDevices(place)) show(host + "/" + name, place);
+      const std::string place = concat(path, "/", name);
+      if (place != kHost && !isDevices(place)) show(concat(host, "/", name), place);
     }
   }
 
@@ -172,7 +173,7 @@ void becomeProgram(const std::vector<std::string>& words) {
   execvp(pointers.front(), pointers.data());
   const int error = errno;
   throw Refusal(error == ENOENT || error == ENOTDIR ? Status::NotFound : Status::NotRunnable,
-                words.front() + ": " + std::strerror(error));
+                concat(words.front(), ": ", std::strerror(error)));
 }
 
 }  // namespace camcfg::tool::device

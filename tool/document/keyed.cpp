@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
+
 namespace camcfg::tool::document {
 namespace {
 
@@ -54,7 +56,7 @@ std::string textOf(const Json& value) {
 }
 
 std::string placeOf(const std::string& list, const Json& key) {
-  return list + "[" + (key.is_null() ? key.dump() : textOf(key)) + "]";
+  return concat(list, "[", key.is_null() ? key.dump() : textOf(key), "]");
 }
 
 }  // namespace camcfg::tool::document
