@@ -1,25 +1,21 @@
 #include "base/concat.h"
 
-#include <algorithm>
 #include <charconv>
 
 namespace camcfg::tool {
 
 void TextPart::setSigned(std::int64_t value) noexcept {
-  text_ = {digits_, static_cast<std::size_t>(
-                        std::to_chars(digits_, digits_ + sizeof digits_, value).ptr - digits_)};
+  length_ = static_cast<std::size_t>(std::to_chars(digits_, digits_ + sizeof digits_, value).ptr -
+                                     digits_);
 }
 
 void TextPart::setUnsigned(std::uint64_t value) noexcept {
-  text_ = {digits_, static_cast<std::size_t>(
-                        std::to_chars(digits_, digits_ + sizeof digits_, value).ptr - digits_)};
+  length_ = static_cast<std::size_t>(std::to_chars(digits_, digits_ + sizeof digits_, value).ptr -
+                                     digits_);
 }
 
 void append(std::string& to, const TextPart* parts, std::size_t count) {
-  std::size_t size = to.size();
-  for (std::size_t i = 0; i < count; ++i) size += parts[i].text().size();
-  if (size > to.capacity()) to.reserve(std::max(size, 2 * to.capacity()));
-  for (std::size_t i = 0; i < count; ++i) to += parts[i].text();
+  for (std::size_t i = 0; i < count; ++i) to += parts[i].view();
 }
 
 std::string concat(const TextPart* parts, std::size_t count) {

@@ -7,19 +7,21 @@
 #include <string_view>
 #include <type_traits>
 
+#include "base/text_ref.h"
+
 namespace camcfg::tool {
 
 /// A part of a text, for as long as what it was made of: a text, a character or an integer.
-class TextPart {
+class TextPart : public TextRef {
  public:
-  // Inline: of a literal only its place and length are left. A null pointer is an empty text.
-  explicit TextPart(const char* text) noexcept
-      : text_(text == nullptr ? std::string_view() : std::string_view(text)) {}
-  explicit TextPart(std::string_view text) noexcept : text_(text) {}
-  explicit TextPart(const std::string& text) noexcept : text_(text) {}
-  explicit TextPart(char character) noexcept : text_(digits_, 1) { digits_[0] = character; }
+  explicit TextPart(const char* text) noexcept : TextRef(text) {}
+  explicit TextPart(std::string_view text) noexcept : TextRef(text) {}
+  explicit TextPart(const std::string& text) noexcept : TextRef(text) {}
+  explicit TextPart(char character) noexcept : TextRef(std::string_view(digits_, 1)) {
+    digits_[0] = character;
+  }
   template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
-  explicit TextPart(Integer value) noexcept {
+  explicit TextPart(Integer value) noexcept : TextRef(digits_) {
     static_assert(!std::is_same_v<Integer, bool>);
     if constexpr (std::is_signed_v<Integer>)
       setSigned(value);
@@ -30,13 +32,10 @@ class TextPart {
   TextPart& operator=(const TextPart&) = delete;
   ~TextPart() = default;
 
-  std::string_view text() const noexcept { return text_; }
-
  private:
   void setSigned(std::int64_t value) noexcept;
   void setUnsigned(std::uint64_t value) noexcept;
 
-  std::string_view text_;
   char digits_[20];
 };
 

@@ -262,12 +262,13 @@ std::string shortened(const std::string& text) {
   return text.size() <= kLongest ? text : std::string(firstBytes(text, kLongest)) + "...";
 }
 
-std::string memberPlace(const std::string& place, const std::string& name) {
+std::string memberPlace(TextRef place, TextRef member) {
+  const std::string name(member.view());
   const bool isWord = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
     return std::isalnum(c) != 0 || c == '_' || c == '-';
   });
-  if (!isWord) return concat(place, "[\"", shortened(name), "\"]");
-  return concat(place, place.empty() ? "" : ".", shortened(name));
+  if (!isWord) return concat(place.view(), "[\"", shortened(name), "\"]");
+  return concat(place.view(), place.view().empty() ? "" : ".", shortened(name));
 }
 
 std::string elementPlace(const std::string& place, std::size_t index) {

@@ -16,7 +16,7 @@ bool isListOfObjects(const Json& value) {
 
 }  // namespace
 
-const Json& memberOrNothing(const Json& object, const std::string& name) {
+const Json& memberOrNothing(const Json& object, TextRef name) {
   const auto found = object.find(name);
   return found == object.end() ? kNothing : *found;
 }

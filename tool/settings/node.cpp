@@ -86,7 +86,7 @@ bool Node::holds(const std::vector<std::string>& members) const {
          });
 }
 
-Node Node::member(const std::string& name) const {
+Node Node::member(TextRef name) const {
   const auto held = held_ == nullptr ? value_.end() : held_->find(name);
   const bool isThere = held_ != nullptr && held != held_->end();
   return {value_.at(name), memberPlace(place_, name), faults_, isThere ? &*held : nullptr, force_};
@@ -113,7 +113,7 @@ std::vector<Node> Node::elements(const char* key) const {
   return all;
 }
 
-void Node::refuseMissing(const std::string& name) const {
+void Node::refuseMissing(TextRef name) const {
   faults_.push_back({memberPlace(place_, name), "it is missing"});
 }
 

@@ -55,7 +55,7 @@ TEST_P(TablesTest, EveryEntryOfTheSampleSetComesBackAsItWasLoaded) {
 
 TEST_P(TablesTest, AnEntryWithoutItsKeyIsAFault) {
   tool::settings::Faults faults;
-  const Json entries = {Json::object()};
+  const Json entries = Json::array({Json::object()});
   table().calls.read(table(), tool::settings::Node(entries, table().place, faults));
   ASSERT_THAT(faults, testing::Not(IsEmpty()));
   std::size_t required = 0;
