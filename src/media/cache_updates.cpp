@@ -11,6 +11,7 @@ using tinyxml2::XMLElement;
 namespace {
 
 constexpr char kMark[] = "Enable";
+constexpr char kNames[][3] = {"Id"};
 
 // Opens the caches in write mode and finds the one of this number; reports its absence.
 XMLElement* openCache(std::int32_t id) {
@@ -33,9 +34,9 @@ bool markSource(XMLElement& cache, std::int32_t sourceId) {
        entry = entry->NextSiblingElement()) {
     if (!isWord(entry->Name(), kAllowedSource)) continue;
     std::int32_t id = -1;
-    readInt(*entry, "Id", id);
+    Attributes<kNames>(*entry)[0].readInt(id);
     if (id == sourceId) {
-      setInt(*entry, kMark, 1);
+      entry->SetAttribute(kMark, 1);
       marked = true;
     } else {
       entry->DeleteAttribute(kMark);
@@ -67,7 +68,8 @@ int CFG_MPP_UpdateStreamCacheAllowedStreamSource(
   XMLElement* element = openCache(cache->s32Id);
   if (element == nullptr) return CFG_MPP_ERR;
   element->DeleteChildren();
-  writeWhitelist(*element, *cache, kMark);
+  EntryWriter writer(*element);
+  writeWhitelist(writer, *cache, kMark);
   return kStream.closeWrite();
 } catch (const std::bad_alloc&) {
   return kStream.giveUp(BU_FALSE);

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "base/integer.h"
 #include "camcfg/store.h"
 #include "store/file_lock.h"
 
@@ -14,15 +15,54 @@ namespace {
 
 char* const kFile = const_cast<char*>(CFG_FILE_MPP);
 
+// A line of standard output, which is written when it ends, whole unless it is very long.
+class Line {
+ public:
+  Line() { flockfile(stdout); }
+  ~Line() {
+    flush();
+    funlockfile(stdout);
+  }
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+
+  void put(const char* text) {
+    for (; *text != '\0'; ++text) put(*text);
+  }
+  void put(char c) {
+    if (used_ == sizeof unwritten_) flush();
+    unwritten_[used_++] = c;
+  }
+
+ private:
+  void flush() {
+    fwrite_unlocked(unwritten_, 1, used_, stdout);
+    used_ = 0;
+  }
+
+  std::size_t used_ = 0;
+  char unwritten_[512];
+};
+
 }  // namespace
 
 void MediaDocument::print(const char* level, const char* message, ...) const {
-  // Only the message's template passes through the buffer; its arguments are printed whole.
-  char format[256] = {};
-  std::snprintf(format, sizeof format, "[%s][CFG][%s]: %s", level, frame_, message);
+  Line line;
+  line.put("[");
+  line.put(level);
+  line.put("][CFG][");
+  line.put(frame_);
+  line.put("]: ");
   va_list args;
   va_start(args, message);
-  std::vprintf(format, args);
+  for (; *message != '\0'; ++message) {
+    if (*message != '%')
+      line.put(*message);
+    else if (*++message == 's')
+      line.put(va_arg(args, const char*));
+    else
+      line.put(IntegerText(va_arg(args, int)).begin());
+  }
   va_end(args);
 }
 
@@ -78,32 +118,39 @@ void MediaDocument::closeRead() const {
 
 std::int32_t MediaDocument::closeWrite() const {
   if (handle_ == nullptr) return 0;
-  const bool saved = CFG_SaveFile(handle_, kFile, BU_TRUE) == 0;
+  return afterSave(CFG_SaveFile(handle_, kFile, BU_TRUE) == 0);
+}
+
+std::int32_t MediaDocument::closeWrite(const Children& children) const {
+  const bool saved = saveAndUnlock(*handle_, kFile, children);
+  return afterSave(saved);
+}
+
+std::int32_t MediaDocument::afterSave(bool saved) const {
   writing_ = false;
   closeRead();
   return saved ? 0 : failure_;
 }
 
-bool MediaDocument::requireInt(const XMLElement& element, const char* attribute, const char* path,
+bool MediaDocument::requireInt(const Attribute& attribute, const char* path,
                                std::int32_t* value) const {
   *value = -1;
-  static_cast<void>(element.QueryIntAttribute(attribute, value));
+  attribute.readInt(*value);
   // Deliberate: a number written as -1 counts as missing. [minus-one-missing]
-  if (*value == -1) reportMissing(attribute, path);
+  if (*value == -1) reportMissing(attribute.name(), path);
   return *value != -1;
 }
 
-bool MediaDocument::requireText(const XMLElement& element, const char* attribute, const char* path,
+bool MediaDocument::requireText(const Attribute& attribute, const char* path,
                                 std::string* value) const {
-  const char* text = requireText(element, attribute, path);
+  const char* text = requireText(attribute, path);
   if (text != nullptr) *value = text;
   return text != nullptr;
 }
 
-const char* MediaDocument::requireText(const XMLElement& element, const char* attribute,
-                                       const char* path) const {
-  const char* text = element.Attribute(attribute);
-  if (text == nullptr) reportMissing(attribute, path);
+const char* MediaDocument::requireText(const Attribute& attribute, const char* path) const {
+  const char* text = attribute.text();
+  if (text == nullptr) reportMissing(attribute.name(), path);
   return text;
 }
 

@@ -5,6 +5,8 @@
 
 #include "camcfg/livemedia.h"
 #include "camcfg/stream.h"
+#include "media/attributes.h"
+#include "store/xml_file.h"
 
 namespace camcfg {
 
@@ -45,6 +47,9 @@ class MediaDocument {
   /// @return 0, or the family's failure when memory ran out while saving
   std::int32_t closeWrite() const;
 
+  /// Saves as closeWrite() does, with other children of one element.
+  std::int32_t closeWrite(const Children& children) const;
+
   /// Drops the document when memory ran out; in write mode the lock is released as well.
   /// @return the family's failure
   std::int32_t giveUp(tagBU_BOOL readOnly) const;
@@ -52,23 +57,21 @@ class MediaDocument {
   /// What the family's calls return when they fail.
   constexpr std::int32_t failure() const { return failure_; }
 
-  /// Prints a message in the family's frame on standard output.
+  /// Prints a message in the family's frame on standard output; %s and %d are all that it may hold.
   void print(const char* level, const char* message, ...) const
       __attribute__((format(printf, 3, 4)));
 
   /// Reads an attribute that an element must have, or reports it missing at `path`. The value -1
   /// counts as missing.
-  bool requireInt(const tinyxml2::XMLElement& element, const char* attribute, const char* path,
-                  std::int32_t* value) const;
-  bool requireText(const tinyxml2::XMLElement& element, const char* attribute, const char* path,
-                   std::string* value) const;
+  bool requireInt(const Attribute& attribute, const char* path, std::int32_t* value) const;
+  bool requireText(const Attribute& attribute, const char* path, std::string* value) const;
   /// @return the text; null when it is missing
-  const char* requireText(const tinyxml2::XMLElement& element, const char* attribute,
-                          const char* path) const;
+  const char* requireText(const Attribute& attribute, const char* path) const;
   void reportMissing(const char* attribute, const char* path) const;
 
  private:
   tinyxml2::XMLElement* find(const char* section) const;
+  std::int32_t afterSave(bool saved) const;
 
   tinyxml2::XMLDocument*& handle_;
   bool& writing_;

@@ -18,17 +18,42 @@ constexpr ChannelSlot<Session> kSlots[] = {{"MainVideo", &Session::s32MainVideoI
                                            {"SubVideo", &Session::s32SubVideoId},
                                            {"Audio", &Session::s32AudioId}};
 
+// In the order in which they are written.
+constexpr char kNames[][22] = {"Id",
+                               "Enable",
+                               "DiscoveryServerEnable",
+                               "DiscoveryServer",
+                               "GroupName",
+                               "MainStreamName",
+                               "MulticastEnable",
+                               "MulticastIp",
+                               "MulticastNetmask",
+                               "MulticastTTL"};
+enum Name {
+  kId,
+  kEnable,
+  kDiscoveryServerEnable,
+  kDiscoveryServer,
+  kGroupName,
+  kMainStreamName,
+  kMulticastEnable,
+  kMulticastIp,
+  kMulticastNetmask,
+  kMulticastTtl
+};
+
 bool readInstance(const XMLElement& element, Session& session) {
-  readInt(element, "Id", session.s32Id);
-  readSwitch(element, "Enable", session.bEnable);
-  readSwitch(element, "DiscoveryServerEnable", session.bDiscoveryServerEnable);
-  readText(element, "DiscoveryServer", session.strDiscoveryServer);
-  readText(element, "GroupName", session.strGroupName);
-  readText(element, "MainStreamName", session.strMainStreamName);
-  readSwitch(element, "MulticastEnable", session.bMulticastEnable);
-  readText(element, "MulticastIp", session.strMulticastIp);
-  readText(element, "MulticastNetmask", session.strMulticastNetmask);
-  readInt(element, "MulticastTTL", session.s32MulticastTTL);
+  const Attributes<kNames> attributes(element);
+  attributes[kId].readInt(session.s32Id);
+  attributes[kEnable].readSwitch(session.bEnable);
+  attributes[kDiscoveryServerEnable].readSwitch(session.bDiscoveryServerEnable);
+  attributes[kDiscoveryServer].readText(session.strDiscoveryServer);
+  attributes[kGroupName].readText(session.strGroupName);
+  attributes[kMainStreamName].readText(session.strMainStreamName);
+  attributes[kMulticastEnable].readSwitch(session.bMulticastEnable);
+  attributes[kMulticastIp].readText(session.strMulticastIp);
+  attributes[kMulticastNetmask].readText(session.strMulticastNetmask);
+  attributes[kMulticastTtl].readInt(session.s32MulticastTTL);
 
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
@@ -43,21 +68,22 @@ bool readInstance(const XMLElement& element, Session& session) {
   return true;
 }
 
-void writeInstance(XMLElement& section, const Session& session) {
-  XMLElement& instance = append(section, kRules.entries.name());
-  setInt(instance, "Id", session.s32Id);
-  setSwitch(instance, "Enable", session.bEnable);
+void writeInstance(EntryWriter& section, const Session& session) {
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], session.s32Id);
+  section.setSwitch(kNames[kEnable], session.bEnable);
   // Deliberate: not the name that the loader reads, so the switch is off when the file is loaded
   // again. [ndi-discovery-name]
-  setSwitch(instance, "bDiscoveryServerEnable", session.bDiscoveryServerEnable);
-  setText(instance, "DiscoveryServer", session.strDiscoveryServer);
-  setText(instance, "GroupName", session.strGroupName);
-  setText(instance, "MainStreamName", session.strMainStreamName);
-  setSwitch(instance, "MulticastEnable", session.bMulticastEnable);
-  setText(instance, "MulticastIp", session.strMulticastIp);
-  setText(instance, "MulticastNetmask", session.strMulticastNetmask);
-  setInt(instance, "MulticastTTL", session.s32MulticastTTL);
-  writeTypedChannels(instance, session, kSlots);
+  section.setSwitch("bDiscoveryServerEnable", session.bDiscoveryServerEnable);
+  section.setText(kNames[kDiscoveryServer], session.strDiscoveryServer);
+  section.setText(kNames[kGroupName], session.strGroupName);
+  section.setText(kNames[kMainStreamName], session.strMainStreamName);
+  section.setSwitch(kNames[kMulticastEnable], session.bMulticastEnable);
+  section.setText(kNames[kMulticastIp], session.strMulticastIp);
+  section.setText(kNames[kMulticastNetmask], session.strMulticastNetmask);
+  section.setInt(kNames[kMulticastTtl], session.s32MulticastTTL);
+  writeTypedChannels(section, session, kSlots);
+  section.close();
 }
 
 constexpr Section<Session> kNdi = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};

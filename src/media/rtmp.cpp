@@ -21,14 +21,19 @@ constexpr Rules kRules = {"RTMP", kTargets, Success::Printed, AfterFault::StaysO
 constexpr ChannelSlot<Session> kSlots[] = {{"Video", &Session::s32VideoId},
                                            {"Audio", &Session::s32AudioId}};
 
+// In the order in which they are written.
+constexpr char kNames[][9] = {"Id", "Enable", "url", "username", "password"};
+enum Name { kId, kEnable, kUrl, kUsername, kPassword };
+
 bool readTarget(const XMLElement& element, Session& session) {
-  if (!kLiveMedia.requireInt(element, "Id", kTargetPath, &session.s32Id) ||
-      !kLiveMedia.requireText(element, "url", kTargetPath, &session.strUrl))
+  const Attributes<kNames> attributes(element);
+  if (!kLiveMedia.requireInt(attributes[kId], kTargetPath, &session.s32Id) ||
+      !kLiveMedia.requireText(attributes[kUrl], kTargetPath, &session.strUrl))
     return false;
-  readText(element, "username", session.strUsername);
-  readText(element, "password", session.strPassword);
+  attributes[kUsername].readText(session.strUsername);
+  attributes[kPassword].readText(session.strPassword);
   session.bEnable = 1;
-  readSwitch(element, "Enable", session.bEnable);
+  attributes[kEnable].readSwitch(session.bEnable);
 
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
@@ -40,14 +45,15 @@ bool readTarget(const XMLElement& element, Session& session) {
   return true;
 }
 
-void writeTarget(XMLElement& section, const Session& session) {
-  XMLElement& target = append(section, kRules.entries.name());
-  setInt(target, "Id", session.s32Id);
-  setSwitch(target, "Enable", session.bEnable);
-  setText(target, "url", session.strUrl);
-  setText(target, "username", session.strUsername);
-  setText(target, "password", session.strPassword);
-  writeTypedChannels(target, session, kSlots);
+void writeTarget(EntryWriter& section, const Session& session) {
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], session.s32Id);
+  section.setSwitch(kNames[kEnable], session.bEnable);
+  section.setText(kNames[kUrl], session.strUrl);
+  section.setText(kNames[kUsername], session.strUsername);
+  section.setText(kNames[kPassword], session.strPassword);
+  writeTypedChannels(section, session, kSlots);
+  section.close();
 }
 
 constexpr Section<Session> kRtmp = {kLiveMedia, kRules, readEach<readTarget>, writeTarget};

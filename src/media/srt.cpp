@@ -15,12 +15,18 @@ constexpr char kPath[] = "<SRT><Instance>";
 constexpr char kListener[] = "Listener";
 constexpr char kCaller[] = "Caller";
 
+// In the order in which they are written.
+constexpr char kNames[][9] = {"Id", "Mode", "Hostname", "Port", "AesMode", "Password", "Latency"};
+enum Name { kId, kMode, kHostname, kPort, kAesMode, kPassword, kLatency };
+constexpr char kStreamNames[][8] = {"Id", "Default"};
+constexpr char kChannelNames[][3] = {"Id"};
+
 // A listener's host name is not looked at.
-bool readMode(const XMLElement& element, const char* mode, Instance& instance) {
+bool readMode(const Attribute& hostname, const char* mode, Instance& instance) {
   instance.s32Mode = isWord(mode, kListener) ? 1 : 0;
   if (instance.s32Mode != 0) return true;
   if (isWord(mode, kCaller))
-    return kLiveMedia.requireText(element, "Hostname", kPath, &instance.strHostname);
+    return kLiveMedia.requireText(hostname, kPath, &instance.strHostname);
   // Deliberate: the message speaks of skipping the instance, but the whole load fails.
   // [srt-bad-mode]
   kLiveMedia.print(kWarning, "Bad srt mode = %s, only allow {Listener, Caller}, skip instance.\n",
@@ -29,13 +35,15 @@ bool readMode(const XMLElement& element, const char* mode, Instance& instance) {
 }
 
 bool readStream(const XMLElement& element, Stream& stream) {
-  if (!kLiveMedia.requireText(element, "Id", "<SRT><Instance><Stream>", &stream.strId))
+  const Attributes<kStreamNames> attributes(element);
+  if (!kLiveMedia.requireText(attributes[0], "<SRT><Instance><Stream>", &stream.strId))
     return false;
-  readInt(element, "Default", stream.s32Default);
+  attributes[1].readInt(stream.s32Default);
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
+    const Attributes<kChannelNames> channel(*entry);
     std::int32_t id = -1;
-    if (!kLiveMedia.requireInt(*entry, "Id", "<SRT><Instance><Stream><Channel>", &id)) return false;
+    if (!kLiveMedia.requireInt(channel[0], "<SRT><Instance><Stream><Channel>", &id)) return false;
     stream.lstChannel.push_back(id);
   }
   return true;
@@ -52,34 +60,43 @@ bool readStreams(const XMLElement& element, Instance& instance) {
 }
 
 bool readInstance(const XMLElement& element, Instance& instance) {
-  if (!kLiveMedia.requireInt(element, "Id", kPath, &instance.s32Id)) return false;
-  const char* mode = kLiveMedia.requireText(element, "Mode", kPath);
-  if (mode == nullptr || !kLiveMedia.requireInt(element, "Port", kPath, &instance.s32Port) ||
-      !readMode(element, mode, instance))
+  const Attributes<kNames> attributes(element);
+  if (!kLiveMedia.requireInt(attributes[kId], kPath, &instance.s32Id)) return false;
+  const char* mode = kLiveMedia.requireText(attributes[kMode], kPath);
+  if (mode == nullptr || !kLiveMedia.requireInt(attributes[kPort], kPath, &instance.s32Port) ||
+      !readMode(attributes[kHostname], mode, instance))
     return false;
-  readInt(element, "AesMode", instance.s32AesMode);
-  readText(element, "Password", instance.strPassword);
-  readInt(element, "Latency", instance.s32Latency);
+  attributes[kAesMode].readInt(instance.s32AesMode);
+  attributes[kPassword].readText(instance.strPassword);
+  attributes[kLatency].readInt(instance.s32Latency);
   return readStreams(element, instance);
 }
 
-void writeStream(XMLElement& parent, const Stream& stream) {
-  XMLElement& element = append(parent, kStreams.name());
-  setText(element, "Id", stream.strId);
-  setInt(element, "Default", stream.s32Default);
-  for (const int id : stream.lstChannel) setInt(append(element, kChannel), "Id", id);
+void writeChannel(EntryWriter& stream, std::int32_t id) {
+  stream.open(kChannel);
+  stream.setInt(kChannelNames[0], id);
+  stream.close();
 }
 
-void writeInstance(XMLElement& section, const Instance& instance) {
-  XMLElement& element = append(section, kRules.entries.name());
-  setInt(element, "Id", instance.s32Id);
-  element.SetAttribute("Mode", instance.s32Mode != 0 ? kListener : kCaller);
-  if (!instance.strHostname.empty()) setText(element, "Hostname", instance.strHostname);
-  setInt(element, "Port", instance.s32Port);
-  if (instance.s32AesMode > 0) setInt(element, "AesMode", instance.s32AesMode);
-  if (!instance.strPassword.empty()) setText(element, "Password", instance.strPassword);
-  setInt(element, "Latency", instance.s32Latency);
-  for (const Stream& stream : instance.lstStream) writeStream(element, stream);
+void writeStream(EntryWriter& instance, const Stream& stream) {
+  instance.open(kStreams.name());
+  instance.setText(kStreamNames[0], stream.strId);
+  instance.setInt(kStreamNames[1], stream.s32Default);
+  for (const int id : stream.lstChannel) writeChannel(instance, id);
+  instance.close();
+}
+
+void writeInstance(EntryWriter& section, const Instance& instance) {
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], instance.s32Id);
+  section.setText(kNames[kMode], instance.s32Mode != 0 ? kListener : kCaller);
+  if (!instance.strHostname.empty()) section.setText(kNames[kHostname], instance.strHostname);
+  section.setInt(kNames[kPort], instance.s32Port);
+  if (instance.s32AesMode > 0) section.setInt(kNames[kAesMode], instance.s32AesMode);
+  if (!instance.strPassword.empty()) section.setText(kNames[kPassword], instance.strPassword);
+  section.setInt(kNames[kLatency], instance.s32Latency);
+  for (const Stream& stream : instance.lstStream) writeStream(section, stream);
+  section.close();
 }
 
 constexpr Section<Instance> kSrt = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};

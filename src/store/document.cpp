@@ -29,13 +29,14 @@ void copyToBackup(const char (&mainPath)[CFG_PATH_SIZE]) {
   sync();
 }
 
-bool saveBothCopies(XMLDocument& document, const char* path) {
+bool saveBothCopies(XMLDocument& document, const char* path,
+                    const camcfg::Children* children = nullptr) {
   const camcfg::WorkLock lock(path);
   if (!lock) return false;
   char mainPath[CFG_PATH_SIZE];
   camcfg::mainPathOf(mainPath, path);
   lock.note(SaveStep::MainCopy);
-  const bool written = camcfg::saveXml(document, mainPath);
+  const bool written = camcfg::saveXml(document, mainPath, children);
   if (written) lock.note(SaveStep::BackupCopy);
   sync();
   // If memory ran out while writing, the incomplete main copy must not replace the backup.
@@ -45,6 +46,12 @@ bool saveBothCopies(XMLDocument& document, const char* path) {
 }
 
 }  // namespace
+
+bool camcfg::saveAndUnlock(XMLDocument& document, const char* path, const Children& children) {
+  const bool written = saveBothCopies(document, path, &children);
+  cfgUnlockFile(path);
+  return written;
+}
 
 XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   std::unique_ptr<XMLDocument> document = camcfg::newDocument();
