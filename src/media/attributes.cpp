@@ -11,30 +11,37 @@ namespace camcfg {
 using tinyxml2::XMLAttribute;
 using tinyxml2::XMLElement;
 
-void Attribute::readInt(std::int32_t& value) const {
-  if (found_ != nullptr) static_cast<void>(readInteger(found_->Value(), value));
+const char* Attributes::text(std::size_t place) const {
+  const XMLAttribute* attribute = found_[place];
+  return attribute == nullptr ? nullptr : attribute->Value();
 }
 
-void Attribute::readText(std::string& value) const {
-  if (found_ != nullptr) value = found_->Value();
+void Attributes::readInt(std::size_t place, std::int32_t& value) const {
+  const char* number = text(place);
+  if (number != nullptr) static_cast<void>(readInteger(number, value));
 }
 
-void Attribute::readSwitch(std::int32_t& value) const {
-  if (found_ != nullptr) value = isWord(found_->Value(), "true") ? 1 : 0;
+void Attributes::readText(std::size_t place, std::string& value) const {
+  const char* read = text(place);
+  if (read != nullptr) value = read;
 }
 
-void findAttributes(const XMLElement& element, const char* names, std::size_t width,
-                    std::size_t count, const XMLAttribute** found) {
-  std::fill_n(found, count, nullptr);
-  std::size_t place = 0;
+void Attributes::readSwitch(std::size_t place, std::int32_t& value) const {
+  const char* word = text(place);
+  if (word != nullptr) value = isWord(word, "true") ? 1 : 0;
+}
+
+void Attributes::find(const XMLElement& element, std::size_t count) {
+  std::fill_n(found_, count, nullptr);
+  std::size_t next = 0;
   for (const XMLAttribute* each = element.FirstAttribute(); each != nullptr; each = each->Next()) {
-    const char* name = each->Name();
-    bool isKnown = false;
-    for (std::size_t tried = 0; tried < count && !isKnown; ++tried) {
-      const std::size_t here = place;
-      place = here + 1 == count ? 0 : here + 1;
-      isKnown = std::strcmp(name, names + here * width) == 0;
-      if (isKnown && found[here] == nullptr) found[here] = each;
+    const char* read = each->Name();
+    for (std::size_t tried = 0; tried < count; ++tried) {
+      const std::size_t place = next;
+      next = place + 1 == count ? 0 : place + 1;
+      if (std::strcmp(read, name(place)) != 0) continue;
+      if (found_[place] == nullptr) found_[place] = each;
+      break;
     }
   }
 }

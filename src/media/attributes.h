@@ -9,50 +9,38 @@
 
 namespace camcfg {
 
-/// An attribute, or its absence, under the name that it was sought by.
-class Attribute {
+/// The attributes of an element that its reader knows, sought all at once; of several of one name the
+/// first. That is quickest when they come in the order in which the reader names them, so this is
+/// the order in which they are written.
+class Attributes {
  public:
-  Attribute(const tinyxml2::XMLAttribute* found, const char* name) : found_(found), name_(name) {}
+  /// @param names  table of the names; an attribute is asked for by its place in it
+  template <std::size_t Count, std::size_t Width>
+  Attributes(const tinyxml2::XMLElement& element, const char (&names)[Count][Width])
+      : names_(names[0]), width_(Width) {
+    static_assert(Count <= kMost);
+    find(element, Count);
+  }
 
-  const char* name() const { return name_; }
+  const char* name(std::size_t place) const { return names_ + place * width_; }
   /// Null when it is absent.
-  const char* text() const { return found_ == nullptr ? nullptr : found_->Value(); }
+  const char* text(std::size_t place) const;
 
   // Each leaves the value as it is when the attribute is absent, or holds no integer.
 
-  void readInt(std::int32_t& value) const;
-  void readText(std::string& value) const;
+  void readInt(std::size_t place, std::int32_t& value) const;
+  void readText(std::size_t place, std::string& value) const;
   /// 1 for the word "true", in upper or lower case, else 0.
-  void readSwitch(std::int32_t& value) const;
+  void readSwitch(std::size_t place, std::int32_t& value) const;
 
  private:
-  const tinyxml2::XMLAttribute* found_;
-  const char* name_;
-};
+  static constexpr std::size_t kMost = 10;
 
-/// Finds the attributes of some names, of each name the first. It is quickest when they come in
-/// the order of the names.
-/// @param names  `count` texts, each in `width` bytes
-/// @param found  receives an attribute, or null, for each name
-void findAttributes(const tinyxml2::XMLElement& element, const char* names, std::size_t width,
-                    std::size_t count, const tinyxml2::XMLAttribute** found);
+  void find(const tinyxml2::XMLElement& element, std::size_t count);
 
-/// The attributes of one element that its reader knows, sought all at once.
-/// @tparam kNames  table of their names
-template <const auto& kNames>
-class Attributes {
- public:
-  explicit Attributes(const tinyxml2::XMLElement& element) {
-    findAttributes(element, kNames[0], sizeof kNames[0], kCount, found_);
-  }
-
-  /// The one whose name has this place in the table.
-  Attribute operator[](std::size_t place) const { return {found_[place], kNames[place]}; }
-
- private:
-  static constexpr std::size_t kCount = sizeof kNames / sizeof kNames[0];
-
-  const tinyxml2::XMLAttribute* found_[kCount];
+  const char* names_;
+  std::size_t width_;
+  const tinyxml2::XMLAttribute* found_[kMost];
 };
 
 }  // namespace camcfg

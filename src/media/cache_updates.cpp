@@ -34,7 +34,7 @@ bool markSource(XMLElement& cache, std::int32_t sourceId) {
        entry = entry->NextSiblingElement()) {
     if (!isWord(entry->Name(), kAllowedSource)) continue;
     std::int32_t id = -1;
-    Attributes<kNames>(*entry)[0].readInt(id);
+    Attributes(*entry, kNames).readInt(0, id);
     if (id == sourceId) {
       entry->SetAttribute(kMark, 1);
       marked = true;

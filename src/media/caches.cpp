@@ -29,12 +29,12 @@ struct SizeUnit {
 // From the smallest to the largest; of equal amounts the first is kept.
 constexpr SizeUnit kUnits[] = {{kBufferSizeB, 0}, {kBufferSizeKb, 10}, {kBufferSizeMb, 20}};
 
-bool readSize(const Attributes<kNames>& attributes, tag_CFG_STREAM_CACHE_T& cache) {
+bool readSize(const Attributes& attributes, tag_CFG_STREAM_CACHE_T& cache) {
   bool anyGiven = false;
   std::int32_t best = 0;
   for (const SizeUnit& unit : kUnits) {
     std::int32_t size = -1;
-    attributes[unit.attribute].readInt(size);
+    attributes.readInt(unit.attribute, size);
     anyGiven = anyGiven || size != -1;
     const bool isFirst = unit.shift == 0;
     if (!isFirst && best >= unit.inBytes(size)) continue;
@@ -58,11 +58,11 @@ bool reject() {
 bool readCache(const XMLElement& element, Cache& record) {
   record = std::make_shared<tag_CFG_STREAM_CACHE_T>();
   tag_CFG_STREAM_CACHE_T& cache = *record;
-  const Attributes<kNames> attributes(element);
-  if (!kStream.requireInt(attributes[kId], kPath, &cache.s32Id)) return reject();
+  const Attributes attributes(element, kNames);
+  if (!kStream.requireInt(attributes, kId, kPath, &cache.s32Id)) return reject();
   // Deliberate: only on this fault does the document stay open. [cache-size-leaves-open]
   if (!readSize(attributes, cache)) return false;
-  if (!kStream.requireText(attributes[kName], kPath, &cache.strName)) return reject();
+  if (!kStream.requireText(attributes, kName, kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,
                 cache.s32BufUnit);
   return readWhitelist(element, cache) || reject();

@@ -13,9 +13,9 @@ constexpr char kTyped[][5] = {"Id", "Type"};
 
 bool readNamedChannel(const XMLElement& element, const char* path, std::int32_t& id,
                       std::string& name) {
-  const Attributes<kNamed> attributes(element);
-  return kLiveMedia.requireInt(attributes[0], path, &id) &&
-         kLiveMedia.requireText(attributes[1], path, &name);
+  const Attributes attributes(element, kNamed);
+  return kLiveMedia.requireInt(attributes, 0, path, &id) &&
+         kLiveMedia.requireText(attributes, 1, path, &name);
 }
 
 void writeNamedChannel(EntryWriter& parent, std::int32_t id, const std::string& name) {
@@ -26,9 +26,9 @@ void writeNamedChannel(EntryWriter& parent, std::int32_t id, const std::string& 
 }
 
 bool readTypedChannel(const XMLElement& element, const char* path, TypedChannel& channel) {
-  const Attributes<kTyped> attributes(element);
-  if (!kLiveMedia.requireInt(attributes[0], path, &channel.id)) return false;
-  channel.type = kLiveMedia.requireText(attributes[1], path);
+  const Attributes attributes(element, kTyped);
+  if (!kLiveMedia.requireInt(attributes, 0, path, &channel.id)) return false;
+  channel.type = kLiveMedia.requireText(attributes, 1, path);
   return channel.type != nullptr;
 }
 

@@ -15,31 +15,22 @@ namespace {
 
 char* const kFile = const_cast<char*>(CFG_FILE_MPP);
 
-// A line of standard output, which is written when it ends, whole unless it is very long.
+// A line of standard output, which is written whole unless it is very long.
 class Line {
  public:
-  Line() { flockfile(stdout); }
-  ~Line() {
-    flush();
-    funlockfile(stdout);
-  }
-  Line(const Line&) = delete;
-  Line& operator=(const Line&) = delete;
-
   void put(const char* text) {
     for (; *text != '\0'; ++text) put(*text);
   }
   void put(char c) {
-    if (used_ == sizeof unwritten_) flush();
+    if (used_ == sizeof unwritten_) write();
     unwritten_[used_++] = c;
   }
-
- private:
-  void flush() {
-    fwrite_unlocked(unwritten_, 1, used_, stdout);
+  void write() {
+    std::fwrite(unwritten_, 1, used_, stdout);
     used_ = 0;
   }
 
+ private:
   std::size_t used_ = 0;
   char unwritten_[512];
 };
@@ -64,6 +55,7 @@ void MediaDocument::print(const char* level, const char* message, ...) const {
       line.put(IntegerText(va_arg(args, int)).begin());
   }
   va_end(args);
+  line.write();
 }
 
 XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const {
@@ -132,25 +124,26 @@ std::int32_t MediaDocument::afterSave(bool saved) const {
   return saved ? 0 : failure_;
 }
 
-bool MediaDocument::requireInt(const Attribute& attribute, const char* path,
+bool MediaDocument::requireInt(const Attributes& attributes, std::size_t place, const char* path,
                                std::int32_t* value) const {
   *value = -1;
-  attribute.readInt(*value);
+  attributes.readInt(place, *value);
   // Deliberate: a number written as -1 counts as missing. [minus-one-missing]
-  if (*value == -1) reportMissing(attribute.name(), path);
+  if (*value == -1) reportMissing(attributes.name(place), path);
   return *value != -1;
 }
 
-bool MediaDocument::requireText(const Attribute& attribute, const char* path,
+bool MediaDocument::requireText(const Attributes& attributes, std::size_t place, const char* path,
                                 std::string* value) const {
-  const char* text = requireText(attribute, path);
+  const char* text = requireText(attributes, place, path);
   if (text != nullptr) *value = text;
   return text != nullptr;
 }
 
-const char* MediaDocument::requireText(const Attribute& attribute, const char* path) const {
-  const char* text = attribute.text();
-  if (text == nullptr) reportMissing(attribute.name(), path);
+const char* MediaDocument::requireText(const Attributes& attributes, std::size_t place,
+                                       const char* path) const {
+  const char* text = attributes.text(place);
+  if (text == nullptr) reportMissing(attributes.name(place), path);
   return text;
 }
 

@@ -63,10 +63,12 @@ class MediaDocument {
 
   /// Reads an attribute that an element must have, or reports it missing at `path`. The value -1
   /// counts as missing.
-  bool requireInt(const Attribute& attribute, const char* path, std::int32_t* value) const;
-  bool requireText(const Attribute& attribute, const char* path, std::string* value) const;
+  bool requireInt(const Attributes& attributes, std::size_t place, const char* path,
+                  std::int32_t* value) const;
+  bool requireText(const Attributes& attributes, std::size_t place, const char* path,
+                   std::string* value) const;
   /// @return the text; null when it is missing
-  const char* requireText(const Attribute& attribute, const char* path) const;
+  const char* requireText(const Attributes& attributes, std::size_t place, const char* path) const;
   void reportMissing(const char* attribute, const char* path) const;
 
  private:

@@ -43,17 +43,17 @@ enum Name {
 };
 
 bool readInstance(const XMLElement& element, Session& session) {
-  const Attributes<kNames> attributes(element);
-  attributes[kId].readInt(session.s32Id);
-  attributes[kEnable].readSwitch(session.bEnable);
-  attributes[kDiscoveryServerEnable].readSwitch(session.bDiscoveryServerEnable);
-  attributes[kDiscoveryServer].readText(session.strDiscoveryServer);
-  attributes[kGroupName].readText(session.strGroupName);
-  attributes[kMainStreamName].readText(session.strMainStreamName);
-  attributes[kMulticastEnable].readSwitch(session.bMulticastEnable);
-  attributes[kMulticastIp].readText(session.strMulticastIp);
-  attributes[kMulticastNetmask].readText(session.strMulticastNetmask);
-  attributes[kMulticastTtl].readInt(session.s32MulticastTTL);
+  const Attributes attributes(element, kNames);
+  attributes.readInt(kId, session.s32Id);
+  attributes.readSwitch(kEnable, session.bEnable);
+  attributes.readSwitch(kDiscoveryServerEnable, session.bDiscoveryServerEnable);
+  attributes.readText(kDiscoveryServer, session.strDiscoveryServer);
+  attributes.readText(kGroupName, session.strGroupName);
+  attributes.readText(kMainStreamName, session.strMainStreamName);
+  attributes.readSwitch(kMulticastEnable, session.bMulticastEnable);
+  attributes.readText(kMulticastIp, session.strMulticastIp);
+  attributes.readText(kMulticastNetmask, session.strMulticastNetmask);
+  attributes.readInt(kMulticastTtl, session.s32MulticastTTL);
 
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {

@@ -26,14 +26,14 @@ constexpr char kNames[][9] = {"Id", "Enable", "url", "username", "password"};
 enum Name { kId, kEnable, kUrl, kUsername, kPassword };
 
 bool readTarget(const XMLElement& element, Session& session) {
-  const Attributes<kNames> attributes(element);
-  if (!kLiveMedia.requireInt(attributes[kId], kTargetPath, &session.s32Id) ||
-      !kLiveMedia.requireText(attributes[kUrl], kTargetPath, &session.strUrl))
+  const Attributes attributes(element, kNames);
+  if (!kLiveMedia.requireInt(attributes, kId, kTargetPath, &session.s32Id) ||
+      !kLiveMedia.requireText(attributes, kUrl, kTargetPath, &session.strUrl))
     return false;
-  attributes[kUsername].readText(session.strUsername);
-  attributes[kPassword].readText(session.strPassword);
+  attributes.readText(kUsername, session.strUsername);
+  attributes.readText(kPassword, session.strPassword);
   session.bEnable = 1;
-  attributes[kEnable].readSwitch(session.bEnable);
+  attributes.readSwitch(kEnable, session.bEnable);
 
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {

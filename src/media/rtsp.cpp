@@ -14,8 +14,8 @@ constexpr char kNames[][5] = {"Name"};
 
 bool readGroup(const XMLElement& element, Session& session) {
   session = std::make_shared<tag_CFG_RTSP_SESSION_T>();
-  const Attributes<kNames> attributes(element);
-  if (!kLiveMedia.requireText(attributes[0], "<RTSP><MediaGroup>", &session->strName)) return false;
+  const Attributes attributes(element, kNames);
+  if (!kLiveMedia.requireText(attributes, 0, "<RTSP><MediaGroup>", &session->strName)) return false;
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
     session->lstSubSession.emplace_back();

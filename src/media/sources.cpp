@@ -56,24 +56,24 @@ const Kind* kindOfRecord(const Source& source) {
   return nullptr;
 }
 
-bool readName(const Attribute& attribute, const std::list<Source>& before, std::string& name) {
+bool readName(const Attributes& attributes, const std::list<Source>& before, std::string& name) {
   // Deliberate: an element without "Name" takes its predecessor's. [source-name-carried]
-  if (before.empty() || attribute.text() != nullptr)
-    return kStream.requireText(attribute, kAnySource, &name);
+  if (before.empty() || attributes.text(kName) != nullptr)
+    return kStream.requireText(attributes, kName, kAnySource, &name);
   name = before.back()->strName;
   return true;
 }
 
 bool readSource(const XMLElement& element, std::list<Source>& sources) {
   const Kind& kind = *kindOfElement(element);
-  const Attributes<kNames> attributes(element);
+  const Attributes attributes(element, kNames);
   Source source = kind.make();
-  if (!kStream.requireInt(attributes[kind.channel], kind.path, &source->s32ChnId) ||
-      !kStream.requireInt(attributes[kId], kAnySource, &source->s32Id) ||
-      !readName(attributes[kName], sources, source->strName))
+  if (!kStream.requireInt(attributes, kind.channel, kind.path, &source->s32ChnId) ||
+      !kStream.requireInt(attributes, kId, kAnySource, &source->s32Id) ||
+      !readName(attributes, sources, source->strName))
     return false;
   source->s32Enabled = 1;
-  attributes[kEnabled].readInt(source->s32Enabled);
+  attributes.readInt(kEnabled, source->s32Enabled);
   sources.push_back(std::move(source));
   return true;
 }

@@ -22,11 +22,11 @@ constexpr char kStreamNames[][8] = {"Id", "Default"};
 constexpr char kChannelNames[][3] = {"Id"};
 
 // A listener's host name is not looked at.
-bool readMode(const Attribute& hostname, const char* mode, Instance& instance) {
+bool readMode(const Attributes& attributes, const char* mode, Instance& instance) {
   instance.s32Mode = isWord(mode, kListener) ? 1 : 0;
   if (instance.s32Mode != 0) return true;
   if (isWord(mode, kCaller))
-    return kLiveMedia.requireText(hostname, kPath, &instance.strHostname);
+    return kLiveMedia.requireText(attributes, kHostname, kPath, &instance.strHostname);
   // Deliberate: the message speaks of skipping the instance, but the whole load fails.
   // [srt-bad-mode]
   kLiveMedia.print(kWarning, "Bad srt mode = %s, only allow {Listener, Caller}, skip instance.\n",
@@ -35,15 +35,15 @@ bool readMode(const Attribute& hostname, const char* mode, Instance& instance) {
 }
 
 bool readStream(const XMLElement& element, Stream& stream) {
-  const Attributes<kStreamNames> attributes(element);
-  if (!kLiveMedia.requireText(attributes[0], "<SRT><Instance><Stream>", &stream.strId))
+  const Attributes attributes(element, kStreamNames);
+  if (!kLiveMedia.requireText(attributes, 0, "<SRT><Instance><Stream>", &stream.strId))
     return false;
-  attributes[1].readInt(stream.s32Default);
+  attributes.readInt(1, stream.s32Default);
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
-    const Attributes<kChannelNames> channel(*entry);
+    const Attributes channel(*entry, kChannelNames);
     std::int32_t id = -1;
-    if (!kLiveMedia.requireInt(channel[0], "<SRT><Instance><Stream><Channel>", &id)) return false;
+    if (!kLiveMedia.requireInt(channel, 0, "<SRT><Instance><Stream><Channel>", &id)) return false;
     stream.lstChannel.push_back(id);
   }
   return true;
@@ -60,15 +60,15 @@ bool readStreams(const XMLElement& element, Instance& instance) {
 }
 
 bool readInstance(const XMLElement& element, Instance& instance) {
-  const Attributes<kNames> attributes(element);
-  if (!kLiveMedia.requireInt(attributes[kId], kPath, &instance.s32Id)) return false;
-  const char* mode = kLiveMedia.requireText(attributes[kMode], kPath);
-  if (mode == nullptr || !kLiveMedia.requireInt(attributes[kPort], kPath, &instance.s32Port) ||
-      !readMode(attributes[kHostname], mode, instance))
+  const Attributes attributes(element, kNames);
+  if (!kLiveMedia.requireInt(attributes, kId, kPath, &instance.s32Id)) return false;
+  const char* mode = kLiveMedia.requireText(attributes, kMode, kPath);
+  if (mode == nullptr || !kLiveMedia.requireInt(attributes, kPort, kPath, &instance.s32Port) ||
+      !readMode(attributes, mode, instance))
     return false;
-  attributes[kAesMode].readInt(instance.s32AesMode);
-  attributes[kPassword].readText(instance.strPassword);
-  attributes[kLatency].readInt(instance.s32Latency);
+  attributes.readInt(kAesMode, instance.s32AesMode);
+  attributes.readText(kPassword, instance.strPassword);
+  attributes.readInt(kLatency, instance.s32Latency);
   return readStreams(element, instance);
 }
 

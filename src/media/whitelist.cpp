@@ -36,8 +36,8 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   std::int32_t id = cache.s32Id;
   for (const XMLElement* entry = firstEntry(element, kAllowedSource); entry != nullptr;
        entry = nextEntry(*entry, kAllowedSource)) {
-    const Attributes<kNames> attributes(*entry);
-    attributes[0].readInt(id);
+    const Attributes attributes(*entry, kNames);
+    attributes.readInt(0, id);
     if (id == -1) {
       kStream.reportMissing("Id", kPath);
       return false;
@@ -46,7 +46,7 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
     // Deliberate: the mark is "Default"; the "Enable" that the updates set is not looked at.
     // [default-and-enable]
     std::int32_t mark = 0;
-    attributes[1].readInt(mark);
+    attributes.readInt(1, mark);
     if (mark != 0) enable(cache, id);
   }
   if (cache.s32AllowedMask == 0) {
