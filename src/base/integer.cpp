@@ -1,19 +1,11 @@
 #include "base/integer.h"
 
-#include <limits>
-
 namespace camcfg {
 namespace {
-
-constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
 
 // Whatever the locale is.
 bool isSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-bool beginsHexadecimal(const char* text) {
-  return text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
 }
 
 // At least 16 for what is no digit.
@@ -24,37 +16,31 @@ unsigned valueOf(char c) {
   return letter < 6 ? letter + 10 : 16;
 }
 
-// The largest number if there are too many digits, 0 if there is none.
-std::uint64_t magnitudeOf(const char* text, unsigned base) {
-  std::uint64_t magnitude = 0;
-  bool fits = true;
-  for (unsigned digit = 0; (digit = valueOf(*text)) < base; ++text)
-    fits = fits && !__builtin_mul_overflow(magnitude, base, &magnitude) &&
-           !__builtin_add_overflow(magnitude, digit, &magnitude);
-  return fits ? magnitude : std::numeric_limits<std::uint64_t>::max();
-}
-
-// Numbers are read with 64 bits, in which they stop at the limits; only the lower 32 are kept.
-std::int32_t lowerHalf(std::uint64_t number) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
-}
-
 }  // namespace
 
 bool readInteger(const char* text, std::int32_t& value) {
   while (isSpace(*text)) ++text;
-  if (beginsHexadecimal(text)) {
-    value = lowerHalf(magnitudeOf(text + 2, 16));
-    return true;
-  }
+  const bool isHexadecimal = text[0] == '0' && (text[1] | 0x20) == 'x';
   const bool isNegative = *text == '-';
-  if (isNegative || *text == '+') ++text;
-  if (valueOf(*text) >= 10) return false;
-  const std::uint64_t magnitude = magnitudeOf(text, 10);
-  if (magnitude > kLargest)
-    value = isNegative ? 0 : -1;
-  else
-    value = lowerHalf(isNegative ? 0 - magnitude : magnitude);
+  if (isHexadecimal)
+    text += 2;
+  else if (isNegative || *text == '+')
+    ++text;
+  const unsigned base = isHexadecimal ? 16 : 10;
+  // "0x" on its own is 0.
+  if (!isHexadecimal && valueOf(*text) >= base) return false;
+  std::uint64_t magnitude = 0;
+  bool isBeyond = false;
+  for (unsigned digit = 0; (digit = valueOf(*text)) < base; ++text) {
+    // One more digit then exceeds 64 bits, of a decimal number the 63 that it has.
+    isBeyond = isBeyond || magnitude >> 60 != 0;
+    magnitude = magnitude * base + digit;
+  }
+  isBeyond = isBeyond || (!isHexadecimal && magnitude >> 63 != 0);
+  // A number stops at the limits of 64 bits, and its lower 32 are kept.
+  if (isBeyond) magnitude = isNegative ? 0 : ~std::uint64_t{0};
+  const std::uint64_t number = isNegative ? 0 - magnitude : magnitude;
+  value = static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
   return true;
 }
 

@@ -21,11 +21,6 @@ void Attributes::readInt(std::size_t place, std::int32_t& value) const {
   if (number != nullptr) static_cast<void>(readInteger(number, value));
 }
 
-void Attributes::readText(std::size_t place, std::string& value) const {
-  const char* read = text(place);
-  if (read != nullptr) value = read;
-}
-
 void Attributes::readSwitch(std::size_t place, std::int32_t& value) const {
   const char* word = text(place);
   if (word != nullptr) value = isWord(word, "true") ? 1 : 0;

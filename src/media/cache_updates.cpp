@@ -36,7 +36,7 @@ bool markSource(XMLElement& cache, std::int32_t sourceId) {
     std::int32_t id = -1;
     Attributes(*entry, kNames).readInt(0, id);
     if (id == sourceId) {
-      entry->SetAttribute(kMark, 1);
+      setInt(*entry, kMark, 1);
       marked = true;
     } else {
       entry->DeleteAttribute(kMark);
@@ -68,8 +68,7 @@ int CFG_MPP_UpdateStreamCacheAllowedStreamSource(
   XMLElement* element = openCache(cache->s32Id);
   if (element == nullptr) return CFG_MPP_ERR;
   element->DeleteChildren();
-  EntryWriter writer(*element);
-  writeWhitelist(writer, *cache, kMark);
+  writeWhitelist(*element, *cache, kMark);
   return kStream.closeWrite();
 } catch (const std::bad_alloc&) {
   return kStream.giveUp(BU_FALSE);

@@ -16,7 +16,7 @@ constexpr char kNames[][13] = {"Id", "Name", "BufferSizeB", "BufferSizeKB", "Buf
 enum Name { kId, kName, kBufferSizeB, kBufferSizeKb, kBufferSizeMb };
 
 struct SizeUnit {
-  std::size_t attribute;
+  Name attribute;
   unsigned shift;
 
   std::int32_t bytes() const { return 1 << shift; }
@@ -68,16 +68,15 @@ bool readCache(const XMLElement& element, Cache& record) {
   return readWhitelist(element, cache) || reject();
 }
 
-void writeCache(EntryWriter& section, const Cache& cache) {
+void writeCache(XMLElement& section, const Cache& cache) {
   if (cache == nullptr) return;
-  section.open(kRules.entries.name());
-  section.setInt(kNames[kId], cache->s32Id);
-  section.setText(kNames[kName], cache->strName);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setInt(entry, kNames[kId], cache->s32Id);
+  setText(entry, kNames[kName], cache->strName);
   for (const SizeUnit& unit : kUnits)
     if (unit.bytes() == cache->s32BufUnit)
-      section.setInt(kNames[unit.attribute], cache->s32BufSize);
-  writeWhitelist(section, *cache, "Default");
-  section.close();
+      setInt(entry, kNames[unit.attribute], cache->s32BufSize);
+  writeWhitelist(entry, *cache, "Default");
 }
 
 constexpr Section<Cache> kCaches = {kStream, kRules, readEach<readCache>, writeCache};

@@ -3,7 +3,6 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "base/integer.h"
 #include "camcfg/store.h"
 #include "store/file_lock.h"
 
@@ -15,47 +14,16 @@ namespace {
 
 char* const kFile = const_cast<char*>(CFG_FILE_MPP);
 
-// A line of standard output, which is written whole unless it is very long.
-class Line {
- public:
-  void put(const char* text) {
-    for (; *text != '\0'; ++text) put(*text);
-  }
-  void put(char c) {
-    if (used_ == sizeof unwritten_) write();
-    unwritten_[used_++] = c;
-  }
-  void write() {
-    std::fwrite(unwritten_, 1, used_, stdout);
-    used_ = 0;
-  }
-
- private:
-  std::size_t used_ = 0;
-  char unwritten_[512];
-};
-
 }  // namespace
 
 void MediaDocument::print(const char* level, const char* message, ...) const {
-  Line line;
-  line.put("[");
-  line.put(level);
-  line.put("][CFG][");
-  line.put(frame_);
-  line.put("]: ");
+  // Only the message's template passes through the buffer; its arguments are printed whole.
+  char format[256] = {};
+  std::snprintf(format, sizeof format, "[%s][CFG][%s]: %s", level, frame_, message);
   va_list args;
   va_start(args, message);
-  for (; *message != '\0'; ++message) {
-    if (*message != '%')
-      line.put(*message);
-    else if (*++message == 's')
-      line.put(va_arg(args, const char*));
-    else
-      line.put(IntegerText(va_arg(args, int)).begin());
-  }
+  std::vprintf(format, args);
   va_end(args);
-  line.write();
 }
 
 XMLElement* MediaDocument::open(const char* section, tagBU_BOOL readOnly) const {
@@ -110,15 +78,7 @@ void MediaDocument::closeRead() const {
 
 std::int32_t MediaDocument::closeWrite() const {
   if (handle_ == nullptr) return 0;
-  return afterSave(CFG_SaveFile(handle_, kFile, BU_TRUE) == 0);
-}
-
-std::int32_t MediaDocument::closeWrite(const Children& children) const {
-  const bool saved = saveAndUnlock(*handle_, kFile, children);
-  return afterSave(saved);
-}
-
-std::int32_t MediaDocument::afterSave(bool saved) const {
+  const bool saved = CFG_SaveFile(handle_, kFile, BU_TRUE) == 0;
   writing_ = false;
   closeRead();
   return saved ? 0 : failure_;

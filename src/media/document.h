@@ -6,7 +6,6 @@
 #include "camcfg/livemedia.h"
 #include "camcfg/stream.h"
 #include "media/attributes.h"
-#include "store/xml_file.h"
 
 namespace camcfg {
 
@@ -47,9 +46,6 @@ class MediaDocument {
   /// @return 0, or the family's failure when memory ran out while saving
   std::int32_t closeWrite() const;
 
-  /// Saves as closeWrite() does, with other children of one element.
-  std::int32_t closeWrite(const Children& children) const;
-
   /// Drops the document when memory ran out; in write mode the lock is released as well.
   /// @return the family's failure
   std::int32_t giveUp(tagBU_BOOL readOnly) const;
@@ -57,7 +53,7 @@ class MediaDocument {
   /// What the family's calls return when they fail.
   constexpr std::int32_t failure() const { return failure_; }
 
-  /// Prints a message in the family's frame on standard output; %s and %d are all that it may hold.
+  /// Prints a message in the family's frame on standard output.
   void print(const char* level, const char* message, ...) const
       __attribute__((format(printf, 3, 4)));
 
@@ -73,7 +69,6 @@ class MediaDocument {
 
  private:
   tinyxml2::XMLElement* find(const char* section) const;
-  std::int32_t afterSave(bool saved) const;
 
   tinyxml2::XMLDocument*& handle_;
   bool& writing_;

@@ -26,13 +26,12 @@ bool readGroup(const XMLElement& element, Session& session) {
   return true;
 }
 
-void writeGroup(EntryWriter& section, const Session& session) {
+void writeGroup(XMLElement& section, const Session& session) {
   if (session == nullptr) return;
-  section.open(kRules.entries.name());
-  section.setText(kNames[0], session->strName);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setText(entry, kNames[0], session->strName);
   for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
-    writeNamedChannel(section, channel.s32Id, channel.strName);
-  section.close();
+    writeNamedChannel(entry, channel.s32Id, channel.strName);
 }
 
 constexpr Section<Session> kRtsp = {kLiveMedia, kRules, readEach<readGroup>, writeGroup};

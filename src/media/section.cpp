@@ -34,17 +34,6 @@ std::int32_t failOn(const MediaDocument& document, AfterFault afterFault) {
   return document.failure();
 }
 
-struct Records {
-  void (*write)(EntryWriter& section, const void* list);
-  const void* list;
-};
-
-void printRecords(tinyxml2::XMLPrinter& printer, std::FILE* file, const void* records) {
-  const auto& all = *static_cast<const Records*>(records);
-  EntryWriter writer(printer, file);
-  all.write(writer, all.list);
-}
-
 }  // namespace
 
 const XMLElement* entryFrom(const MediaDocument& document, const XMLElement* element,
@@ -74,18 +63,15 @@ std::int32_t loadList(const MediaDocument& document, const Rules& rules, void (*
 }
 
 std::int32_t dumpList(const MediaDocument& document, const Rules& rules,
-                      void (*write)(EntryWriter& section, const void* list), const void* list) try {
+                      void (*write)(XMLElement& section, const void* list), const void* list) try {
   XMLElement* section = document.open(rules.section, BU_FALSE);
   if (section == nullptr) return document.failure();
-  const Records records = {write, list};
-  if (rules.ending == Ending::DiscardAndStayLocked) {
-    section->DeleteChildren();
-    EntryWriter writer(*section);
-    write(writer, list);
+  section->DeleteChildren();
+  write(*section, list);
+  if (rules.ending == Ending::DiscardAndStayLocked)
     document.closeRead();
-  } else if (document.closeWrite({*section, printRecords, &records}) != 0) {
+  else if (document.closeWrite() != 0)
     return document.failure();
-  }
   return succeed(document, rules, "Update %s Config success.\n");
 } catch (const std::bad_alloc&) {
   return document.giveUp(BU_FALSE);

@@ -26,7 +26,7 @@ enum Name { kId, kName, kChnId, kAiId, kAencId, kEnabled };
 
 struct Kind {
   std::int32_t type;
-  std::size_t channel;  // the attribute of s32ChnId
+  Name channel;  // the attribute of s32ChnId
   char path[32];
   Source (*make)();
 };
@@ -78,15 +78,14 @@ bool readSource(const XMLElement& element, std::list<Source>& sources) {
   return true;
 }
 
-void writeSource(EntryWriter& section, const Source& source) {
+void writeSource(XMLElement& section, const Source& source) {
   const Kind* kind = kindOfRecord(source);
   if (kind == nullptr) return;
-  section.open(nameOf(*kind));
-  section.setInt(kNames[kId], source->s32Id);
-  section.setText(kNames[kName], source->strName);
-  section.setInt(kNames[kind->channel], source->s32ChnId);
-  if (source->s32Enabled == 0) section.setInt(kNames[kEnabled], 0);
-  section.close();
+  XMLElement& entry = append(section, nameOf(*kind));
+  setInt(entry, kNames[kId], source->s32Id);
+  setText(entry, kNames[kName], source->strName);
+  setInt(entry, kNames[kind->channel], source->s32ChnId);
+  if (source->s32Enabled == 0) setInt(entry, kNames[kEnabled], 0);
 }
 
 constexpr Section<Source> kSources = {kStream, kRules, readSource, writeSource};

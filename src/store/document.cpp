@@ -29,14 +29,13 @@ void copyToBackup(const char (&mainPath)[CFG_PATH_SIZE]) {
   sync();
 }
 
-bool saveBothCopies(XMLDocument& document, const char* path,
-                    const camcfg::Children* children = nullptr) {
+bool saveBothCopies(XMLDocument& document, const char* path) {
   const camcfg::WorkLock lock(path);
   if (!lock) return false;
   char mainPath[CFG_PATH_SIZE];
   camcfg::mainPathOf(mainPath, path);
   lock.note(SaveStep::MainCopy);
-  const bool written = camcfg::saveXml(document, mainPath, children);
+  const bool written = camcfg::saveXml(document, mainPath);
   if (written) lock.note(SaveStep::BackupCopy);
   sync();
   // If memory ran out while writing, the incomplete main copy must not replace the backup.
@@ -46,12 +45,6 @@ bool saveBothCopies(XMLDocument& document, const char* path,
 }
 
 }  // namespace
-
-bool camcfg::saveAndUnlock(XMLDocument& document, const char* path, const Children& children) {
-  const bool written = saveBothCopies(document, path, &children);
-  cfgUnlockFile(path);
-  return written;
-}
 
 XMLDocument* CFG_GetDocByFileName(char* pcPath, tagBU_BOOL enReadOnly) {
   std::unique_ptr<XMLDocument> document = camcfg::newDocument();

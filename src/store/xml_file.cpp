@@ -41,37 +41,6 @@ bool isRegular(int fd, FileIdentity* file) {
   return S_ISREG(status.st_mode);
 }
 
-bool isAround(const tinyxml2::XMLNode& node, const Children& children) {
-  const tinyxml2::XMLNode* inner = &children.parent;
-  while (inner != nullptr && inner != &node) inner = inner->Parent();
-  return inner != nullptr;
-}
-
-void printInside(const tinyxml2::XMLNode& outer, tinyxml2::XMLPrinter& printer, std::FILE* file,
-                 const Children& children) {
-  if (&outer == &children.parent) {
-    children.print(printer, file, children.records);
-    return;
-  }
-  for (const tinyxml2::XMLNode* node = outer.FirstChild(); node != nullptr;
-       node = node->NextSibling()) {
-    const tinyxml2::XMLElement* element = node->ToElement();
-    if (element == nullptr || !isAround(*element, children)) {
-      node->Accept(&printer);
-      continue;
-    }
-    printer.VisitEnter(*element, element->FirstAttribute());
-    printInside(*element, printer, file, children);
-    printer.VisitExit(*element);
-  }
-}
-
-void printDocument(tinyxml2::XMLDocument& document, std::FILE* file, const Children& children) {
-  tinyxml2::XMLPrinter printer(file);
-  printer.VisitEnter(document);
-  printInside(document, printer, file, children);
-}
-
 }  // namespace
 
 bool isShortage(int error) {
@@ -91,21 +60,18 @@ Load loadXml(tinyxml2::XMLDocument& document, const char* path, FileIdentity* fi
   return Load::Shortage;
 }
 
-bool saveXml(tinyxml2::XMLDocument& document, const char* path, const Children* children) try {
+bool saveXml(tinyxml2::XMLDocument& document, const char* path) try {
   const File file = streamOf(openWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC), "w");
   if (file != nullptr) {
     // No other thread has this stream, so its many small writes need no lock.
     __fsetlocking(file.get(), FSETLOCKING_BYCALLER);
-    if (children != nullptr)
-      printDocument(document, file.get(), *children);
-    else
-      document.SaveFile(file.get());
+    document.SaveFile(file.get());
     return true;
   }
   if (errno == ENOMEM) return false;
   // Opens the file once more to record in the document why it fails. ENXIO is a pipe that nobody
   // reads, which would be waited for.
-  if (errno != ENXIO && children == nullptr) document.SaveFile(path);
+  if (errno != ENXIO) document.SaveFile(path);
   return true;
 } catch (const std::bad_alloc&) {
   return false;

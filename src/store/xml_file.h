@@ -4,8 +4,6 @@
 #include <sys/types.h>
 #include <tinyxml2.h>
 
-#include <cstdio>
-
 namespace camcfg {
 
 /// Whether `error` says that memory or descriptors ran out, which says nothing about the file.
@@ -27,22 +25,9 @@ struct FileIdentity {
 /// @param file  receives which file that was; null: not wanted
 Load loadXml(tinyxml2::XMLDocument& document, const char* path, FileIdentity* file = nullptr);
 
-/// What is printed in place of an element's children when its document is saved.
-struct Children {
-  const tinyxml2::XMLElement& parent;
-  /// @param printer  has opened the parent
-  /// @param file     what it prints to
-  void (*print)(tinyxml2::XMLPrinter& printer, std::FILE* file, const void* records);
-  const void* records;
-};
-
 /// Writes a document to a file, not compact; the outcome is the document's error state.
 /// @return false when memory ran out; the file is incomplete or empty then, if it could be opened
-bool saveXml(tinyxml2::XMLDocument& document, const char* path, const Children* children = nullptr);
-
-/// Saves a document as CFG_SaveFile does, with other children of one element, and releases its lock.
-/// What becomes of the file is not recorded in the document.
-bool saveAndUnlock(tinyxml2::XMLDocument& document, const char* path, const Children& children);
+bool saveXml(tinyxml2::XMLDocument& document, const char* path);
 
 }  // namespace camcfg
 
