@@ -21,7 +21,8 @@ void numbers(const Input& input) {
     require(read == expected, "a number is read as tinyxml2 reads it");
     char printed[16];
     std::snprintf(printed, sizeof printed, "%d", read);
-    require(std::strcmp(IntegerText(read).begin(), printed) == 0, "a number is written as by printf");
+    require(std::strcmp(IntegerText(read).begin(), printed) == 0,
+            "a number is written as by printf");
   }
 }
 

@@ -74,8 +74,7 @@ void writeCache(XMLElement& section, const Cache& cache) {
   setInt(entry, kNames[kId], cache->s32Id);
   setText(entry, kNames[kName], cache->strName);
   for (const SizeUnit& unit : kUnits)
-    if (unit.bytes() == cache->s32BufUnit)
-      setInt(entry, kNames[unit.attribute], cache->s32BufSize);
+    if (unit.bytes() == cache->s32BufUnit) setInt(entry, kNames[unit.attribute], cache->s32BufSize);
   writeWhitelist(entry, *cache, "Default");
 }
 

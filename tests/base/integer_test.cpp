@@ -65,7 +65,8 @@ TEST(ReadIntegerTest, ReadsEveryPairOfBytesAsTinyxml2Does) {
   for (int first = 0; first < 256; ++first)
     for (int second = 0; second < 256; ++second)
       for (const char* start : {"", "1", " -", "0x"})
-        ASSERT_TRUE(agrees(start + std::string{static_cast<char>(first), static_cast<char>(second)}));
+        ASSERT_TRUE(
+            agrees(start + std::string{static_cast<char>(first), static_cast<char>(second)}));
 }
 
 // Around each power of two, in both bases, signed, with zeros before and other text after.
