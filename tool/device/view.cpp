@@ -89,8 +89,9 @@ class View {
     const Descriptor folder(open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder) fail();
     for (const std::string& name : namesIn(folder.get())) {
-      const std::string place = path + "/" + name;
-      if (place != kHost && !isDevices(place)) show(host + "/" + name, place);
+      const std::string inFolder = "/" + name;
+      const std::string place = path + inFolder;
+      if (place != kHost && !isDevices(place)) show(host + inFolder, place);
     }
   }
 
