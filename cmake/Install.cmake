@@ -77,13 +77,13 @@ if(TARGET camcfg-tool)
   install(TARGETS camcfg-tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
   configure_file(packaging/install-service.cmake.in install-service.cmake @ONLY)
   install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install-service.cmake COMPONENT tools)
+  # The manual refers to it.
+  install(FILES docs/json.md docs/upgrade.schema.json DESTINATION ${tools_documents_dir} COMPONENT tools)
+  install(FILES tool/completion/camcfg.bash RENAME camcfg
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+  install(FILES tool/completion/_camcfg
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tools)
 endif()
-# The manual refers to it.
-install(FILES docs/json.md docs/upgrade.schema.json DESTINATION ${tools_documents_dir} COMPONENT tools)
-install(FILES tool/completion/camcfg.bash RENAME camcfg
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
-install(FILES tool/completion/_camcfg
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tools)
 if(TARGET camcfg_manual)
   install(FILES ${CMAKE_BINARY_DIR}/camcfg.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
     COMPONENT tools)

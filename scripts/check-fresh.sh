@@ -170,7 +170,7 @@ try_suite() {
   try 'cmake --install build && camcfg --version && ldconfig' 'cmake --install build'
   try scripts/check-transcripts.sh
   try "${commands[1]}"
-  sed -n '/^No test was skipped/p; /^Skipped: /,/^$/s/^/  /p' "build-fresh/$suite/scripts_test.sh.log"
+  sed -n '/^none was skipped/p; /^Skipped: /,/^$/s/^/  /p' "build-fresh/$suite/scripts_test.sh.log"
   try scripts/make-packages.sh
   try 'apt-get install -y ./build-package-amd64/*.deb && /usr/bin/camcfg --version' \
     'apt-get install ./build-package-amd64/*.deb'

@@ -73,6 +73,7 @@ add_row tests/tool "$tool_support $enter_root tool"
 add_row tests/system "$support tests/media"
 add_row tests/hostile "$support tests/tool"
 add_row tests/interface include
+add_row tests/install "$testkit"
 add_row tests/testkit testkit
 add_row tests/proof "$support proof/fuzz"
 

@@ -15,7 +15,6 @@ readonly packages='build  g++                    command  g++
 build  cmake                  command  cmake
 build  ninja-build            command  ninja
 build  libtinyxml2-dev        header   tinyxml2.h
-tool   libcli11-dev           header   CLI/CLI.hpp
 tool   libmd-dev              library  g++ libmd.a
 tool   nlohmann-json3-dev     header   nlohmann/json.hpp
 test   libgtest-dev           header   gtest/gtest.h

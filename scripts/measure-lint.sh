@@ -21,7 +21,6 @@ if [[ ! -x build/camcfg ]]; then
   echo "measure-lint.sh: build the tool first: scripts/build.sh" >&2
   exit 2
 fi
-readonly document=docs/lint.md
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
@@ -30,12 +29,5 @@ trap 'rm -rf "$scratch"' EXIT
   python3 scripts/measure_lint.py build/camcfg "$scratch"
 } | tee "$scratch/figures"
 if [[ ${1-} == --publish ]]; then
-  # The table takes the place of all between its heading and the next one.
-  awk -v figures="$scratch/figures" '
-    /^#+ / { skipped = 0 }
-    !skipped { print }
-    $0 == "### Time" { print ""; while ((getline line < figures) > 0) print line; print ""; skipped = 1 }
-  ' "$document" >"$scratch/document.md"
-  grep -qx '### Time' "$document" || { echo "$document has no heading for the time" >&2; exit 1; }
-  cp "$scratch/document.md" "$document"
+  scripts/put-figures.sh docs/lint.md '### Time' "$scratch/figures"
 fi

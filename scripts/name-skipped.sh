@@ -11,15 +11,18 @@ if [[ ! -e $log ]]; then
   exit 2
 fi
 
-# A test of GoogleTest gives its reason after the line "FILE:LINE: Skipped"; others in a line
-# "Skipped: REASON".
+# A test of GoogleTest gives its reason after the line "FILE:LINE: Skipped", and its name after that;
+# other tests have a line "Skipped: REASON". A program says how many tests it ran.
 awk '
-  /^[0-9]+\/[0-9]+ Test: / { name = $3; tests++; is_reason = 0 }
-  is_reason { reasons[$0] = reasons[$0] "\n    " name; skipped++; is_reason = 0 }
-  /^Skipped: / { reasons[substr($0, 10)] = reasons[substr($0, 10)] "\n    " name; skipped++ }
+  function skip(reason, name) { reasons[reason] = reasons[reason] "\n    " name; skipped++ }
+  /^[0-9]+\/[0-9]+ Test: / { entry = $3; tests++; is_reason = 0 }
+  is_reason { reason = $0; is_reason = 0 }
+  /^\[  SKIPPED \] / && NF == 4 { skip(reason, $4) }
+  /^Skipped: / { skip(substr($0, 10), entry) }
   /^[^ ]+:[0-9]+: Skipped$/ { is_reason = 1 }
+  /^Tests: [0-9]+, failed: / { tests += $2 - 1 }
   END {
-    if (!skipped) { print "No test was skipped."; exit }
+    if (!skipped) { print tests " tests ran, none was skipped."; exit }
     print "Skipped: " skipped " of " tests " tests"
     for (reason in reasons) print "  " reason ":" reasons[reason]
   }' "$log"

@@ -21,7 +21,7 @@ scripts/install-packages.sh build tool test
 scripts/announce.sh "Building and running all tests" 12 350
 scripts/build.sh -D CAMCFG_TESTS=ON |& scripts/show-progress.sh
 status=0
-ctest --preset test --parallel $((2 * $(nproc))) |& scripts/show-progress.sh || status=$?
+ctest --preset test --parallel $((3 * $(nproc))) |& scripts/show-progress.sh || status=$?
 scripts/name-skipped.sh
 if ((status == 0)); then suggest; fi
 exit "$status"

@@ -73,6 +73,8 @@ class SecretsTest : public MediaToolTest {
             {"report", "--json"},
             {"report", "--anonymize"},
             {"report", "--files", root + "/cfg0"},
+            {"report", "--compare", root + "/other.json"},
+            {"report", "--anonymize", "--compare", root + "/other.json"},
             {"list"},
             {"list", "NetWork"},
             {"get", "System", "Rtsp"},

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "base/outcome.h"
+#include "base/plain_text.h"
 #include "testkit/enter_root.h"
 
 namespace camcfg::tool {
@@ -49,36 +51,29 @@ int makeIn(std::string& name) {
 
 // Files, and directories of files.
 void removeAllIn(int directory) {
-  DIR* stream = fdopendir(openat(directory, ".", kAsDirectory));
-  if (stream == nullptr) return;
-  while (const dirent* entry = readdir(stream)) {
-    const std::string_view name = entry->d_name;
-    if (name == "." || name == ".." || unlinkat(directory, entry->d_name, 0) == 0) continue;
-    const Descriptor inner(openat(directory, entry->d_name, kAsDirectory | O_NOFOLLOW));
+  for (const std::string& name : namesIn(directory)) {
+    if (unlinkat(directory, name.c_str(), 0) == 0) continue;
+    const Descriptor inner(openat(directory, name.c_str(), kAsDirectory | O_NOFOLLOW));
     if (inner) removeAllIn(inner.get());
-    unlinkat(directory, entry->d_name, AT_REMOVEDIR);
+    unlinkat(directory, name.c_str(), AT_REMOVEDIR);
   }
-  closedir(stream);
 }
 
 // What a run that was killed has left, of this user. A directory is locked as long as it is used; a
 // new one is given time to be locked.
 void removeLeftIn(int parent) {
   constexpr std::time_t kYoung = 60;
-  DIR* stream = fdopendir(openat(parent, ".", kAsDirectory));
-  if (stream == nullptr) return;
-  while (const dirent* entry = readdir(stream)) {
+  for (const std::string& name : namesIn(parent)) {
     struct stat status {};
-    if (std::strncmp(entry->d_name, kPrefix, sizeof kPrefix - 1) != 0 ||
-        fstatat(parent, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+    if (!beginsWith(name, kPrefix) ||
+        fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
         status.st_uid != geteuid() || std::time(nullptr) - status.st_mtime < kYoung)
       continue;
-    const Descriptor left(openat(parent, entry->d_name, kAsDirectory | O_NOFOLLOW));
+    const Descriptor left(openat(parent, name.c_str(), kAsDirectory | O_NOFOLLOW));
     if (!left || flock(left.get(), LOCK_EX | LOCK_NB) != 0) continue;
     removeAllIn(left.get());
-    unlinkat(parent, entry->d_name, AT_REMOVEDIR);
+    unlinkat(parent, name.c_str(), AT_REMOVEDIR);
   }
-  closedir(stream);
 }
 
 }  // namespace
@@ -109,6 +104,32 @@ std::optional<std::string> readFile(const std::string& path) {
   std::string bytes;
   if (!file || !readAll(file.get(), bytes)) return std::nullopt;
   return bytes;
+}
+
+std::vector<std::string> namesIn(int directory) {
+  std::vector<std::string> names;
+  const int fd = openat(directory, ".", kAsDirectory);
+  DIR* stream = fdopendir(fd);
+  if (stream == nullptr) {
+    if (fd >= 0) close(fd);
+    return names;
+  }
+  while (const dirent* entry = readdir(stream))
+    if (const std::string_view name = entry->d_name; name != "." && name != "..")
+      names.emplace_back(name);
+  closedir(stream);
+  return names;
+}
+
+std::optional<std::string> linkTarget(const std::string& path) {
+  char target[PATH_MAX];
+  const ssize_t length = readlink(path.c_str(), target, sizeof target);
+  if (length < 0) return std::nullopt;
+  return std::string(target, static_cast<std::size_t>(length));
+}
+
+bool hasEnding(std::string_view name, std::string_view ending) noexcept {
+  return name.size() > ending.size() && name.substr(name.size() - ending.size()) == ending;
 }
 
 MemoryFile::MemoryFile() : descriptor_(memfd_create("camcfg", MFD_CLOEXEC)) {}

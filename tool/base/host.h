@@ -6,6 +6,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace camcfg::tool {
 
@@ -43,6 +45,15 @@ bool readAll(int fd, std::string& text);
 
 /// The bytes of a file, without waiting for anybody; none, with errno set, if it cannot be read.
 std::optional<std::string> readFile(const std::string& path);
+
+/// What is in a directory, in no order; nothing if it cannot be read.
+std::vector<std::string> namesIn(int directory);
+
+/// What a symbolic link says; none, with errno set, if it cannot be read.
+std::optional<std::string> linkTarget(const std::string& path);
+
+/// Whether a file's name ends so: "a.xml" does with ".xml", which itself does not.
+bool hasEnding(std::string_view name, std::string_view ending) noexcept;
 
 /// A file without a name, in memory: it needs no directory and no room on the device.
 class MemoryFile {

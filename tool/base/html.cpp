@@ -1,5 +1,7 @@
 #include "base/html.h"
 
+#include <cstring>
+
 #include "base/plain_text.h"
 
 namespace camcfg::tool {
@@ -51,6 +53,29 @@ std::string htmlText(std::string_view text) {
     at += sequence.length;
   }
   return result;
+}
+
+int widthOf(std::string_view text, int size) {
+  int hundredths = 0;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x80)
+      hundredths += byte >= 0xc0 ? 100 : 0;  // once for each character
+    else if (std::strchr("WMm@%w", c) != nullptr)
+      hundredths += 95;
+    else if (std::strchr("iljtf.,:;!|'()[]/ ", c) != nullptr)
+      hundredths += 33;
+    else
+      hundredths += byte >= 'A' && byte <= 'Z' ? 74 : 57;
+  }
+  return hundredths * size / 100;
+}
+
+std::string within(int width, std::string_view text, int size) {
+  std::string attributes;
+  if (widthOf(text, size) > width)
+    write(attributes, " textLength=\"", width, "\" lengthAdjust=\"spacingAndGlyphs\"");
+  return attributes;
 }
 
 std::string cutTo(std::string_view text, std::size_t most) {

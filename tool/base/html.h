@@ -24,6 +24,12 @@ void write(std::string& to, const Parts&... parts) {
   (append(parts), ...);
 }
 
+/// About how many pixels wide a text of this size is, rather more than less: no font is known here.
+int widthOf(std::string_view text, int size);
+
+/// The attributes of an SVG text that keep it within so many pixels; none if it is narrower.
+std::string within(int width, std::string_view text, int size);
+
 /// The beginning of a text, with an ellipsis where it is longer.
 /// @param most  characters, the ellipsis included
 std::string cutTo(std::string_view text, std::size_t most);

@@ -120,6 +120,18 @@ std::vector<std::string> parts(const std::string& text, char separator) {
   return all;
 }
 
+std::vector<std::string> wordsIn(const std::string& text) {
+  constexpr char kBlanks[] = " \t\n\v\f\r";
+  std::vector<std::string> words;
+  for (std::size_t start = 0;
+       (start = text.find_first_not_of(kBlanks, start)) != std::string::npos;) {
+    const std::size_t end = std::min(text.find_first_of(kBlanks, start), text.size());
+    words.push_back(text.substr(start, end - start));
+    start = end;
+  }
+  return words;
+}
+
 std::string written(const tinyxml2::XMLNode& node) {
   tinyxml2::XMLPrinter printer;
   node.Accept(&printer);
@@ -177,6 +189,21 @@ std::string inLowerCase(std::string_view text) {
       result += encoded(small(codePointOf(character)));
   }
   return result;
+}
+
+std::string inUrl(std::string_view text, std::string_view punctuation) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string url;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool isPlain =
+        byte < 0x80 && (std::isalnum(byte) != 0 || punctuation.find(c) != std::string_view::npos);
+    if (isPlain)
+      url += c;
+    else
+      url.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
+  }
+  return url;
 }
 
 std::string asUtf8(std::string_view text) {

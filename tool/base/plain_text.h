@@ -64,6 +64,9 @@ inline std::string textOf(const tinyxml2::XMLElement& element, const char* attri
   return text == nullptr ? "" : text;
 }
 
+/// What is between blanks, spaces or ends of lines.
+std::vector<std::string> wordsIn(const std::string& text);
+
 /// A document, or a part of one, as the library writes it.
 std::string written(const tinyxml2::XMLNode& node);
 
@@ -101,6 +104,9 @@ std::string inLowerCase(std::string_view text);
 
 /// A text with what is not UTF-8 replaced by U+FFFD.
 std::string asUtf8(std::string_view text);
+
+/// A text as a part of a url: all but letters, digits and this punctuation is "%20".
+std::string inUrl(std::string_view text, std::string_view punctuation);
 
 /// How many characters a text has.
 std::size_t characters(std::string_view text);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <sstream>
 
 #include "base/plain_text.h"
 
@@ -65,8 +64,8 @@ std::string exitStatuses(const Command* command) {
       list.assign(topic.text, std::strstr(topic.text, "\n\n") + 1);
   if (command == nullptr) return list;
   std::map<std::string, std::string> meanings;
-  std::istringstream lines(list);
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string& line : parts(list, '\n')) {
+    if (line.empty()) continue;
     const std::string meaning = line.substr(kMeaningAt);
     const std::size_t colon = meaning.find(": ");
     const bool isGeneral = colon == std::string::npos;

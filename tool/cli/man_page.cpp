@@ -1,7 +1,6 @@
 #include "cli/man_page.h"
 
 #include <cstring>
-#include <sstream>
 
 #include "base/plain_text.h"
 
@@ -20,8 +19,7 @@ std::string broken(const std::string& line) {
   constexpr std::size_t kWidth = 80;
   std::string text;
   std::size_t width = 0;
-  std::istringstream words(line);
-  for (std::string word; words >> word;) {
+  for (const std::string& word : wordsIn(line)) {
     const std::string shown = roffText(word);
     const bool fits = width + 1 + shown.size() <= kWidth;
     if (!text.empty()) text += fits ? " " : "\n";
@@ -152,15 +150,18 @@ std::string roffParagraphs(const std::string& text) {
   std::string result;
   bool wasKept = false;
   bool gap = false;
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line); gap = line.empty()) {
-    if (line.empty()) continue;
+  for (const std::string& line : parts(text, '\n')) {
+    if (line.empty()) {
+      gap = true;
+      continue;
+    }
     const bool isKept = line.front() == ' ';
     if (wasKept && !isKept) result += ".fi\n.RE\n";
     if (gap && !result.empty()) result += wasKept && isKept ? "\n" : ".PP\n";
     if (isKept && !wasKept) result += ".RS 2\n.nf\n";
     result += isKept ? roffText(line.substr(kIndent)) + "\n" : broken(line);
     wasKept = isKept;
+    gap = false;
   }
   return wasKept ? result + ".fi\n.RE\n" : result;
 }

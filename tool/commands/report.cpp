@@ -22,21 +22,49 @@ constexpr char kReportEnding[] = ".html";
 
 // Of the device, or of files that are laid out as the main copies of one.
 Json factsFor(const Arguments& arguments) {
-  if (!arguments.given(kFiles)) return report::factsOf();
+  if (!arguments.given(kFiles)) return report::factsOf(true);
   std::vector<device::Contents> files;
-  for (const HostFile& file : arguments.files(kFiles)) {
-    if (!file.fault.empty()) throw Refusal(Status::Unusable, file.path + ": " + file.fault);
-    files.push_back({device::pathOf(device::Place::Main, file.path), file.contents});
-  }
+  Json notes = {
+      "These are files without a device: copies, factory values and languages are not judged"};
+  for (const HostFile& file : arguments.files(kFiles))
+    if (file.fault.empty())
+      files.push_back({device::pathOf(device::Place::Main, file.path), file.contents});
+    else
+      notes.push_back(file.path + " cannot be read: " + file.fault);
   if (files.empty())
     throw Refusal(Status::Unusable, arguments.text(kFiles) + ": it has no file of a device");
-  return device::onScratchDevice(files, report::factsOf);
+  Json facts = device::onScratchDevice(files, [] { return report::factsOf(false); });
+  for (const Json& note : facts["notes"]) notes.push_back(note);
+  facts["notes"] = std::move(notes);
+  return facts;
+}
+
+void saveKey(const Arguments& arguments, const Json& key, Answer& answer) {
+  if (HostDirectory* directory = arguments.directory(kKeyIn))
+    answer.notes.push_back("the key to what is hidden is in " +
+                           directory->save("camcfg-key.json", document::printJson(key)));
+}
+
+// What a page is made from, with placeholders if they were asked for.
+Json asGiven(const Arguments& arguments, const Json& facts, const std::vector<std::string>& names,
+             Answer& answer) {
+  if (!arguments.given(kAnonymize)) return facts;
+  Json key;
+  Json hidden = report::anonymous(facts, names, key);
+  saveKey(arguments, key, answer);
+  return hidden;
 }
 
 Answer compare(const Arguments& arguments) {
-  Json comparison = report::comparisonWith(arguments.text(kCompare), arguments.files(kCompare));
-  const std::string page = report::comparisonPage(comparison);
-  return {std::move(comparison), {Verbatim{page}}};
+  const std::string& other = arguments.text(kCompare);
+  const Json comparison = report::comparisonWith(other, arguments.files(kCompare));
+  std::vector<std::string> names = {other, comparison.at("other").text()};
+  if (comparison.at("device") != report::kThisDevice)
+    names.push_back(comparison.at("device").text());
+  Answer answer;
+  answer.value = asGiven(arguments, comparison, names, answer);
+  answer.layout = {Verbatim{report::comparisonPage(answer.value)}};
+  return answer;
 }
 
 // Of the reports next to the documents only the names matter.
@@ -49,34 +77,38 @@ Answer reportFleet(const Arguments& arguments) {
   for (auto report = reports; report != files.end(); ++report) names.push_back(report->path);
   std::sort(names.begin(), names.end());
   files.erase(reports, files.end());
-  Json fleet = report::fleetOf(files);
-  const std::string page = report::fleetPage(fleet, names);
-  return {std::move(fleet), {Verbatim{page}}};
+  const Json fleet = report::fleetOf(files);
+  std::vector<std::string> devices;
+  for (const char* list : {"devices", "unread"})
+    for (const Json& device : fleet.at(list)) devices.push_back(device.at("name").text());
+  // The names of reports are those of devices.
+  if (arguments.given(kAnonymize)) names.clear();
+  Answer answer;
+  answer.value = asGiven(arguments, fleet, devices, answer);
+  answer.layout = {Verbatim{report::fleetPage(answer.value, names)}};
+  return answer;
 }
 
 void requireOne(const Arguments& arguments) {
   std::vector<std::string> given;
-  for (const char* option : {kAnonymize, kFiles, kCompare, kFleet})
+  for (const char* option : {kFiles, kCompare, kFleet})
     if (arguments.given(option)) given.emplace_back(option);
-  const bool isAnonymousFiles = given == std::vector<std::string>{kAnonymize, kFiles};
-  if (given.size() > 1 && !isAnonymousFiles)
+  if (given.size() > 1)
     throw Refusal(Status::Usage, given[0] + " cannot be combined with " + given[1]);
+  if (arguments.directory(kKeyIn) != nullptr && !arguments.given(kAnonymize))
+    throw Refusal(Status::Usage, "--key is for '--anonymize', which is missing");
 }
 
 Answer report(const Arguments& arguments) {
   requireOne(arguments);
   if (arguments.given(kCompare)) return compare(arguments);
   if (arguments.given(kFleet)) return reportFleet(arguments);
-  if (arguments.directory(kKeyIn) != nullptr && !arguments.given(kAnonymize))
-    throw Refusal(Status::Usage, "--key is for '--anonymize', which is missing");
   Json facts = factsFor(arguments);
   Answer answer;
   if (arguments.given(kAnonymize)) {
     Json key;
     facts = report::anonymous(facts, key);
-    if (HostDirectory* directory = arguments.directory(kKeyIn))
-      answer.notes.push_back("the key to what is hidden is in " +
-                             directory->save("camcfg-key.json", document::printJson(key)));
+    saveKey(arguments, key, answer);
   }
   answer.layout = {Verbatim{report::reportOf(facts)}};
   answer.value = std::move(facts);

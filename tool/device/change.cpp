@@ -83,7 +83,7 @@ class Undertaking {
 
   // False if another program's save came in between.
   bool attempt() {
-    const std::vector<FileChange> draft = draftOf(changes_);
+    const std::vector<FileChange> draft = draftOf(changes_, isOpen_);
     requireRoomFor(draft);
     review(draft);
     note(draft);
@@ -91,16 +91,20 @@ class Undertaking {
     putInForce();
     if (!areAsBefore(draft)) return false;
     const Signature before = signatureOf(files_.front().path);
-    save();
+    save(draft);
     waitForOthers(before);
     return areComplete();
   }
 
   // Other programs save the files as well, unless the device keeps them apart.
   bool areAsBefore(const std::vector<FileChange>& files) const {
-    return std::all_of(files.begin(), files.end(), [this](const FileChange& file) {
-      return isReplaced(readFile(file.path), changeOf(file)) || bytesOf(file.path) == file.before;
-    });
+    return std::all_of(files.begin(), files.end(),
+                       [this](const FileChange& file) { return isAsBefore(file); });
+  }
+
+  bool isAsBefore(const FileChange& file) const {
+    const std::optional<std::string> now = readFile(file.path);
+    return isReplaced(now, changeOf(file)) || (now ? *now : bytesOf(file.path)) == file.before;
   }
 
   // The first change of a file.
@@ -122,6 +126,11 @@ class Undertaking {
     files_ = std::move(draft);
   }
 
+  bool isNoted(const std::string& path) const {
+    return std::any_of(files_.begin(), files_.end(),
+                       [&](const FileChange& file) { return file.path == path; });
+  }
+
   void putInForce() {
     if (signals_.haveCome() && !isOpen_) throw Refusal("interrupted; nothing was changed");
     openJournal(files_);
@@ -137,11 +146,13 @@ class Undertaking {
     throw Refusal((changes_.size() == 1 ? changes_.front().what + ": " : "") + obstacle);
   }
 
-  void save() {
+  // An earlier attempt may have saved some of the files, which are as they were drafted.
+  void save(const std::vector<FileChange>& draft) {
     isBegun_ = true;
     std::vector<Contents> contents;
-    for (const FileChange& file : files_)
-      if (!holds(afterOf(file))) contents.push_back(afterOf(file));
+    for (const FileChange& file : draft)
+      if (isNoted(file.path) && (file.before != file.after || !holds(afterOf(file))))
+        contents.push_back(afterOf(file));
     for (const Contents& file : contents) workingOn(file.path);
     saveContents(contents);
   }
@@ -156,6 +167,7 @@ class Undertaking {
   }
 
   bool areComplete() {
+    whole_.clear();
     return std::all_of(files_.begin(), files_.end(), [this](const FileChange& file) {
       const Arrival arrival = arrivalOf(file);
       if (arrival == Arrival::WriteFailed) refuseAfter(file);
@@ -163,9 +175,12 @@ class Undertaking {
     });
   }
 
-  Arrival arrivalOf(const FileChange& file) const {
+  Arrival arrivalOf(const FileChange& file) {
     const std::string now = bytesOf(file.path);
-    if (now == file.after) return Arrival::Complete;
+    if (now == file.after) {
+      whole_.push_back(file.path);
+      return Arrival::Complete;
+    }
     const Copy main = loadCalmly(file.path);
     if (!main.loads() || beginsWith(file.after, now)) return Arrival::WriteFailed;
     return firstMissing(file, *main.document) == nullptr ? Arrival::Complete : Arrival::Undone;
@@ -215,7 +230,7 @@ class Undertaking {
     for (const FileChange& file : files_) {
       const std::string backup = pathOf(Place::Backup, file.path);
       const bool isAlike =
-          holds(afterOf(file)) ||
+          (isAmong(whole_, file.path) ? readFile(backup) == file.after : holds(afterOf(file))) ||
           calmly([&] { return sameContents(loadCopy(file.path), loadCopy(backup)); },
                  [](bool alike) { return !alike; });
       if (!isAlike)
@@ -248,6 +263,8 @@ class Undertaking {
   const std::vector<Change>& changes_;
   const HeldSignals signals_;
   std::vector<FileChange> files_;
+  std::vector<std::string>
+      whole_;  // main copies that were read after the save, and are as they should
   bool isOpen_ = false;
   bool isBegun_ = false;  // files have been written
 };

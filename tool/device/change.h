@@ -24,6 +24,8 @@ struct Change {
   /// What the file counts as holding before the change where its main copy is damaged; empty: it must
   /// not be.
   std::string instead{};
+  /// What the file held when its maker, who has the turn, read it; empty: it is still to be read.
+  std::string read{};
 };
 
 /// The change that makes a file what it is given here, byte for byte.

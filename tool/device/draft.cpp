@@ -10,23 +10,19 @@
 namespace camcfg::tool::device {
 namespace {
 
-// A program may be saving the file.
-Contents requireContents(const Change& change) {
-  const std::string& path = change.path;
-  const std::optional<std::string> bytes = readFile(path);
-  if (isReplaced(bytes, change)) return {path, change.instead};
-  if (bytes && isWhole(*bytes)) return {path, *bytes};
-  requireDocument(path);
-  return {path, calmly([&] { return bytesOf(path); },
-                       [](const std::string& now) { return !isWhole(now); })};
+Contents startOf(const Change& change, bool again) {
+  if (!change.instead.empty() && isReplaced(readFile(change.path), change))
+    return {change.path, change.instead};
+  if (!change.read.empty() && !again) return {change.path, change.read};
+  return requireContents(change.path);
 }
 
-std::vector<Contents> filesOf(const std::vector<Change>& changes) {
+std::vector<Contents> filesOf(const std::vector<Change>& changes, bool again) {
   std::vector<Contents> files;
   for (const Change& change : changes)
     if (std::none_of(files.begin(), files.end(),
                      [&](const Contents& file) { return file.path == change.path; }))
-      files.push_back(requireContents(change));
+      files.push_back(startOf(change, again));
   return files;
 }
 
@@ -46,24 +42,30 @@ std::string make(const Change& change) {
 
 // The first change that a file does not hold; the last one of a file that is no longer whole. None
 // if it holds all.
-std::optional<std::size_t> missingIn(const std::string& path, const std::vector<Change>& changes) {
-  const Copy main = loadCopy(path);
+std::optional<std::size_t> missingIn(const Contents& file, const std::vector<Change>& changes) {
+  const Document document = parsed(file.bytes);
   std::optional<std::size_t> last;
   for (std::size_t i = 0; i < changes.size(); ++i) {
-    if (changes[i].path != path) continue;
-    if (main.loads() && !changes[i].arrived(*main.document)) return i;
+    if (changes[i].path != file.path) continue;
+    if (!document->Error() && !changes[i].arrived(*document)) return i;
     last = i;
   }
-  return main.loads() ? std::nullopt : last;
+  return document->Error() ? last : std::nullopt;
 }
 
-void makeAll(const std::vector<Change>& changes, const std::vector<Contents>& files) {
+// What they make of the files.
+Json makeAll(const std::vector<Change>& changes, const std::vector<Contents>& files) {
   std::vector<std::string> complaints;
   complaints.reserve(changes.size());
   for (const Change& change : changes) complaints.push_back(make(change));
-  for (const Contents& file : files)
-    if (const std::optional<std::size_t> missing = missingIn(file.path, changes))
+  Json contents = Json::array();
+  for (const Contents& file : files) {
+    const Contents now{file.path, readFile(file.path).value_or("")};
+    if (const std::optional<std::size_t> missing = missingIn(now, changes))
       refuse(changes[*missing], "the change is not in " + file.path, complaints[*missing]);
+    contents.push_back(now.bytes);
+  }
+  return contents;
 }
 
 }  // namespace
@@ -73,14 +75,17 @@ bool isReplaced(const std::optional<std::string>& bytes, const Change& change) {
          (!bytes || bytes->find('\0') != std::string::npos || !isWhole(*bytes));
 }
 
-std::vector<FileChange> draftOf(const std::vector<Change>& changes) {
-  const std::vector<Contents> files = filesOf(changes);
-  const Json after = onScratchDevice(files, [&] {
-    makeAll(changes, files);
-    Json contents = Json::array();
-    for (const Contents& file : files) contents.push_back(bytesOf(file.path));
-    return contents;
-  });
+Contents requireContents(const std::string& path) {
+  std::optional<std::string> bytes = readFile(path);
+  if (bytes && isWhole(*bytes)) return {path, std::move(*bytes)};
+  requireDocument(path);
+  return {path, calmly([&] { return bytesOf(path); },
+                       [](const std::string& now) { return !isWhole(now); })};
+}
+
+std::vector<FileChange> draftOf(const std::vector<Change>& changes, bool again) {
+  const std::vector<Contents> files = filesOf(changes, again);
+  const Json after = onScratchDevice(files, [&] { return makeAll(changes, files); });
   std::vector<FileChange> draft;
   for (std::size_t i = 0; i < files.size(); ++i)
     draft.push_back({files[i].path, files[i].bytes, after.at(i).text()});

@@ -7,9 +7,9 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <set>
 
+#include "base/host.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -19,14 +19,7 @@
 namespace camcfg::tool::device {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::string_view kSuffix = ".xml";
-
-bool isLink(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
-}
 
 // What the file system says of a path, before the library opens it.
 Copy examine(const std::string& path) {
@@ -57,19 +50,21 @@ std::string remedyFor(State state) {
          "run 'camcfg verify' to repair it";
 }
 
-template <typename Wanted>
-std::vector<std::string> unsortedNamesIn(const std::string& directory, Wanted wanted) {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-       entry.increment(error))
-    if (wanted(*entry)) names.push_back(entry->path().filename());
-  return names;
+Descriptor opened(const std::string& directory) {
+  return Descriptor(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-bool isOwnFile(const fs::directory_entry& entry) {
-  std::error_code ignored;
-  return entry.symlink_status(ignored).type() == fs::file_type::regular;
+// The names of regular files, in no order.
+std::vector<std::string> ownFilesIn(const std::string& directory) {
+  const Descriptor folder = opened(directory);
+  std::vector<std::string> names;
+  for (std::string& name : namesIn(folder.get())) {
+    struct stat status {};
+    if (fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISREG(status.st_mode))
+      names.push_back(std::move(name));
+  }
+  return names;
 }
 
 std::vector<std::string> sorted(std::vector<std::string> names) {
@@ -80,7 +75,7 @@ std::vector<std::string> sorted(std::vector<std::string> names) {
 // Start-up verification looks at the names of the first directory that holds any file, as they come.
 std::vector<std::string> namesCheckedAtStart() {
   for (const Place place : {Place::Default, Place::Main, Place::Backup}) {
-    std::vector<std::string> names = unsortedNamesIn(pathOf(place, ""), isOwnFile);
+    std::vector<std::string> names = ownFilesIn(pathOf(place, ""));
     if (!names.empty()) return names;
   }
   return {};
@@ -147,6 +142,11 @@ std::string nameOf(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
 
+bool isLink(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 Copy loadCopy(const std::string& path) {
   workingOn(path);
   Copy copy = examine(path);
@@ -204,16 +204,19 @@ std::string elementCutOff(const Copy& cut, const Copy& whole) {
 }
 
 std::vector<std::string> filesIn(const std::string& directory) {
-  return sorted(unsortedNamesIn(directory, isOwnFile));
+  return sorted(ownFilesIn(directory));
 }
 
 std::vector<std::string> xmlNamesIn(const std::string& directory) {
-  return sorted(unsortedNamesIn(
-      directory, [](const fs::directory_entry& entry) { return isXmlName(entry.path()); }));
+  std::vector<std::string> names = namesIn(opened(directory).get());
+  names.erase(std::remove_if(names.begin(), names.end(),
+                             [](const std::string& name) { return !isXmlName(name); }),
+              names.end());
+  return sorted(std::move(names));
 }
 
 bool isXmlName(const std::string& name) {
-  return fs::path(name).extension() == kSuffix;
+  return hasEnding(nameOf(name), kSuffix);
 }
 
 const Copy& ConfigFile::copy(Place place) const {

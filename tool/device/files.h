@@ -98,6 +98,9 @@ std::vector<std::string> xmlNamesIn(const std::string& directory);
 /// Whether a name ends with ".xml".
 bool isXmlName(const std::string& name);
 
+/// Whether a path names a symbolic link.
+bool isLink(const std::string& path);
+
 /// One configuration file with its copies.
 struct ConfigFile {
   std::string name;

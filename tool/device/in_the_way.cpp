@@ -6,23 +6,22 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
 
 #include "device/files.h"
 
 namespace camcfg::tool::device {
 namespace {
 
-namespace fs = std::filesystem;
-
-fs::file_status ownStatus(const std::string& path) {
-  std::error_code ignored;
-  return fs::symlink_status(path, ignored);
+// Links to nothing are there, too.
+bool isThere(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
 }
 
-fs::file_status statusOf(const std::string& path) {
-  std::error_code ignored;
-  return fs::status(path, ignored);
+// Whether a path leads to what is of this type.
+bool isOf(mode_t type, const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && (status.st_mode & S_IFMT) == type;
 }
 
 std::string directoryOf(const std::string& path) {
@@ -35,7 +34,7 @@ bool isAnyFile() {
 }
 
 bool canBeMade(const std::string& directory) {
-  return !fs::exists(ownStatus(directory)) && faccessat(AT_FDCWD, "/", W_OK, AT_EACCESS) == 0;
+  return !isThere(directory) && faccessat(AT_FDCWD, "/", W_OK, AT_EACCESS) == 0;
 }
 
 // Whoever may not give a directory to its owner keeps it.
@@ -53,8 +52,8 @@ bool makeLike(const char* directory, const char* other) {
 
 std::string inTheWayOf(const std::string& path) {
   std::string directory = directoryOf(path);
-  if (fs::exists(ownStatus(directory)) && !fs::is_directory(statusOf(directory))) return directory;
-  return fs::exists(ownStatus(path)) && !fs::is_regular_file(statusOf(path)) ? path : "";
+  if (isThere(directory) && !isOf(S_IFDIR, directory)) return directory;
+  return isThere(path) && !isOf(S_IFREG, path) ? path : "";
 }
 
 bool isGoingToBeMade(const std::string& directory) {

@@ -1,8 +1,8 @@
 #include <camcfg/types.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 
 #include "base/host.h"
 #include "base/library_log.h"
@@ -108,7 +108,9 @@ class Trials {
     const auto end = [](const char* name) { return std::string("</") + name + ">"; };
     std::string text = tag(table.parent) + tag(table.section);
     for (std::size_t i = first; i < last; ++i) text += candidates_[i]->text();
-    std::ofstream(CFG_FILE_MPP) << text << end(table.section) << end(table.parent);
+    text += end(table.section) + end(table.parent);
+    const Descriptor file(open(CFG_FILE_MPP, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (file) writeAll(file.get(), text);
   }
 
   const std::vector<Candidate*>& candidates_;

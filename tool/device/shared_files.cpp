@@ -3,19 +3,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <filesystem>
 
+#include "base/host.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool::device {
 namespace {
-
-namespace fs = std::filesystem;
-
-bool isLink(const fs::path& path) {
-  std::error_code ignored;
-  return fs::is_symlink(fs::symlink_status(path, ignored));
-}
 
 constexpr int kMostLinks = 40;
 constexpr char kCircle[] = "circle";
@@ -25,24 +18,38 @@ std::string directoryOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
 
-fs::path targetOfLink(const fs::path& link) {
-  std::error_code ignored;
-  return (link.parent_path() / fs::read_symlink(link, ignored)).lexically_normal();
+// An absolute path without "." and "..", by its words only.
+std::string normal(const std::string& path) {
+  Paths kept;
+  for (const std::string& part : parts(path, '/')) {
+    if (part.empty() || part == ".") continue;
+    if (part != "..")
+      kept.push_back(part);
+    else if (!kept.empty())
+      kept.pop_back();
+  }
+  return "/" + joined(kept, "/");
+}
+
+std::string targetOfLink(const std::string& link) {
+  const std::string target = linkTarget(link).value_or("");
+  return normal(beginsWith(target, "/") ? target : directoryOf(link) + "/" + target);
 }
 
 // Where a path leads, also if there is nothing; links that lead in a circle lead to themselves, whichever
 // of a file's copies they begin with.
-fs::path resolved(const fs::path& path, const Paths& moved, int links = 0) {
+std::string resolved(const std::string& path, const Paths& moved, int links = 0) {
   if (links == kMostLinks) return kCircle;
-  if (path == path.root_path()) return path;
-  const fs::path place = resolved(path.parent_path(), moved, links) / path.filename();
-  const bool leadsOn = isLink(place) && !isAmong(moved, place.string());
+  if (path == "/") return "";
+  if (path.find('/') == std::string::npos) return path;
+  const std::string place = resolved(directoryOf(path), moved, links) + "/" + nameOf(path);
+  const bool leadsOn = isLink(place) && !isAmong(moved, place);
   return leadsOn ? resolved(targetOfLink(place), moved, links + 1) : place;
 }
 
 // Where the name of a file is, whatever it leads to.
 std::string placeOf(const std::string& path, const Paths& moved) {
-  return resolved(fs::path(path).parent_path(), moved) / nameOf(path);
+  return resolved(directoryOf(path), moved) + "/" + nameOf(path);
 }
 
 bool isOtherDirectory(const std::string& directory) {
@@ -104,7 +111,7 @@ std::string linkAt(const std::string& path) {
 
 std::string targetOf(const std::string& path) {
   const std::string link = linkAt(path);
-  return link.empty() ? path : targetOfLink(link).string() + path.substr(link.size());
+  return link.empty() ? path : targetOfLink(link) + path.substr(link.size());
 }
 
 std::string sameFileFault(const std::string& path, const std::string& other) {

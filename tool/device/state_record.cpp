@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <set>
-#include <sstream>
 
 #include "base/json.h"
 #include "base/outcome.h"
@@ -28,16 +27,19 @@ struct Head {
 };
 
 Head headOf(const std::string& rest) {
-  std::ostringstream line;
-  line << kFormat << ' ' << kVersion << ' ' << rest.size() << ' ' << hashOf(rest) << '\n';
-  return {line.str(), rest};
+  return {std::string(kFormat) + " " + std::to_string(kVersion) + " " +
+              std::to_string(rest.size()) + " " + hashOf(rest) + "\n",
+          rest};
 }
 
 /// The first line as its reader sees it; what is missing is empty.
 struct FirstLine {
   explicit FirstLine(const std::string& line) {
-    std::istringstream words(line);
-    words >> format >> version >> size;
+    std::vector<std::string> words = wordsIn(line);
+    words.resize(3);
+    format = std::move(words[0]);
+    version = std::move(words[1]);
+    size = std::move(words[2]);
   }
 
   std::string format;

@@ -8,12 +8,11 @@
 
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 #include <thread>
 
+#include "base/host.h"
 #include "base/outcome.h"
+#include "base/plain_text.h"
 #include "base/progress.h"
 #include "device/files.h"
 
@@ -43,11 +42,10 @@ std::string holderOf(int directory) {
   char file[64];
   std::snprintf(file, sizeof file, "%02x:%02x:%lu", major(status.st_dev), minor(status.st_dev),
                 static_cast<unsigned long>(status.st_ino));
-  std::ifstream locks("/proc/locks");
-  for (std::string line; std::getline(locks, line);) {
+  const std::string locks = readFile("/proc/locks").value_or("");
+  for (const std::string& line : parts(locks, '\n')) {
     // "1: FLOCK ADVISORY WRITE 217 08:01:131090 0 EOF"
-    std::istringstream words(line);
-    const std::vector<std::string> word{std::istream_iterator<std::string>(words), {}};
+    const std::vector<std::string> word = wordsIn(line);
     if (word.size() > 5 && word[1] == "FLOCK" && word[5] == file)
       return "another camcfg (process " + word[4] + ")";
   }

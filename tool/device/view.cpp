@@ -9,18 +9,17 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
-#include <filesystem>
 #include <iterator>
 #include <utility>
 
+#include "base/host.h"
 #include "base/outcome.h"
 #include "testkit/enter_root.h"
 
 namespace camcfg::tool::device {
 namespace {
-
-namespace fs = std::filesystem;
 
 // What a device has, and a host is not to show in its place.
 constexpr const char* kDeviceDirectories[] = {"/cfg0", "/cfg1", "/app", "/run/camcfg"};
@@ -30,6 +29,32 @@ constexpr char kHost[] = "/.host";
 
 [[noreturn]] void fail(const std::string& what) {
   throw Refusal(what + ": " + std::strerror(errno));
+}
+
+[[noreturn]] void fail() {
+  throw Refusal(std::strerror(errno));
+}
+
+// The type of what a path leads to; 0: there is nothing.
+mode_t typeOf(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) == 0) return status.st_mode & S_IFMT;
+  if (errno != ENOENT && errno != ENOTDIR) fail();
+  return 0;
+}
+
+bool isDirectory(const std::string& path) {
+  return typeOf(path) == S_IFDIR;
+}
+
+void makeDirectory(const std::string& path) {
+  if (mkdir(path.c_str(), 0777) != 0 && errno != EEXIST) fail();
+}
+
+std::string wholePath(const std::string& path) {
+  char whole[PATH_MAX];
+  if (realpath(path.c_str(), whole) == nullptr) fail();
+  return whole;
 }
 
 bool isDevices(const std::string& path) {
@@ -51,38 +76,49 @@ class View {
 
   void showDevice() const {
     for (const std::string directory : kDeviceDirectories) {
-      if (!fs::is_directory(device_ + directory)) continue;
-      fs::create_directories(directory);
+      if (!isDirectory(device_ + directory)) continue;
+      if (const std::size_t above = directory.rfind('/'); above != 0)
+        makeDirectory(directory.substr(0, above));
+      makeDirectory(directory);
       bindMount(device_ + directory, directory);
     }
   }
 
  private:
   void showDirectory(const std::string& host, const std::string& path) const {
-    for (const fs::directory_entry& entry : fs::directory_iterator(host)) {
-      const std::string place = path + "/" + entry.path().filename().string();
-      if (place != kHost && !isDevices(place)) show(entry, place);
+    const Descriptor folder(open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) fail();
+    for (const std::string& name : namesIn(folder.get())) {
+      const std::string inFolder = "/" + name;
+      const std::string place = path + inFolder;
+      if (place != kHost && !isDevices(place)) show(host + inFolder, place);
     }
   }
 
-  void show(const fs::directory_entry& entry, const std::string& place) const {
-    if (entry.is_symlink()) return fs::create_symlink(fs::read_symlink(entry.path()), place);
-    if (!entry.is_directory()) {
+  void show(const std::string& entry, const std::string& place) const {
+    struct stat status {};
+    if (lstat(entry.c_str(), &status) != 0) fail();
+    if (S_ISLNK(status.st_mode)) {
+      const std::optional<std::string> target = linkTarget(entry);
+      if (!target || symlink(target->c_str(), place.c_str()) != 0) fail();
+    } else if (!S_ISDIR(status.st_mode)) {
       close(open(place.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-      return bindMount(entry.path(), place);
+      bindMount(entry, place);
+    } else {
+      makeDirectory(place);
+      if (holdsDevices(place)) return showDirectory(entry, place);
+      bindMount(entry, place);
     }
-    fs::create_directory(place);
-    if (holdsDevices(place)) return showDirectory(entry.path(), place);
-    bindMount(entry.path(), place);
   }
 
   // Whether something below a directory of the host is to be another's, so that it is not shown whole.
   bool holdsDevices(const std::string& place) const {
-    return std::any_of(std::begin(kDeviceDirectories), std::end(kDeviceDirectories),
-                       [&](const std::string& directory) {
-                         return directory.rfind(place + "/", 0) == 0 &&
-                                (fs::exists(kHost + directory) || fs::exists(device_ + directory));
-                       });
+    return std::any_of(
+        std::begin(kDeviceDirectories), std::end(kDeviceDirectories),
+        [&](const std::string& directory) {
+          return directory.rfind(place + "/", 0) == 0 &&
+                 (typeOf(kHost + directory) != 0 || typeOf(device_ + directory) != 0);
+        });
   }
 
   std::string device_;
@@ -109,11 +145,11 @@ void exchangeRoot(const std::string& view) {
 
 }  // namespace
 
-void seeDevice(const std::string& directory) try {
-  const std::string device = fs::canonical(directory);
-  const std::string current = fs::current_path();
+void seeDevice(const std::string& directory) {
+  const std::string device = wholePath(directory);
+  const std::string current = wholePath(".");
   if (device == "/") return;
-  if (!fs::is_directory(device + "/cfg0") && !fs::is_directory(device + "/app"))
+  if (!isDirectory(device + "/cfg0") && !isDirectory(device + "/app"))
     throw Refusal("there is no device: neither cfg0 nor app is there");
   enterNamespaces();
   if (mount("camcfg", device.c_str(), "tmpfs", 0, "mode=755") != 0) {
@@ -125,10 +161,8 @@ void seeDevice(const std::string& directory) try {
   view.showHost();
   view.showDevice();
   umount2(kHost, MNT_DETACH);
-  fs::remove(kHost);
+  if (rmdir(kHost) != 0) fail();
   if (chdir(current.c_str()) != 0) fail(current);
-} catch (const fs::filesystem_error& error) {
-  throw Refusal(error.code().message());
 }
 
 void becomeProgram(const std::vector<std::string>& words) {

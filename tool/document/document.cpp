@@ -202,7 +202,12 @@ std::string pathTo(const device::Section& section) {
 }
 
 void Target::read(const device::Section& section, const Json& stated) {
-  const auto [before, unread] = readableOf(section);
+  read(section, stated, readableOf(section));
+}
+
+void Target::read(const device::Section& section, const Json& stated,
+                  const device::Readable& held) {
+  const auto& [before, unread] = held;
   const Json given =
       section.table == nullptr ? stated : settings::withKeptSecrets(stated, *section.table, before);
   // What the device holds already is not for this document to repair.

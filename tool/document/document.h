@@ -57,6 +57,8 @@ struct Target {
   /// section that does not load whole, nothing stays that is not in the document.
   /// @throws Refusal if the device's files are unusable
   void read(const device::Section& section, const Json& stated);
+  /// @param held  what the device has, as far as it can be read
+  void read(const device::Section& section, const Json& stated, const device::Readable& held);
   void add(const device::Section& section, const Json& before, const Json& after);
 };
 

@@ -87,7 +87,7 @@ class Edit {
     Target target;
     for (std::size_t i = 0; i < all_.size(); ++i)
       if (all_[i].second != before_[i].second)
-        target.read(sectionOf(*all_[i].first), all_[i].second);
+        target.read(sectionOf(*all_[i].first), all_[i].second, {before_[i].second, {}});
     return target;
   }
 

@@ -1,6 +1,8 @@
 #include "document/single.h"
 
+#include <algorithm>
 #include <map>
+#include <optional>
 
 #include "base/plain_text.h"
 #include "document/document.h"
@@ -20,7 +22,7 @@ namespace {
 class Edit {
  public:
   void set(const std::string& place, const std::string& text) {
-    if (!isInDocument(place)) return setParameter(parameters_.requireAt(place), text);
+    if (!isInDocument(place)) return setParameter(place, text);
     requireNew(place);
     const device::Section& section = requireSection(place);
     at(section, valueOf(section), place,
@@ -48,7 +50,7 @@ class Edit {
     for (const device::Section& section : allSections()) {
       const auto value = values_.find(&section);
       if (value == values_.end()) continue;
-      target.read(section, value->second);
+      target.read(section, value->second, {held_.at(&section), {}});
       nameByKeys(section, value->second, target.faults);
     }
     addDangling(before, target.faults);
@@ -56,7 +58,9 @@ class Edit {
   }
 
  private:
-  void setParameter(const parameters::Parameter& parameter, const std::string& text) {
+  void setParameter(const std::string& place, const std::string& text) {
+    if (!parameters_) parameters_.emplace();
+    const parameters::Parameter parameter = parameters_->requireAt(place);
     requireNew(parameter.path());
     if (!parameter.isSettable())
       throw Refusal(parameter.path() + ": the library sets no parameter inside another one");
@@ -71,13 +75,21 @@ class Edit {
 
   Json& valueOf(const device::Section& section) {
     const auto found = values_.find(&section);
-    return found != values_.end() ? found->second : values_[&section] = section.load();
+    if (found != values_.end()) return found->second;
+    return values_[&section] = held_[&section] = section.load();
   }
 
-  static Entries entriesBefore() {
+  // None if no entry is set, and nothing refers to anything else.
+  Entries entriesBefore() const {
     Entries before;
-    for (const device::Section& section : allSections())
-      if (section.table != nullptr) before.emplace_back(section.table, section.load());
+    if (std::none_of(held_.begin(), held_.end(),
+                     [](const auto& held) { return held.first->table != nullptr; }))
+      return before;
+    for (const device::Section& section : allSections()) {
+      if (section.table == nullptr) continue;
+      const auto held = held_.find(&section);
+      before.emplace_back(section.table, held == held_.end() ? section.load() : held->second);
+    }
     return before;
   }
 
@@ -106,7 +118,8 @@ class Edit {
     }
   }
 
-  const parameters::Parameters parameters_;
+  std::optional<parameters::Parameters> parameters_;  // once one is set
+  std::map<const device::Section*, Json> held_;
   std::map<const device::Section*, Json> values_;
   std::vector<std::string> given_;
 };

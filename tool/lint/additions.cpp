@@ -30,20 +30,23 @@ Counts countsOf(const std::vector<Finding>& findings) {
   return counts;
 }
 
-// All main copies, those that change as they are before or after that.
-std::vector<Finding> findingsOf(const std::vector<device::FileChange>& changes,
-                                std::string device::FileChange::*side) {
+const device::FileChange* changeOf(const std::string& path,
+                                   const std::vector<device::FileChange>& changes) {
+  const auto change =
+      std::find_if(changes.begin(), changes.end(),
+                   [&](const device::FileChange& each) { return each.path == path; });
+  return change == changes.end() ? nullptr : &*change;
+}
+
+// All main copies, before the changes.
+std::vector<device::Contents> filesBefore(const std::vector<device::FileChange>& changes) {
   std::vector<device::Contents> files;
-  for (const char* path : device::Turn::allFiles()) {
-    const auto change =
-        std::find_if(changes.begin(), changes.end(),
-                     [&](const device::FileChange& each) { return each.path == path; });
-    if (change != changes.end())
-      files.push_back({path, (*change).*side});
-    else if (const std::optional<std::string> bytes = readFile(path))
-      files.push_back({path, *bytes});
-  }
-  return lint(sourcesOf(files));
+  for (const char* path : device::Turn::allFiles())
+    if (const device::FileChange* change = changeOf(path, changes))
+      files.push_back({path, change->before});
+    else if (std::optional<std::string> bytes = readFile(path))
+      files.push_back({path, std::move(*bytes)});
+  return files;
 }
 
 }  // namespace
@@ -52,8 +55,11 @@ std::vector<Addition> additionsOf(const std::vector<device::FileChange>& changes
   if (!std::all_of(changes.begin(), changes.end(),
                    [](const device::FileChange& change) { return canBeRead(change.before); }))
     return {};
-  const std::vector<Finding> before = findingsOf(changes, &device::FileChange::before);
-  const std::vector<Finding> after = findingsOf(changes, &device::FileChange::after);
+  std::vector<device::Contents> files = filesBefore(changes);
+  const std::vector<Finding> before = lint(sourcesOf(files));
+  for (device::Contents& file : files)
+    if (const device::FileChange* change = changeOf(file.path, changes)) file.bytes = change->after;
+  const std::vector<Finding> after = lint(sourcesOf(files));
   std::map<std::string, int> known;
   for (const Finding& finding : before) ++known[identityOf(finding)];
   Counts previous = countsOf(before);

@@ -1,6 +1,5 @@
 #include "lint/forms.h"
 
-#include <cctype>
 #include <iterator>
 #include <map>
 
@@ -11,24 +10,9 @@
 namespace camcfg::tool::lint {
 namespace {
 
-// Characters that a path in a URI has as they are, RFC 3986.
-bool isPlainInUri(unsigned char c) {
-  return std::isalnum(c) != 0 ||
-         std::string_view("-._~/!$&'()*+,;=@").find(static_cast<char>(c)) != std::string_view::npos;
-}
-
-std::string percent(unsigned char c) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  return {'%', kDigits[c / 16], kDigits[c % 16]};
-}
-
+// A path in a URI, RFC 3986.
 std::string uriOf(const std::string& path) {
-  std::string uri = beginsWith(path, "/") ? "file://" : "";
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    uri += isPlainInUri(byte) ? std::string(1, c) : percent(byte);
-  }
-  return uri;
+  return (beginsWith(path, "/") ? "file://" : "") + inUrl(path, "-._~/!$&'()*+,;=@");
 }
 
 // What tells findings apart wherever they move in their files.
@@ -86,7 +70,7 @@ std::string escaped(const std::string& text, std::string_view reserved) {
   std::string result;
   for (const char c : printable(text))
     result += reserved.find(c) == std::string_view::npos ? std::string(1, c)
-                                                         : percent(static_cast<unsigned char>(c));
+                                                         : inUrl(std::string_view(&c, 1), "");
   return result;
 }
 

@@ -1,8 +1,8 @@
 #include <camcfg/params.h>
 
+#include "base/name_matches.h"
 #include "lint/item.h"
 #include "lint/lint.h"
-#include "lint/name_matches.h"
 #include "lint/rules.h"
 
 namespace camcfg::tool::lint {

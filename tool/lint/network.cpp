@@ -5,10 +5,10 @@
 #include <map>
 #include <set>
 
+#include "base/name_matches.h"
 #include "lint/cards.h"
 #include "lint/item.h"
 #include "lint/lint.h"
-#include "lint/name_matches.h"
 #include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/network.h"

@@ -4,9 +4,9 @@
 #include <limits>
 #include <map>
 
+#include "base/name_matches.h"
 #include "lint/item.h"
 #include "lint/lint.h"
-#include "lint/name_matches.h"
 #include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/network.h"
@@ -260,24 +260,28 @@ bool isOutside(const XMLElement& section) {
 }
 
 // Cards are none, even if the name of their section is misspelt.
-bool isOfParameters(const XMLElement& section, const tinyxml2::XMLDocument& document) {
-  return std::string_view(section.Name()) != settings::kNetworkSection &&
-         &section != nearNetwork(document);
+Elements sectionsOfParameters(const tinyxml2::XMLDocument& document) {
+  const XMLElement* network = nearNetwork(document);
+  Elements sections = childrenOf(document);
+  sections.erase(std::remove_if(sections.begin(), sections.end(),
+                                [&](const XMLElement* section) {
+                                  return section == network || std::string_view(section->Name()) ==
+                                                                   settings::kNetworkSection;
+                                }),
+                 sections.end());
+  return sections;
 }
 
 }  // namespace
 
 void checkParameterNames(const Source& source, Findings& findings) {
-  const Elements sections = childrenOf(*source.document);
-  for (const XMLElement* section : sections)
-    if (isOfParameters(*section, *source.document))
-      checkLevel({*section, clipped(section->Name()), findings}, 1);
-  checkAcross(sections, findings);
+  for (const XMLElement* section : sectionsOfParameters(*source.document))
+    checkLevel({*section, clipped(section->Name()), findings}, 1);
+  checkAcross(childrenOf(*source.document), findings);
 }
 
 void checkParameterValues(const Source& source, Findings& findings) {
-  for (const XMLElement* section : childrenOf(*source.document)) {
-    if (!isOfParameters(*section, *source.document)) continue;
+  for (const XMLElement* section : sectionsOfParameters(*source.document)) {
     const Item item{*section, clipped(section->Name()), findings};
     if (isOutside(*section))
       item.add(kParameterAtTop, " is a parameter outside all sections: no call finds it");

@@ -2,9 +2,9 @@
 
 #include <set>
 
+#include "base/name_matches.h"
 #include "lint/item.h"
 #include "lint/lint.h"
-#include "lint/name_matches.h"
 #include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/presets.h"

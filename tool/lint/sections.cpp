@@ -4,8 +4,8 @@
 #include <map>
 #include <string_view>
 
+#include "base/name_matches.h"
 #include "lint/item.h"
-#include "lint/name_matches.h"
 #include "lint/near_names.h"
 #include "lint/rules.h"
 #include "settings/media.h"

@@ -269,19 +269,27 @@ class Drawing {
           "</text>\n");
   }
 
+  // Entries of one name share their remarks, so there may be many at many of them.
+  static void addRemarks(const Json& remarks, std::string& text) {
+    constexpr std::size_t kMost = 10;
+    for (std::size_t i = 0; i < std::min(remarks.size(), kMost); ++i)
+      write(text, "&#10;", htmlText(cutTo(remarks.at(i).text(), kLongest)));
+    if (remarks.size() > kMost)
+      write(text, "&#10;and ", std::to_string(remarks.size() - kMost), " more");
+  }
+
   void addNodes(const Column& column, const std::vector<Node>& nodes, std::string& text) const {
     for (const Node& node : nodes) {
       const auto remarks = remarks_.find(node.name);
       const bool isMarked = remarks != remarks_.end();
       write(text, "<g class=\"node", *node.look == '\0' ? "" : " ", node.look,
             isMarked ? " marked" : "", "\"><title>", htmlText(cutTo(node.title, kLongest)));
-      if (isMarked)
-        for (const Json& remark : *remarks)
-          write(text, "&#10;", htmlText(cutTo(remark.text(), kLongest)));
+      if (isMarked) addRemarks(*remarks, text);
+      const std::string label = (isMarked ? "! " : "") + cutTo(node.label, column.characters);
       write(text, "</title><rect x=\"", column.left, "\" y=\"", node.y, "\" width=\"", column.width,
             "\" height=\"", kHeight, "\" rx=\"4\"/><text x=\"", column.left + 8, "\" y=\"",
-            node.y + 16, "\">", isMarked ? "! " : "",
-            htmlText(cutTo(node.label, column.characters)), "</text></g>\n");
+            node.y + 16, "\"", within(column.width - 16, label, isMarked ? 13 : 12), ">",
+            htmlText(label), "</text></g>\n");
     }
   }
 

@@ -6,6 +6,8 @@
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/draft.h"
+#include "device/turn.h"
 #include "parameters/parameter.h"
 #include "settings/network.h"
 
@@ -27,16 +29,14 @@ struct ParameterValue {
 
 // What is wrong with setting a parameter: the library's lookup would hit another one, or the value is
 // not permitted.
-settings::Objection objectionTo(const Parameters& parameters, const Parameter& parameter,
-                                const std::string& value) {
+settings::Objection objectionTo(const Parameter& parameter, const std::string& value) {
   if (parameter.isInner())
     return {"the library sets no parameter inside another one" +
             std::string(parameter.section == settings::kNetworkSection
                             ? "; 'camcfg network set' sets those of a card"
                             : "")};
-  const std::optional<Parameter> found = parameters.lookup(parameter.section, parameter.name);
-  if (found && found->element != parameter.element)
-    return {"the library would set " + found->name +
+  if (parameter.answer != parameter.element)
+    return {"the library would set " + std::string(parameter.answer->Value()) +
             ", which begins with this name and comes before it in " + CFG_FILE_BUSINESS};
   return parameter.form().objectionTo(value);
 }
@@ -47,10 +47,9 @@ std::string writtenFor(const Parameter& parameter, const std::string& text) {
 }
 
 // The change that sets one parameter; the call that makes it is still missing.
-device::Change requireChange(const Parameters& parameters, const ParameterValue& wanted,
-                             bool force) {
+device::Change requireChange(const ParameterValue& wanted, bool force) {
   const Parameter& parameter = wanted.parameter;
-  const std::string fault = objectionTo(parameters, parameter, wanted.text).refusal(force);
+  const std::string fault = objectionTo(parameter, wanted.text).refusal(force);
   if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
   const std::string text = writtenFor(parameter, wanted.text);
   const auto standing = [section = parameter.section, name = parameter.name](
@@ -89,12 +88,10 @@ bool saveAll(const std::vector<ParameterValue>& values) {
 }
 
 // The change that sets several parameters with one save.
-device::Change changeOf(const Parameters& parameters, const std::vector<ParameterValue>& values,
-                        bool force) {
+device::Change changeOf(const std::vector<ParameterValue>& values, bool force) {
   std::vector<device::Change> changes;
   changes.reserve(values.size());
-  for (const ParameterValue& value : values)
-    changes.push_back(requireChange(parameters, value, force));
+  for (const ParameterValue& value : values) changes.push_back(requireChange(value, force));
   const auto arrived = [changes](XMLDocument& document) {
     return std::all_of(changes.begin(), changes.end(),
                        [&](const device::Change& change) { return change.arrived(document); });
@@ -113,7 +110,7 @@ std::vector<ParameterValue> requireValues(const Parameters& parameters,
         return value.parameter.element == parameter.element;
       });
       if (isTwice) throw Refusal(parameter.path() + ": it is given twice");
-      const std::string fault = objectionTo(parameters, parameter, text).refusal(force);
+      const std::string fault = objectionTo(parameter, text).refusal(force);
       if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
       values.push_back({parameter, writtenFor(parameter, text)});
     } catch (const Refusal& refusal) {
@@ -124,12 +121,11 @@ std::vector<ParameterValue> requireValues(const Parameters& parameters,
 }
 
 // @param values  one at least; the parameters are those of a document that is still there
-void make(const Parameters& parameters, const std::vector<ParameterValue>& values, bool force,
-          bool rehearse) {
-  if (values.size() > 1) return device::makeChange(changeOf(parameters, values, force), rehearse);
-  device::Change change = requireChange(parameters, values.front(), force);
+device::Change requireChange(const std::vector<ParameterValue>& values, bool force) {
+  if (values.size() > 1) return changeOf(values, force);
+  device::Change change = requireChange(values.front(), force);
   change.make = [&values] { return save(values.front()); };
-  device::makeChange(change, rehearse);
+  return change;
 }
 
 Json loadParameters() {
@@ -148,12 +144,11 @@ std::string setText(const Json& value) {
 }
 
 // The value if it is permitted.
-Json readValue(const Node& node, const Parameters& parameters, const Parameter& parameter) {
+Json readValue(const Node& node, const Parameter& parameter) {
   const std::size_t faults = node.faults();
   Json value = parameter.form().isInteger() ? Json(node.number(kInteger)) : Json(node.text());
   if (node.faults() != faults) return value;
-  const std::string fault =
-      objectionTo(parameters, parameter, setText(value)).refusal(node.isForced());
+  const std::string fault = objectionTo(parameter, setText(value)).refusal(node.isForced());
   if (!fault.empty()) node.refuse(fault);
   return value;
 }
@@ -169,8 +164,7 @@ Json readParameters(const Node& node, const Json& before, device::Plan& /*plan*/
     if (!values.isObjectOf(before.at(section).names())) continue;
     for (const std::string& name : values.value().names())
       if (before.at(section).contains(name) && !values.member(name).isHeld())
-        after[section][name] =
-            readValue(values.member(name), parameters, parameters.require(section, name));
+        after[section][name] = readValue(values.member(name), parameters.require(section, name));
   }
   return after;
 }
@@ -183,13 +177,16 @@ std::vector<device::Change> parameterChanges(const Json& before, const Json& aft
       if (value != before.at(section).at(name))
         changed.push_back({parameters.require(section, name), setText(value)});
   if (changed.empty()) return {};
-  return {changeOf(parameters, changed, force)};
+  return {changeOf(changed, force)};
 }
 
 }  // namespace
 
 Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bool rehearse) {
-  const Parameters parameters;
+  const device::Turn turn(rehearse ? device::Turn::Files()
+                                   : device::Turn::Files{CFG_FILE_BUSINESS});
+  const device::Contents file = device::requireContents(CFG_FILE_BUSINESS);
+  const Parameters parameters(file);
   const std::vector<ParameterValue> wanted = requireValues(parameters, assignments, force);
   Json changes = Json::array();
   Json unchanged = Json::array();
@@ -205,7 +202,11 @@ Outcome setParameters(const std::vector<Assignment>& assignments, bool force, bo
     if (isChanged) changed.push_back(value);
     (isChanged ? changes : unchanged).push_back(std::move(record));
   }
-  if (!changed.empty()) make(parameters, changed, force, rehearse);
+  if (!changed.empty()) {
+    device::Change change = requireChange(changed, force);
+    change.read = file.bytes;
+    device::makeChange(change, rehearse);
+  }
   return {{{"changes", std::move(changes)}, {"unchanged", std::move(unchanged)}}, {}};
 }
 

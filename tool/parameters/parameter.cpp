@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "base/elements.h"
+#include "base/name_matches.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 
@@ -125,6 +126,8 @@ Json Parameter::shown(const char* found) const {
 
 Parameters::Parameters() : document_(device::requireDocument(CFG_FILE_BUSINESS)) {}
 
+Parameters::Parameters(const device::Contents& file) : document_(device::parsed(file.bytes)) {}
+
 std::vector<std::string> Parameters::sections() const {
   std::vector<std::string> names;
   for (const XMLElement* section : childrenOf(*document_)) names.emplace_back(section->Value());
@@ -137,16 +140,32 @@ std::vector<Parameter> Parameters::all() const {
 
 std::vector<Parameter> Parameters::in(const std::string& section) const {
   std::vector<Parameter> found;
-  collect(section, "", requireSection(section), found);
+  collect(section, "", requireSection(section).element, found);
   return found;
 }
 
+// The answers are found for all of them together: a lookup goes through the section.
+void Parameters::index(const std::string& name, Section& section) {
+  std::vector<Parameter> all;
+  collect(name, "", section.element, all);
+  for (const Parameter& parameter : all) section.byName.emplace(parameter.name, parameter);
+  const std::vector<XMLElement*> elements = childrenOf(*section.element);
+  std::vector<std::string_view> names;
+  names.reserve(elements.size());
+  for (const XMLElement* element : elements) names.emplace_back(element->Value());
+  const std::vector<NameMatches> matches = matchNames(names);
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    const auto found = section.byName.find(elements[i]->Value());
+    if (found != section.byName.end() && found->second.element == elements[i])
+      found->second.answer = elements[matches[i].answer()];
+  }
+}
+
 Parameter Parameters::require(const std::string& section, const std::string& name) const {
-  const auto [known, isNew] = byName_.try_emplace(section);
-  if (isNew)
-    for (const Parameter& parameter : in(section)) known->second.emplace(parameter.name, parameter);
-  const auto found = known->second.find(name);
-  if (found != known->second.end()) return found->second;
+  Section& known = requireSection(section);
+  if (known.byName.empty()) index(section, known);
+  const auto found = known.byName.find(name);
+  if (found != known.byName.end()) return found->second;
   std::vector<std::string> names;
   for (const Parameter& parameter : in(section)) names.push_back(parameter.name);
   throw Refusal("section " + section + " has no parameter '" + name + "'" +
@@ -160,7 +179,7 @@ Parameter Parameters::requireAt(const std::string& place, const std::string& nam
 
 std::optional<Parameter> Parameters::lookup(const std::string& section,
                                             const std::string& name) const {
-  return lookupIn(requireSection(section), name);
+  return lookupIn(requireSection(section).element, name);
 }
 
 std::optional<Parameter> Parameters::lookup(const std::string& name) const {
@@ -170,10 +189,13 @@ std::optional<Parameter> Parameters::lookup(const std::string& name) const {
   return std::nullopt;
 }
 
-XMLElement* Parameters::requireSection(const std::string& name) const {
-  XMLElement* section = CFG_GetBrotherElementByName(document_->FirstChildElement(), name.c_str());
-  if (section == nullptr) throw Refusal(noSection(name, sections()));
-  return section;
+Parameters::Section& Parameters::requireSection(const std::string& name) const {
+  if (sections_.empty())
+    for (XMLElement* element : childrenOf(*document_))
+      sections_.emplace(element->Value(), Section{element});
+  const auto found = sections_.find(name);
+  if (found == sections_.end()) throw Refusal(noSection(name, sections()));
+  return found->second;
 }
 
 device::Explanation explainParameter(const std::string& place, const std::string& name) {

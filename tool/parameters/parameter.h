@@ -20,6 +20,8 @@ struct Parameter {
   std::string section;
   std::string name;
   tinyxml2::XMLElement* element;
+  /// What a lookup of its name in its section finds; null if it is still to be looked up.
+  tinyxml2::XMLElement* answer = nullptr;
 
   /// "SECTION/NAME"
   std::string path() const { return section + "/" + name; }
@@ -43,6 +45,8 @@ class Parameters {
  public:
   /// @throws Refusal if the file is unusable
   Parameters();
+  /// Those of a file of which the bytes are known.
+  explicit Parameters(const device::Contents& file);
 
   /// The names of all sections.
   std::vector<std::string> sections() const;
@@ -66,10 +70,17 @@ class Parameters {
   std::optional<Parameter> lookup(const std::string& name) const;
 
  private:
-  tinyxml2::XMLElement* requireSection(const std::string& name) const;
+  // The first section of its name.
+  struct Section {
+    tinyxml2::XMLElement* element;
+    std::map<std::string, Parameter> byName{};  // once one of them was asked for
+  };
+
+  Section& requireSection(const std::string& name) const;
+  static void index(const std::string& name, Section& section);
 
   device::Document document_;
-  mutable std::map<std::string, std::map<std::string, Parameter>> byName_;  // sections asked for
+  mutable std::map<std::string, Section> sections_;  // once one of them was asked for
 };
 
 /// Lookups are tried in the main copy, or else in the next good one.

@@ -1,13 +1,12 @@
 #include "report/anonymous.h"
 
-#include <arpa/inet.h>
-
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 #include "base/plain_text.h"
 #include "document/keyed.h"
+#include "report/facts.h"
+#include "report/identity.h"
 #include "report/sources.h"
 
 namespace camcfg::tool::report {
@@ -16,61 +15,65 @@ namespace {
 constexpr char kAddress[] = "address";
 constexpr char kName[] = "name";
 constexpr char kUrl[] = "url";
+constexpr char kFile[] = "file";
 
-bool isWordCharacter(char c) {
-  return std::isalnum(static_cast<unsigned char>(c)) != 0 || (c & 0x80) != 0;
+template <std::size_t Size>
+bool isOneOf(const std::array<const char*, Size>& words, const std::string& text) {
+  return std::any_of(words.begin(), words.end(), [&](const char* word) { return text == word; });
 }
 
-bool isIpv4(const std::string& text) {
-  in_addr address{};
-  return inet_pton(AF_INET, text.c_str(), &address) == 1;
+// The same for all masks: commands that are remembered have shorter ones.
+std::string withEqualMasks(const std::string& url) {
+  std::string equal;
+  for (const char c : url)
+    if (c != '*' || equal.empty() || equal.back() != '*') equal += c;
+  return equal;
 }
 
-bool isIpv6(const std::string& text) {
-  in6_addr address{};
-  return text.size() > 2 && inet_pton(AF_INET6, text.c_str(), &address) == 1;
+// What begins as a path does, or ends as the name of a file.
+bool isPath(const std::string& word) {
+  constexpr std::array kEndings = {".json", ".csv", ".xml", ".html", ".tar", ".gz"};
+  return beginsWith(word, "/") || beginsWith(word, "./") || beginsWith(word, "../") ||
+         std::any_of(kEndings.begin(), kEndings.end(), [&](const std::string& ending) {
+           return word.size() > ending.size() &&
+                  word.compare(word.size() - ending.size(), ending.size(), ending) == 0;
+         });
 }
 
-// Netmasks, and addresses that every device has.
-bool isCommon(const std::string& address) {
-  return beginsWith(address, "255.") || beginsWith(address, "127.") || address == "0.0.0.0" ||
-         address == "::1";
+// What a record of a value is about: the setting that it names, or its place.
+std::string settingOf(const Json& record) {
+  const Json& place = document::memberOrNothing(record, "place");
+  if (place.is_string()) return place.text().substr(place.text().find_last_of("./]") + 1);
+  return record.contains("factory") && record.contains("permitted") ? record.at("name").text() : "";
 }
 
-// Whether a setting is the name of a machine, of somebody's network or of a thing in it.
-bool isNaming(const std::string& setting) {
-  const std::string name = inLowerCase(setting);
-  constexpr std::array kParts = {"host",   "devicename", "server", "domain", "search",
-                                 "serial", "ssid",       "mac",    "url",    "location"};
-  return std::any_of(kParts.begin(), kParts.end(),
-                     [&](const char* part) { return name.find(part) != std::string::npos; });
+bool isValue(const std::string& member) {
+  constexpr std::array kMembers = {"value",  "factory", "before",  "after",
+                                   "device", "other",   "majority"};
+  return isOneOf(kMembers, member);
 }
 
-// What a word of an address may have in it.
-bool isOfAddress(char c) {
-  return std::isxdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == ':';
-}
-
-bool endsUrl(char c) {
-  return std::isspace(static_cast<unsigned char>(c)) != 0 || c == '"' || c == '\'' || c == '<' ||
-         c == '>' || c == ',' || c == ';';
-}
-
-std::size_t beginOfScheme(const std::string& text, std::size_t at) {
-  while (at > 0 && std::isalnum(static_cast<unsigned char>(text[at - 1])) != 0) --at;
-  return at;
+// Words of the tool's own, which others are looked up by.
+bool isOwn(const Json& record, const std::string& member) {
+  constexpr std::array kOwn = {"severity", "why", "rule",   "help",  "unit", "service",
+                               "role",     "fix", "health", "state", "copy", "by"};
+  constexpr std::array kNamed = {"help", "rows", "entries", "card", kFault};
+  const auto has = [&](const char* other) { return record.contains(other); };
+  return isOneOf(kOwn, member) ||
+         (member == "name" && std::any_of(kNamed.begin(), kNamed.end(), has));
 }
 
 }  // namespace
 
-Anonymizer::Anonymizer(const Json& facts) {
-  const Json& system = facts.at("system");
-  addName(kName, document::memberOrNothing(system, "name"));
-  for (const Json& section : facts.at("sections")) addNamesIn(section);
-  for (const auto& [original, placeholder] : placeholders_)
-    if (!isIpv4(original) && !isIpv6(original)) names_.push_back(original);
-  std::sort(names_.begin(), names_.end(), [](const std::string& a, const std::string& b) {
-    return a.size() != b.size() ? a.size() > b.size() : a < b;
+const char* const kWhatIsHidden =
+    "Addresses, urls and names of hosts, users and of the device: [address 1] is the same address "
+    "everywhere";
+
+Anonymizer::Anonymizer(const Json& facts, const std::vector<std::string>& names) {
+  for (const std::string& name : names) addName(name);
+  addNamesIn("", facts);
+  std::sort(names_.begin(), names_.end(), [](const Name& a, const Name& b) {
+    return a.lower.size() != b.lower.size() ? a.lower.size() > b.lower.size() : a.lower < b.lower;
   });
 }
 
@@ -81,111 +84,135 @@ Json Anonymizer::hidden(const Json& value) {
     for (Json& element : result) element = hidden(element);
   if (value.is_object()) {
     result = Json::object();
-    for (const auto& [name, member] : value.items()) result[name] = hidden(member);
-  }
-  return result;
-}
-
-// Urls as a whole, then names, then what looks like an address.
-std::string Anonymizer::hidden(const std::string& text) {
-  std::string rest = text;
-  std::string result;
-  for (std::size_t at = rest.find("://"); at != std::string::npos; at = rest.find("://")) {
-    const std::size_t begin = beginOfScheme(rest, at);
-    const auto end = static_cast<std::size_t>(
-        std::find_if(rest.begin() + static_cast<std::ptrdiff_t>(at), rest.end(), endsUrl) -
-        rest.begin());
-    result += hidden(rest.substr(0, begin)) + placeholder(kUrl, rest.substr(begin, end - begin));
-    rest.erase(0, end);
-  }
-  rest = withoutNames(rest);
-  for (std::size_t at = 0; at < rest.size();) {
-    const auto end = static_cast<std::size_t>(
-        std::find_if_not(rest.begin() + static_cast<std::ptrdiff_t>(at), rest.end(), isOfAddress) -
-        rest.begin());
-    std::string word = rest.substr(at, end - at);
-    const std::size_t last = word.find_last_not_of(".:");
-    const std::string address = word.substr(0, last == std::string::npos ? 0 : last + 1);
-    const std::string host = address.substr(0, address.find(':'));  // a port may follow
-    const bool startsWord = at == 0 || !isWordCharacter(rest[at - 1]);
-    if (startsWord && isIpv4(host) && !isCommon(host))
-      word.replace(0, host.size(), placeholder(kAddress, host));
-    else if (startsWord && isIpv6(address) && !isCommon(address))
-      word.replace(0, address.size(), placeholder(kAddress, address));
-    result += word;
-    at = end;
-    if (at < rest.size()) result += rest[at++];
-  }
-  return result;
-}
-
-Json Anonymizer::key() const {
-  Json key = Json::object();
-  for (const std::string& original : order_) key[placeholders_.at(original)] = original;
-  return key;
-}
-
-void Anonymizer::addName(const char* kind, const Json& value) {
-  if (!value.is_string() || value.text().size() < 2) return;
-  const std::string& text = value.text();
-  if (text.find_first_not_of('*') == std::string::npos) return;
-  if (isIpv4(text) || isIpv6(text)) {
-    if (!isCommon(text)) placeholder(kAddress, text);
-  } else if (text.find("://") != std::string::npos) {
-    placeholder(kUrl, text);
-  } else {
-    placeholder(kind, text);
-  }
-}
-
-void Anonymizer::addNamesIn(const Json& section) {
-  if (section.contains("hostname")) addName(kName, section.at("hostname"));
-  if (section.contains("cards"))
-    for (const Json& card : section.at("cards"))
-      for (const auto& [name, value] : card.items())
-        if (isNaming(name)) addName(kName, value);
-  if (section.contains("rows"))
-    for (const Json& row : section.at("rows"))
-      if (isNaming(row.at("name").text()))
-        for (const char* member : {"value", "factory"}) addName(kName, row.at(member));
-  for (const char* list : {"entries", "factory"})
-    if (section.contains(list))
-      for (const Json& entry : section.at(list))
-        if (entry.is_object())
-          for (const auto& [name, value] : entry.items())
-            if (isNaming(name)) addName(kName, value);
-}
-
-std::string Anonymizer::placeholder(const char* kind, const std::string& original) {
-  std::string& placeholder = placeholders_[original];
-  if (!placeholder.empty()) return placeholder;
-  order_.push_back(original);
-  placeholder = std::string("[") + kind + " " + std::to_string(++counts_[kind]) + "]";
-  return placeholder;
-}
-
-std::string Anonymizer::withoutNames(const std::string& text) const {
-  std::string result = text;
-  for (const std::string& name : names_) {
-    const std::string& placeholder = placeholders_.at(name);
-    for (std::size_t at = result.find(name); at != std::string::npos; at = result.find(name, at)) {
-      const std::size_t end = at + name.size();
-      const bool isWhole = (at == 0 || !isWordCharacter(result[at - 1])) &&
-                           (end == result.size() || !isWordCharacter(result[end]));
-      if (isWhole) result.replace(at, name.size(), placeholder);
-      at += isWhole ? placeholder.size() : name.size();
+    for (const auto& [name, member] : value.items()) {
+      // Names of members have no spaces, those of what remarks are on have.
+      const std::string key = name.find(' ') == std::string::npos ? name : hidden(name);
+      if (member.is_string() && isOwn(value, name))
+        result[key] = member;
+      else
+        result[key] = hidden(member);
     }
   }
   return result;
 }
 
+std::string Anonymizer::hidden(const std::string& text) {
+  const std::string lower = inLowerCase(text);
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const bool isStart = startsWord(text, at);
+    if (const Name* name = isStart ? nameAt(lower, at) : nullptr) {
+      result += name->placeholder;
+      at += name->lower.size();
+      continue;
+    }
+    const std::size_t url = isStart ? lengthOfUrl(text, at) : 0;
+    const std::size_t length = url != 0 ? url : lengthOfAddress(text, at);
+    if (length == 0)
+      result += text[at++];
+    else
+      result += placeholder(url != 0 ? kUrl : kAddress, text.substr(at, length));
+    at += length;
+  }
+  return result;
+}
+
+std::string Anonymizer::hiddenCommand(const std::string& command, bool isOfFiles) {
+  std::string result;
+  std::string words;  // since the last path
+  for (std::size_t at = 0; at < command.size();) {
+    const std::size_t end = std::min(command.find(' ', at), command.size());
+    const std::string word = command.substr(at, end - at);
+    words += at == 0 ? "" : " ";
+    if (isPath(word) || (isOfFiles && at != 0 && word[0] != '-')) {
+      result += hidden(words) + placeholder(kFile, word);
+      words.clear();
+    } else {
+      words += word;
+    }
+    at = end + 1;
+  }
+  return result + hidden(words);
+}
+
+Json Anonymizer::key() const {
+  Json key = Json::object();
+  for (const auto& [placeholder, original] : order_) key[placeholder] = original;
+  return key;
+}
+
+void Anonymizer::addName(const std::string& text) {
+  const bool isName = text.find_first_not_of("*0123456789") != std::string::npos &&
+                      text.size() > 1 && lengthOfAddress(text, 0) != text.size() && !isCommon(text);
+  const bool isUrl = text.find("://") != std::string::npos;
+  if (!isName || (isUrl && lengthOfUrl(text, 0) == text.size())) return;
+  const std::string lower = inLowerCase(text);
+  const bool isKnown = std::any_of(names_.begin(), names_.end(),
+                                   [&](const Name& name) { return name.lower == lower; });
+  if (!isKnown) names_.push_back({lower, placeholder(isUrl ? kUrl : kName, text)});
+}
+
+void Anonymizer::addNamesIn(const std::string& setting, const Json& value) {
+  if (value.is_string() && isNaming(setting, value.text())) {
+    const std::string& text = value.text();
+    addName(text);
+    // Lists of hosts are texts, too.
+    for (std::size_t at = 0; text.find("://") == std::string::npos && at < text.size();) {
+      const std::size_t end = std::min(text.find_first_of(",; ", at), text.size());
+      addName(text.substr(at, end - at));
+      at = end + 1;
+    }
+  }
+  if (value.is_array())
+    for (const Json& element : value) addNamesIn(setting, element);
+  if (!value.is_object()) return;
+  const std::string own = settingOf(value);
+  for (const auto& [name, member] : value.items())
+    addNamesIn(isValue(name) && !own.empty() ? own : name, member);
+}
+
+const Anonymizer::Name* Anonymizer::nameAt(const std::string& lower, std::size_t at) const {
+  for (const Name& name : names_) {
+    const std::size_t end = at + name.lower.size();
+    if (lower[at] == name.lower[0] && lower.compare(at, name.lower.size(), name.lower) == 0 &&
+        (end == lower.size() || !isWordCharacter(lower[end])))
+      return &name;
+  }
+  return nullptr;
+}
+
+std::string Anonymizer::placeholder(const char* kind, const std::string& original) {
+  std::string& placeholder =
+      placeholders_[kind == kUrl ? withEqualMasks(original) : inLowerCase(original)];
+  if (!placeholder.empty()) return placeholder;
+  placeholder = std::string("[") + kind + " " + std::to_string(++counts_[kind]) + "]";
+  order_.emplace_back(placeholder, original);
+  return placeholder;
+}
+
 Json anonymous(const Json& facts, Json& key) {
-  Anonymizer anonymizer(facts);
+  std::vector<std::string> names;
+  const Json& name = document::memberOrNothing(facts.at("system"), "name");
+  if (name.is_string()) names.push_back(name.text());
+  Anonymizer anonymizer(facts, names);
   Json without = facts;
   without["services"] = nullptr;
   Json hidden = anonymizer.hidden(without);
-  hidden["services"] = servicesOf(hidden);
   hidden["made"]["anonymous"] = true;
+  hidden["made"]["command"] = anonymizer.hiddenCommand(facts.at("made").at("command").text(), true);
+  const Json& history = facts.at("history");
+  for (std::size_t i = 0; history.is_array() && i < history.size(); ++i)
+    hidden["history"][i]["command"] =
+        anonymizer.hiddenCommand(history[i].at("command").text(), false);
+  hidden["services"] = servicesOf(hidden);
+  key = anonymizer.key();
+  return hidden;
+}
+
+Json anonymous(const Json& facts, const std::vector<std::string>& names, Json& key) {
+  Anonymizer anonymizer(facts, names);
+  Json hidden = anonymizer.hidden(facts);
+  hidden["anonymous"] = true;
   key = anonymizer.key();
   return hidden;
 }

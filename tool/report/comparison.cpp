@@ -63,12 +63,12 @@ Json comparisonWith(const std::string& name, const std::vector<HostFile>& files)
   const CopiedSections others =
       isDocument ? sectionsIn(documentIn(files.front())) : document::loadFrom(treeOf(name, files));
   const CopiedSections own = document::loadFrom(device::Place::Main);
-  Json comparison = {{"device", hostOf(own, "this device")},
+  Json comparison = {{"device", hostOf(own, kThisDevice)},
                      {"other", hostOf(others, name)},
                      {"differences", Json::array()},
                      {"notCompared", Json::array()}};
   if (comparison["device"] == comparison["other"]) {
-    comparison["device"] = "this device";
+    comparison["device"] = kThisDevice;
     comparison["other"] = name;
   }
   const auto leaveOut = [&](const std::string& place, const std::string& reason) {
@@ -115,7 +115,8 @@ std::string comparisonPage(const Json& comparison) {
   const std::string count = std::to_string(differences.size());
   return pageOf(
       "Comparison of " + device + " and " + other,
-      paragraph(differences.size() == 1 ? "1 setting differs." : count + " settings differ."),
+      paragraph(differences.size() == 1 ? "1 setting differs." : count + " settings differ.") +
+          hiddenHtml(comparison),
       parts);
 }
 

@@ -9,6 +9,9 @@
 
 namespace camcfg::tool::report {
 
+/// What the device is called that has no name of its own.
+constexpr char kThisDevice[] = "this device";
+
 /// What differs between this device and another one, secrets masked: "device" and "other", what they are called,
 /// "differences" as `diff` has them, and "notCompared".
 /// @param name   what the other one is called

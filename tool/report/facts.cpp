@@ -11,6 +11,9 @@
 #include "base/host.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
+#include "device/salvage.h"
+#include "device/salvage_copy.h"
+#include "device/scratch.h"
 #include "document/document.h"
 #include "document/exchange.h"
 #include "document/health.h"
@@ -37,9 +40,16 @@ Json checksumOf(const std::string& path) {
   return digits.data();
 }
 
-Json health() {
+Json health(bool isDevice) {
   Json health = document::deviceHealth().value;
-  for (Json& copy : health["copies"]) copy["checksum"] = checksumOf(copy["path"].text());
+  Json copies = Json::array();
+  for (Json& copy : health["copies"]) {
+    if (!isDevice && copy.at("copy") != device::wordFor(device::Place::Main)) continue;
+    copy["checksum"] = checksumOf(copy["path"].text());
+    if (!isDevice) copy["changed"] = copy["atStart"] = nullptr;  // it was laid out just now
+    copies.push_back(std::move(copy));
+  }
+  health["copies"] = std::move(copies);
   return health;
 }
 
@@ -59,6 +69,52 @@ Json wiring(const Json& findings) {
   return wiring;
 }
 
+// What the files of a device hold.
+Json contents(const document::CopiedSections& factory, const Json& findings) {
+  return {{"system", orFault(parameters::systemJson)},
+          {"wiring", orFault([&] { return wiring(findings); })},
+          {"sections", sectionsOf(factory)}};
+}
+
+// A file whose main copy does not load, as far as its other copies or what is left of it have it.
+std::optional<std::string> replacementOf(const device::ConfigFile& file, Json& notes) {
+  const std::string main = file.path(device::Place::Main);
+  const std::string backup = file.path(device::Place::Backup);
+  if (file.backup.state == device::State::Good) {
+    notes.push_back(main + " cannot be read: its settings below are those of its backup, " +
+                    backup);
+    return readFile(backup);
+  }
+  const std::optional<std::string> factory = readFile(file.path(device::Place::Default));
+  if (!factory) return std::nullopt;
+  std::optional<device::SalvagedFile> salvaged =
+      device::salvaged(readFile(main), readFile(backup), *factory);
+  if (!salvaged || salvaged->from(device::kFromFactory) == salvaged->settings.size())
+    return std::nullopt;
+  notes.push_back(main +
+                  " cannot be read as a whole: below is what 'camcfg salvage' brings back of "
+                  "it; the rest has factory values");
+  return std::move(salvaged->bytes);
+}
+
+// Of a device with damaged main copies, what its other copies hold in their place is shown.
+Json contentsOf(const Json& findings, Json& notes) {
+  const document::CopiedSections factory = factorySet();
+  std::vector<device::Contents> files;
+  for (const char* path : {CFG_FILE_BUSINESS, CFG_FILE_MPP, CFG_FILE_PRESET}) {
+    const device::ConfigFile file = device::surveyFile(device::nameOf(path));
+    const std::optional<std::string> bytes =
+        file.main.loads() ? readFile(path) : replacementOf(file, notes);
+    if (bytes) files.push_back({path, *bytes});
+  }
+  if (!notes.empty()) try {
+      return device::onScratchDevice(files, [&] { return contents(factory, Json::array()); });
+    } catch (const Refusal&) {
+      notes = Json::array();
+    }
+  return contents(factory, findings);
+}
+
 Json history() {
   Json changes = Json::array();
   const Outcome kept = document::listChanges();
@@ -75,20 +131,20 @@ Json history() {
 
 }  // namespace
 
-Json factsOf() {
+Json factsOf(bool isDevice) {
   Json facts = {{"made",
                  {{"by", std::string("camcfg ") + CAMCFG_VERSION},
                   {"at", utcText(std::time(nullptr))},
                   {"command", caller().command},
                   {"anonymous", false}}}};
-  facts["health"] = health();
-  facts["system"] = orFault(parameters::systemJson);
-  facts["findings"] = findingsOf(facts["health"]);
-  facts["wiring"] = orFault([&] { return wiring(facts["findings"]); });
+  facts["health"] = health(isDevice);
+  facts["findings"] = findingsOf(facts["health"], isDevice);
+  facts["notes"] = Json::array();
+  const Json contents = contentsOf(facts["findings"], facts["notes"]);
+  for (const auto& [name, value] : contents.items()) facts[name] = value;
   facts["changed"] =
       orFault([] { return document::compareWithCopies(device::Place::Default, false).value; });
   facts["history"] = orFault(history);
-  facts["sections"] = sectionsOf();
   const auto sectionCalled = [&](const char* name) -> Json {
     for (const Json& section : facts["sections"])
       if (section.at("name") == name) return section;

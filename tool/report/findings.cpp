@@ -11,6 +11,7 @@
 #include "document/keyed.h"
 #include "lint/fix.h"
 #include "media/media.h"
+#include "report/remedy.h"
 #include "report/sources.h"
 #include "settings/network.h"
 #include "settings/presets.h"
@@ -75,24 +76,20 @@ Places placesIn(const lint::Source& source) {
   return places;
 }
 
-// A word of a command line.
-std::string asWord(const std::string& text) {
-  constexpr char kPlain[] =
-      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./=:,+";
-  if (text.find_first_not_of(kPlain) == std::string::npos) return text;
-  std::string word = "'";
-  for (const char c : text) word += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return word + "'";
-}
-
-// A setting is set, of an entry one of them is.
-std::string commandFor(const std::string& place) {
-  if (place.empty()) return "";
-  const bool isSetting =
-      place.find('/') != std::string::npos ||
-      (beginsWith(place, "network.cards.") && std::count(place.begin(), place.end(), '.') > 2);
-  if (!isSetting && place.find('[') == std::string::npos) return "camcfg find " + asWord(place);
-  return "camcfg set " + asWord(place + (isSetting ? "=VALUE" : ".MEMBER=VALUE"));
+// The setting of an entry that a finding quotes by its attribute; the entry if it quotes none.
+std::string settingAt(const std::string& place, const std::string& text) {
+  if (place.empty() || place.back() != ']') return place;
+  const auto namedOf = [&](const settings::Settings& all) {
+    for (const settings::Setting& setting : all)
+      for (const auto& attribute : setting.attributes)
+        if (text.find(std::string("\"") + attribute.name + "\"") != std::string::npos)
+          return memberPlace(place, setting.member);
+    return place;
+  };
+  if (beginsWith(place, document::kPresets)) return namedOf(settings::presetSettings());
+  for (const settings::Table* table : settings::mediaTables())
+    if (beginsWith(place, std::string(table->place) + "[")) return namedOf(table->settings);
+  return place;
 }
 
 Json finding(const char* severity, const std::string& text) {
@@ -102,16 +99,20 @@ Json finding(const char* severity, const std::string& text) {
 }
 
 // The beginnings of findings of a file's state are on its copies, the others on what is in them.
-void addHealth(const Json& health, Json& findings) {
+void addHealth(const Json& health, bool isDevice, Json& findings) {
   std::map<std::string, std::string> states;
   for (const Json& file : health.at("files"))
     states[file.at("name").text()] = file.at("health").text();
+  std::set<std::string> missing;
+  for (const Json& copy : health.at("copies"))
+    if (copy.at("state") == "missing") missing.insert(copy.at("path").text());
   const Json& texts = health.at("findings");
   const Json& advice = health.at("advice");
   for (std::size_t i = 0; i < texts.size(); ++i) {
     const bool isAdvice = i < advice.size();
     const std::string path = isAdvice ? advice[i].at("path").text() : "";
     const bool isMain = path == device::pathOf(device::Place::Main, path);
+    if (isAdvice && !isDevice && (!isMain || missing.count(path) != 0)) continue;
     const bool isUnusable = isMain && states[device::nameOf(path)] == "unusable";
     Json one = finding(isUnusable ? "unusable" : "degraded", texts[i].text());
     one["why"] =
@@ -133,7 +134,12 @@ void addHealth(const Json& health, Json& findings) {
   }
 }
 
-void addLint(Json& findings) {
+// Whether a rule is about what only a device has: other copies, and texts of languages.
+bool isOfDevice(const lint::Rule& rule) {
+  return std::string_view(rule.subject) == "copies" || beginsWith(rule.id, "language-");
+}
+
+void addLint(bool isDevice, Json& findings) {
   const device::FileSet set = device::surveyFiles();
   const std::vector<lint::Source> sources = lint::sourcesOf(set);
   const std::vector<lint::Finding> found = lint::lint(sources);
@@ -143,15 +149,17 @@ void addLint(Json& findings) {
     for (const lint::Fix& fix : lint::fixed(source, found).fixes)
       fixable.emplace(fix.line, fix.rule);
     for (const lint::Finding& each : found) {
-      if (each.file != source.name) continue;
+      if (each.file != source.name || (!isDevice && isOfDevice(*each.rule))) continue;
       Json one = finding(wordFor(each.severity), each.text);
       const auto next = places.upper_bound(each.line);
-      const std::string place = next == places.begin() ? "" : std::prev(next)->second;
+      const std::string place =
+          settingAt(next == places.begin() ? "" : std::prev(next)->second, each.text);
       one["place"] = place.empty() ? each.file : place;
       one["why"] = each.rule->why;
       one["fix"] = each.rule->fix;
-      const std::string command =
-          fixable.count({each.line, each.rule}) != 0 ? "camcfg lint --fix" : commandFor(place);
+      const std::string command = fixable.count({each.line, each.rule}) != 0
+                                      ? "camcfg lint --fix"
+                                      : remedyFor(place, each.rule->fix);
       if (!command.empty()) one["command"] = command;
       one["rule"] = each.rule->id;
       one["file"] = each.file;
@@ -170,10 +178,10 @@ std::size_t rankOf(const Json& finding) {
 
 }  // namespace
 
-Json findingsOf(const Json& health) {
+Json findingsOf(const Json& health, bool isDevice) {
   Json findings = Json::array();
-  addHealth(health, findings);
-  addLint(findings);
+  addHealth(health, isDevice, findings);
+  addLint(isDevice, findings);
   std::stable_sort(findings.begin(), findings.end(),
                    [](const Json& a, const Json& b) { return rankOf(a) < rankOf(b); });
   return findings;

@@ -143,6 +143,13 @@ std::string anchorOf(std::size_t index) {
   return "device-" + std::to_string(index + 1);
 }
 
+// A document has settings only.
+constexpr char kNotKnown[] = "not known";
+
+std::string orNotKnown(const Json& value) {
+  return value.is_null() ? kNotKnown : inCell(shown(value));
+}
+
 // Links need markup, so the table is not an HtmlTable.
 std::string overview(const Json& devices, const std::vector<std::string>& reports) {
   std::string rows;
@@ -155,9 +162,10 @@ std::string overview(const Json& devices, const std::vector<std::string>& report
       write(rows, "<a href=\"./", htmlText(name), ".html\">", inCell(name), "</a>");
     else
       rows += inCell(name);
-    write(rows, "</th><td>", shown(device.at("health")), "</td><td>", shown(device.at("errors")),
-          "</td><td>", shown(device.at("warnings")), "</td><td>",
-          inCell(shown(device.at("version"))), "</td><td>");
+    write(rows, "</th>");
+    for (const char* member : {"health", "errors", "warnings", "version"})
+      write(rows, "<td>", orNotKnown(device.at(member)), "</td>");
+    rows += "<td>";
     const std::size_t drift = device.at("drift").size();
     if (drift == 0)
       rows += "none";
@@ -219,15 +227,24 @@ std::string fleetPage(const Json& fleet, const std::vector<std::string>& reports
   const auto drifting = std::count_if(devices.begin(), devices.end(), [](const Json& device) {
     return !device.at("drift").empty();
   });
+  const bool isKnown = std::none_of(devices.begin(), devices.end(), [](const Json& device) {
+    return device.at("health").is_null();
+  });
+  const std::string unknown =
+      isKnown ? ""
+              : paragraph(
+                    "Exported documents do not say how well their devices are; what 'camcfg "
+                    "report --json' prints does.");
   std::string left;
   for (const Json& each : fleet.at("unread"))
     left += paragraph(each.at("name").text() + ": " + each.at("reason").text());
-  std::vector<Part> parts = {{"devices", "Devices", overview(devices, reports)},
+  std::vector<Part> parts = {{"devices", "Devices", unknown + overview(devices, reports)},
                              {"drift", "What differs from the majority", driftHtml(devices)}};
   if (!left.empty()) parts.push_back({"left", "Not read", left});
   return pageOf("Report of " + std::to_string(devices.size()) + " devices",
                 paragraph(std::to_string(drifting) + " of " + std::to_string(devices.size()) +
-                          " devices differ from what more than half of them have."),
+                          " devices differ from what more than half of them have.") +
+                    hiddenHtml(fleet),
                 parts);
 }
 

@@ -7,6 +7,16 @@ namespace {
 
 constexpr std::size_t kLongest = 500;  // characters of a text
 
+// Records within a value without the names of their members: "0 video, 8 audio".
+std::string inBrief(const Json& value) {
+  if (value.is_null()) return "\xe2\x80\x93";
+  if (!value.is_structured()) return document::textOf(value);
+  std::string text;
+  for (const Json& part : value)
+    text += (text.empty() ? "" : value.is_array() ? ", " : " ") + inBrief(part);
+  return text;
+}
+
 }  // namespace
 
 std::string inCell(const std::string& text) {
@@ -18,11 +28,10 @@ std::string inCell(const std::string& text) {
 }
 
 std::string shown(const Json& value) {
-  if (value.is_null()) return "\xe2\x80\x93";
-  if (!value.is_structured()) return document::textOf(value);
+  if (!value.is_object()) return inBrief(value);
   std::string text;
-  for (const Json& part : value)
-    text += (text.empty() ? "" : value.is_array() ? ", " : " ") + shown(part);
+  for (const auto& [name, member] : value.items())
+    write(text, text.empty() ? "" : "; ", name, ": ", inBrief(member));
   return text;
 }
 

@@ -15,7 +15,8 @@ namespace {
 constexpr char kStyle[] =
     ":root{color-scheme:light dark;--ground:#fff;--text:#1c1c1c;--soft:#f3f3f3;--line:#bbb;"
     "--link:#0b57a4;--bad:#b00000;--fair:#7a4b00;--good:#1b6e2f}"
-    "@media(prefers-color-scheme:dark){:root{--ground:#161616;--text:#eaeaea;--soft:#262626;"
+    "@media screen and "
+    "(prefers-color-scheme:dark){:root{--ground:#161616;--text:#eaeaea;--soft:#262626;"
     "--line:#666;--link:#8ec5ff;--bad:#ff9c94;--fair:#ffcb6b;--good:#8fdc9f}}"
     "*{box-sizing:border-box}"
     "body{margin:0 auto;max-width:72rem;padding:1rem;background:var(--ground);color:var(--text);"
@@ -33,7 +34,7 @@ constexpr char kStyle[] =
     ".wide{overflow-x:auto}table{border-collapse:collapse;margin:.5rem 0;font-size:.875rem}"
     "caption{text-align:left;font-weight:bold;padding:.25rem 0}"
     "th,td{border:1px solid var(--line);padding:.25rem .5rem;text-align:left;vertical-align:top;"
-    "unicode-bidi:isolate;min-width:3rem;max-width:24rem}"
+    "unicode-bidi:isolate;overflow-wrap:break-word;min-width:3rem;max-width:24rem}"
     "thead th{background:var(--soft)}tbody th{font-weight:normal}"
     "dl{display:grid;grid-template-columns:max-content 1fr;gap:0 1rem;margin:0 0 1rem}"
     "dt{font-weight:bold}dd{margin:0;unicode-bidi:isolate}code{font-size:.9em}"
@@ -41,7 +42,10 @@ constexpr char kStyle[] =
     "svg{display:block;margin:.5rem 0;border:1px solid var(--line)}"
     "@media(max-width:40rem){dl{grid-template-columns:1fr}svg{min-width:40rem}}"
     "@media print{body{max-width:none;padding:0;font-size:9pt}nav{display:none}"
-    "h2{break-after:avoid}tr,li{break-inside:avoid}.wide{overflow:visible}a{color:inherit}}";
+    "h2,h3,p{break-after:avoid}h2{margin-top:1rem}tr,li{break-inside:avoid}.wide{overflow:visible}"
+    "table{font-size:7.5pt}th,td{overflow-wrap:anywhere;padding:.1rem .3rem}"
+    "a{color:inherit}.lamp{print-color-adjust:exact}summary{list-style:none}"
+    "details::details-content{content-visibility:visible}}";
 
 std::string base64(const std::array<std::uint8_t, SHA256_DIGEST_LENGTH>& bytes) {
   constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -93,6 +97,7 @@ std::string reportOf(const Json& facts) {
   if (!isFault(system) && system.at("name").is_string())
     title = "Report of " + system.at("name").text();
   std::string lead = verdictOf(facts);
+  for (const Json& note : facts.at("notes")) lead += paragraph(note.text() + ".");
   if (!isFault(system))
     lead += paragraph("Model " + shown(system.at("model")) + ", language " +
                       shown(system.at("language")) + ". " + facts.at("made").at("at").text());

@@ -5,6 +5,7 @@
 #include "base/html.h"
 #include "document/keyed.h"
 #include "media/wiring.h"
+#include "report/anonymous.h"
 #include "report/facts.h"
 
 namespace camcfg::tool::report {
@@ -12,6 +13,8 @@ namespace {
 
 // Findings that need not be opened by their reader.
 constexpr std::size_t kFindings = 20;
+// Settings that are listed of each change of the past.
+constexpr std::size_t kChanges = 200;
 
 std::size_t countOf(const Json& findings, const char* severity) {
   return static_cast<std::size_t>(
@@ -21,10 +24,6 @@ std::size_t countOf(const Json& findings, const char* severity) {
 
 std::string counted(std::size_t count, const char* thing) {
   return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
-std::string faultHtml(const Json& fact) {
-  return paragraph("This cannot be read: " + fact.at(kFault).text());
 }
 
 std::string textOf(const Json& value) {
@@ -88,33 +87,6 @@ std::string wiringHtml(const Json& wiring) {
   return html + foldedUp("The same as a table", table.html());
 }
 
-std::string servicesHtml(const Json& services) {
-  if (services.empty()) return paragraph("No service has a session that can be read.");
-  HtmlTable table("Addresses of all sessions",
-                  {"Session", "Service", "Address", "Note", "Enabled"});
-  for (const Json& service : services)
-    table.row({service.at("name").text(), service.at("service").text(),
-               service.at("address").text(), service.at("needs").text(),
-               service.at("enabled") == true ? "yes" : "no"});
-  return table.html();
-}
-
-std::string networkHtml(const Json& network) {
-  if (isFault(network)) return faultHtml(network);
-  HtmlTable table("Network cards", {"Card", "Interface", "Enabled", "Mode", "Address", "Netmask",
-                                    "Gateway", "DNS servers", "MTU"});
-  for (const Json& card : network.at("cards")) {
-    const auto field = [&](const char* name) {
-      return shown(document::memberOrNothing(card, name));
-    };
-    table.row({card.at("name").text(), field("intf"), field("enable") == "true" ? "yes" : "no",
-               field("ipMode"), field("ipAddr"), field("netMask"), field("gateWay"),
-               field("dns1") + " " + field("dns2"), field("mtu")});
-  }
-  return paragraph("Host name: " + shown(network.at("hostname"))) + table.html() +
-         scrolled("Subnets", subnetsPicture(network.at("cards")));
-}
-
 std::string presetsHtml(const Json& presets) {
   if (isFault(presets)) return faultHtml(presets);
   const Json& entries = presets.at("entries");
@@ -127,11 +99,18 @@ std::string presetsHtml(const Json& presets) {
          foldedUp("The same as a table", table.html());
 }
 
-std::string changesTable(const std::string& caption, const Json& changes, const char* before,
-                         const char* after, const char* was, const char* is) {
-  HtmlTable table(caption, {"Setting", was, is});
-  for (const Json& change : changes)
-    table.row({change.at("place").text(), shown(change.at(before)), shown(change.at(after))});
+struct Side {
+  const char* member;
+  const char* heading;
+};
+
+// The first ones, up to a number.
+std::string changesTable(const std::string& caption, const Json& changes, const Side& before,
+                         const Side& after, std::size_t most) {
+  HtmlTable table(caption, {"Setting", before.heading, after.heading});
+  for (std::size_t i = 0; i < std::min(changes.size(), most); ++i)
+    table.row({changes[i].at("place").text(), shown(changes[i].at(before.member)),
+               shown(changes[i].at(after.member))});
   return table.html();
 }
 
@@ -142,8 +121,8 @@ std::string changedHtml(const Json& changed) {
     html += paragraph("Not compared: " + left.at("place").text() + ": " + left.at("reason").text());
   const Json& differences = changed.at("differences");
   if (differences.empty()) return html + paragraph("Nothing differs from the factory values.");
-  return html + changesTable("Differences from the factory values", differences, "other", "device",
-                             "Factory value", "Value");
+  return html + changesTable("Differences from the factory values", differences,
+                             {"other", "Factory value"}, {"device", "Value"}, differences.size());
 }
 
 std::string historyHtml(const Json& history) {
@@ -151,9 +130,9 @@ std::string historyHtml(const Json& history) {
   if (history.empty()) return paragraph("No change is kept.");
   std::string html;
   for (const Json& change : history) {
-    const std::string title = "Change " + change.at("number").dump() + ", " +
-                              change.at("time").text() + ", by " + change.at("caller").text() +
-                              ": " + change.at("command").text();
+    const std::string number = change.at("number").dump();
+    const std::string title = "Change " + number + ", " + change.at("time").text() + ", by " +
+                              change.at("caller").text() + ": " + change.at("command").text();
     write(html, "<h3>", inCell(title), "</h3>\n");
     const Json& changes = change.at("changes");
     if (isFault(changes))
@@ -161,8 +140,11 @@ std::string historyHtml(const Json& history) {
     else if (changes.empty())
       html += paragraph("No setting was changed.");
     else
-      html += changesTable("What change " + change.at("number").dump() + " changed", changes,
-                           "before", "after", "Before", "After");
+      html += changesTable("What change " + number + " changed", changes, {"before", "Before"},
+                           {"after", "After"}, kChanges);
+    if (!isFault(changes) && changes.size() > kChanges)
+      html += paragraph(std::to_string(changes.size() - kChanges) + " more: 'camcfg history " +
+                        number + "' shows all");
   }
   return html;
 }
@@ -182,10 +164,7 @@ std::string madeHtml(const Json& made) {
   table.row({"By", made.at("by").text()});
   table.row({"At, by the device's clock", made.at("at").text()});
   table.row({"With", "camcfg " + made.at("command").text()});
-  if (made.at("anonymous") == true)
-    table.row({"Hidden",
-               "Addresses, urls and names of hosts and of the device: [address 1] is the same "
-               "address everywhere"});
+  if (made.at("anonymous") == true) table.row({"Hidden", kWhatIsHidden});
   return table.html() + paragraph(
                             "Everything here was read from the device's files, and nothing was "
                             "changed. Passwords and keys "
@@ -193,6 +172,10 @@ std::string madeHtml(const Json& made) {
 }
 
 }  // namespace
+
+std::string faultHtml(const Json& fact) {
+  return paragraph("This cannot be read: " + fact.at(kFault).text());
+}
 
 std::string verdictOf(const Json& facts) {
   const Json& findings = facts.at("findings");
@@ -208,7 +191,7 @@ std::string verdictOf(const Json& facts) {
     look = "unusable";
     light = "Red";
     sentence = "The device is not usable as it is: " + counted(unusable, "file") +
-               " cannot be read, and no start brings them back.";
+               " cannot be read, and no start changes that.";
   } else if (errors + degraded + warnings != 0) {
     look = "degraded";
     light = "Amber";
@@ -222,10 +205,14 @@ std::string verdictOf(const Json& facts) {
   return html;
 }
 
+std::string hiddenHtml(const Json& facts) {
+  return facts.contains("anonymous") ? paragraph(std::string("Hidden: ") + kWhatIsHidden) : "";
+}
+
 std::vector<Part> partsOf(const Json& facts) {
   return {{"findings", "Findings", findingsHtml(facts.at("findings"))},
           {"wiring", "Wiring", wiringHtml(facts.at("wiring"))},
-          {"services", "Services and their addresses", servicesHtml(facts.at("services"))},
+          {"services", "Services and their addresses", servicesHtml(facts)},
           {"network", "Network", networkHtml(facts.at("network"))},
           {"positions", "Camera positions", presetsHtml(facts.at("presets"))},
           {"changed", "What differs from the factory values", changedHtml(facts.at("changed"))},

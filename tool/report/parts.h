@@ -26,6 +26,12 @@ std::vector<Part> partsOf(const Json& facts);
 /// A paragraph.
 std::string paragraph(const std::string& text);
 
+/// What is hidden on a page, if it is anonymous.
+std::string hiddenHtml(const Json& facts);
+
+/// Why a fact cannot be shown.
+std::string faultHtml(const Json& fact);
+
 /// Something long that is opened by its reader.
 std::string foldedUp(const std::string& summary, const std::string& html);
 
@@ -59,6 +65,13 @@ std::string subnetsPicture(const Json& cards);
 std::string positionsPicture(const Json& presets);
 
 extern const char* const kPictureStyle;
+
+// How the device is reached.
+
+/// The sessions with their addresses, and which cards have others.
+std::string servicesHtml(const Json& facts);
+/// The host name, the cards and their subnets.
+std::string networkHtml(const Json& network);
 
 /// The settings of all sections.
 std::string settingsHtml(const Json& sections);

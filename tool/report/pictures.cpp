@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <map>
 
 #include "base/html.h"
@@ -10,10 +12,16 @@ namespace camcfg::tool::report {
 namespace {
 
 constexpr int kBand = 44;  // of a subnet
+constexpr int kSize = 12;  // of texts
+constexpr int kSmall = 10;
 
-void addText(std::string& svg, int x, int y, const std::string& text, const char* look = "") {
-  write(svg, "<text x=\"", x, "\" y=\"", y, "\"", *look == '\0' ? "" : " class=\"", look,
-        *look == '\0' ? "" : "\"", ">", htmlText(cutTo(text, 60)), "</text>\n");
+void addText(std::string& svg, int x, int y, int room, const std::string& text) {
+  write(svg, "<text x=\"", x, "\" y=\"", y, "\"", within(room, cutTo(text, 40), kSize), ">",
+        htmlText(cutTo(text, 40)), "</text>\n");
+}
+
+void addSmallText(std::string& svg, int x, int y, const std::string& text) {
+  write(svg, "<text x=\"", x, "\" y=\"", y, "\" class=\"small\">", htmlText(text), "</text>\n");
 }
 
 std::string beginning(const char* look, const char* id, const char* title,
@@ -54,13 +62,68 @@ std::string labelOf(const Json& preset) {
   return preset.at("id").dump() + (description.is_string() ? " " + description.text() : "");
 }
 
+struct Circle {
+  int x;
+  int y;
+  int radius;
+};
+
+// Where names of camera positions are, none of them on another one.
+class Labels {
+ public:
+  // Next to its circle, or above or below it; else the number only; else nothing.
+  void add(const Circle& circle, const Json& preset) {
+    if (!place(circle, cutTo(labelOf(preset), 16)) && !place(circle, preset.at("id").dump()))
+      ++missing_;
+  }
+  const std::string& svg() const { return svg_; }
+  int missing() const { return missing_; }
+
+ private:
+  struct Box {
+    int left;
+    int right;
+    int bottom;
+  };
+
+  bool place(const Circle& circle, const std::string& label) {
+    const int width = widthOf(label, kSmall);
+    const int away = circle.radius + 3;
+    const std::array<std::pair<int, int>, 4> corners = {
+        {{circle.x + away, circle.y + 4},
+         {circle.x - away - width, circle.y + 4},
+         {circle.x - width / 2, circle.y - away},
+         {circle.x - width / 2, circle.y + away + kSmall - 2}}};
+    const auto* free = std::find_if(corners.begin(), corners.end(), [&](const auto& corner) {
+      return isFree({corner.first, corner.first + width, corner.second});
+    });
+    if (free == corners.end()) return false;
+    taken_.push_back({free->first, free->first + width, free->second});
+    addSmallText(svg_, free->first, free->second, label);
+    return true;
+  }
+
+  bool isFree(const Box& box) const {
+    const bool isInside = box.left > 42 && box.right < 598 && box.bottom > 32 && box.bottom < 357;
+    return isInside && std::none_of(taken_.begin(), taken_.end(), [&](const Box& other) {
+             return box.left < other.right && other.left < box.right &&
+                    std::abs(box.bottom - other.bottom) < kSmall;
+           });
+  }
+
+  std::string svg_;
+  std::vector<Box> taken_;
+  int missing_ = 0;
+};
+
 }  // namespace
 
 // On white in any surroundings, as the wiring.
 const char* const kPictureStyle =
     ".subnets,.positions{font:12px Helvetica,Arial,sans-serif;max-width:100%;height:auto}"
     ".subnets .ground,.positions .ground{fill:#fff}"
-    ".subnets text,.positions text{fill:#222;unicode-bidi:isolate}"
+    ".subnets text,.positions text{fill:#222;unicode-bidi:isolate;white-space:pre}"
+    ".positions text{paint-order:stroke;stroke:#f7f7f7;stroke-width:2px}"
     ".subnets .band{fill:#e8f0f8;stroke:#1f6fb4}.subnets .card{fill:#fff;stroke:#555}"
     ".positions .field{fill:#f7f7f7;stroke:#777}.positions .axis{stroke:#999;stroke-dasharray:3 3}"
     ".positions circle{fill:#1f6fb4;fill-opacity:.25;stroke:#1f6fb4}.small{font-size:10px}";
@@ -73,24 +136,30 @@ std::string subnetsPicture(const Json& cards) {
     for (const Json* card : members)
       description += card->at("name").text() + ": " +
                      (subnet.empty() ? std::string("no subnet") : subnet) + "; ";
-  const int height = static_cast<int>(subnets.size()) * (kBand + 10) + 10;
+  const auto bandOf = [](std::size_t count) {
+    return kBand + (static_cast<int>(count) - 1) / 2 * 36;
+  };
+  int height = 10;
+  for (const auto& [subnet, members] : subnets) height += bandOf(members.size()) + 10;
   std::string svg =
       beginning("subnets", "subnets", "Subnets of the network cards", description, 640, height);
   int y = 10;
   for (const auto& [subnet, members] : subnets) {
-    write(svg, "<rect class=\"band\" x=\"10\" y=\"", y, "\" width=\"620\" height=\"", kBand,
+    const int band = bandOf(members.size());
+    write(svg, "<rect class=\"band\" x=\"10\" y=\"", y, "\" width=\"620\" height=\"", band,
           "\" rx=\"4\"/>\n");
-    addText(svg, 20, y + 26, subnet.empty() ? "no subnet" : subnet);
-    int x = 170;
-    for (const Json* card : members) {
-      write(svg, "<rect class=\"card\" x=\"", x, "\" y=\"", y + 8,
-            "\" width=\"200\" height=\"28\"/>\n");
-      addText(svg, x + 8, y + 26,
-              card->at("name").text() + "  " +
-                  document::textOf(document::memberOrNothing(*card, "ipAddr")));
-      x += 220;
+    addText(svg, 20, y + 26, 140, subnet.empty() ? "no subnet" : subnet);
+    for (std::size_t i = 0; i < members.size(); ++i) {  // two in a row
+      const Json& card = *members[i];
+      const int x = i % 2 == 0 ? 170 : 400;
+      const int top = y + 8 + static_cast<int>(i) / 2 * 36;
+      write(svg, "<rect class=\"card\" x=\"", x, "\" y=\"", top,
+            "\" width=\"210\" height=\"28\"/>\n");
+      addText(svg, x + 8, top + 18, 194,
+              card.at("name").text() + "  " +
+                  document::textOf(document::memberOrNothing(card, "ipAddr")));
     }
-    y += kBand + 10;
+    y += band + 10;
   }
   return svg + "</svg>\n";
 }
@@ -110,20 +179,27 @@ std::string positionsPicture(const Json& presets) {
   const int x0 = scaled(0, pan, 80, 560);
   const int y0 = scaled(0, tilt, 330, 50);
   write(svg, "<path class=\"axis\" d=\"M", x0, " 20V360M40 ", y0, "H600\"/>\n");
-  addText(svg, 40, 380, "pan " + std::to_string(pan.first) + " to " + std::to_string(pan.second),
-          "small");
-  addText(svg, 240, 380,
-          "tilt " + std::to_string(tilt.first) + " to " + std::to_string(tilt.second), "small");
-  addText(svg, 440, 380, "larger circle: more zoom", "small");
+  addSmallText(svg, 40, 380,
+               "pan " + std::to_string(pan.first) + " to " + std::to_string(pan.second));
+  addSmallText(svg, 160, 380,
+               "tilt " + std::to_string(tilt.first) + " to " + std::to_string(tilt.second));
+  addSmallText(svg, 280, 380, "larger circle: more zoom");
+  Labels labels;
   for (const Json& preset : presets) {
     if (!isPlaced(preset)) continue;
-    const int x = scaled(preset.at("pan").get<int>(), pan, 80, 560);
-    const int y = scaled(preset.at("tilt").get<int>(), tilt, 330, 50);
     const Json& enlarged = preset.at("zoom");
-    const int radius = enlarged.is_number_integer() ? scaled(enlarged.get<int>(), zoom, 4, 18) : 4;
-    write(svg, "<circle cx=\"", x, "\" cy=\"", y, "\" r=\"", radius, "\"/>\n");
-    addText(svg, x + radius + 3, y + 4, cutTo(labelOf(preset), 16), "small");
+    const Circle circle{
+        scaled(preset.at("pan").get<int>(), pan, 80, 560),
+        scaled(preset.at("tilt").get<int>(), tilt, 330, 50),
+        enlarged.is_number_integer() ? scaled(enlarged.get<int>(), zoom, 4, 18) : 4};
+    write(svg, "<circle cx=\"", circle.x, "\" cy=\"", circle.y, "\" r=\"", circle.radius,
+          "\"><title>", htmlText(cutTo(labelOf(preset), 60)), "</title></circle>\n");
+    labels.add(circle, preset);
   }
+  svg += labels.svg();
+  if (labels.missing() > 0)
+    addSmallText(svg, 420, 380,
+                 std::to_string(labels.missing()) + " without room for a name: see the table");
   return svg + "</svg>\n";
 }
 

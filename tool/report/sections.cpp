@@ -36,7 +36,7 @@ Json rowOf(Json description, const Json& value, const Json& factory) {
 }
 
 // The factory set's section; null if it cannot be read.
-Json factoryOf(document::CopiedSections& factory, const std::string& name) {
+Json factoryOf(const document::CopiedSections& factory, const std::string& name) {
   const auto found = factory.find(name);
   return found == factory.end() || !found->second.fault.empty() ? Json() : found->second.value;
 }
@@ -130,16 +130,15 @@ void addSection(const device::Section& section, const Json& factory, Json& secti
   sections.push_back({{"name", section.name}, {kFault, refusal.what()}});
 }
 
+}  // namespace
+
 document::CopiedSections factorySet() try {
   return document::loadFrom(device::Place::Default);
 } catch (const Refusal&) {
   return {};
 }
 
-}  // namespace
-
-Json sectionsOf() {
-  document::CopiedSections factory = factorySet();
+Json sectionsOf(const document::CopiedSections& factory) {
   Json sections = Json::array();
   for (const device::Section& section : document::allSections())
     addSection(section, factoryOf(factory, section.name), sections);

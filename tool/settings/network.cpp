@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <sstream>
 
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -165,8 +164,9 @@ std::string whyNotMulticast(const std::string& text) {
 }
 
 std::string whyNotDomains(const std::string& text) {
-  std::istringstream domains(text);
-  for (std::string domain; std::getline(domains, domain, ' ');) {
+  std::vector<std::string> domains = parts(text, ' ');
+  if (domains.back().empty()) domains.pop_back();
+  for (const std::string& domain : domains) {
     std::string fault = whyNotAHostname(domain);
     if (!fault.empty()) return fault;
   }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <set>
 
 #include "base/plain_text.h"
 
@@ -117,8 +118,9 @@ void Node::refuseMissing(const std::string& name) const {
 
 bool Node::isObjectOf(const std::vector<std::string>& names) const {
   if (!is(value_.is_object(), "an object")) return false;
+  const std::set<std::string> known(names.begin(), names.end());
   for (const auto& [name, ignored] : value_.items())
-    if (!isAmong(names, name))
+    if (known.count(name) == 0)
       member(name).refuse("there is no such member" + didYouMean(name, names));
   return true;
 }

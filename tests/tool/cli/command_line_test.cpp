@@ -41,13 +41,29 @@ class CommandLineTest : public testing::Test {
           {Option::Value, "--pan", "A value"},
           {Option::HostDirectory, "--into", "A directory"}},
          nothing},
+        {"short",
+         "Has options of one letter",
+         {{Option::OptionalArgument, "ONE", "A word"},
+          {Option::Flag, "--quick", "A flag", {}, "-q"},
+          {Option::Value, "--pan", "A value", {}, "-p", "SIDE"},
+          {Option::Values, "--tag", "Values", {}, "-t"}},
+         nothing},
         {"many", "Takes many words", {{Option::Arguments, "WORD", "Words"}}, nothing},
         {"read", "Reads a file", {{Option::HostFile, "FILE", "A file"}}, nothing},
         {"look", "Looks at files", {{Option::HostFiles, "FILE", "Files"}}, nothing}}},
       {"Second",
        {{"stream", "Has others below it", {}, nullptr},
         {"stream cache", "Below", {{Option::Argument, "ID", "A number"}}, nothing},
-        {"stream cache select", "Below that", {{Option::Argument, "SOURCE", "A word"}}, nothing}}}};
+        {"stream cache select", "Below that", {{Option::Argument, "SOURCE", "A word"}}, nothing},
+        {"live", "Has others below it", {{Option::Argument, "KIND", "A word"}}, nullptr},
+        {"live set", "Below", {{Option::Argument, "NAME", "A word"}}, nothing},
+        headless("live add")}}};
+
+  static Command headless(const char* name) {
+    Command command = {name, "Below", {{Option::OptionalArgument, "NAME", "A word"}}, nothing};
+    command.standsAlone = true;
+    return command;
+  }
   testkit::DeviceRoot host{testkit::DeviceRoot::StayOut};
 };
 
@@ -165,10 +181,153 @@ TEST_F(CommandLineTest, UsageErrorsAreOneLineEach) {
             "take: --pan: 1 required VALUE missing; see 'camcfg take --help'");
 }
 
+TEST_F(CommandLineTest, OptionsMayBeAnywhereAfterTheirCommand) {
+  for (const auto& words : {std::vector<const char*>{"take", "--quick", "a", "--pan=5", "b"},
+                            std::vector<const char*>{"take", "a", "b", "--pan", "5", "--quick"}}) {
+    const Arguments arguments = read(words).arguments;
+    EXPECT_EQ(arguments.text("ONE"), "a");
+    EXPECT_EQ(arguments.text("TWO"), "b");
+    EXPECT_EQ(arguments.text("--pan"), "5");
+    EXPECT_TRUE(arguments.given("--quick"));
+  }
+  EXPECT_EQ(refusal({"--quick", "take", "a"}),
+            "take: unknown option '--quick'; did you mean '--quick'?");
+}
+
+TEST_F(CommandLineTest, ValueMayLookLikeAnything) {
+  EXPECT_EQ(read({"take", "a", "--pan", "--quick"}).arguments.text("--pan"), "--quick");
+  EXPECT_FALSE(read({"take", "a", "--pan", "--quick"}).arguments.given("--quick"));
+  EXPECT_EQ(read({"take", "a", "--pan", "take"}).arguments.text("--pan"), "take");
+  EXPECT_EQ(read({"take", "a", "--pan", ""}).arguments.text("--pan"), "");
+  EXPECT_EQ(read({"take", "a", "--pan=x=y"}).arguments.text("--pan"), "x=y");
+  EXPECT_EQ(read({"take", "a", "--pan=", "5"}).arguments.text("--pan"), "5");
+  EXPECT_EQ(read({"--root", "take", "take", "a"}).root, "take");
+}
+
+TEST_F(CommandLineTest, LettersStandForOptions) {
+  for (const auto& words :
+       {std::vector<const char*>{"short", "-q", "-p", "5"},
+        std::vector<const char*>{"short", "-qp5"}, std::vector<const char*>{"short", "-qp", "5"}}) {
+    const Invocation invocation = read(words);
+    EXPECT_EQ(invocation.arguments.text("--pan"), "5");
+    EXPECT_TRUE(invocation.arguments.given("--quick"));
+    EXPECT_FALSE(invocation.verbose);
+  }
+  EXPECT_TRUE(read({"short", "-vq"}).verbose);
+  EXPECT_EQ(read({"short", "-q5"}).arguments.text("ONE"), "-5");
+  EXPECT_EQ(refusal({"short", "-qxy"}), "short: unknown option '-xy'; see 'camcfg short --help'");
+  EXPECT_EQ(refusal({"short", "-qp"}),
+            "short: --pan: 1 required SIDE missing; see 'camcfg short --help'");
+}
+
+TEST_F(CommandLineTest, OptionsAreTakenAsOftenAsTheySay) {
+  EXPECT_THAT(read({"short", "--tag", "a", "-tb", "--tag=c"}).arguments.texts("--tag"),
+              ElementsAre("a", "b", "c"));
+  EXPECT_TRUE(read({"short", "-qq", "--quick"}).arguments.given("--quick"));
+  EXPECT_EQ(refusal({"short", "--pan=1", "-p2"}),
+            "short: --pan: At Most 1 required but received 2; see 'camcfg short --help'");
+  EXPECT_EQ(refusal({"--root", "a", "take", "--root", "a"}),
+            "take: --root: At Most 1 required but received 2; see 'camcfg take --help'");
+}
+
+TEST_F(CommandLineTest, FlagHasNoValue) {
+  EXPECT_EQ(refusal({"take", "a", "--quick=no"}),
+            "take: quick was given a disallowed flag override; see 'camcfg take --help'");
+  EXPECT_EQ(refusal({"--version=no"}),
+            "version was given a disallowed flag override; see 'camcfg --help'");
+  EXPECT_EQ(refusal({"take", "--help=no"}),
+            "take: help was given a disallowed flag override; see 'camcfg take --help'");
+  EXPECT_TRUE(read({"take", "a", "--quick=true"}).arguments.given("--quick"));
+}
+
+TEST_F(CommandLineTest, NamesAreNotAbbreviated) {
+  EXPECT_EQ(refusal({"take", "a", "--qui"}),
+            "take: unknown option '--qui'; see 'camcfg take --help'");
+  EXPECT_EQ(refusal({"tak", "a"}), "unknown command 'tak'; did you mean 'take'?");
+  EXPECT_EQ(refusal({"TAKE", "a"}), "unknown command 'TAKE'; did you mean 'take'?");
+  EXPECT_EQ(refusal({"stream cache", "3"}), "unknown command 'stream cache'; see 'camcfg --help'");
+}
+
+TEST_F(CommandLineTest, ValueOfAnUnknownOptionIsNotRepeated) {
+  EXPECT_EQ(refusal({"take", "a", "--pasword=secret"}),
+            "take: unknown option '--pasword'; see 'camcfg take --help'");
+  EXPECT_EQ(refusal({"take", "a", "--=secret"}),
+            "take: unknown option '--'; see 'camcfg take --help'");
+}
+
+TEST_F(CommandLineTest, WordsAreTakenAsTheyAre) {
+  EXPECT_THAT(read({"many", "[a,b]", "[]", "++", "%%", "-", "-- x", "--!", "\x01--0"})
+                  .arguments.texts("WORD"),
+              ElementsAre("[a,b]", "[]", "++", "%%", "-", "-- x", "--!", "\x01--0"));
+}
+
+TEST_F(CommandLineTest, AfterTwoDashesNothingIsAnOption) {
+  EXPECT_THAT(read({"many", "a", "--", "--help", "--", "-v"}).arguments.texts("WORD"),
+              ElementsAre("a", "--help", "--", "-v"));
+  EXPECT_EQ(refusal({"stream", "cache", "3", "--", "select", "x"}),
+            "stream cache: unknown command 'select'; did you mean 'select'?");
+  EXPECT_EQ(refusal({"take", "a", "b", "--", "--quick"}),
+            "take: unexpected argument '--quick'; see 'camcfg take --help'");
+  EXPECT_EQ(read({"take", "a", "--pan", "--", "--quick"}).arguments.text("--pan"), "--quick");
+}
+
+TEST_F(CommandLineTest, ArgumentsOfAHeadingAreNeededByWhatIsBelow) {
+  EXPECT_EQ(read({"live", "srt", "set", "x"}).arguments.text("KIND"), "srt");
+  EXPECT_EQ(read({"live", "set", "x", "srt"}).arguments.text("KIND"), "srt");
+  EXPECT_EQ(refusal({"live", "set", "x"}),
+            "live set: KIND is required; see 'camcfg live set --help'");
+  EXPECT_EQ(read({"live", "add", "x"}).arguments.text("NAME"), "x");
+}
+
+TEST_F(CommandLineTest, VersionAndHelpComeBeforeMostErrors) {
+  for (const auto& words : {std::vector<const char*>{"zzz", "--help", "--zzz"},
+                            std::vector<const char*>{"-h"}, std::vector<const char*>{"-vh"}})
+    EXPECT_EQ(renderText(read(words).answer), helpText(groups, ""));
+  EXPECT_EQ(renderText(read({"take", "--help"}).answer), helpText(groups, "take"));
+  EXPECT_EQ(renderText(read({"--help", "stream", "cache"}).answer),
+            helpText(groups, "stream cache"));
+  const std::string version = renderText(read({"--version"}).answer);
+  EXPECT_EQ(renderText(read({"take", "--help", "--pan=1", "--pan=2", "--version"}).answer),
+            version);
+  EXPECT_TRUE(read({"--json", "--version"}).json);
+  EXPECT_EQ(refusal({"take", "--help", "--pan=1", "--pan=2"}),
+            "take: --pan: At Most 1 required but received 2; see 'camcfg take --help'");
+  EXPECT_EQ(refusal({"take", "--help", "--version", "--pan"}),
+            "take: --pan: 1 required VALUE missing; see 'camcfg take --help'");
+}
+
+TEST_F(CommandLineTest, UnknownWordsAreNamedBeforeOtherErrors) {
+  EXPECT_EQ(refusal({"take", "--zzz"}), "take: unknown option '--zzz'; see 'camcfg take --help'");
+  EXPECT_EQ(refusal({"take", "a", "b", "c", "--pan"}),
+            "take: unexpected argument 'c'; see 'camcfg take --help'");
+  EXPECT_EQ(refusal({"take", "a", "b", "-5"}),
+            "take: unknown option '-5'; see 'camcfg take --help'");
+}
+
+TEST_F(CommandLineTest, HelpOfArgumentsAndLetters) {
+  EXPECT_THAT(renderText(read({"short", "-h"}).answer),
+              testing::HasSubstr("Usage: camcfg short [OPTIONS] [ONE]\n"));
+  EXPECT_THAT(renderText(read({"short", "-h"}).answer),
+              testing::HasSubstr("\n  -q,--quick                  A flag\n"
+                                 "  -p,--pan SIDE               A value\n"));
+  EXPECT_THAT(renderText(read({"many", "-h"}).answer),
+              testing::HasSubstr("Usage: camcfg many [OPTIONS] WORD...\n\nArguments:\n"
+                                 "  WORD ...                    Words\n"));
+  EXPECT_THAT(renderText(read({"stream", "cache", "-h"}).answer),
+              testing::HasSubstr("Usage: camcfg stream cache [OPTIONS] ID [COMMAND]\n"));
+  EXPECT_THAT(helpText(groups, "stream cache select"),
+              testing::HasSubstr("Usage: camcfg stream cache ID select [OPTIONS] SOURCE\n"));
+  EXPECT_THAT(helpText(groups, "live"),
+              testing::HasSubstr("Usage: camcfg live [OPTIONS] [KIND] [COMMAND]\n"));
+  EXPECT_THAT(helpText(groups, "live add"),
+              testing::HasSubstr("Usage: camcfg live add [OPTIONS] [NAME]\n"));
+}
+
 TEST_F(CommandLineTest, HelpIsMadeFromTheRecords) {
   const std::string help = renderText(read({"--help"}).answer);
   EXPECT_THAT(help, testing::HasSubstr("\nFirst:\n"
                                        "  take                        Takes things\n"
+                                       "  short                       Has options of one letter\n"
                                        "  many                        Takes many words\n"));
   EXPECT_THAT(help, testing::HasSubstr("\nSecond:\n"
                                        "  stream                      Has others below it\n"));

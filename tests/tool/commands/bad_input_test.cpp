@@ -303,8 +303,8 @@ TEST(LockedFileTest, FileWhoseLockIsHeldIsReportedAfterTheTimeOut) {
   device.write(kBusinessBackup, kParameters);
   ASSERT_EQ(cfgLockFile(kBusiness), 0);
   try {
-    tool::parameters::setParameters({{"System", "Rtsp", "8554"}}, false);
-    FAIL() << "it was set";
+    const tool::parameters::Parameters parameters;
+    FAIL() << "it was read";
   } catch (const tool::Refusal& refusal) {
     EXPECT_EQ(refusal.status(), tool::Status::Unusable);
     EXPECT_THAT(refusal.what(), testing::StartsWith("/cfg0/business_param.xml "));

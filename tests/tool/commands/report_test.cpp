@@ -77,6 +77,40 @@ TEST_F(ReportTest, WorstFindingComesFirst) {
   EXPECT_THAT(part(page, "network"), HasSubstr("Lan0"));
 }
 
+TEST_F(ReportTest, BackupIsShownInPlaceOfADamagedMainCopy) {
+  device.write("/cfg0/mpp_cfg.xml", "<");
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("<p>/cfg0/mpp_cfg.xml cannot be read: its settings below are those "
+                              "of its backup, /cfg1/mpp_cfg.xml.</p>"));
+  EXPECT_THAT(part(page, "wiring"), HasSubstr("RTSP program"));
+  EXPECT_THAT(part(page, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  EXPECT_THAT(part(page, "settings"), HasSubstr("Entries of live.srt"));
+  EXPECT_EQ(device.read("/cfg0/mpp_cfg.xml"), "<");
+}
+
+TEST_F(ReportTest, HalfWrittenFilesAreShownAsFarAsTheyCanBeSalvaged) {
+  change("mpp_cfg.xml", "ch1/main", "hall/main");
+  const std::string whole = device.read("/cfg0/mpp_cfg.xml");
+  for (const char* path : {"/cfg0/mpp_cfg.xml", "/cfg1/mpp_cfg.xml"})
+    device.write(path, whole.substr(0, whole.find("ch3/main")));
+  const std::string page = report();
+  EXPECT_THAT(page, HasSubstr("below is what 'camcfg salvage' brings back of it"));
+  EXPECT_THAT(part(page, "services"), HasSubstr("rtsp://192.168.1.80/hall/main"));
+}
+
+TEST_F(ReportTest, CommandsAreAboutTheirPlace) {
+  change("mpp_cfg.xml", "Port=\"9001\"", "Port=\"x\"");
+  change("mpp_cfg.xml", "BufferSizeMB=\"8\"", "BufferSizeMB=\"8000\"");
+  change("preset_cfg.xml", "Lectern", std::string(100, 'x'));
+  device.remove("/cfg1/preset_cfg.xml");
+  const std::string findings = part(report(), "findings");
+  for (const char* expected :
+       {"<dd><code>live.srt[1].port</code>", "<code>camcfg set 'live.srt[1].port=VALUE'</code>",
+        "<code>camcfg stream cache set 0 size=8MiB</code>",
+        "<code>camcfg preset rename 3 DESCRIPTION</code>", "<code>camcfg verify --resync</code>"})
+    EXPECT_THAT(findings, HasSubstr(expected));
+}
+
 TEST_F(ReportTest, ManyFindingsAreFoldedUp) {
   Json document = jsonIn(R"({"version": 1, "live": {"rtsp": []}})");
   for (int i = 0; i < 30; ++i)
@@ -95,6 +129,57 @@ TEST_F(ReportTest, ServicesHaveAddressesThatAPlayerTakes) {
   EXPECT_THAT(services, HasSubstr("<td>rtsp://192.168.1.80:8554/ch2/main</td>"));
   EXPECT_THAT(services, HasSubstr("<td>srt://192.168.1.80:9000?streamid=program</td>"));
   EXPECT_THAT(services, HasSubstr("<td>srt://ingest.example.com:9001?streamid=program</td>"));
+}
+
+TEST_F(ReportTest, NamesInAddressesAreAsUrlsHaveThem) {
+  change("mpp_cfg.xml", "Name=\"ch1/main\"", "Name=\"a b%?#&amp;\xc3\xa4/main\"");
+  change("mpp_cfg.xml", "Stream Id=\"ch1\"", "Stream Id=\"#!::r=a&amp;b\"");
+  change("mpp_cfg.xml", "ingest.example.com", "2001:db8::5");
+  const std::string services = part(report(), "services");
+  EXPECT_THAT(services, HasSubstr("<td>rtsp://192.168.1.80/a%20b%25%3F%23&amp;%C3%A4/main</td>"));
+  EXPECT_THAT(services, HasSubstr("<td>srt://192.168.1.80:9000?streamid=%23!::r=a%26b</td>"));
+  EXPECT_THAT(services, HasSubstr("<td>srt://[2001:db8::5]:9001?streamid=program</td>"));
+}
+
+TEST_F(ReportTest, OtherWaysToTheDeviceAreNamed) {
+  EXPECT_THAT(part(report(), "services"),
+              AllOf(HasSubstr("Lan0 gets its address by DHCP: it may have another one"),
+                    HasSubstr("On the network of Lan1, put 192.168.90.80 in place of 192.168.1.80"),
+                    Not(HasSubstr("Wifi"))));
+}
+
+TEST_F(ReportTest, CardsOfOneSubnetAreWithinItsBand) {
+  for (const char* card : {"192.168.90", "192.168.2"})
+    change("business_param.xml", card + std::string(".80"), "192.168.1.8");
+  const std::string network = part(report(), "network");
+  static const std::regex form("class=\"card\" x=\"([0-9]+)\" y=\"([0-9]+)\" width=\"([0-9]+)\"");
+  std::set<std::string> places;
+  for (std::sregex_iterator match(network.begin(), network.end(), form), end; match != end;
+       ++match) {
+    EXPECT_LE(std::stoi((*match)[1]) + std::stoi((*match)[3]), 630);
+    places.insert(match->str());
+  }
+  EXPECT_EQ(places.size(), 3U);
+}
+
+TEST_F(ReportTest, NamesOfCameraPositionsAreWithinTheFieldAndApart) {
+  device.write("/presets.csv",
+               "id,description,pan,tilt,zoom\n20,Here,0,0,0\n21,There,0,0,0\n"
+               "22,Far right,17000,150,9000\n");
+  ASSERT_EQ(run({"preset", "import", device.hostPath() + "/presets.csv"}).status, 0);
+  const std::string positions = part(report(), "positions");
+  static const std::regex form("<text x=\"([0-9]+)\" y=\"([0-9]+)\" class=\"small\">([^<]*)<");
+  std::set<std::pair<int, int>> places;
+  int names = 0;
+  for (std::sregex_iterator match(positions.begin(), positions.end(), form), end; match != end;
+       ++match) {
+    names += std::isdigit((*match)[3].str()[0]) != 0 ? 1 : 0;
+    places.emplace(std::stoi((*match)[1]), std::stoi((*match)[2]));
+    EXPECT_LT(std::stoi((*match)[1]) + 5 * static_cast<int>((*match)[3].length()), 600)
+        << match->str();
+  }
+  EXPECT_EQ(names, 10);
+  EXPECT_EQ(places.size(), 13U);
 }
 
 TEST_F(ReportTest, ChangesAreThereWithWhatTheyChanged) {
@@ -178,6 +263,7 @@ TEST_F(ReportTest, IsSmall) {
   ASSERT_EQ(run({"import", device.hostPath() + "/document.json"}).status, 0);
   const std::string page = report();
   EXPECT_THAT(page, HasSubstr("rtsp://192.168.1.80/session999"));
+  EXPECT_THAT(part(page, "history"), HasSubstr("more: 'camcfg history 1' shows all"));
   EXPECT_LT(page.size(), 2048U * 1024);
 }
 
@@ -224,11 +310,67 @@ TEST_F(AnonymousReportTest, KeyNeedsSomethingThatIsHidden) {
             (ToolRun{2, "", "camcfg: report: --key is for '--anonymize', which is missing\n"}));
 }
 
+TEST_F(AnonymousReportTest, HidesWhatOnlyTheHistoryKnows) {
+  ASSERT_EQ(run({"live", "srt", "set", "1", "hostname=old-ingest.example.org"}).status, 0);
+  ASSERT_EQ(run({"live", "srt", "set", "1", "hostname=new-ingest.example.org"}).status, 0);
+  ASSERT_EQ(run({"live", "ndi", "set", "0", "discoveryServer=10.1.2.3,ndi.example.org"}).status, 0);
+  ASSERT_EQ(run({"live", "ndi", "set", "0", "groupName=ndi.example.org"}).status, 0);
+  const std::string page = report({"--anonymize"});
+  EXPECT_THAT(part(page, "history"), HasSubstr("live.srt[1].hostname</th><td>[name"));
+  EXPECT_THAT(page, Not(HasSubstr("example.org")));
+  EXPECT_THAT(page, Not(HasSubstr("10.1.2.3")));
+}
+
+TEST_F(AnonymousReportTest, HidesAddressesInAnyForm) {
+  change("preset_cfg.xml", "Lectern", "fd00::7, 02:00:5e:10:00:01, cam10.1.2.3.");
+  change("preset_cfg.xml", "Whiteboard", "10.1.2.300 and NORTH-HALL");
+  EXPECT_THAT(part(report({"--anonymize"}), "positions"),
+              testing::ContainsRegex(
+                  "\\[address [0-9]+\\], \\[address [0-9]+\\], cam\\[address [0-9]+\\]\\.<"));
+  const std::string page = report({"--anonymize"});
+  for (const char* hidden : {"fd00", "5e:10", "10.1.2", "NORTH"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
+}
+
+TEST_F(AnonymousReportTest, WordsOfTheToolStay) {
+  change("mpp_cfg.xml", "Port=\"9001\"", "Port=\"x\"");
+  for (const char* name : {"error", "network", "name", "RTSP", "encoder"}) {
+    ASSERT_EQ(run({"network", "hostname", name}).status, 0);
+    const std::string page = report({"--anonymize"});
+    EXPECT_THAT(page, HasSubstr("<strong class=\"error\">error</strong>")) << name;
+    EXPECT_THAT(page, HasSubstr("<td>rtsp://[address")) << name;
+    EXPECT_THAT(page, HasSubstr("Video encoder, audio input")) << name;
+    EXPECT_THAT(page, Not(HasSubstr("[["))) << name;
+  }
+}
+
+TEST_F(AnonymousReportTest, HidesPathsOfCommandLines) {
+  device.write("/customer.json", run({"export"}).out);
+  const std::string path = device.hostPath() + "/customer.json";
+  device.write("/customer.json",
+               with(device.read("/customer.json"), "\"Rtsp\": 554", "\"Rtsp\": 555"));
+  ASSERT_EQ(run({"import", path}).status, 0);
+  EXPECT_THAT(part(report(), "history"), HasSubstr("customer.json"));
+  EXPECT_THAT(part(report({"--anonymize"}), "history"), HasSubstr("import [file 1]</h3>"));
+  const std::string page =
+      runCamcfg({"report", "--anonymize", "--files", device.hostPath() + "/cfg0"}).out;
+  EXPECT_THAT(part(page, "made"), HasSubstr("<td>camcfg report --anonymize --files [file 1]</td>"));
+}
+
 TEST_F(ReportTest, FilesAreEnough) {
   const std::string folder = device.hostPath() + "/cfg0";
   const ToolRun made = runCamcfg({"report", "--files", folder});
   EXPECT_EQ(made.status, 0) << made.err;
   EXPECT_THAT(part(made.out, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  EXPECT_THAT(made.out, HasSubstr("<strong>Green:</strong>"));
+  EXPECT_THAT(made.out, HasSubstr("<p>These are files without a device: "));
+  EXPECT_THAT(part(made.out, "copies"), Not(HasSubstr("/cfg1/")));
+  device.remove("/cfg0/preset_cfg.xml");
+  device.makeDirectory("/cfg0/preset_cfg.xml");
+  const std::string rest = runCamcfg({"report", "--files", folder}).out;
+  EXPECT_THAT(rest, HasSubstr("<p>preset_cfg.xml cannot be read: Is a directory.</p>"));
+  EXPECT_THAT(part(rest, "services"), HasSubstr("rtsp://192.168.1.80/ch2/main"));
+  EXPECT_THAT(rest, HasSubstr("<strong>Green:</strong>"));
   device.remove("/cfg0/mpp_cfg.xml");
   EXPECT_THAT(part(runCamcfg({"report", "--files", folder}).out, "wiring"),
               HasSubstr("This cannot be read: "));
@@ -285,8 +427,19 @@ TEST_F(ComparisonTest, WhatIsNoDocumentIsRefused) {
                      "camcfg: report: " + pathOf("/other.json") +
                          ": it is no document as 'export' prints it\n"}));
   EXPECT_EQ(run({"report", "--compare", pathOf("/app")}).status, 3);
-  EXPECT_EQ(run({"report", "--anonymize", "--compare", pathOf("/app")}),
-            (ToolRun{2, "", "camcfg: report: --anonymize cannot be combined with --compare\n"}));
+  EXPECT_EQ(run({"report", "--files", pathOf("/cfg0"), "--compare", pathOf("/app")}),
+            (ToolRun{2, "", "camcfg: report: --files cannot be combined with --compare\n"}));
+}
+
+TEST_F(ComparisonTest, AnonymousOneHidesBothDevices) {
+  device.write("/other.json", with(with(run({"export"}).out, "\"192.168.1.80\"", "\"203.0.113.7\""),
+                                   "\"hostname\": \"encoder\"", "\"hostname\": \"north-hall\""));
+  const std::string page = report({"--anonymize", "--compare", pathOf("/other.json")});
+  EXPECT_THAT(page, HasSubstr("<p>2 settings differ.</p>\n<p>Hidden: "));
+  EXPECT_THAT(page,
+              testing::ContainsRegex("ipAddr</th><td>\\[address 1\\]</td><td>\\[address 2\\]"));
+  for (const char* hidden : {"192.168.", "203.0.113", "north-hall", "other.json"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
 }
 
 class FleetReportTest : public ReportTest {
@@ -324,12 +477,34 @@ TEST_F(FleetReportTest, FactsOfReportsHaveHealthAndVersion) {
   EXPECT_TRUE(devices[2]["drift"].empty()) << devices[2]["drift"].dump();
 }
 
+TEST_F(FleetReportTest, HealthThatDocumentsDoNotSayIsNotKnown) {
+  const std::string row = "</th><td>not known</td><td>not known</td><td>not known</td>";
+  const std::string said = "Exported documents do not say";
+  EXPECT_THAT(runCamcfg(words()).out, AllOf(HasSubstr("north" + row), HasSubstr(said)));
+  for (const char* name : {"north", "south", "west"})
+    device.write(std::string("/fleet/") + name + ".json", run({"report", "--json"}).out);
+  EXPECT_THAT(runCamcfg(words()).out, Not(HasSubstr(said)));
+}
+
 TEST_F(FleetReportTest, ReportsNextToDocumentsAreLinked) {
   device.write("/fleet/south.html", "");
   const std::string page = runCamcfg(words()).out;
   EXPECT_THAT(page, HasSubstr("<a href=\"./south.html\">south</a>"));
   EXPECT_THAT(page, Not(HasSubstr("href=\"./north.html\"")));
   EXPECT_THAT(page, HasSubstr("1 of 3 devices differ"));
+}
+
+TEST_F(FleetReportTest, AnonymousOneHidesDevicesAndValues) {
+  device.write("/fleet/south.html", "");
+  device.write("/fleet/broken.json", "{");
+  device.write("/fleet/south.json",
+               with(run({"export"}).out, "\"192.168.1.80\"", "\"203.0.113.7\""));
+  std::vector<std::string> line = words();
+  line.emplace_back("--anonymize");
+  const std::string page = runCamcfg(line).out;
+  EXPECT_THAT(part(page, "drift"), testing::ContainsRegex("ipAddr</th><td>\\[address [0-9]"));
+  for (const char* hidden : {"north", "south", "broken", "192.168.", "203.0.113"})
+    EXPECT_THAT(page, Not(HasSubstr(hidden)));
 }
 
 TEST_F(FleetReportTest, WhatIsNoDocumentIsNamed) {

@@ -191,6 +191,12 @@ TEST(HtmlTextTest, WritesOutWhatSteersTheLine) {
             "\\u061c\\u200f\\u2066\\u2028\\ufeff");
 }
 
+TEST(WithinTest, OnlyWideTextsAreNarrowed) {
+  EXPECT_EQ(tool::within(170, "ch1/main", 12), "");
+  EXPECT_EQ(tool::within(170, std::string(27, 'W'), 12),
+            " textLength=\"170\" lengthAdjust=\"spacingAndGlyphs\"");
+}
+
 TEST(CutToTest, CutsBetweenCharacters) {
   EXPECT_EQ(tool::cutTo("abcdef", 6), "abcdef");
   EXPECT_EQ(tool::cutTo("abcdefg", 6), "abcde\xe2\x80\xa6");

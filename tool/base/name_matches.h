@@ -1,11 +1,11 @@
-#ifndef CAMCFG_TOOL_LINT_NAME_MATCHES_H
-#define CAMCFG_TOOL_LINT_NAME_MATCHES_H
+#ifndef CAMCFG_TOOL_BASE_NAME_MATCHES_H
+#define CAMCFG_TOOL_BASE_NAME_MATCHES_H
 
 #include <cstddef>
 #include <string_view>
 #include <vector>
 
-namespace camcfg::tool::lint {
+namespace camcfg::tool {
 
 constexpr std::size_t kNoMatch = static_cast<std::size_t>(-1);
 
@@ -22,6 +22,6 @@ struct NameMatches {
 /// sorting only, however many names begin one another.
 std::vector<NameMatches> matchNames(const std::vector<std::string_view>& names);
 
-}  // namespace camcfg::tool::lint
+}  // namespace camcfg::tool
 
 #endif

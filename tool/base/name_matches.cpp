@@ -1,11 +1,11 @@
-#include "lint/name_matches.h"
+#include "base/name_matches.h"
 
 #include <algorithm>
 #include <numeric>
 
-#include "lint/item.h"
+#include "base/plain_text.h"
 
-namespace camcfg::tool::lint {
+namespace camcfg::tool {
 namespace {
 
 using Names = std::vector<std::string_view>;
@@ -46,4 +46,4 @@ std::vector<NameMatches> matchNames(const Names& names) {
   return matches;
 }
 
-}  // namespace camcfg::tool::lint
+}  // namespace camcfg::tool

@@ -1,4 +1,4 @@
-#include "lint/name_matches.h"
+#include "base/name_matches.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 namespace camcfg::tests {
 namespace {
 
-using namespace tool::lint;
+using namespace tool;
 
 // As a lookup goes through the document.
 std::size_t firstThat(const std::vector<std::string>& names, const std::string& name, bool longer) {

@@ -1,0 +1,38 @@
+# Lists a program's tests for CTest, once the program is built: one entry for the tests of a suite, or
+# one for each test. They run in processes of their own either way (support/main.cpp).
+#
+#   cmake -D NAME=… -D PROGRAM=… -D EMULATOR=… -D ONLY=… -D EACH=… -D TIMEOUT=… -D LIST=… -P discover.cmake
+execute_process(COMMAND ${EMULATOR} ${PROGRAM} --gtest_list_tests --gtest_filter=${ONLY}
+  OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\n" ";" lines "${listing}")
+
+set(entries "")
+function(add_entry entry)
+  if(ARGN)
+    set(words ${EMULATOR} ${PROGRAM} --apart ${ARGN})
+    list(JOIN words "]=] [=[" command)
+    set(entries "${entries}add_test(${NAME}.${entry} [=[${command}]=])
+set_tests_properties(${NAME}.${entry} PROPERTIES TIMEOUT ${TIMEOUT})\n" PARENT_SCOPE)
+  endif()
+endfunction()
+
+set(suite "")
+set(tests "")
+foreach(line IN LISTS lines)
+  string(REGEX REPLACE " *#.*" "" line "${line}")
+  if(line MATCHES "^  (.+)$")
+    if(EACH)
+      add_entry(${suite}${CMAKE_MATCH_1} ${suite}${CMAKE_MATCH_1})
+    else()
+      list(APPEND tests ${suite}${CMAKE_MATCH_1})
+    endif()
+  elseif(line MATCHES "^([^ ]+)[.]$")
+    string(REGEX REPLACE "[.]$" "" ended "${suite}")
+    add_entry("${ended}" ${tests})
+    set(suite "${line}")
+    set(tests "")
+  endif()
+endforeach()
+string(REGEX REPLACE "[.]$" "" ended "${suite}")
+add_entry("${ended}" ${tests})
+file(WRITE ${LIST} "${entries}")
