@@ -16,19 +16,7 @@ parameter_read 128
 parameter_read 1000
 parameter_write 10
 parameter_write 128
-parameter_write 1000'
-
-# The sizes that their growth is judged by.
-readonly growing='parameter_by_name 100
-parameter_by_name 1000
-verification 100
-verification 1000
-preset_query 32
-preset_query 128
-preset_unused_id 32
-preset_unused_id 128
-preset_set 32
-preset_set 128
+parameter_write 1000
 stream_sources_load 100
 stream_sources_load 1000
 stream_sources_dump 100
@@ -55,6 +43,18 @@ srt_load 100
 srt_load 1000
 srt_dump 100
 srt_dump 1000'
+
+# The sizes that their growth is judged by.
+readonly growing='parameter_by_name 100
+parameter_by_name 1000
+verification 100
+verification 1000
+preset_query 32
+preset_query 128
+preset_unused_id 32
+preset_unused_id 128
+preset_set 32
+preset_set 128'
 
 # The instructions of one call, as callgrind counts them.
 count() {

@@ -78,7 +78,7 @@ add_row tests/testkit testkit
 add_row tests/proof "$support proof/fuzz"
 
 add_row proof/bench "$testkit"
-add_row proof/fuzz "$support testkit tool"
+add_row proof/fuzz "$support testkit tool src/base/integer.h"
 add_row proof/torture "$support $enter_root"
 add_row proof/torture/salvage "$support proof/torture tests/tool tool"
 
@@ -89,7 +89,7 @@ declare -rA roots=(
   [testkit]="include testkit/include ."
   [tool]="include . tool"
   [tests]="include testkit/include . src proof tests tool"
-  [proof]="include testkit/include . proof tests tool"
+  [proof]="include testkit/include . src proof tests tool"
   [examples]="include testkit/include"
 )
 

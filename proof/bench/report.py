@@ -20,7 +20,16 @@ import sys
 import time
 
 # The most that a call may cost, in instructions, against the same done by hand.
-LIMITS = {"parameter_read": 1.01, "parameter_write": 1.02}
+LIMITS = {
+    "parameter_read": 1.01, "parameter_write": 1.02,
+    "stream_sources_load": 1.76, "stream_sources_dump": 1.58,
+    "stream_caches_load": 1.82, "stream_caches_dump": 1.48,
+    "websocket_load": 1.74, "websocket_dump": 1.51,
+    "rtsp_load": 1.57, "rtsp_dump": 1.44,
+    "rtmp_load": 1.49,
+    "ndi_load": 1.47, "ndi_dump": 2.34,
+    "srt_load": 1.48, "srt_dump": 1.45,
+}
 # The most that a growth may differ from a straight line, as the exponent of the size.
 LARGEST_EXPONENT = 1.05
 

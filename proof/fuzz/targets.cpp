@@ -12,6 +12,7 @@ const std::vector<Target>& allTargets() {
       {"import_presets", importPresets},
       {"language", language},
       {"network", network},
+      {"numbers", numbers},
       {"parameters", parameters},
       {"presets", presets},
       {"rtmp_ndi", rtmpNdi},

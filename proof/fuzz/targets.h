@@ -13,6 +13,7 @@ void importDocument(const Input& input);
 void importPresets(const Input& input);
 void language(const Input& input);
 void network(const Input& input);
+void numbers(const Input& input);
 void parameters(const Input& input);
 void presets(const Input& input);
 void rtmpNdi(const Input& input);

@@ -11,6 +11,7 @@ using tinyxml2::XMLElement;
 namespace {
 
 constexpr char kMark[] = "Enable";
+constexpr char kNames[][3] = {"Id"};
 
 // Opens the caches in write mode and finds the one of this number; reports its absence.
 XMLElement* openCache(std::int32_t id) {
@@ -33,7 +34,7 @@ bool markSource(XMLElement& cache, std::int32_t sourceId) {
        entry = entry->NextSiblingElement()) {
     if (!isWord(entry->Name(), kAllowedSource)) continue;
     std::int32_t id = -1;
-    readInt(*entry, "Id", id);
+    Attributes(*entry, kNames).readInt(0, id);
     if (id == sourceId) {
       setInt(*entry, kMark, 1);
       marked = true;

@@ -11,8 +11,12 @@ using Cache = std::shared_ptr<tag_CFG_STREAM_CACHE_T>;
 constexpr Rules kRules = {"StreamCache", {{"Cache"}}, Success::Silent, AfterFault::LeftToReader};
 constexpr char kPath[] = "<Stream><StreamCache><Cache>";
 
+// In the order in which they are written.
+constexpr char kNames[][13] = {"Id", "Name", "BufferSizeB", "BufferSizeKB", "BufferSizeMB"};
+enum Name { kId, kName, kBufferSizeB, kBufferSizeKb, kBufferSizeMb };
+
 struct SizeUnit {
-  char attribute[13];
+  Name attribute;
   unsigned shift;
 
   std::int32_t bytes() const { return 1 << shift; }
@@ -23,14 +27,14 @@ struct SizeUnit {
 };
 
 // From the smallest to the largest; of equal amounts the first is kept.
-constexpr SizeUnit kUnits[] = {{"BufferSizeB", 0}, {"BufferSizeKB", 10}, {"BufferSizeMB", 20}};
+constexpr SizeUnit kUnits[] = {{kBufferSizeB, 0}, {kBufferSizeKb, 10}, {kBufferSizeMb, 20}};
 
-bool readSize(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
+bool readSize(const Attributes& attributes, tag_CFG_STREAM_CACHE_T& cache) {
   bool anyGiven = false;
   std::int32_t best = 0;
   for (const SizeUnit& unit : kUnits) {
     std::int32_t size = -1;
-    readInt(element, unit.attribute, size);
+    attributes.readInt(unit.attribute, size);
     anyGiven = anyGiven || size != -1;
     const bool isFirst = unit.shift == 0;
     if (!isFirst && best >= unit.inBytes(size)) continue;
@@ -54,10 +58,11 @@ bool reject() {
 bool readCache(const XMLElement& element, Cache& record) {
   record = std::make_shared<tag_CFG_STREAM_CACHE_T>();
   tag_CFG_STREAM_CACHE_T& cache = *record;
-  if (!kStream.requireInt(element, "Id", kPath, &cache.s32Id)) return reject();
+  const Attributes attributes(element, kNames);
+  if (!kStream.requireInt(attributes, kId, kPath, &cache.s32Id)) return reject();
   // Deliberate: only on this fault does the document stay open. [cache-size-leaves-open]
-  if (!readSize(element, cache)) return false;
-  if (!kStream.requireText(element, "Name", kPath, &cache.strName)) return reject();
+  if (!readSize(attributes, cache)) return false;
+  if (!kStream.requireText(attributes, kName, kPath, &cache.strName)) return reject();
   kStream.print(kInfo, "StreamCache[%d] size %d x %d\n", cache.s32Id, cache.s32BufSize,
                 cache.s32BufUnit);
   return readWhitelist(element, cache) || reject();
@@ -65,12 +70,12 @@ bool readCache(const XMLElement& element, Cache& record) {
 
 void writeCache(XMLElement& section, const Cache& cache) {
   if (cache == nullptr) return;
-  XMLElement& element = append(section, kRules.entries.name());
-  setInt(element, "Id", cache->s32Id);
-  setText(element, "Name", cache->strName);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setInt(entry, kNames[kId], cache->s32Id);
+  setText(entry, kNames[kName], cache->strName);
   for (const SizeUnit& unit : kUnits)
-    if (unit.bytes() == cache->s32BufUnit) setInt(element, unit.attribute, cache->s32BufSize);
-  writeWhitelist(element, *cache, "Default");
+    if (unit.bytes() == cache->s32BufUnit) setInt(entry, kNames[unit.attribute], cache->s32BufSize);
+  writeWhitelist(entry, *cache, "Default");
 }
 
 constexpr Section<Cache> kCaches = {kStream, kRules, readEach<readCache>, writeCache};

@@ -4,21 +4,30 @@ namespace camcfg {
 
 using tinyxml2::XMLElement;
 
+namespace {
+
+constexpr char kNamed[][5] = {"Id", "Name"};
+constexpr char kTyped[][5] = {"Id", "Type"};
+
+}  // namespace
+
 bool readNamedChannel(const XMLElement& element, const char* path, std::int32_t& id,
                       std::string& name) {
-  return kLiveMedia.requireInt(element, "Id", path, &id) &&
-         kLiveMedia.requireText(element, "Name", path, &name);
+  const Attributes attributes(element, kNamed);
+  return kLiveMedia.requireInt(attributes, 0, path, &id) &&
+         kLiveMedia.requireText(attributes, 1, path, &name);
 }
 
 void writeNamedChannel(XMLElement& parent, std::int32_t id, const std::string& name) {
-  XMLElement& element = append(parent, kChannel);
-  setInt(element, "Id", id);
-  setText(element, "Name", name);
+  XMLElement& entry = append(parent, kChannel);
+  setInt(entry, kNamed[0], id);
+  setText(entry, kNamed[1], name);
 }
 
 bool readTypedChannel(const XMLElement& element, const char* path, TypedChannel& channel) {
-  if (!kLiveMedia.requireInt(element, "Id", path, &channel.id)) return false;
-  channel.type = kLiveMedia.requireText(element, "Type", path);
+  const Attributes attributes(element, kTyped);
+  if (!kLiveMedia.requireInt(attributes, 0, path, &channel.id)) return false;
+  channel.type = kLiveMedia.requireText(attributes, 1, path);
   return channel.type != nullptr;
 }
 
@@ -33,9 +42,9 @@ void fillSlot(std::int32_t& kept, std::int32_t id, const char* type, const char*
 
 void writeTypedChannel(XMLElement& parent, std::int32_t id, const char* type) {
   if (id == -1) return;
-  XMLElement& element = append(parent, kChannel);
-  setInt(element, "Id", id);
-  element.SetAttribute("Type", type);
+  XMLElement& entry = append(parent, kChannel);
+  setInt(entry, kTyped[0], id);
+  setText(entry, kTyped[1], type);
 }
 
 }  // namespace camcfg

@@ -46,10 +46,10 @@ const ChannelSlot<Session>* findSlot(const ChannelSlot<Session> (&slots)[Count],
 void fillSlot(std::int32_t& kept, std::int32_t id, const char* type, const char* service,
               std::int32_t sessionId);
 
-/// Appends a channel, unless the slot holds none.
+/// Writes a channel, unless the slot holds none.
 void writeTypedChannel(tinyxml2::XMLElement& parent, std::int32_t id, const char* type);
 
-/// Appends a channel for each slot that is filled, in their order.
+/// Writes a channel for each slot that is filled, in their order.
 template <typename Session, std::size_t Count>
 void writeTypedChannels(tinyxml2::XMLElement& parent, const Session& session,
                         const ChannelSlot<Session> (&slots)[Count]) {

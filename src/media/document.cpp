@@ -84,26 +84,26 @@ std::int32_t MediaDocument::closeWrite() const {
   return saved ? 0 : failure_;
 }
 
-bool MediaDocument::requireInt(const XMLElement& element, const char* attribute, const char* path,
+bool MediaDocument::requireInt(const Attributes& attributes, std::size_t place, const char* path,
                                std::int32_t* value) const {
   *value = -1;
-  static_cast<void>(element.QueryIntAttribute(attribute, value));
+  attributes.readInt(place, *value);
   // Deliberate: a number written as -1 counts as missing. [minus-one-missing]
-  if (*value == -1) reportMissing(attribute, path);
+  if (*value == -1) reportMissing(attributes.name(place), path);
   return *value != -1;
 }
 
-bool MediaDocument::requireText(const XMLElement& element, const char* attribute, const char* path,
+bool MediaDocument::requireText(const Attributes& attributes, std::size_t place, const char* path,
                                 std::string* value) const {
-  const char* text = requireText(element, attribute, path);
+  const char* text = requireText(attributes, place, path);
   if (text != nullptr) *value = text;
   return text != nullptr;
 }
 
-const char* MediaDocument::requireText(const XMLElement& element, const char* attribute,
+const char* MediaDocument::requireText(const Attributes& attributes, std::size_t place,
                                        const char* path) const {
-  const char* text = element.Attribute(attribute);
-  if (text == nullptr) reportMissing(attribute, path);
+  const char* text = attributes.text(place);
+  if (text == nullptr) reportMissing(attributes.name(place), path);
   return text;
 }
 

@@ -5,6 +5,7 @@
 
 #include "camcfg/livemedia.h"
 #include "camcfg/stream.h"
+#include "media/attributes.h"
 
 namespace camcfg {
 
@@ -58,13 +59,12 @@ class MediaDocument {
 
   /// Reads an attribute that an element must have, or reports it missing at `path`. The value -1
   /// counts as missing.
-  bool requireInt(const tinyxml2::XMLElement& element, const char* attribute, const char* path,
+  bool requireInt(const Attributes& attributes, std::size_t place, const char* path,
                   std::int32_t* value) const;
-  bool requireText(const tinyxml2::XMLElement& element, const char* attribute, const char* path,
+  bool requireText(const Attributes& attributes, std::size_t place, const char* path,
                    std::string* value) const;
   /// @return the text; null when it is missing
-  const char* requireText(const tinyxml2::XMLElement& element, const char* attribute,
-                          const char* path) const;
+  const char* requireText(const Attributes& attributes, std::size_t place, const char* path) const;
   void reportMissing(const char* attribute, const char* path) const;
 
  private:

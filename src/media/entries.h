@@ -5,13 +5,15 @@
 #include <tinyxml2.h>
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace camcfg {
 
 /// Whether a word of the file is this one, in upper or lower case.
 inline bool isWord(const char* text, const char* word) {
-  return strcasecmp(text, word) == 0;
+  // Most are written as they should be, which is quicker to see.
+  return std::strcmp(text, word) == 0 || strcasecmp(text, word) == 0;
 }
 
 /// The first element of one name (in upper or lower case) among an element and its followers; null
@@ -32,26 +34,6 @@ inline const tinyxml2::XMLElement* nextEntry(const tinyxml2::XMLElement& entry, 
   return entryFrom(entry.NextSiblingElement(), name);
 }
 
-// Each reads an attribute; one that is absent, or holds no integer, leaves the value as it is.
-
-inline void readInt(const tinyxml2::XMLElement& element, const char* attribute,
-                    std::int32_t& value) {
-  static_cast<void>(element.QueryIntAttribute(attribute, &value));
-}
-
-inline void readText(const tinyxml2::XMLElement& element, const char* attribute,
-                     std::string& value) {
-  const char* text = element.Attribute(attribute);
-  if (text != nullptr) value = text;
-}
-
-/// 1 for the word "true", else 0.
-inline void readSwitch(const tinyxml2::XMLElement& element, const char* attribute,
-                       std::int32_t& value) {
-  const char* text = element.Attribute(attribute);
-  if (text != nullptr) value = isWord(text, "true") ? 1 : 0;
-}
-
 /// Appends an empty element of this name.
 inline tinyxml2::XMLElement& append(tinyxml2::XMLElement& parent, const char* name) {
   tinyxml2::XMLElement* element = parent.GetDocument()->NewElement(name);
@@ -61,9 +43,7 @@ inline tinyxml2::XMLElement& append(tinyxml2::XMLElement& parent, const char* na
 
 // Each sets an attribute.
 
-inline void setInt(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value) {
-  element.SetAttribute(attribute, value);
-}
+void setInt(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value);
 
 inline void setText(tinyxml2::XMLElement& element, const char* attribute, const std::string& text) {
   element.SetAttribute(attribute, text.c_str());

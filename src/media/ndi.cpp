@@ -18,17 +18,42 @@ constexpr ChannelSlot<Session> kSlots[] = {{"MainVideo", &Session::s32MainVideoI
                                            {"SubVideo", &Session::s32SubVideoId},
                                            {"Audio", &Session::s32AudioId}};
 
+// In the order in which they are written.
+constexpr char kNames[][22] = {"Id",
+                               "Enable",
+                               "DiscoveryServerEnable",
+                               "DiscoveryServer",
+                               "GroupName",
+                               "MainStreamName",
+                               "MulticastEnable",
+                               "MulticastIp",
+                               "MulticastNetmask",
+                               "MulticastTTL"};
+enum Name {
+  kId,
+  kEnable,
+  kDiscoveryServerEnable,
+  kDiscoveryServer,
+  kGroupName,
+  kMainStreamName,
+  kMulticastEnable,
+  kMulticastIp,
+  kMulticastNetmask,
+  kMulticastTtl
+};
+
 bool readInstance(const XMLElement& element, Session& session) {
-  readInt(element, "Id", session.s32Id);
-  readSwitch(element, "Enable", session.bEnable);
-  readSwitch(element, "DiscoveryServerEnable", session.bDiscoveryServerEnable);
-  readText(element, "DiscoveryServer", session.strDiscoveryServer);
-  readText(element, "GroupName", session.strGroupName);
-  readText(element, "MainStreamName", session.strMainStreamName);
-  readSwitch(element, "MulticastEnable", session.bMulticastEnable);
-  readText(element, "MulticastIp", session.strMulticastIp);
-  readText(element, "MulticastNetmask", session.strMulticastNetmask);
-  readInt(element, "MulticastTTL", session.s32MulticastTTL);
+  const Attributes attributes(element, kNames);
+  attributes.readInt(kId, session.s32Id);
+  attributes.readSwitch(kEnable, session.bEnable);
+  attributes.readSwitch(kDiscoveryServerEnable, session.bDiscoveryServerEnable);
+  attributes.readText(kDiscoveryServer, session.strDiscoveryServer);
+  attributes.readText(kGroupName, session.strGroupName);
+  attributes.readText(kMainStreamName, session.strMainStreamName);
+  attributes.readSwitch(kMulticastEnable, session.bMulticastEnable);
+  attributes.readText(kMulticastIp, session.strMulticastIp);
+  attributes.readText(kMulticastNetmask, session.strMulticastNetmask);
+  attributes.readInt(kMulticastTtl, session.s32MulticastTTL);
 
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
@@ -44,20 +69,20 @@ bool readInstance(const XMLElement& element, Session& session) {
 }
 
 void writeInstance(XMLElement& section, const Session& session) {
-  XMLElement& instance = append(section, kRules.entries.name());
-  setInt(instance, "Id", session.s32Id);
-  setSwitch(instance, "Enable", session.bEnable);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setInt(entry, kNames[kId], session.s32Id);
+  setSwitch(entry, kNames[kEnable], session.bEnable);
   // Deliberate: not the name that the loader reads, so the switch is off when the file is loaded
   // again. [ndi-discovery-name]
-  setSwitch(instance, "bDiscoveryServerEnable", session.bDiscoveryServerEnable);
-  setText(instance, "DiscoveryServer", session.strDiscoveryServer);
-  setText(instance, "GroupName", session.strGroupName);
-  setText(instance, "MainStreamName", session.strMainStreamName);
-  setSwitch(instance, "MulticastEnable", session.bMulticastEnable);
-  setText(instance, "MulticastIp", session.strMulticastIp);
-  setText(instance, "MulticastNetmask", session.strMulticastNetmask);
-  setInt(instance, "MulticastTTL", session.s32MulticastTTL);
-  writeTypedChannels(instance, session, kSlots);
+  setSwitch(entry, "bDiscoveryServerEnable", session.bDiscoveryServerEnable);
+  setText(entry, kNames[kDiscoveryServer], session.strDiscoveryServer);
+  setText(entry, kNames[kGroupName], session.strGroupName);
+  setText(entry, kNames[kMainStreamName], session.strMainStreamName);
+  setSwitch(entry, kNames[kMulticastEnable], session.bMulticastEnable);
+  setText(entry, kNames[kMulticastIp], session.strMulticastIp);
+  setText(entry, kNames[kMulticastNetmask], session.strMulticastNetmask);
+  setInt(entry, kNames[kMulticastTtl], session.s32MulticastTTL);
+  writeTypedChannels(entry, session, kSlots);
 }
 
 constexpr Section<Session> kNdi = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};

@@ -21,14 +21,19 @@ constexpr Rules kRules = {"RTMP", kTargets, Success::Printed, AfterFault::StaysO
 constexpr ChannelSlot<Session> kSlots[] = {{"Video", &Session::s32VideoId},
                                            {"Audio", &Session::s32AudioId}};
 
+// In the order in which they are written.
+constexpr char kNames[][9] = {"Id", "Enable", "url", "username", "password"};
+enum Name { kId, kEnable, kUrl, kUsername, kPassword };
+
 bool readTarget(const XMLElement& element, Session& session) {
-  if (!kLiveMedia.requireInt(element, "Id", kTargetPath, &session.s32Id) ||
-      !kLiveMedia.requireText(element, "url", kTargetPath, &session.strUrl))
+  const Attributes attributes(element, kNames);
+  if (!kLiveMedia.requireInt(attributes, kId, kTargetPath, &session.s32Id) ||
+      !kLiveMedia.requireText(attributes, kUrl, kTargetPath, &session.strUrl))
     return false;
-  readText(element, "username", session.strUsername);
-  readText(element, "password", session.strPassword);
+  attributes.readText(kUsername, session.strUsername);
+  attributes.readText(kPassword, session.strPassword);
   session.bEnable = 1;
-  readSwitch(element, "Enable", session.bEnable);
+  attributes.readSwitch(kEnable, session.bEnable);
 
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
@@ -41,13 +46,13 @@ bool readTarget(const XMLElement& element, Session& session) {
 }
 
 void writeTarget(XMLElement& section, const Session& session) {
-  XMLElement& target = append(section, kRules.entries.name());
-  setInt(target, "Id", session.s32Id);
-  setSwitch(target, "Enable", session.bEnable);
-  setText(target, "url", session.strUrl);
-  setText(target, "username", session.strUsername);
-  setText(target, "password", session.strPassword);
-  writeTypedChannels(target, session, kSlots);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setInt(entry, kNames[kId], session.s32Id);
+  setSwitch(entry, kNames[kEnable], session.bEnable);
+  setText(entry, kNames[kUrl], session.strUrl);
+  setText(entry, kNames[kUsername], session.strUsername);
+  setText(entry, kNames[kPassword], session.strPassword);
+  writeTypedChannels(entry, session, kSlots);
 }
 
 constexpr Section<Session> kRtmp = {kLiveMedia, kRules, readEach<readTarget>, writeTarget};

@@ -10,10 +10,12 @@ using Session = std::shared_ptr<tag_CFG_RTSP_SESSION_T>;
 
 constexpr Rules kRules = {"RTSP", {{"MediaGroup"}, Others::Ignored, "<RTSP>"}};
 
+constexpr char kNames[][5] = {"Name"};
+
 bool readGroup(const XMLElement& element, Session& session) {
   session = std::make_shared<tag_CFG_RTSP_SESSION_T>();
-  if (!kLiveMedia.requireText(element, "Name", "<RTSP><MediaGroup>", &session->strName))
-    return false;
+  const Attributes attributes(element, kNames);
+  if (!kLiveMedia.requireText(attributes, 0, "<RTSP><MediaGroup>", &session->strName)) return false;
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
     session->lstSubSession.emplace_back();
@@ -26,10 +28,10 @@ bool readGroup(const XMLElement& element, Session& session) {
 
 void writeGroup(XMLElement& section, const Session& session) {
   if (session == nullptr) return;
-  XMLElement& group = append(section, kRules.entries.name());
-  setText(group, "Name", session->strName);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setText(entry, kNames[0], session->strName);
   for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
-    writeNamedChannel(group, channel.s32Id, channel.strName);
+    writeNamedChannel(entry, channel.s32Id, channel.strName);
 }
 
 constexpr Section<Session> kRtsp = {kLiveMedia, kRules, readEach<readGroup>, writeGroup};

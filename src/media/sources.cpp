@@ -20,19 +20,23 @@ Source make() {
   return std::make_shared<Record>();
 }
 
+// In the order in which they are written, of which an entry has one of three.
+constexpr char kNames[][8] = {"Id", "Name", "ChnId", "AiId", "AencId", "Enabled"};
+enum Name { kId, kName, kChnId, kAiId, kAencId, kEnabled };
+
 struct Kind {
   std::int32_t type;
-  char channel[7];  // the attribute of s32ChnId
+  Name channel;  // the attribute of s32ChnId
   char path[32];
   Source (*make)();
 };
 
 // In the order of the entries' names.
 constexpr Kind kKinds[] = {
-    {CFG_STREAM_SOURCE_VENC, "ChnId", "<Stream><StreamSource><VENC>",
+    {CFG_STREAM_SOURCE_VENC, kChnId, "<Stream><StreamSource><VENC>",
      make<tag_CFG_STREAM_SOURCE_VENC_T>},
-    {CFG_STREAM_SOURCE_AI, "AiId", "<Stream><StreamSource><AI>", make<tag_CFG_STREAM_SOURCE_AI_T>},
-    {CFG_STREAM_SOURCE_AENC, "AencId", "<Stream><StreamSource><AENC>",
+    {CFG_STREAM_SOURCE_AI, kAiId, "<Stream><StreamSource><AI>", make<tag_CFG_STREAM_SOURCE_AI_T>},
+    {CFG_STREAM_SOURCE_AENC, kAencId, "<Stream><StreamSource><AENC>",
      make<tag_CFG_STREAM_SOURCE_AENC_T>},
 };
 
@@ -52,23 +56,24 @@ const Kind* kindOfRecord(const Source& source) {
   return nullptr;
 }
 
-bool readName(const XMLElement& element, const std::list<Source>& before, std::string& name) {
+bool readName(const Attributes& attributes, const std::list<Source>& before, std::string& name) {
   // Deliberate: an element without "Name" takes its predecessor's. [source-name-carried]
-  if (before.empty() || element.Attribute("Name") != nullptr)
-    return kStream.requireText(element, "Name", kAnySource, &name);
+  if (before.empty() || attributes.text(kName) != nullptr)
+    return kStream.requireText(attributes, kName, kAnySource, &name);
   name = before.back()->strName;
   return true;
 }
 
 bool readSource(const XMLElement& element, std::list<Source>& sources) {
   const Kind& kind = *kindOfElement(element);
+  const Attributes attributes(element, kNames);
   Source source = kind.make();
-  if (!kStream.requireInt(element, kind.channel, kind.path, &source->s32ChnId) ||
-      !kStream.requireInt(element, "Id", kAnySource, &source->s32Id) ||
-      !readName(element, sources, source->strName))
+  if (!kStream.requireInt(attributes, kind.channel, kind.path, &source->s32ChnId) ||
+      !kStream.requireInt(attributes, kId, kAnySource, &source->s32Id) ||
+      !readName(attributes, sources, source->strName))
     return false;
   source->s32Enabled = 1;
-  readInt(element, "Enabled", source->s32Enabled);
+  attributes.readInt(kEnabled, source->s32Enabled);
   sources.push_back(std::move(source));
   return true;
 }
@@ -76,11 +81,11 @@ bool readSource(const XMLElement& element, std::list<Source>& sources) {
 void writeSource(XMLElement& section, const Source& source) {
   const Kind* kind = kindOfRecord(source);
   if (kind == nullptr) return;
-  XMLElement& element = append(section, nameOf(*kind));
-  setInt(element, "Id", source->s32Id);
-  setText(element, "Name", source->strName);
-  setInt(element, kind->channel, source->s32ChnId);
-  if (source->s32Enabled == 0) setInt(element, "Enabled", 0);
+  XMLElement& entry = append(section, nameOf(*kind));
+  setInt(entry, kNames[kId], source->s32Id);
+  setText(entry, kNames[kName], source->strName);
+  setInt(entry, kNames[kind->channel], source->s32ChnId);
+  if (source->s32Enabled == 0) setInt(entry, kNames[kEnabled], 0);
 }
 
 constexpr Section<Source> kSources = {kStream, kRules, readSource, writeSource};

@@ -15,12 +15,18 @@ constexpr char kPath[] = "<SRT><Instance>";
 constexpr char kListener[] = "Listener";
 constexpr char kCaller[] = "Caller";
 
+// In the order in which they are written.
+constexpr char kNames[][9] = {"Id", "Mode", "Hostname", "Port", "AesMode", "Password", "Latency"};
+enum Name { kId, kMode, kHostname, kPort, kAesMode, kPassword, kLatency };
+constexpr char kStreamNames[][8] = {"Id", "Default"};
+constexpr char kChannelNames[][3] = {"Id"};
+
 // A listener's host name is not looked at.
-bool readMode(const XMLElement& element, const char* mode, Instance& instance) {
+bool readMode(const Attributes& attributes, const char* mode, Instance& instance) {
   instance.s32Mode = isWord(mode, kListener) ? 1 : 0;
   if (instance.s32Mode != 0) return true;
   if (isWord(mode, kCaller))
-    return kLiveMedia.requireText(element, "Hostname", kPath, &instance.strHostname);
+    return kLiveMedia.requireText(attributes, kHostname, kPath, &instance.strHostname);
   // Deliberate: the message speaks of skipping the instance, but the whole load fails.
   // [srt-bad-mode]
   kLiveMedia.print(kWarning, "Bad srt mode = %s, only allow {Listener, Caller}, skip instance.\n",
@@ -29,13 +35,15 @@ bool readMode(const XMLElement& element, const char* mode, Instance& instance) {
 }
 
 bool readStream(const XMLElement& element, Stream& stream) {
-  if (!kLiveMedia.requireText(element, "Id", "<SRT><Instance><Stream>", &stream.strId))
+  const Attributes attributes(element, kStreamNames);
+  if (!kLiveMedia.requireText(attributes, 0, "<SRT><Instance><Stream>", &stream.strId))
     return false;
-  readInt(element, "Default", stream.s32Default);
+  attributes.readInt(1, stream.s32Default);
   for (const XMLElement* entry = firstEntry(element, kChannel); entry != nullptr;
        entry = nextEntry(*entry, kChannel)) {
+    const Attributes channel(*entry, kChannelNames);
     std::int32_t id = -1;
-    if (!kLiveMedia.requireInt(*entry, "Id", "<SRT><Instance><Stream><Channel>", &id)) return false;
+    if (!kLiveMedia.requireInt(channel, 0, "<SRT><Instance><Stream><Channel>", &id)) return false;
     stream.lstChannel.push_back(id);
   }
   return true;
@@ -52,34 +60,39 @@ bool readStreams(const XMLElement& element, Instance& instance) {
 }
 
 bool readInstance(const XMLElement& element, Instance& instance) {
-  if (!kLiveMedia.requireInt(element, "Id", kPath, &instance.s32Id)) return false;
-  const char* mode = kLiveMedia.requireText(element, "Mode", kPath);
-  if (mode == nullptr || !kLiveMedia.requireInt(element, "Port", kPath, &instance.s32Port) ||
-      !readMode(element, mode, instance))
+  const Attributes attributes(element, kNames);
+  if (!kLiveMedia.requireInt(attributes, kId, kPath, &instance.s32Id)) return false;
+  const char* mode = kLiveMedia.requireText(attributes, kMode, kPath);
+  if (mode == nullptr || !kLiveMedia.requireInt(attributes, kPort, kPath, &instance.s32Port) ||
+      !readMode(attributes, mode, instance))
     return false;
-  readInt(element, "AesMode", instance.s32AesMode);
-  readText(element, "Password", instance.strPassword);
-  readInt(element, "Latency", instance.s32Latency);
+  attributes.readInt(kAesMode, instance.s32AesMode);
+  attributes.readText(kPassword, instance.strPassword);
+  attributes.readInt(kLatency, instance.s32Latency);
   return readStreams(element, instance);
 }
 
-void writeStream(XMLElement& parent, const Stream& stream) {
-  XMLElement& element = append(parent, kStreams.name());
-  setText(element, "Id", stream.strId);
-  setInt(element, "Default", stream.s32Default);
-  for (const int id : stream.lstChannel) setInt(append(element, kChannel), "Id", id);
+void writeChannel(XMLElement& stream, std::int32_t id) {
+  setInt(append(stream, kChannel), kChannelNames[0], id);
+}
+
+void writeStream(XMLElement& instance, const Stream& stream) {
+  XMLElement& entry = append(instance, kStreams.name());
+  setText(entry, kStreamNames[0], stream.strId);
+  setInt(entry, kStreamNames[1], stream.s32Default);
+  for (const int id : stream.lstChannel) writeChannel(entry, id);
 }
 
 void writeInstance(XMLElement& section, const Instance& instance) {
-  XMLElement& element = append(section, kRules.entries.name());
-  setInt(element, "Id", instance.s32Id);
-  element.SetAttribute("Mode", instance.s32Mode != 0 ? kListener : kCaller);
-  if (!instance.strHostname.empty()) setText(element, "Hostname", instance.strHostname);
-  setInt(element, "Port", instance.s32Port);
-  if (instance.s32AesMode > 0) setInt(element, "AesMode", instance.s32AesMode);
-  if (!instance.strPassword.empty()) setText(element, "Password", instance.strPassword);
-  setInt(element, "Latency", instance.s32Latency);
-  for (const Stream& stream : instance.lstStream) writeStream(element, stream);
+  XMLElement& entry = append(section, kRules.entries.name());
+  setInt(entry, kNames[kId], instance.s32Id);
+  setText(entry, kNames[kMode], instance.s32Mode != 0 ? kListener : kCaller);
+  if (!instance.strHostname.empty()) setText(entry, kNames[kHostname], instance.strHostname);
+  setInt(entry, kNames[kPort], instance.s32Port);
+  if (instance.s32AesMode > 0) setInt(entry, kNames[kAesMode], instance.s32AesMode);
+  if (!instance.strPassword.empty()) setText(entry, kNames[kPassword], instance.strPassword);
+  setInt(entry, kNames[kLatency], instance.s32Latency);
+  for (const Stream& stream : instance.lstStream) writeStream(entry, stream);
 }
 
 constexpr Section<Instance> kSrt = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};

@@ -11,6 +11,7 @@ namespace {
 
 constexpr char kPath[] = "<Stream><StreamCache><Cache><AllowedStreamSource>";
 constexpr std::int32_t kNone = -1;
+constexpr char kNames[][8] = {"Id", "Default"};
 
 std::int32_t bitOf(std::int32_t id) {
   return static_cast<std::int32_t>(1U << (static_cast<std::uint32_t>(id) % 32));
@@ -35,7 +36,8 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   std::int32_t id = cache.s32Id;
   for (const XMLElement* entry = firstEntry(element, kAllowedSource); entry != nullptr;
        entry = nextEntry(*entry, kAllowedSource)) {
-    readInt(*entry, "Id", id);
+    const Attributes attributes(*entry, kNames);
+    attributes.readInt(0, id);
     if (id == -1) {
       kStream.reportMissing("Id", kPath);
       return false;
@@ -44,7 +46,7 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
     // Deliberate: the mark is "Default"; the "Enable" that the updates set is not looked at.
     // [default-and-enable]
     std::int32_t mark = 0;
-    readInt(*entry, "Default", mark);
+    attributes.readInt(1, mark);
     if (mark != 0) enable(cache, id);
   }
   if (cache.s32AllowedMask == 0) {
@@ -59,13 +61,13 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   return true;
 }
 
-void writeWhitelist(XMLElement& element, const tag_CFG_STREAM_CACHE_T& cache, const char* mark) {
+void writeWhitelist(XMLElement& parent, const tag_CFG_STREAM_CACHE_T& cache, const char* mark) {
   if (cache.s32AllowedMask <= 0) return;
   const auto mask = static_cast<std::uint32_t>(cache.s32AllowedMask);
   for (std::int32_t id = 0; (1U << id) <= mask; ++id) {
     if ((mask & (1U << id)) == 0) continue;
-    XMLElement& entry = append(element, kAllowedSource);
-    setInt(entry, "Id", id);
+    XMLElement& entry = append(parent, kAllowedSource);
+    setInt(entry, kNames[0], id);
     if (id == cache.s32EnabledSrc) setInt(entry, mark, 1);
   }
 }

@@ -13,9 +13,9 @@ inline constexpr char kAllowedSource[] = "AllowedStreamSource";
 /// @return false when there is none or a number is -1; reported
 bool readWhitelist(const tinyxml2::XMLElement& element, tag_CFG_STREAM_CACHE_T& cache);
 
-/// Appends an entry for each source that a cache may carry; the one that it carries is given the
+/// Writes an entry for each source that a cache may carry; the one that it carries is given the
 /// attribute `mark` = 1.
-void writeWhitelist(tinyxml2::XMLElement& element, const tag_CFG_STREAM_CACHE_T& cache,
+void writeWhitelist(tinyxml2::XMLElement& parent, const tag_CFG_STREAM_CACHE_T& cache,
                     const char* mark);
 
 }  // namespace camcfg

@@ -77,7 +77,7 @@ refused tests/store/a_test.cpp params/own.h "tests/store may not include src/par
 refused tests/tool/device/a_test.cpp lint/piece.h "tests/tool/device may not include tool/lint/piece.h"
 refused tests/tool/lint/a_test.cpp store/own.h "tests/tool/lint may not include src/store/own.h"
 refused proof/torture/a.cpp store/own.h \
-  "store/own.h cannot be included from proof/torture"
+  "proof/torture may not include src/store/own.h"
 
 # A name that is found in two places, and a folder that nobody thought of.
 refused tests/tool/lint/a_test.cpp base/own.h "base/own.h is ambiguous: src/base/own.h tool/base/own.h"

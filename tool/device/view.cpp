@@ -90,8 +90,9 @@ class View {
     const Descriptor folder(open(host.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder) fail();
     for (const std::string& name : namesIn(folder.get())) {
-      const std::string place = concat(path, "/", name);
-      if (place != kHost && !isDevices(place)) show(concat(host, "/", name), place);
+      const std::string inFolder = "/" + name;
+      const std::string place = path + inFolder;
+      if (place != kHost && !isDevices(place)) show(host + inFolder, place);
     }
   }
 
