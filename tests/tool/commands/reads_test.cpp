@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <chrono>
 #include <iterator>
+#include <thread>
 
 #include "tool/commands/every_command.h"
 #include "tool/opened_files.h"
@@ -15,7 +17,7 @@ constexpr struct {
   const char* reads;
 } kReads[] = {
     {"summary", "main 14 15 4, backup 1 1 1, default 1 1 1"},
-    {"report", "main 25 46 15, backup 5 5 5, default 6 7 7, draft 16 14 2"},
+    {"report", "main 24 45 14, backup 4 4 4, default 6 7 7, draft 16 14 2"},
     {"status", "main 5 15 4, backup 1 1 1, default 1 1 1"},
     {"verify", "main 5 5 5, backup 3 3 3, default 3 3 3"},
     {"boot", "main 21 27 16, backup 8 7 7, default 12 12 12, draft 2 28 4"},
@@ -83,7 +85,7 @@ constexpr struct {
     {"graph", "main 0 9 0"},
     {"export", "main 6 8 2"},
     {"import", "main 8 7 1, backup 1 1 0, draft 3 4 0"},
-    {"diff", "main 4 10 4, backup 1 1 1, default 1 2 2, draft 2 7 1"},
+    {"diff", "main 3 9 3, default 1 2 2, draft 2 7 1"},
     {"reset", "main 7 0 0, backup 1 0 0, default 1 0 0, draft 3 0 0"},
     {"schema", "main 4 0 0"},
     {"history", ""},
@@ -99,6 +101,9 @@ constexpr struct {
     {"complete bash", ""},
     {"complete zsh", ""},
 };
+
+// Copies that are in doubt are compared, and so read once more, if they were saved a moment ago.
+constexpr std::chrono::milliseconds kSettled(400);
 
 class ReadsTest : public EveryCommandTest {
  protected:
@@ -147,6 +152,7 @@ TEST_F(ReadsTest, EveryCommandReadsTheSettingsAsOftenAsListed) {
   for (const tool::cli::Command* command : commands()) {
     if (command->name == std::string("watch")) continue;
     renewFor(*command);
+    std::this_thread::sleep_for(kSettled);
     EXPECT_EQ(readsOf(opened(lineFor(*command))), listedFor(*command)) << command->name;
   }
 }
