@@ -25,8 +25,8 @@ constexpr char kReportEnding[] = ".html";
 Json factsFor(const Arguments& arguments) {
   if (!arguments.given(kFiles)) return report::factsOf(true);
   std::vector<device::Contents> files;
-  Json notes = {
-      "These are files without a device: copies, factory values and languages are not judged"};
+  Json notes = Json::array(
+      {"These are files without a device: copies, factory values and languages are not judged"});
   for (const HostFile& file : arguments.files(kFiles))
     if (file.fault.empty())
       files.push_back({device::pathOf(device::Place::Main, file.path), file.contents});
