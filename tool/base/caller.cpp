@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "base/secret_address.h"
 
@@ -46,9 +47,9 @@ bool endsWithRtmp(std::string_view word) {
 std::string masked(const std::string& word) {
   const std::size_t equals = std::min(word.find('='), word.size());
   const std::string name = word.substr(0, equals);
-  if (equals < word.size() && namesSecret(name)) return name + "=" + kMask;
+  if (equals < word.size() && namesSecret(name)) return concat(name, "=", kMask);
   if (equals < word.size() && (isSameWord(name, kUrl) || endsWith(name, kUrlInAPlace)))
-    return name + "=" + withMaskedAddress(word.substr(equals + 1), kMask, true);
+    return concat(name, "=", withMaskedAddress(word.substr(equals + 1), kMask, true));
   const std::size_t scheme = word.find("://");
   if (scheme == std::string::npos) return word;
   return withMaskedAddress(word, kMask, endsWithRtmp(std::string_view(word).substr(0, scheme)));

@@ -1,5 +1,6 @@
 #include "base/csv.h"
 
+#include "base/concat.h"
 #include "base/outcome.h"
 
 namespace camcfg::tool {
@@ -67,7 +68,7 @@ class Reader {
   }
 
   [[noreturn]] void refuse(const char* why) const {
-    throw Refusal("line " + std::to_string(line_) + ": " + why);
+    throw Refusal(concat("line ", line_, ": ", why));
   }
 
   const std::string& text_;

@@ -14,6 +14,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "testkit/enter_root.h"
@@ -25,7 +26,7 @@ constexpr char kPrefix[] = "camcfg-scratch-";
 constexpr int kAsDirectory = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 [[noreturn]] void refuse(const std::string& path) {
-  throw Refusal::about(path, path + ": " + std::strerror(errno));
+  throw Refusal::about(path, concat(path, ": ", std::strerror(errno)));
 }
 
 int openOrMake(const char* path) {
@@ -42,7 +43,7 @@ int makeIn(std::string& name) {
   if (temporaries.empty()) rememberTemporaries();
   for (const auto& directory : temporaries)
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-      name = kPrefix + std::to_string(getpid()) + "-" + std::to_string(attempt);
+      name = concat(kPrefix, getpid(), "-", attempt);
       if (mkdirat(directory->get(), name.c_str(), 0700) == 0) return directory->get();
       if (errno != EEXIST) break;
     }
@@ -163,7 +164,7 @@ void HostDirectory::write(const std::string& name, const std::string& bytes) {
   const int error = errno;
   if (error != EEXIST) unlinkat(descriptor_.get(), name.c_str(), 0);
   errno = error;
-  refuse(path_ + "/" + name);
+  refuse(concat(path_, "/", name));
 }
 
 std::string HostDirectory::save(const std::string& name, const std::string& bytes) {
@@ -171,12 +172,12 @@ std::string HostDirectory::save(const std::string& name, const std::string& byte
   struct stat status {};
   for (int next = 1; fstatat(descriptor_.get(), free.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
        ++next) {
-    if (holds(free, bytes)) return path_ + "/" + free;
-    free = name + "." + std::to_string(next);
+    if (holds(free, bytes)) return concat(path_, "/", free);
+    free = concat(name, ".", next);
   }
   write(free, bytes);
   fsync(descriptor_.get());
-  return path_ + "/" + free;
+  return concat(path_, "/", free);
 }
 
 void locate(HostFile& file) {
@@ -202,7 +203,7 @@ void replace(const HostFile& file, const std::string& contents) {
   if (!old || fstat(old.get(), &status) != 0 || !readAll(old.get(), held)) refuse(file.path);
   if (held != file.contents)
     throw Refusal::about(file.path, file.path + ": it has changed since it was read");
-  const std::string name = file.name + ".camcfg-" + std::to_string(getpid());
+  const std::string name = concat(file.name, ".camcfg-", getpid());
   Descriptor fresh(openat(directory, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!fresh) refuse(file.path);
   const bool isOwner = fchown(fresh.get(), status.st_uid, status.st_gid) == 0;
@@ -259,11 +260,11 @@ HostTemporary::~HostTemporary() {
 void HostTemporary::write(const std::string& directory, const std::string& name,
                           const std::string& text) const {
   mkdirat(descriptor_.get(), directory.c_str(), 0700);
-  const std::string path = directory + "/" + name;
+  const std::string path = concat(directory, "/", name);
   Descriptor file(openat(descriptor_.get(), path.c_str(),
                          O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!file || !writeAll(file.get(), text) || !file.close())
-    throw Refusal("temporary file " + name + ": " + std::strerror(errno));
+    throw Refusal(concat("temporary file ", name, ": ", std::strerror(errno)));
 }
 
 std::string HostTemporary::enter() const {

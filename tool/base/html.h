@@ -3,7 +3,8 @@
 
 #include <string>
 #include <string_view>
-#include <type_traits>
+
+#include "base/concat.h"
 
 namespace camcfg::tool {
 
@@ -14,14 +15,9 @@ std::string htmlText(std::string_view text);
 
 /// Appends texts and numbers as they are: what is to stay a text goes through htmlText.
 template <typename... Parts>
-void write(std::string& to, const Parts&... parts) {
-  const auto append = [&](const auto& part) {
-    if constexpr (std::is_integral_v<std::decay_t<decltype(part)>>)
-      to += std::to_string(part);
-    else
-      to += part;
-  };
-  (append(parts), ...);
+[[gnu::always_inline]] inline void write(std::string& to, const Parts&... parts) {
+  const TextPart all[] = {TextPart(parts)...};
+  append(to, all, sizeof...(parts));
 }
 
 /// About how many pixels wide a text of this size is, rather more than less: no font is known here.

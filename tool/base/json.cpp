@@ -14,10 +14,6 @@ namespace {
   throw std::logic_error("JSON: " + what);
 }
 
-bool isMember(const Json& element) {
-  return element.is_array() && element.size() == 2 && element.front().is_string();
-}
-
 // The first word of a path, and what comes after it.
 std::pair<std::string_view, std::string_view> split(std::string_view path) {
   const std::size_t end = std::min(path.find('/'), path.size());
@@ -26,12 +22,12 @@ std::pair<std::string_view, std::string_view> split(std::string_view path) {
 
 }  // namespace
 
-Json::Json() = default;
-Json::Json(const Json& other) = default;
-Json::Json(Json&& other) noexcept = default;
-Json& Json::operator=(const Json& other) = default;
-Json& Json::operator=(Json&& other) noexcept = default;
-Json::~Json() = default;
+[[gnu::noinline]] Json::Json() = default;
+[[gnu::noinline]] Json::Json(const Json& other) = default;
+[[gnu::noinline]] Json::Json(Json&& other) noexcept = default;
+[[gnu::noinline]] Json& Json::operator=(const Json& other) = default;
+[[gnu::noinline]] Json& Json::operator=(Json&& other) noexcept = default;
+[[gnu::noinline]] Json::~Json() = default;
 
 Json::Json(std::nullptr_t) {}
 Json::Json(bool value) : value_(value) {}
@@ -48,21 +44,25 @@ Json::Json(IntegerTag /*tag*/, std::uint64_t value) : value_(value) {
     value_ = static_cast<std::int64_t>(value);
 }
 
-Json::Json(std::initializer_list<Json> list) {
-  if (!std::all_of(list.begin(), list.end(), isMember)) {
-    value_ = Values(list);
-    return;
-  }
+Json::Json(std::initializer_list<JsonField> fields) {
   auto& object = value_.emplace<Object>();
-  for (const Json& member : list) {
-    object.names.push_back(member.front().text());
-    object.values.push_back(member.back());
+  object.names.reserve(fields.size());
+  object.values.reserve(fields.size());
+  for (const JsonField& field : fields) {
+    object.names.emplace_back(field.name.view());
+    object.values.push_back(std::move(field.value));
   }
 }
 
 Json Json::array() {
   Json value;
   value.value_ = Values();
+  return value;
+}
+
+Json Json::array(std::initializer_list<Json> elements) {
+  Json value;
+  value.value_ = Values(elements);
   return value;
 }
 
@@ -133,27 +133,28 @@ void Json::push_back(Json element) {
   values->push_back(std::move(element));
 }
 
-Json::const_iterator Json::find(std::string_view name) const {
+Json::const_iterator Json::find(TextRef name) const {
   const auto* object = std::get_if<Object>(&value_);
-  return object == nullptr ? end() : begin() + static_cast<std::ptrdiff_t>(object->find(name));
+  return object == nullptr ? end()
+                           : begin() + static_cast<std::ptrdiff_t>(object->find(name.view()));
 }
 
-const Json& Json::at(std::string_view name) const {
+const Json& Json::at(TextRef name) const {
   const auto found = find(name);
-  if (found == end()) failOver("no member " + std::string(name));
+  if (found == end()) failOver("no member " + std::string(name.view()));
   return *found;
 }
 
-Json& Json::at(std::string_view name) {
+Json& Json::at(TextRef name) {
   return const_cast<Json&>(std::as_const(*this).at(name));
 }
 
-Json& Json::operator[](std::string_view name) {
+Json& Json::operator[](TextRef name) {
   if (is_null()) value_ = Object();
   auto* object = std::get_if<Object>(&value_);
   if (object == nullptr) failOver("no object");
-  const std::size_t place = object->find(name);
-  return place < object->names.size() ? object->values[place] : object->add(name);
+  const std::size_t place = object->find(name.view());
+  return place < object->names.size() ? object->values[place] : object->add(name.view());
 }
 
 std::vector<Json::Member> Json::items() const {

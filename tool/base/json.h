@@ -14,7 +14,11 @@
 #include <variant>
 #include <vector>
 
+#include "base/text_ref.h"
+
 namespace camcfg::tool {
+
+struct JsonField;
 
 /// A value as JSON has them. Objects keep their members in the order in which they were added, and
 /// two objects are equal only if their members are in the same order. What is asked of a value of
@@ -55,10 +59,11 @@ class Json {
   Json(const Range& range) : Json(array()) {  // NOLINT(google-explicit-constructor)
     for (const auto& element : range) push_back(Json(element));
   }
-  /// {{"name", value}, ...} is an object, every other list an array.
-  Json(std::initializer_list<Json> list);
+  /// An object: {{"name", value}, ...}.
+  Json(std::initializer_list<JsonField> fields);
 
   static Json array();
+  static Json array(std::initializer_list<Json> elements);
   static Json object();
 
   bool is_null() const { return holds<std::monostate>(); }
@@ -104,13 +109,13 @@ class Json {
   void push_back(Json element);
 
   // Members of an object.
-  const_iterator find(std::string_view name) const;
-  bool contains(std::string_view name) const { return find(name) != end(); }
-  const Json& at(std::string_view name) const;
-  Json& at(std::string_view name);
+  const_iterator find(TextRef name) const;
+  bool contains(TextRef name) const { return find(name) != end(); }
+  const Json& at(TextRef name) const;
+  Json& at(TextRef name);
   /// The member of a name, added as null if it is missing; null becomes an object.
-  Json& operator[](std::string_view name);
-  const Json& operator[](std::string_view name) const { return at(name); }
+  Json& operator[](TextRef name);
+  const Json& operator[](TextRef name) const { return at(name); }
   const std::vector<std::string>& names() const;
   /// Names and values, for a range-based loop.
   struct Member {
@@ -172,6 +177,12 @@ class Json {
   std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Values,
                Object>
       value_;
+};
+
+/// A member of an object that is made as a whole.
+struct JsonField {
+  TextRef name;
+  mutable Json value;  ///< moved into the object
 };
 
 /// Objects and lists that may be inside one another in a document.

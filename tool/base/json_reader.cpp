@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "base/json.h"
 
 #include <nlohmann/json.hpp>
@@ -57,7 +58,7 @@ class Builder : public nlohmann::json_sax<Parser> {
 
   bool open(Json value) {
     if (levels_.size() == kDeepestNesting)
-      throw Refusal("it is nested deeper than " + std::to_string(kDeepestNesting) + " levels");
+      throw Refusal(concat("it is nested deeper than ", kDeepestNesting, " levels"));
     levels_.push_back({std::move(value)});
     return true;
   }
@@ -99,8 +100,7 @@ class Builder : public nlohmann::json_sax<Parser> {
 
 JsonText readJson(const std::string& text) {
   if (text.size() > kMostText)
-    throw Refusal("it has " + std::to_string(text.size()) + " bytes, the limit is " +
-                  std::to_string(kMostText));
+    throw Refusal(concat("it has ", text.size(), " bytes, the limit is ", kMostText));
   JsonText result;
   Builder builder(result);
   if (!Parser::sax_parse(text, &builder)) result.value = nullptr;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "base/concat.h"
 #include "base/json.h"
 #include "base/plain_text.h"
 
@@ -89,7 +90,7 @@ void addValue(const Json& value, int indent, int width, std::string& text) {
 
 // A packed value is a letter for its kind, the number of its bytes or elements, and these.
 std::string packedHead(char kind, std::size_t size) {
-  return kind + std::to_string(size) + ":";
+  return concat(kind, size, ":");
 }
 
 std::string packedBytes(char kind, const std::string& bytes) {

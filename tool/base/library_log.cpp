@@ -5,6 +5,7 @@
 #include <exception>
 #include <mutex>
 
+#include "base/concat.h"
 #include "base/host.h"
 
 namespace camcfg::tool {
@@ -33,7 +34,7 @@ void record(int level, const char* prefix, const std::string& text) {
   const std::lock_guard<std::mutex> alone(recording);
   if (level <= kWarning) complaint = text;
   const char* word = level <= kError ? "error: " : level == kWarning ? "warning: " : "info: ";
-  if (shown != nullptr) shown(word + std::string(prefix) + text);
+  if (shown != nullptr) shown(concat(word, prefix, text));
 }
 
 // Replaces descriptor 1 while the library prints.
@@ -67,7 +68,7 @@ class Ear {
 };
 
 std::string lastOf(const std::string& level, const std::string& printed) {
-  const std::size_t line = printed.rfind("[" + level + "][CFG][");
+  const std::size_t line = printed.rfind(concat("[", level, "][CFG]["));
   if (line == std::string::npos) return "";
   const std::size_t frame = printed.find("]: ", line);
   if (frame == std::string::npos) return "";

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool {
@@ -56,10 +57,11 @@ class Listing {
 
   void add(const Range& old, const Range& fresh) {
     if (old.begin == old.end && fresh.begin == fresh.end) return;
-    text_ += "@@ -" + shown(old) + " +" + shown(fresh) + " @@\n";
-    for (std::size_t i = old.begin; i < old.end; ++i) text_ += "-" + printable(before_[i]) + "\n";
+    text_ += concat("@@ -", shown(old), " +", shown(fresh), " @@\n");
+    for (std::size_t i = old.begin; i < old.end; ++i)
+      text_ += concat("-", printable(before_[i]), "\n");
     for (std::size_t i = fresh.begin; i < fresh.end; ++i)
-      text_ += "+" + printable(after_[i]) + "\n";
+      text_ += concat("+", printable(after_[i]), "\n");
   }
 
   const std::string& text() const { return text_; }
@@ -67,7 +69,7 @@ class Listing {
  private:
   static std::string shown(const Range& range) {
     const std::size_t count = range.end - range.begin;
-    return std::to_string(range.begin + (count == 0 ? 0 : 1)) + "," + std::to_string(count);
+    return concat(range.begin + (count == 0 ? 0 : 1), ",", count);
   }
 
   const Lines& before_;
@@ -114,7 +116,7 @@ std::string lineDiff(const std::string& name, std::string_view before, std::stri
     ++end;
   Listing listing(old, fresh);
   addChanges(old, {same, old.size() - end}, fresh, {same, fresh.size() - end}, listing);
-  return "--- " + printable(name) + "\n+++ " + printable(name) + "\n" + listing.text();
+  return concat("--- ", printable(name), "\n+++ ", printable(name), "\n", listing.text());
 }
 
 }  // namespace camcfg::tool

@@ -8,6 +8,8 @@
 #include <limits>
 #include <numeric>
 
+#include "base/concat.h"
+
 namespace camcfg::tool {
 namespace {
 
@@ -260,16 +262,17 @@ std::string shortened(const std::string& text) {
   return text.size() <= kLongest ? text : std::string(firstBytes(text, kLongest)) + "...";
 }
 
-std::string memberPlace(const std::string& place, const std::string& name) {
+std::string memberPlace(TextRef place, TextRef member) {
+  const std::string name(member.view());
   const bool isWord = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
     return std::isalnum(c) != 0 || c == '_' || c == '-';
   });
-  if (!isWord) return place + "[\"" + shortened(name) + "\"]";
-  return place + (place.empty() ? "" : ".") + shortened(name);
+  if (!isWord) return concat(place.view(), "[\"", shortened(name), "\"]");
+  return concat(place.view(), place.view().empty() ? "" : ".", shortened(name));
 }
 
 std::string elementPlace(const std::string& place, std::size_t index) {
-  return place + "[" + std::to_string(index) + "]";
+  return concat(place, "[", index, "]");
 }
 
 std::string nearestWord(const std::string& written, const std::vector<std::string>& words) {
@@ -290,7 +293,7 @@ std::string nearestWord(const std::string& written, const std::vector<std::strin
 
 std::string didYouMean(const std::string& written, const std::vector<std::string>& words) {
   const std::string nearest = nearestWord(written, words);
-  return nearest.empty() ? "" : "; did you mean '" + nearest + "'?";
+  return nearest.empty() ? "" : concat("; did you mean '", nearest, "'?");
 }
 
 std::string utcText(std::int64_t seconds) {
@@ -305,9 +308,10 @@ std::string utcText(std::int64_t seconds) {
 std::string noSection(const std::string& written, const std::vector<std::string>& sections) {
   if (written.empty()) return "which section? the argument is empty";
   const std::string first = written.substr(0, written.find('/'));
-  return "there is no section " + quoted(written) +
-         (first != written && isAmong(sections, first) ? "; did you mean " + quoted(first) + "?"
-                                                       : didYouMean(written, sections));
+  return concat("there is no section ", quoted(written),
+                first != written && isAmong(sections, first)
+                    ? concat("; did you mean ", quoted(first), "?")
+                    : didYouMean(written, sections));
 }
 
 }  // namespace camcfg::tool

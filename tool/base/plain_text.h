@@ -13,6 +13,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "base/text_ref.h"
+
 namespace camcfg::tool {
 
 inline bool beginsWith(std::string_view text, std::string_view beginning) {
@@ -128,7 +130,7 @@ std::string shortened(const std::string& text);
 
 /// A place of a document, "live.srt[1].port": "PLACE.NAME", and "PLACE["NAME"]" for a name that is
 /// no plain word.
-std::string memberPlace(const std::string& place, const std::string& name);
+std::string memberPlace(TextRef place, TextRef member);
 
 /// "PLACE[INDEX]"
 std::string elementPlace(const std::string& place, std::size_t index);

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "base/concat.h"
+
 namespace camcfg::tool {
 namespace {
 
@@ -12,11 +14,11 @@ std::function<void(const std::string&)> announcing;
 }  // namespace
 
 void workingOn(const std::string& what) {
-  if (watching) watching(stage.empty() || what.empty() ? stage + what : stage + ": " + what);
+  if (watching) watching(stage.empty() || what.empty() ? stage + what : concat(stage, ": ", what));
 }
 
 Stage::Stage(const std::string& name, std::size_t number, std::size_t total) {
-  stage = name + " (" + std::to_string(number) + " of " + std::to_string(total) + ")";
+  stage = concat(name, " (", number, " of ", total, ")");
   workingOn("");
 }
 

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 
 namespace camcfg::tool::cli {
@@ -58,7 +59,7 @@ void Channel::answer(const Answer& answer, const Json& json) const {
 }
 
 void Channel::say(const std::string& text) const {
-  Streams::message(name_ + ": " + text, Tone::Warning);
+  Streams::message(concat(name_, ": ", text), Tone::Warning);
 }
 
 void Channel::takeSignals() const {
@@ -93,9 +94,9 @@ void Channel::feed(const std::string& commandLine, const Json& records,
     takeSignals();
   }
   if (WIFSIGNALED(status))
-    say("'" + commandLine + "' was ended by signal " + std::to_string(WTERMSIG(status)));
+    say(concat("'", commandLine, "' was ended by signal ", WTERMSIG(status)));
   else if (WEXITSTATUS(status) != 0)
-    say("'" + commandLine + "' ended with status " + std::to_string(WEXITSTATUS(status)));
+    say(concat("'", commandLine, "' ended with status ", WEXITSTATUS(status)));
 }
 
 }  // namespace camcfg::tool::cli

@@ -8,6 +8,38 @@
 
 namespace camcfg::tool::cli {
 
+const Arguments::Given& Arguments::at(TextRef name) const {
+  const auto found = known_.find(name.view());
+  if (found == known_.end())
+    throw std::logic_error("no argument is named " + std::string(name.view()));
+  return found->second;
+}
+
+bool Arguments::given(TextRef name) const {
+  return !texts(name).empty();
+}
+
+std::string Arguments::text(TextRef name) const {
+  return given(name) ? texts(name).front() : "";
+}
+
+const std::vector<std::string>& Arguments::texts(TextRef name) const {
+  return at(name).texts;
+}
+
+HostDirectory* Arguments::directory(TextRef name) const {
+  return at(name).directory.get();
+}
+
+const std::vector<HostFile>& Arguments::files(TextRef name) const {
+  return at(name).files;
+}
+
+const Channel& Arguments::channel() const {
+  if (channel_ == nullptr) throw Refusal("nobody takes its answers");
+  return *channel_;
+}
+
 std::vector<const Command*> commandsIn(const std::vector<CommandGroup>& groups) {
   std::vector<const Command*> all;
   for (const CommandGroup& group : groups)

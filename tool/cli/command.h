@@ -28,17 +28,17 @@ class Arguments {
   };
 
   /// What is known of a name, for whoever reads the command line; an unknown one becomes known.
-  Given& operator[](const std::string& name) { return known_[name]; }
+  Given& operator[](TextRef name) { return known_[std::string(name.view())]; }
 
-  bool given(const std::string& name) const { return !texts(name).empty(); }
+  bool given(TextRef name) const;
   /// The text given, or what was in the file given; empty if none was.
-  std::string text(const std::string& name) const { return given(name) ? texts(name).front() : ""; }
+  std::string text(TextRef name) const;
   /// All texts given.
-  const std::vector<std::string>& texts(const std::string& name) const { return at(name).texts; }
+  const std::vector<std::string>& texts(TextRef name) const;
   /// The directory given, opened before the device's root was entered; null if none was.
-  HostDirectory* directory(const std::string& name) const { return at(name).directory.get(); }
+  HostDirectory* directory(TextRef name) const;
   /// All files given that are read whole.
-  const std::vector<HostFile>& files(const std::string& name) const { return at(name).files; }
+  const std::vector<HostFile>& files(TextRef name) const;
 
   /// The command that this one carries out, and what was given to it; null: there is none.
   const Command* innerCommand() const { return inner_; }
@@ -51,19 +51,12 @@ class Arguments {
   /// Lends the command a channel, for as long as it runs.
   void lend(const Channel& channel) { channel_ = &channel; }
   /// How a command answers that goes on until it is stopped.
-  const Channel& channel() const {
-    if (channel_ == nullptr) throw Refusal("nobody takes its answers");
-    return *channel_;
-  }
+  const Channel& channel() const;
 
  private:
-  const Given& at(const std::string& name) const {
-    const auto found = known_.find(name);
-    if (found == known_.end()) throw std::logic_error("no argument is named " + name);
-    return found->second;
-  }
+  const Given& at(TextRef name) const;
 
-  std::map<std::string, Given> known_;
+  std::map<std::string, Given, std::less<>> known_;
   const Channel* channel_ = nullptr;
   const Command* inner_ = nullptr;
   std::shared_ptr<const Arguments> innerArguments_;

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "cli/help_page.h"
 #include "cli/parsed_words.h"
@@ -26,7 +27,7 @@ HostFile read(const std::string& path) {
 
 std::string contentsOf(const std::string& path) {
   HostFile file = read(path);
-  if (!file.fault.empty()) throw Refusal::about(path, path + ": " + file.fault);
+  if (!file.fault.empty()) throw Refusal::about(path, concat(path, ": ", file.fault));
   return std::move(file.contents);
 }
 
@@ -43,7 +44,7 @@ std::vector<HostFile> filesIn(const std::string& directory, const Option& option
   const Descriptor folder(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!folder && errno == ENOTDIR && option.isFolderOrFile)
     return {{directory, contentsOf(directory), ""}};
-  if (!folder) throw Refusal::about(directory, directory + ": " + std::strerror(errno));
+  if (!folder) throw Refusal::about(directory, concat(directory, ": ", std::strerror(errno)));
   std::vector<HostFile> files;
   std::vector<std::string> names(option.files.begin(), option.files.end());
   if (option.ending != nullptr) names = namesIn(folder, option.ending);
@@ -105,7 +106,8 @@ class Reader {
   [[noreturn]] void refuse(const std::string& place, const std::string& text,
                            const std::string& suggestion = "") const {
     const std::string command = words_.command() == nullptr ? "" : words_.command()->name;
-    const std::string help = "; see 'camcfg " + command + (command.empty() ? "" : " ") + "--help'";
+    const std::string help =
+        concat("; see 'camcfg ", command, command.empty() ? "" : " ", "--help'");
     const Refusal refusal =
         Refusal::about(place, text + (suggestion.empty() ? help : suggestion), Status::Usage);
     throw refusal.after(command.empty() ? "" : command + ": ", Status::Usage);
@@ -193,7 +195,7 @@ class Reader {
   std::string chosenColor() const {
     std::string word = words_.texts(kColor).back();
     if (isAmong(kColorWords, word)) return word;
-    refuse(kColor, std::string(kColor) + ": '" + word + "' is none of " + joined(kColorWords),
+    refuse(kColor, concat(kColor, ": '", word, "' is none of ", joined(kColorWords)),
            didYouMean(word, {std::begin(kColorWords), std::end(kColorWords)}));
   }
 
@@ -218,7 +220,7 @@ class Reader {
       given.texts = texts;
     }
   } catch (const Refusal& refusal) {
-    throw refusal.after(std::string(invocation.command->name) + ": " + option.name + " ",
+    throw refusal.after(concat(invocation.command->name, ": ", option.name, " "),
                         invocation.command->whenRefused);
   } catch (const std::bad_alloc&) {
     throw Refusal(option.name + std::string(": out of memory"))

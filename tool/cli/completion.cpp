@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool::cli {
@@ -30,7 +31,7 @@ class Reading {
     else if (isOption(word))
       takeOption(word);
     else if (const Command* below =
-                 findCommand(groups_, above_.empty() ? word : above_ + " " + word))
+                 findCommand(groups_, above_.empty() ? word : concat(above_, " ", word)))
       enter(*below);
     else
       takeArgument(word);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool::cli {
@@ -16,8 +17,9 @@ constexpr char kFooterEnd[] =
 std::string footerOf(const Command& command) {
   const std::string details = command.details ? command.details() + "\n" : "";
   const std::string examples = command.examples.empty() ? "" : "\n\n" + examplesOf(command);
-  return details + "'camcfg --help' lists the options that every command takes.\n\nExit status:\n" +
-         exitStatuses(&command) + examples;
+  return concat(details,
+                "'camcfg --help' lists the options that every command takes.\n\nExit status:\n",
+                exitStatuses(&command), examples);
 }
 
 // A line that says what something is, or two if its name is long.
@@ -28,19 +30,19 @@ std::string row(const std::string& name, const char* help) {
     line += "\n" + std::string(kHelpAt, ' ');
   else
     line.resize(kHelpAt, ' ');
-  return line + help + "\n";
+  return concat(line, help, "\n");
 }
 
 // Lines under a heading; nothing if there are none.
 std::string list(const char* title, const std::string& rows) {
-  return rows.empty() ? "" : "\n" + std::string(title) + ":\n" + rows;
+  return rows.empty() ? "" : concat("\n", title, ":\n", rows);
 }
 
 std::string rowOf(const Option& option) {
   const std::string shortName =
       option.shortName == nullptr ? "" : std::string(option.shortName) + ",";
   const std::string value = option.value() == nullptr ? "" : std::string(" ") + option.value();
-  return row(shortName + option.name + value + (option.takesMany() ? " ..." : ""), option.help);
+  return row(concat(shortName, option.name, value, option.takesMany() ? " ..." : ""), option.help);
 }
 
 std::string rowsOf(const std::vector<Option>& options, bool isNamed) {
@@ -90,16 +92,16 @@ std::string words(const std::vector<CommandGroup>& groups, const Command* comman
   if (above != nullptr && !command->standsAlone)
     for (const Option& option : above->options)
       if (option.isRequired()) text += std::string(" ") + option.name;
-  return text + " " + command->word();
+  return concat(text, " ", command->word());
 }
 
 std::string usage(const std::vector<CommandGroup>& groups, const Command* command) {
-  std::string text = "Usage: " + words(groups, command) + " [OPTIONS]";
+  std::string text = concat("Usage: ", words(groups, command), " [OPTIONS]");
   if (command != nullptr)
     for (const Option& option : command->options) {
       if (option.isNamed()) continue;
       const std::string name = option.name + std::string(option.takesMany() ? "..." : "");
-      text += option.isRequired() && command->run ? " " + name : " [" + name + "]";
+      text += option.isRequired() && command->run ? " " + name : concat(" [", name, "]");
     }
   return text + (hasCommands(groups, command) ? " [COMMAND]\n" : "\n");
 }
@@ -114,9 +116,9 @@ std::string helpPage(const std::vector<CommandGroup>& groups, const Command* com
   std::string text = (command == nullptr ? kAbout : command->help) + std::string("\n");
   text += usage(groups, command);
   if (command != nullptr) text += list("Arguments", rowsOf(command->options, false));
-  text += list("Options", options) + commandLists(groups, command) + "\n";
-  text +=
-      command == nullptr ? kFooterBegin + exitStatuses(nullptr) + kFooterEnd : footerOf(*command);
+  text += concat(list("Options", options), commandLists(groups, command), "\n");
+  text += command == nullptr ? concat(kFooterBegin, exitStatuses(nullptr), kFooterEnd)
+                             : footerOf(*command);
   text.erase(text.find_last_not_of('\n') + 1);
   return text + "\n";
 }

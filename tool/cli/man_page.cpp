@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool::cli {
@@ -53,11 +54,11 @@ constexpr Chapter kChapters[] = {{"exit-status", "EXIT STATUS"},
                                  {"examples", "EXAMPLES"}};
 
 std::string section(const std::string& heading, const std::string& text) {
-  return ".SH " + heading + "\n" + text;
+  return concat(".SH ", heading, "\n", text);
 }
 
 std::string entry(const std::string& term, const std::string& text) {
-  return ".TP\n" + term + "\n" + roffParagraphs(text + ".");
+  return concat(".TP\n", term, "\n", roffParagraphs(text + "."));
 }
 
 // What is typed for an option, or an argument in its place.
@@ -65,7 +66,7 @@ std::string typed(const Option& option) {
   if (!option.isNamed()) return roffItalic(option.name) + (option.takesMany() ? "..." : "");
   const std::string name = option.shortName == nullptr ? "" : roffBold(option.shortName) + ", ";
   const std::string value = option.value() == nullptr ? "" : " " + roffItalic(option.value());
-  return name + roffBold(option.name) + value;
+  return concat(name, roffBold(option.name), value);
 }
 
 // A command with what it and those above it take in their places.
@@ -77,7 +78,7 @@ std::string typed(const std::vector<CommandGroup>& groups, const Command& comman
   text += roffBold(command.word());
   for (const Option& option : command.options)
     if (!option.isNamed())
-      text += option.isRequired() ? " " + typed(option) : " [" + typed(option) + "]";
+      text += option.isRequired() ? " " + typed(option) : concat(" [", typed(option), "]");
   return text;
 }
 
@@ -87,9 +88,9 @@ std::string commandEntry(const std::vector<CommandGroup>& groups, const Command&
   for (const Option& option : command.options) options += entry(typed(option), option.help);
   std::string more = command.details ? command.details() : "";
   if (!command.examples.empty()) more += (more.empty() ? "" : "\n") + examplesOf(command);
-  return entry(typed(groups, command), command.help) +
-         (options.empty() ? "" : ".RS\n" + options + ".RE\n") +
-         (more.empty() ? "" : ".RS\n" + roffParagraphs(more) + ".RE\n");
+  return concat(entry(typed(groups, command), command.help),
+                options.empty() ? "" : concat(".RS\n", options, ".RE\n"),
+                more.empty() ? "" : concat(".RS\n", roffParagraphs(more), ".RE\n"));
 }
 
 std::string commandEntries(const std::vector<CommandGroup>& groups) {
@@ -98,7 +99,7 @@ std::string commandEntries(const std::vector<CommandGroup>& groups) {
   for (const CommandGroup& group : groups)
     for (const Command& command : group.commands) {
       if (!command.run || command.hidden) continue;
-      if (title != group.title) text += ".SS " + roffText(group.title) + "\n";
+      if (title != group.title) text += concat(".SS ", roffText(group.title), "\n");
       title = group.title;
       text += commandEntry(groups, command);
     }
@@ -124,7 +125,7 @@ std::string chapters(const std::vector<Topic>& topics) {
   std::string notes;
   for (const Topic& topic : topics)
     if (!isAmong(done, topic.name))
-      notes += std::string(".SS ") + roffText(topic.title) + "\n" + roffParagraphs(topic.text);
+      notes += concat(".SS ", roffText(topic.title), "\n", roffParagraphs(topic.text));
   return notes.empty() ? text : text + section("NOTES", notes);
 }
 
@@ -137,11 +138,11 @@ std::string roffText(const std::string& text) {
 }
 
 std::string roffBold(const std::string& text) {
-  return "\\fB" + roffText(text) + "\\fR";
+  return concat("\\fB", roffText(text), "\\fR");
 }
 
 std::string roffItalic(const std::string& text) {
-  return "\\fI" + roffText(text) + "\\fR";
+  return concat("\\fI", roffText(text), "\\fR");
 }
 
 // Text that roff fills, and lines that it leaves alone, under the macros that belong to them.
@@ -167,15 +168,15 @@ std::string roffParagraphs(const std::string& text) {
 }
 
 std::string manPage(const std::vector<CommandGroup>& groups, const std::vector<Topic>& topics) {
-  return std::string(".\\\" Made by 'camcfg man'.\n") + kHeader +
-         section("NAME", "camcfg \\- settings of a network video device\n") +
-         section("SYNOPSIS", roffBold("camcfg") + " [" + roffItalic("OPTION") + "...] " +
-                                 roffItalic("COMMAND") + " [" + roffItalic("ARGUMENT") + "...]\n" +
-                                 ".br\n" + roffBold("camcfg help") + " [" + roffItalic("TOPIC") +
-                                 "...]\n") +
-         section("DESCRIPTION", roffParagraphs(kDescription)) +
-         section("OPTIONS", globalEntries()) + section("COMMANDS", commandEntries(groups)) +
-         chapters(topics) + section("SEE ALSO", ".BR dot (1),\n.BR jq (1)\n");
+  return concat(".\\\" Made by 'camcfg man'.\n", kHeader,
+                section("NAME", "camcfg \\- settings of a network video device\n"),
+                section("SYNOPSIS", concat(roffBold("camcfg"), " [", roffItalic("OPTION"), "...] ",
+                                           roffItalic("COMMAND"), " [", roffItalic("ARGUMENT"),
+                                           "...]\n", ".br\n", roffBold("camcfg help"), " [",
+                                           roffItalic("TOPIC"), "...]\n")),
+                section("DESCRIPTION", roffParagraphs(kDescription)),
+                section("OPTIONS", globalEntries()), section("COMMANDS", commandEntries(groups)),
+                chapters(topics), section("SEE ALSO", ".BR dot (1),\n.BR jq (1)\n"));
 }
 
 }  // namespace camcfg::tool::cli

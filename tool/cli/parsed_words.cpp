@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/concat.h"
+
 namespace camcfg::tool::cli {
 namespace {
 
@@ -57,8 +59,7 @@ std::optional<ParsedWords::Fault> ParsedWords::repetition() const {
           option.isNamed() && option.value() != nullptr && option.kind != Option::Values;
       const std::size_t times = isOnce ? count(option) : 0;
       if (times > 1)
-        return Fault{option.name, option.name + std::string(": At Most 1 required but received ") +
-                                      std::to_string(times)};
+        return Fault{option.name, concat(option.name, ": At Most 1 required but received ", times)};
     }
     return std::nullopt;
   };
@@ -100,7 +101,7 @@ const Command* ParsedWords::below(const std::string& word) const {
     for (const Option& option : last->options)
       if (lacks(option)) return nullptr;
   if (word.find(' ') != std::string::npos) return nullptr;
-  return findCommand(groups_, command() == nullptr ? word : command()->name + (" " + word));
+  return findCommand(groups_, command() == nullptr ? word : concat(command()->name, " ", word));
 }
 
 const Option* ParsedWords::find(const std::string& name) const {
@@ -174,8 +175,7 @@ void ParsedWords::takeFlag(const Option& option, const std::string& name,
 
 void ParsedWords::takeValue(const Option& option, const std::string& value) {
   if (value.empty() && next_ == words_.size())
-    fault_ = Fault{option.name,
-                   option.name + std::string(": 1 required ") + option.value() + " missing"};
+    fault_ = Fault{option.name, concat(option.name, ": 1 required ", option.value(), " missing")};
   else
     given_.push_back({&option, value.empty() ? words_[next_++] : value});
 }

@@ -15,6 +15,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/library_log.h"
 #include "base/plain_text.h"
@@ -99,7 +100,7 @@ bool put(int fd, const std::string& text) {
 
 [[noreturn]] void refuseToAnswer(int error) {
   constexpr char kPlace[] = "standard output";
-  throw Refusal::about(kPlace, std::string(kPlace) + ": " + std::strerror(error));
+  throw Refusal::about(kPlace, concat(kPlace, ": ", std::strerror(error)));
 }
 
 }  // namespace
@@ -159,7 +160,7 @@ std::string Streams::lineOf(const std::string& text) {
 
 void Streams::message(const std::string& text, Tone tone) {
   const std::string name = messagesAreColoured ? coloured(kName, tone) : kName;
-  put(STDERR_FILENO, name + " " + lineOf(text) + "\n");
+  put(STDERR_FILENO, concat(name, " ", lineOf(text), "\n"));
 }
 
 HostPrograms::HostPrograms() : root_(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC)) {}

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "base/concat.h"
 #include "base/progress.h"
 #include "base/system_log.h"
 #include "cli/channel.h"
@@ -55,7 +56,7 @@ std::optional<Refusal> print(const Answer& answer, const Invocation& invocation,
 Status finish(const Answer& answer, const Invocation& invocation, Streams& streams) {
   const std::optional<Refusal> unprinted = print(answer, invocation, streams);
   for (const std::string& note : answer.notes)
-    Streams::message(std::string(invocation.command->name) + ": " + note,
+    Streams::message(concat(invocation.command->name, ": ", note),
                      answer.status == Status::Done ? Tone::Warning : Tone::Bad);
   if (!unprinted) return answer.status;
   if (!changeWasMade()) throw Refusal(*unprinted);
@@ -111,7 +112,7 @@ Status run(Invocation& invocation, Streams& streams, const Customs& customs) {
     streams.giveBackStandardOutput();
   else if (invocation.root)
     if (const std::string error = enterRoot(*invocation.root); !error.empty())
-      throw Refusal::about(kRoot, std::string(kRoot) + " " + *invocation.root + ": " + error,
+      throw Refusal::about(kRoot, concat(kRoot, " ", *invocation.root, ": ", error),
                            invocation.command->whenRefused);
   return carryOut(invocation, streams, programs, customs);
 }

@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "cli/answer.h"
 
 #include <algorithm>
@@ -88,7 +89,7 @@ std::string aligned(const std::vector<Cells>& rows) {
   std::string text;
   for (const Cells& row : rows) {
     for (std::size_t i = 0; i + 1 < row.size(); ++i)
-      text += row[i] + std::string(widths[i] - shownWidth(row[i]), ' ') + kGap;
+      text += concat(row[i], std::string(widths[i] - shownWidth(row[i]), ' '), kGap);
     text += row.back() + "\n";
   }
   return text;
@@ -185,7 +186,7 @@ class Renderer {
   std::string cell(const Column& column, const Json& row) const {
     const std::string text = filled(column.cell, row);
     const std::string becomes = filled(column.becomes, row);
-    return column.becomes.empty() || becomes == text ? text : text + kBecomes + becomes;
+    return column.becomes.empty() || becomes == text ? text : concat(text, kBecomes, becomes);
   }
 
   Look look_;

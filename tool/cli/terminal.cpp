@@ -11,6 +11,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
@@ -55,7 +56,7 @@ Tone toneOfState(const std::string& word) {
 
 std::string coloured(const std::string& text, Tone tone) {
   if (tone == Tone::Plain || text.empty()) return text;
-  return kSequences[static_cast<std::size_t>(tone)] + text + kEnd;
+  return concat(kSequences[static_cast<std::size_t>(tone)], text, kEnd);
 }
 
 std::size_t shownWidth(const std::string& text) {
@@ -105,7 +106,7 @@ ProgressLine::~ProgressLine() {
   }
   ended_.notify_one();
   thread_.join();
-  if (width_ != 0) writeAll(terminal_, "\r" + std::string(width_, ' ') + "\r");
+  if (width_ != 0) writeAll(terminal_, concat("\r", std::string(width_, ' '), "\r"));
 }
 
 void ProgressLine::run() {
@@ -122,12 +123,12 @@ void ProgressLine::run() {
 }
 
 void ProgressLine::show(const std::string& work, std::size_t seconds) {
-  std::string text = printable("camcfg: " + name_ + ": " + work + (work.empty() ? "" : ", ") +
-                               std::to_string(seconds) + " s");
+  std::string text =
+      printable(concat("camcfg: ", name_, ": ", work, work.empty() ? "" : ", ", seconds, " s"));
   while (characters(text) > widest(terminal_)) text.pop_back();
   const std::size_t width = characters(text);
   const std::string rest(width_ > width ? width_ - width : 0, ' ');
-  writeAll(terminal_, "\r" + text + rest);
+  writeAll(terminal_, concat("\r", text, rest));
   width_ = std::max(width_, width);
 }
 

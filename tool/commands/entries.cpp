@@ -1,4 +1,5 @@
 #include "document/entries.h"
+#include "base/concat.h"
 
 #include <camcfg/types.h>
 
@@ -74,7 +75,7 @@ const char* kept(std::string text) {
 }
 
 std::string headingOf(const settings::Table& table) {
-  return std::string("Each ") + table.entry + " (" + table.place + " in documents):\n";
+  return concat("Each ", table.entry, " (", table.place, " in documents):\n");
 }
 
 // What help says of members, with what an entry has of those that are left out.
@@ -109,9 +110,8 @@ std::vector<cli::Command> commandsForEntries(const settings::Table& table,
                                              const std::string& above) {
   const auto words = [&table](const Arguments&) { return entryWords(table); };
   const auto members = [&table](const Arguments&) { return memberWords(table.settings); };
-  const char* meaning =
-      kept("Its " + std::string(table.key) +
-           (table.label == nullptr ? "" : std::string(", or its ") + table.label));
+  const char* meaning = kept(concat(
+      "Its ", table.key, table.label == nullptr ? "" : std::string(", or its ") + table.label));
   const char* member = settings::hasSecrets(table) ? "A member as below and its value; a secret "
                                                      "that is '-' is asked for at the terminal, or "
                                                      "is the next line of standard input"

@@ -1,4 +1,5 @@
 #include "document/exchange.h"
+#include "base/concat.h"
 
 #include <unistd.h>
 
@@ -45,8 +46,8 @@ Answer exportDocument(const Arguments& arguments) {
 std::string textOf(const std::vector<document::Deletion>& deletions) {
   std::string text;
   for (const auto& [section, entries] : deletions)
-    text += (text.empty() ? "" : ", ") + std::to_string(entries) +
-            (text.empty() ? entries == 1 ? " entry" : " entries" : "") + " of " + section;
+    text += concat(text.empty() ? "" : ", ", entries,
+                   text.empty() ? entries == 1 ? " entry" : " entries" : "", " of ", section);
   return text;
 }
 
@@ -57,9 +58,10 @@ void beforeDeleting(const Arguments& arguments, document::Mode mode,
   const bool isAsked = mode != document::Mode::Merge && !arguments.given(kDryRun) &&
                        !arguments.given(kYes) && isatty(STDERR_FILENO) == 1;
   if (isAsked)
-    throw Refusal(Status::Usage, "this deletes " + text +
-                                     ", which the document does not have; '--dry-run' shows them, "
-                                     "'--yes' does it, '--mode merge' keeps them");
+    throw Refusal(Status::Usage,
+                  concat("this deletes ", text,
+                         ", which the document does not have; '--dry-run' shows them, "
+                         "'--yes' does it, '--mode merge' keeps them"));
   announce((arguments.given(kDryRun) ? "note: would delete " : "note: deletes ") + text);
 }
 
@@ -102,7 +104,7 @@ void requireNoSection(const std::string& word) {
   const parameters::Parameters parameters;
   if (isAmong(parameters.sections(), word))
     throw Refusal(Status::Usage,
-                  "which parameter? '--section " + word + "' resets the whole section");
+                  concat("which parameter? '--section ", word, "' resets the whole section"));
   if (word.find_first_of("/.") != std::string::npos) return;
   std::vector<std::string> names;
   for (const parameters::Parameter& parameter : parameters.all())
@@ -132,8 +134,8 @@ Outcome resetBy(const Arguments& arguments) {
   }
   const std::string word = arguments.text(kSection);
   if (!arguments.given(kName)) requireNoSection(word);
-  const std::string place =
-      document::placeInDocument(arguments.given(kName) ? word + "/" + arguments.text(kName) : word);
+  const std::string place = document::placeInDocument(
+      arguments.given(kName) ? concat(word, "/", arguments.text(kName)) : word);
   if (document::isInDocument(place)) return document::resetSingle(place, options);
   return arguments.given(kName) ? document::resetParameter(word, arguments.text(kName), options)
                                 : document::resetParameter(place, "", options);

@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "network/network.h"
 
 #include "base/plain_text.h"
@@ -15,7 +16,7 @@ namespace {
 Fields fieldsOf(const Json& lookup, std::size_t index) {
   const std::string at = "{lookups/" + std::to_string(index);
   const std::string answerer =
-      at + "/answeredBy/name} at " + at + "/path}:" + at + "/answeredBy/line}";
+      concat(at, "/answeredBy/name} at ", at, "/path}:", at, "/answeredBy/line}");
   return {{{"lookup of", at + "/asked}"},
            {"answered by", lookup["answeredBy"].is_null() ? "-" : answerer},
            {"why", at + "/why}"},

@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "cli/command_line.h"
 #include "cli/completion.h"
@@ -48,8 +49,8 @@ Candidates explained(const Arguments& before) {
   for (const cli::Command* command : shownCommands(groups)) known.emplace_back(command->name);
   for (const cli::Topic& topic : cli::allTopics()) known.emplace_back(topic.name);
   const std::string near = didYouMean(name, known);
-  throw Refusal(Status::Usage, "there is neither a command nor a topic " + quoted(name) +
-                                   (near.empty() ? "; 'camcfg help' lists them" : near));
+  throw Refusal(Status::Usage, concat("there is neither a command nor a topic ", quoted(name),
+                                      near.empty() ? "; 'camcfg help' lists them" : near));
 }
 
 Answer help(const Arguments& arguments) {
@@ -122,7 +123,7 @@ Answer forZsh(const Arguments& arguments) {
     std::string word;
     for (const char c : candidate.word)
       word += c == ':' || c == '\\' ? std::string("\\") + c : std::string(1, c);
-    words.push_back(candidate.help.empty() ? word : word + ":" + printable(candidate.help));
+    words.push_back(candidate.help.empty() ? word : concat(word, ":", printable(candidate.help)));
   }
   return answerWith(place.kind, words);
 }

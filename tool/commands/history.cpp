@@ -1,4 +1,5 @@
 #include "device/history.h"
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
@@ -14,7 +15,7 @@ constexpr char kKeep[] = "--keep";
 int numberIn(const std::string& text, int least) {
   const std::optional<std::int32_t> number = decimal32(text);
   if (!number || *number < least)
-    throw Refusal(Status::Usage, quoted(text) + " is not a number from " + std::to_string(least));
+    throw Refusal(Status::Usage, concat(quoted(text), " is not a number from ", least));
   return *number;
 }
 
@@ -41,7 +42,7 @@ Answer keep(int most) {
 Answer history(const Arguments& arguments) {
   if (arguments.given(kKeep)) {
     if (arguments.given(kChange))
-      throw Refusal(Status::Usage, std::string(kKeep) + " cannot be combined with " + kChange);
+      throw Refusal(Status::Usage, concat(kKeep, " cannot be combined with ", kChange));
     return keep(numberIn(arguments.text(kKeep), 0));
   }
   if (arguments.given(kChange)) {
@@ -88,8 +89,8 @@ Answer undo(const Arguments& arguments) {
 std::vector<std::string> remarks() {
   const std::optional<device::RecordedChange> change = device::interruptedChange();
   if (!change) return {};
-  return {"an interrupted change is waiting: " + device::describe(*change) +
-          "; 'camcfg boot' or the next change brings it to its end"};
+  return {concat("an interrupted change is waiting: ", device::describe(*change),
+                 "; 'camcfg boot' or the next change brings it to its end")};
 }
 
 CommandGroup historyGroup() {

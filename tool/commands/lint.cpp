@@ -1,4 +1,5 @@
 #include "lint/lint.h"
+#include "base/concat.h"
 
 #include <algorithm>
 #include <iterator>
@@ -71,8 +72,8 @@ Form formIn(const Arguments& arguments) {
     if (name == form.name) return form.form;
     names.emplace_back(form.name);
   }
-  throw Refusal(Status::Usage, std::string(kFormat) + ": " + quoted(name) + " is none of " +
-                                   joined(names) + didYouMean(name, names));
+  throw Refusal(Status::Usage, concat(kFormat, ": ", quoted(name), " is none of ", joined(names),
+                                      didYouMean(name, names)));
 }
 
 lint::Steering steeringIn(const Arguments& arguments) {
@@ -87,8 +88,8 @@ void addKnown(const lint::Steering& steering, Answer& answer) {
   answer.value["gone"] = steering.gone();
   const auto note = [&](std::size_t count, const char* what) {
     if (count == 0) return;
-    answer.notes.push_back("note: " + std::to_string(count) + " finding" + (count == 1 ? "" : "s") +
-                           " of the baseline " + (count == 1 ? "is " : "are ") + what);
+    answer.notes.push_back(concat("note: ", count, " finding", count == 1 ? "" : "s",
+                                  " of the baseline ", count == 1 ? "is " : "are ", what));
   };
   note(steering.known(), "left out");
   note(steering.gone(), "there no longer");
@@ -195,9 +196,9 @@ Answer fixedAnswer(const std::vector<lint::Source>& sources, const Repairs& repa
 Answer fixedText(const lint::Source& source, Answer answer) {
   for (const char* list : {"fixed", "findings"})
     for (const Json& each : answer.value[list])
-      answer.notes.push_back(
-          source.name + ":" + std::to_string(each.find_path("line")->get<int>()) + ": " +
-          each.find_path("text")->text() + " [" + each.find_path("rule")->text() + "]");
+      answer.notes.push_back(concat(source.name, ":", each.find_path("line")->get<int>(), ": ",
+                                    each.find_path("text")->text(), " [",
+                                    each.find_path("rule")->text(), "]"));
   answer.value["contents"] = source.bytes;
   answer.layout = {Verbatim{source.bytes}};
   return answer;
@@ -250,14 +251,13 @@ Answer run(const Arguments& arguments) {
   if (arguments.given(kRules)) {
     for (const auto& [other, isGiven] :
          {std::pair{kFile, !files.empty()}, std::pair{kFix, arguments.given(kFix)}})
-      if (isGiven)
-        throw Refusal(Status::Usage, std::string(kRules) + " cannot be combined with " + other);
+      if (isGiven) throw Refusal(Status::Usage, concat(kRules, " cannot be combined with ", other));
     return rules();
   }
   if (arguments.given(kFix))
     return files.empty() ? fixDevice(arguments) : fixFiles(files, arguments);
   if (arguments.given(kDryRun))
-    throw Refusal(Status::Usage, std::string(kDryRun) + " is of use with " + kFix + " only");
+    throw Refusal(Status::Usage, concat(kDryRun, " is of use with ", kFix, " only"));
   if (!files.empty()) return answerOf(lint::sourcesOf(files), arguments);
   const device::FileSet set = device::surveyFiles();
   device::requireAnyFile(set);
@@ -268,7 +268,7 @@ Candidates ruleWords(const Arguments& /*before*/) {
   Candidates candidates;
   for (const lint::Rule* rule : lint::kRules)
     for (const char* level : {"off", "warning", "error"})
-      candidates.push_back({rule->id + ("=" + std::string(level)), rule->explanation});
+      candidates.push_back({concat(rule->id, "=", level), rule->explanation});
   return candidates;
 }
 

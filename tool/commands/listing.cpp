@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "document/keyed.h"
@@ -99,8 +100,8 @@ std::size_t choiceOf(const Arguments& arguments, const char* option,
   const std::string word = arguments.text(option);
   const auto found = std::find(words.begin(), words.end(), word);
   if (found == words.end())
-    throw Refusal(Status::Usage, std::string(option) + ": " + quoted(word) + " is none of " +
-                                     joined(words) + didYouMean(word, words));
+    throw Refusal(Status::Usage, concat(option, ": ", quoted(word), " is none of ", joined(words),
+                                        didYouMean(word, words)));
   return static_cast<std::size_t>(found - words.begin());
 }
 
@@ -132,7 +133,7 @@ Candidates memberWords(const settings::Settings& settings) {
     if (setting.kind == Kind::Switch || setting.kind == Kind::Flag) values = {"yes", "no"};
     if (values.empty()) values.emplace_back();
     for (const std::string& value : values)
-      candidates.push_back({setting.member + ("=" + value), setting.help});
+      candidates.push_back({concat(setting.member, "=", value), setting.help});
   }
   return candidates;
 }

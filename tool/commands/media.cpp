@@ -4,6 +4,7 @@
 #include <list>
 #include <string>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/turn.h"
@@ -35,9 +36,9 @@ Answer sources(const Arguments& /*arguments*/) {
 }
 
 std::string whyUnlike(const Json& cache) {
-  return "note: stream cache " + cache["id"].dump() +
-         ": \"Default\", which the loader reads, is at source " + cache["default"].dump() +
-         ", but \"Enable\", which 'select' writes, at source " + cache["enable"].dump();
+  return concat("note: stream cache ", cache["id"].dump(),
+                ": \"Default\", which the loader reads, is at source ", cache["default"].dump(),
+                ", but \"Enable\", which 'select' writes, at source ", cache["enable"].dump());
 }
 
 Answer caches(const Arguments& /*arguments*/) {
@@ -93,7 +94,7 @@ cli::Command commandFor(const settings::Table& table) {
   // Kept for as long as the program runs, as other commands' names are.
   static std::list<std::string> texts;
   const char* name = texts.emplace_back("live " + std::string(table.word)).c_str();
-  const char* help = texts.emplace_back("List the " + std::string(table.entry) + "s").c_str();
+  const char* help = texts.emplace_back(concat("List the ", table.entry, "s")).c_str();
   cli::Command command{name, help, {}, [&table](const Arguments& arguments) {
                          return listingOf(
                              table, settings::hasSecrets(table) && arguments.given(kShowSecrets));
@@ -124,7 +125,7 @@ bool isSvg(const Arguments& arguments) {
   const std::string format = arguments.text(kFormat);
   if (format == "svg") return true;
   if (format.empty() || format == "dot") return false;
-  throw Refusal(Status::Usage, "unknown format '" + format + "'; there are dot and svg");
+  throw Refusal(Status::Usage, concat("unknown format '", format, "'; there are dot and svg"));
 }
 
 // What can be read of the wiring, and the same in DOT.
@@ -151,7 +152,7 @@ Answer graph(const Arguments& arguments) {
   std::vector<media::Remark> remarks;
   answer.value["findings"] = Json::array();
   for (const lint::Finding& finding : findings(document)) {
-    const std::string text = finding.text + " [" + finding.rule->id + "]";
+    const std::string text = concat(finding.text, " [", finding.rule->id, "]");
     remarks.push_back({finding.line, text});
     answer.value["findings"].push_back(text);
     answer.notes.push_back("note: " + text);

@@ -1,4 +1,5 @@
 #include "network/network.h"
+#include "base/concat.h"
 
 #include <camcfg/network.h>
 
@@ -37,13 +38,12 @@ void tellUnlisted(Answer& answer, const tagNETWORK_CARDS_S& cards) {
     if (!record["listed"].get<bool>())
       unlisted.push_back(name);
     else if (name != cards.acCard[index])
-      answer.notes.push_back("note: the library lists " + name + " as " + cards.acCard[index]);
+      answer.notes.push_back(concat("note: the library lists ", name, " as ", cards.acCard[index]));
     ++index;
   }
   if (!unlisted.empty())
-    answer.notes.push_back("note: the library lists the first " +
-                           std::to_string(CFG_NETWORK_CARDS_MAX) + " cards only, without " +
-                           joined(unlisted));
+    answer.notes.push_back(concat("note: the library lists the first ", CFG_NETWORK_CARDS_MAX,
+                                  " cards only, without ", joined(unlisted)));
 }
 
 Answer cards(const Arguments& /*arguments*/) {
@@ -91,16 +91,16 @@ Answer shown(const network::Network& network, XMLElement& card, bool factory) {
     const char* name = settings::elementOf(setting);
     answer.value["fields"][name] =
         network::attributeOf(network::childOf(card, name), factory ? "Def" : "Cur");
-    fields.fields.push_back({name, std::string("{fields/") + name + "}"});
+    fields.fields.push_back({name, concat("{fields/", name, "}")});
   }
   answer.layout = {fields};
   const XMLElement& found = network.lookup(card);
   if (&found == &card)
     tellMisread(answer, card, factory);
   else
-    answer.notes.push_back(std::string("note: applications that ask for ") + card.Value() +
-                           " get " + found.Value() +
-                           ", since another name that begins with it comes first");
+    answer.notes.push_back(concat("note: applications that ask for ", card.Value(), " get ",
+                                  found.Value(),
+                                  ", since another name that begins with it comes first"));
   return answer;
 }
 
@@ -112,7 +112,7 @@ Answer showAll(const network::Network& network, bool factory) {
   for (XMLElement* card : network.cards()) {
     const Answer one = shown(network, *card, factory);
     text +=
-        (text.empty() ? "" : "\n") + network::withInterface(*card) + "\n" + cli::renderText(one);
+        concat(text.empty() ? "" : "\n", network::withInterface(*card), "\n", cli::renderText(one));
     answer.value.push_back(one.value);
     answer.notes.insert(answer.notes.end(), one.notes.begin(), one.notes.end());
   }
@@ -143,8 +143,9 @@ Answer withDryRun(Answer answer, const Arguments& arguments) {
 Answer setOneField(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.texts(kFieldValue);
   if (words.size() != 2)
-    throw Refusal(Status::Usage, words.size() == 1 ? "which value? give " + words.front() + "=VALUE"
-                                                   : "give FIELD=VALUE for each, or FIELD VALUE");
+    throw Refusal(Status::Usage, words.size() == 1
+                                     ? concat("which value? give ", words.front(), "=VALUE")
+                                     : "give FIELD=VALUE for each, or FIELD VALUE");
   const device::Turn turn = turnFor(arguments);
   return withDryRun(Answer(network::setNetworkField(arguments.text(kCard), words[0], words[1],
                                                     optionsOf(arguments, arguments.given(kForce))),
@@ -195,12 +196,13 @@ std::string fieldsHelp() {
 }
 
 std::string assignmentsHelp() {
-  return "Fields of a card; those that 'network show' lists are known by these names, too:\n" +
-         membersHelp(settings::plainCardSettings(),
-                     [](const settings::Setting& setting) { return setting.member; }) +
-         "\nA PREFIX is the length of the netmask. 'address', 'netmask' and 'gateway' mean\n"
-         "mode=static, 'dns' means dnsMode=manual, and mode=dhcp means dnsMode=auto unless\n"
-         "the servers are given. A gateway must be in the subnet of the address.\n";
+  return concat(
+      "Fields of a card; those that 'network show' lists are known by these names, too:\n",
+      membersHelp(settings::plainCardSettings(),
+                  [](const settings::Setting& setting) { return setting.member; }),
+      "\nA PREFIX is the length of the netmask. 'address', 'netmask' and 'gateway' mean\n"
+      "mode=static, 'dns' means dnsMode=manual, and mode=dhcp means dnsMode=auto unless\n"
+      "the servers are given. A gateway must be in the subnet of the address.\n");
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "parameters/parameter.h"
 
 #include <camcfg/types.h>
@@ -63,9 +64,9 @@ Answer get(const Arguments& arguments) {
   const auto found = parameters.lookup(parameter.section, parameter.name);
   answer.value["answeredBy"] = pathOrNull(found);
   if (!isSame(found, parameter))
-    answer.notes.push_back("note: applications that ask for " + parameter.path() + " get " +
-                           (found ? found->path() : "nothing") +
-                           ", since another name that begins with it comes first");
+    answer.notes.push_back(concat("note: applications that ask for ", parameter.path(), " get ",
+                                  found ? found->path() : "nothing",
+                                  ", since another name that begins with it comes first"));
   return answer;
 }
 
@@ -91,14 +92,14 @@ parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
   if (words.front().empty())
     throw Refusal(Status::Usage, "which setting? the first argument is empty");
   if (words.size() == 3) {
-    const std::string place = words[0] + "/" + words[1];
+    const std::string place = concat(words[0], "/", words[1]);
     const std::string inDocument = document::placeInDocument(place);
     if (inDocument != place) return {inDocument, "", words[2]};
     return {words[0], words[1], words[2]};
   }
   if (words.size() == 2) return {document::placeInDocument(words[0]), "", words[1]};
   throw Refusal(Status::Usage, words.size() == 1
-                                   ? "which value? give " + words[0] + "=VALUE"
+                                   ? concat("which value? give ", words[0], "=VALUE")
                                    : "give PLACE=VALUE for each, or SECTION NAME VALUE");
 }
 
@@ -158,8 +159,8 @@ std::vector<parameters::Parameter> requireNamed(const parameters::Parameters& pa
       named.insert(isSame(found, parameter) ? named.begin() : named.end(), parameter);
   }
   if (!named.empty()) return named;
-  std::string lookup = found ? " (a lookup finds " + found->path() + ")" : "";
-  throw Refusal("there is no parameter '" + name + "'" + lookup + didYouMean(name, names));
+  std::string lookup = found ? concat(" (a lookup finds ", found->path(), ")") : "";
+  throw Refusal(concat("there is no parameter '", name, "'", lookup, didYouMean(name, names)));
 }
 
 std::vector<cli::Block> descriptionOf(const parameters::Parameter& parameter) {

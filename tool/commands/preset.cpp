@@ -1,4 +1,5 @@
 #include "presets/preset.h"
+#include "base/concat.h"
 
 #include <camcfg/preset.h>
 
@@ -44,7 +45,7 @@ Answer get(const Arguments& arguments) {
 
 Json requireNumber(const Setting& setting, const std::string& text) {
   const std::string fault = settings::objectionTo(setting, text).why;
-  if (!fault.empty()) throw Refusal(std::string(setting.option) + ": " + fault);
+  if (!fault.empty()) throw Refusal(concat(setting.option, ": ", fault));
   return *decimal32(text);
 }
 
@@ -138,10 +139,10 @@ int requireUnusedId() {
   int id = kNone;
   forgetComplaint();
   if (CFG_PRESET_GetUnusedId(&id) != 0)
-    throw Refusal("the library finds no free id (" + lastComplaint() + ")");
+    throw Refusal(concat("the library finds no free id (", lastComplaint(), ")"));
   if (id == kNone)
-    throw Refusal("no id is left: all from 0 to " + std::to_string(PRESET_ID_MAX - 1) +
-                  " are taken; delete a preset first");
+    throw Refusal(concat("no id is left: all from 0 to ", PRESET_ID_MAX - 1,
+                         " are taken; delete a preset first"));
   return id;
 }
 
@@ -168,7 +169,7 @@ Answer remove(const Arguments& arguments) {
 cli::Block exportedAs(const std::string& format, const presets::Presets& presets) {
   if (format == "csv") return Verbatim{presets::presetsAsCsv(presets.all())};
   if (format == "json") return cli::WholeValue{};
-  throw Refusal(Status::Usage, std::string(kFormat) + ": '" + format + "' is neither csv nor json");
+  throw Refusal(Status::Usage, concat(kFormat, ": '", format, "' is neither csv nor json"));
 }
 
 Answer exportAll(const Arguments& arguments) {
@@ -185,7 +186,7 @@ void tellFaults(Answer& answer, const Json& faults) {
     if (answer.notes.size() < kFaultsTold) answer.notes.push_back(fault.text());
   const std::size_t more = faults.size() - answer.notes.size();
   answer.notes.push_back("nothing was imported" +
-                         (more == 0 ? "" : " (" + std::to_string(more) + " more faults)"));
+                         (more == 0 ? "" : concat(" (", more, " more faults)")));
 }
 
 Answer importAll(const Arguments& arguments) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/concat.h"
 #include "commands/groups.h"
 #include "device/files.h"
 #include "device/scratch.h"
@@ -24,13 +25,13 @@ constexpr char kReportEnding[] = ".html";
 Json factsFor(const Arguments& arguments) {
   if (!arguments.given(kFiles)) return report::factsOf(true);
   std::vector<device::Contents> files;
-  Json notes = {
-      "These are files without a device: copies, factory values and languages are not judged"};
+  Json notes = Json::array(
+      {"These are files without a device: copies, factory values and languages are not judged"});
   for (const HostFile& file : arguments.files(kFiles))
     if (file.fault.empty())
       files.push_back({device::pathOf(device::Place::Main, file.path), file.contents});
     else
-      notes.push_back(file.path + " cannot be read: " + file.fault);
+      notes.push_back(concat(file.path, " cannot be read: ", file.fault));
   if (files.empty())
     throw Refusal(Status::Unusable, arguments.text(kFiles) + ": it has no file of a device");
   Json facts = device::onScratchDevice(files, [] { return report::factsOf(false); });
@@ -94,7 +95,7 @@ void requireOne(const Arguments& arguments) {
   for (const char* option : {kFiles, kCompare, kFleet})
     if (arguments.given(option)) given.emplace_back(option);
   if (given.size() > 1)
-    throw Refusal(Status::Usage, given[0] + " cannot be combined with " + given[1]);
+    throw Refusal(Status::Usage, concat(given[0], " cannot be combined with ", given[1]));
   if (arguments.directory(kKeyIn) != nullptr && !arguments.given(kAnonymize))
     throw Refusal(Status::Usage, "--key is for '--anonymize', which is missing");
 }

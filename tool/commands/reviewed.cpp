@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/change.h"
@@ -19,8 +20,8 @@ constexpr std::size_t kMost = 20;
 
 // "error: /cfg0/mpp_cfg.xml:12: ... [rule]"
 std::string lineOf(const lint::Finding& finding) {
-  return std::string(wordFor(finding.severity)) + ": " + finding.file + ":" +
-         std::to_string(finding.line) + ": " + finding.text + " [" + finding.rule->id + "]";
+  return concat(wordFor(finding.severity), ": ", finding.file, ":", finding.line, ": ",
+                finding.text, " [", finding.rule->id, "]");
 }
 
 // What lint would say of what a command makes of the files.
@@ -38,8 +39,8 @@ class LintReview {
     }
     if (errors.empty() || force_) return;
     const std::string more = takeMore(errors);
-    throw Refusal("this would add what 'lint' calls an error, which '--force' allows: " +
-                  joined(errors, "; ") + (more.empty() ? "" : "; " + more));
+    throw Refusal(concat("this would add what 'lint' calls an error, which '--force' allows: ",
+                         joined(errors, "; "), more.empty() ? "" : "; " + more));
   }
 
   void addTo(Answer& answer) const {
@@ -59,7 +60,7 @@ class LintReview {
     if (lines.size() <= kMost) return "";
     const std::size_t more = lines.size() - kMost;
     lines.resize(kMost);
-    return "and " + std::to_string(more) + " more";
+    return concat("and ", more, " more");
   }
 
   const bool force_;

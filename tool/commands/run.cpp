@@ -1,5 +1,6 @@
 #include <csignal>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "cli/command_line.h"
 #include "commands/groups.h"
@@ -14,7 +15,7 @@ constexpr char kProgramArguments[] = "ARGS";
 void enter(const std::string& root) try {
   device::seeDevice(root);
 } catch (const Refusal& refusal) {
-  throw refusal.after(std::string(cli::kRoot) + " " + root + ": ", refusal.status());
+  throw refusal.after(concat(cli::kRoot, " ", root, ": "), refusal.status());
 }
 
 cli::Answer run(const cli::Arguments& arguments) {

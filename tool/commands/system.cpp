@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "commands/groups.h"
 #include "device/files.h"
@@ -24,7 +25,7 @@ Answer system(const Arguments& /*arguments*/) {
 Answer showPort(const SystemPort& port) {
   device::requireDocument(CFG_FILE_BUSINESS);
   const std::optional<int> number = port.read();
-  const std::string path = std::string(kSystemSection) + "/" + port.parameter;
+  const std::string path = concat(kSystemSection, "/", port.parameter);
   if (!number) throw Refusal(path + ": no port is set there");
   return {Json{{"port", port.member}, {"parameter", path}, {"value", *number}}, {Line{"{value}"}}};
 }
@@ -59,8 +60,8 @@ Answer lang(const Arguments& arguments) {
   const device::Document texts = device::requireTexts(language);
   std::string text;
   if (!findText(language, key, text))
-    throw Refusal(language + " has no text '" + key + "'" +
-                  didYouMean(key, device::keysOf(*texts)));
+    throw Refusal(
+        concat(language, " has no text '", key, "'", didYouMean(key, device::keysOf(*texts))));
   return {Json{{"language", language}, {"key", key}, {"text", text}}, {Line{"{text}"}}};
 }
 
@@ -69,9 +70,9 @@ Answer lang(const Arguments& arguments) {
 Fields systemFields(const std::string& above) {
   Fields fields;
   for (const char* name : {"name", "model", "language"})
-    fields.fields.push_back({name, "{" + above + name + "}"});
+    fields.fields.push_back({name, concat("{", above, name, "}")});
   for (const SystemPort& port : settings::systemPorts())
-    fields.fields.push_back({port.label, "{" + above + "ports/" + port.member + "}"});
+    fields.fields.push_back({port.label, concat("{", above, "ports/", port.member, "}")});
   return fields;
 }
 

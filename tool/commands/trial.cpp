@@ -1,4 +1,5 @@
 #include "document/trial.h"
+#include "base/concat.h"
 
 #include <algorithm>
 #include <csignal>
@@ -30,10 +31,10 @@ seconds lengthIn(const std::string& text) {
   for (const auto& [unit, length] : kUnits)
     if (number && text.back() == unit && *number >= 1 && std::int64_t{*number} * length <= kMost)
       return seconds(std::int64_t{*number} * length);
-  throw Refusal::about(kFor,
-                       std::string(kFor) + ": " + quoted(text) +
-                           " is no time from 1s to 7d, such as 90s, 10m, 2h or 1d",
-                       Status::Usage);
+  throw Refusal::about(
+      kFor,
+      concat(kFor, ": ", quoted(text), " is no time from 1s to 7d, such as 90s, 10m, 2h or 1d"),
+      Status::Usage);
 }
 
 /// A change that is made, and what becomes of it.
@@ -49,8 +50,8 @@ class TriedCommand {
     });
     for (const std::string& note : answer.notes) channel_.say(note);
     if (!wait_) return answer;
-    channel_.say("change " + number() + " is on trial until " + utcText(endOf(*change_.trial)) +
-                 "; 'camcfg confirm' keeps it, 'camcfg cancel' rolls it back");
+    channel_.say(concat("change ", number(), " is on trial until ", utcText(endOf(*change_.trial)),
+                        "; 'camcfg confirm' keeps it, 'camcfg cancel' rolls it back"));
     return ended(awaitEnd());
   }
 
@@ -99,7 +100,7 @@ class TriedCommand {
 
   std::optional<TrialEnd> endByOthers() const {
     const std::optional<TrialEnd> end = wait_->end();
-    if (end == TrialEnd::RolledBack) channel_.say("change " + number() + " was rolled back");
+    if (end == TrialEnd::RolledBack) channel_.say(concat("change ", number(), " was rolled back"));
     return end;
   }
 
@@ -113,7 +114,8 @@ class TriedCommand {
         return TrialEnd::RolledBack;
       } catch (const Refusal& refusal) {
         if (said != refusal.what())
-          channel_.say("change " + number() + " could not be rolled back yet: " + refusal.what());
+          channel_.say(
+              concat("change ", number(), " could not be rolled back yet: ", refusal.what()));
         said = refusal.what();
       }
       waitToRetry(said);
@@ -123,13 +125,13 @@ class TriedCommand {
   void waitToRetry(const std::string& fault) const try {
     channel_.pause(kRetry);
   } catch (const cli::Stopped&) {
-    throw Refusal("change " + number() +
-                  " is still in force, until the next command rolls it back: " + fault);
+    throw Refusal(concat("change ", number(),
+                         " is still in force, until the next command rolls it back: ", fault));
   }
 
   Answer ended(TrialEnd end) {
     const bool isConfirmed = end == TrialEnd::Confirmed;
-    if (isConfirmed) channel_.say("change " + number() + " is confirmed");
+    if (isConfirmed) channel_.say(concat("change ", number(), " is confirmed"));
     const char* outcome = isConfirmed ? "confirmed" : "rolledBack";
     print([&] { channel_.answer({{"number", change_.number}, {"outcome", outcome}}); });
     if (isConfirmed && unprinted_)

@@ -1,4 +1,5 @@
 #include "upgrade/upgrade.h"
+#include "base/concat.h"
 
 #include "base/plain_text.h"
 #include "commands/groups.h"
@@ -19,8 +20,8 @@ upgrade::OnConflict onConflictIn(const Arguments& arguments) {
   if (word == kConflictWords[0]) return upgrade::OnConflict::User;
   if (word == kConflictWords[1]) return upgrade::OnConflict::Factory;
   if (word == kConflictWords[2]) return upgrade::OnConflict::Stop;
-  throw Refusal(Status::Usage, std::string(kOnConflict) + ": " + quoted(word) + " is none of " +
-                                   joined(kConflictWords));
+  throw Refusal(Status::Usage,
+                concat(kOnConflict, ": ", quoted(word), " is none of ", joined(kConflictWords)));
 }
 
 std::optional<std::string> rulesIn(const Arguments& arguments) {
@@ -31,7 +32,7 @@ std::optional<std::string> rulesIn(const Arguments& arguments) {
 Answer checkRules(const Arguments& arguments) {
   for (const char* other : {kFrom, kOnConflict, kDryRun})
     if (arguments.given(other))
-      throw Refusal(Status::Usage, std::string(kCheckRules) + " cannot be combined with " + other);
+      throw Refusal(Status::Usage, concat(kCheckRules, " cannot be combined with ", other));
   Answer answer(upgrade::checkRules(rulesIn(arguments)));
   if (answer.status == Status::Done)
     answer.layout = {Line{"version {version}, rules: {rules}; no fault"}};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/in_the_way.h"
 
@@ -15,7 +16,7 @@ constexpr char kResync[] = "verify --resync";
 constexpr Place kWritten[] = {Place::Main, Place::Backup};
 
 std::string runs(const char* command) {
-  return std::string("'camcfg ") + command + "'";
+  return concat("'camcfg ", command, "'");
 }
 
 // ... "restores it from the factory set".
@@ -36,7 +37,7 @@ std::vector<std::string> allInTheWay(const ConfigFile& file) {
 void adviseMoving(const std::vector<std::string>& paths, Advice& advice) {
   advice.move = paths;
   const bool isItself = paths.size() == 1 && paths.front() == advice.path;
-  advice.outlook = "; move " + (isItself ? "it" : joined(paths)) + " away";
+  advice.outlook = concat("; move ", isItself ? "it" : joined(paths), " away");
 }
 
 bool isAnyGood(const ConfigFile& file) {
@@ -120,9 +121,9 @@ void Adviser::withoutStart(const ConfigFile& file, Place place, Advice& advice) 
     adviseMoving(moved, advice);
     advice.outlook += " and run " + runs(kResync);
   } else if (isRestored) {
-    advice.outlook = "; " + runs(kResync) +
-                     (place == Place::Main ? restoresFrom(resync_.source(file, place))
-                                           : " brings it up to date");
+    advice.outlook = concat(
+        "; ", runs(kResync),
+        place == Place::Main ? restoresFrom(resync_.source(file, place)) : " brings it up to date");
   } else {
     advice.outlook =
         withoutAdvice(file, place, refusal_.empty() ? resync_.obstacle(file) : refusal_);

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/concat.h"
 #include "device/in_the_way.h"
 #include "device/repair.h"
 #include "device/salvage.h"
@@ -15,9 +16,10 @@ void addRestored(const Json& files, Json& done) {
       for (const Place from : kPlaces) {
         const std::string name = file.at("name").text();
         if (file.at("restored").at(wordFor(to)) != wordFor(from)) continue;
-        done.push_back(to == Place::Backup && from == Place::Main
-                           ? pathOf(to, name) + " was brought in sync with " + pathOf(from, name)
-                           : pathOf(to, name) + " was restored from " + pathOf(from, name));
+        done.push_back(
+            to == Place::Backup && from == Place::Main
+                ? concat(pathOf(to, name), " was brought in sync with ", pathOf(from, name))
+                : concat(pathOf(to, name), " was restored from ", pathOf(from, name)));
       }
 }
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <thread>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
@@ -196,10 +197,11 @@ class Undertaking {
 
   [[noreturn]] void refuseAfter(const FileChange& failed) {
     const Change& change = changeOf(failed);
-    throw Refusal(change.what + ": the change is not in " + failed.path + "; " +
-                  (takeBack() ? "the previous contents were restored"
-                              : "the previous contents could not be restored; make room and run "
-                                "'camcfg verify'"));
+    throw Refusal(concat(change.what, ": the change is not in ", failed.path, "; ",
+                         takeBack()
+                             ? "the previous contents were restored"
+                             : "the previous contents could not be restored; make room and run "
+                               "'camcfg verify'"));
   }
 
   // Puts the previous contents back where the change, or a part of it, is. What other programs saved
@@ -234,8 +236,8 @@ class Undertaking {
           calmly([&] { return sameContents(loadCopy(file.path), loadCopy(backup)); },
                  [](bool alike) { return !alike; });
       if (!isAlike)
-        throw Refusal(changes_.front().what + ": stored in " + file.path +
-                      " but not in its backup " + backup + "; run 'camcfg verify --resync'");
+        throw Refusal(concat(changes_.front().what, ": stored in ", file.path,
+                             " but not in its backup ", backup, "; run 'camcfg verify --resync'"));
     }
   }
 
@@ -250,14 +252,13 @@ class Undertaking {
   }
 
   static std::string undone(const Change& change) {
-    return change.what + ": another program's save undid it " + std::to_string(kAttempts) +
-           " times";
+    return concat(change.what, ": another program's save undid it ", kAttempts, " times");
   }
 
   static std::string undone(const Change& change, tinyxml2::XMLDocument& main) {
     if (!change.standing) return undone(change);
     const std::optional<std::string> value = change.standing(main);
-    return undone(change) + "; " + (value ? quoted(*value) : "nothing") + " is set now";
+    return concat(undone(change), "; ", value ? quoted(*value) : "nothing", " is set now");
   }
 
   const std::vector<Change>& changes_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "device/calm.h"
@@ -27,8 +28,8 @@ std::vector<Contents> filesOf(const std::vector<Change>& changes, bool again) {
 }
 
 [[noreturn]] void refuse(const Change& change, std::string fault, const std::string& complaint) {
-  if (!complaint.empty()) fault += " (" + complaint + ")";
-  throw Refusal(change.what + ": " + fault + "; nothing was changed");
+  if (!complaint.empty()) fault += concat(" (", complaint, ")");
+  throw Refusal(concat(change.what, ": ", fault, "; nothing was changed"));
 }
 
 // What the library complained of, although it made the change.

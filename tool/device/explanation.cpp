@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -72,8 +73,8 @@ Json valueRow(const std::string& name, const std::string& permitted) {
 
 std::string whyFirst(const std::vector<Hit>& hits, const std::string& what,
                      const std::string& sought) {
-  if (hits.empty()) return "no " + what + " begins with '" + sought + "'";
-  const std::string why = "the first whose " + what + " begins with '" + sought + "'";
+  if (hits.empty()) return concat("no ", what, " begins with '", sought, "'");
+  const std::string why = concat("the first whose ", what, " begins with '", sought, "'");
   if (hits.front().exact) return why + ", an exact match";
   const bool hidden =
       std::any_of(hits.begin(), hits.end(), [](const Hit& hit) { return hit.exact; });
@@ -99,10 +100,11 @@ Lookup lookupInSections(tinyxml2::XMLDocument& document, const std::string& name
   Lookup lookup{name + " (no section)", {}, ""};
   for (XMLElement* section : childrenOf(document))
     if (XMLElement* element = CFG_GetElementByName(section, name.c_str()))
-      lookup.hits.push_back({std::string(section->Value()) + "/" + element->Value(),
-                             element->GetLineNum(), element->Value() == name, element});
-  lookup.why = lookup.hits.empty() ? "no section has a name that begins with '" + name + "'"
-                                   : "the first section in which a name begins with '" + name + "'";
+      lookup.hits.push_back({concat(section->Value(), "/", element->Value()), element->GetLineNum(),
+                             element->Value() == name, element});
+  lookup.why = lookup.hits.empty()
+                   ? concat("no section has a name that begins with '", name, "'")
+                   : concat("the first section in which a name begins with '", name, "'");
   return lookup;
 }
 
@@ -121,8 +123,8 @@ ExplainedFile::ExplainedFile(const char* mainPath) {
   }
   while (tried_ < copies_.size() && copies_[tried_].state != State::Good) ++tried_;
   if (tried_ == copies_.size())
-    throw Refusal(Status::Unusable, std::string(mainPath) + " " + copies_[0].fault +
-                                        " and no other copy of it is good");
+    throw Refusal(Status::Unusable,
+                  concat(mainPath, " ", copies_[0].fault, " and no other copy of it is good"));
 }
 
 ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
@@ -134,8 +136,8 @@ ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
     asked.push_back(name);
     const Lookup lookup = lookupByName(*element, name, joined(asked, "/"));
     if (lookup.hits.empty())
-      throw Refusal(joined(path, "/") + " has nothing whose name begins with '" + name + "'" +
-                    didYouMean(name, namesIn(*element)));
+      throw Refusal(concat(joined(path, "/"), " has nothing whose name begins with '", name, "'",
+                           didYouMean(name, namesIn(*element))));
     explanation.lookups.push_back(file.told(lookup));
     XMLElement* exact = element->FirstChildElement(name.c_str());
     element = exact == nullptr ? lookup.hits.front().element : exact;

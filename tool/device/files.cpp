@@ -9,6 +9,7 @@
 #include <cstring>
 #include <set>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
@@ -39,15 +40,14 @@ Copy examine(const std::string& path) {
 // that cannot be had, is passed on as it is.
 std::string loadFault(const std::string& path) {
   const std::string complaint = lastComplaint();
-  const bool ordinary = complaint.empty() || complaint == "Load file " + path + " fail";
+  const bool ordinary = complaint.empty() || complaint == concat("Load file ", path, " fail");
   return ordinary ? "is not well-formed XML" : "cannot be loaded: " + complaint;
 }
 
 std::string remedyFor(State state) {
   if (state == State::Unreadable) return "";
   const bool inTheWay = state != State::Missing && state != State::Damaged;
-  return std::string("; ") + (inTheWay ? "move it away and " : "") +
-         "run 'camcfg verify' to repair it";
+  return concat("; ", inTheWay ? "move it away and " : "", "run 'camcfg verify' to repair it");
 }
 
 Descriptor opened(const std::string& directory) {
@@ -92,7 +92,7 @@ void compare(ConfigFile& file) {
   file.main.state = states.main;
   file.backup.state = states.backup;
   if (states.main == State::CutShort)
-    file.main.fault = "ends before '" + states.lacking + "', which its backup has";
+    file.main.fault = concat("ends before '", states.lacking, "', which its backup has");
 }
 
 FileSet surveyOnce() {
@@ -135,7 +135,7 @@ const char* wordFor(Place place) {
 
 std::string pathOf(Place place, const std::string& file) {
   constexpr const char* kDirectories[] = {CFG_DIR_MAIN, CFG_DIR_BACKUP, CFG_DIR_DEFAULT};
-  return std::string(kDirectories[static_cast<std::size_t>(place)]) + "/" + nameOf(file);
+  return concat(kDirectories[static_cast<std::size_t>(place)], "/", nameOf(file));
 }
 
 std::string nameOf(const std::string& path) {
@@ -172,7 +172,7 @@ Document requireDocument(const std::string& path) {
   Copy copy = loadCalmly(path);
   if (copy.state == State::Missing) requireDevice();
   if (copy.state != State::Good)
-    throw Refusal(Status::Unusable, path + " " + copy.fault + remedyFor(copy.state));
+    throw Refusal(Status::Unusable, concat(path, " ", copy.fault, remedyFor(copy.state)));
   return std::move(copy.document);
 }
 
@@ -261,12 +261,12 @@ std::vector<std::string> languages() {
 Document requireTexts(const std::string& language) {
   const std::vector<std::string> known = languages();
   if (!isAmong(known, language))
-    throw Refusal("there is no language '" + language + "'" +
-                  (known.empty() ? "" : " (there are " + joined(known) + ")") +
-                  didYouMean(language, known));
+    throw Refusal(concat("there is no language '", language, "'",
+                         known.empty() ? "" : concat(" (there are ", joined(known), ")"),
+                         didYouMean(language, known)));
   const std::string path = (CFG_DIR_LANGUAGE + language).append(kSuffix);
   Copy texts = loadCopy(path);
-  if (texts.state != State::Good) throw Refusal(Status::Unusable, path + " " + texts.fault);
+  if (texts.state != State::Good) throw Refusal(Status::Unusable, concat(path, " ", texts.fault));
   return std::move(texts.document);
 }
 

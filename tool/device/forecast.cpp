@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/in_the_way.h"
 
@@ -154,7 +155,7 @@ std::string Forecast::whyNotMade(const std::string& path) const {
   const std::string directory = directoryOf(path);
   const char* parent = isAmong(moved_, directory) ? "/" : directory.c_str();
   if (faccessat(AT_FDCWD, parent, W_OK, AT_EACCESS) == 0) return "";
-  return "cannot write " + path + ": " + std::strerror(errno);
+  return concat("cannot write ", path, ": ", std::strerror(errno));
 }
 
 std::string Forecast::obstacleTo(const Repair& repair, std::uintmax_t bytes) const {
@@ -162,7 +163,7 @@ std::string Forecast::obstacleTo(const Repair& repair, std::uintmax_t bytes) con
   const std::string path = repair.target();
   if (isMadeAgain(path)) return whyNotMade(path);
   if (isGone(path) && slot(*set_.find(repair.name), repair.to).copy == &kMissing)
-    return "cannot write " + path + ": it is a link to nothing; move it away";
+    return concat("cannot write ", path, ": it is a link to nothing; move it away");
   std::vector<Writing> all = written_;
   all.push_back(replacing(path, bytes));
   return whyNotWritable(all);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/advice.h"
 #include "device/repair.h"
@@ -128,7 +129,7 @@ Outcome checkHealth() {
                                       {"checkedAtStart", file.checkedAtStart}});
     addCopies(file, adviser, outcome.value["copies"]);
     for (const Advice& each : judgement.advice) {
-      outcome.notes.push_back(each.path + " " + each.problem + each.outlook);
+      outcome.notes.push_back(concat(each.path, " ", each.problem, each.outlook));
       advice.push_back(jsonOf(each));
     }
   }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "device/state_changes.h"
 #include "device/state_record.h"
@@ -48,8 +49,8 @@ void setHistoryLimit(int keep) {
   if (!isWritten || !state.flush() || !state.rename(kNewKeep, state, kKeep)) {
     const int error = errno;
     state.remove(kNewKeep);
-    throw Refusal(std::string(kStateDirectory) + "/" + kKeep +
-                  " cannot be written: " + std::strerror(error));
+    throw Refusal(
+        concat(kStateDirectory, "/", kKeep, " cannot be written: ", std::strerror(error)));
   }
   prune(state);
   state.flush();

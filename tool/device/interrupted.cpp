@@ -8,6 +8,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/files.h"
@@ -81,7 +82,7 @@ Held heldBy(const std::string& path, const FileChange& file) {
   struct stat status {};
   const bool isThere = lstat(path.c_str(), &status) == 0;
   if (!isThere && errno == ENOENT) return Held::Torn;
-  if (!isThere) throw Refusal(Status::Unusable, path + ": " + std::strerror(errno));
+  if (!isThere) throw Refusal(Status::Unusable, concat(path, ": ", std::strerror(errno)));
   if (!S_ISREG(status.st_mode) || static_cast<std::size_t>(status.st_size) > kMostBytes)
     return Held::Foreign;
   const std::string bytes = bytesOf(path);
@@ -148,29 +149,29 @@ void carryOut(const StateFolder& state, std::vector<Contents> saves, const Recor
     removeHeld(saves);
     if (saves.empty()) return;
   } while (isRoomShort(saves) && dropOldest(state));
-  throw Refusal(Status::Unusable, "an interrupted change cannot be finished: " + describe(change) +
-                                      ": " + saves.front().path +
-                                      " could not be saved; make room and run 'camcfg verify'");
+  throw Refusal(Status::Unusable, concat("an interrupted change cannot be finished: ",
+                                         describe(change), ": ", saves.front().path,
+                                         " could not be saved; make room and run 'camcfg verify'"));
 }
 
 std::string whole(const char* name) {
-  return std::string(kStateDirectory) + "/" + name;
+  return concat(kStateDirectory, "/", name);
 }
 
 std::string uselessLine(const StateFolder& state, const char* name, const std::string& fault) {
-  return whole(name) + " " + fault + "; it was put aside as " + putAside(state, name) +
-         " and not applied";
+  return concat(whole(name), " ", fault, "; it was put aside as ", putAside(state, name),
+                " and not applied");
 }
 
 std::string foreignLine(const StateFolder& state, const char* name, const Remainder& remainder,
                         const RecordedChange& change) {
   std::vector<std::string> back;
   for (const Contents& save : remainder.saves) back.push_back(save.path);
-  return "an interrupted change was not finished: " + describe(change) + ": " +
-         joined(remainder.foreign) + (remainder.foreign.size() == 1 ? " holds" : " hold") +
-         " something else by now" +
-         (back.empty() ? "" : "; the previous contents of " + joined(back) + " were restored") +
-         "; the journal was put aside as " + putAside(state, name);
+  return concat(
+      "an interrupted change was not finished: ", describe(change), ": ", joined(remainder.foreign),
+      remainder.foreign.size() == 1 ? " holds" : " hold", " something else by now",
+      back.empty() ? "" : concat("; the previous contents of ", joined(back), " were restored"),
+      "; the journal was put aside as ", putAside(state, name));
 }
 
 void end(const StateFolder& state, const char* name, Direction direction,

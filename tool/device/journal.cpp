@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "base/caller.h"
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "device/state_changes.h"
 #include "device/state_contents.h"
@@ -15,7 +16,7 @@ namespace camcfg::tool::device {
 namespace {
 
 [[noreturn]] void refuse(const std::string& why) {
-  throw Refusal(std::string(kStateDirectory) + "/" + kJournal + " cannot be written: " + why);
+  throw Refusal(concat(kStateDirectory, "/", kJournal, " cannot be written: ", why));
 }
 
 // What the journal promises must be possible whenever it is read.
@@ -112,10 +113,10 @@ void openJournal(const std::vector<FileChange>& files) {
 void turnJournal() {
   const StateFolder state = StateFolder::existing();
   if (!state.rename(kJournal, state, kRollback))
-    throw Refusal(Status::Unusable, std::string(kStateDirectory) + "/" + kJournal +
-                                        " cannot be renamed: " + std::strerror(errno) +
-                                        "; the change stays in force: make room and run "
-                                        "'camcfg verify', which completes it");
+    throw Refusal(Status::Unusable, concat(kStateDirectory, "/", kJournal,
+                                           " cannot be renamed: ", std::strerror(errno),
+                                           "; the change stays in force: make room and run "
+                                           "'camcfg verify', which completes it"));
   // If this fails and power fails too, the change takes effect, as a whole.
   state.flush();
 }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <set>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/history.h"
@@ -18,7 +19,7 @@ constexpr char kDamaged[] = "damaged";
 constexpr std::size_t kMostKept = 4;  // of one copy
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
-  throw Refusal(path + " cannot be kept: " + why);
+  throw Refusal(concat(path, " cannot be kept: ", why));
 }
 
 // The numbers of what is kept under a name.
@@ -40,22 +41,21 @@ std::string keepDamaged(const std::string& path) {
   std::string name = path.substr(1);
   std::replace(name.begin(), name.end(), '/', '-');
   const StateFolder folder = StateFolder::made().madeFolder(kDamaged);
-  if (!folder)
-    refuse(path, std::string(kStateDirectory) + "/" + kDamaged + ": " + std::strerror(errno));
+  if (!folder) refuse(path, concat(kStateDirectory, "/", kDamaged, ": ", std::strerror(errno)));
   const auto pathOf = [&](const std::string& kept) {
-    return std::string(kStateDirectory) + "/" + kDamaged + "/" + kept;
+    return concat(kStateDirectory, "/", kDamaged, "/", kept);
   };
   std::set<int> numbers = numbersOf(folder, name);
   for (const int number : numbers) {
-    const std::string kept = name + "." + std::to_string(number);
+    const std::string kept = concat(name, ".", number);
     if (folder.read(kept, kMostBytes).bytes == *bytes) return pathOf(kept);
   }
-  const std::string kept = name + "." + std::to_string(numbers.empty() ? 1 : *numbers.rbegin() + 1);
+  const std::string kept = concat(name, ".", numbers.empty() ? 1 : *numbers.rbegin() + 1);
   while (!folder.write(kept, *bytes))
     if (errno != ENOSPC || !forgetOldest()) refuse(path, std::strerror(errno));
   if (!folder.flush()) refuse(path, std::strerror(errno));
   for (; numbers.size() >= kMostKept; numbers.erase(numbers.begin()))
-    folder.remove(name + "." + std::to_string(*numbers.begin()));
+    folder.remove(concat(name, ".", *numbers.begin()));
   return pathOf(kept);
 }
 

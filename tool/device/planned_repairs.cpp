@@ -2,10 +2,12 @@
 
 #include <camcfg/types.h>
 
+#include "base/concat.h"
+
 namespace camcfg::tool::device {
 
 bool Repair::fitsTheCopy() const {
-  return ("cp " + source() + " " + target()).size() < CFG_PATH_SIZE;
+  return (concat("cp ", source(), " ", target())).size() < CFG_PATH_SIZE;
 }
 
 std::vector<Repair> startUpRepairs(const std::string& name, const Loading& loading) {

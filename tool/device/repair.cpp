@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/progress.h"
@@ -75,7 +76,7 @@ void verifyAsAtStart(const FileSet& set) {
 
 std::string bytesToKeep(const std::string& path) {
   std::optional<std::string> bytes = readFile(path);
-  if (!bytes) throw Refusal("cannot keep " + path + ": " + std::strerror(errno));
+  if (!bytes) throw Refusal(concat("cannot keep ", path, ": ", std::strerror(errno)));
   return std::move(*bytes);
 }
 
@@ -115,18 +116,18 @@ class Verification {
     for (const auto& [repair, fault] : attempts_)
       if (!fault.empty())
         worsen(repair.to == Place::Main ? Status::Unusable : Status::Refused,
-               repair.target() + " was not replaced from " + repair.source() + ": " + fault);
+               concat(repair.target(), " was not replaced from ", repair.source(), ": ", fault));
     int outOfSync = 0;
     for (const ConfigFile& file : now_.files) {
       outcome.value["files"].push_back(recordOf(file));
       if (file.main.state != State::Good && !isTold(file))
-        worsen(Status::Unusable, file.path(Place::Main) + " " + file.main.fault +
-                                     Adviser(now_).onCopy(file, Place::Main).outlook);
+        worsen(Status::Unusable, concat(file.path(Place::Main), " ", file.main.fault,
+                                        Adviser(now_).onCopy(file, Place::Main).outlook));
       outOfSync += file.main.state == State::Good && file.backup.state != State::Good ? 1 : 0;
     }
     if (!resynced && outOfSync != 0)
-      outcome.notes.push_back("note: without a backup in sync with the main copy: " +
-                              std::to_string(outOfSync) + "; '--resync' brings them up to date");
+      outcome.notes.push_back(concat("note: without a backup in sync with the main copy: ",
+                                     outOfSync, "; '--resync' brings them up to date"));
     return outcome;
   }
 
@@ -215,7 +216,7 @@ Outcome verify(HostDirectory* keepIn, bool resync) {
   if (resync) verification.resync();
   Outcome outcome = verification.outcome(resync);
   for (const std::string& directory : made)
-    outcome.notes.push_back("note: " + directory + " did not exist and was made");
+    outcome.notes.push_back(concat("note: ", directory, " did not exist and was made"));
   return outcome;
 }
 

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <map>
 
+#include "base/concat.h"
+
 namespace camcfg::tool::device {
 namespace {
 
@@ -23,7 +25,7 @@ bool maybeWritten(const std::string& path) {
 }
 
 std::string cannotWrite(const std::string& path) {
-  return "cannot write " + path + ": " + std::strerror(errno);
+  return concat("cannot write ", path, ": ", std::strerror(errno));
 }
 
 // An existing file is rewritten in its place; only a new one needs its directory's permission.
@@ -32,11 +34,11 @@ std::string whyNotPermitted(const std::string& path) {
   struct stat status {};
   if (stat(directory.c_str(), &status) != 0) return cannotWrite(path);
   if (stat(path.c_str(), &status) != 0 && lstat(path.c_str(), &status) == 0)
-    return "cannot write " + path + ": it is a link to nothing; move it away";
+    return concat("cannot write ", path, ": it is a link to nothing; move it away");
   if (stat(path.c_str(), &status) != 0)
     return errno == ENOENT && maybeWritten(directory) ? "" : cannotWrite(path);
   if (!S_ISREG(status.st_mode))
-    return "cannot write " + path + ": it is not a regular file; move it away";
+    return concat("cannot write ", path, ": it is not a regular file; move it away");
   return maybeWritten(path) ? "" : cannotWrite(path);
 }
 
@@ -63,12 +65,10 @@ struct Load {
 
   std::string fault() const {
     if (countsFiles && newFiles > freeFiles)
-      return "cannot write " + paths + ": the file system takes " +
-             (freeFiles == 0 ? "no more" : "only " + std::to_string(freeFiles) + " more") +
-             " files";
+      return concat("cannot write ", paths, ": the file system takes ",
+                    freeFiles == 0 ? "no more" : concat("only ", freeFiles, " more"), " files");
     if (known && needed > free)
-      return kNoRoom + paths + ": " + std::to_string(needed) + " bytes are needed and " +
-             std::to_string(free) + " are free";
+      return concat(kNoRoom, paths, ": ", needed, " bytes are needed and ", free, " are free");
     return "";
   }
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/change.h"
 #include "device/kept_damage.h"
@@ -84,8 +85,8 @@ std::vector<Salvaged> salvagedOf(const std::vector<SalvageTask>& tasks, Outcome&
       continue;
     }
     const std::string factory = pathOf(Place::Default, task.path);
-    outcome.notes.push_back(task.path + " cannot be salvaged: " + factory + " " +
-                            loadCopy(factory).fault);
+    outcome.notes.push_back(
+        concat(task.path, " cannot be salvaged: ", factory, " ", loadCopy(factory).fault));
     outcome.status = Status::Unusable;
   }
   return files;
@@ -95,8 +96,7 @@ std::vector<Salvaged> salvagedOf(const std::vector<SalvageTask>& tasks, Outcome&
 std::string summaryOf(const SalvagedFile& file) {
   std::string text = "settings from";
   for (const char* source : kSources)
-    text += (source == kSources[0] ? " " : ", ") + std::string(source) + ": " +
-            std::to_string(file.from(source));
+    text += concat(source == kSources[0] ? " " : ", ", source, ": ", file.from(source));
   return text;
 }
 
@@ -110,7 +110,7 @@ void storeUnnoted(const SalvageTask& task, const SalvagedFile& file) {
 }
 
 std::string notSalvaged(const SalvageTask& task, const Refusal& refusal) {
-  return task.path + " was not salvaged: " + refusal.what();
+  return concat(task.path, " was not salvaged: ", refusal.what());
 }
 
 void salvageLost(const Salvaged& salvaged, Json& done, std::vector<std::string>& notes) {
@@ -124,12 +124,12 @@ void salvageLost(const Salvaged& salvaged, Json& done, std::vector<std::string>&
     const bool isStored = now == salvaged.file.bytes;
     if (!isStored && now != task.copies[0]) throw;
     if (!isStored) storeUnnoted(task, salvaged.file);
-    notes.push_back(task.path + " was salvaged, but " +
-                    (isStored ? "" : "its damaged copies may not be kept: ") + refusal.what());
+    notes.push_back(concat(task.path, " was salvaged, but ",
+                           isStored ? "" : "its damaged copies may not be kept: ", refusal.what()));
   }
-  done.push_back(task.path + " was salvaged; " + summaryOf(found.front().file));
+  done.push_back(concat(task.path, " was salvaged; ", summaryOf(found.front().file)));
   for (const Json& copy : kept)
-    done.push_back(copy.at("copy").text() + " was kept as " + copy.at("as").text());
+    done.push_back(concat(copy.at("copy").text(), " was kept as ", copy.at("as").text()));
 }
 
 // Whether the start would take the factory copy, or leave a main copy that ends early, and lose the

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "settings/media.h"
@@ -117,7 +118,7 @@ class Salvage {
       return settings::withMaskedSecrets(record, *list.settings);
     };
     const Json& key = entry.record.at(list.key);
-    report_.add(list.place + "[" + (key.is_string() ? key.text() : key.dump()) + "]",
+    report_.add(concat(list.place, "[", key.is_string() ? key.text() : key.dump(), "]"),
                 sourceOf(main == nullptr ? nullptr : &main->record,
                          backup == nullptr ? nullptr : &backup->record),
                 shown(entry.record), backup == nullptr ? Json() : shown(backup->record));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
@@ -47,7 +48,7 @@ void judgePreset(const tinyxml2::XMLElement& element, Candidate& preset) {
     if (text == nullptr) continue;
     std::string fault = whyNotStorable(text);
     if (fault.empty()) fault = settings::objectionTo(setting, text).why;
-    if (!fault.empty()) preset.fault = std::string(name) + ": " + fault;
+    if (!fault.empty()) preset.fault = concat(name, ": ", fault);
   }
 }
 
@@ -100,12 +101,13 @@ class Trials {
     table.calls.read(table, settings::Node(entries, "", faults));
     if (faults.empty()) return "";
     const std::string place = faults.front().place;
-    return place.substr(std::min(place.find(']') + 2, place.size())) + ": " + faults.front().reason;
+    return concat(place.substr(std::min(place.find(']') + 2, place.size())), ": ",
+                  faults.front().reason);
   }
 
   void write(const Table& table, std::size_t first, std::size_t last) const {
-    const auto tag = [](const char* name) { return std::string("<") + name + ">"; };
-    const auto end = [](const char* name) { return std::string("</") + name + ">"; };
+    const auto tag = [](const char* name) { return concat("<", name, ">"); };
+    const auto end = [](const char* name) { return concat("</", name, ">"); };
     std::string text = tag(table.parent) + tag(table.section);
     for (std::size_t i = first; i < last; ++i) text += candidates_[i]->text();
     text += end(table.section) + end(table.parent);

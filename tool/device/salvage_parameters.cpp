@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "device/salvage_copy.h"
@@ -33,9 +34,10 @@ const XMLElement* outerOf(const XMLElement& element) {
 std::string placeOf(const XMLElement& element) {
   std::string place = element.Name();
   for (const char* key : kKeys)
-    if (element.FindAttribute(key) != nullptr) place += "[" + tool::textOf(element, key) + "]";
+    if (element.FindAttribute(key) != nullptr)
+      place += concat("[", tool::textOf(element, key), "]");
   const XMLElement* outer = outerOf(element);
-  return outer == nullptr ? place : placeOf(*outer) + "/" + place;
+  return outer == nullptr ? place : concat(placeOf(*outer), "/", place);
 }
 
 // The attributes that have values: "Cur", of an element that has one.
@@ -170,7 +172,7 @@ class Salvage {
 
   void salvage(XMLElement& element, const std::string& attribute) {
     const std::string place =
-        attribute == kCur ? placeOf(element) : placeOf(element) + "/" + attribute;
+        attribute == kCur ? placeOf(element) : concat(placeOf(element), "/", attribute);
     const std::optional<Json> main = valueIn(0, element, attribute, place);
     const std::optional<Json> backup = valueIn(1, element, attribute, place);
     const char* source = sourceOf(main ? &*main : nullptr, backup ? &*backup : nullptr);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/salvage_copy.h"
@@ -58,7 +59,7 @@ std::string bytesGiven(const HostFile& file) {
   for (const char* main : kFiles)
     for (const Place place : {Place::Main, Place::Backup})
       if (file.path == pathOf(place, main)) return device::bytesOf(file.path);
-  if (!file.fault.empty()) throw Refusal::about(file.path, file.path + ": " + file.fault);
+  if (!file.fault.empty()) throw Refusal::about(file.path, concat(file.path, ": ", file.fault));
   return file.contents;
 }
 
@@ -121,7 +122,7 @@ std::vector<SalvageTask> copiesGiven(const std::vector<HostFile>& files) {
     const Place place = placeOf(file.path);
     if (task->copies[static_cast<std::size_t>(place)])
       throw Refusal(Status::Usage,
-                    file.path + " is a second " + wordFor(place) + " copy of " + path);
+                    concat(file.path, " is a second ", wordFor(place), " copy of ", path));
     task->set(place, std::move(bytes), "given");
   }
   return tasks;

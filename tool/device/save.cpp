@@ -9,6 +9,7 @@
 #include <system_error>
 #include <thread>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/outcome.h"
 #include "device/files.h"
@@ -37,7 +38,7 @@ void requireText(const Contents& file) {
 
 std::string bytesOf(const std::string& path) {
   const std::optional<std::string> bytes = readFile(path);
-  if (!bytes) throw Refusal(Status::Unusable, path + ": " + std::strerror(errno));
+  if (!bytes) throw Refusal(Status::Unusable, concat(path, ": ", std::strerror(errno)));
   return *bytes;
 }
 

@@ -2,6 +2,8 @@
 
 #include <camcfg/types.h>
 
+#include "base/concat.h"
+
 namespace camcfg::tool::device {
 namespace {
 
@@ -47,7 +49,7 @@ FactoryValues::FactoryValues() {
   if (copy.state == State::Good)
     document_ = std::move(copy.document);
   else
-    fault_ = path + " " + copy.fault;
+    fault_ = concat(path, " ", copy.fault);
 }
 
 std::optional<std::string> FactoryValues::of(const XMLElement& element) const {

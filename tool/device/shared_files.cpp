@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/plain_text.h"
 
@@ -33,7 +34,7 @@ std::string normal(const std::string& path) {
 
 std::string targetOfLink(const std::string& link) {
   const std::string target = linkTarget(link).value_or("");
-  return normal(beginsWith(target, "/") ? target : directoryOf(link) + "/" + target);
+  return normal(beginsWith(target, "/") ? target : concat(directoryOf(link), "/", target));
 }
 
 // Where a path leads, also if there is nothing; links that lead in a circle lead to themselves, whichever
@@ -42,14 +43,14 @@ std::string resolved(const std::string& path, const Paths& moved, int links = 0)
   if (links == kMostLinks) return kCircle;
   if (path == "/") return "";
   if (path.find('/') == std::string::npos) return path;
-  const std::string place = resolved(directoryOf(path), moved, links) + "/" + nameOf(path);
+  const std::string place = concat(resolved(directoryOf(path), moved, links), "/", nameOf(path));
   const bool leadsOn = isLink(place) && !isAmong(moved, place);
   return leadsOn ? resolved(targetOfLink(place), moved, links + 1) : place;
 }
 
 // Where the name of a file is, whatever it leads to.
 std::string placeOf(const std::string& path, const Paths& moved) {
-  return resolved(directoryOf(path), moved) + "/" + nameOf(path);
+  return concat(resolved(directoryOf(path), moved), "/", nameOf(path));
 }
 
 bool isOtherDirectory(const std::string& directory) {
@@ -78,8 +79,7 @@ void SharedFiles::add(const std::string& path) {
   if (real == kCircle) real += "/" + nameOf(path);
   struct stat status {};
   const bool isThere = !isMoved(real) && stat(real.c_str(), &status) == 0;
-  identities_[path] =
-      isThere ? std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino) : real;
+  identities_[path] = isThere ? concat(status.st_dev, ":", status.st_ino) : real;
 }
 
 bool SharedFiles::isMoved(const std::string& path) const {
@@ -115,7 +115,7 @@ std::string targetOf(const std::string& path) {
 }
 
 std::string sameFileFault(const std::string& path, const std::string& other) {
-  return path + " is the same file as " + other + "; move it away";
+  return concat(path, " is the same file as ", other, "; move it away");
 }
 
 }  // namespace camcfg::tool::device

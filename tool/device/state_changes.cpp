@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/state_contents.h"
@@ -163,11 +164,11 @@ std::string putAside(const StateFolder& state, const std::string& name) {
   std::vector<int> numbers = numbersAfter(state, kAside);
   const int number = after(numbers.empty() ? 0 : numbers.back());
   if (!state.rename(name, state, asideName(number)))
-    throw Refusal(Status::Unusable, std::string(kStateDirectory) + "/" + name +
-                                        " cannot be put aside: " + std::strerror(errno));
+    throw Refusal(Status::Unusable, concat(kStateDirectory, "/", name,
+                                           " cannot be put aside: ", std::strerror(errno)));
   numbers.push_back(number);
   for (std::size_t i = 0; i + kMostAside < numbers.size(); ++i) state.remove(asideName(numbers[i]));
-  return std::string(kStateDirectory) + "/" + asideName(number);
+  return concat(kStateDirectory, "/", asideName(number));
 }
 
 }  // namespace camcfg::tool::device

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 
 namespace camcfg::tool::device {
@@ -19,7 +20,7 @@ constexpr int kAsDirectory = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr std::size_t kMostNames = 10000;
 
 [[noreturn]] void refuse(const std::string& why) {
-  throw Refusal(std::string(kStateDirectory) + " " + why);
+  throw Refusal(concat(kStateDirectory, " ", why));
 }
 
 // Links are reported as "not a directory" as well.

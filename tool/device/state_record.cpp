@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <set>
 
+#include "base/concat.h"
 #include "base/json.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -27,9 +28,7 @@ struct Head {
 };
 
 Head headOf(const std::string& rest) {
-  return {std::string(kFormat) + " " + std::to_string(kVersion) + " " +
-              std::to_string(rest.size()) + " " + hashOf(rest) + "\n",
-          rest};
+  return {concat(kFormat, " ", kVersion, " ", rest.size(), " ", hashOf(rest), "\n"), rest};
 }
 
 /// The first line as its reader sees it; what is missing is empty.
@@ -91,7 +90,8 @@ std::string faultOf(const RecordedChange& change) {
   std::set<std::string> paths;
   for (const FileChange& file : change.files) {
     if (!isMainCopy(file.path))
-      return "is about " + printable(shortened(file.path)) + ", which is no main copy of a device";
+      return concat("is about ", printable(shortened(file.path)),
+                    ", which is no main copy of a device");
     if (!paths.insert(file.path).second) return "is damaged: it names a file twice";
     if (!isHash(file.before) || !isHash(file.after) ||
         !std::all_of(file.earlier.begin(), file.earlier.end(), isHash))
@@ -204,14 +204,15 @@ std::optional<RecordedChange> withContents(const StateFolder& state, RecordedCha
 
 bool isMainCopy(const std::string& path) {
   // The library copies a file by a command line of limited length.
-  const std::string copy = "cp " + pathOf(Place::Main, path) + " " + pathOf(Place::Backup, path);
+  const std::string copy =
+      concat("cp ", pathOf(Place::Main, path), " ", pathOf(Place::Backup, path));
   return path == pathOf(Place::Main, path) && isXmlName(path) && asUtf8(path) == path &&
          path.find('\0') == std::string::npos && copy.size() < CFG_PATH_SIZE;
 }
 
 std::string describe(const RecordedChange& change) {
   const std::string time = utcText(change.time);
-  return printable(change.command) + " (" + (time.empty() ? "at an unknown time" : time) + ")";
+  return concat(printable(change.command), " (", time.empty() ? "at an unknown time" : time, ")");
 }
 
 }  // namespace camcfg::tool::device

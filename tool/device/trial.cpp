@@ -9,6 +9,7 @@
 #include <ctime>
 #include <iterator>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/state_changes.h"
@@ -36,8 +37,8 @@ bool isOver(const RecordedChange& change) {
 }
 
 [[noreturn]] void refuseWhile(const RecordedChange& change) {
-  const std::string what = "change " + std::to_string(change.number) + " is on trial until " +
-                           utcText(endOf(*change.trial)) + ": " + printable(change.command);
+  const std::string what = concat("change ", change.number, " is on trial until ",
+                                  utcText(endOf(*change.trial)), ": ", printable(change.command));
   throw Refusal(what +
                 "; 'camcfg confirm' keeps it, 'camcfg cancel' rolls it back, '--force' keeps it "
                 "and goes on; nothing was changed");
@@ -55,7 +56,7 @@ void confirmFirst() {
 
 RollingBack::RollingBack(const RecordedChange& change) {
   rolledBack = change.number;
-  rollback = "rollback of change " + std::to_string(change.number) + ": " + change.command;
+  rollback = concat("rollback of change ", change.number, ": ", change.command);
 }
 
 RollingBack::~RollingBack() {
@@ -123,9 +124,8 @@ void endTrial(TrialEnd how) {
   if (isMoved && state.flush()) return prune(state);
   const std::string fault = std::strerror(errno);
   const bool isLeft = isMoved && !state.folder(kChanges).rename(number, state, kTrial);
-  throw Refusal(Status::Unusable, std::string(kStateDirectory) + "/" + kTrial +
-                                      " cannot be moved: " + fault +
-                                      (isLeft ? "; the change stays in force" : ""));
+  throw Refusal(Status::Unusable, concat(kStateDirectory, "/", kTrial, " cannot be moved: ", fault,
+                                         isLeft ? "; the change stays in force" : ""));
 }
 
 std::string putUselessTrialAside(const StateFolder& state) {
@@ -137,8 +137,8 @@ std::string putUselessTrialAside(const StateFolder& state) {
   else if (record.kind == Record::Whole && !withContents(state, record.change))
     fault = "is damaged: contents are missing";
   if (fault.empty()) return "";
-  return std::string(kStateDirectory) + "/" + kTrial + " " + fault + "; it was put aside as " +
-         putAside(state, kTrial) + "; the change that was on trial stays";
+  return concat(kStateDirectory, "/", kTrial, " ", fault, "; it was put aside as ",
+                putAside(state, kTrial), "; the change that was on trial stays");
 }
 
 TrialWait::TrialWait() : record_(StateFolder::existing().open(kTrial)) {

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <thread>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -47,7 +48,7 @@ std::string holderOf(int directory) {
     // "1: FLOCK ADVISORY WRITE 217 08:01:131090 0 EOF"
     const std::vector<std::string> word = wordsIn(line);
     if (word.size() > 5 && word[1] == "FLOCK" && word[5] == file)
-      return "another camcfg (process " + word[4] + ")";
+      return concat("another camcfg (process ", word[4], ")");
   }
   return "another camcfg";
 }
@@ -58,10 +59,11 @@ void waitFor(int directory, const Patience& patience) {
     if (errno != EWOULDBLOCK && errno != EINTR) return;
     const auto waited = Clock::now() - start;
     if (waited >= patience.most)
-      throw Refusal(holderOf(directory) + " is changing the device and did not finish within " +
-                    std::to_string(patience.most.count() / 1000) + " s; nothing was changed");
+      throw Refusal(concat(holderOf(directory),
+                           " is changing the device and did not finish within ",
+                           patience.most.count() / 1000, " s; nothing was changed"));
     if (!isSaid && waited >= patience.untilSaid)
-      announce("waiting for " + holderOf(directory) + ", which is changing the device");
+      announce(concat("waiting for ", holderOf(directory), ", which is changing the device"));
     isSaid = isSaid || waited >= patience.untilSaid;
     std::this_thread::sleep_for(kInterval);
   }
@@ -132,7 +134,7 @@ std::string whyNotKeptApart() {
                                                        : std::string(": ") + std::strerror(errno));
   if (!S_ISDIR(status.st_mode)) return path + " is not a directory";
   if (faccessat(AT_FDCWD, kLocks, W_OK | X_OK, AT_EACCESS) != 0)
-    return path + ": " + std::strerror(errno);
+    return concat(path, ": ", std::strerror(errno));
   return "";
 }
 

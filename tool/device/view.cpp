@@ -14,6 +14,7 @@
 #include <iterator>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/outcome.h"
 #include "testkit/enter_root.h"
@@ -28,7 +29,7 @@ constexpr const char* kDeviceDirectories[] = {"/cfg0", "/cfg1", "/app", "/run/ca
 constexpr char kHost[] = "/.host";
 
 [[noreturn]] void fail(const std::string& what) {
-  throw Refusal(what + ": " + std::strerror(errno));
+  throw Refusal(concat(what, ": ", std::strerror(errno)));
 }
 
 [[noreturn]] void fail() {
@@ -173,7 +174,7 @@ void becomeProgram(const std::vector<std::string>& words) {
   execvp(pointers.front(), pointers.data());
   const int error = errno;
   throw Refusal(error == ENOENT || error == ENOTDIR ? Status::NotFound : Status::NotRunnable,
-                words.front() + ": " + std::strerror(error));
+                concat(words.front(), ": ", std::strerror(error)));
 }
 
 }  // namespace camcfg::tool::device

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/files.h"
@@ -41,7 +42,7 @@ bool isOnOneLine(const std::string& wanted, const std::string& place) {
 // @return why one cannot; empty if all can
 std::string read(const std::string& path, std::map<const device::Section*, Json>& sections) {
   const device::ConfigFile file = device::surveyFile(device::nameOf(path));
-  if (file.main.state != device::State::Good) return path + " " + file.main.fault;
+  if (file.main.state != device::State::Good) return concat(path, " ", file.main.fault);
   std::string fault;
   for (const device::Section& section : allSections()) try {
       if (section.path == path) sections[&section] = section.load();
@@ -85,7 +86,8 @@ class Words {
     if (word == section) return place;
     const char separator = word[section.size()];
     const std::string rest = word.substr(section.size() + 1);
-    return separator == '/' || separator == ' ' ? memberPlace(place, rest) : place + "." + rest;
+    return separator == '/' || separator == ' ' ? memberPlace(place, rest)
+                                                : concat(place, ".", rest);
   }
 
   const std::vector<std::string> sections_ = parameterSections();  // none if they cannot be read

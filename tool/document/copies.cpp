@@ -2,6 +2,7 @@
 #include <optional>
 #include <set>
 
+#include "base/concat.h"
 #include "base/json.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -40,7 +41,7 @@ std::vector<device::Contents> readable(device::Place place,
     const std::string path = device::pathOf(place, section.path);
     const device::Copy copy = device::loadCopy(path);
     const bool isGood = copy.state == device::State::Good;
-    faults[section.path] = isGood ? "" : path + " " + copy.fault;
+    faults[section.path] = isGood ? "" : concat(path, " ", copy.fault);
     if (isGood) files.push_back({section.path, written(*copy.document)});
   }
   return files;
@@ -79,8 +80,8 @@ const Table& requireKind(const std::string& word) {
     if (word == table->word) return *table;
     words.emplace_back(table->word);
   }
-  throw Refusal(Status::Usage, "there is no kind '" + word + "'; there are " + joined(words) +
-                                   didYouMean(word, words));
+  throw Refusal(Status::Usage, concat("there is no kind '", word, "'; there are ", joined(words),
+                                      didYouMean(word, words)));
 }
 
 // A section in one copy of the media file, and where in its list the sessions of the id are, in the
@@ -123,12 +124,12 @@ void addValues(Json& values, device::Place place, const Json& record, const Tabl
 }
 
 Json lookupIn(const MediaCopy& copy, const Table& table, const std::string& id) {
-  const std::string what = std::string(table.key) + " " + id;
-  device::Lookup lookup{std::string(table.word) + " " + id, {}, "no entry has the " + what};
+  const std::string what = concat(table.key, " ", id);
+  device::Lookup lookup{concat(table.word, " ", id), {}, "no entry has the " + what};
   for (const std::size_t index : copy.found)
     lookup.hits.push_back({id, lineOf(copy, table, index), true});
   if (!lookup.hits.empty())
-    lookup.why = "the first entry with the " + what + "; loading hands out every entry";
+    lookup.why = concat("the first entry with the ", what, "; loading hands out every entry");
   return device::jsonOf(lookup, copy.path);
 }
 
@@ -180,7 +181,7 @@ std::map<std::string, std::string> unreadSections() {
 device::Explanation explainSession(const std::string& kindWord, const std::string& id,
                                    bool showSecrets) {
   const Table& table = requireKind(kindWord);
-  device::Explanation explanation{kindWord + " " + id};
+  device::Explanation explanation{concat(kindWord, " ", id)};
   for (const device::Place place : device::kPlaces) {
     const MediaCopy copy = mediaCopy(place, table, id);
     std::optional<int> line;
@@ -196,7 +197,7 @@ device::Explanation explainSession(const std::string& kindWord, const std::strin
         device::copyRow(place, copy.path, copy.file.state, copy.section.fault, line));
   }
   if (explanation.values.empty())
-    throw Refusal("no copy has a " + kindWord + " with the " + table.key + " " + id);
+    throw Refusal(concat("no copy has a ", kindWord, " with the ", table.key, " ", id));
   return explanation;
 }
 

@@ -2,6 +2,7 @@
 #include <set>
 #include <vector>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/calm.h"
 #include "document/exchange.h"
@@ -98,7 +99,7 @@ void noteTrouble(Outcome& outcome, Status status, const settings::Faults& faults
   for (const auto& [reason, list] : places.items()) {
     std::vector<std::string> names;
     for (const Json& place : list) names.push_back(place.text());
-    outcome.notes.push_back("not compared: " + joined(names) + ": " + reason);
+    outcome.notes.push_back(concat("not compared: ", joined(names), ": ", reason));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -33,8 +34,8 @@ std::string placeOf(std::size_t position, const std::string& text) {
   const std::string before = text.substr(0, byte);
   const std::size_t line = before.rfind('\n');
   const std::string start = line == std::string::npos ? before : before.substr(line + 1);
-  return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n')) +
-         ", column " + std::to_string(1 + characters(start)) + ": ";
+  return concat("line ", 1 + std::count(before.begin(), before.end(), '\n'), ", column ",
+                1 + characters(start), ": ");
 }
 
 // Of two members of one name the first counts and the second is a fault.
@@ -64,7 +65,7 @@ void checkVersion(const settings::Node& document) {
   if (!document.value().contains(kVersionMember)) return document.refuseMissing(kVersionMember);
   const settings::Node version = document.member(kVersionMember);
   if (version.value() != kVersion)
-    version.refuse("only version " + std::to_string(kVersion) + " is supported");
+    version.refuse(concat("only version ", kVersion, " is supported"));
 }
 
 void checkSchema(const settings::Node& document) {
@@ -173,10 +174,10 @@ std::string printed(const Json& value, std::size_t indent, std::size_t taken) {
   for (std::size_t i = 0; i < value.size(); ++i) {
     const std::string name = value.is_object() ? Json(value.names()[i]).dump() + ": " : "";
     if (i != 0) text += isLine ? ", " : ",";
-    text += margin + name + printed(value.at(i), inner, inner + name.size());
+    text += concat(margin, name, printed(value.at(i), inner, inner + name.size()));
   }
   if (!isLine) text += "\n" + std::string(indent, ' ');
-  return value.is_object() ? "{" + text + "}" : "[" + text + "]";
+  return value.is_object() ? concat("{", text, "}") : concat("[", text, "]");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/keyed.h"
 #include "document/members.h"
@@ -23,10 +24,10 @@ bool hasNumberAsKey(const Table& table) {
 // The member that a word is the value of. An address that is given in place of an id is not repeated.
 const char* memberFor(const Table& table, const std::string& word) {
   if (word.empty())
-    throw Refusal(Status::Usage, std::string("which ") + table.entry + "? the argument is empty");
+    throw Refusal(Status::Usage, concat("which ", table.entry, "? the argument is empty"));
   if (hasNumberAsKey(table) && table.label == nullptr && !decimal(word))
-    throw Refusal(Status::Usage, std::string("which ") + table.entry + "? an " + table.key +
-                                     " is a number, and the first argument");
+    throw Refusal(Status::Usage, concat("which ", table.entry, "? an ", table.key,
+                                        " is a number, and the first argument"));
   const bool isKey = !hasNumberAsKey(table) || decimal(word) || table.label == nullptr;
   return isKey ? table.key : table.label;
 }
@@ -57,12 +58,13 @@ class Edit {
       if (list[i].at(member) == sought) found.push_back(i);
     if (found.size() == 1 || (found.size() > 1 && member == table.key)) return found.front();
     if (found.empty())
-      throw Refusal("there is no " + nameOf(table, sought) + nearestEntry(table, sought, list));
+      throw Refusal(
+          concat("there is no ", nameOf(table, sought), nearestEntry(table, sought, list)));
     std::vector<std::string> keys;
     keys.reserve(found.size());
     for (const std::size_t i : found) keys.push_back(keyOf(table, list[i]).dump());
-    throw Refusal("there is more than one " + nameOf(table, sought) + "; give one of the " +
-                  table.key + "s " + joined(keys));
+    throw Refusal(concat("there is more than one ", nameOf(table, sought), "; give one of the ",
+                         table.key, "s ", joined(keys)));
   }
 
   /// Brings the device to what was edited, if one entry of it, which is new or changed, makes sense.
@@ -110,8 +112,8 @@ void requireNew(const Table& table, const Json& key, const Json& entries) {
 void requireUnused(const Table& table, const Json& key, Entries all) {
   const std::vector<std::string> others = takeAway(table, key, all);
   if (!others.empty())
-    throw Refusal(nameOf(table, key) + " is used by " + joined(others) +
-                  ", which would not find it by another " + table.key);
+    throw Refusal(concat(nameOf(table, key), " is used by ", joined(others),
+                         ", which would not find it by another ", table.key));
 }
 
 }  // namespace
@@ -124,13 +126,12 @@ Outcome addEntry(const Table& table, const std::string& word,
   for (const std::string& given : members)
     if (const settings::Setting* setting = memberOf(table.settings, given);
         setting != nullptr && setting->member == std::string_view(member))
-      throw Refusal(std::string(member) + ": it is given twice, as " + quoted(word) + " and by '" +
-                    member + "='");
+      throw Refusal(
+          concat(member, ": it is given twice, as ", quoted(word), " and by '", member, "='"));
   entry[member] = valueFromWord(*table.find(member), word);
   assign(table.settings, members, placeOf(table.place, entry.at(member)), entry);
   if (!entry.contains(table.key))
-    throw Refusal(Status::Usage,
-                  "which " + std::string(table.key) + "? give " + table.key + "=NUMBER");
+    throw Refusal(Status::Usage, concat("which ", table.key, "? give ", table.key, "=NUMBER"));
   Json& entries = edit.entries(table);
   resolveNames(table.settings, edit.all(), entry);
   requireNew(table, keyOf(table, entry), entries);
@@ -161,8 +162,9 @@ Outcome deleteEntry(const Table& table, const std::string& word, bool cascade,
   const Json key = keyOf(table, edit.entries(table)[edit.require(table, word)]);
   const std::vector<std::string> others = takeAway(table, key, edit.all());
   if (!others.empty() && !cascade)
-    throw Refusal(nameOf(table, key) + " is used by " + joined(others) +
-                  "; '--cascade' takes it out of these, and deletes those that cannot be without");
+    throw Refusal(
+        concat(nameOf(table, key), " is used by ", joined(others),
+               "; '--cascade' takes it out of these, and deletes those that cannot be without"));
   return edit.carryOut(options);
 }
 

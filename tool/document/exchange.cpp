@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -66,8 +67,8 @@ Json withoutUnprintable(const Json& value, const std::string& place, Outcome& ou
     if (asUtf8(name) == name)
       result[name] = withoutUnprintable(member, memberPlace(place, name), outcome);
     else
-      outcome.notes.push_back("left out of " + place + ": " + asUtf8(name) +
-                              ": its name is not UTF-8");
+      outcome.notes.push_back(
+          concat("left out of ", place, ": ", asUtf8(name), ": its name is not UTF-8"));
   return result;
 }
 
@@ -79,8 +80,8 @@ void noteFaults(const device::Section& section, const Json& value, device::Plan&
   section.read(settings::Node(stated.value(), section.name, faults), value, plan);
   refuseNewBytes(section.name, value, nullptr, faults);
   for (const settings::Fault& fault : faults)
-    outcome.notes.push_back("note: " + fault.place + ": " + fault.reason +
-                            "; an import will refuse it on a device that does not have it");
+    outcome.notes.push_back(concat("note: ", fault.place, ": ", fault.reason,
+                                   "; an import will refuse it on a device that does not have it"));
 }
 
 // What of a section can be exported; none if that is nothing, which only a partial export takes.
@@ -90,11 +91,11 @@ std::optional<Json> readForExport(const device::Section& section, bool isPartial
   try {
     device::Readable readable = readableOf(section);
     for (const device::Unread& unread : readable.unread)
-      outcome.notes.push_back("left out of " + section.name + ": " + unread.fault);
+      outcome.notes.push_back(concat("left out of ", section.name, ": ", unread.fault));
     return std::move(readable.value);
   } catch (const Refusal& refusal) {
     if (refusal.status() != Status::Unusable) throw;
-    outcome.notes.push_back("left out: " + section.name + ": " + refusal.what());
+    outcome.notes.push_back(concat("left out: ", section.name, ": ", refusal.what()));
     return std::nullopt;
   }
 }
@@ -132,7 +133,7 @@ class Unchanged {
     if (factory_.empty()) factory_ = loadFrom(device::Place::Default);
     const CopiedSection& copy = factory_.at(section.name);
     if (copy.fault.empty()) return changedFrom(section, value, copy.value);
-    outcome.notes.push_back("note: " + section.name + " is whole: " + copy.fault);
+    outcome.notes.push_back(concat("note: ", section.name, " is whole: ", copy.fault));
     return value;
   }
 
@@ -183,7 +184,7 @@ Outcome refusedFor(const settings::Faults& faults) {
   }
   if (const std::size_t more = faults.size() - shown; more != 0) {
     outcome.value["moreFaults"] = more;
-    outcome.notes.push_back("there are " + std::to_string(more) + " more faults");
+    outcome.notes.push_back(concat("there are ", more, " more faults"));
   }
   outcome.notes.emplace_back("nothing was changed");
   return outcome;
@@ -226,8 +227,8 @@ Outcome exportSettings(const std::vector<std::string>& names, const ExportOption
         section.table == nullptr ? value : settings::withoutSecrets(value, section.table->settings);
     outcome.value.at_path(pathTo(section)) = withBytes(options.withSecrets ? value : open);
     if (options.withSecrets && open != value)
-      outcome.notes.push_back("note: " + section.name +
-                              " holds passwords in clear; '--no-secrets' leaves them out");
+      outcome.notes.push_back(concat("note: ", section.name,
+                                     " holds passwords in clear; '--no-secrets' leaves them out"));
   }
   return outcome;
 }
@@ -240,8 +241,8 @@ Outcome carriedOut(const Target& target, const ImportOptions& options) {
   outcome.value["changes"] = differencesOf(target.transitions, options.showSecrets);
   for (const Transition& transition : target.transitions) {
     for (const device::Unread& unread : transition.replaced)
-      outcome.notes.push_back("note: " + transition.section->name + " is replaced, since " +
-                              unread.fault);
+      outcome.notes.push_back(
+          concat("note: ", transition.section->name, " is replaced, since ", unread.fault));
     if (!transition.replaced.empty() || !transition.section->losses) continue;
     for (const std::string& loss : transition.section->losses()) outcome.notes.push_back(loss);
   }

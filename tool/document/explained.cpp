@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/exchange.h"
@@ -18,7 +19,7 @@ std::string keyIn(const std::string& place, const device::Section& section) {
 }
 
 device::Explanation explainInNetwork(const std::string& place) {
-  const std::string cards = std::string(kNetwork) + "." + kCards + ".";
+  const std::string cards = concat(kNetwork, ".", kCards, ".");
   const std::size_t end = place.rfind('.');
   const settings::Setting* setting =
       settings::settingOf(settings::cardSettings(), place.substr(end + 1));

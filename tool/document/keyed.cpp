@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
+
 namespace camcfg::tool::document {
 namespace {
 
@@ -14,7 +16,7 @@ bool isListOfObjects(const Json& value) {
 
 }  // namespace
 
-const Json& memberOrNothing(const Json& object, const std::string& name) {
+const Json& memberOrNothing(const Json& object, TextRef name) {
   const auto found = object.find(name);
   return found == object.end() ? kNothing : *found;
 }
@@ -54,7 +56,7 @@ std::string textOf(const Json& value) {
 }
 
 std::string placeOf(const std::string& list, const Json& key) {
-  return list + "[" + (key.is_null() ? key.dump() : textOf(key)) + "]";
+  return concat(list, "[", key.is_null() ? key.dump() : textOf(key), "]");
 }
 
 }  // namespace camcfg::tool::document

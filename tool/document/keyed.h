@@ -10,7 +10,7 @@
 namespace camcfg::tool::document {
 
 /// A member of an object; null if it has none of this name.
-const Json& memberOrNothing(const Json& object, const std::string& name);
+const Json& memberOrNothing(const Json& object, TextRef name);
 
 /// A list whose elements are found by a member, or by their position. The list must outlive it.
 class Keyed {

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <functional>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/keyed.h"
@@ -75,7 +76,7 @@ Json recordOf(const Settings& settings, const std::string& text, const char* sep
   const std::vector<std::string> members = parts(text, separators[0]);
   const std::vector<const Setting*> order = typedOrder(settings);
   if (members.size() > order.size())
-    throw Refusal(quoted(text) + " has more than " + std::to_string(order.size()) + " parts");
+    throw Refusal(concat(quoted(text), " has more than ", order.size(), " parts"));
   Json record = Json::object();
   for (std::size_t i = 0; i < members.size(); ++i)
     record[order[i]->member] = valueAt(*order[i], members[i], separators + 1);
@@ -84,14 +85,14 @@ Json recordOf(const Settings& settings, const std::string& text, const char* sep
 
 // @param separators  the first is between the elements
 std::string formOf(const Setting& list, const char* separators) {
-  if (list.kind == Kind::Ids) return std::string("ID") + separators[0] + "...";
+  if (list.kind == Kind::Ids) return concat("ID", separators[0], "...");
   std::string element;
   for (const Setting* member : typedOrder(list.inner->settings)) {
     if (!element.empty()) element += separators[1];
     element += inCapitals(member->member);
     if (member->kind == Kind::Ids) element += std::string(1, separators[2]) + "...";
   }
-  return element + separators[0] + "...";
+  return concat(element, separators[0], "...");
 }
 
 bool mayBeNull(const Setting& setting) {
@@ -174,8 +175,8 @@ void assign(const Settings& settings, const std::vector<std::string>& words,
     const auto [name, text] = parted(word);
     const Setting* setting = settings::settingOf(settings, name);
     if (setting == nullptr)
-      throw Refusal(place + ": there is no member " + quoted(name) +
-                    didYouMean(name, settings::membersOf(settings)));
+      throw Refusal(concat(place, ": there is no member ", quoted(name),
+                           didYouMean(name, settings::membersOf(settings))));
     if (isAmong(given, name)) throw Refusal(memberPlace(place, name) + ": it is given twice");
     given.push_back(name);
     Json value = valueFromWord(*setting, text);

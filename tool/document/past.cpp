@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/change.h"
 #include "device/history.h"
@@ -17,8 +18,8 @@ namespace {
   std::vector<int> kept;
   kept.reserve(changes.size());
   for (const device::RecordedChange& change : changes) kept.push_back(change.number);
-  throw Refusal("change " + std::to_string(number) + " is not kept" +
-                (kept.empty() ? "; no change is" : "; there are " + joined(kept)));
+  throw Refusal(concat("change ", number, " is not kept",
+                       kept.empty() ? "; no change is" : "; there are " + joined(kept)));
 }
 
 device::RecordedChange requireChange(int number) {
@@ -48,7 +49,7 @@ std::vector<Transition> transitionsOf(const std::vector<device::FileChange>& fil
     const CopiedSection& latter = after.at(section.name);
     const std::string& fault = latter.fault.empty() ? former->second.fault : latter.fault;
     if (!fault.empty())
-      notes.push_back("note: " + section.name + " cannot be compared: " + fault);
+      notes.push_back(concat("note: ", section.name, " cannot be compared: ", fault));
     else if (former->second.value != latter.value)
       transitions.push_back({&section, former->second.value, latter.value});
   }
@@ -180,8 +181,8 @@ Outcome undoChanges(std::optional<int> number, bool force, const ImportOptions& 
   outcome.notes = undoing.notes();
   if (!undoing.conflicts().empty() && !force) {
     outcome.status = Status::Refused;
-    outcome.notes.push_back("set to something else since: " + joined(undoing.conflicts()) +
-                            "; nothing was changed; '--force' takes them back as well");
+    outcome.notes.push_back(concat("set to something else since: ", joined(undoing.conflicts()),
+                                   "; nothing was changed; '--force' takes them back as well"));
     return outcome;
   }
   if (!options.rehearse) device::makeChanges(undoing.changes());

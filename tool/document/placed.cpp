@@ -1,5 +1,6 @@
 #include "document/placed.h"
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "document/document.h"
@@ -17,7 +18,7 @@ constexpr char kInterface[] = "intf";
 
 // "Lan0 (Eth0)"
 std::string withOther(const std::string& name, const std::string& other) {
-  return other.empty() ? name : name + " (" + other + ")";
+  return other.empty() ? name : concat(name, " (", other, ")");
 }
 
 // Whether a place is inside what is at another one.
@@ -117,15 +118,15 @@ void at(const device::Section& section, Json& value, const std::string& place,
   std::vector<std::string> known;
   forEachSetting(section, value, [&](const Placed& placed) {
     if (isBelow(placed.place, place))
-      throw Refusal(place + " is a part of " + placed.place + "; give that one as a whole");
+      throw Refusal(concat(place, " is a part of ", placed.place, "; give that one as a whole"));
     known.push_back(placed.place);
   });
   if (partAt(section.name, value, place) != nullptr)
-    throw Refusal(place + " is more than one setting; give one, such as " +
-                  quoted(*std::find_if(known.begin(), known.end(), [&](const std::string& each) {
-                    return isBelow(place, each);
-                  })));
-  throw Refusal("there is no setting " + quoted(place) + didYouMean(place, known));
+    throw Refusal(concat(
+        place, " is more than one setting; give one, such as ",
+        quoted(*std::find_if(known.begin(), known.end(),
+                             [&](const std::string& each) { return isBelow(place, each); }))));
+  throw Refusal(concat("there is no setting ", quoted(place), didYouMean(place, known)));
 }
 
 const Json* partAt(const std::string& own, const Json& value, const std::string& place) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/keyed.h"
 #include "settings/media.h"
@@ -30,7 +31,7 @@ void addDangling(const Settings& settings, const std::string& place, const Json&
                                     [&](const Json& entry) { return entry.at(table.key) == key; });
     if (!key.is_null() && !exists)
       faults.push_back(
-          {where, "there is no " + nameOf(table, key) + nearestEntry(table, key, entries)});
+          {where, concat("there is no ", nameOf(table, key), nearestEntry(table, key, entries))});
   };
   for (const Setting& setting : settings) {
     const Json& value = memberOrNothing(record, setting.member);
@@ -152,7 +153,7 @@ const Table* referredBy(const Setting& setting) {
 }
 
 std::string nameOf(const Table& table, const Json& key) {
-  return std::string(table.entry) + " " + (key.is_string() ? quoted(key.text()) : key.dump());
+  return concat(table.entry, " ", key.is_string() ? quoted(key.text()) : key.dump());
 }
 
 Json& entriesOf(const Table& table, Entries& all) {
@@ -206,7 +207,8 @@ std::string nearestEntry(const Table& table, const Json& sought, const Json& ent
   const Json& key = nearest->at(table.key);
   const Json label = table.label == nullptr ? Json() : nearest->at(table.label);
   const std::string name = key.is_string() ? quoted(key.text()) : key.dump();
-  return "; did you mean " + name + (label.is_string() ? " (" + label.text() + ")" : "") + "?";
+  return concat("; did you mean ", name, label.is_string() ? concat(" (", label.text(), ")") : "",
+                "?");
 }
 
 std::vector<std::string> takeAway(const Table& table, const Json& key, Entries& all) {

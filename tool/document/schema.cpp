@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/document.h"
 #include "document/keyed.h"
@@ -84,8 +85,7 @@ class Schema {
     const auto at = static_cast<std::size_t>(dialect_);
     Json schema = {
         {"$schema", kUris[at]},
-        {"$id",
-         std::string("urn:camcfg:document:") + std::to_string(kVersion) + ":" + CAMCFG_VERSION},
+        {"$id", concat("urn:camcfg:document:", kVersion, ":", CAMCFG_VERSION)},
         {"title", "Settings of a device"},
         {"description",
          "A document that 'camcfg export' prints and 'camcfg import' takes on this device"}};
@@ -105,8 +105,7 @@ class Schema {
 
   Json textReference() const {
     Json reference = Json::object();
-    reference["$ref"] =
-        std::string("#/") + kDefinitions[static_cast<std::size_t>(dialect_)] + "/text";
+    reference["$ref"] = concat("#/", kDefinitions[static_cast<std::size_t>(dialect_)], "/text");
     return reference;
   }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/document.h"
 #include "document/keyed.h"
@@ -85,7 +86,7 @@ void searchSection(const device::Section& section, Search& search, Outcome& outc
   if (section.name == kParameters) return search.inParameters();
   device::Readable readable = readableOf(section);
   for (const device::Unread& unread : readable.unread)
-    outcome.notes.push_back("left out of " + section.name + ": " + unread.fault);
+    outcome.notes.push_back(concat("left out of ", section.name, ": ", unread.fault));
   search.in(section, std::move(readable.value));
 }
 
@@ -99,7 +100,7 @@ Outcome findSettings(const std::vector<std::string>& words) {
       searchSection(section, search, outcome);
     } catch (const Refusal& refusal) {
       if (refusal.status() != Status::Unusable || ++unusable == allSections().size()) throw;
-      outcome.notes.push_back("left out: " + section.name + ": " + refusal.what());
+      outcome.notes.push_back(concat("left out: ", section.name, ": ", refusal.what()));
     }
   if (!outcome.notes.empty()) outcome.status = Status::Degraded;
   outcome.value = search.takeFound();

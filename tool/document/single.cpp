@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/document.h"
 #include "document/members.h"
@@ -34,7 +35,7 @@ class Edit {
     const device::Section& section = requireSection(place);
     CopiedSection factory = loadFrom(device::Place::Default).at(section.name);
     if (!factory.fault.empty())
-      throw Refusal(place + ": it has no factory value: " + factory.fault);
+      throw Refusal(concat(place, ": it has no factory value: ", factory.fault));
     at(section, valueOf(section), place, [&](const Placed& placed) {
       const bool isThere = forOne(section, factory.value, place,
                                   [&](const Placed& original) { placed.value = original.value; });

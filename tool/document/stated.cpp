@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/document.h"
 #include "document/keyed.h"
@@ -122,8 +123,8 @@ const Json* Stated::find(const List& form, const Json& entry, const Keyed& byKey
   for (const Json& other : held) {
     if (memberOrNothing(other, form.label) != entry.at(form.label)) continue;
     if (found != nullptr) {
-      faults_.push_back({place, "there is more than one with this " + std::string(form.label) +
-                                    "; give its " + form.key});
+      faults_.push_back({place, concat("there is more than one with this ", form.label,
+                                       "; give its ", form.key)});
       return nullptr;
     }
     found = &other;

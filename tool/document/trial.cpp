@@ -1,5 +1,6 @@
 #include "document/trial.h"
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "base/progress.h"
 #include "base/system_log.h"
@@ -37,8 +38,8 @@ RolledBack rollBack(const RecordedChange& change, const std::string& why) {
   const device::RollingBack rollingBack(change);
   RolledBack rolledBack{takeBack(change), ""};
   if (device::changeOnTrial()) device::endTrial(TrialEnd::RolledBack);
-  rolledBack.line = "rolled back change " + std::to_string(change.number) + ", since " + why +
-                    ": " + describe(change);
+  rolledBack.line =
+      concat("rolled back change ", change.number, ", since ", why, ": ", describe(change));
   if (!rolledBack.conflicts.empty())
     rolledBack.line +=
         "; set to something else since, and left so: " + joined(rolledBack.conflicts);
@@ -66,7 +67,7 @@ Outcome confirmChange() {
   const RecordedChange change = requireOnTrial();
   if (isOver(change)) {
     rollBack(change, kTooLate);
-    throw Refusal("too late: change " + std::to_string(change.number) + " was rolled back");
+    throw Refusal(concat("too late: change ", change.number, " was rolled back"));
   }
   device::endTrial(TrialEnd::Confirmed);
   noteChange();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/rules.h"
 #include "lint/steering.h"
@@ -70,8 +71,9 @@ class Allowance {
     const Rule* rule = ruleOf(id_);
     if (rule == nullptr)
       return add(findings, kAllowForm,
-                 "there is no rule " + quoted(id_) + didYouMean(id_, ruleIds()));
-    if (!hasReason_) return add(findings, kAllowForm, "it does not say why " + id_ + " is allowed");
+                 concat("there is no rule ", quoted(id_), didYouMean(id_, ruleIds())));
+    if (!hasReason_)
+      return add(findings, kAllowForm, concat("it does not say why ", id_, " is allowed"));
     if (!isUsed_)
       add(findings, kAllowUnused,
           last_ == 0 ? "no element follows it" : id_ + " finds nothing in the next element");

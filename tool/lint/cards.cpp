@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "lint/rules.h"
 #include "settings/subnet.h"
 
@@ -20,7 +21,8 @@ class Places {
   void add(const Rule& rule, const XMLElement& card, const XMLElement& field, const char* side,
            const std::string& text) {
     if (known_.emplace(&rule, &field).second)
-      Item{field, clipped(card.Name()) + "/" + field.Name(), findings_}.addOf(rule, side, text);
+      Item{field, concat(clipped(card.Name()), "/", field.Name()), findings_}.addOf(rule, side,
+                                                                                    text);
   }
 
  private:
@@ -80,7 +82,7 @@ void checkServers(const Card& card) {
   else if (first.empty())
     card.add(kDnsOrder, "Dns2", " is set, but Dns1 is empty");
   else if (first == second)
-    card.add(kDnsOrder, "Dns2", " " + quoted(second) + " is that of Dns1, too");
+    card.add(kDnsOrder, "Dns2", concat(" ", quoted(second), " is that of Dns1, too"));
 }
 
 // A card without a gateway reaches its subnet; others may have one.
@@ -91,9 +93,9 @@ void checkServersReached(const Card& card) {
   for (const char* name : {"Dns1", "Dns2"}) {
     const auto server = settings::ipv4Of(card.text(name));
     if (subnet && server && !isLoopback(*server) && !subnet->has(*server))
-      card.add(
-          kDnsUnreachable, name,
-          " " + card.text(name) + " is not in " + subnet->text() + ", and no gateway leads there");
+      card.add(kDnsUnreachable, name,
+               concat(" ", card.text(name), " is not in ", subnet->text(),
+                      ", and no gateway leads there"));
   }
 }
 
@@ -120,7 +122,7 @@ struct Taken {
     if (card.text("GateWay").empty()) return;
     if (gateway != nullptr)
       card.add(kTwoGateways, "GateWay",
-               " is a second default route: card " + clipped(gateway->Name()) + " has one");
+               concat(" is a second default route: card ", clipped(gateway->Name()), " has one"));
     else
       gateway = &card.element;
   }
@@ -132,14 +134,15 @@ struct Taken {
     const auto [owner, isNew] = addresses.emplace(address, &card.element);
     if (!isNew)
       return card.add(kAddressTwice, "IpAddr",
-                      " " + quoted(address) + " is the address of card " +
-                          clipped(owner->second->Name()) + ", too");
+                      concat(" ", quoted(address), " is the address of card ",
+                             clipped(owner->second->Name()), ", too"));
     const auto subnet = settings::Subnet::of(address, card.text("NetMask"));
     if (!subnet) return;
     const auto [other, isFirst] = subnets.emplace(subnet->text(), &card.element);
     if (!isFirst)
-      card.add(kSubnetTwice, "IpAddr",
-               " is in " + subnet->text() + ", as that of card " + clipped(other->second->Name()));
+      card.add(
+          kSubnetTwice, "IpAddr",
+          concat(" is in ", subnet->text(), ", as that of card ", clipped(other->second->Name())));
   }
 };
 
@@ -155,8 +158,8 @@ void checkComplete(const Elements& cards, Findings& findings) {
     for (const XMLElement* card : cards)
       if (card->FirstChildElement("IpAddr") != nullptr && card->FirstChildElement(name) == nullptr)
         Item{*card, "card " + clipped(card->Name()), findings}.add(
-            kCardFieldMissing, " has no " + tag(name) + ", as card " + clipped((*other)->Name()) +
-                                   " has: none can be stored");
+            kCardFieldMissing, concat(" has no ", tag(name), ", as card ",
+                                      clipped((*other)->Name()), " has: none can be stored"));
   }
 }
 

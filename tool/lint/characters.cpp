@@ -2,6 +2,7 @@
 #include <iterator>
 #include <string>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "lint/item.h"
 #include "lint/marked_text.h"
@@ -54,7 +55,7 @@ void checkValue(const MarkedText& text, const Markup& piece, const MarkupAttribu
   if (!hasHigh(attribute.value)) return;
   const auto add = [&](const char* what) {
     findings.add(kDamagedText, text.lineOf(attribute.name),
-                 tag(piece.name) + ": \"" + clipped(attribute.name) + "\" " + what);
+                 concat(tag(piece.name), ": \"", clipped(attribute.name), "\" ", what));
   };
   if (attribute.value.find(kReplacement) != std::string_view::npos)
     add("holds U+FFFD, which stands for a lost character");
@@ -72,8 +73,8 @@ void checkCharacters(const MarkedText& text, Findings& findings) {
     for (const MarkupAttribute& attribute : piece.attributes) {
       if (hasInvisible(attribute.name))
         findings.add(kInvisibleName, text.lineOf(attribute.name),
-                     tag(piece.name) + ": \"" + clipped(attribute.name) +
-                         "\" has a character in its name that nobody sees");
+                     concat(tag(piece.name), ": \"", clipped(attribute.name),
+                            "\" has a character in its name that nobody sees"));
       checkValue(text, piece, attribute, findings);
     }
   }

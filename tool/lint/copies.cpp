@@ -1,5 +1,6 @@
 #include <camcfg/types.h>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/repair.h"
 #include "device/shared_files.h"
@@ -39,14 +40,14 @@ void checkBackup(const device::ConfigFile& file, Findings& findings) {
     case device::State::OutOfStep: {
       const XMLNode* place = firstDifference(*file.main.document, *file.backup.document);
       findings.add(kCopiesDiffer, place == nullptr ? 1 : place->GetLineNum(),
-                   "its backup " + path + " differs from here on");
+                   concat("its backup ", path, " differs from here on"));
       break;
     }
     case device::State::Missing:
       findings.add(kBackupMissing, 1, "there is no backup " + path);
       break;
     default:
-      findings.add(kBackupDamaged, 1, "its backup " + path + " " + file.backup.fault);
+      findings.add(kBackupDamaged, 1, concat("its backup ", path, " ", file.backup.fault));
       break;
   }
 }
@@ -97,8 +98,8 @@ void checkCopies(const Source& source, Findings& findings) {
         std::string("start-up verification does not check it: it is not in ") + CFG_DIR_DEFAULT);
   if (!device::Repair{file.name, device::Place::Backup, device::Place::Main}.fitsTheCopy())
     findings.add(kFileNameTooLong, 1,
-                 "its name has " + std::to_string(file.name.size()) +
-                     " bytes and is too long for the library to copy it");
+                 concat("its name has ", file.name.size(),
+                        " bytes and is too long for the library to copy it"));
 }
 
 }  // namespace camcfg::tool::lint

@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/markup.h"
 #include "lint/item.h"
 #include "lint/order.h"
@@ -105,7 +106,7 @@ std::string withAttributeNames(const std::string& bytes,
       if (isTaken(each, meant.name)) continue;
       edits.emplace_back(each.attribute->name, meant.name);
       fixes.push_back({std::get<0>(key), meant.rule,
-                       "\"" + std::get<1>(key) + "\" is now \"" + meant.name + "\""});
+                       concat("\"", std::get<1>(key), "\" is now \"", meant.name, "\"")});
     }
   }
   std::sort(edits.begin(), edits.end(),
@@ -118,8 +119,8 @@ std::string withoutSpaces(const std::string& bytes, int line, Fixes& fixes) {
   for (const std::string_view part : extraSpacesIn(bytes)) edits.emplace_back(part, "");
   if (edits.empty()) return bytes;
   fixes.push_back({line, &kExtraSpace,
-                   "needless white space is gone from " + std::to_string(edits.size()) +
-                       (edits.size() == 1 ? " place" : " places")});
+                   concat("needless white space is gone from ", edits.size(),
+                          edits.size() == 1 ? " place" : " places")});
   return edited(bytes, edits);
 }
 
@@ -139,8 +140,8 @@ std::string withOrder(const std::string& bytes, const std::vector<const Finding*
   std::vector<Moved> moved;
   std::string text = inOrder(bytes, lines, moved);
   for (const Moved& each : moved)
-    fixes.push_back(
-        {each.line, &kParameterShadowed, tag(each.name) + " is now before " + tag(each.before)});
+    fixes.push_back({each.line, &kParameterShadowed,
+                     concat(tag(each.name), " is now before ", tag(each.before))});
   return text;
 }
 

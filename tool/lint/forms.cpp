@@ -3,6 +3,7 @@
 #include <iterator>
 #include <map>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/state_contents.h"
 #include "lint/steering.h"
@@ -20,7 +21,7 @@ class Fingerprints {
  public:
   std::string next(const Finding& finding) {
     const std::string identity = identityOf(finding.file, finding.rule->id, finding.text);
-    return device::hashOf(identity + '\n' + std::to_string(++counts_[identity]));
+    return device::hashOf(concat(identity, '\n', ++counts_[identity]));
   }
 
  private:
@@ -35,9 +36,9 @@ std::string inMarkdown(const char* text) {
 }
 
 Json helpOf(const Rule& rule) {
-  return {{"text", std::string(rule.why) + "\nFix: " + rule.fix + "\nExample: " + rule.example},
-          {"markdown", inMarkdown(rule.why) + "\n\n**Fix:** " + inMarkdown(rule.fix) +
-                           "\n\n**Example:** `" + rule.example + "`"}};
+  return {{"text", concat(rule.why, "\nFix: ", rule.fix, "\nExample: ", rule.example)},
+          {"markdown", concat(inMarkdown(rule.why), "\n\n**Fix:** ", inMarkdown(rule.fix),
+                              "\n\n**Example:** `", rule.example, "`")}};
 }
 
 // Some readers require both descriptions.
@@ -119,9 +120,9 @@ Json gitlabOf(const std::vector<Finding>& findings) {
 std::string githubOf(const std::vector<Finding>& findings) {
   std::string lines;
   for (const Finding& finding : findings)
-    lines += std::string("::") + wordFor(finding.severity) +
-             " file=" + escaped(finding.file, "%\r\n:,") + ",line=" + std::to_string(finding.line) +
-             ",title=" + finding.rule->id + "::" + escaped(finding.text, "%\r\n") + "\n";
+    lines += concat("::", wordFor(finding.severity), " file=", escaped(finding.file, "%\r\n:,"),
+                    ",line=", finding.line, ",title=", finding.rule->id,
+                    "::", escaped(finding.text, "%\r\n"), "\n");
   return lines;
 }
 

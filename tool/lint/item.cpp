@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "lint/rules.h"
 #include "settings/media.h"
@@ -38,7 +39,7 @@ std::optional<std::string_view> textIn(const XMLElement& element, const char* at
 std::string carriedFrom(const XMLElement* before) {
   const auto id = before == nullptr ? std::nullopt : settings::integerIn(*before, "Id");
   if (!id) return "and there is none before it to take one from";
-  return "and is taken for " + std::to_string(*id) + ", as the one" + atLine(*before);
+  return concat("and is taken for ", *id, ", as the one", atLine(*before));
 }
 
 }  // namespace
@@ -49,7 +50,7 @@ void Item::addAt(const Rule& rule, const char* attribute, const std::string& tex
 }
 
 void Item::addOf(const Rule& rule, const char* attribute, const std::string& text) const {
-  addAt(rule, attribute, std::string(": \"") + attribute + "\"" + text);
+  addAt(rule, attribute, concat(": \"", attribute, "\"", text));
 }
 
 std::optional<int> Item::checkInteger(const char* attribute) const {
@@ -60,7 +61,7 @@ std::optional<int> Item::checkInteger(const char* attribute) const {
   if (!read)
     addOf(kNotAnInteger, attribute, what + " is not an integer");
   else if (!decimal(written))
-    addOf(kOddInteger, attribute, what + " is read as " + std::to_string(*read));
+    addOf(kOddInteger, attribute, concat(what, " is read as ", *read));
   else if (!decimal32(written))
     addOf(kIntegerTooLarge, attribute,
           what + " does not fit into 32 bits and is read as another number");
@@ -73,30 +74,29 @@ void Item::checkName(const char* attribute) const {
   if (isBlank(written))
     addOf(kNameEmpty, attribute, " is empty");
   else if (isBlank(written.substr(0, 1)) || isBlank(written.substr(written.size() - 1)))
-    addOf(kNameSpace, attribute, " " + quoted(written) + " begins or ends with a space");
+    addOf(kNameSpace, attribute, concat(" ", quoted(written), " begins or ends with a space"));
 }
 
 void Item::require(const Needed& need) const {
   if (!has(need.attribute))
-    add(kMissingAttribute, std::string(" has no \"") + need.attribute + "\", which " + need.reader);
+    add(kMissingAttribute, concat(" has no \"", need.attribute, "\", which ", need.reader));
 }
 
 void Item::requireFits(const char* attribute, std::size_t room) const {
   const std::size_t length = text(attribute).size();
   if (length > room)
     addOf(kValueTooLong, attribute,
-          " has " + std::to_string(length) + " bytes, and its readers have room for " +
-              std::to_string(room));
+          concat(" has ", length, " bytes, and its readers have room for ", room));
 }
 
 void Item::requireWithin(const settings::Range& limits, const char* attribute, int number) const {
   if (limits.has(number)) return;
-  const std::string what = " " + std::to_string(number) + " is ";
+  const std::string what = concat(" ", number, " is ");
   if (limits == settings::kPorts)
-    addOf(kPortRange, attribute, what + "not a port (" + limits.text() + ")");
+    addOf(kPortRange, attribute, concat(what, "not a port (", limits.text(), ")"));
   else
     addOf(limits == settings::kSourceIds ? kSourceIdRange : kValueRange, attribute,
-          what + "outside " + limits.text());
+          concat(what, "outside ", limits.text()));
 }
 
 void Item::checkCase(const std::vector<const char*>& known) const {
@@ -105,7 +105,7 @@ void Item::checkCase(const std::vector<const char*>& known) const {
     for (const std::string_view meant : known)
       if (meant != attribute->Name() && isSameWord(meant, attribute->Name()))
         addOf(kAttributeCase, attribute->Name(),
-              " is not read: readers look for \"" + std::string(meant) + "\"");
+              concat(" is not read: readers look for \"", meant, "\""));
 }
 
 void checkEqualIds(const Elements& entries, const std::string& owner, Findings& findings) {

@@ -1,6 +1,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
@@ -61,10 +62,10 @@ void checkKind(const XMLElement& channel, const std::string& expected, const Kin
                const Rule& rule, const char* attribute, Findings& findings) {
   const auto cache = caches.find(settings::integerIn(channel, "Id").value_or(-1));
   if (cache == caches.end() || cache->second.kind.empty() || cache->second.kind == expected) return;
-  Item{channel, tag(channel.Name()), findings}.addOf(rule, attribute,
-                                                     " " + quoted(textOf(channel, attribute)) +
-                                                         ": cache " + std::to_string(cache->first) +
-                                                         " carries " + cache->second.kind);
+  Item{channel, tag(channel.Name()), findings}.addOf(
+      rule, attribute,
+      concat(" ", quoted(textOf(channel, attribute)), ": cache ", cache->first, " carries ",
+             cache->second.kind));
 }
 
 const char* kindOfType(const char* type) {
@@ -90,13 +91,13 @@ void checkSwitched(const XMLElement& cache, const XMLElement& channel, const Kin
                    Findings& findings) {
   const std::string carried = carriedBy(cache, sources).kind;
   if (carried.empty()) return;
-  const std::string which = ", and the channel" + atLine(channel) + " is for " + carried;
+  const std::string which = concat(", and the channel", atLine(channel), " is for ", carried);
   for (const XMLElement* entry : whitelistOf(cache)) {
     const auto source = sources.find(settings::integerIn(*entry, "Id").value_or(-1));
     if (source == sources.end() || !source->second.isRunning || source->second.kind == carried)
       continue;
     Item{*entry, "cache " + clipped(textOf(cache, "Id")), findings}.addAt(
-        kCacheMixed, "Id", " can be switched to " + source->second.kind + which);
+        kCacheMixed, "Id", concat(" can be switched to ", source->second.kind, which));
   }
 }
 
@@ -116,8 +117,7 @@ void checkRaw(const XMLElement& target, const Kinds& caches, Findings& findings)
     if (cache->second.isRaw)
       Item{*channel, tag(channel->Name()), findings}.addOf(
           kRtmpRawSound, "Id",
-          " " + std::to_string(cache->first) +
-              ": the cache carries an audio input, not an encoder");
+          concat(" ", cache->first, ": the cache carries an audio input, not an encoder"));
     return;
   }
 }

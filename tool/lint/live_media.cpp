@@ -1,6 +1,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
@@ -23,7 +24,7 @@ void checkChannel(const Item& item, const char* attribute, const Ids& caches) {
   const int id = settings::integerIn(item.element, attribute).value_or(-1);
   if (id != -1 && !caches.empty() && caches.count(id) == 0)
     item.addAt(kChannelMissing, attribute,
-               " sends channel " + std::to_string(id) + ", which is the id of no stream cache");
+               concat(" sends channel ", id, ", which is the id of no stream cache"));
 }
 
 void checkTypes(const std::vector<Item>& channels, const std::vector<const char*>& types) {
@@ -35,14 +36,14 @@ void checkTypes(const std::vector<Item>& channels, const std::vector<const char*
                                    [&](const char* known) { return isSameWord(text, known); });
     if (type == types.end()) {
       channel.addAt(kChannelTypeUnknown, "Type",
-                    " has no channel of type " + quoted(text) + ": it is left out");
+                    concat(" has no channel of type ", quoted(text), ": it is left out"));
       continue;
     }
     const auto [first, isNew] = firsts.emplace(*type, &channel.element);
     if (!isNew)
       channel.addAt(kChannelTypeTwice, "Type",
-                    std::string(" has a channel of type ") + *type + atLine(*first->second) +
-                        " already: this one is left out");
+                    concat(" has a channel of type ", *type, atLine(*first->second),
+                           " already: this one is left out"));
   }
 }
 
@@ -121,7 +122,7 @@ void checkSrtMode(const Item& instance) {
     if (!instance.has("Hostname"))
       instance.add(kSrtCallerWithoutHost, " is a caller without \"Hostname\"");
   } else if (instance.has("Mode")) {
-    instance.addOf(kSrtMode, "Mode", " " + quoted(mode) + " is neither Listener nor Caller");
+    instance.addOf(kSrtMode, "Mode", concat(" ", quoted(mode), " is neither Listener nor Caller"));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/near_names.h"
 #include "lint/rules.h"
@@ -41,23 +42,22 @@ void checkUnread(const Item& entry, const ElementForm& form) {
                     [&](const AttributeForm& known) { return name == known.name; }))
       continue;
     const AttributeForm* meant = meantBy(name, form);
-    entry.addAt(
-        kUnreadAttribute, attribute->Name(),
-        ": no loader reads \"" + clipped(name) + "\"" +
-            (meant == nullptr ? "" : std::string("; the loader reads \"") + meant->name + "\""));
+    entry.addAt(kUnreadAttribute, attribute->Name(),
+                concat(": no loader reads \"", clipped(name), "\"",
+                       meant == nullptr ? "" : concat("; the loader reads \"", meant->name, "\"")));
   }
 }
 
 void checkAttribute(const Item& entry, const AttributeForm& form) {
   if (!entry.has(form.name)) {
-    const std::string what = std::string(" has no \"") + form.name + "\"";
+    const std::string what = concat(" has no \"", form.name, "\"");
     if (form.need == Need::Required)
       entry.add(kRequiredAttribute, what + ", without which the section does not load");
     if (form.need == Need::Expected) entry.add(kExpectedAttribute, what);
   } else if (form.kind == settings::Kind::Switch) {
     const std::string word = entry.text(form.name);
     if (!isSameWord(word, "true") && !isSameWord(word, "false"))
-      entry.addOf(kNotASwitch, form.name, " " + quoted(word) + " is read as false");
+      entry.addOf(kNotASwitch, form.name, concat(" ", quoted(word), " is read as false"));
   } else if (form.kind == settings::Kind::Integer) {
     const std::optional<int> number = entry.checkInteger(form.name);
     if (number == -1 && form.need != Need::Optional)
@@ -78,12 +78,12 @@ const char* nearEntry(const XMLNode& node, const std::vector<ElementForm>& forms
 void checkUnknown(const XMLNode& node, const XMLElement& parent, bool isSaved, Findings& findings) {
   if (node.ToElement() != nullptr)
     findings.add(kUnknownElement, node,
-                 tag(parent.Name()) + ": no loader reads " + tag(node.Value()) +
-                     (isSaved ? ", and the next save drops it" : ""));
+                 concat(tag(parent.Name()), ": no loader reads ", tag(node.Value()),
+                        isSaved ? ", and the next save drops it" : ""));
   else if (isSaved)
     findings.add(kDroppedBySave, node,
-                 tag(parent.Name()) + ": the next save drops this " +
-                     (node.ToComment() == nullptr ? "text" : "comment"));
+                 concat(tag(parent.Name()), ": the next save drops this ",
+                        node.ToComment() == nullptr ? "text" : "comment"));
 }
 
 void checkEntries(const XMLElement& parent, const std::vector<ElementForm>& forms, bool isSaved,

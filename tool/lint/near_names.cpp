@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/rules.h"
 
@@ -72,7 +73,7 @@ bool isNearMiss(std::string_view name, std::string_view meant) {
 
 void addNearName(const XMLElement& element, std::string_view meant, Findings& findings) {
   findings.add(kNearName, element,
-               tag(element.Name()) + " is not read: readers look for " + tag(meant));
+               concat(tag(element.Name()), " is not read: readers look for ", tag(meant)));
 }
 
 bool isKnownTop(std::string_view name) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "base/name_matches.h"
 #include "lint/cards.h"
 #include "lint/item.h"
@@ -35,14 +36,14 @@ void checkCardName(const Elements& cards, std::size_t i, const NameMatches& matc
   const std::string_view name = card.element.Name();
   if (i >= CFG_NETWORK_CARDS_MAX)
     card.add(kTooManyCards,
-             " is not listed: there are " + std::to_string(CFG_NETWORK_CARDS_MAX) + " before it");
+             concat(" is not listed: there are ", CFG_NETWORK_CARDS_MAX, " before it"));
   if (name.size() >= CFG_NETWORK_NAME_SIZE)
     card.add(kCardNameTooLong,
              " is listed as " + std::string(name.substr(0, CFG_NETWORK_NAME_SIZE - 1)));
   const XMLElement& other = *cards[match.answer()];
   if (match.longer < match.same)
-    card.add(kCardShadowed,
-             ": calls find " + tag(other.Name()) + atLine(other) + ", which begins with this name");
+    card.add(kCardShadowed, concat(": calls find ", tag(other.Name()), atLine(other),
+                                   ", which begins with this name"));
   else if (match.same != i)
     card.add(kCardTwice, ": calls find the one" + atLine(other));
 }
@@ -59,8 +60,8 @@ void checkInterfaces(const Elements& cards, Findings& findings) {
       if (isNew || interface.empty() || !found.insert(element).second) continue;
       Item{*element, cardItem(*card, findings).name, findings}.addAt(
           kInterfaceTwice, side,
-          (&each == &kSides[0] ? " drives " : " after a reset drives ") + clipped(interface) +
-              ", as card " + clipped(first->second->Name()) + " does");
+          concat(&each == &kSides[0] ? " drives " : " after a reset drives ", clipped(interface),
+                 ", as card ", clipped(first->second->Name()), " does"));
     }
   }
 }
@@ -72,22 +73,21 @@ void checkHostname(const Item& network) {
   const std::string fault = settings::hostnameSetting().whyNotUsable(name);
   if (!fault.empty()) network.addOf(kHostname, "Hostname", ": " + clipped(fault));
   if (isSameWord(name, "localhost"))
-    network.addOf(kHostname, "Hostname", " " + quoted(name) + " is what every device calls itself");
+    network.addOf(kHostname, "Hostname",
+                  concat(" ", quoted(name), " is what every device calls itself"));
   if (!name.empty() && name.find_first_not_of("0123456789.") == std::string::npos)
-    network.addOf(kHostnameNumber, "Hostname", " " + quoted(name) + " is taken for an address");
+    network.addOf(kHostnameNumber, "Hostname",
+                  concat(" ", quoted(name), " is taken for an address"));
 }
 
 void checkMtu(const Item& field, const Setting& setting, const char* attribute) {
   const std::optional<int> mtu = field.checkInteger(attribute);
   const auto [min, max] = settings::limitsIn(field.element, setting.limits);
   if (mtu && (*mtu < min || *mtu > max))
-    field.addOf(kMtuRange, attribute,
-                " " + std::to_string(*mtu) + " is outside " + std::to_string(min) + ".." +
-                    std::to_string(max));
+    field.addOf(kMtuRange, attribute, concat(" ", *mtu, " is outside ", min, "..", max));
   else if (mtu && *mtu < kLeastPacket)
     field.addOf(kMtuSmall, attribute,
-                " " + std::to_string(*mtu) + " is below " + std::to_string(kLeastPacket) +
-                    ", which every network carries");
+                concat(" ", *mtu, " is below ", kLeastPacket, ", which every network carries"));
 }
 
 // The library stores any text; `set` wants to be forced to store these.
@@ -103,7 +103,8 @@ void checkText(const Item& field, const Setting& setting, const char* attribute)
   if (setting.kind != settings::Kind::Text) {
     const std::vector<std::string> words = settings::wordsOf(setting);
     if (!isAmong(words, text))
-      field.addOf(kNetworkWord, attribute, " " + quoted(text) + " is none of " + joined(words));
+      field.addOf(kNetworkWord, attribute,
+                  concat(" ", quoted(text), " is none of ", joined(words)));
     return;
   }
   field.requireFits(attribute, setting.field.room - 1);
@@ -140,8 +141,8 @@ const Setting* meantField(const XMLElement& element) {
 
 void checkUnknown(const Item& item) {
   if (const Setting* other = settings::cardSettingWrittenInto(item.element.Name()))
-    item.add(kWrittenAsAnother, std::string(": setters write ") + settings::elementOf(*other) +
-                                    " into it, and no reader knows it");
+    item.add(kWrittenAsAnother, concat(": setters write ", settings::elementOf(*other),
+                                       " into it, and no reader knows it"));
   else if (const Setting* meant = meantField(item.element))
     addNearName(item.element, settings::elementOf(*meant), item.findings);
   else
@@ -168,7 +169,7 @@ void checkFields(const Item& card) {
     checkField(field, *setting);
     const XMLElement& answer = *elements[matches[i].answer()];
     if (matches[i].longer < matches[i].same)
-      field.add(kCardFieldShadowed, ": setters find " + tag(answer.Name()) + atLine(answer));
+      field.add(kCardFieldShadowed, concat(": setters find ", tag(answer.Name()), atLine(answer)));
     else if (matches[i].same != i)
       field.add(kCardFieldTwice, ": setters write the one" + atLine(answer));
   }

@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 
+#include "base/concat.h"
 #include "base/name_matches.h"
 #include "lint/item.h"
 #include "lint/lint.h"
@@ -27,8 +28,8 @@ bool isToldApart(const XMLElement& element, const XMLElement& first) {
 void checkName(const Item& item, const Elements& elements, const NameMatches& match) {
   const XMLElement& answer = *elements[match.answer()];
   if (match.longer < match.same)
-    item.add(kParameterShadowed, ": a lookup finds " + tag(answer.Name()) + atLine(answer) +
-                                     ", which begins with this name");
+    item.add(kParameterShadowed, concat(": a lookup finds ", tag(answer.Name()), atLine(answer),
+                                        ", which begins with this name"));
   else if (&answer != &item.element && !isToldApart(item.element, answer))
     item.add(kParameterTwice, ": a lookup finds the one" + atLine(answer));
 }
@@ -44,10 +45,10 @@ void checkUsages(const Elements& elements, const Item& parent) {
     const std::vector<NameMatches> matches = matchNames(usages);
     for (std::size_t i = 0; i < group.size(); ++i)
       if (matches[i].answer() != i)
-        parent.inner(*group[i]).addAt(kUsageShadowed, "Usage",
-                                      ": a lookup of usage " + quoted(usages[i]) +
-                                          " finds the element" +
-                                          atLine(*group[matches[i].answer()]));
+        parent.inner(*group[i]).addAt(
+            kUsageShadowed, "Usage",
+            concat(": a lookup of usage ", quoted(usages[i]), " finds the element",
+                   atLine(*group[matches[i].answer()])));
   }
 }
 
@@ -80,7 +81,7 @@ void checkLevel(const Item& parent, int depth) {
   if (depth > kDeepest && !elements.empty())
     return parent.findings.add(
         kNestedTooDeep, *elements.front(),
-        parent.name + ": no call reads " + tag(elements.front()->Name()) + " at this depth");
+        concat(parent.name, ": no call reads ", tag(elements.front()->Name()), " at this depth"));
   const std::vector<NameMatches> matches = matchNames(namesOf(elements));
   for (std::size_t i = 0; i < elements.size(); ++i)
     checkName(parent.inner(*elements[i]), elements, matches[i]);
@@ -95,7 +96,7 @@ void checkAcross(const Elements& sections, Findings& findings) {
   for (const XMLElement* section : sections)
     for (const XMLElement* element : childrenOf(*section)) all.push_back(element);
   const auto pathOf = [](const XMLElement& element) {
-    return clipped(element.Parent()->Value()) + "/" + clipped(element.Name());
+    return concat(clipped(element.Parent()->Value()), "/", clipped(element.Name()));
   };
   const std::vector<NameMatches> matches = matchNames(namesOf(all));
   for (std::size_t i = 0; i < all.size(); ++i) {
@@ -103,8 +104,8 @@ void checkAcross(const Elements& sections, Findings& findings) {
     if (answer.Parent() == all[i]->Parent()) continue;
     const bool isSame = matches[i].same < matches[i].longer;
     findings.add(isSame ? kNameInTwoSections : kNameBeginsEarlier, *all[i],
-                 pathOf(*all[i]) + ": a lookup without the section finds " + pathOf(answer) +
-                     atLine(answer));
+                 concat(pathOf(*all[i]), ": a lookup without the section finds ", pathOf(answer),
+                        atLine(answer)));
   }
 }
 
@@ -126,8 +127,7 @@ bool isOnStep(int value, int min, int step) {
 }
 
 std::string offStep(int value, int min, int step) {
-  return " " + std::to_string(value) + " is not on a step of " + std::to_string(step) + " from " +
-         std::to_string(min);
+  return concat(" ", value, " is not on a step of ", step, " from ", min);
 }
 
 // The largest number of all stands for no limit.
@@ -142,23 +142,19 @@ void checkIntegers(const Item& item) {
   const std::optional<int> max = item.checkInteger("Max");
   const std::optional<int> step = item.checkInteger("Step");
   const bool isEmpty = min && max && *min > *max;
-  if (isEmpty)
-    item.addOf(kMinAboveMax, "Min",
-               " " + std::to_string(*min) + " is above \"Max\" " + std::to_string(*max));
-  if (step && *step < 1)
-    item.addOf(kBadStep, "Step", " " + std::to_string(*step) + " is not an increment");
+  if (isEmpty) item.addOf(kMinAboveMax, "Min", concat(" ", *min, " is above \"Max\" ", *max));
+  if (step && *step < 1) item.addOf(kBadStep, "Step", concat(" ", *step, " is not an increment"));
   if (min && max && step &&
       *min<*max&& * step> static_cast<long long>(*max) - static_cast<long long>(*min))
-    item.addOf(kStepTooLarge, "Step",
-               " " + std::to_string(*step) + " is more than from \"Min\" to \"Max\"");
+    item.addOf(kStepTooLarge, "Step", concat(" ", *step, " is more than from \"Min\" to \"Max\""));
   if (isLastStepShort(min, max, step)) item.addOf(kOffStep, "Max", offStep(*max, *min, *step));
   for (const char* attribute : kValues) {
     const std::optional<int> value = item.checkInteger(attribute);
     if (!value || isEmpty) continue;
     if ((min && *value < *min) || (max && *value > *max))
       item.addOf(kOutsideLimits, attribute,
-                 " " + std::to_string(*value) + " is outside " + (min ? std::to_string(*min) : "") +
-                     ".." + (max ? std::to_string(*max) : ""));
+                 concat(" ", *value, " is outside ", min ? std::to_string(*min) : "", "..",
+                        max ? std::to_string(*max) : ""));
     else if (min && step && *step > 0 && !isOnStep(*value, *min, *step))
       item.addOf(kOffStep, attribute, offStep(*value, *min, *step));
   }
@@ -174,8 +170,9 @@ void checkOptions(const Item& item, const std::string& options) {
     const bool isSame = first->second == option;
     item.addOf(
         kOptionTwice, "OptTxt",
-        " has " + quoted(option) +
-            (isSame ? " twice" : " and " + quoted(first->second) + ", which differ in case only"));
+        concat(" has ", quoted(option),
+               isSame ? " twice"
+                      : concat(" and ", quoted(first->second), ", which differ in case only")));
   }
   if (options.find(",,") != std::string::npos || beginsWith(options, ",") ||
       (!options.empty() && options.back() == ','))
@@ -198,11 +195,11 @@ void checkTexts(const Item& item) {
   for (const char* attribute : kValues) {
     if (!item.has(attribute)) continue;
     const std::string text = item.text(attribute);
-    const std::string what = " " + quoted(text) + " is ";
+    const std::string what = concat(" ", quoted(text), " is ");
     if (options.find(text) == std::string::npos)
-      item.addOf(kNotAnOption, attribute, what + "not among " + quoted(options));
+      item.addOf(kNotAnOption, attribute, concat(what, "not among ", quoted(options)));
     else if (options.size() < CFG_TXT_OPT_SIZE && !settings::isWholeOption(options, text))
-      item.addOf(kPartOfOption, attribute, what + "only a part of one of " + quoted(options));
+      item.addOf(kPartOfOption, attribute, concat(what, "only a part of one of ", quoted(options)));
   }
 }
 

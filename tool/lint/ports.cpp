@@ -1,6 +1,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
@@ -35,8 +36,8 @@ Ports systemPortsIn(const Source& source, const char* side, Findings* findings) 
       continue;
     Item{*element, std::string("System/") + element->Name(), *findings}.addOf(
         kPortOfTwoServices, side,
-        " " + std::to_string(*number) + " is the port of " + first->second->Name() +
-            atLine(*first->second) + ", too");
+        concat(" ", *number, " is the port of ", first->second->Name(), atLine(*first->second),
+               ", too"));
   }
   return ports;
 }
@@ -85,8 +86,8 @@ void checkCalls(const Source& parameters, const Source& media, Findings& finding
     if (isListener(*instance) || listener == listeners.end() ||
         own.count(textOf(*instance, "Hostname")) == 0)
       continue;
-    Item{*instance, tag(instance->Name()) + " " + quoted(textOf(*instance, "Id")), findings}.addAt(
-        kCallsItself, "Hostname", " calls the listener" + atLine(*listener->second));
+    Item{*instance, concat(tag(instance->Name()), " ", quoted(textOf(*instance, "Id"))), findings}
+        .addAt(kCallsItself, "Hostname", " calls the listener" + atLine(*listener->second));
   }
 }
 
@@ -112,8 +113,8 @@ void checkPortsOfAll(const std::vector<Source>& sources, std::vector<Findings>& 
     const XMLElement& place = isLater ? *instance : *port->second;
     const XMLElement& other = isLater ? *port->second : *instance;
     found.add(kPortOfTwoServices, place,
-              tag(place.Name()) + ": " + std::to_string(port->first) + " is the port of " +
-                  tag(other.Name()) + " in " + earlier.name + atLine(other) + ", too");
+              concat(tag(place.Name()), ": ", port->first, " is the port of ", tag(other.Name()),
+                     " in ", earlier.name, atLine(other), ", too"));
   }
 }
 

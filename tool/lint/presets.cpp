@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "base/concat.h"
 #include "base/name_matches.h"
 #include "lint/item.h"
 #include "lint/lint.h"
@@ -59,13 +60,13 @@ void checkValues(const Item& preset) {
     const char* attribute = setting.attributes.front().name;
     preset.checkInteger(attribute);
     if (!preset.has(attribute))
-      preset.add(kPresetPositionMissing, std::string(" has no \"") + attribute + "\"");
+      preset.add(kPresetPositionMissing, concat(" has no \"", attribute, "\""));
   }
   for (const XMLElement* inner : childrenOf(preset.element))
     if (beginsWith(inner->Name(), kName) || isMeantAsPreset(*inner))
       itemOf(*inner, preset.findings)
           .add(kPresetNested,
-               " is inside " + preset.name + atLine(preset.element) + ": no call finds it");
+               concat(" is inside ", preset.name, atLine(preset.element), ": no call finds it"));
   const settings::Range& limits = all.front().limits;
   const std::optional<int> id = settings::integerIn(preset.element, "Id");
   if (id && !limits.has(*id))
@@ -75,7 +76,7 @@ void checkValues(const Item& preset) {
 void checkLength(const Item& preset) {
   const std::size_t length = preset.text("Description").size();
   const std::string what =
-      ": the description has " + std::to_string(length) + " bytes and is not returned by ";
+      concat(": the description has ", length, " bytes and is not returned by ");
   if (length != 0) preset.checkName("Description");
   if (length == 0)
     preset.addAt(kDescriptionMissing, "Description", " has no description");
@@ -100,9 +101,9 @@ void checkDescriptions(const Elements& presets, Findings& findings) {
     const auto add = [&](const Rule& rule, const std::string& verb, std::size_t other) {
       itemOf(*described[i], findings)
           .addAt(rule, "Description",
-                 ": the description " + quoted(texts[i]) + " " + verb +
-                     itemOf(*described[other], findings).name + " " + quoted(texts[other]) +
-                     atLine(*described[other]));
+                 concat(": the description ", quoted(texts[i]), " ", verb,
+                        itemOf(*described[other], findings).name, " ", quoted(texts[other]),
+                        atLine(*described[other])));
     };
     if (longer < same)
       add(kDescriptionShadowed, "finds ", longer);
@@ -120,8 +121,7 @@ void checkFreeIds(const XMLElement& group, const Elements& presets, Findings& fi
     if (id >= 0 && id < kProposed) taken.insert(id);
   }
   if (taken.size() == static_cast<std::size_t>(kProposed))
-    findings.add(kPresetNoFreeId, group,
-                 "all ids from 0 to " + std::to_string(kProposed - 1) + " are taken");
+    findings.add(kPresetNoFreeId, group, concat("all ids from 0 to ", kProposed - 1, " are taken"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <map>
 #include <string_view>
 
+#include "base/concat.h"
 #include "base/name_matches.h"
 #include "lint/item.h"
 #include "lint/near_names.h"
@@ -24,8 +25,8 @@ void checkTwice(const tinyxml2::XMLNode& parent, Findings& findings) {
   for (std::size_t i = 0; i < sections.size(); ++i)
     if (matches[i].same != i)
       findings.add(kSectionTwice, *sections[i],
-                   "this " + tag(names[i]) + " is not found: the one" +
-                       atLine(*sections[matches[i].same]) + " comes first");
+                   concat("this ", tag(names[i]), " is not found: the one",
+                          atLine(*sections[matches[i].same]), " comes first"));
 }
 
 std::vector<std::string> topsOf(FileKind kind) {
@@ -61,11 +62,11 @@ const XMLElement* misplacedIn(const XMLDocument& document, std::string_view name
 
 void addMisplaced(const XMLElement& section, const std::string& place, Findings& findings) {
   const XMLElement* outer = section.Parent()->ToElement();
-  findings.add(
-      kSectionNested, section,
-      tag(section.Name()) + " is not read: it is " +
-          (outer == nullptr ? "at the top" : "inside " + tag(outer->Name()) + atLine(*outer)) +
-          ", and readers look for it " + place);
+  findings.add(kSectionNested, section,
+               concat(tag(section.Name()), " is not read: it is ",
+                      outer == nullptr ? "at the top"
+                                       : concat("inside ", tag(outer->Name()), atLine(*outer)),
+                      ", and readers look for it ", place));
 }
 
 // @param near  what the section is called instead; null if there is nothing like it
@@ -115,8 +116,8 @@ void checkAlike(const tinyxml2::XMLNode& parent, const std::vector<std::string_v
           !isNearMiss(element->Name(), name))
         continue;
       findings.add(kSectionAlike, *element,
-                   tag(element->Name()) + " is nearly called as the section " + tag(name) +
-                       atLine(*section) + ", and is not it");
+                   concat(tag(element->Name()), " is nearly called as the section ", tag(name),
+                          atLine(*section), ", and is not it"));
       break;
     }
 }
@@ -128,10 +129,10 @@ void checkCases(const XMLDocument& document, Findings& findings) {
     const auto [first, isNew] = firsts.emplace(inLowerCase(section->Name()), section);
     const bool isOther = std::string_view(first->second->Name()) != section->Name();
     if (!isNew && isOther && !isKnownTop(first->second->Name()) && !isKnownTop(section->Name()))
-      findings.add(kSectionAlike, *section,
-                   tag(section->Name()) + " is called as the section " +
-                       tag(first->second->Name()) + atLine(*first->second) +
-                       " except for upper and lower case");
+      findings.add(
+          kSectionAlike, *section,
+          concat(tag(section->Name()), " is called as the section ", tag(first->second->Name()),
+                 atLine(*first->second), " except for upper and lower case"));
   }
 }
 

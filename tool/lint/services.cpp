@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
@@ -27,12 +28,13 @@ using Firsts = std::map<std::string, const XMLElement*>;
 void takeOnce(const Rule& rule, const Item& item, const char* attribute, const std::string& key,
               const std::string& what, Firsts& firsts) {
   const auto [first, isNew] = firsts.emplace(key, &item.element);
-  if (!isNew) item.addOf(rule, attribute, " is " + what + " of the one" + atLine(*first->second));
+  if (!isNew)
+    item.addOf(rule, attribute, concat(" is ", what, " of the one", atLine(*first->second)));
 }
 
 void checkHasChannels(const Item& item, const char* inner) {
   if (media::entriesOf(item.element, {inner}).empty())
-    item.add(kNothingSent, std::string(" has no <") + inner + ">, so nothing is sent");
+    item.add(kNothingSent, concat(" has no <", inner, ">, so nothing is sent"));
 }
 
 std::string whyNotIpv6(const std::string& text) {
@@ -128,7 +130,7 @@ void checkDiscovery(const Item& instance) {
         whyNotAServer(server.substr(begin, server.find_last_not_of(' ') + 1 - begin));
     if (!why.empty())
       return instance.addOf(kDiscoveryServer, "DiscoveryServer",
-                            " " + quoted(clipped(servers)) + ": " + clipped(why));
+                            concat(" ", quoted(clipped(servers)), ": ", clipped(why)));
   }
 }
 
@@ -161,7 +163,7 @@ void checkMulticast(const Item& instance) {
   const auto address = settings::ipv4Of(instance.text("MulticastIp"));
   if (address && (*address & kLocalMask) == kLocalMulticast)
     instance.addOf(kMulticastLocal, "MulticastIp",
-                   " " + instance.text("MulticastIp") + " is of the protocols of routers");
+                   concat(" ", instance.text("MulticastIp"), " is of the protocols of routers"));
 }
 
 void checkInstance(const Item& instance, Firsts& names) {
@@ -188,7 +190,7 @@ void checkEncryption(const Item& instance) {
     instance.addAt(kSrtPasswordMissing, "AesMode", " is encrypted, but has no password");
   else if (!kPassPhrase.has(length))
     instance.addOf(kSrtPasswordLength, "Password",
-                   " has " + std::to_string(length) + " bytes, outside " + kPassPhrase.text());
+                   concat(" has ", length, " bytes, outside ", kPassPhrase.text()));
 }
 
 void checkStreamsOf(const Item& instance) {
@@ -196,15 +198,15 @@ void checkStreamsOf(const Item& instance) {
   const Elements streams = media::entriesOf(instance.element, {"Stream"});
   const XMLElement* marked = nullptr;
   for (const XMLElement* element : streams) {
-    const Item stream{*element, tag(element->Name()) + " " + quoted(textOf(*element, "Id")),
+    const Item stream{*element, concat(tag(element->Name()), " ", quoted(textOf(*element, "Id"))),
                       instance.findings};
     checkHasChannels(stream, "Channel");
     const std::string id = stream.text("Id");
     stream.checkName("Id");
     if (id.size() > kLongestStreamId)
-      stream.addOf(kStreamIdTooLong, "Id",
-                   " has " + std::to_string(id.size()) + " bytes, and callers send " +
-                       std::to_string(kLongestStreamId) + " at most");
+      stream.addOf(
+          kStreamIdTooLong, "Id",
+          concat(" has ", id.size(), " bytes, and callers send ", kLongestStreamId, " at most"));
     Firsts channels;
     for (const XMLElement* channel : media::entriesOf(*element, {"Channel"}))
       takeOnce(kChannelTwice, {*channel, stream.name, instance.findings}, "Id",
@@ -228,9 +230,9 @@ void checkSrt(const Item& instance, Calls& calls) {
   checkEncryption(instance);
   checkStreamsOf(instance);
   if (instance.element.IntAttribute("Latency", 0) > kLongLatency)
-    instance.addOf(kSrtLatency, "Latency",
-                   " " + clipped(instance.text("Latency")) + " is more than " +
-                       std::to_string(kLongLatency) + " ms");
+    instance.addOf(
+        kSrtLatency, "Latency",
+        concat(" ", clipped(instance.text("Latency")), " is more than ", kLongLatency, " ms"));
   const std::optional<int> number = settings::integerIn(instance.element, "Port");
   if (!number) return;
   const std::string port = std::to_string(*number);
@@ -240,7 +242,8 @@ void checkSrt(const Item& instance, Calls& calls) {
   if (!instance.has("Hostname")) return;
   const std::string why = whyNotToBeCalled(host);
   if (!why.empty()) instance.addOf(kSrtHost, "Hostname", ": " + clipped(why));
-  takeOnce(kCallTwice, instance, "Port", host + " " + port, "the host and port", calls.callers);
+  takeOnce(kCallTwice, instance, "Port", concat(host, " ", port), "the host and port",
+           calls.callers);
 }
 
 void checkNames(const Elements& entries, Findings& findings) {
@@ -261,13 +264,13 @@ void checkSessionName(const Item& session, Firsts& names) {
   const std::string path = inLowerCase(name.front() == '/' ? name.substr(1) : name);
   const auto [first, isNew] = names.emplace(path, &session.element);
   if (!isNew && textOf(*first->second, "Name") != name)
-    session.addAt(
-        kSessionName, "Name",
-        " is called as the one" + atLine(*first->second) + " except for case or the first slash");
+    session.addAt(kSessionName, "Name",
+                  concat(" is called as the one", atLine(*first->second),
+                         " except for case or the first slash"));
 }
 
 Item itemOf(const XMLElement& entry, Findings& findings) {
-  return {entry, tag(entry.Name()) + " " + quoted(textOf(entry, "Id")), findings};
+  return {entry, concat(tag(entry.Name()), " ", quoted(textOf(entry, "Id"))), findings};
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "base/concat.h"
 #include "base/json.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -16,7 +17,7 @@ constexpr char kLine[] = " line ";
 const Rule& requireRule(const std::string& id) {
   for (const Rule* rule : kRules)
     if (rule->id == id) return *rule;
-  throw Refusal(Status::Usage, "there is no rule " + quoted(id) + didYouMean(id, ruleIds()));
+  throw Refusal(Status::Usage, concat("there is no rule ", quoted(id), didYouMean(id, ruleIds())));
 }
 
 std::string textIn(const Json& finding, const char* member) {
@@ -44,7 +45,7 @@ std::string identityOf(const std::string& file, const std::string& rule, const s
     while (end < plain.size() && std::isdigit(static_cast<unsigned char>(plain[end])) != 0) ++end;
     plain.erase(number, end - number);
   }
-  return file + '\n' + rule + '\n' + plain;
+  return concat(file, '\n', rule, '\n', plain);
 }
 
 void Steering::set(const std::string& word) {

@@ -1,6 +1,7 @@
 #include <limits>
 #include <map>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
@@ -25,11 +26,11 @@ void checkNames(const Elements& sources, Findings& findings) {
       carried = name;
       continue;
     }
-    findings.add(
-        kCarriedName, *source,
-        tag(source->Name()) + " has no \"Name\", " +
-            (carried == nullptr ? "and there is none before it to take: the section does not load"
-                                : "and is called " + quoted(carried) + ", as the one before it"));
+    findings.add(kCarriedName, *source,
+                 concat(tag(source->Name()), " has no \"Name\", ",
+                        carried == nullptr
+                            ? "and there is none before it to take: the section does not load"
+                            : concat("and is called ", quoted(carried), ", as the one before it")));
   }
 }
 
@@ -51,9 +52,9 @@ void checkSize(const Item& cache) {
     const std::string what = " " + std::to_string(size);
     const long long bytes = static_cast<long long>(size) * unit.bytes;
     if (bytes > std::numeric_limits<int>::max())
-      cache.addOf(kCacheSizeWraps, unit.attribute,
-                  what + " is 2 GiB or more and wraps to " +
-                      std::to_string(static_cast<int>(bytes)) + " bytes");
+      cache.addOf(
+          kCacheSizeWraps, unit.attribute,
+          concat(what, " is 2 GiB or more and wraps to ", static_cast<int>(bytes), " bytes"));
     if (size < 1)
       cache.addOf(kCacheSizeEmpty, unit.attribute, what + " is not a size");
     else if (bytes < kSmallest)
@@ -77,7 +78,8 @@ void checkFoundById(const XMLElement& section, Findings& findings) {
     if (!isFound || !id) continue;
     const XMLElement& answer = *answers.emplace(*id, element).first->second;
     if (isCache && !isSameWord(answer.Name(), "Cache"))
-      item.addAt(kCacheShadowed, "Id", ": updates find " + tag(answer.Name()) + atLine(answer));
+      item.addAt(kCacheShadowed, "Id",
+                 concat(": updates find ", tag(answer.Name()), atLine(answer)));
   }
 }
 
@@ -126,22 +128,22 @@ const AllowedEntry& carriedOf(const Item& cache, const std::vector<AllowedEntry>
     if (entry.item.element.IntAttribute("Default", 0) == 0) continue;
     if (carried != nullptr)
       entry.item.addAt(kTwoDefaults, "Default",
-                       ": " + entry.source() + " is marked \"Default\", too, and " +
-                           carried->source() + " is carried");
+                       concat(": ", entry.source(), " is marked \"Default\", too, and ",
+                              carried->source(), " is carried"));
     else
       carried = &entry;
   }
   if (carried != nullptr) return *carried;
   if (entries.size() > 1)
-    cache.add(kNoDefault, ": no source is marked \"Default\", so the last one, " +
-                              std::to_string(entries.back().id) + ", is carried");
+    cache.add(kNoDefault, concat(": no source is marked \"Default\", so the last one, ",
+                                 entries.back().id, ", is carried"));
   return entries.back();
 }
 
 void checkCarried(const AllowedEntry& carried, const Sources& sources) {
   if (carried.id == kNone) return;
   const auto add = [&](const Rule& rule, const std::string& what) {
-    carried.item.addAt(rule, "Id", " carries " + carried.source() + ", which " + what);
+    carried.item.addAt(rule, "Id", concat(" carries ", carried.source(), ", which ", what));
   };
   if (carried.id < 0 || carried.id >= kMaskBits)
     add(kEnabledOutsideWhitelist, "is not in its whitelist");
@@ -157,11 +159,11 @@ void checkEntry(const AllowedEntry& entry, int carried, const Sources& sources) 
   if (entry.id == carried) return;
   if (sources.count(entry.id) == 0)
     entry.item.addAt(kAllowedSourceMissing, "Id",
-                     " allows " + entry.source() + ", which does not exist");
+                     concat(" allows ", entry.source(), ", which does not exist"));
   if (entry.item.element.IntAttribute("Enable", 0) == 1)
-    entry.item.addAt(kEnableDiffers, "Enable",
-                     ": " + entry.source() + " is marked \"Enable\", but source " +
-                         std::to_string(carried) + " is carried");
+    entry.item.addAt(
+        kEnableDiffers, "Enable",
+        concat(": ", entry.source(), " is marked \"Enable\", but source ", carried, " is carried"));
 }
 
 void checkWhitelist(const XMLElement& cache, const Sources& sources, Findings& findings) {
@@ -176,7 +178,7 @@ void checkWhitelist(const XMLElement& cache, const Sources& sources, Findings& f
     const auto [first, isNew] = firsts.emplace(entry.id, &entry.item.element);
     if (!isNew)
       entry.item.addAt(kAllowedTwice, "Id",
-                       ": " + entry.source() + " is allowed already" + atLine(*first->second));
+                       concat(": ", entry.source(), " is allowed already", atLine(*first->second)));
   }
 }
 

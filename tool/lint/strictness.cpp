@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/marked_text.h"
 #include "lint/rules.h"
@@ -73,15 +74,14 @@ void checkLeniency(const Leniency& leniency, const MarkedText& text, Findings& f
     ++more;
   }
   if (first != nullptr)
-    findings.add(
-        kStrictXml, text.lineOf(first->all),
-        leniency.what + (more == 0 ? "" : ", as in " + std::to_string(more) + " more places"));
+    findings.add(kStrictXml, text.lineOf(first->all),
+                 leniency.what + (more == 0 ? "" : concat(", as in ", more, " more places")));
 }
 
 void checkSurplus(const MarkedText& text, Findings& findings) {
   if (!text.surplus) return;
   const std::string what =
-      "</" + clipped(text.surplus->name) + "> closes nothing that is open here";
+      concat("</", clipped(text.surplus->name), "> closes nothing that is open here");
   if (text.isCutOff)
     findings.add(kSurplusEnd, text.lineOf(text.surplus->all),
                  what + ": reading ends, and what follows is not there");

@@ -2,6 +2,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/near_names.h"
@@ -68,9 +69,9 @@ void checkZeroBytes(const Source& source, Findings& findings) {
   if (at == std::string::npos) return;
   const auto lines = std::count(source.bytes.begin(),
                                 source.bytes.begin() + static_cast<std::ptrdiff_t>(at), '\n');
-  findings.add(kZeroByte, static_cast<int>(lines) + 1,
-               "a zero byte ends the file here; " + std::to_string(source.bytes.size() - at) +
-                   " bytes are not read");
+  findings.add(
+      kZeroByte, static_cast<int>(lines) + 1,
+      concat("a zero byte ends the file here; ", source.bytes.size() - at, " bytes are not read"));
 }
 
 // Elements that nobody reads, since they are nearly called what readers look for.
@@ -102,9 +103,8 @@ void checkNotLoaded(const Source& source, Findings& findings) {
 
 void checkStructure(const Source& source, Findings& findings) {
   if (const char* encoding = wideEncodingOf(source.bytes))
-    return findings.add(
-        kWideEncoding, 1,
-        std::string("the file is ") + encoding + ", of which the library reads nothing");
+    return findings.add(kWideEncoding, 1,
+                        concat("the file is ", encoding, ", of which the library reads nothing"));
   checkZeroBytes(source, findings);
   if (source.document == nullptr) {
     if (source.isRead || source.copies == nullptr ||

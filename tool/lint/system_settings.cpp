@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/near_names.h"
@@ -26,8 +27,8 @@ void checkPort(const Item& item, const Source& /*source*/) {
     const std::optional<int> limit = settings::integerIn(item.element, attribute);
     if (limit && !settings::kPorts.has(*limit))
       item.addOf(kPortLimits, attribute,
-                 " " + std::to_string(*limit) + " lets calls set what is not a port (" +
-                     settings::kPorts.text() + ")");
+                 concat(" ", *limit, " lets calls set what is not a port (",
+                        settings::kPorts.text(), ")"));
   }
 }
 
@@ -65,15 +66,15 @@ bool isKnownSetting(std::string_view name) {
 }
 
 void addMissing(const XMLElement& system, const Read& setting, Findings& findings) {
-  const std::string what = std::string("System has no <") + setting.name + ">";
+  const std::string what = concat("System has no <", setting.name, ">");
   for (const XMLElement* element : childrenOf(system))
     if (beginsWith(element->Name(), setting.name))
       return findings.add(
           kSystemShadowed, *element,
-          what + ", and " + setting.reader + " takes " + tag(element->Name()) + " for it");
+          concat(what, ", and ", setting.reader, " takes ", tag(element->Name()), " for it"));
   if (const XMLElement* near = nearChild(system, setting.name, isKnownSetting))
     return addNearName(*near, setting.name, findings);
-  findings.add(kSystemMissing, system, what + ", which " + setting.reader + " reads");
+  findings.add(kSystemMissing, system, concat(what, ", which ", setting.reader, " reads"));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/marked_text.h"
@@ -48,11 +49,11 @@ bool checkEncoding(const MarkedText& text, Findings& findings) {
   const auto high = std::find_if(declaration, text.pieces.end(), [](const Markup& piece) {
     return (piece.isElement() || piece.kind == Kind::Text) && hasHigh(piece.all);
   });
-  const std::string what = "the encoding " + quoted(encoding) + " is not followed";
+  const std::string what = concat("the encoding ", quoted(encoding), " is not followed");
   if (high != text.pieces.end())
     findings.add(kEncodingIgnored, text.lineOf(declaration->all),
-                 what + ": from line " + std::to_string(text.lineOf(high->all)) +
-                     " on there are characters that are read as UTF-8");
+                 concat(what, ": from line ", text.lineOf(high->all),
+                        " on there are characters that are read as UTF-8"));
   else if (!isSameWord(encoding, "US-ASCII") && !isSameWord(encoding, "ASCII"))
     findings.add(kEncodingDeclared, text.lineOf(declaration->all), what);
   else
@@ -74,7 +75,7 @@ void checkUtf8(const MarkedText& text, Findings& findings) {
   if (first)
     findings.add(kNotUnicode, text.lineOf(*first),
                  "what is here is not UTF-8" +
-                     (count == 1 ? "" : ", as at " + std::to_string(count - 1) + " more places"));
+                     (count == 1 ? "" : concat(", as at ", count - 1, " more places")));
 }
 
 void checkMark(const MarkedText& text, Findings& findings) {
@@ -88,7 +89,7 @@ void checkSpaces(const MarkedText& text, Findings& findings) {
   const std::string more = std::to_string(spaces.size() - 1);
   findings.add(kExtraSpace, text.lineOf(spaces.front()),
                "white space is doubled in a tag or ends a line here" +
-                   (spaces.size() == 1 ? "" : ", and in " + more + " more places"));
+                   (spaces.size() == 1 ? "" : concat(", and in ", more, " more places")));
 }
 
 void checkControls(const MarkedText& text, Findings& findings) {
@@ -154,7 +155,7 @@ void checkReferences(const MarkedText& text, const Markup& piece, const MarkupAt
     if (reference.rule != nullptr && !isAmong(found, reference.rule)) {
       found.push_back(reference.rule);
       findings.add(*reference.rule, text.lineOf(attribute.name),
-                   tag(piece.name) + ": \"" + clipped(attribute.name) + "\" " + reference.what);
+                   concat(tag(piece.name), ": \"", clipped(attribute.name), "\" ", reference.what));
     }
     at = value.find('&', at + reference.length);
   }

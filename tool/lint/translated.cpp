@@ -4,6 +4,7 @@
 #include <cctype>
 #include <iterator>
 
+#include "base/concat.h"
 #include "lint/rules.h"
 
 namespace camcfg::tool::lint {
@@ -56,8 +57,8 @@ void checkHabit(const Habit& habit, const std::vector<const Translated*>& all) {
   const bool isUsual = with.size() > without.size();
   for (const Translated* each : isUsual ? without : with)
     each->item.addOf(habit.rule, "Val",
-                     std::string(isUsual ? " has not " : " has ") + habit.has + ", otherwise than" +
-                         (isUsual ? with : without).front()->place);
+                     concat(isUsual ? " has not " : " has ", habit.has, ", otherwise than",
+                            (isUsual ? with : without).front()->place));
 }
 
 void checkToDo(const std::vector<const Translated*>& all) {
@@ -70,7 +71,7 @@ void checkToDo(const std::vector<const Translated*>& all) {
     if (isToDo(each->text))
       each->item.addOf(
           kTranslationTodo, "Val",
-          " " + quoted(each->text) + " is no translation of the text" + (*sentence)->place);
+          concat(" ", quoted(each->text), " is no translation of the text", (*sentence)->place));
 }
 
 }  // namespace

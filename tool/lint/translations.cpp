@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/rules.h"
@@ -104,8 +105,8 @@ void checkMissing(const Source& source, const KnownTexts& known, const Languages
         lines[i] = text->second->GetLineNum();
       else if (isKnown)
         findings[i].add(kTranslationMissing, std::max(lines[i], 1),
-                        clipped(element->Name()) + " has no text here; it has one in " +
-                            source.name + atLine(*element));
+                        concat(clipped(element->Name()), " has no text here; it has one in ",
+                               source.name, atLine(*element)));
     }
   }
 }
@@ -129,7 +130,7 @@ void checkUntranslated(const Texts& texts, const KnownTexts& known, Findings& fi
   for (const auto& [text, first] : same)
     Item{*text, clipped(text->Name()), findings}.addOf(
         kTranslationSame, "Val",
-        " is not translated: it is that in " + first->source->name + atLine(*first->element));
+        concat(" is not translated: it is that in ", first->source->name, atLine(*first->element)));
 }
 
 std::vector<Translated> translationsOf(const std::string& key, const Languages& languages,
@@ -141,7 +142,7 @@ std::vector<Translated> translationsOf(const std::string& key, const Languages& 
     if (text != texts.end())
       all.push_back({{*text->second, clipped(key), findings[i]},
                      textOf(*text->second, "Val"),
-                     " in " + sources[i].name + atLine(*text->second)});
+                     concat(" in ", sources[i].name, atLine(*text->second))});
   }
   return all;
 }
@@ -155,7 +156,7 @@ struct TextFiles {
 
   std::string whyMissing(const std::string& language) const {
     const std::string name = language + kSuffix;
-    return isAmong(names, name) ? "" : ": there is no " + directory + clipped(name);
+    return isAmong(names, name) ? "" : concat(": there is no ", directory, clipped(name));
   }
 };
 
@@ -175,8 +176,8 @@ void checkOffered(const Item& item, const TextFiles& files) {
   for (const std::string& name : files.names)
     if (device::isXmlName(name) && !isAmong(options, name.substr(0, name.rfind('.'))))
       item.addOf(kLanguageNotOffered, "OptTxt",
-                 " does not list " + quoted(name.substr(0, name.rfind('.'))) + ", which " +
-                     files.directory + clipped(name) + " has the texts of");
+                 concat(" does not list ", quoted(name.substr(0, name.rfind('.'))), ", which ",
+                        files.directory, clipped(name), " has the texts of"));
 }
 
 void checkLanguage(const Item& item, const TextFiles& files) {

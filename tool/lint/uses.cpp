@@ -1,6 +1,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "lint/item.h"
 #include "lint/lint.h"
 #include "lint/media_form.h"
@@ -31,12 +32,11 @@ void checkHardware(const Elements& sources, Findings& findings) {
     const Item item{*source, tag(source->Name()), findings};
     if (*number < 0)
       item.addOf(kHardwareNumber, channel,
-                 " " + std::to_string(*number) + " is below 0: there is no such channel");
+                 concat(" ", *number, " is below 0: there is no such channel"));
     const auto [first, isNew] = hardware.emplace(channel + std::to_string(*number), source);
     if (!isNew)
-      item.addOf(
-          kHardwareTwice, channel,
-          " " + std::to_string(*number) + " is that of the one" + atLine(*first->second) + ", too");
+      item.addOf(kHardwareTwice, channel,
+                 concat(" ", *number, " is that of the one", atLine(*first->second), ", too"));
   }
 }
 
@@ -55,7 +55,7 @@ void checkUsed(const Elements& sources, const Elements& caches, Findings& findin
     const auto id = settings::integerIn(*source, "Id");
     if (id && isRunning(*source) && used.count(*id) == 0)
       Item{*source, tag(source->Name()), findings}.addOf(
-          kSourceUnused, "Id", " " + std::to_string(*id) + " is allowed by no cache");
+          kSourceUnused, "Id", concat(" ", *id, " is allowed by no cache"));
   }
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "media/stream_cache.h"
@@ -19,7 +20,7 @@ std::string atLine(const XMLNode& node) {
 }
 
 std::string describe(const XMLNode& node) {
-  if (node.ToElement() != nullptr) return "<" + std::string(node.Value()) + ">";
+  if (node.ToElement() != nullptr) return concat("<", node.Value(), ">");
   if (node.ToComment() != nullptr) return "the comment";
   return node.ToText() != nullptr ? "the text" : "the node";
 }
@@ -31,7 +32,7 @@ void addAttributes(const XMLElement& element, const ElementForm& form, Losses& l
     if (std::none_of(
             form.attributes.begin(), form.attributes.end(),
             [&](const AttributeForm& known) { return known.isSaved && name == known.name; }))
-      losses.push_back("\"" + name + "\" of <" + form.name + ">" + atLine(element));
+      losses.push_back(concat("\"", name, "\" of <", form.name, ">", atLine(element)));
   }
 }
 
@@ -58,7 +59,7 @@ void addIgnoredChannels(const XMLElement& entry, std::vector<const char*> types,
     const auto expected = std::find_if(types.begin(), types.end(),
                                        [&](const char* known) { return isSameWord(known, type); });
     if (expected == types.end())
-      losses.push_back("the channel of Type \"" + std::string(type) + "\"" + atLine(*channel));
+      losses.push_back(concat("the channel of Type \"", type, "\"", atLine(*channel)));
     else
       types.erase(expected);
   }
@@ -78,7 +79,7 @@ std::string ofCache(const CacheEntry& cache) {
 void addSizes(const CacheEntry& cache, const XMLElement& element, Losses& losses) {
   for (const settings::SizeUnit& unit : settings::kCacheSizeUnits)
     if (unit.bytes != cache.record->s32BufUnit && element.Attribute(unit.attribute) != nullptr)
-      losses.push_back("\"" + std::string(unit.attribute) + "\"" + ofCache(cache));
+      losses.push_back(concat("\"", unit.attribute, "\"", ofCache(cache)));
 }
 
 // Each source gets one entry, and one source the mark.
@@ -88,8 +89,7 @@ void addEntries(const CacheEntry& cache, Losses& losses) {
   const std::optional<int> kept = cache.marked(&AllowedSource::isDefault);
   for (const AllowedSource& source : cache.allowed)
     if (source.isDefault && source.id != *kept)
-      losses.push_back("the second \"Default\"" + ofCache(cache) + ", at source " +
-                       std::to_string(source.id));
+      losses.push_back(concat("the second \"Default\"", ofCache(cache), ", at source ", source.id));
 }
 
 }  // namespace
@@ -104,7 +104,7 @@ std::vector<std::string> lossNotes(const settings::Table& table) {
     addUnreadHost(*entry, losses);
   }
   if (losses.empty()) return {};
-  return {"note: " + std::string(table.place) + " is rewritten without " + joined(losses)};
+  return {concat("note: ", table.place, " is rewritten without ", joined(losses))};
 }
 
 std::vector<std::string> cacheLossNotes(const std::vector<CacheEntry>& caches,
@@ -121,8 +121,8 @@ std::vector<std::string> cacheLossNotes(const std::vector<CacheEntry>& caches,
     addSizes(cache, *elements[i], losses);
     addEntries(cache, losses);
     if (!cache.marked(&AllowedSource::isDefault) && cache.id() != changed)
-      notes.push_back("note: source " + std::to_string(cache.record->s32EnabledSrc) +
-                      ofCache(cache) + ", which the loader takes, gets the mark \"Default\"");
+      notes.push_back(concat("note: source ", cache.record->s32EnabledSrc, ofCache(cache),
+                             ", which the loader takes, gets the mark \"Default\""));
   }
   if (!losses.empty())
     notes.insert(notes.begin(), "note: all caches are rewritten without " + joined(losses));
@@ -133,9 +133,8 @@ void requireDumpable(const std::vector<CacheEntry>& caches) {
   for (const CacheEntry& cache : caches)
     for (const AllowedSource& source : cache.allowed)
       if (!settings::kSourceIds.has(source.id))
-        throw Refusal("the library saves all caches, and would lose source " +
-                      std::to_string(source.id) + ofCache(cache) + ", which is outside " +
-                      settings::kSourceIds.text());
+        throw Refusal(concat("the library saves all caches, and would lose source ", source.id,
+                             ofCache(cache), ", which is outside ", settings::kSourceIds.text()));
 }
 
 }  // namespace camcfg::tool::media

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
@@ -25,8 +26,9 @@ using tinyxml2::XMLElement;
   const device::Document document = device::requireDocument(CFG_FILE_MPP);
   const XMLElement& section = requireSection(*document, table);
   const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
-  throw Refusal(Status::Unusable, mediaPlace(kept < elements.size() ? *elements[kept] : section) +
-                                      ": " + (complaint.empty() ? "out of memory" : complaint));
+  throw Refusal(Status::Unusable,
+                concat(mediaPlace(kept < elements.size() ? *elements[kept] : section), ": ",
+                       complaint.empty() ? "out of memory" : complaint));
 }
 
 // The entries that the library loads; over a fault, it has kept those before the faulty one.
@@ -61,8 +63,7 @@ void checkReferences(const Node& entries, const Table& table, Plan& plan) {
       const Node value = entry.member(setting.member);
       const bool wasMissing = value.isHeld() && present.count(value.value()) == 0;
       if (planned.count(value.value()) == 0 && !wasMissing)
-        value.refuse("there is no " + std::string(setting.refersTo->entry) + " " +
-                     value.value().dump());
+        value.refuse(concat("there is no ", setting.refersTo->entry, " ", value.value().dump()));
     }
   }
 }
@@ -117,8 +118,8 @@ const XMLElement* sectionIn(const tinyxml2::XMLDocument& document, const Table& 
 
 std::string whyMissing(const tinyxml2::XMLDocument& document, const Table& table) {
   const XMLElement* top = document.FirstChildElement(table.parent);
-  return std::string(CFG_FILE_MPP) + " has no <" + table.parent + ">" +
-         (top == nullptr ? "" : std::string("<") + table.section + ">");
+  return concat(CFG_FILE_MPP, " has no <", table.parent, ">",
+                top == nullptr ? "" : concat("<", table.section, ">"));
 }
 
 XMLElement& requireSection(tinyxml2::XMLDocument& document, const Table& table) {
@@ -146,7 +147,7 @@ const ElementForm* formOf(const XMLElement& element, const std::vector<ElementFo
 }
 
 std::string mediaPlace(const tinyxml2::XMLNode& node) {
-  return std::string(CFG_FILE_MPP) + ":" + std::to_string(node.GetLineNum());
+  return concat(CFG_FILE_MPP, ":", node.GetLineNum());
 }
 
 Json loadEntries(const Table& table) {

@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
@@ -76,8 +77,8 @@ void strip(tinyxml2::XMLDocument& document, const Table& table, Json& unread) {
     const std::vector<const XMLElement*> elements = entriesOf(section, table.elements);
     if (entries.size() >= elements.size()) throw Refusal(Status::Unusable, lastComplaint());
     const XMLElement& entry = *elements[entries.size()];
-    unread.push_back(
-        {{kFault, mediaPlace(entry) + ": " + lastComplaint()}, {kWas, maskedText(entry, table)}});
+    unread.push_back({{kFault, concat(mediaPlace(entry), ": ", lastComplaint())},
+                      {kWas, maskedText(entry, table)}});
     section.DeleteChild(const_cast<XMLElement*>(&entry));
   }
 }

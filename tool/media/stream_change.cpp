@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/library_log.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -17,7 +18,7 @@ using tinyxml2::XMLElement;
 
 int requireId(const std::string& text) {
   const std::optional<std::int32_t> id = decimal32(text);
-  if (!id) throw Refusal("'" + text + "' is not an id");
+  if (!id) throw Refusal(concat("'", text, "' is not an id"));
   return *id;
 }
 
@@ -35,8 +36,8 @@ struct Chosen {
     std::vector<int> ids;
     for (; index < all.size() && cache().id() != id; ++index) ids.push_back(cache().id());
     if (index == all.size())
-      throw Refusal("there is no stream cache " + text +
-                    (ids.empty() ? "" : "; there are " + joined(ids)));
+      throw Refusal(concat("there is no stream cache ", text,
+                           ids.empty() ? "" : "; there are " + joined(ids)));
   }
 
   /// The id of a source.
@@ -44,8 +45,8 @@ struct Chosen {
   int requireAllowed(const std::string& text) const {
     const int id = requireId(text);
     if (cache().allows(id)) return id;
-    throw Refusal(name() + " does not allow source " + text + "; it allows " +
-                  joined(cache().allowedIds()));
+    throw Refusal(concat(name(), " does not allow source ", text, "; it allows ",
+                         joined(cache().allowedIds())));
   }
 
   /// Makes a change of the cache, with a call of the library.
@@ -75,8 +76,8 @@ struct Chosen {
 void requireOwnId(const Chosen& chosen, int sourceId) {
   for (const AllowedSource& source : chosen.cache().allowed)
     if (source.id == sourceId && source.hasId) return;
-  throw Refusal(chosen.name() + ": its entry for source " + std::to_string(sourceId) +
-                " has no \"Id\", so the library does not find it");
+  throw Refusal(concat(chosen.name(), ": its entry for source ", sourceId,
+                       " has no \"Id\", so the library does not find it"));
 }
 
 // The library's updates find an element by the beginning of its name.
@@ -85,10 +86,10 @@ void requireReachable(const Chosen& chosen) {
   const XMLElement* found = CFG_GetElementByNameId(
       &requireSection(*document, settings::streamCaches()), "Cache", chosen.cache().id());
   if (found != nullptr && found->GetLineNum() == chosen.cache().line) return;
-  throw Refusal(chosen.name() + ": the library would change " +
-                (found == nullptr ? "nothing" : mediaPlace(*found)) +
-                " in place of the element at line " + std::to_string(chosen.cache().line) +
-                ", whose name it does not find");
+  throw Refusal(concat(chosen.name(), ": the library would change ",
+                       found == nullptr ? "nothing" : mediaPlace(*found),
+                       " in place of the element at line ", chosen.cache().line,
+                       ", whose name it does not find"));
 }
 
 Outcome markOutcome(const CacheEntry& cache, Mark mark, int sourceId) {
@@ -185,10 +186,10 @@ Outcome allowSources(const std::string& cacheId, const std::vector<std::string>&
     outcome.notes.push_back("note: not among the stream sources: " + joined(unknown));
   // The loader goes by "Default", which a replaced whitelist has not; without it the last one counts.
   if (const std::optional<int> before = cache.marked(&AllowedSource::isDefault))
-    outcome.notes.push_back("note: the mark \"Default\" at source " + std::to_string(*before) +
-                            " is gone; the loader takes source " + std::to_string(ids.back()) +
-                            ", the last one, until 'camcfg stream cache " +
-                            std::to_string(cache.id()) + " default SOURCE' marks one");
+    outcome.notes.push_back(concat("note: the mark \"Default\" at source ", *before,
+                                   " is gone; the loader takes source ", ids.back(),
+                                   ", the last one, until 'camcfg stream cache ", cache.id(),
+                                   " default SOURCE' marks one"));
   return outcome;
 }
 

@@ -3,6 +3,7 @@
 #include <iterator>
 #include <map>
 
+#include "base/concat.h"
 #include "base/elements.h"
 
 namespace camcfg::tool::media {
@@ -34,7 +35,7 @@ std::string nameOf(const Table& table, const Json& entry) {
   const Json& name = entry.at(table.label == nullptr ? table.key : table.label);
   if (name.is_string()) return name.text();
   const std::string text = table.entry;
-  return text.substr(text.rfind(' ') + 1) + " " + name.dump();
+  return concat(text.substr(text.rfind(' ') + 1), " ", name.dump());
 }
 
 void addChannels(const Setting& setting, const Json& value, std::vector<WiredChannel>& channels) {
@@ -90,7 +91,7 @@ const char* keyAttributeOf(const Table& table) {
 std::string nodeNameOf(const Table& table, const std::string& key) {
   if (&table == &settings::streamSources()) return "source " + key;
   if (&table == &settings::streamCaches()) return "cache " + key;
-  return serviceOf(table) + " " + key;
+  return concat(serviceOf(table), " ", key);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <map>
 #include <numeric>
 
+#include "base/concat.h"
 #include "base/html.h"
 #include "media/wiring.h"
 
@@ -143,8 +144,8 @@ class Drawing {
   void addSources(const Json& sources) {
     for (const Json& source : byId(sources))
       sources_.push_back({"source " + source.at("id").dump(),
-                          source.at("id").dump() + "  " + source.at("name").text(),
-                          "source " + source.at("id").dump() + ", " + source.at("name").text(),
+                          concat(source.at("id").dump(), "  ", source.at("name").text()),
+                          concat("source ", source.at("id").dump(), ", ", source.at("name").text()),
                           source.at("enabled") == true ? "" : "off"});
   }
 
@@ -179,23 +180,23 @@ class Drawing {
     const std::string& name = session.at("name").text();
     wired_.push_back(session);
     sessions_.push_back(
-        {service + " " + textOfId(session.at("id")), cutTo(name, 24) + rolesOf(session),
-         service + " " + name + rolesOf(session), session.at("enabled") == true ? "" : "off"});
+        {concat(service, " ", textOfId(session.at("id"))), cutTo(name, 24) + rolesOf(session),
+         concat(service, " ", name, rolesOf(session)), session.at("enabled") == true ? "" : "off"});
   }
 
   static std::string rolesOf(const Json& session) {
     std::string roles;
     for (const Json& channel : session.at("channels")) {
       const std::string& role = channel.at("role").text();
-      roles += (roles.empty() ? "  (" : ", ") + role + (role.empty() ? "" : " ") +
-               channel.at("cache").dump();
+      roles += concat(roles.empty() ? "  (" : ", ", role, role.empty() ? "" : " ",
+                      channel.at("cache").dump());
     }
     return roles.empty() ? "" : roles + ")";
   }
 
   // The node of an id; one that stands for what is missing if there is none.
   static std::size_t require(std::vector<Node>& nodes, const char* kind, const Json& id) {
-    const std::string name = kind + (" " + id.dump());
+    const std::string name = concat(kind, " ", id.dump());
     for (std::size_t i = 0; i < nodes.size(); ++i)
       if (nodes[i].name == name) return i;
     nodes.push_back({name, "?  no " + name, "there is no " + name, "missing"});
@@ -257,10 +258,8 @@ class Drawing {
   }
 
   std::string description() const {
-    return htmlText(std::to_string(sources_.size()) + " sources, " +
-                    std::to_string(caches_.size()) + " caches, " +
-                    std::to_string(sessions_.size()) + " sessions of " +
-                    std::to_string(services_.size()) + " services");
+    return htmlText(concat(sources_.size(), " sources, ", caches_.size(), " caches, ",
+                           sessions_.size(), " sessions of ", services_.size(), " services"));
   }
 
   static void addLabel(int x, int y, const std::string& label, const char* look,

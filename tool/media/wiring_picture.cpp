@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "media/wiring.h"
 
@@ -30,11 +31,11 @@ constexpr const char* kColours[] = {"#1f6fb4", "#2c8a4b", "#7a4fa3", "#8a6d1f",
                                     "#b0661a", "#3f4fa8", "#6b4a3a", "#0f7f63"};
 
 std::string colourOf(std::size_t cache) {
-  return " color=\"" + std::string(kColours[cache % std::size(kColours)]) + "\"";
+  return concat(" color=\"", kColours[cache % std::size(kColours)], "\"");
 }
 
 std::string inQuotes(const std::string& text) {
-  return "\"" + text + "\"";
+  return concat("\"", text, "\"");
 }
 
 constexpr char kSource[] = "source";
@@ -47,7 +48,7 @@ std::string nodeOf(const char* kind, std::size_t index) {
 }
 
 std::string missingNode(const char* kind, int id) {
-  return inQuotes("missing " + std::string(kind) + " " + std::to_string(id));
+  return inQuotes(concat("missing ", kind, " ", id));
 }
 
 class Picture {
@@ -69,34 +70,36 @@ class Picture {
 
  private:
   void open(const std::string& cluster, const std::string& title) {
-    text_ += "  subgraph " + inQuotes("cluster " + cluster) + " {\n    label=" + inQuotes(title) +
-             "; labelloc=t; color=\"#d0d0d0\"; style=rounded;\n";
+    text_ +=
+        concat("  subgraph ", inQuotes("cluster " + cluster), " {\n    label=", inQuotes(title),
+               "; labelloc=t; color=\"#d0d0d0\"; style=rounded;\n");
   }
   void close() { text_ += "  }\n"; }
   void node(const std::string& name, const std::string& label, const std::string& look) {
-    text_ += "    " + name + " [label=" + inQuotes(label) + look + "];\n";
+    text_ += concat("    ", name, " [label=", inQuotes(label), look, "];\n");
   }
   void edge(const std::string& from, const std::string& to, const std::string& look) {
-    text_ += "  " + from + " -> " + to + (look.empty() ? "" : " [" + look.substr(1) + "]") + ";\n";
+    text_ += concat("  ", from, " -> ", to, look.empty() ? "" : concat(" [", look.substr(1), "]"),
+                    ";\n");
   }
 
   // One below the other, whether anything is connected to them or not.
   void align(const char* kind, std::size_t count) {
     text_ += "  {rank=same;";
-    for (std::size_t i = 0; i < count; ++i) text_ += " " + nodeOf(kind, i) + ";";
+    for (std::size_t i = 0; i < count; ++i) text_ += concat(" ", nodeOf(kind, i), ";");
     text_ += "}\n";
   }
 
   void drawMissing(const char* kind, const std::set<int>& ids) {
-    for (const int id : ids)
-      node(missingNode(kind, id), "no " + std::string(kind) + " " + std::to_string(id), kMissing);
+    for (const int id : ids) node(missingNode(kind, id), concat("no ", kind, " ", id), kMissing);
   }
 
   void drawSources() {
     open("sources", "Stream sources");
     for (std::size_t i = 0; i < wiring_.sources.size(); ++i) {
       const Json& source = wiring_.sources[i];
-      node(nodeOf(kSource, i), source.at("id").dump() + "  " + dotText(source.at("name").text()),
+      node(nodeOf(kSource, i),
+           concat(source.at("id").dump(), "  ", dotText(source.at("name").text())),
            isEnabled(i) ? "" : kDisabled);
     }
     std::set<int> missing;
@@ -115,9 +118,8 @@ class Picture {
     const Json caches = jsonOf(wiring_.caches);
     for (std::size_t i = 0; i < caches.size(); ++i)
       node(nodeOf(kCache, i),
-           std::to_string(wiring_.caches[i].id()) + "  " +
-               dotText(wiring_.caches[i].record->strName) + "\\n" +
-               caches[i]["size"].get<std::string>(),
+           concat(wiring_.caches[i].id(), "  ", dotText(wiring_.caches[i].record->strName), "\\n",
+                  caches[i]["size"].get<std::string>()),
            colourOf(i) + " penwidth=1.6");
     std::set<int> missing;
     for (const WiredSession& session : wiring_.sessions)
@@ -145,9 +147,9 @@ class Picture {
     std::string channels;
     for (const WiredChannel& channel : session.channels) {
       const std::string role = channel.role.empty() ? "" : dotText(channel.role) + " ";
-      channels += (channels.empty() ? "" : ", ") + role + std::to_string(channel.cacheId);
+      channels += concat(channels.empty() ? "" : ", ", role, channel.cacheId);
     }
-    return dotText(session.name) + (channels.empty() ? "" : "  (" + channels + ")");
+    return dotText(session.name) + (channels.empty() ? "" : concat("  (", channels, ")"));
   }
 
   bool isEnabled(std::size_t source) const {

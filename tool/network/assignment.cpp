@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "network/contradictions.h"
 #include "network/network.h"
@@ -21,7 +22,7 @@ constexpr char kForced[] = "; '--force' sets it anyway";
   for (const Setting& setting : settings::plainCardSettings()) known.emplace_back(setting.member);
   for (const Setting& setting : settings::cardSettings())
     known.emplace_back(settings::elementOf(setting));
-  throw Refusal("cards have no field '" + name + "'" + didYouMean(name, known));
+  throw Refusal(concat("cards have no field '", name, "'", didYouMean(name, known)));
 }
 
 // "mode=static"
@@ -29,8 +30,8 @@ std::string plainly(const Condition& condition, const std::string& word) {
   const Setting& setting = *settings::cardSettingOf(condition.element);
   for (const settings::Word& known : setting.words)
     if (known.written() == word)
-      return settings::plainNameOf(setting) + ("=" + std::string(known.plainText()));
-  return settings::plainNameOf(setting) + ("=" + word);
+      return concat(settings::plainNameOf(setting), "=", known.plainText());
+  return concat(settings::plainNameOf(setting), "=", word);
 }
 
 // Fields of a card, as they are given and as they follow from those.
@@ -97,7 +98,7 @@ class Assignment {
   }
 
   std::string fault(const Setting& setting, const std::string& why) const {
-    return pathOf(card_, setting) + ": " + why;
+    return concat(pathOf(card_, setting), ": ", why);
   }
   void refuse(const Setting& setting, const std::string& why) {
     faults_.push_back(fault(setting, why));
@@ -135,8 +136,8 @@ class Assignment {
     if (called.empty()) return put(first, text);
     const std::vector<std::string> values = parts(text, ',');
     if (values.size() > called.size())
-      return refuse(first, name + "= has " + std::to_string(values.size()) +
-                               " values, the card has room for " + std::to_string(called.size()));
+      return refuse(first, concat(name, "= has ", values.size(), " values, the card has room for ",
+                                  called.size()));
     for (std::size_t i = 0; i < called.size(); ++i)
       put(*called[i], i < values.size() ? values[i] : "");
   }
@@ -154,7 +155,8 @@ class Assignment {
                           const std::string& value) const {
     if (!setting.words.empty() && !isAmong(settings::wordsOf(setting), value)) {
       const std::vector<std::string> words = settings::plainWordsOf(setting);
-      return quoted(value) + " is none of " + joined(words) + settings::nearestOf(value, words);
+      return concat(quoted(value), " is none of ", joined(words),
+                    settings::nearestOf(value, words));
     }
     const settings::Range limits = settings::limitsIn(element, setting.limits);
     return settings::objectionTo(setting, value, limits).refusal(force_);
@@ -167,8 +169,8 @@ class Assignment {
     if (value == nullptr) return assume(condition);
     if (*value == condition.word || isAmong(contradicted_, condition.element)) return;
     contradicted_.emplace_back(condition.element);
-    refuse(setting, std::string("it is for ") + plainly(condition, condition.word) + ", and " +
-                        plainly(condition, *value) + " is given");
+    refuse(setting, concat("it is for ", plainly(condition, condition.word), ", and ",
+                           plainly(condition, *value), " is given"));
   }
 
   void assume(const Condition& condition) {
@@ -208,7 +210,7 @@ class Assignment {
     if (valueOf(interface) == nullptr) return;
     for (const auto& [name, other] : cards.items())
       if (name != card_.Value() && memberOf(other, interface) == memberOf(card, interface))
-        faults.push_back(fault(interface, name + " has this interface already" + kForced));
+        faults.push_back(fault(interface, concat(name, " has this interface already", kForced)));
   }
 
   static Json memberOf(const Json& card, const Setting& setting) {
@@ -217,7 +219,7 @@ class Assignment {
   }
 
   std::string giveAsWell(const Setting& setting) const {
-    const std::string hint = std::string("; give ") + settings::plainNameOf(setting) + "= as well";
+    const std::string hint = concat("; give ", settings::plainNameOf(setting), "= as well");
     return (valueOf(setting) == nullptr ? hint : "") + kForced;
   }
 

@@ -1,6 +1,7 @@
 #include <camcfg/network.h>
 #include <camcfg/store.h>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "network/contradictions.h"
@@ -15,7 +16,7 @@ using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
-  throw Refusal(path + ": " + why);
+  throw Refusal(concat(path, ": ", why));
 }
 
 XMLElement& requireElement(XMLElement& card, const Setting& setting) {
@@ -24,8 +25,8 @@ XMLElement& requireElement(XMLElement& card, const Setting& setting) {
   if (element == nullptr) refuse(pathOf(card, setting), "the card has no such element");
   const XMLElement* found = CFG_GetElementByName(&card, name);
   if (found == element) return *element;
-  refuse(pathOf(card, setting), std::string("the library would set ") + found->Value() +
-                                    ", which begins with this name and comes before it");
+  refuse(pathOf(card, setting), concat("the library would set ", found->Value(),
+                                       ", which begins with this name and comes before it"));
 }
 
 // A record with this value, after all checks that are not forced away.
@@ -139,7 +140,7 @@ Outcome resetCard(const std::string& word, const ChangeOptions& options) {
   };
   device::makeChange({CFG_FILE_BUSINESS, name, make, arrived}, options.rehearse);
   for (const std::string& field : without)
-    outcome.notes.push_back(std::string("note: " + name + "/")
+    outcome.notes.push_back(std::string(concat("note: ", name, "/"))
                                 .append(field)
                                 .append(" has no usable factory value and stays as it is"));
   return outcome;

@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "settings/value.h"
@@ -46,8 +47,9 @@ Cards cardsThat(const Cards& cards, const std::function<bool(XMLElement&)>& fits
     shown.push_back(withInterface(*card));
   }
   for (XMLElement* card : cards) known.push_back(interfaceOf(*card));
-  throw Refusal("there is no card '" + word + "'" +
-                (shown.empty() ? "" : "; there are " + joined(shown)) + didYouMean(word, known));
+  throw Refusal(concat("there is no card '", word, "'",
+                       shown.empty() ? "" : "; there are " + joined(shown),
+                       didYouMean(word, known)));
 }
 
 }  // namespace
@@ -65,7 +67,7 @@ Json attributeOf(const XMLElement* element, const char* attribute) {
 }
 
 std::string pathOf(const tinyxml2::XMLNode& card, const Setting& setting) {
-  return std::string(card.Value()) + "/" + settings::elementOf(setting);
+  return concat(card.Value(), "/", settings::elementOf(setting));
 }
 
 std::string interfaceOf(XMLElement& card) {
@@ -75,7 +77,7 @@ std::string interfaceOf(XMLElement& card) {
 
 std::string withInterface(XMLElement& card) {
   const std::string interface = interfaceOf(card);
-  return interface.empty() ? card.Value() : card.Value() + (" (" + interface + ")");
+  return interface.empty() ? card.Value() : concat(card.Value(), " (", interface, ")");
 }
 
 std::vector<CardField> fieldsOf(XMLElement& card) {
@@ -90,8 +92,8 @@ std::vector<std::string> spilledBy(const XMLElement& card) {
   std::vector<std::string> reasons;
   for (const XMLElement* element : childrenOf(card))
     if (const auto* setting = settings::cardSettingWrittenInto(element->Value()))
-      reasons.push_back(std::string("the library would write ") + settings::elementOf(*setting) +
-                        " into " + element->Value() + ", too, which begins with this name");
+      reasons.push_back(concat("the library would write ", settings::elementOf(*setting), " into ",
+                               element->Value(), ", too, which begins with this name"));
   return reasons;
 }
 
@@ -111,7 +113,7 @@ XMLElement& Network::require(const std::string& word) const {
   if (found.size() == 1) return *found.front();
   std::vector<std::string> names;
   for (const XMLElement* card : found) names.emplace_back(card->Value());
-  throw Refusal(quoted(word) + " may be " + joined(names) + "; give one of these names");
+  throw Refusal(concat(quoted(word), " may be ", joined(names), "; give one of these names"));
 }
 
 XMLElement& Network::lookup(const XMLElement& card) const {
@@ -122,8 +124,8 @@ XMLElement& Network::requireReachable(const std::string& word) const {
   XMLElement& card = require(word);
   const XMLElement& found = lookup(card);
   if (&found == &card) return card;
-  throw Refusal(std::string(card.Value()) + ": the library would take " + found.Value() +
-                ", which begins with this name and comes before it in " + CFG_FILE_BUSINESS);
+  throw Refusal(concat(card.Value(), ": the library would take ", found.Value(),
+                       ", which begins with this name and comes before it in ", CFG_FILE_BUSINESS));
 }
 
 device::Explanation explainCard(const std::string& card, const std::string& field) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "network/contradictions.h"
 #include "network/network.h"
@@ -47,8 +48,8 @@ tagNETWORK_CFG_S recordOf(const Json& card, const settings::Node* node) {
     if (value == nullptr || settings::put(setting, settings::inFile(setting, *value), &record))
       continue;
     if (node != nullptr)
-      node->refuse(std::string("the library would change its ") + setting.member +
-                   "; give a permitted one");
+      node->refuse(
+          concat("the library would change its ", setting.member, "; give a permitted one"));
   }
   return record;
 }
@@ -133,7 +134,7 @@ void requireSettable(const Json& before, const Json& after) {
   for (const auto& [name, card] : after.at(kCards).items())
     if (card != before.at(kCards).at(name))
       checkSettable(settings::Node(card, placeOf(name), faults), name, card);
-  if (!faults.empty()) throw Refusal(faults.front().place + ": " + faults.front().reason);
+  if (!faults.empty()) throw Refusal(concat(faults.front().place, ": ", faults.front().reason));
 }
 
 Json resetNetwork(const Json& network, const device::FactoryValues& factory,
@@ -149,7 +150,7 @@ Json resetNetwork(const Json& network, const device::FactoryValues& factory,
       if (value && settings::put(setting, *value, &record))
         after[kCards][card->Value()][setting.member] = settings::valueIn(setting, *value);
       else
-        without.push_back(std::string("NetWork/") + card->Value() + "/" + element.Value());
+        without.push_back(concat("NetWork/", card->Value(), "/", element.Value()));
     }
   requireSettable(network, after);
   return after;

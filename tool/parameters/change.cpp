@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "device/draft.h"
@@ -36,8 +37,8 @@ settings::Objection objectionTo(const Parameter& parameter, const std::string& v
                             ? "; 'camcfg network set' sets those of a card"
                             : "")};
   if (parameter.answer != parameter.element)
-    return {"the library would set " + std::string(parameter.answer->Value()) +
-            ", which begins with this name and comes before it in " + CFG_FILE_BUSINESS};
+    return {concat("the library would set ", parameter.answer->Value(),
+                   ", which begins with this name and comes before it in ", CFG_FILE_BUSINESS)};
   return parameter.form().objectionTo(value);
 }
 
@@ -50,7 +51,7 @@ std::string writtenFor(const Parameter& parameter, const std::string& text) {
 device::Change requireChange(const ParameterValue& wanted, bool force) {
   const Parameter& parameter = wanted.parameter;
   const std::string fault = objectionTo(parameter, wanted.text).refusal(force);
-  if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
+  if (!fault.empty()) throw Refusal(concat(parameter.path(), ": ", fault));
   const std::string text = writtenFor(parameter, wanted.text);
   const auto standing = [section = parameter.section, name = parameter.name](
                             XMLDocument& document) -> std::optional<std::string> {
@@ -111,7 +112,7 @@ std::vector<ParameterValue> requireValues(const Parameters& parameters,
       });
       if (isTwice) throw Refusal(parameter.path() + ": it is given twice");
       const std::string fault = objectionTo(parameter, text).refusal(force);
-      if (!fault.empty()) throw Refusal(parameter.path() + ": " + fault);
+      if (!fault.empty()) throw Refusal(concat(parameter.path(), ": ", fault));
       values.push_back({parameter, writtenFor(parameter, text)});
     } catch (const Refusal& refusal) {
       faults.emplace_back(refusal.what());

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/name_matches.h"
 #include "base/outcome.h"
@@ -59,14 +60,14 @@ bool isCalled(const Parameter& parameter, const std::string& name) {
 [[noreturn]] void refuseUnknown(const XMLDocument& document, const std::string& word,
                                 const std::vector<Parameter>& all) {
   if (document.FirstChildElement(word.c_str()) != nullptr)
-    throw Refusal(quoted(word) + " is a section; give " + word + "/NAME");
+    throw Refusal(concat(quoted(word), " is a section; give ", word, "/NAME"));
   std::vector<std::string> known;
   const bool isPath = word.find('/') != std::string::npos;
   known.reserve(all.size());
   for (const Parameter& parameter : all)
     known.push_back(isPath ? parameter.path() : parameter.name);
   for (const XMLElement* section : childrenOf(document)) known.emplace_back(section->Value());
-  throw Refusal("there is no parameter " + quoted(word) + didYouMean(word, known));
+  throw Refusal(concat("there is no parameter ", quoted(word), didYouMean(word, known)));
 }
 
 // What one word stands for that is no place with a section.
@@ -80,7 +81,7 @@ Place requireNamed(XMLDocument& document, const std::string& name) {
   std::vector<std::string> paths;
   paths.reserve(named.size());
   for (const Parameter& parameter : named) paths.push_back(parameter.path());
-  throw Refusal(quoted(name) + " is the name of more than one; give one of " + joined(paths));
+  throw Refusal(concat(quoted(name), " is the name of more than one; give one of ", joined(paths)));
 }
 
 // See Parameters::requireAt.
@@ -168,8 +169,8 @@ Parameter Parameters::require(const std::string& section, const std::string& nam
   if (found != known.byName.end()) return found->second;
   std::vector<std::string> names;
   for (const Parameter& parameter : in(section)) names.push_back(parameter.name);
-  throw Refusal("section " + section + " has no parameter '" + name + "'" +
-                didYouMean(name, names));
+  throw Refusal(
+      concat("section ", section, " has no parameter '", name, "'", didYouMean(name, names)));
 }
 
 Parameter Parameters::requireAt(const std::string& place, const std::string& name) const {

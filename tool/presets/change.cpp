@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -23,16 +24,16 @@ std::string lossOf(const Preset& preset, const Setting& setting) {
   const char* attribute = setting.attributes.front().name;
   const char* text = preset.element->Attribute(attribute);
   if (text == nullptr) return "";
-  const std::string give = std::string("give ") + (isText(setting) ? "a " : "") + setting.member;
+  const std::string give = concat("give ", isText(setting) ? "a " : "", setting.member);
   if (!isText(setting))
     return preset.values.at(setting.member).is_null()
-               ? std::string("its ") + attribute + " " + quoted(text) +
-                     " is not an integer and would become 0; " + give + " as well"
+               ? concat("its ", attribute, " ", quoted(text),
+                        " is not an integer and would become 0; ", give, " as well")
                : "";
   return std::string_view(text).size() <= kLongestDescription
              ? ""
-             : "its present description would be cut to " + std::to_string(kLongestDescription) +
-                   " bytes; " + give + " as well";
+             : concat("its present description would be cut to ", kLongestDescription, " bytes; ",
+                      give, " as well");
 }
 
 // What a record has of a value.
@@ -156,9 +157,9 @@ bool isDeletedByItsId(const Presets& presets, const Preset& preset) {
   const std::string text = preset.description().value_or("");
   const Preset* found = presets.lookup(text);
   if (preset.description() && found == &preset) return false;
-  throw Refusal(preset.label() + ": the library would delete " +
-                (found == nullptr ? "none" : found->label()) +
-                ", since a description that begins with it comes first");
+  throw Refusal(concat(preset.label(), ": the library would delete ",
+                       found == nullptr ? "none" : found->label(),
+                       ", since a description that begins with it comes first"));
 }
 
 }  // namespace
@@ -203,7 +204,7 @@ Json storePreset(const Values& given, bool rehearse) {
   const Preset* existing = presets.lookup(id);
   const std::string what = "preset " + std::to_string(id);
   const PresetUpdate update = updateOf(existing, given);
-  if (!update.fault.empty()) throw Refusal(what + ": " + update.fault);
+  if (!update.fault.empty()) throw Refusal(concat(what, ": ", update.fault));
   const bool isSo = existing != nullptr && existing->values == update.values;
   if (!isSo) device::makeChange(storing(what, {update.values}), rehearse);
   Json stored = update.values;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/concat.h"
 #include "base/csv.h"
 #include "base/json_bytes.h"
 #include "base/outcome.h"
@@ -24,7 +25,7 @@ const Setting* settingOf(const std::string& member) {
 }
 
 std::string unknown(const std::string& kind, const std::string& name) {
-  return "unknown " + kind + " '" + name + "'" + didYouMean(name, memberNames());
+  return concat("unknown ", kind, " '", name, "'", didYouMean(name, memberNames()));
 }
 
 void takeNumber(PresetRow& row, const Setting& setting, const std::string& text) {
@@ -32,16 +33,16 @@ void takeNumber(PresetRow& row, const Setting& setting, const std::string& text)
   if (fault.empty())
     row.values[setting.member] = *decimal32(text);
   else
-    row.faults.push_back(std::string(setting.member) + " " + fault);
+    row.faults.push_back(concat(setting.member, " ", fault));
 }
 
 void requireColumns(const CsvRow& header) {
   const std::vector<std::string>& names = header.cells;
-  const std::string place = "line " + std::to_string(header.line) + ": ";
+  const std::string place = concat("line ", header.line, ": ");
   for (auto name = names.begin(); name != names.end(); ++name) {
     if (settingOf(*name) == nullptr) throw Refusal(place + unknown("column", *name));
     if (std::find(names.begin(), name, *name) != name)
-      throw Refusal(place + "there are two columns '" + *name + "'");
+      throw Refusal(concat(place, "there are two columns '", *name, "'"));
   }
   if (!isAmong(names, kPresetId)) throw Refusal(place + "there is no column 'id'");
 }
@@ -49,9 +50,8 @@ void requireColumns(const CsvRow& header) {
 PresetRow rowOf(const CsvRow& header, const CsvRow& cells) {
   PresetRow row{"line " + std::to_string(cells.line), noValues(), {}};
   if (cells.cells.size() != header.cells.size())
-    row.faults.push_back("it has " + std::to_string(cells.cells.size()) + " cells, not " +
-                         std::to_string(header.cells.size()) + " as line " +
-                         std::to_string(header.line));
+    row.faults.push_back(concat("it has ", cells.cells.size(), " cells, not ", header.cells.size(),
+                                " as line ", header.line));
   const std::size_t count = std::min(cells.cells.size(), header.cells.size());
   for (std::size_t i = 0; i < count; ++i) {
     const Setting& setting = *settingOf(header.cells[i]);
@@ -84,7 +84,7 @@ void takeMember(PresetRow& row, const std::string& name, const Json& value) {
   else if (value.is_string())
     row.values[name] = value;
   else
-    row.faults.push_back(name + " " + value.dump() + " is not a text");
+    row.faults.push_back(concat(name, " ", value.dump(), " is not a text"));
 }
 
 // Of a row that is faulty all over.
@@ -112,8 +112,8 @@ Json parsed(const std::string& text) {
   if (!read.repeated.empty()) throw Refusal(read.repeated.front() + " occurs there twice");
   if (read.fault == 0) return std::move(read.value);
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(read.fault, text.size()));
-  throw Refusal("line " + std::to_string(1 + std::count(text.begin(), end, '\n')) +
-                ": it is no JSON from here on");
+  throw Refusal(
+      concat("line ", 1 + std::count(text.begin(), end, '\n'), ": it is no JSON from here on"));
 }
 
 std::vector<PresetRow> readJsonRows(const std::string& text) {
@@ -121,7 +121,7 @@ std::vector<PresetRow> readJsonRows(const std::string& text) {
   if (!presets.is_array()) throw Refusal("it is not an array of presets");
   std::vector<PresetRow> rows;
   for (const Json& preset : presets)
-    rows.push_back(rowOf("preset " + std::to_string(rows.size() + 1) + " of the array", preset));
+    rows.push_back(rowOf(concat("preset ", rows.size() + 1, " of the array"), preset));
   return rows;
 }
 
@@ -146,7 +146,7 @@ struct Import {
   std::map<int, std::string> places;  // of the ids
 
   void addFault(const PresetRow& row, const std::string& why) {
-    faults.push_back(row.place + ": " + why);
+    faults.push_back(concat(row.place, ": ", why));
   }
   bool takeId(const PresetRow& row);
   void add(const Presets* presets, const PresetRow& row);
@@ -165,7 +165,7 @@ bool Import::takeId(const PresetRow& row) {
     return false;
   }
   const auto [other, isNew] = places.emplace(id.get<int>(), row.place);
-  if (!isNew) addFault(row, "id " + id.dump() + " is in " + other->second + " already");
+  if (!isNew) addFault(row, concat("id ", id.dump(), " is in ", other->second, " already"));
   return isNew;
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -44,7 +45,7 @@ device::Lookup lookupPreset(XMLElement& group, int id) {
 
 // What a lookup finds by the beginning of a description.
 device::Lookup lookupPreset(XMLElement& group, const std::string& description) {
-  device::Lookup lookup{"description '" + description + "'", {}, ""};
+  device::Lookup lookup{concat("description '", description, "'"), {}, ""};
   for (const Preset& preset : presetsIn(group))
     if (preset.description() && beginsWith(*preset.description(), description))
       lookup.hits.push_back({preset.label(), preset.element->GetLineNum(),
@@ -59,7 +60,7 @@ bool isPreset(const XMLElement& element) {
 
 std::string permitted(const Setting& setting) {
   if (!isText(setting)) return settings::permittedInFile(setting, setting.limits);
-  return "up to " + std::to_string(setting.field.room - 1) + " bytes";
+  return concat("up to ", setting.field.room - 1, " bytes");
 }
 
 }  // namespace
@@ -85,7 +86,7 @@ std::optional<std::string> Preset::description() const {
 
 std::string Preset::label() const {
   const std::string name = id() ? "preset " + std::to_string(*id()) : "a preset without id";
-  return description() ? name + " " + quoted(*description()) : name;
+  return description() ? concat(name, " ", quoted(*description())) : name;
 }
 
 bool isDigits(const std::string& word) {
@@ -107,7 +108,7 @@ XMLElement* presetGroupOf(XMLDocument& document) {
 }
 
 std::string whyNoGroup() {
-  return std::string(CFG_FILE_PRESET) + " has no element " + kGroup;
+  return concat(CFG_FILE_PRESET, " has no element ", kGroup);
 }
 
 XMLElement& requirePresetGroup(XMLDocument& document) {
@@ -188,16 +189,16 @@ const Preset& Presets::requireDescription(const std::string& description) const 
     known.push_back(*preset.description());
     if (*preset.description() != description) continue;
     if (found != nullptr)
-      throw Refusal("there are several presets called '" + description + "': " + found->label() +
-                    " and " + preset.label() + "; give an id");
+      throw Refusal(concat("there are several presets called '", description, "': ", found->label(),
+                           " and ", preset.label(), "; give an id"));
     found = &preset;
   }
   if (found != nullptr) return *found;
   const Preset* other = lookup(description);
   const std::string hit =
-      other == nullptr ? "" : " (a lookup by the beginning finds " + other->label() + ")";
-  throw Refusal("there is no preset called '" + description + "'" + hit +
-                didYouMean(description, known));
+      other == nullptr ? "" : concat(" (a lookup by the beginning finds ", other->label(), ")");
+  throw Refusal(
+      concat("there is no preset called '", description, "'", hit, didYouMean(description, known)));
 }
 
 int Presets::requireReachableId(const Preset& preset) const {
@@ -205,8 +206,9 @@ int Presets::requireReachableId(const Preset& preset) const {
   if (!id) throw Refusal(preset.label() + ": the library changes presets by their ids");
   const Preset* found = lookup(*id);
   if (found == &preset) return *id;
-  throw Refusal(preset.label() + ": the library would change " +
-                (found == nullptr ? "none" : found->label()) + ", which comes first with this id");
+  throw Refusal(concat(preset.label(), ": the library would change ",
+                       found == nullptr ? "none" : found->label(),
+                       ", which comes first with this id"));
 }
 
 std::string Presets::shadowOf(const Preset& preset) const {
@@ -214,8 +216,8 @@ std::string Presets::shadowOf(const Preset& preset) const {
   if (description.empty()) return "";
   const Preset* found = lookup(description);
   if (found->element == preset.element) return "";
-  return "note: applications that ask for '" + description + "' get " + found->label() +
-         ", since a description that begins with it comes first";
+  return concat("note: applications that ask for '", description, "' get ", found->label(),
+                ", since a description that begins with it comes first");
 }
 
 device::Explanation explainPreset(const std::string& word) {
@@ -223,7 +225,7 @@ device::Explanation explainPreset(const std::string& word) {
   XMLElement& group = requirePresetGroup(file.document());
   const std::optional<int> id = idIn(word);
   const device::Lookup lookup = id ? lookupPreset(group, *id) : lookupPreset(group, word);
-  if (lookup.hits.empty()) throw Refusal("there is no preset " + word + ": " + lookup.why);
+  if (lookup.hits.empty()) throw Refusal(concat("there is no preset ", word, ": ", lookup.why));
   const auto exact = std::find_if(lookup.hits.begin(), lookup.hits.end(),
                                   [](const device::Hit& hit) { return hit.exact; });
   const device::Hit& hit = exact == lookup.hits.end() ? lookup.hits.front() : *exact;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/keyed.h"
 #include "report/facts.h"
@@ -185,7 +186,7 @@ std::string Anonymizer::placeholder(const char* kind, const std::string& origina
   std::string& placeholder =
       placeholders_[kind == kUrl ? withEqualMasks(original) : inLowerCase(original)];
   if (!placeholder.empty()) return placeholder;
-  placeholder = std::string("[") + kind + " " + std::to_string(++counts_[kind]) + "]";
+  placeholder = concat("[", kind, " ", ++counts_[kind], "]");
   order_.emplace_back(placeholder, original);
   return placeholder;
 }

@@ -1,5 +1,6 @@
 #include "report/comparison.h"
 
+#include "base/concat.h"
 #include "base/json_bytes.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -109,12 +110,12 @@ std::string comparisonPage(const Json& comparison) {
   }
   std::string left;
   for (const Json& each : comparison.at("notCompared"))
-    left += paragraph(each.at("place").text() + ": " + each.at("reason").text());
+    left += paragraph(concat(each.at("place").text(), ": ", each.at("reason").text()));
   std::vector<Part> parts = {{"differences", "Differences", html}};
   if (!left.empty()) parts.push_back({"left", "Not compared", left});
   const std::string count = std::to_string(differences.size());
   return pageOf(
-      "Comparison of " + device + " and " + other,
+      concat("Comparison of ", device, " and ", other),
       paragraph(differences.size() == 1 ? "1 setting differs." : count + " settings differ.") +
           hiddenHtml(comparison),
       parts);

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "base/caller.h"
+#include "base/concat.h"
 #include "base/host.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -81,8 +82,8 @@ std::optional<std::string> replacementOf(const device::ConfigFile& file, Json& n
   const std::string main = file.path(device::Place::Main);
   const std::string backup = file.path(device::Place::Backup);
   if (file.backup.state == device::State::Good) {
-    notes.push_back(main + " cannot be read: its settings below are those of its backup, " +
-                    backup);
+    notes.push_back(
+        concat(main, " cannot be read: its settings below are those of its backup, ", backup));
     return readFile(backup);
   }
   const std::optional<std::string> factory = readFile(file.path(device::Place::Default));

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "device/files.h"
@@ -42,7 +43,7 @@ void addParameters(const tinyxml2::XMLDocument& document, Places& places) {
       if (isNetwork && parameter->FirstChildElement() != nullptr)
         addCard(*parameter, places);
       else
-        places[parameter->GetLineNum()] = std::string(section->Name()) + "/" + parameter->Name();
+        places[parameter->GetLineNum()] = concat(section->Name(), "/", parameter->Name());
   }
 }
 
@@ -82,7 +83,7 @@ std::string settingAt(const std::string& place, const std::string& text) {
   const auto namedOf = [&](const settings::Settings& all) {
     for (const settings::Setting& setting : all)
       for (const auto& attribute : setting.attributes)
-        if (text.find(std::string("\"") + attribute.name + "\"") != std::string::npos)
+        if (text.find(concat("\"", attribute.name, "\"")) != std::string::npos)
           return memberPlace(place, setting.member);
     return place;
   };

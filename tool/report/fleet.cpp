@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/html.h"
 #include "base/plain_text.h"
 #include "document/document.h"
@@ -68,7 +69,7 @@ void addFacts(const Json& facts, Device& device) {
     } else if (section.contains("cards")) {
       addRows(name, section.at("rows"), device);
       for (const Json& card : section.at("cards"))
-        addRows(name + ".cards." + card.at("name").text(), card.at("card"), device);
+        addRows(concat(name, ".cards.", card.at("name").text()), card.at("card"), device);
     } else if (section.contains("rows")) {
       addRows("parameters." + name, section.at("rows"), device);
     }
@@ -176,11 +177,11 @@ std::string overview(const Json& devices, const std::vector<std::string>& report
   }
   return scrolled(
       "Devices",
-      "<table><caption>Devices</caption><thead><tr><th scope=\"col\">Device</th><th "
-      "scope=\"col\">Health</th><th scope=\"col\">Faults</th><th "
-      "scope=\"col\">Warnings</th><th scope=\"col\">Version</th><th scope=\"col\">Differs "
-      "from the majority</th></tr></thead><tbody>\n" +
-          rows + "</tbody></table>");
+      concat("<table><caption>Devices</caption><thead><tr><th scope=\"col\">Device</th><th "
+             "scope=\"col\">Health</th><th scope=\"col\">Faults</th><th "
+             "scope=\"col\">Warnings</th><th scope=\"col\">Version</th><th scope=\"col\">Differs "
+             "from the majority</th></tr></thead><tbody>\n",
+             rows, "</tbody></table>"));
 }
 
 std::string driftHtml(const Json& devices) {
@@ -189,13 +190,13 @@ std::string driftHtml(const Json& devices) {
     const Json& drift = devices[i].at("drift");
     if (drift.empty()) continue;
     const std::string& name = devices[i].at("name").text();
-    HtmlTable table("How " + name + " differs", {"Setting", "Value", "Majority"});
+    HtmlTable table(concat("How ", name, " differs"), {"Setting", "Value", "Majority"});
     for (std::size_t j = 0; j < std::min(drift.size(), kMostPlaces); ++j)
       table.row({drift[j].at("place").text(), shown(drift[j].at("value")),
                  shown(drift[j].at("majority"))});
     write(html, "<h3 id=\"", anchorOf(i), "\">", inCell(name), "</h3>\n", table.html());
     if (drift.size() > kMostPlaces)
-      html += paragraph("and " + std::to_string(drift.size() - kMostPlaces) + " more");
+      html += paragraph(concat("and ", drift.size() - kMostPlaces, " more"));
   }
   return html.empty() ? paragraph("No device differs from the others.") : html;
 }
@@ -237,13 +238,13 @@ std::string fleetPage(const Json& fleet, const std::vector<std::string>& reports
                     "report --json' prints does.");
   std::string left;
   for (const Json& each : fleet.at("unread"))
-    left += paragraph(each.at("name").text() + ": " + each.at("reason").text());
+    left += paragraph(concat(each.at("name").text(), ": ", each.at("reason").text()));
   std::vector<Part> parts = {{"devices", "Devices", unknown + overview(devices, reports)},
                              {"drift", "What differs from the majority", driftHtml(devices)}};
   if (!left.empty()) parts.push_back({"left", "Not read", left});
-  return pageOf("Report of " + std::to_string(devices.size()) + " devices",
-                paragraph(std::to_string(drifting) + " of " + std::to_string(devices.size()) +
-                          " devices differ from what more than half of them have.") +
+  return pageOf(concat("Report of ", devices.size(), " devices"),
+                paragraph(concat(drifting, " of ", devices.size(),
+                                 " devices differ from what more than half of them have.")) +
                     hiddenHtml(fleet),
                 parts);
 }

@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "base/html.h"
 #include "document/keyed.h"
 #include "report/parts.h"
@@ -36,7 +37,7 @@ std::string shown(const Json& value) {
 }
 
 std::string paragraph(const std::string& text) {
-  return "<p>" + inCell(text) + "</p>\n";
+  return concat("<p>", inCell(text), "</p>\n");
 }
 
 std::string scrolled(const std::string& label, const std::string& html) {
@@ -47,7 +48,7 @@ std::string scrolled(const std::string& label, const std::string& html) {
 }
 
 std::string foldedUp(const std::string& summary, const std::string& html) {
-  return "<details><summary>" + inCell(summary) + "</summary>\n" + html + "</details>\n";
+  return concat("<details><summary>", inCell(summary), "</summary>\n", html, "</details>\n");
 }
 
 HtmlTable::HtmlTable(const std::string& caption, const std::vector<std::string>& headings)

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "base/concat.h"
 #include "base/html.h"
 #include "media/wiring.h"
 #include "report/facts.h"
@@ -66,15 +67,15 @@ std::string policyFor(const std::string& style) {
   SHA256Init(&context);
   SHA256Update(&context, reinterpret_cast<const std::uint8_t*>(style.data()), style.size());
   SHA256Final(digest.data(), &context);
-  return "default-src 'none'; style-src 'sha256-" + base64(digest) +
-         "'; base-uri 'none'; form-action 'none'";
+  return concat("default-src 'none'; style-src 'sha256-", base64(digest),
+                "'; base-uri 'none'; form-action 'none'");
 }
 
 }  // namespace
 
 std::string pageOf(const std::string& title, const std::string& lead,
                    const std::vector<Part>& parts) {
-  const std::string style = std::string(kStyle) + media::kDrawingStyle + kPictureStyle;
+  const std::string style = concat(kStyle, media::kDrawingStyle, kPictureStyle);
   std::string page = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n";
   write(page, "<meta http-equiv=\"Content-Security-Policy\" content=\"", policyFor(style),
         "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
@@ -99,8 +100,8 @@ std::string reportOf(const Json& facts) {
   std::string lead = verdictOf(facts);
   for (const Json& note : facts.at("notes")) lead += paragraph(note.text() + ".");
   if (!isFault(system))
-    lead += paragraph("Model " + shown(system.at("model")) + ", language " +
-                      shown(system.at("language")) + ". " + facts.at("made").at("at").text());
+    lead += paragraph(concat("Model ", shown(system.at("model")), ", language ",
+                             shown(system.at("language")), ". ", facts.at("made").at("at").text()));
   return pageOf(title, lead, partsOf(facts));
 }
 

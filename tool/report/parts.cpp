@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/html.h"
 #include "document/keyed.h"
 #include "media/wiring.h"
@@ -23,7 +24,7 @@ std::size_t countOf(const Json& findings, const char* severity) {
 }
 
 std::string counted(std::size_t count, const char* thing) {
-  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+  return concat(count, " ", thing, count == 1 ? "" : "s");
 }
 
 std::string textOf(const Json& value) {
@@ -50,8 +51,8 @@ std::string listOf(const Json& findings, std::size_t first, std::size_t end) {
     add("Command", textOf(finding.at("command")), true);
     if (!finding.at("rule").is_null())
       add("Found at",
-          finding.at("file").text() + ":" + finding.at("line").dump() + ", by the rule " +
-              finding.at("rule").text(),
+          concat(finding.at("file").text(), ":", finding.at("line").dump(), ", by the rule ",
+                 finding.at("rule").text()),
           false);
     html += "</dl></li>\n";
   }
@@ -79,8 +80,8 @@ std::string wiringHtml(const Json& wiring) {
   for (const Json& session : wiring.at("sessions")) {
     std::string caches;
     for (const Json& channel : session.at("channels"))
-      caches += (caches.empty() ? "" : ", ") + channel.at("role").text() +
-                (channel.at("role").text().empty() ? "" : " ") + channel.at("cache").dump();
+      caches += concat(caches.empty() ? "" : ", ", channel.at("role").text(),
+                       channel.at("role").text().empty() ? "" : " ", channel.at("cache").dump());
     table.row({session.at("name").text(), session.at("service").text(),
                session.at("enabled") == true ? "yes" : "no", caches});
   }
@@ -118,7 +119,8 @@ std::string changedHtml(const Json& changed) {
   if (isFault(changed)) return faultHtml(changed);
   std::string html;
   for (const Json& left : changed.at("notCompared"))
-    html += paragraph("Not compared: " + left.at("place").text() + ": " + left.at("reason").text());
+    html += paragraph(
+        concat("Not compared: ", left.at("place").text(), ": ", left.at("reason").text()));
   const Json& differences = changed.at("differences");
   if (differences.empty()) return html + paragraph("Nothing differs from the factory values.");
   return html + changesTable("Differences from the factory values", differences,
@@ -131,8 +133,8 @@ std::string historyHtml(const Json& history) {
   std::string html;
   for (const Json& change : history) {
     const std::string number = change.at("number").dump();
-    const std::string title = "Change " + number + ", " + change.at("time").text() + ", by " +
-                              change.at("caller").text() + ": " + change.at("command").text();
+    const std::string title = concat("Change ", number, ", ", change.at("time").text(), ", by ",
+                                     change.at("caller").text(), ": ", change.at("command").text());
     write(html, "<h3>", inCell(title), "</h3>\n");
     const Json& changes = change.at("changes");
     if (isFault(changes))
@@ -140,11 +142,11 @@ std::string historyHtml(const Json& history) {
     else if (changes.empty())
       html += paragraph("No setting was changed.");
     else
-      html += changesTable("What change " + number + " changed", changes, {"before", "Before"},
-                           {"after", "After"}, kChanges);
+      html += changesTable(concat("What change ", number, " changed"), changes,
+                           {"before", "Before"}, {"after", "After"}, kChanges);
     if (!isFault(changes) && changes.size() > kChanges)
-      html += paragraph(std::to_string(changes.size() - kChanges) + " more: 'camcfg history " +
-                        number + "' shows all");
+      html += paragraph(
+          concat(changes.size() - kChanges, " more: 'camcfg history ", number, "' shows all"));
   }
   return html;
 }
@@ -190,13 +192,14 @@ std::string verdictOf(const Json& facts) {
   if (unusable != 0) {
     look = "unusable";
     light = "Red";
-    sentence = "The device is not usable as it is: " + counted(unusable, "file") +
-               " cannot be read, and no start changes that.";
+    sentence = concat("The device is not usable as it is: ", counted(unusable, "file"),
+                      " cannot be read, and no start changes that.");
   } else if (errors + degraded + warnings != 0) {
     look = "degraded";
     light = "Amber";
-    sentence = "The device works, but needs attention: " + counted(errors + degraded, "fault") +
-               " and " + counted(warnings, "warning") + " were found.";
+    sentence =
+        concat("The device works, but needs attention: ", counted(errors + degraded, "fault"),
+               " and ", counted(warnings, "warning"), " were found.");
   }
   std::string html;
   write(html, "<p class=\"light ", look,

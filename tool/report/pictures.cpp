@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <map>
 
+#include "base/concat.h"
 #include "base/html.h"
 #include "base/plain_text.h"
 #include "document/keyed.h"
@@ -134,8 +135,8 @@ std::string subnetsPicture(const Json& cards) {
   std::string description;
   for (const auto& [subnet, members] : subnets)
     for (const Json* card : members)
-      description += card->at("name").text() + ": " +
-                     (subnet.empty() ? std::string("no subnet") : subnet) + "; ";
+      description += concat(card->at("name").text(), ": ",
+                            subnet.empty() ? std::string("no subnet") : subnet, "; ");
   const auto bandOf = [](std::size_t count) {
     return kBand + (static_cast<int>(count) - 1) / 2 * 36;
   };
@@ -156,8 +157,8 @@ std::string subnetsPicture(const Json& cards) {
       write(svg, "<rect class=\"card\" x=\"", x, "\" y=\"", top,
             "\" width=\"210\" height=\"28\"/>\n");
       addText(svg, x + 8, top + 18, 194,
-              card.at("name").text() + "  " +
-                  document::textOf(document::memberOrNothing(card, "ipAddr")));
+              concat(card.at("name").text(), "  ",
+                     document::textOf(document::memberOrNothing(card, "ipAddr"))));
     }
     y += band + 10;
   }
@@ -171,18 +172,16 @@ std::string positionsPicture(const Json& presets) {
   std::string description;
   for (const Json& preset : presets)
     if (isPlaced(preset))
-      description += labelOf(preset) + ": pan " + preset.at("pan").dump() + ", tilt " +
-                     preset.at("tilt").dump() + "; ";
+      description += concat(labelOf(preset), ": pan ", preset.at("pan").dump(), ", tilt ",
+                            preset.at("tilt").dump(), "; ");
   std::string svg = beginning("positions", "positions", "Camera positions by pan and tilt",
                               description, 640, 400);
   svg += "<rect class=\"field\" x=\"40\" y=\"20\" width=\"560\" height=\"340\"/>\n";
   const int x0 = scaled(0, pan, 80, 560);
   const int y0 = scaled(0, tilt, 330, 50);
   write(svg, "<path class=\"axis\" d=\"M", x0, " 20V360M40 ", y0, "H600\"/>\n");
-  addSmallText(svg, 40, 380,
-               "pan " + std::to_string(pan.first) + " to " + std::to_string(pan.second));
-  addSmallText(svg, 160, 380,
-               "tilt " + std::to_string(tilt.first) + " to " + std::to_string(tilt.second));
+  addSmallText(svg, 40, 380, concat("pan ", pan.first, " to ", pan.second));
+  addSmallText(svg, 160, 380, concat("tilt ", tilt.first, " to ", tilt.second));
   addSmallText(svg, 280, 380, "larger circle: more zoom");
   Labels labels;
   for (const Json& preset : presets) {

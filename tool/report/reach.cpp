@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "base/html.h"
 #include "document/keyed.h"
 #include "report/facts.h"
@@ -53,10 +54,11 @@ std::string networkHtml(const Json& network) {
     };
     table.row({card.at("name").text(), field("intf"), field("enable") == "true" ? "yes" : "no",
                field("ipMode"), field("ipAddr"), field("netMask"), field("gateWay"),
-               field("dns1") + (field("dns2").empty() ? "" : ", ") + field("dns2"), field("mtu")});
+               concat(field("dns1"), field("dns2").empty() ? "" : ", ", field("dns2")),
+               field("mtu")});
   }
-  return paragraph("Host name: " + shown(network.at("hostname"))) + table.html() +
-         scrolled("Subnets", subnetsPicture(network.at("cards")));
+  return concat(paragraph("Host name: " + shown(network.at("hostname"))), table.html(),
+                scrolled("Subnets", subnetsPicture(network.at("cards"))));
 }
 
 }  // namespace camcfg::tool::report

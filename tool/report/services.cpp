@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "document/keyed.h"
 #include "report/facts.h"
@@ -34,7 +35,8 @@ std::string hostOf(const Json& sections) {
 
 // IPv6 addresses are in brackets.
 std::string bracketed(const std::string& host) {
-  return std::count(host.begin(), host.end(), ':') > 1 && host[0] != '[' ? "[" + host + "]" : host;
+  return std::count(host.begin(), host.end(), ':') > 1 && host[0] != '[' ? concat("[", host, "]")
+                                                                         : host;
 }
 
 Json service(const char* name, const Json& session, const std::string& address,
@@ -63,10 +65,11 @@ void addSrt(const Json& facts, const std::string& host, Json& services) {
     if (instance.at("aesMode") != 0)
       needs += std::string(needs.empty() ? "" : "; ") + "encrypted, the pass phrase is needed";
     for (const Json& stream : instance.at("streams"))
-      services.push_back(service("SRT", instance.at("id").dump() + ": " + stream.at("id").text(),
-                                 "srt://" + other + ":" + instance.at("port").dump() +
-                                     "?streamid=" + nameIn(facts, stream.at("id").text(), kQuery),
-                                 needs, true));
+      services.push_back(
+          service("SRT", concat(instance.at("id").dump(), ": ", stream.at("id").text()),
+                  concat("srt://", other, ":", instance.at("port").dump(),
+                         "?streamid=", nameIn(facts, stream.at("id").text(), kQuery)),
+                  needs, true));
   }
 }
 
@@ -80,18 +83,18 @@ Json servicesOf(const Json& facts) {
   const bool hasPort = port != nullptr && port->is_number_integer() && *port != kRtspPort;
   for (const Json& session : entriesOf(sections, "live.rtsp"))
     services.push_back(service("RTSP", session.at("name"),
-                               "rtsp://" + host + (hasPort ? ":" + port->dump() : "") + "/" +
-                                   nameIn(facts, session.at("name").text(), kPath),
+                               concat("rtsp://", host, hasPort ? ":" + port->dump() : "", "/",
+                                      nameIn(facts, session.at("name").text(), kPath)),
                                "", true));
   for (const Json& target : entriesOf(sections, "live.rtmp"))
     services.push_back(service("RTMP", target.at("id"), target.at("url").text(),
                                "the device sends to this address", target.at("enabled")));
   addSrt(facts, host, services);
   for (const Json& instance : entriesOf(sections, "live.ndi"))
-    services.push_back(service(
-        "NDI", instance.at("id"),
-        instance.at("mainStreamName").text() + " in the group " + instance.at("groupName").text(),
-        "found by its name", instance.at("enabled")));
+    services.push_back(service("NDI", instance.at("id"),
+                               concat(instance.at("mainStreamName").text(), " in the group ",
+                                      instance.at("groupName").text()),
+                               "found by its name", instance.at("enabled")));
   for (const Json& session : entriesOf(sections, "live.websocket"))
     services.push_back(service("WebSocket", session.at("id"), session.at("name").text(),
                                "session of the device's own page", true));

@@ -1,3 +1,4 @@
+#include "base/concat.h"
 #include "base/html.h"
 #include "document/keyed.h"
 #include "report/facts.h"
@@ -53,7 +54,7 @@ std::string listHtml(const std::string& name, const Json& section) {
   else
     html += foldedUp("Factory values of " + name,
                      entriesTable("Factory values of " + name, section.at("members"), factory));
-  return html + membersTable("What the settings of " + name + " mean", section.at("members"));
+  return html + membersTable(concat("What the settings of ", name, " mean"), section.at("members"));
 }
 
 std::string sectionHtml(const std::string& name, const Json& section) {

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "base/concat.h"
 #include "settings/media.h"
 #include "settings/network.h"
 #include "settings/secrets.h"
@@ -59,7 +60,7 @@ void checkSrt(const Node& instance) {
 
 // "listener 0"
 std::string srtSessionName(const Json& instance) {
-  return instance.at("mode").text() + " " + instance.at("id").dump();
+  return concat(instance.at("mode").text(), " ", instance.at("id").dump());
 }
 
 // The library stores any text, but players cannot receive what is sent to it.

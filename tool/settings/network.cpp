@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
 #include "settings/subnet.h"
@@ -39,8 +40,7 @@ std::string whyNotAHost(const std::string& text, bool loopback) {
 std::string whyNotALabel(const std::string& label) {
   if (label.empty()) return "has an empty label";
   if (label.size() > kLongestLabel)
-    return "has a label of " + std::to_string(label.size()) + " characters, the limit is " +
-           std::to_string(kLongestLabel);
+    return concat("has a label of ", label.size(), " characters, the limit is ", kLongestLabel);
   if (label.find_first_not_of(kLabelCharacters) != std::string::npos)
     return "has a character that is not a letter, digit or hyphen";
   if (label.front() == '-' || label.back() == '-')
@@ -175,12 +175,11 @@ std::string whyNotDomains(const std::string& text) {
 
 std::string whyNotAHostname(const std::string& text) {
   if (text.size() > kLongestHostname)
-    return "it has " + std::to_string(text.size()) + " characters, the limit is " +
-           std::to_string(kLongestHostname);
+    return concat("it has ", text.size(), " characters, the limit is ", kLongestHostname);
   for (std::size_t start = 0; start <= text.size();) {
     const std::size_t end = std::min(text.find('.', start), text.size());
     const std::string fault = whyNotALabel(text.substr(start, end - start));
-    if (!fault.empty()) return quoted(text) + " " + fault;
+    if (!fault.empty()) return concat(quoted(text), " ", fault);
     start = end + 1;
   }
   return "";
@@ -225,8 +224,8 @@ const Setting& requireCardSetting(const std::string& name) {
   }
   const std::string nearest = didYouMean(name, names);
   const bool isPlain = nearest.empty() && !cardSettingsCalled(name).empty();
-  throw Refusal("cards have no field '" + name + "'" +
-                (isPlain ? "; give " + name + "=VALUE" : nearest));
+  throw Refusal(concat("cards have no field '", name, "'",
+                       isPlain ? concat("; give ", name, "=VALUE") : nearest));
 }
 
 std::string spelt(const Setting& setting, const std::string& text) {

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool::settings {
@@ -53,7 +54,7 @@ std::string nearestIs(const std::string& value) {
 
 std::string outside(const std::string& written, std::int64_t number, const Range& limits,
                     std::int64_t step) {
-  std::string text = written + " is outside " + limits.text();
+  std::string text = concat(written, " is outside ", limits.text());
   if (limits.least > limits.most) return text;
   const bool isBelow = number < limits.least;
   return text + nearestIs(std::to_string(isBelow ? limits.least : greatestOnStep(limits, step)));
@@ -85,7 +86,7 @@ bool Node::holds(const std::vector<std::string>& members) const {
          });
 }
 
-Node Node::member(const std::string& name) const {
+Node Node::member(TextRef name) const {
   const auto held = held_ == nullptr ? value_.end() : held_->find(name);
   const bool isThere = held_ != nullptr && held != held_->end();
   return {value_.at(name), memberPlace(place_, name), faults_, isThere ? &*held : nullptr, force_};
@@ -112,7 +113,7 @@ std::vector<Node> Node::elements(const char* key) const {
   return all;
 }
 
-void Node::refuseMissing(const std::string& name) const {
+void Node::refuseMissing(TextRef name) const {
   faults_.push_back({memberPlace(place_, name), "it is missing"});
 }
 
@@ -126,7 +127,7 @@ bool Node::isObjectOf(const std::vector<std::string>& names) const {
 }
 
 bool Node::is(bool fits, const char* expected) const {
-  if (!fits) refuse(std::string("it must be ") + expected + ", not " + described(value_));
+  if (!fits) refuse(concat("it must be ", expected, ", not ", described(value_)));
   return fits;
 }
 
@@ -164,8 +165,8 @@ std::string Node::text(std::size_t most) const {
   if (!std::all_of(text.begin(), text.end(), isStorable))
     refuse("it has a control character, which a file cannot hold");
   if (text.size() > most)
-    refuse("it has " + std::to_string(text.size()) + " bytes; there is room for " +
-           std::to_string(most) + nearestOfLength(text, most));
+    refuse(concat("it has ", text.size(), " bytes; there is room for ", most,
+                  nearestOfLength(text, most)));
   return text;
 }
 

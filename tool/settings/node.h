@@ -64,7 +64,7 @@ class Node {
 
   const Json& value() const { return value_; }
   const std::string& place() const { return place_; }
-  void refuse(const std::string& reason) const { faults_.push_back({place_, reason}); }
+  void refuse(TextRef reason) const { faults_.push_back({place_, std::string(reason.view())}); }
 
   /// Whether the device holds just this.
   bool isHeld() const { return held_ != nullptr && *held_ == value_; }
@@ -78,13 +78,13 @@ class Node {
   /// How many faults there are so far, here or anywhere.
   std::size_t faults() const { return faults_.size(); }
 
-  Node member(const std::string& name) const;
+  Node member(TextRef name) const;
   Node element(std::size_t index) const;
   /// The elements. What is held of one is found by a member, without one by the whole value, or else
   /// by the position.
   std::vector<Node> elements(const char* key) const;
   /// A fault at a member that is not there.
-  void refuseMissing(const std::string& name) const;
+  void refuseMissing(TextRef name) const;
 
   /// Whether this is an object, with no members but these.
   bool isObjectOf(const std::vector<std::string>& names) const;

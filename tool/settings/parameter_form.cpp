@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "settings/value.h"
 
@@ -63,8 +64,8 @@ std::string ParameterForm::permitted() const {
   const auto shown = [this](const char* attribute) {
     return std::string(text(attribute) == nullptr ? "?" : text(attribute));
   };
-  const std::string range = shown("Min") + ".." + shown("Max");
-  return text("Step") == nullptr ? range : range + ", step " + shown("Step");
+  const std::string range = concat(shown("Min"), "..", shown("Max"));
+  return text("Step") == nullptr ? range : concat(range, ", step ", shown("Step"));
 }
 
 Objection ParameterForm::objectionTo(const std::string& text) const {
@@ -75,9 +76,9 @@ Objection ParameterForm::objectionTo(const std::string& text) const {
 Objection ParameterForm::objectionToNumber(const std::string& text) const {
   for (const char* name : {"Min", "Max"}) {
     const char* limit = this->text(name);
-    if (limit == nullptr) return {std::string("it has no ") + name + ", so no value is permitted"};
+    if (limit == nullptr) return {concat("it has no ", name, ", so no value is permitted")};
     if (!integerIn(element_, name))
-      return {std::string("its ") + name + " " + quoted(limit) + " is not an integer"};
+      return {concat("its ", name, " ", quoted(limit), " is not an integer")};
   }
   const std::optional<long long> number = decimal(text);
   if (!number) return {quoted(text) + " is not a decimal integer"};
@@ -94,9 +95,9 @@ Objection ParameterForm::objectionToText(const std::string& text) const {
   if (text.empty() && !isWholeOption(options, text))
     return {"the text is empty; the texts are " + quoted(options), true};
   if (options.find(text) == std::string::npos)
-    return {quoted(text) + " is not among " + quoted(options) + nearest};
+    return {concat(quoted(text), " is not among ", quoted(options), nearest)};
   if (isWholeOption(options, text)) return {};
-  return {quoted(text) + " is only a part of one of " + quoted(options) + nearest, true};
+  return {concat(quoted(text), " is only a part of one of ", quoted(options), nearest), true};
 }
 
 }  // namespace camcfg::tool::settings

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "settings/table.h"
 
 namespace camcfg::tool::settings {
@@ -15,8 +16,8 @@ constexpr std::size_t kLongestDescription = PRESET_DESC_SIZE - 1;
 
 std::string whyNotADescription(const std::string& text) {
   if (text.size() > kLongestDescription)
-    return "the description has " + std::to_string(text.size()) + " bytes, the limit is " +
-           std::to_string(kLongestDescription) + nearestOfLength(text, kLongestDescription);
+    return concat("the description has ", text.size(), " bytes, the limit is ", kLongestDescription,
+                  nearestOfLength(text, kLongestDescription));
   const auto steers = [](unsigned char c) { return c < 0x20 || c == 0x7f; };
   return std::any_of(text.begin(), text.end(), steers)
              ? "the description has a control character in it"

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <memory>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "settings/media.h"
 #include "settings/table.h"
@@ -62,7 +63,8 @@ Json writeSize(const void* record) {
 void readSize(const Node& node, void* record) {
   // A document has an object; only a command line has a text.
   if (node.value().is_string())
-    return node.refuse(quoted(shortened(node.value().text())) + " is no size; give " + kSizeForm);
+    return node.refuse(
+        concat(quoted(shortened(node.value().text())), " is no size; give ", kSizeForm));
   const Cache& cache = *static_cast<const Cache*>(record);
   const std::size_t faults = node.faults();
   fromJson(node, cacheSize(), record);
@@ -145,7 +147,8 @@ void checkCache(const Node& cache) {
   const Json& source = cache.value().at("default");
   for (const Json& allowed : cache.value().at("allowed"))
     if (allowed == source) return;
-  cache.member("default").refuse("source " + source.dump() + " is not among the allowed ones");
+  cache.member("default").refuse(
+      concat("source ", source.dump(), " is not among the allowed ones"));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "settings/network.h"
 
@@ -28,7 +29,7 @@ int bitsIn(std::uint32_t mask) {
 std::string whyNotThrough(std::uint32_t gateway, const std::string& text, const Subnet& subnet,
                           const std::string& address) {
   if (!subnet.has(gateway))
-    return text + " is not in " + subnet.text() + ", the subnet of " + address;
+    return concat(text, " is not in ", subnet.text(), ", the subnet of ", address);
   if (text == address) return text + " is the card's own address";
   return subnet.whyNotAHost(gateway);
 }
@@ -55,16 +56,16 @@ std::optional<Subnet> Subnet::of(const std::string& address, const std::string& 
 }
 
 std::string Subnet::text() const {
-  return dotted(address_ & mask_) + "/" + std::to_string(bitsIn(mask_));
+  return concat(dotted(address_ & mask_), "/", bitsIn(mask_));
 }
 
 // A subnet of one or two addresses has no others than those of hosts.
 std::string Subnet::whyNotAHost(std::uint32_t address) const {
   const std::uint32_t hosts = ~mask_;
   if (hosts <= 1) return "";
-  if ((address & hosts) == 0) return dotted(address) + " is the subnet " + text() + " itself";
+  if ((address & hosts) == 0) return concat(dotted(address), " is the subnet ", text(), " itself");
   if ((address & hosts) == hosts)
-    return dotted(address) + " is the broadcast address of the subnet " + text();
+    return concat(dotted(address), " is the broadcast address of the subnet ", text());
   return "";
 }
 

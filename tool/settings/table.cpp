@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "base/concat.h"
 #include "settings/value.h"
 
 namespace camcfg::tool::settings {
@@ -25,7 +26,7 @@ Json readWord(const Setting& setting, const Node& node) {
     texts.emplace_back(word.text);
     inJson.push_back(Json(word.text).dump());
   }
-  node.refuse("it must be one of " + joined(inJson) + node.nearestOf(texts));
+  node.refuse(concat("it must be one of ", joined(inJson), node.nearestOf(texts)));
   return texts.front();
 }
 

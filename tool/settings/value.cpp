@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 
 namespace camcfg::tool::settings {
@@ -24,15 +25,14 @@ Objection objectionToNumber(const std::string& text, const Range& limits) {
 Objection objectionToText(const Setting& setting, const std::string& text) {
   const std::size_t room = setting.field.room;
   if (room != 0 && text.size() >= room)
-    return {quoted(text) + " has " + std::to_string(text.size()) + " bytes, the limit is " +
-            std::to_string(room - 1)};
+    return {concat(quoted(text), " has ", text.size(), " bytes, the limit is ", room - 1)};
   return {setting.whyNotUsable == nullptr ? "" : setting.whyNotUsable(text), true};
 }
 
 Json readWord(const Setting& setting, const Node& node) {
   const std::vector<std::string> words = wordsOf(setting);
   if (!node.value().is_string() || !isAmong(words, node.value().text()))
-    node.refuse("it must be one of " + joined(words) + node.nearestOf(words));
+    node.refuse(concat("it must be one of ", joined(words), node.nearestOf(words)));
   return node.value();
 }
 
@@ -43,7 +43,7 @@ Json readSecret(const Setting& setting, const Node& node) {
     return "";
   }
   if (const std::size_t room = setting.field.room; room != 0 && node.value().text().size() >= room)
-    node.refuse("it is too long; there is room for " + std::to_string(room - 1) + " bytes");
+    node.refuse(concat("it is too long; there is room for ", room - 1, " bytes"));
   return node.text();
 }
 
@@ -139,7 +139,7 @@ Objection objectionTo(const Setting& setting, const std::string& text, const Ran
   const std::vector<std::string> words = wordsOf(setting);
   if (words.empty()) return objectionToText(setting, text);
   if (isAmong(words, text)) return {};
-  return {quoted(text) + " is none of " + joined(words) + nearestOf(text, words)};
+  return {concat(quoted(text), " is none of ", joined(words), nearestOf(text, words))};
 }
 
 Json valueIn(const Setting& setting, const Json& text) {

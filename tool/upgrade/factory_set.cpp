@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/concat.h"
 #include "base/json.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -77,8 +78,8 @@ bool has(const StateFolder& folder, const std::string& name, const Json& hash) {
 }
 
 [[noreturn]] void refuse(int error) {
-  throw Refusal(std::string(device::kStateDirectory) + "/" + kFolder +
-                " cannot be written: " + std::strerror(error));
+  throw Refusal(
+      concat(device::kStateDirectory, "/", kFolder, " cannot be written: ", std::strerror(error)));
 }
 
 // History makes room.
@@ -168,7 +169,7 @@ FactorySet setOf(const std::string& directory, const std::vector<HostFile>& file
   for (const char* path : kPaths)
     for (const HostFile& file : files) {
       if (file.path != device::nameOf(path)) continue;
-      if (!file.fault.empty()) throw Refusal(directory + "/" + file.path + ": " + file.fault);
+      if (!file.fault.empty()) throw Refusal(concat(directory, "/", file.path, ": ", file.fault));
       set.files.push_back({path, file.contents});
     }
   if (set.files.empty())

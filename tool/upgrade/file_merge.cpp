@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -39,7 +40,7 @@ Found findingsOf(const std::string& path, const std::string& text) {
   for (const lint::Finding& finding : lint::lint(lint::sourcesOf({HostFile{path, text, ""}}))) {
     const lint::Rule& rule = *finding.rule;
     found[withoutLines(finding.text) + rule.id] = {
-        path + ": " + wordFor(rule.severity) + ": " + finding.text + " [" + rule.id + "]",
+        concat(path, ": ", wordFor(rule.severity), ": ", finding.text, " [", rule.id, "]"),
         rule.severity == lint::Severity::Error};
   }
   return found;

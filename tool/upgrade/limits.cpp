@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "settings/network.h"
 #include "settings/value.h"
@@ -86,12 +87,12 @@ Permitted permittedFor(const XMLElement& element, const XMLElement* previous,
   if (limits.least > limits.most) return {value, ""};
   if (!limits.has(*number))
     return {std::to_string(nearestIn(element, *number)),
-            value + " is outside " + limits.text() + "; it has the nearest permitted value"};
+            concat(value, " is outside ", limits.text(), "; it has the nearest permitted value")};
   const bool wasOnStep = previous == nullptr || offStep(*previous, *number) == 0;
   if (offStep(element, *number) == 0 || !wasOnStep) return {value, ""};
-  return {std::to_string(nearestIn(element, *number)), value + " is not on a step of " +
-                                                           textOf(element, "Step") +
-                                                           "; it has the nearest permitted value"};
+  return {std::to_string(nearestIn(element, *number)),
+          concat(value, " is not on a step of ", textOf(element, "Step"),
+                 "; it has the nearest permitted value")};
 }
 
 }  // namespace camcfg::tool::upgrade

@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "settings/network.h"
@@ -44,7 +45,7 @@ class Leaves {
  public:
   void add(const std::string& place, const XMLElement& element, const XMLAttribute& attribute) {
     std::string own = place;
-    for (int nth = 2; byPlace_.count(own) != 0; ++nth) own = place + "#" + std::to_string(nth);
+    for (int nth = 2; byPlace_.count(own) != 0; ++nth) own = concat(place, "#", nth);
     byPlace_[own] = {&element, attribute.Name()};
     places_.push_back(own);
   }

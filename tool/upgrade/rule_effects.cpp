@@ -2,6 +2,7 @@
 #include <functional>
 #include <optional>
 
+#include "base/concat.h"
 #include "base/elements.h"
 #include "base/plain_text.h"
 #include "settings/media.h"
@@ -153,7 +154,7 @@ class Application {
                          {},
                          isShown ? before : Json(),
                          isShown ? after : Json(),
-                         rule_.text() + ", " + whereOf(rule_)});
+                         concat(rule_.text(), ", ", whereOf(rule_))});
   }
 
   const Rule& rule_;
@@ -165,7 +166,7 @@ class Application {
 Rule turned(Rule rule) {
   if (rule.action == Rule::Rename && rule.subject == Rule::Member) {
     const std::string name = lastOf(rule.from);
-    rule.from = parentOf(rule.from) + "/" + rule.to;
+    rule.from = concat(parentOf(rule.from), "/", rule.to);
     rule.to = name;
   } else if (rule.action == Rule::Rename) {
     std::swap(rule.from, rule.to);
@@ -188,7 +189,7 @@ std::optional<std::string> finally(std::string name, const Rule& first, const Ru
     const bool isWithin = name == rule.from || beginsWith(name, rule.from + "/");
     if (rule.subject == Rule::Member ? name != rule.from : !isWithin) continue;
     if (rule.action == Rule::Drop) return std::nullopt;
-    name = rule.subject == Rule::Member ? parentOf(name) + "/" + rule.to
+    name = rule.subject == Rule::Member ? concat(parentOf(name), "/", rule.to)
                                         : rule.to + name.substr(rule.from.size());
   }
   return name;
@@ -224,7 +225,7 @@ settings::Faults faultsOf(const Rules& rules, const std::vector<const XMLDocumen
     if (rule.action == Rule::Drop) continue;
     const bool isMember = rule.subject == Rule::Member;
     const std::string target = rule.action == Rule::Map ? rule.from
-                               : isMember               ? parentOf(rule.from) + "/" + rule.to
+                               : isMember               ? concat(parentOf(rule.from), "/", rule.to)
                                                         : rule.to;
     const std::optional<std::string> name = finally(target, rule, rules);
     if (!name) continue;
@@ -239,7 +240,7 @@ settings::Faults faultsOf(const Rules& rules, const std::vector<const XMLDocumen
               });
     if (!isThere)
       faults.push_back({elementPlace("rules", i),
-                        "the factory set in place has no " + *name + ", to which it leads"});
+                        concat("the factory set in place has no ", *name, ", to which it leads")});
   }
   return faults;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "base/concat.h"
 #include "base/json.h"
 #include "base/outcome.h"
 #include "base/plain_text.h"
@@ -139,14 +140,14 @@ void readAll(const Node& list, Rules& rules) {
 
 std::string Rule::text() const {
   const std::string word = kActions[action].word;
-  return word + " " + from + (action == Rename ? " to " + to : "");
+  return concat(word, " ", from, action == Rename ? " to " + to : "");
 }
 
 Rules readRules(const std::string& text, settings::Faults& faults) {
   const JsonText read = readJson(text);
   Rules rules;
   if (read.fault != 0) {
-    faults.push_back({"", "byte " + std::to_string(read.fault) + ": " + read.reason});
+    faults.push_back({"", concat("byte ", read.fault, ": ", read.reason)});
     return rules;
   }
   for (const std::string& place : read.repeated) faults.push_back({place, "it occurs here twice"});
@@ -163,8 +164,9 @@ Rules requireRules(const std::string& text, const std::string& name) {
   settings::Faults faults;
   Rules rules = readRules(text, faults);
   if (!faults.empty())
-    throw Refusal(name + ": " + (faults.front().place.empty() ? "" : faults.front().place + ": ") +
-                  faults.front().reason + "; 'camcfg upgrade --check-rules' lists all faults");
+    throw Refusal(
+        concat(name, ": ", faults.front().place.empty() ? "" : faults.front().place + ": ",
+               faults.front().reason, "; 'camcfg upgrade --check-rules' lists all faults"));
   return rules;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/concat.h"
 #include "base/plain_text.h"
 #include "device/change.h"
 #include "device/signals.h"
@@ -113,9 +114,8 @@ Json jsonOf(const Entry& entry, bool showSecrets) {
 
 // The settings are in force already, and the set is staged: the next start keeps it.
 void keep(std::vector<std::string>& notes) try { keepStaged(); } catch (const Refusal& refusal) {
-  notes.push_back(
-      std::string("note: the settings are in force, but the factory set is not kept: ") +
-      refusal.what() + "; the next start tries again");
+  notes.push_back(concat("note: the settings are in force, but the factory set is not kept: ",
+                         refusal.what(), "; the next start tries again"));
 }
 
 // What stopped the upgrade may stop this as well; the next start then does it.
@@ -168,8 +168,9 @@ Outcome outcomeOf(const Plan& plan, const UpgradeOptions& options) {
         "note: there is no old factory set to compare with: every value that is permitted stays");
   for (const Contents& file : plan.installed.files)
     if (plan.base && !plan.base->of(file.path))
-      outcome.notes.push_back("note: the old factory set has no " + device::nameOf(file.path) +
-                              " to compare with: every value in it that is permitted stays");
+      outcome.notes.push_back(
+          concat("note: the old factory set has no ", device::nameOf(file.path),
+                 " to compare with: every value in it that is permitted stays"));
   return outcome;
 }
 
@@ -182,7 +183,7 @@ std::string countsOf(const Json& answer) {
                                                               {kUnmerged, "not merged"}};
   std::vector<std::string> counts;
   const auto add = [&](const char* word, std::size_t count) {
-    if (count != 0) counts.push_back(std::string(word) + ": " + std::to_string(count));
+    if (count != 0) counts.push_back(concat(word, ": ", count));
   };
   const Json& changes = answer.at("changes");
   for (const auto& [what, word] : kCounted)
@@ -204,8 +205,8 @@ Outcome upgrade(const UpgradeOptions& options) {
     std::vector<std::string> places;
     for (const Entry& conflict : conflicts) places.push_back(conflict.place);
     outcome.status = Status::Refused;
-    outcome.notes.push_back("changed here and by the new factory set: " + joined(places) +
-                            "; nothing was changed");
+    outcome.notes.push_back(concat("changed here and by the new factory set: ", joined(places),
+                                   "; nothing was changed"));
     return outcome;
   }
   if (!options.rehearse) carryOut(plan, outcome.notes);

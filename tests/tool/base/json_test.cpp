@@ -12,9 +12,11 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(JsonTest, PairsThatBeginWithATextMakeAnObject) {
-  EXPECT_EQ((Json{{"b", 1}, {"a", {1, 2}}}).dump(), "{\"b\":1,\"a\":[1,2]}");
-  EXPECT_EQ((Json{{1, 2}, {"a", 3}}).dump(), "[[1,2],[\"a\",3]]");
+TEST(JsonTest, FieldsMakeAnObjectAndElementsAnArray) {
+  EXPECT_EQ((Json{{"b", 1}, {"a", Json::array({1, 2})}}).dump(), "{\"b\":1,\"a\":[1,2]}");
+  EXPECT_EQ((Json{{std::string("b"), Json()}}).dump(), "{\"b\":null}");
+  EXPECT_EQ(Json::array({Json::array({"a", 3})}).dump(), "[[\"a\",3]]");
+  EXPECT_EQ(Json::array({}).dump(), "[]");
 }
 
 TEST(JsonTest, ContainersBecomeArrays) {
@@ -41,7 +43,7 @@ TEST(JsonTest, MembersAreAddedWhereTheyAreMissing) {
 }
 
 TEST(JsonTest, PathsGoThroughMembersAndElements) {
-  const Json value = {{"list", Json::array()}, {"of", {{{"x", 7}}, nullptr}}};
+  const Json value = {{"list", Json::array()}, {"of", Json::array({{{"x", 7}}, nullptr})}};
   EXPECT_EQ(*value.find_path("of/0/x"), 7);
   EXPECT_EQ(value.find_path("of/2"), nullptr);
   EXPECT_EQ(value.find_path("of/x"), nullptr);
@@ -81,7 +83,7 @@ TEST(JsonTest, SetsTellAllValuesApart) {
                                  true,
                                  true,
                                  Json::array(),
-                                 Json{2, 2},
+                                 Json::array({2, 2}),
                                  Json{{"a", 1}},
                                  0.5,
                                  0.5,
@@ -100,7 +102,7 @@ TEST(JsonTest, ItemsAreNamesWithValues) {
 }
 
 TEST(JsonTest, RealNumbersHaveTheFewestDigitsAndNeverLookLikeIntegers) {
-  EXPECT_EQ((Json{1.0, -2.5, 0.1, 1e14, 1e15, 1e-4, 1e-5, 123456.789, -0.0}).dump(),
+  EXPECT_EQ(Json::array({1.0, -2.5, 0.1, 1e14, 1e15, 1e-4, 1e-5, 123456.789, -0.0}).dump(),
             "[1.0,-2.5,0.1,100000000000000.0,1e+15,0.0001,1e-05,123456.789,-0.0]");
 }
 
@@ -116,15 +118,15 @@ TEST(JsonTest, ControlCharactersAreEscaped) {
 
 TEST(JsonTest, PackedValuesComeBackByteByByte) {
   const Json value = {{"null", nullptr},
-                      {"bits", {true, false}},
-                      {"numbers", {-1, ~std::uint64_t{0}, 0.25}},
+                      {"bits", Json::array({true, false})},
+                      {"numbers", Json::array({-1, ~std::uint64_t{0}, 0.25})},
                       {"text", std::string("\xff\0\n", 3)},
-                      {"empty", {Json::array(), Json::object()}}};
+                      {"empty", Json::array({Json::array(), Json::object()})}};
   EXPECT_EQ(unpacked(packed(value)), value);
 }
 
 TEST(JsonTest, PackedBytesThatAreCutShortAreRefused) {
-  const std::string bytes = packed({{"a", {1, "text"}}});
+  const std::string bytes = packed({{"a", Json::array({1, "text"})}});
   for (std::size_t length = 0; length < bytes.size(); ++length)
     EXPECT_THROW(unpacked(bytes.substr(0, length)), std::runtime_error) << length;
   EXPECT_THROW(unpacked("\x7f"), std::runtime_error);

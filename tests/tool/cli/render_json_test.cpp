@@ -10,7 +10,7 @@ using tool::cli::Answer;
 
 TEST(RenderJsonTest, ValueIsPrintedWholeInItsOrder) {
   Answer answer;
-  answer.value = {{"b", 1}, {"a", {"x", nullptr}}};
+  answer.value = {{"b", 1}, {"a", tool::Json::array({"x", nullptr})}};
   answer.layout = {tool::cli::Line{"not shown"}};
   EXPECT_EQ(renderJson(answer),
             "{\n"

@@ -16,7 +16,8 @@ std::string shown(Json value, std::vector<Block> layout, const Look& look = {}) 
 }
 
 TEST(RenderTextTest, ColumnsAreAsWideAsTheirWidestCell) {
-  const Json rows = {{{"a", "x"}, {"b", 1}}, {{"a", "\xc3\xbc\xc3\xbc\xc3\xbc"}, {"b", 22}}};
+  const Json rows =
+      Json::array({{{"a", "x"}, {"b", 1}}, {{"a", "\xc3\xbc\xc3\xbc\xc3\xbc"}, {"b", 22}}});
   EXPECT_EQ(shown(rows, {Table{"", {{"A", "{a}"}, {"B", "{b}"}}}}),
             "A    B\n"
             "x    1\n"
@@ -29,7 +30,8 @@ TEST(RenderTextTest, EmptyTableIsItsHeadings) {
 }
 
 TEST(RenderTextTest, CellShowsWhatItBecameWhereThatDiffers) {
-  const Json rows = {{{"was", "bad"}, {"is", "good"}}, {{"was", "good"}, {"is", "good"}}};
+  const Json rows =
+      Json::array({{{"was", "bad"}, {"is", "good"}}, {{"was", "good"}, {"is", "good"}}});
   EXPECT_EQ(shown(rows, {Table{"", {{"STATE", "{was}", "{is}"}}}}), "STATE\nbad -> good\ngood\n");
 }
 
@@ -43,7 +45,8 @@ TEST(RenderTextTest, FieldsAndLinesTakeMembersOfMembers) {
 }
 
 TEST(RenderTextTest, LinesAreFilledForEachElement) {
-  const Json value = {{"rows", {{{"a", 1}}, {{"a", "x\ty"}}}}, {"none", Json::array()}};
+  const Json value = {{"rows", Json::array({{{"a", 1}}, {{"a", "x\ty"}}})},
+                      {"none", Json::array()}};
   EXPECT_EQ(shown(value, {Lines{"rows", "{a}:\n  {a}"}, Lines{"none", "{a}"}}),
             "1:\n  1\nx\\ty:\n  x\\ty\n");
 }
@@ -51,15 +54,16 @@ TEST(RenderTextTest, LinesAreFilledForEachElement) {
 TEST(RenderTextTest, EveryKindOfValueHasAText) {
   const Json value = {
       {"none", nullptr},        {"yes", true},         {"no", false},
-      {"number", -1.5},         {"text", "a\nb"},      {"list", {1, "two", nullptr}},
+      {"number", -1.5},         {"text", "a\nb"},      {"list", Json::array({1, "two", nullptr})},
       {"empty", Json::array()}, {"object", {{"a", 1}}}};
   EXPECT_EQ(shown(value, {Line{"{none}|{yes}|{no}|{number}|{text}|{list}|{empty}|{object}"}}),
             "-|yes|no|-1.5|a\\nb|1, two, -|-|{\"a\":1}\n");
 }
 
 TEST(RenderTextTest, PlaceIsFilledForEachElementOfAnArray) {
-  const Json value = {{"channels", {{{"id", 0}, {"name", "a"}}, {{"id", 8}, {"name", "b"}}}},
-                      {"none", Json::array()}};
+  const Json value = {
+      {"channels", Json::array({{{"id", 0}, {"name", "a"}}, {{"id", 8}, {"name", "b"}}})},
+      {"none", Json::array()}};
   EXPECT_EQ(shown(value, {Line{"<{channels:{id} {name}}> <{none:{id}}>"}}), "<0 a, 8 b> <->\n");
 }
 
@@ -75,8 +79,8 @@ TEST(RenderTextTest, VerbatimTextIsPrintedAsItIs) {
 constexpr Look kColoured{true, true};
 
 TEST(RenderTextTest, StatesAreColouredByWhatTheyMean) {
-  const Json rows = {{{"was", "damaged"}, {"is", "good"}, {"x", 1}},
-                     {{"was", "out-of-step"}, {"is", "out-of-step"}, {"x", 22}}};
+  const Json rows = Json::array({{{"was", "damaged"}, {"is", "good"}, {"x", 1}},
+                                 {{"was", "out-of-step"}, {"is", "out-of-step"}, {"x", 22}}});
   const std::vector<Block> layout = {Table{"", {{"STATE", "{was!}", "{is!}"}, {"X", "{x}"}}}};
   EXPECT_EQ(shown(rows, layout),
             "STATE            X\n"
@@ -102,7 +106,7 @@ TEST(RenderTextTest, ArrowsWithinValuesAreNoChanges) {
 }
 
 TEST(RenderTextTest, ValuesCannotSteerATerminal) {
-  const Json value = {{"a", "\x1b[31mred\xc2\x9b"}, {"rows", {{{"a", "\x1b[2J"}}}}};
+  const Json value = {{"a", "\x1b[31mred\xc2\x9b"}, {"rows", Json::array({{{"a", "\x1b[2J"}}})}};
   for (const Look look : {Look{false, false}, Look{true, true}})
     EXPECT_EQ(
         shown(value, {Line{"{a}"}, Fields{{{"a", "{a}"}}}, Table{"rows", {{"A", "{a}"}}}}, look),

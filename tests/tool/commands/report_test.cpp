@@ -249,7 +249,8 @@ TEST_F(ReportTest, IsSmall) {
   for (int i = 0; i < 1000; ++i)
     document["live"]["rtsp"].push_back(
         {{"name", "session" + std::to_string(i)},
-         {"channels", {{{"id", 0}, {"name", "video"}}, {{"id", 8}, {"name", "audio"}}}}});
+         {"channels",
+          Json::array({{{"id", 0}, {"name", "video"}}, {{"id", 8}, {"name", "audio"}}})}});
   document["presets"] = Json::array();
   for (int i = 0; i < 128; ++i)
     document["presets"].push_back({{"id", i},
