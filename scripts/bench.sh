@@ -21,28 +21,34 @@ stream_sources_load 100
 stream_sources_load 1000
 stream_sources_dump 100
 stream_sources_dump 1000
+stream_sources_moved_dump 1000
 stream_caches_load 100
 stream_caches_load 1000
 stream_caches_dump 100
 stream_caches_dump 1000
+stream_caches_moved_dump 1000
 websocket_load 100
 websocket_load 1000
 websocket_dump 100
 websocket_dump 1000
+websocket_moved_dump 1000
 rtsp_load 100
 rtsp_load 1000
 rtsp_dump 100
 rtsp_dump 1000
+rtsp_moved_dump 1000
 rtmp_load 100
 rtmp_load 1000
 ndi_load 100
 ndi_load 1000
 ndi_dump 100
 ndi_dump 1000
+ndi_moved_dump 1000
 srt_load 100
 srt_load 1000
 srt_dump 100
-srt_dump 1000'
+srt_dump 1000
+srt_moved_dump 1000'
 
 # The sizes that their growth is judged by.
 readonly growing='parameter_by_name 100

@@ -100,9 +100,16 @@ void addSection(std::vector<Case>& cases, const std::string& name,
   };
   cases.push_back({name + "_load", kSessions, prepare, [=] { load(*list); },
                    [] { parseByHand(CFG_FILE_MPP); }});
-  if (dump != nullptr)
-    cases.push_back({name + "_dump", kSessions, prepare, [=] { dump(*list); },
-                     [] { rewriteByHand(CFG_FILE_MPP, kBackupMpp); }});
+  if (dump == nullptr) return;
+  const auto floor = [] { rewriteByHand(CFG_FILE_MPP, kBackupMpp); };
+  cases.push_back({name + "_dump", kSessions, prepare, [=] { dump(*list); }, floor});
+  // Each record in the place of another one.
+  cases.push_back({name + "_moved_dump", kSessions, prepare,
+                   [=] {
+                     list->splice(list->end(), *list, list->begin());
+                     dump(*list);
+                   },
+                   floor});
 }
 
 auto streamSection(const char* section) {

@@ -50,8 +50,9 @@ std::string entry(const std::string& section, int i) {
            R"(username="user" password="secret"><Channel Id="0" Type="Video"/>)" +
            R"(<Channel Id="1" Type="Audio"/></Target>)";
   if (section == "NDI")
-    return "<Instance Id=\"" + id + "\" Enable=\"true\" DiscoveryServer=\"\" GroupName=\"g\" " +
-           "MainStreamName=\"stream " + id + "\">" +
+    return "<Instance Id=\"" + id + "\" Enable=\"true\" bDiscoveryServerEnable=\"false\" " +
+           "DiscoveryServer=\"\" GroupName=\"g\" MainStreamName=\"stream " + id + "\" " +
+           R"(MulticastEnable="false" MulticastIp="" MulticastNetmask="" MulticastTTL="0">)" +
            R"(<Channel Id="0" Type="MainVideo"/><Channel Id="2" Type="Audio"/></Instance>)";
   return "<Instance Id=\"" + id + "\" Mode=\"Listener\" Port=\"9000\" Latency=\"20\">" +
          R"(<Stream Id="main" Default="1"><Channel Id="0"/><Channel Id="1"/></Stream></Instance>)";

@@ -29,7 +29,10 @@ class Attributes {
   // Each leaves the value as it is when the attribute is absent, or holds no integer.
 
   void readInt(std::size_t place, std::int32_t& value) const;
-  void readText(std::size_t place, std::string& value) const;
+  void readText(std::size_t place, std::string& value) const {
+    const char* read = text(place);
+    if (read != nullptr) value = read;
+  }
   /// 1 for the word "true", in upper or lower case, else 0.
   void readSwitch(std::size_t place, std::int32_t& value) const;
 

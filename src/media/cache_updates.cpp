@@ -36,7 +36,7 @@ bool markSource(XMLElement& cache, std::int32_t sourceId) {
     std::int32_t id = -1;
     Attributes(*entry, kNames).readInt(0, id);
     if (id == sourceId) {
-      setInt(*entry, kMark, 1);
+      entry->SetAttribute(kMark, "1");
       marked = true;
     } else {
       entry->DeleteAttribute(kMark);
@@ -67,8 +67,9 @@ int CFG_MPP_UpdateStreamCacheAllowedStreamSource(
   if (cache == nullptr) return CFG_MPP_ERR;
   XMLElement* element = openCache(cache->s32Id);
   if (element == nullptr) return CFG_MPP_ERR;
-  element->DeleteChildren();
-  writeWhitelist(*element, *cache, kMark);
+  EntryWriter writer(*element);
+  writeWhitelist(writer, *cache, kMark);
+  writer.end();
   return kStream.closeWrite();
 } catch (const std::bad_alloc&) {
   return kStream.giveUp(BU_FALSE);

@@ -68,14 +68,16 @@ bool readCache(const XMLElement& element, Cache& record) {
   return readWhitelist(element, cache) || reject();
 }
 
-void writeCache(XMLElement& section, const Cache& cache) {
+void writeCache(EntryWriter& section, const Cache& cache) {
   if (cache == nullptr) return;
-  XMLElement& entry = append(section, kRules.entries.name());
-  setInt(entry, kNames[kId], cache->s32Id);
-  setText(entry, kNames[kName], cache->strName);
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], cache->s32Id);
+  section.setText(kNames[kName], cache->strName);
   for (const SizeUnit& unit : kUnits)
-    if (unit.bytes() == cache->s32BufUnit) setInt(entry, kNames[unit.attribute], cache->s32BufSize);
-  writeWhitelist(entry, *cache, "Default");
+    if (unit.bytes() == cache->s32BufUnit)
+      section.setInt(kNames[unit.attribute], cache->s32BufSize);
+  writeWhitelist(section, *cache, "Default");
+  section.close();
 }
 
 constexpr Section<Cache> kCaches = {kStream, kRules, readEach<readCache>, writeCache};

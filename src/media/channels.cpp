@@ -18,10 +18,11 @@ bool readNamedChannel(const XMLElement& element, const char* path, std::int32_t&
          kLiveMedia.requireText(attributes, 1, path, &name);
 }
 
-void writeNamedChannel(XMLElement& parent, std::int32_t id, const std::string& name) {
-  XMLElement& entry = append(parent, kChannel);
-  setInt(entry, kNamed[0], id);
-  setText(entry, kNamed[1], name);
+void writeNamedChannel(EntryWriter& parent, std::int32_t id, const std::string& name) {
+  parent.open(kChannel);
+  parent.setInt(kNamed[0], id);
+  parent.setText(kNamed[1], name);
+  parent.close();
 }
 
 bool readTypedChannel(const XMLElement& element, const char* path, TypedChannel& channel) {
@@ -40,11 +41,12 @@ void fillSlot(std::int32_t& kept, std::int32_t id, const char* type, const char*
                      sessionId, kept, id);
 }
 
-void writeTypedChannel(XMLElement& parent, std::int32_t id, const char* type) {
+void writeTypedChannel(EntryWriter& parent, std::int32_t id, const char* type) {
   if (id == -1) return;
-  XMLElement& entry = append(parent, kChannel);
-  setInt(entry, kTyped[0], id);
-  setText(entry, kTyped[1], type);
+  parent.open(kChannel);
+  parent.setInt(kTyped[0], id);
+  parent.setText(kTyped[1], type);
+  parent.close();
 }
 
 }  // namespace camcfg

@@ -6,6 +6,7 @@
 
 #include "media/document.h"
 #include "media/entries.h"
+#include "media/entry_writer.h"
 
 namespace camcfg {
 
@@ -16,7 +17,7 @@ inline constexpr char kChannel[] = "Channel";
 bool readNamedChannel(const tinyxml2::XMLElement& element, const char* path, std::int32_t& id,
                       std::string& name);
 
-void writeNamedChannel(tinyxml2::XMLElement& parent, std::int32_t id, const std::string& name);
+void writeNamedChannel(EntryWriter& parent, std::int32_t id, const std::string& name);
 
 /// A channel of "Id" and "Type".
 struct TypedChannel {
@@ -47,11 +48,11 @@ void fillSlot(std::int32_t& kept, std::int32_t id, const char* type, const char*
               std::int32_t sessionId);
 
 /// Writes a channel, unless the slot holds none.
-void writeTypedChannel(tinyxml2::XMLElement& parent, std::int32_t id, const char* type);
+void writeTypedChannel(EntryWriter& parent, std::int32_t id, const char* type);
 
 /// Writes a channel for each slot that is filled, in their order.
 template <typename Session, std::size_t Count>
-void writeTypedChannels(tinyxml2::XMLElement& parent, const Session& session,
+void writeTypedChannels(EntryWriter& parent, const Session& session,
                         const ChannelSlot<Session> (&slots)[Count]) {
   for (const ChannelSlot<Session>& slot : slots)
     writeTypedChannel(parent, session.*slot.id, slot.type);

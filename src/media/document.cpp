@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "base/integer.h"
 #include "camcfg/store.h"
 #include "store/file_lock.h"
 
@@ -14,15 +15,54 @@ namespace {
 
 char* const kFile = const_cast<char*>(CFG_FILE_MPP);
 
+// A line of standard output, which is written when it ends, whole unless it is very long.
+class Line {
+ public:
+  Line() { flockfile(stdout); }
+  ~Line() {
+    flush();
+    funlockfile(stdout);
+  }
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+
+  void put(const char* text) {
+    for (; *text != '\0'; ++text) put(*text);
+  }
+  void put(char c) {
+    if (used_ == sizeof unwritten_) flush();
+    unwritten_[used_++] = c;
+  }
+
+ private:
+  void flush() {
+    fwrite_unlocked(unwritten_, 1, used_, stdout);
+    used_ = 0;
+  }
+
+  std::size_t used_ = 0;
+  char unwritten_[512];
+};
+
 }  // namespace
 
 void MediaDocument::print(const char* level, const char* message, ...) const {
-  // Only the message's template passes through the buffer; its arguments are printed whole.
-  char format[256] = {};
-  std::snprintf(format, sizeof format, "[%s][CFG][%s]: %s", level, frame_, message);
+  Line line;
+  line.put("[");
+  line.put(level);
+  line.put("][CFG][");
+  line.put(frame_);
+  line.put("]: ");
   va_list args;
   va_start(args, message);
-  std::vprintf(format, args);
+  for (; *message != '\0'; ++message) {
+    if (*message != '%')
+      line.put(*message);
+    else if (*++message == 's')
+      line.put(va_arg(args, const char*));
+    else
+      line.put(IntegerText(va_arg(args, int)).begin());
+  }
   va_end(args);
 }
 

@@ -4,9 +4,7 @@
 #include <strings.h>
 #include <tinyxml2.h>
 
-#include <cstdint>
 #include <cstring>
-#include <string>
 
 namespace camcfg {
 
@@ -32,25 +30,6 @@ inline const tinyxml2::XMLElement* firstEntry(const tinyxml2::XMLElement& parent
 }
 inline const tinyxml2::XMLElement* nextEntry(const tinyxml2::XMLElement& entry, const char* name) {
   return entryFrom(entry.NextSiblingElement(), name);
-}
-
-/// Appends an empty element of this name.
-inline tinyxml2::XMLElement& append(tinyxml2::XMLElement& parent, const char* name) {
-  tinyxml2::XMLElement* element = parent.GetDocument()->NewElement(name);
-  parent.InsertEndChild(element);
-  return *element;
-}
-
-// Each sets an attribute.
-
-void setInt(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value);
-
-inline void setText(tinyxml2::XMLElement& element, const char* attribute, const std::string& text) {
-  element.SetAttribute(attribute, text.c_str());
-}
-
-inline void setSwitch(tinyxml2::XMLElement& element, const char* attribute, std::int32_t value) {
-  element.SetAttribute(attribute, value != 0 ? "true" : "false");
 }
 
 }  // namespace camcfg

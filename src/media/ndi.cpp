@@ -68,21 +68,22 @@ bool readInstance(const XMLElement& element, Session& session) {
   return true;
 }
 
-void writeInstance(XMLElement& section, const Session& session) {
-  XMLElement& entry = append(section, kRules.entries.name());
-  setInt(entry, kNames[kId], session.s32Id);
-  setSwitch(entry, kNames[kEnable], session.bEnable);
+void writeInstance(EntryWriter& section, const Session& session) {
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], session.s32Id);
+  section.setSwitch(kNames[kEnable], session.bEnable);
   // Deliberate: not the name that the loader reads, so the switch is off when the file is loaded
   // again. [ndi-discovery-name]
-  setSwitch(entry, "bDiscoveryServerEnable", session.bDiscoveryServerEnable);
-  setText(entry, kNames[kDiscoveryServer], session.strDiscoveryServer);
-  setText(entry, kNames[kGroupName], session.strGroupName);
-  setText(entry, kNames[kMainStreamName], session.strMainStreamName);
-  setSwitch(entry, kNames[kMulticastEnable], session.bMulticastEnable);
-  setText(entry, kNames[kMulticastIp], session.strMulticastIp);
-  setText(entry, kNames[kMulticastNetmask], session.strMulticastNetmask);
-  setInt(entry, kNames[kMulticastTtl], session.s32MulticastTTL);
-  writeTypedChannels(entry, session, kSlots);
+  section.setSwitch("bDiscoveryServerEnable", session.bDiscoveryServerEnable);
+  section.setText(kNames[kDiscoveryServer], session.strDiscoveryServer);
+  section.setText(kNames[kGroupName], session.strGroupName);
+  section.setText(kNames[kMainStreamName], session.strMainStreamName);
+  section.setSwitch(kNames[kMulticastEnable], session.bMulticastEnable);
+  section.setText(kNames[kMulticastIp], session.strMulticastIp);
+  section.setText(kNames[kMulticastNetmask], session.strMulticastNetmask);
+  section.setInt(kNames[kMulticastTtl], session.s32MulticastTTL);
+  writeTypedChannels(section, session, kSlots);
+  section.close();
 }
 
 constexpr Section<Session> kNdi = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};

@@ -45,14 +45,15 @@ bool readTarget(const XMLElement& element, Session& session) {
   return true;
 }
 
-void writeTarget(XMLElement& section, const Session& session) {
-  XMLElement& entry = append(section, kRules.entries.name());
-  setInt(entry, kNames[kId], session.s32Id);
-  setSwitch(entry, kNames[kEnable], session.bEnable);
-  setText(entry, kNames[kUrl], session.strUrl);
-  setText(entry, kNames[kUsername], session.strUsername);
-  setText(entry, kNames[kPassword], session.strPassword);
-  writeTypedChannels(entry, session, kSlots);
+void writeTarget(EntryWriter& section, const Session& session) {
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], session.s32Id);
+  section.setSwitch(kNames[kEnable], session.bEnable);
+  section.setText(kNames[kUrl], session.strUrl);
+  section.setText(kNames[kUsername], session.strUsername);
+  section.setText(kNames[kPassword], session.strPassword);
+  writeTypedChannels(section, session, kSlots);
+  section.close();
 }
 
 constexpr Section<Session> kRtmp = {kLiveMedia, kRules, readEach<readTarget>, writeTarget};

@@ -26,12 +26,13 @@ bool readGroup(const XMLElement& element, Session& session) {
   return true;
 }
 
-void writeGroup(XMLElement& section, const Session& session) {
+void writeGroup(EntryWriter& section, const Session& session) {
   if (session == nullptr) return;
-  XMLElement& entry = append(section, kRules.entries.name());
-  setText(entry, kNames[0], session->strName);
+  section.open(kRules.entries.name());
+  section.setText(kNames[0], session->strName);
   for (const tag_CFG_RTSP_SUBSESSION_T& channel : session->lstSubSession)
-    writeNamedChannel(entry, channel.s32Id, channel.strName);
+    writeNamedChannel(section, channel.s32Id, channel.strName);
+  section.close();
 }
 
 constexpr Section<Session> kRtsp = {kLiveMedia, kRules, readEach<readGroup>, writeGroup};

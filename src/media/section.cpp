@@ -63,11 +63,12 @@ std::int32_t loadList(const MediaDocument& document, const Rules& rules, void (*
 }
 
 std::int32_t dumpList(const MediaDocument& document, const Rules& rules,
-                      void (*write)(XMLElement& section, const void* list), const void* list) try {
+                      void (*write)(EntryWriter& section, const void* list), const void* list) try {
   XMLElement* section = document.open(rules.section, BU_FALSE);
   if (section == nullptr) return document.failure();
-  section->DeleteChildren();
-  write(*section, list);
+  EntryWriter writer(*section);
+  write(writer, list);
+  writer.end();
   if (rules.ending == Ending::DiscardAndStayLocked)
     document.closeRead();
   else if (document.closeWrite() != 0)

@@ -5,6 +5,7 @@
 
 #include "media/document.h"
 #include "media/entries.h"
+#include "media/entry_writer.h"
 
 namespace camcfg {
 
@@ -55,8 +56,8 @@ struct Section {
   /// Reads an entry into a new record at the list's end, or reports what is wrong with it and
   /// returns false with the list as it was.
   bool (*read)(const tinyxml2::XMLElement& entry, std::list<Record>& records);
-  /// Appends an entry; none for a record that cannot be written.
-  void (*write)(tinyxml2::XMLElement& section, const Record& record);
+  /// Writes an entry; none for a record that cannot be written.
+  void (*write)(EntryWriter& section, const Record& record);
 };
 
 /// The first element that holds a record among an element and its followers; null when there is
@@ -67,12 +68,11 @@ const tinyxml2::XMLElement* entryFrom(const MediaDocument& document,
 /// load() and dump() for a list of any records.
 /// @param clear  empties the list
 /// @param read   reads an entry into a new record at the list's end; false on a fault
-/// @param write  appends an entry for each record of the list
+/// @param write  writes an entry for each record of the list
 std::int32_t loadList(const MediaDocument& document, const Rules& rules, void (*clear)(void* list),
                       bool (*read)(const tinyxml2::XMLElement& entry, void* list), void* list);
 std::int32_t dumpList(const MediaDocument& document, const Rules& rules,
-                      void (*write)(tinyxml2::XMLElement& section, const void* list),
-                      const void* list);
+                      void (*write)(EntryWriter& section, const void* list), const void* list);
 
 /// Section::read of sections whose entries are read each by itself.
 /// @tparam kRead  fills in a record, or reports what is wrong with its entry and returns false
@@ -105,7 +105,7 @@ std::int32_t dump(const std::list<Record>& records) {
   using List = std::list<Record>;
   return dumpList(
       kSection.document, kSection.rules,
-      [](tinyxml2::XMLElement& section, const void* list) {
+      [](EntryWriter& section, const void* list) {
         for (const Record& record : *static_cast<const List*>(list))
           kSection.write(section, record);
       },

@@ -78,14 +78,15 @@ bool readSource(const XMLElement& element, std::list<Source>& sources) {
   return true;
 }
 
-void writeSource(XMLElement& section, const Source& source) {
+void writeSource(EntryWriter& section, const Source& source) {
   const Kind* kind = kindOfRecord(source);
   if (kind == nullptr) return;
-  XMLElement& entry = append(section, nameOf(*kind));
-  setInt(entry, kNames[kId], source->s32Id);
-  setText(entry, kNames[kName], source->strName);
-  setInt(entry, kNames[kind->channel], source->s32ChnId);
-  if (source->s32Enabled == 0) setInt(entry, kNames[kEnabled], 0);
+  section.open(nameOf(*kind));
+  section.setInt(kNames[kId], source->s32Id);
+  section.setText(kNames[kName], source->strName);
+  section.setInt(kNames[kind->channel], source->s32ChnId);
+  if (source->s32Enabled == 0) section.setInt(kNames[kEnabled], 0);
+  section.close();
 }
 
 constexpr Section<Source> kSources = {kStream, kRules, readSource, writeSource};

@@ -72,27 +72,31 @@ bool readInstance(const XMLElement& element, Instance& instance) {
   return readStreams(element, instance);
 }
 
-void writeChannel(XMLElement& stream, std::int32_t id) {
-  setInt(append(stream, kChannel), kChannelNames[0], id);
+void writeChannel(EntryWriter& stream, std::int32_t id) {
+  stream.open(kChannel);
+  stream.setInt(kChannelNames[0], id);
+  stream.close();
 }
 
-void writeStream(XMLElement& instance, const Stream& stream) {
-  XMLElement& entry = append(instance, kStreams.name());
-  setText(entry, kStreamNames[0], stream.strId);
-  setInt(entry, kStreamNames[1], stream.s32Default);
-  for (const int id : stream.lstChannel) writeChannel(entry, id);
+void writeStream(EntryWriter& instance, const Stream& stream) {
+  instance.open(kStreams.name());
+  instance.setText(kStreamNames[0], stream.strId);
+  instance.setInt(kStreamNames[1], stream.s32Default);
+  for (const int id : stream.lstChannel) writeChannel(instance, id);
+  instance.close();
 }
 
-void writeInstance(XMLElement& section, const Instance& instance) {
-  XMLElement& entry = append(section, kRules.entries.name());
-  setInt(entry, kNames[kId], instance.s32Id);
-  setText(entry, kNames[kMode], instance.s32Mode != 0 ? kListener : kCaller);
-  if (!instance.strHostname.empty()) setText(entry, kNames[kHostname], instance.strHostname);
-  setInt(entry, kNames[kPort], instance.s32Port);
-  if (instance.s32AesMode > 0) setInt(entry, kNames[kAesMode], instance.s32AesMode);
-  if (!instance.strPassword.empty()) setText(entry, kNames[kPassword], instance.strPassword);
-  setInt(entry, kNames[kLatency], instance.s32Latency);
-  for (const Stream& stream : instance.lstStream) writeStream(entry, stream);
+void writeInstance(EntryWriter& section, const Instance& instance) {
+  section.open(kRules.entries.name());
+  section.setInt(kNames[kId], instance.s32Id);
+  section.setText(kNames[kMode], instance.s32Mode != 0 ? kListener : kCaller);
+  if (!instance.strHostname.empty()) section.setText(kNames[kHostname], instance.strHostname);
+  section.setInt(kNames[kPort], instance.s32Port);
+  if (instance.s32AesMode > 0) section.setInt(kNames[kAesMode], instance.s32AesMode);
+  if (!instance.strPassword.empty()) section.setText(kNames[kPassword], instance.strPassword);
+  section.setInt(kNames[kLatency], instance.s32Latency);
+  for (const Stream& stream : instance.lstStream) writeStream(section, stream);
+  section.close();
 }
 
 constexpr Section<Instance> kSrt = {kLiveMedia, kRules, readEach<readInstance>, writeInstance};

@@ -18,7 +18,7 @@ bool readSession(const XMLElement& element, Session& session) {
   return readNamedChannel(element, "<WEBSOCKET><Channel>", session.s32Id, session.strName);
 }
 
-void writeSession(XMLElement& section, const Session& session) {
+void writeSession(EntryWriter& section, const Session& session) {
   writeNamedChannel(section, session.s32Id, session.strName);
 }
 

@@ -61,14 +61,15 @@ bool readWhitelist(const XMLElement& element, tag_CFG_STREAM_CACHE_T& cache) {
   return true;
 }
 
-void writeWhitelist(XMLElement& parent, const tag_CFG_STREAM_CACHE_T& cache, const char* mark) {
+void writeWhitelist(EntryWriter& parent, const tag_CFG_STREAM_CACHE_T& cache, const char* mark) {
   if (cache.s32AllowedMask <= 0) return;
   const auto mask = static_cast<std::uint32_t>(cache.s32AllowedMask);
   for (std::int32_t id = 0; (1U << id) <= mask; ++id) {
     if ((mask & (1U << id)) == 0) continue;
-    XMLElement& entry = append(parent, kAllowedSource);
-    setInt(entry, kNames[0], id);
-    if (id == cache.s32EnabledSrc) setInt(entry, mark, 1);
+    parent.open(kAllowedSource);
+    parent.setInt(kNames[0], id);
+    if (id == cache.s32EnabledSrc) parent.setInt(mark, 1);
+    parent.close();
   }
 }
 

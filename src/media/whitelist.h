@@ -2,6 +2,7 @@
 #define CAMCFG_MEDIA_WHITELIST_H
 
 #include "camcfg/stream.h"
+#include "media/entry_writer.h"
 
 namespace camcfg {
 
@@ -15,8 +16,7 @@ bool readWhitelist(const tinyxml2::XMLElement& element, tag_CFG_STREAM_CACHE_T& 
 
 /// Writes an entry for each source that a cache may carry; the one that it carries is given the
 /// attribute `mark` = 1.
-void writeWhitelist(tinyxml2::XMLElement& parent, const tag_CFG_STREAM_CACHE_T& cache,
-                    const char* mark);
+void writeWhitelist(EntryWriter& parent, const tag_CFG_STREAM_CACHE_T& cache, const char* mark);
 
 }  // namespace camcfg
 
