@@ -41,6 +41,18 @@ int wordsOfTheTool(const std::vector<CommandGroup>& groups, int argc, const char
   return ownWords(groups, argc, argv).count;
 }
 
+std::string commandWordIn(int argc, const char* const* argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (word.empty() || word[0] != '-') return word;
+    if (isFollowedByItsValue(word, globalOptions()))
+      ++i;
+    else if (word != kJson && word != kVerbose && word != "-v")
+      break;
+  }
+  return "";
+}
+
 bool asksForJson(const std::vector<CommandGroup>& groups, int argc, const char* const* argv) {
   const OwnWords own = ownWords(groups, argc, argv);
   for (int i = 1; i < own.count && argv[i] != std::string_view("--"); ++i) {

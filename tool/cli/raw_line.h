@@ -14,6 +14,10 @@ namespace camcfg::tool::cli {
 /// it carries out; the first of these counts.
 int wordsOfTheTool(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
 
+/// The first word of the command, if nothing but options of the tool that it can be run with comes
+/// before it; else empty.
+std::string commandWordIn(int argc, const char* const* argv);
+
 /// Whether it asks for answers in JSON.
 bool asksForJson(const std::vector<CommandGroup>& groups, int argc, const char* const* argv);
 

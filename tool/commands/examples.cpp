@@ -1,4 +1,4 @@
-#include <string_view>
+#include <cstring>
 
 #include "commands/groups.h"
 
@@ -175,10 +175,19 @@ constexpr struct {
 }  // namespace
 
 void addExamples(std::vector<CommandGroup>& groups) {
+  std::vector<cli::Command*> commands;
   for (CommandGroup& group : groups)
-    for (cli::Command& command : group.commands)
-      for (const auto& [name, line] : kExamples)
-        if (command.name == std::string_view(name)) command.examples.push_back(line);
+    for (cli::Command& command : group.commands) commands.push_back(&command);
+  // Nearly in the order of the commands: the search goes on where the last one ended.
+  std::size_t at = 0;
+  for (const auto& [name, line] : kExamples)
+    for (std::size_t tried = 0; tried < commands.size(); ++tried) {
+      if (std::strcmp(commands[at]->name, name) == 0) {
+        commands[at]->examples.push_back(line);
+        break;
+      }
+      at = at + 1 < commands.size() ? at + 1 : 0;
+    }
 }
 
 }  // namespace camcfg::tool::commands

@@ -203,6 +203,10 @@ CommandGroup watchGroup();
 /// All commands, in the order of the help text.
 std::vector<CommandGroup> allGroups();
 
+/// The group that a command is in, by the first word of its name, where nothing else is needed to run
+/// it: to make all takes longer than what most commands do. Else all groups.
+std::vector<CommandGroup> groupsFor(const std::string& word);
+
 /// What is done before any command: a change on trial is rolled back when its time is over.
 void prepare(const cli::Command& command, const Arguments& arguments);
 

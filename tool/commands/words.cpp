@@ -1,6 +1,7 @@
 #include "commands/groups.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "base/plain_text.h"
@@ -224,20 +225,59 @@ void addForce(std::vector<CommandGroup>& groups) {
     }
 }
 
-}  // namespace
+struct Group {
+  const char* words;  ///< first ones of its commands, but not of one that carries out another
+  CommandGroup (*make)();
+};
 
-std::vector<CommandGroup> allGroups() {
-  std::vector<CommandGroup> groups = {
-      summaryGroup(),    reportGroup(), filesGroup(),   salvageGroup(), lintGroup(),
-      parametersGroup(), findGroup(),   explainGroup(), watchGroup(),   systemGroup(),
-      networkGroup(),    presetGroup(), streamGroup(),  liveGroup(),    graphGroup(),
-      exchangeGroup(),   schemaGroup(), historyGroup(), trialGroup(),   upgradeGroup(),
-      languageGroup(),   runGroup(),    helpGroup(),    completeGroup()};
+constexpr Group kGroups[] = {{"summary", summaryGroup},
+                             {"report", reportGroup},
+                             {"status verify boot", filesGroup},
+                             {"salvage", salvageGroup},
+                             {"lint", lintGroup},
+                             {"list get set describe", parametersGroup},
+                             {"find", findGroup},
+                             {"explain", explainGroup},
+                             {"watch", watchGroup},
+                             {"system", systemGroup},
+                             {"network", networkGroup},
+                             {"preset", presetGroup},
+                             {"stream", streamGroup},
+                             {"live", liveGroup},
+                             {"graph", graphGroup},
+                             {"export import diff reset", exchangeGroup},
+                             {"schema", schemaGroup},
+                             {"history undo", historyGroup},
+                             {"confirm cancel", trialGroup},
+                             {"upgrade", upgradeGroup},
+                             {"lang", languageGroup},
+                             {"run", runGroup},
+                             {"help man", helpGroup},
+                             {"complete", completeGroup}};
+
+std::vector<CommandGroup> groupsOf(const Group* begin, const Group* end) {
+  std::vector<CommandGroup> groups;
+  groups.reserve(static_cast<std::size_t>(end - begin));
+  std::transform(begin, end, std::back_inserter(groups),
+                 [](const Group& group) { return group.make(); });
   addForce(groups);
   addReviews(groups);
   addWords(groups);
   addExamples(groups);
   return groups;
+}
+
+}  // namespace
+
+std::vector<CommandGroup> allGroups() {
+  return groupsOf(std::begin(kGroups), std::end(kGroups));
+}
+
+std::vector<CommandGroup> groupsFor(const std::string& word) {
+  const auto* group = std::find_if(std::begin(kGroups), std::end(kGroups), [&](const Group& each) {
+    return isAmong(wordsIn(each.words), word);
+  });
+  return group == std::end(kGroups) ? allGroups() : groupsOf(group, group + 1);
 }
 
 }  // namespace camcfg::tool::commands

@@ -49,6 +49,22 @@ std::vector<std::vector<std::string>> commandLinesIn(const std::string& text) {
   return found;
 }
 
+TEST(GroupsTest, CommandIsTheSameInItsGroupAsAmongAll) {
+  const std::vector<CommandGroup> all = allGroups();
+  for (const Command* command : commandsIn(all)) {
+    const std::string name = command->name;
+    const std::vector<CommandGroup> groups = groupsFor(name.substr(0, name.find(' ')));
+    EXPECT_EQ(groups.size(), command->takesCommand ? all.size() : 1) << name;
+    ASSERT_NE(findCommand(groups, name), nullptr) << name;
+    EXPECT_EQ(helpText(groups, name), helpText(all, name));
+  }
+}
+
+TEST(GroupsTest, AllAreThereForAWordThatIsNoCommand) {
+  for (const char* word : {"", "no", "verif", "cached", "--help"})
+    EXPECT_EQ(groupsFor(word).size(), allGroups().size()) << word;
+}
+
 TEST(HelpTest, EveryCommandAndWhatItTakesHasHelp) {
   for (const Command& command : allCommands()) {
     expectHelpText(command.name, command.help);
