@@ -6,10 +6,11 @@
 #include "support/cost.h"
 #include "support/device_test.h"
 #include "support/quick_saves.h"
+#include "support/random_cases.h"
 
 namespace camcfg::tests {
 
-constexpr int kMany = 1000000;
+constexpr int kMany = sizeOf(1000000);
 constexpr std::size_t kHuge = std::size_t{16} << 20;
 
 /// A device in memory whose files nobody of good will has written.

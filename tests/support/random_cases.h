@@ -16,6 +16,11 @@ constexpr int casesOf(int all) {
   return all / kOneOf;
 }
 
+/// Of how many records a huge file is, of so many in the usual build.
+constexpr int sizeOf(int all) {
+  return kOneOf == 1 ? all : all / 5;
+}
+
 /// Whether a build tries the generated case of this number.
 constexpr bool isTried(int number) {
   return number % kOneOf == kOneOf / 2;  // some of a few, too

@@ -99,8 +99,10 @@ TEST_F(UnprintedTest, ChangeThatIsInForceHasAStatusOfItsOwn) {
 }
 
 TEST_F(UnprintedTest, CommandThatChangesNothingIsRefusedOrEndedByTheSignal) {
+  int number = 0;
   for (const Command* command : commands())
-    if (!command->changesDevice && answersOnce(*command)) expectUnchanged(*command);
+    if (!command->changesDevice && answersOnce(*command) && isTried(++number))
+      expectUnchanged(*command);
 }
 
 // Its lines do not fit into the pipe, and nobody reads them.
@@ -136,11 +138,12 @@ TEST_F(UnprintedTest, InterruptedPrintingOfAChangeThatIsInForceHasThatStatusToo)
 }
 
 TEST_F(UnprintedTest, DryRunHasChangedNothing) {
+  int number = 0;
   for (const Command* command : commands()) {
     Words line = lineFor(*command);
     for (const tool::cli::Option& option : command->options)
       if (option.name == std::string("--dry-run")) line.emplace_back(option.name);
-    if (line.back() != "--dry-run") continue;
+    if (line.back() != "--dry-run" || !isTried(++number)) continue;
     SCOPED_TRACE(lineOf(line));
     EXPECT_EQ(runOnRenewed(line, fillStandardOutput).status, 1);
   }
