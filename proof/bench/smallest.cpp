@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-extern "C" void UTIL_LOG_Print(int, char*, char*, ...) {}
+extern "C" void UTIL_LOG_Print(int /*level*/, char* /*module*/, char* /*format*/, ...) {}
 
 int main(int argc, char** argv) {
   int value = 0;

@@ -43,7 +43,7 @@ int wordsOfTheTool(const std::vector<CommandGroup>& groups, int argc, const char
 
 std::string commandWordIn(int argc, const char* const* argv) {
   for (int i = 1; i < argc; ++i) {
-    const std::string word = argv[i];
+    std::string word = argv[i];
     if (word.empty() || word[0] != '-') return word;
     if (isFollowedByItsValue(word, globalOptions()))
       ++i;
