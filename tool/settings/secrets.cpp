@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <optional>
 
 #include "base/secret_address.h"
 #include "settings/media.h"
@@ -12,9 +13,12 @@ namespace {
 
 constexpr char kMasked[] = "********";
 
-bool isSecret(const Setting* setting, const Json& value) {
-  return setting != nullptr && setting->masked != nullptr && value.is_string() &&
-         setting->masked(value.text()) != value.text();
+// What is shown of a secret; none for a value that is none.
+std::optional<std::string> maskOf(const Setting* setting, const Json& value) {
+  if (setting == nullptr || setting->masked == nullptr || !value.is_string()) return std::nullopt;
+  std::string masked = setting->masked(value.text());
+  if (masked == value.text()) return std::nullopt;
+  return masked;
 }
 
 Json replaced(Json value, const Settings& settings, bool isMasked) {
@@ -26,10 +30,10 @@ Json replaced(Json value, const Settings& settings, bool isMasked) {
     const Setting* setting = settingOf(settings, name);
     if (setting != nullptr && setting->inner != nullptr)
       result[name] = replaced(member, setting->inner->settings, isMasked);
-    else if (!isSecret(setting, member))
+    else if (const std::optional<std::string> mask = maskOf(setting, member); !mask)
       result[name] = member;
     else if (isMasked)
-      result[name] = setting->masked(member.text());
+      result[name] = *mask;
   }
   return result;
 }
@@ -96,7 +100,8 @@ Json maskedAt(const std::string& place, const Json& value) {
   const auto [setting, settings] = settingAt(place);
   if (settings == nullptr) return value;
   if (!value.is_string()) return withMaskedSecrets(value, *settings);
-  return isSecret(setting, value) ? Json(setting->masked(value.text())) : value;
+  const std::optional<std::string> mask = maskOf(setting, value);
+  return mask ? Json(*mask) : value;
 }
 
 Json withoutSecrets(const Json& value, const Settings& settings) {
