@@ -7,10 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-packages.sh build forms
 readonly tool=$PWD/build/camcfg
-if [[ ! -x $tool ]]; then
-  echo "check-lint-forms.sh: build the tool first: scripts/build.sh" >&2
-  exit 2
-fi
+scripts/require-tool.sh "$0"
 readonly package=@microsoft/jest-sarif@1.0.0-beta.0
 readonly schema=package/lib/schemas/sarif-2.1.0-rtm.5.json
 scratch=$(mktemp -d)

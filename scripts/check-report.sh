@@ -10,10 +10,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-packages.sh build browser
 readonly tool=$PWD/build/camcfg
-if [[ ! -x $tool ]]; then
-  echo "check-report.sh: build the tool first: scripts/build.sh" >&2
-  exit 2
-fi
+scripts/require-tool.sh "$0"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 pictures=$scratch

@@ -16,10 +16,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/install-packages.sh build docs
 readonly tree=$PWD
 readonly tool=$PWD/build/camcfg
-if [[ ! -x $tool ]]; then
-  echo "check-transcripts.sh: build the tool first: scripts/build.sh" >&2
-  exit 2
-fi
+scripts/require-tool.sh "$0"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 

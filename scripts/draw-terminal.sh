@@ -16,10 +16,7 @@ camcfg get System Rtsp'
 
 if ! command -v python3 >/dev/null; then scripts/install-packages.sh docs; fi
 readonly tool=$PWD/build/camcfg
-if [[ ! -x $tool ]]; then
-  echo "draw-terminal.sh: build the tool first: scripts/build.sh" >&2
-  exit 2
-fi
+scripts/require-tool.sh "$0"
 device=$(mktemp -d)
 trap 'rm -rf "$device"' EXIT
 mkdir -p "$device"/{cfg0,cfg1,app/resource}

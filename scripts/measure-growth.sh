@@ -21,10 +21,7 @@ case ${1-} in
     ;;
 esac
 if ! command -v python3 valgrind >/dev/null; then scripts/install-packages.sh bench; fi
-if [[ ! -x build/camcfg ]]; then
-  echo "measure-growth.sh: build the tool first: scripts/build.sh" >&2
-  exit 2
-fi
+scripts/require-tool.sh "$0"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 

@@ -17,10 +17,7 @@ case ${1-} in
     ;;
 esac
 if ! command -v python3 >/dev/null; then scripts/install-packages.sh docs; fi
-if [[ ! -x build/camcfg ]]; then
-  echo "measure-lint.sh: build the tool first: scripts/build.sh" >&2
-  exit 2
-fi
+scripts/require-tool.sh "$0"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 

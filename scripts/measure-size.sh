@@ -8,14 +8,10 @@ set -euo pipefail
 exec </dev/null
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-case ${1---help} in
-  --help | -h)
-    sed -n '2,7s/^# \{0,1\}//p' "${BASH_SOURCE[0]}"
-    exit 2
-    ;;
-  --publish) tool=build-size/camcfg ;;
-  *) tool=$1 ;;
-esac
+if (($# != 1)) || [[ $1 == -* && $1 != --publish ]]; then
+  echo "usage: scripts/measure-size.sh TOOL | --publish" >&2
+  exit 2
+fi
 
 build() {
   scripts/install-packages.sh build tool cross
@@ -61,18 +57,20 @@ namespaces() {
     awk '{ printf "| %s | %d |\n", $2, $1 }'
 }
 
-if [[ ${1-} == --publish ]]; then
+tables() {
+  sections "$1"
+  echo
+  namespaces "$1"
+}
+
+if [[ $1 == --publish ]]; then
   build
-  aarch64-linux-gnu-strip -o build-size/stripped "$tool"
+  aarch64-linux-gnu-strip -o build-size/stripped build-size/camcfg
   {
     printf '%s; %d bytes are installed on aarch64\n\n' "$(date +%F)" "$(stat -c %s build-size/stripped)"
-    sections "$tool"
-    echo
-    namespaces "$tool"
+    tables build-size/camcfg
   } >build-size/figures
   scripts/put-figures.sh docs/performance.md '### What the tool is made of' build-size/figures
 else
-  sections "$tool"
-  echo
-  namespaces "$tool"
+  tables "$1"
 fi

@@ -12,10 +12,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly most=1.3
 
 if ! command -v valgrind >/dev/null; then scripts/install-packages.sh bench; fi
-if [[ ! -x build/camcfg ]]; then
-  echo "measure-start.sh: build the tool first: scripts/build.sh" >&2
+if ((EUID != 0)); then
+  echo "measure-start.sh: only root may use chroot(2)" >&2
   exit 2
 fi
+scripts/require-tool.sh "$0"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 

@@ -40,7 +40,6 @@ build_with_thread_sanitizer() {
 
 failed=()
 
-# Prints how long a program took.
 run() {
   local start=$SECONDS status=0
   "$@" "${length[@]}" || status=$?
