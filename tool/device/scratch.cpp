@@ -5,6 +5,7 @@
 
 #include "base/host.h"
 #include "base/outcome.h"
+#include "base/progress.h"
 #include "device/files.h"
 #include "device/signals.h"
 
@@ -27,9 +28,11 @@ Json answerOf(const HostTemporary& device, const std::function<Json()>& work) tr
   return {{kRefusal, refusal.what()}, {kStatus, static_cast<int>(refusal.status())}};
 }
 
-// The child's part. It ends without anything that its parent has yet to do.
+// The child's part. It ends without anything that its parent has yet to do. Whoever hears of the
+// work may have held a lock when the child was made, which nobody here would ever release.
 [[noreturn]] void answerFrom(const HostTemporary& device, const std::function<Json()>& work,
                              const MemoryFile& answer) {
+  watchWork(nullptr);
   try {
     _exit(writeAll(answer.get(), packed(answerOf(device, work))) ? 0 : 1);
   } catch (const std::exception&) {
