@@ -18,6 +18,6 @@ done
 
 scripts/install-packages.sh build tool
 CMAKE_GENERATOR=${CMAKE_GENERATOR:-Ninja} cmake -S . -B build --log-level=NOTICE \
-  -D CMAKE_BUILD_TYPE=Release -D CAMCFG_WERROR="${CI:-OFF}" \
+  -D CMAKE_BUILD_TYPE=Release -D CAMCFG_WERROR="${CI:-OFF}" -D CAMCFG_UNITY=ON \
   -D CMAKE_PROJECT_TOP_LEVEL_INCLUDES="$PWD/cmake/Ccache.cmake" "${options[@]}"
 cmake --build build --parallel "$(nproc)" "${@:2}"

@@ -5,6 +5,7 @@
 
 #include "bench/files.h"
 #include "bench/floors.h"
+#include "bench/loaders_by_hand.h"
 #include "camcfg/livemedia.h"
 #include "camcfg/network.h"
 #include "camcfg/params.h"
@@ -87,7 +88,8 @@ std::vector<Case> presetCases() {
   };
 }
 
-// A section's loader compared with parsing its file, its dumper with parsing and saving it.
+// A section's loader compared with one written by hand and with parsing its file only, its dumper with
+// parsing and saving it.
 template <typename List>
 void addSection(std::vector<Case>& cases, const std::string& name,
                 const std::function<std::string(int)>& file, int (*load)(List&),
@@ -98,7 +100,9 @@ void addSection(std::vector<Case>& cases, const std::string& name,
     writeFile(kBackupMpp, file(size));
     load(*list);
   };
-  cases.push_back({name + "_load", kSessions, prepare, [=] { load(*list); },
+  cases.push_back(
+      {name + "_load", kSessions, prepare, [=] { load(*list); }, [=] { loadByHand(*list); }});
+  cases.push_back({name + "_load_over_parsing", kSessions, prepare, [=] { load(*list); },
                    [] { parseByHand(CFG_FILE_MPP); }});
   if (dump == nullptr) return;
   const auto floor = [] { rewriteByHand(CFG_FILE_MPP, kBackupMpp); };

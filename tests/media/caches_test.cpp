@@ -168,16 +168,16 @@ TEST_F(CachesTest, FailedOpenLeavesTheListAsItWas) {
 }
 
 // A faulty cache, what is printed about it, and whether the document is left open.
-struct Fault {
+struct CacheFault {
   std::string entry;
   std::string output;
   const char* state = "closed, unlocked";
 };
-void PrintTo(const Fault& fault, std::ostream* out) {
+void PrintTo(const CacheFault& fault, std::ostream* out) {
   *out << fault.entry;
 }
 
-class CacheFaultTest : public CachesTest, public testing::WithParamInterface<Fault> {};
+class CacheFaultTest : public CachesTest, public testing::WithParamInterface<CacheFault> {};
 
 TEST_P(CacheFaultTest, StopsTheLoadAndKeepsTheCachesBeforeIt) {
   const std::string good =
@@ -190,8 +190,10 @@ TEST_P(CacheFaultTest, StopsTheLoadAndKeepsTheCachesBeforeIt) {
 }
 
 const std::string kFrame = "][CFG][MppStream]: ";
-const std::string kNoId = "[Error" + kFrame + "Attr `Id` is required by " + kCachePath + " .\n";
-const std::string kNoName = "[Error" + kFrame + "Attr `Name` is required by " + kCachePath + " .\n";
+const std::string kCacheNoId =
+    "[Error" + kFrame + "Attr `Id` is required by " + kCachePath + " .\n";
+const std::string kCacheNoName =
+    "[Error" + kFrame + "Attr `Name` is required by " + kCachePath + " .\n";
 const std::string kNoAllowedId =
     "[Error" + kFrame + "Attr `Id` is required by " + kAllowedPath + " .\n";
 const std::string kSizeMissing = "[Error" + kFrame + kNoSize + "\n";
@@ -202,26 +204,30 @@ const std::string kSize = "[Info" + kFrame + "StreamCache[1] size 2 x 1\n";
 INSTANTIATE_TEST_SUITE_P(
     All, CacheFaultTest,
     testing::Values(
-        Fault{R"(<Cache/>)", kNoId}, Fault{R"(<Cache Name="c" BufferSizeB="2"/>)", kNoId},
-        Fault{R"(<Cache Id="-1" Name="c" BufferSizeB="2"/>)", kNoId},
-        Fault{R"(<Cache Id="one" Name="c" BufferSizeB="2"/>)", kNoId},
-        Fault{R"(<Cache Id="" Name="c" BufferSizeB="2"/>)", kNoId},
-        Fault{R"(<Cache id="1" Name="c" BufferSizeB="2"/>)", kNoId},
-        Fault{R"(<Cache Id="1" Name="c"/>)", kSizeMissing, "open, unlocked"},
-        Fault{R"(<Cache Id="1"/>)", kSizeMissing, "open, unlocked"},
-        Fault{R"(<Cache Id="1" Name="c" BufferSizeB="-1" BufferSizeKB="x" BufferSizeMB=""/>)",
-              kSizeMissing, "open, unlocked"},
-        Fault{R"(<Cache Id="1" Name="c" BufferSize="5" buffersizeb="6"/>)", kSizeMissing,
-              "open, unlocked"},
-        Fault{R"(<Cache Id="1" BufferSizeB="2"/>)", kNoName},
-        Fault{R"(<Cache Id="1" name="c" BufferSizeB="2"/>)", kNoName},
-        Fault{R"(<Cache Id="1" Name="c" BufferSizeB="2"/>)", kNoneAllowed},
-        Fault{R"(<Cache Id="1" Name="c" BufferSizeB="2"><Other Id="3"/></Cache>)", kNoneAllowed},
-        Fault{R"(<Cache Id="1" Name="c" BufferSizeB="2"><AllowedStreamSource Id="-1"/></Cache>)",
-              kSize + kNoAllowedId},
-        Fault{R"(<Cache Id="1" Name="c" BufferSizeB="2"><AllowedStreamSource Id="4" Default="1"/>)"
-              R"(<AllowedStreamSource Id="-1"/></Cache>)",
-              kSize + kNoAllowedId}));
+        CacheFault{R"(<Cache/>)", kCacheNoId},
+        CacheFault{R"(<Cache Name="c" BufferSizeB="2"/>)", kCacheNoId},
+        CacheFault{R"(<Cache Id="-1" Name="c" BufferSizeB="2"/>)", kCacheNoId},
+        CacheFault{R"(<Cache Id="one" Name="c" BufferSizeB="2"/>)", kCacheNoId},
+        CacheFault{R"(<Cache Id="" Name="c" BufferSizeB="2"/>)", kCacheNoId},
+        CacheFault{R"(<Cache id="1" Name="c" BufferSizeB="2"/>)", kCacheNoId},
+        CacheFault{R"(<Cache Id="1" Name="c"/>)", kSizeMissing, "open, unlocked"},
+        CacheFault{R"(<Cache Id="1"/>)", kSizeMissing, "open, unlocked"},
+        CacheFault{R"(<Cache Id="1" Name="c" BufferSizeB="-1" BufferSizeKB="x" BufferSizeMB=""/>)",
+                   kSizeMissing, "open, unlocked"},
+        CacheFault{R"(<Cache Id="1" Name="c" BufferSize="5" buffersizeb="6"/>)", kSizeMissing,
+                   "open, unlocked"},
+        CacheFault{R"(<Cache Id="1" BufferSizeB="2"/>)", kCacheNoName},
+        CacheFault{R"(<Cache Id="1" name="c" BufferSizeB="2"/>)", kCacheNoName},
+        CacheFault{R"(<Cache Id="1" Name="c" BufferSizeB="2"/>)", kNoneAllowed},
+        CacheFault{R"(<Cache Id="1" Name="c" BufferSizeB="2"><Other Id="3"/></Cache>)",
+                   kNoneAllowed},
+        CacheFault{
+            R"(<Cache Id="1" Name="c" BufferSizeB="2"><AllowedStreamSource Id="-1"/></Cache>)",
+            kSize + kNoAllowedId},
+        CacheFault{
+            R"(<Cache Id="1" Name="c" BufferSizeB="2"><AllowedStreamSource Id="4" Default="1"/>)"
+            R"(<AllowedStreamSource Id="-1"/></Cache>)",
+            kSize + kNoAllowedId}));
 
 TEST_F(CachesTest, DocumentThatAMissingSizeLeavesOpenIsDroppedByTheNextLoad) {
   give("<Cache Id=\"1\" Name=\"c\"/>\n");

@@ -19,8 +19,8 @@ struct NdiModel {
   std::int32_t s32AudioId;
 };
 
-const std::string kNoId = required("Id", "<NDI><Session><Channel>");
-const std::string kNoType = required("Type", "<NDI><Session><Channel>");
+const std::string kNdiNoId = required("Id", "<NDI><Session><Channel>");
+const std::string kNdiNoType = required("Type", "<NDI><Session><Channel>");
 
 // A record as loaded from an instance that says nothing at all.
 tag_CFG_NDI_SESSION_T silent(std::int32_t id = -1) {
@@ -158,8 +158,8 @@ TEST_F(NdiTest, AttributeNamesMatchExactly) {
       "mainStreamName='m' multicastEnable='true' MulticastIP='1' MulticastNetMask='2' "
       "MulticastTtl='3'/>",
       {silent()});
-  expectRefused(instance("<Channel id='1' Type='Audio'/>"), kNoId);
-  expectRefused(instance("<Channel Id='1' type='Audio'/>"), kNoType);
+  expectRefused(instance("<Channel id='1' Type='Audio'/>"), kNdiNoId);
+  expectRefused(instance("<Channel Id='1' type='Audio'/>"), kNdiNoType);
 }
 
 TEST_F(NdiTest, ElementNamesAndTypesMatchInAnyCase) {
@@ -188,20 +188,20 @@ TEST_F(NdiTest, TimeToLiveIsReadAsAnIntegerAndIsOtherwiseOne) {
 TEST_F(NdiTest, ChannelIdIsReadAsAnInteger) {
   expectRequiredInteger(
       [](const std::string& id) { return instance("<Channel Type='SubVideo' Id='" + id + "'/>"); },
-      [](int id) { return NdiList{withChannels(-1, id, -1)}; }, kNoId);
+      [](int id) { return NdiList{withChannels(-1, id, -1)}; }, kNdiNoId);
 }
 
 TEST_F(NdiTest, ChannelWithoutIdIsReportedBeforeItsTypeUnderTheNameOfAnotherElement) {
-  expectRefused(instance("<Channel/>"), kNoId);
-  expectRefused(instance("<Channel Id='x'/>"), kNoId);
-  expectRefused(instance("<Channel Type='Audio'/>"), kNoId);
-  expectRefused(instance("<Channel Id='-1' Type='Audio'/>"), kNoId);
-  expectRefused(instance("<Channel Id='1' Type='Audio'/><Channel Type='SubVideo'/>"), kNoId);
-  expectRefused(instance("<Channel Id='1'/>"), kNoType);
+  expectRefused(instance("<Channel/>"), kNdiNoId);
+  expectRefused(instance("<Channel Id='x'/>"), kNdiNoId);
+  expectRefused(instance("<Channel Type='Audio'/>"), kNdiNoId);
+  expectRefused(instance("<Channel Id='-1' Type='Audio'/>"), kNdiNoId);
+  expectRefused(instance("<Channel Id='1' Type='Audio'/><Channel Type='SubVideo'/>"), kNdiNoId);
+  expectRefused(instance("<Channel Id='1'/>"), kNdiNoType);
 }
 
 TEST_F(NdiTest, ChannelOfAnUnknownTypeNeedsAnIdNevertheless) {
-  expectRefused(instance("<Channel Type='Data'/>"), kNoId);
+  expectRefused(instance("<Channel Type='Data'/>"), kNdiNoId);
 }
 
 TEST_F(NdiTest, ChannelsOfAnUnknownTypeAreSkippedWithAWarning) {
@@ -249,7 +249,7 @@ TEST_F(NdiTest, UnknownElementOfTheSectionIsSkippedWithAWarning) {
 TEST_F(NdiTest, AFaultKeepsTheInstancesBeforeIt) {
   expectRefused(
       instance("<Channel Id='1' Type='Audio'/>") + instance("<Channel Id='2'/>") + instance(""),
-      kNoType, {withChannels(-1, -1, 1)});
+      kNdiNoType, {withChannels(-1, -1, 1)});
 }
 
 TEST_F(NdiTest, TheListIsUntouchedWhereTheFileCannotBeOpened) {

@@ -17,8 +17,8 @@ struct RtmpModel {
 
 const std::string kNoTargetId = required("Id", "<RTSP><MediaGroup>");
 const std::string kNoUrl = required("url", "<RTSP><MediaGroup>");
-const std::string kNoChannelId = required("Id", "<RTMP><Target><Channel>");
-const std::string kNoType = required("Type", "<RTMP><Target><Channel>");
+const std::string kRtmpNoChannelId = required("Id", "<RTMP><Target><Channel>");
+const std::string kRtmpNoType = required("Type", "<RTMP><Target><Channel>");
 
 class RtmpTest : public ServiceTest<RtmpList> {
  protected:
@@ -102,8 +102,8 @@ TEST_F(RtmpTest, AttributeNamesMatchExactly) {
   expectRefused("<Target Id='0' URL='x'/>", kNoUrl);
   expectLoaded("<Target Id='0' enable='false' url='x' Username='u' Password='p'/>",
                {{0, 1, "x", "", "", -1, -1}});
-  expectRefused(target("<Channel id='1' Type='Video'/>"), kNoChannelId);
-  expectRefused(target("<Channel Id='1' type='Video'/>"), kNoType);
+  expectRefused(target("<Channel id='1' Type='Video'/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Id='1' type='Video'/>"), kRtmpNoType);
 }
 
 TEST_F(RtmpTest, EmptyUrlIsAccepted) {
@@ -128,21 +128,21 @@ TEST_F(RtmpTest, TargetIdIsReadAsAnInteger) {
 TEST_F(RtmpTest, ChannelIdIsReadAsAnInteger) {
   expectRequiredInteger(
       [](const std::string& id) { return target("<Channel Id='" + id + "' Type='Video'/>"); },
-      [](int id) { return RtmpList{targetWith(id, -1)}; }, kNoChannelId);
+      [](int id) { return RtmpList{targetWith(id, -1)}; }, kRtmpNoChannelId);
   expectRequiredInteger(
       [](const std::string& id) { return target("<Channel Id='" + id + "' Type='Audio'/>"); },
-      [](int id) { return RtmpList{targetWith(-1, id)}; }, kNoChannelId);
+      [](int id) { return RtmpList{targetWith(-1, id)}; }, kRtmpNoChannelId);
 }
 
 TEST_F(RtmpTest, ChannelWithoutIdIsReportedBeforeItsType) {
-  expectRefused(target("<Channel/>"), kNoChannelId);
-  expectRefused(target("<Channel Id='x'/>"), kNoChannelId);
-  expectRefused(target("<Channel Type='Video'/>"), kNoChannelId);
-  expectRefused(target("<Channel Id='-1' Type='Audio'/>"), kNoChannelId);
-  expectRefused(target("<Channel Type='Data'/>"), kNoChannelId);
-  expectRefused(target("<Channel Id='1' Type='Video'/><Channel Type='Audio'/>"), kNoChannelId);
-  expectRefused(target("<Channel Id='1'/>"), kNoType);
-  expectRefused(target("<Channel Id='-2'/>"), kNoType);
+  expectRefused(target("<Channel/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Id='x'/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Type='Video'/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Id='-1' Type='Audio'/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Type='Data'/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Id='1' Type='Video'/><Channel Type='Audio'/>"), kRtmpNoChannelId);
+  expectRefused(target("<Channel Id='1'/>"), kRtmpNoType);
+  expectRefused(target("<Channel Id='-2'/>"), kRtmpNoType);
 }
 
 TEST_F(RtmpTest, ChannelsOfAnotherTypeAreIgnoredInSilence) {
@@ -185,7 +185,7 @@ TEST_F(RtmpTest, AFaultKeepsTheTargetsBeforeIt) {
   expectRefused(target("") + "<Target Id='1'/>" + target(""), kNoUrl, {targetWith(-1, -1)});
   expectRefused(target("<Channel Id='1' Type='Video'/>") +
                     target("<Channel Id='2' Type='Audio'/><Channel Id='3'/>") + target(""),
-                kNoType, {targetWith(1, -1)});
+                kRtmpNoType, {targetWith(1, -1)});
 }
 
 TEST_F(RtmpTest, TheListIsUntouchedWhereTheFileCannotBeOpened) {

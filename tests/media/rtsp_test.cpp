@@ -16,8 +16,8 @@ struct SessionModel {
 using Sessions = std::list<tag_CFG_RTSP_SESSION_T>;
 
 const std::string kNoGroupName = required("Name", "<RTSP><MediaGroup>");
-const std::string kNoId = required("Id", "<RTSP><MediaGroup><Channel>");
-const std::string kNoName = required("Name", "<RTSP><MediaGroup><Channel>");
+const std::string kRtspNoId = required("Id", "<RTSP><MediaGroup><Channel>");
+const std::string kRtspNoName = required("Name", "<RTSP><MediaGroup><Channel>");
 
 class RtspTest : public ServiceTest<RtspList> {
  protected:
@@ -69,8 +69,8 @@ TEST_F(RtspTest, ElementNamesMatchInAnyCase) {
 
 TEST_F(RtspTest, AttributeNamesMatchExactly) {
   expectRefused("<MediaGroup name='g'/>", kNoGroupName);
-  expectRefused(group("<Channel id='1' Name='v'/>"), kNoId);
-  expectRefused(group("<Channel Id='1' name='v'/>"), kNoName);
+  expectRefused(group("<Channel id='1' Name='v'/>"), kRtspNoId);
+  expectRefused(group("<Channel Id='1' name='v'/>"), kRtspNoName);
 }
 
 TEST_F(RtspTest, EmptyNamesAreAccepted) {
@@ -83,19 +83,19 @@ TEST_F(RtspTest, ChannelIdIsReadAsAnInteger) {
       [](int id) {
         return Sessions{{"g", {{"v", id}}}};
       },
-      kNoId);
+      kRtspNoId);
 }
 
 TEST_F(RtspTest, AChannelDoesNotTakeTheIdOfTheOneBeforeIt) {
-  expectRefused(group("<Channel Id='1' Name='v'/><Channel Name='w'/>"), kNoId);
+  expectRefused(group("<Channel Id='1' Name='v'/><Channel Name='w'/>"), kRtspNoId);
 }
 
 TEST_F(RtspTest, MissingAttributesAreReportedOneByOne) {
   expectRefused("<MediaGroup/>", kNoGroupName);
   expectRefused("<MediaGroup><Channel/></MediaGroup>", kNoGroupName);
-  expectRefused(group("<Channel/>"), kNoId);
-  expectRefused(group("<Channel Name='v'/>"), kNoId);
-  expectRefused(group("<Channel Id='3'/>"), kNoName);
+  expectRefused(group("<Channel/>"), kRtspNoId);
+  expectRefused(group("<Channel Name='v'/>"), kRtspNoId);
+  expectRefused(group("<Channel Id='3'/>"), kRtspNoName);
 }
 
 TEST_F(RtspTest, AFaultKeepsExactlyTheGroupsThatWereComplete) {
@@ -104,7 +104,7 @@ TEST_F(RtspTest, AFaultKeepsExactlyTheGroupsThatWereComplete) {
   const Sessions kept{{"a", {{"v", 1}}}, {"b", {}}};
   expectRefused(complete + "<MediaGroup/>" + group(""), kNoGroupName, kept);
   expectRefused(complete + group("<Channel Id='4' Name='v'/><Channel Id='5'/>") + group(""),
-                kNoName, kept);
+                kRtspNoName, kept);
 }
 
 TEST_F(RtspTest, UnknownElementsInsideAGroupAreSkippedInSilence) {

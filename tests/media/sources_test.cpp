@@ -178,16 +178,16 @@ TEST_F(SourcesTest, FailedOpenLeavesTheListAsItWas) {
 }
 
 // A faulty element, and what is missing from it where.
-struct Fault {
+struct SourceFault {
   const char* entry;
   const char* attribute;
   const char* path;
 };
-void PrintTo(const Fault& fault, std::ostream* out) {
+void PrintTo(const SourceFault& fault, std::ostream* out) {
   *out << fault.entry;
 }
 
-class SourceFaultTest : public SourcesTest, public testing::WithParamInterface<Fault> {};
+class SourceFaultTest : public SourcesTest, public testing::WithParamInterface<SourceFault> {};
 
 TEST_P(SourceFaultTest, StopsTheLoadAndKeepsTheRecordsBeforeIt) {
   give(std::string("<VENC Id=\"1\" Name=\"\" ChnId=\"2\"/>\n") + GetParam().entry +
@@ -204,20 +204,20 @@ constexpr char kAny[] = "<Stream><StreamSource><*>";
 
 INSTANTIATE_TEST_SUITE_P(
     All, SourceFaultTest,
-    testing::Values(Fault{R"(<VENC Id="0" Name="a"/>)", "ChnId", kVenc},
-                    Fault{R"(<VENC Id="0" Name="a" ChnId="-1"/>)", "ChnId", kVenc},
-                    Fault{R"(<VENC Id="0" Name="a" ChnId="x"/>)", "ChnId", kVenc},
-                    Fault{R"(<VENC Id="0" Name="a" ChnId=""/>)", "ChnId", kVenc},
-                    Fault{R"(<VENC Id="0" Name="a" chnid="1"/>)", "ChnId", kVenc},
-                    Fault{R"(<venc Id="0" Name="a" AiId="1"/>)", "ChnId", kVenc},
-                    Fault{R"(<AI Id="2" Name="mic"/>)", "AiId", kAi},
-                    Fault{R"(<AI Id="2" Name="mic" AiId="-1"/>)", "AiId", kAi},
-                    Fault{R"(<AENC Id="2" Name="aac" ChnId="1"/>)", "AencId", kAenc},
-                    Fault{R"(<AENC/>)", "AencId", kAenc},
-                    Fault{R"(<VENC Name="a" ChnId="0"/>)", "Id", kAny},
-                    Fault{R"(<AI Name="a" AiId="0" Id="-1"/>)", "Id", kAny},
-                    Fault{R"(<AENC Name="a" AencId="0" Id="first"/>)", "Id", kAny},
-                    Fault{R"(<VENC ID="5" Name="a" ChnId="0"/>)", "Id", kAny}));
+    testing::Values(SourceFault{R"(<VENC Id="0" Name="a"/>)", "ChnId", kVenc},
+                    SourceFault{R"(<VENC Id="0" Name="a" ChnId="-1"/>)", "ChnId", kVenc},
+                    SourceFault{R"(<VENC Id="0" Name="a" ChnId="x"/>)", "ChnId", kVenc},
+                    SourceFault{R"(<VENC Id="0" Name="a" ChnId=""/>)", "ChnId", kVenc},
+                    SourceFault{R"(<VENC Id="0" Name="a" chnid="1"/>)", "ChnId", kVenc},
+                    SourceFault{R"(<venc Id="0" Name="a" AiId="1"/>)", "ChnId", kVenc},
+                    SourceFault{R"(<AI Id="2" Name="mic"/>)", "AiId", kAi},
+                    SourceFault{R"(<AI Id="2" Name="mic" AiId="-1"/>)", "AiId", kAi},
+                    SourceFault{R"(<AENC Id="2" Name="aac" ChnId="1"/>)", "AencId", kAenc},
+                    SourceFault{R"(<AENC/>)", "AencId", kAenc},
+                    SourceFault{R"(<VENC Name="a" ChnId="0"/>)", "Id", kAny},
+                    SourceFault{R"(<AI Name="a" AiId="0" Id="-1"/>)", "Id", kAny},
+                    SourceFault{R"(<AENC Name="a" AencId="0" Id="first"/>)", "Id", kAny},
+                    SourceFault{R"(<VENC ID="5" Name="a" ChnId="0"/>)", "Id", kAny}));
 
 TEST_F(SourcesTest, MissingChannelIsReportedBeforeIdAndIdBeforeName) {
   give("<AI/>\n");

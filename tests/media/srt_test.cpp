@@ -25,7 +25,7 @@ constexpr std::int32_t kCaller = 0;
 
 const std::string kInstance = "<SRT><Instance>";
 const std::string kNoStreamId = required("Id", "<SRT><Instance><Stream>");
-const std::string kNoChannelId = required("Id", "<SRT><Instance><Stream><Channel>");
+const std::string kSrtNoChannelId = required("Id", "<SRT><Instance><Stream><Channel>");
 
 std::string badMode(const std::string& mode) {
   return warning("Bad srt mode = " + mode + ", only allow {Listener, Caller}, skip instance.");
@@ -92,7 +92,7 @@ TEST_F(SrtTest, AnInstanceDoesNotTakeTheValuesOfTheOneBeforeIt) {
 TEST_F(SrtTest, AStreamDoesNotTakeTheValuesOfTheOneBeforeIt) {
   expectLoaded(listener("<Stream Id='a' Default='1'><Channel Id='1'/></Stream><Stream Id='b'/>"),
                {listenerWith({{"a", 1, {1}}, {"b", 0, {}}})});
-  expectRefused(listener("<Stream Id='a'><Channel Id='1'/><Channel/></Stream>"), kNoChannelId);
+  expectRefused(listener("<Stream Id='a'><Channel Id='1'/><Channel/></Stream>"), kSrtNoChannelId);
   expectRefused(listener("<Stream Id='a'/><Stream/>"), kNoStreamId);
 }
 
@@ -117,7 +117,7 @@ TEST_F(SrtTest, AttributeNamesMatchExactly) {
   expectRefused("<Instance Id='1' Mode='Caller' HostName='h' Port='1'/>",
                 required("Hostname", kInstance));
   expectRefused(listener("<Stream id='1'/>"), kNoStreamId);
-  expectRefused(listener("<Stream Id='1'><Channel id='1'/></Stream>"), kNoChannelId);
+  expectRefused(listener("<Stream Id='1'><Channel id='1'/></Stream>"), kSrtNoChannelId);
   expectLoaded(
       "<Instance Id='1' Mode='Listener' Port='9000' aesMode='1' AESMode='1' password='p' "
       "latency='3'><Stream Id='s' default='1'/></Instance>",
@@ -201,7 +201,7 @@ TEST_F(SrtTest, ChannelIdIsReadAsAnInteger) {
       [](int id) {
         return SrtList{listenerWith({{"s", 0, {id}}})};
       },
-      kNoChannelId);
+      kSrtNoChannelId);
 }
 
 TEST_F(SrtTest, StreamIdIsKeptAsText) {
@@ -253,7 +253,7 @@ TEST_F(SrtTest, AFaultKeepsExactlyTheInstancesThatWereComplete) {
   expectRefused(complete + listener("<Stream Id='t'/><Foo/><Stream/>") + complete,
                 unsupported("Foo", "<SRT><Instance>") + kNoStreamId, kept);
   expectRefused(complete + listener("<Stream Id='t'><Channel Id='1'/><Channel Id='x'/></Stream>"),
-                kNoChannelId, kept);
+                kSrtNoChannelId, kept);
 }
 
 TEST_F(SrtTest, TheListIsUntouchedWhereTheFileCannotBeOpened) {

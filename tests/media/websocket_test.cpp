@@ -8,8 +8,8 @@ struct WebsocketModel {
   std::int32_t s32Id;
 };
 
-const std::string kNoId = required("Id", "<WEBSOCKET><Channel>");
-const std::string kNoName = required("Name", "<WEBSOCKET><Channel>");
+const std::string kWebsocketNoId = required("Id", "<WEBSOCKET><Channel>");
+const std::string kWebsocketNoName = required("Name", "<WEBSOCKET><Channel>");
 
 class WebsocketTest : public ServiceTest<WebsocketList> {
  protected:
@@ -38,10 +38,10 @@ TEST_F(WebsocketTest, ElementNameMatchesInAnyCase) {
 }
 
 TEST_F(WebsocketTest, AttributeNamesMatchExactly) {
-  expectRefused("<Channel id='1' Name='a'/>", kNoId);
-  expectRefused("<Channel ID='1' Name='a'/>", kNoId);
-  expectRefused("<Channel Id='1' name='a'/>", kNoName);
-  expectRefused("<Channel Id='1' Names='a'/>", kNoName);
+  expectRefused("<Channel id='1' Name='a'/>", kWebsocketNoId);
+  expectRefused("<Channel ID='1' Name='a'/>", kWebsocketNoId);
+  expectRefused("<Channel Id='1' name='a'/>", kWebsocketNoName);
+  expectRefused("<Channel Id='1' Names='a'/>", kWebsocketNoName);
 }
 
 TEST_F(WebsocketTest, AttributesInAnyOrderAndUnknownOnesAndContentsAreAccepted) {
@@ -66,20 +66,20 @@ TEST_F(WebsocketTest, IdIsReadAsAnInteger) {
                         [](int id) {
                           return WebsocketList{{"a", id}};
                         },
-                        kNoId);
+                        kWebsocketNoId);
 }
 
 TEST_F(WebsocketTest, MissingIdIsReportedBeforeMissingName) {
-  expectRefused("<Channel/>", kNoId);
-  expectRefused("<Channel Name='a'/>", kNoId);
-  expectRefused("<Channel Id='2'/>", kNoName);
+  expectRefused("<Channel/>", kWebsocketNoId);
+  expectRefused("<Channel Name='a'/>", kWebsocketNoId);
+  expectRefused("<Channel Id='2'/>", kWebsocketNoName);
 }
 
 TEST_F(WebsocketTest, AFaultKeepsTheSessionsBeforeIt) {
-  expectRefused("<Channel Id='1' Name='a'/><Channel Name='b'/><Channel Id='3' Name='c'/>", kNoId,
-                {{"a", 1}});
-  expectRefused("<Channel Id='1' Name='a'/><Channel Id='5' Name='e'/><Channel Id='2'/>", kNoName,
-                {{"a", 1}, {"e", 5}});
+  expectRefused("<Channel Id='1' Name='a'/><Channel Name='b'/><Channel Id='3' Name='c'/>",
+                kWebsocketNoId, {{"a", 1}});
+  expectRefused("<Channel Id='1' Name='a'/><Channel Id='5' Name='e'/><Channel Id='2'/>",
+                kWebsocketNoName, {{"a", 1}, {"e", 5}});
 }
 
 TEST_F(WebsocketTest, UnknownElementIsSkippedWithAWarning) {
@@ -109,7 +109,7 @@ TEST_F(WebsocketTest, ADumpedMinusOneFailsTheNextLoad) {
   give("");
   dump({{"a", 1}, {"b", -1}});
   const Loaded loaded = load();
-  EXPECT_EQ(loaded.outcome, (Outcome{CFG_LM_ERR, kNoId}));
+  EXPECT_EQ(loaded.outcome, (Outcome{CFG_LM_ERR, kWebsocketNoId}));
   EXPECT_EQ(loaded.records, (WebsocketList{{"a", 1}}));
 }
 

@@ -9,9 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kMin = std::numeric_limits<int>::min();
-constexpr int kMax = std::numeric_limits<int>::max();
-
 // The line of a preset made by preset(id, description).
 std::string line(int id, const std::string& description) {
   return "    <preset Id=\"" + std::to_string(id) + R"(" Description=")" + description +

@@ -2,6 +2,7 @@
 #define CAMCFG_TESTS_PRESET_PRESET_TEST_H
 
 #include <cstring>
+#include <limits>
 #include <ostream>
 #include <string>
 
@@ -20,6 +21,9 @@ inline void PrintTo(const tagPRESET_CFG_S& record, std::ostream* out) {
 }
 
 namespace camcfg::tests {
+
+constexpr int kMin = std::numeric_limits<int>::min();
+constexpr int kMax = std::numeric_limits<int>::max();
 
 /// A test with a preset file.
 class PresetTest : public DeviceTest {

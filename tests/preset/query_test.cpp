@@ -8,8 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kMin = std::numeric_limits<int>::min();
-
 class QueryTest : public PresetTest {
  protected:
   // The pan position tells the presets of a file apart; -1 stands for "not found".

@@ -8,9 +8,6 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr int kMin = std::numeric_limits<int>::min();
-constexpr int kMax = std::numeric_limits<int>::max();
-
 static_assert(PRESET_ID_MAX == 128);
 static_assert(offsetof(tagPRESET_CFG_S, s32Id) == 0);
 static_assert(offsetof(tagPRESET_CFG_S, s32PanPos) == 4);

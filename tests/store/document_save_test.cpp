@@ -17,7 +17,7 @@ using testing::FieldsAre;
 using testing::IsEmpty;
 using tinyxml2::XMLDocument;
 
-constexpr char kPath[] = "/cfg0/x.xml";
+constexpr char kSavedPath[] = "/cfg0/x.xml";
 
 class DocumentSaveTest : public DeviceTest {
  protected:
@@ -39,26 +39,27 @@ class DocumentSaveTest : public DeviceTest {
 };
 
 TEST_F(DocumentSaveTest, EditedDocumentGoesToBothCopiesAndTheLockIsReleased) {
-  device.write(kPath, "<!-- kept --><A><B Cur=\"1\"/>text</A>");
+  device.write(kSavedPath, "<!-- kept --><A><B Cur=\"1\"/>text</A>");
   device.write("/cfg1/x.xml", "older and longer than what will be written, and no XML at all");
-  const std::unique_ptr<XMLDocument> edited(CFG_GetDocByFileName(text(kPath), BU_FALSE));
+  const std::unique_ptr<XMLDocument> edited(CFG_GetDocByFileName(text(kSavedPath), BU_FALSE));
   ASSERT_NE(edited, nullptr);
   edited->FirstChildElement()->FirstChildElement()->SetAttribute("Cur", "<2>");
   int result = -1;
-  EXPECT_EQ(captureOutput([&] { result = CFG_SaveFile(edited.get(), text(kPath), BU_TRUE); }), "");
+  EXPECT_EQ(captureOutput([&] { result = CFG_SaveFile(edited.get(), text(kSavedPath), BU_TRUE); }),
+            "");
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(device.read(kPath), "<!-- kept -->\n<A>\n    <B Cur=\"&lt;2&gt;\"/>text</A>\n");
-  EXPECT_EQ(device.read("/cfg1/x.xml"), device.read(kPath));
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_EQ(device.read(kSavedPath), "<!-- kept -->\n<A>\n    <B Cur=\"&lt;2&gt;\"/>text</A>\n");
+  EXPECT_EQ(device.read("/cfg1/x.xml"), device.read(kSavedPath));
+  EXPECT_TRUE(isUnlocked(kSavedPath));
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(DocumentSaveTest, DocumentStaysTheCallersAndCanBeSavedAgain) {
-  EXPECT_EQ(save(kPath, 0), 0);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
   document.FirstChildElement()->FirstChildElement()->SetAttribute("Cur", 2);
-  EXPECT_EQ(save(kPath, 0), 0);
-  EXPECT_EQ(device.read(kPath), "<A>\n    <B Cur=\"2\"/>\n</A>\n");
-  EXPECT_EQ(device.read("/cfg1/x.xml"), device.read(kPath));
+  EXPECT_EQ(save(kSavedPath, 0), 0);
+  EXPECT_EQ(device.read(kSavedPath), "<A>\n    <B Cur=\"2\"/>\n</A>\n");
+  EXPECT_EQ(device.read("/cfg1/x.xml"), device.read(kSavedPath));
 }
 
 TEST_F(DocumentSaveTest, NameWithoutASlashIsSavedBelowTheMainDirectoryAndUnlockedByThatName) {
@@ -75,11 +76,11 @@ TEST_F(DocumentSaveTest, NameWithoutASlashIsSavedBelowTheMainDirectoryAndUnlocke
 class UnlockFlag : public DocumentSaveTest, public testing::WithParamInterface<int> {};
 
 TEST_P(UnlockFlag, ReleasesTheLockWhenItIsOneAndKeepsItOtherwise) {
-  cfgLockFile(kPath);
-  EXPECT_EQ(save(kPath, GetParam()), 0);
+  cfgLockFile(kSavedPath);
+  EXPECT_EQ(save(kSavedPath, GetParam()), 0);
   EXPECT_EQ(device.read("/cfg0/x.xml"), saved);
   EXPECT_EQ(device.read("/cfg1/x.xml"), saved);
-  EXPECT_EQ(isUnlocked(kPath), GetParam() == 1);
+  EXPECT_EQ(isUnlocked(kSavedPath), GetParam() == 1);
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
@@ -87,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Values, UnlockFlag, testing::Values(1, 0, 2, -1, 0x101,
 
 TEST_F(DocumentSaveTest, UnlockOfAFileThatWasNotLockedWarns) {
   int result = -1;
-  EXPECT_EQ(captureOutput([&] { result = save(kPath, 1); }),
+  EXPECT_EQ(captureOutput([&] { result = save(kSavedPath, 1); }),
             "[Warn][Cfg] /cfg0/x.xml has not been locked before unlock!\n");
   EXPECT_EQ(result, 0);
   EXPECT_THAT(log.records(),
@@ -97,37 +98,37 @@ TEST_F(DocumentSaveTest, UnlockOfAFileThatWasNotLockedWarns) {
 }
 
 TEST_F(DocumentSaveTest, WithoutUnlockNothingIsSaidAboutAFileThatWasNotLocked) {
-  EXPECT_EQ(captureOutput([&] { save(kPath, 0); }), "");
+  EXPECT_EQ(captureOutput([&] { save(kSavedPath, 0); }), "");
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(DocumentSaveTest, NullPathSavesAndReleasesNothing) {
-  cfgLockFile(kPath);
+  cfgLockFile(kSavedPath);
   EXPECT_EQ(CFG_SaveFile(&document, nullptr, BU_TRUE), -1);
   EXPECT_EQ(CFG_SaveFile(nullptr, nullptr, BU_TRUE), -1);
-  EXPECT_FALSE(isUnlocked(kPath));
+  EXPECT_FALSE(isUnlocked(kSavedPath));
   EXPECT_THAT(device.list("/cfg0"), IsEmpty());
   EXPECT_THAT(device.list("/cfg1"), IsEmpty());
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(DocumentSaveTest, NullDocumentSavesNothingAndReleasesTheLockIfAsked) {
-  cfgLockFile(kPath);
-  EXPECT_EQ(CFG_SaveFile(nullptr, text(kPath), BU_FALSE), -1);
-  EXPECT_FALSE(isUnlocked(kPath));
-  EXPECT_EQ(CFG_SaveFile(nullptr, text(kPath), BU_TRUE), -1);
-  EXPECT_TRUE(isUnlocked(kPath));
+  cfgLockFile(kSavedPath);
+  EXPECT_EQ(CFG_SaveFile(nullptr, text(kSavedPath), BU_FALSE), -1);
+  EXPECT_FALSE(isUnlocked(kSavedPath));
+  EXPECT_EQ(CFG_SaveFile(nullptr, text(kSavedPath), BU_TRUE), -1);
+  EXPECT_TRUE(isUnlocked(kSavedPath));
   EXPECT_THAT(device.list("/cfg0"), IsEmpty());
   EXPECT_THAT(device.list("/cfg1"), IsEmpty());
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(DocumentSaveTest, PipeInPlaceOfTheMainCopyIsNotWaitedForAndTheBackupStays) {
-  ASSERT_EQ(mkfifo(kPath, 0666), 0);
+  ASSERT_EQ(mkfifo(kSavedPath, 0666), 0);
   device.write("/cfg1/x.xml", "<Old/>\n");
-  cfgLockFile(kPath);
-  EXPECT_EQ(CFG_SaveFile(&document, text(kPath), BU_TRUE), 0);
-  EXPECT_TRUE(isUnlocked(kPath));
+  cfgLockFile(kSavedPath);
+  EXPECT_EQ(CFG_SaveFile(&document, text(kSavedPath), BU_TRUE), 0);
+  EXPECT_TRUE(isUnlocked(kSavedPath));
   EXPECT_EQ(device.read("/cfg1/x.xml"), "<Old/>\n");
 }
 
@@ -221,13 +222,13 @@ TEST_F(LongPath, GivenAsANameIsCutTo127CharactersWithItsDirectory) {
 // --- saves and copies that fail ---
 
 TEST_F(DocumentSaveTest, FailedSaveIsNotReportedAndTheLockIsReleased) {
-  device.makeDirectory(kPath);
+  device.makeDirectory(kSavedPath);
   device.write("/cfg1/x.xml", "backup");
-  cfgLockFile(kPath);
+  cfgLockFile(kSavedPath);
   int result = -1;
-  EXPECT_EQ(captureOutput([&] { result = save(kPath, 1); }), "");
+  EXPECT_EQ(captureOutput([&] { result = save(kSavedPath, 1); }), "");
   EXPECT_EQ(result, 0);
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_TRUE(isUnlocked(kSavedPath));
   EXPECT_THAT(log.records(), IsEmpty());
   EXPECT_EQ(device.read("/cfg1/x.xml"), "backup");
 }
@@ -235,7 +236,7 @@ TEST_F(DocumentSaveTest, FailedSaveIsNotReportedAndTheLockIsReleased) {
 TEST_F(DocumentSaveTest, MissingMainDirectoryIsNotReported) {
   device.remove("/cfg0");
   device.write("/cfg1/x.xml", "backup");
-  EXPECT_EQ(save(kPath, 0), 0);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
   EXPECT_EQ(save("", 0), 0);
   EXPECT_FALSE(device.exists("/cfg0"));
   EXPECT_EQ(device.read("/cfg1/x.xml"), "backup");
@@ -243,25 +244,25 @@ TEST_F(DocumentSaveTest, MissingMainDirectoryIsNotReported) {
 }
 
 TEST_F(DocumentSaveTest, MainCopyThatCannotBeWrittenIsBackedUpAsItIs) {
-  device.write(kPath, "main");
+  device.write(kSavedPath, "main");
   device.write("/cfg1/x.xml", "backup");
-  chmod(kPath, 0444);
+  chmod(kSavedPath, 0444);
   {
     const WithoutOverride withoutOverride;
-    EXPECT_EQ(save(kPath, 0), 0);
+    EXPECT_EQ(save(kSavedPath, 0), 0);
   }
-  EXPECT_EQ(device.read(kPath), "main");
+  EXPECT_EQ(device.read(kSavedPath), "main");
   EXPECT_EQ(device.read("/cfg1/x.xml"), "main");
 }
 
 TEST_F(DocumentSaveTest, FailedCopyIsNotReportedAndTheLockIsReleased) {
   const auto expectOnlyMainSaved = [&] {
-    cfgLockFile(kPath);
-    EXPECT_EQ(save(kPath, 1), 0);
-    EXPECT_EQ(device.read(kPath), saved);
-    EXPECT_TRUE(isUnlocked(kPath));
+    cfgLockFile(kSavedPath);
+    EXPECT_EQ(save(kSavedPath, 1), 0);
+    EXPECT_EQ(device.read(kSavedPath), saved);
+    EXPECT_TRUE(isUnlocked(kSavedPath));
     EXPECT_THAT(log.records(), IsEmpty());
-    device.remove(kPath);
+    device.remove(kSavedPath);
   };
   device.remove("/cfg1");
   expectOnlyMainSaved();
@@ -278,7 +279,7 @@ TEST_F(DocumentSaveTest, FailedCopyIsNotReportedAndTheLockIsReleased) {
 
 TEST_F(DocumentSaveTest, DirectoryInPlaceOfTheBackupTakesTheCopy) {
   device.makeDirectory("/cfg1/x.xml");
-  EXPECT_EQ(save(kPath, 0), 0);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
   EXPECT_EQ(device.read("/cfg1/x.xml/x.xml"), saved);
 }
 
@@ -288,75 +289,75 @@ TEST_F(DocumentSaveTest, FullDeviceIsNotReported) {
   rlimit before{};
   getrlimit(RLIMIT_FSIZE, &before);
   const rlimit small{5000, before.rlim_max};
-  cfgLockFile(kPath);
+  cfgLockFile(kSavedPath);
   setrlimit(RLIMIT_FSIZE, &small);
-  const int result = save(kPath, 1);
+  const int result = save(kSavedPath, 1);
   setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(result, 0);
-  EXPECT_TRUE(isUnlocked(kPath));
-  EXPECT_EQ(device.read(kPath).size(), 5000u);
+  EXPECT_TRUE(isUnlocked(kSavedPath));
+  EXPECT_EQ(device.read(kSavedPath).size(), 5000u);
 }
 
 // --- the files themselves ---
 
 TEST_F(DocumentSaveTest, FilesAreRewrittenInPlaceAndNothingElseIsLeft) {
-  device.write(kPath, "older");
+  device.write(kSavedPath, "older");
   device.write("/cfg1/x.xml", "older");
-  const ino_t main = inodeOf(kPath);
+  const ino_t main = inodeOf(kSavedPath);
   const ino_t backup = inodeOf("/cfg1/x.xml");
-  EXPECT_EQ(save(kPath, 0), 0);
-  EXPECT_EQ(inodeOf(kPath), main);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
+  EXPECT_EQ(inodeOf(kSavedPath), main);
   EXPECT_EQ(inodeOf("/cfg1/x.xml"), backup);
   EXPECT_THAT(device.list("/cfg0"), ElementsAre("x.xml"));
   EXPECT_THAT(device.list("/cfg1"), ElementsAre("x.xml"));
 }
 
 TEST_F(DocumentSaveTest, ExistingFilesKeepTheirPermissions) {
-  device.write(kPath, "older");
+  device.write(kSavedPath, "older");
   device.write("/cfg1/x.xml", "older");
-  chmod(kPath, 0600);
+  chmod(kSavedPath, 0600);
   chmod("/cfg1/x.xml", 0640);
-  EXPECT_EQ(save(kPath, 0), 0);
-  EXPECT_EQ(permissionsOf(kPath), 0600u);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
+  EXPECT_EQ(permissionsOf(kSavedPath), 0600u);
   EXPECT_EQ(permissionsOf("/cfg1/x.xml"), 0640u);
 }
 
 TEST_F(DocumentSaveTest, NewFilesGetTheirPermissionsFromTheUmaskAndTheMainCopy) {
   umask(027);
-  EXPECT_EQ(save(kPath, 0), 0);
-  EXPECT_EQ(permissionsOf(kPath), 0640u);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
+  EXPECT_EQ(permissionsOf(kSavedPath), 0640u);
   EXPECT_EQ(permissionsOf("/cfg1/x.xml"), 0640u);
 
   device.remove("/cfg1/x.xml");
-  chmod(kPath, 0600);
-  EXPECT_EQ(save(kPath, 0), 0);
+  chmod(kSavedPath, 0600);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
   EXPECT_EQ(permissionsOf("/cfg1/x.xml"), 0600u);
 }
 
 TEST_F(DocumentSaveTest, LinksAreWrittenThrough) {
   device.write("/data/x.xml", "older");
-  ASSERT_EQ(symlink("/data/x.xml", kPath), 0);
-  EXPECT_EQ(save(kPath, 0), 0);
+  ASSERT_EQ(symlink("/data/x.xml", kSavedPath), 0);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
   EXPECT_EQ(device.read("/data/x.xml"), saved);
   EXPECT_EQ(device.read("/cfg1/x.xml"), saved);
 }
 
 TEST_F(DocumentSaveTest, EmptyDocumentMakesEmptyFiles) {
-  device.write(kPath, "older");
+  device.write(kSavedPath, "older");
   device.write("/cfg1/x.xml", "older");
   document.Clear();
-  EXPECT_EQ(save(kPath, 0), 0);
-  EXPECT_EQ(device.read(kPath), "");
+  EXPECT_EQ(save(kSavedPath, 0), 0);
+  EXPECT_EQ(device.read(kSavedPath), "");
   EXPECT_EQ(device.read("/cfg1/x.xml"), "");
 }
 
 TEST_F(DocumentSaveTest, LargeDocumentReachesBothCopiesWhole) {
   for (int i = 0; i < 5000; ++i)
     document.RootElement()->InsertNewChildElement("Entry")->SetAttribute("Id", i);
-  EXPECT_EQ(save(kPath, 0), 0);
+  EXPECT_EQ(save(kSavedPath, 0), 0);
   tinyxml2::XMLPrinter expected;
   document.Print(&expected);
-  EXPECT_EQ(device.read(kPath), expected.CStr());
+  EXPECT_EQ(device.read(kSavedPath), expected.CStr());
   EXPECT_EQ(device.read("/cfg1/x.xml"), expected.CStr());
 }
 

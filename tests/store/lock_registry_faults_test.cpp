@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::FieldsAre;
 using testing::IsEmpty;
 
-constexpr char kPath[] = "/cfg0/business_param.xml";
+constexpr char kFaultyLock[] = "/cfg0/business_param.xml";
 
 std::int64_t nanoseconds(const timespec& time) {
   return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
@@ -29,9 +29,9 @@ std::int64_t realtime() {
 class LockRegistryFaultsTest : public DeviceTest {
  protected:
   LockRegistryFaultsTest() {
-    cfgLockFile(kPath);
-    cfgUnlockFile(kPath);
-    record = &g_mapFileLock.at(kPath);
+    cfgLockFile(kFaultyLock);
+    cfgUnlockFile(kFaultyLock);
+    record = &g_mapFileLock.at(kFaultyLock);
   }
   InterposedCallsScope calls;
   tag_CFG_FILE_LOCK* record;
@@ -45,12 +45,12 @@ TEST_F(LockRegistryFaultsTest, DeadlineIsTenSecondsAheadOnTheRealtimeClock) {
     return std::nullopt;
   };
   const std::int64_t before = realtime();
-  EXPECT_EQ(cfgLockFile(kPath), 0);
+  EXPECT_EQ(cfgLockFile(kFaultyLock), 0);
   const std::int64_t after = realtime();
   // timespec_get may read a coarser clock than clock_gettime.
   EXPECT_GE(deadline, before + 10'000'000'000 - 10'000'000);
   EXPECT_LE(deadline, after + 10'000'000'000);
-  cfgUnlockFile(kPath);
+  cfgUnlockFile(kFaultyLock);
 }
 
 TEST_F(LockRegistryFaultsTest, WhileAFileIsWaitedForTheRegistryIsFreeAndTheFlagNotYetSet) {
@@ -62,21 +62,21 @@ TEST_F(LockRegistryFaultsTest, WhileAFileIsWaitedForTheRegistryIsFreeAndTheFlagN
     EXPECT_EQ(record->s32Locked, 0);
     return std::nullopt;
   };
-  EXPECT_EQ(cfgLockFile(kPath), 0);
+  EXPECT_EQ(cfgLockFile(kFaultyLock), 0);
   EXPECT_TRUE(asked);
   EXPECT_EQ(record->s32Locked, 1);
-  cfgUnlockFile(kPath);
+  cfgUnlockFile(kFaultyLock);
 }
 
 TEST_F(LockRegistryFaultsTest, FlagIsClearBeforeTheFileIsReleased) {
-  cfgLockFile(kPath);
+  cfgLockFile(kFaultyLock);
   bool released = false;
   calls->beforeUnlock = [&](pthread_mutex_t* mutex) {
     if (mutex != record->pstMutex) return;
     released = true;
     EXPECT_EQ(record->s32Locked, 0);
   };
-  EXPECT_EQ(cfgUnlockFile(kPath), 0);
+  EXPECT_EQ(cfgUnlockFile(kFaultyLock), 0);
   EXPECT_TRUE(released);
 }
 
@@ -87,7 +87,7 @@ TEST_P(AnyErrorOfTheMutex, IsReportedAsATimeOutAndClearsTheFlag) {
   record->s32Locked = 1;
   calls->timedLock = [](pthread_mutex_t*, const timespec*) { return GetParam(); };
   int result = 0;
-  EXPECT_EQ(captureOutput([&] { result = cfgLockFile(kPath); }),
+  EXPECT_EQ(captureOutput([&] { result = cfgLockFile(kFaultyLock); }),
             "[Warn][Cfg] Lock /cfg0/business_param.xml timeout, a deadlock may exist!\n");
   EXPECT_EQ(result, -1);
   EXPECT_THAT(log.records(), ElementsAre(FieldsAre(
@@ -138,13 +138,13 @@ TEST_F(LockRegistryFaultsTest, WithoutMemoryANewPathIsNotLockedAndTheNextAttempt
 }
 
 TEST_F(LockRegistryFaultsTest, ReleasingALockNeedsNoMemory) {
-  cfgLockFile(kPath);
+  cfgLockFile(kFaultyLock);
   {
     const ScarceMemory memory(1, Shortage::FromThenOn);
-    EXPECT_EQ(cfgUnlockFile(kPath), 0);
+    EXPECT_EQ(cfgUnlockFile(kFaultyLock), 0);
     EXPECT_FALSE(memory.struck());
   }
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_TRUE(isUnlocked(kFaultyLock));
   EXPECT_THAT(log.records(), IsEmpty());
 }
 

@@ -7,26 +7,26 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr char kPath[] = "/cfg0/x.xml";
-constexpr char kBackup[] = "/cfg1/x.xml";
+constexpr char kTransactionPath[] = "/cfg0/x.xml";
+constexpr char kTransactionBackup[] = "/cfg1/x.xml";
 
 class TransactionTest : public DeviceTest {
  protected:
-  TransactionTest() { device.write(kPath, contents); }
+  TransactionTest() { device.write(kTransactionPath, contents); }
   const std::string contents = "<A   Cur='1'/>";
   const std::string saved = "<A Cur=\"2\"/>\n";
 };
 
 TEST_F(TransactionTest, ReadingLeavesTheFileUnlockedWhileTheDocumentLives) {
-  const ReadDocument document(kPath);
+  const ReadDocument document(kTransactionPath);
   ASSERT_TRUE(document);
   EXPECT_STREQ(document.root()->Attribute("Cur"), "1");
   EXPECT_EQ(document.root()->GetDocument(), document.get());
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_TRUE(isUnlocked(kTransactionPath));
 }
 
 TEST_F(TransactionTest, ReadDocumentIsGoneOnceClosed) {
-  ReadDocument document(kPath);
+  ReadDocument document(kTransactionPath);
   document.close();
   EXPECT_FALSE(document);
   EXPECT_EQ(document.get(), nullptr);
@@ -34,80 +34,80 @@ TEST_F(TransactionTest, ReadDocumentIsGoneOnceClosed) {
 
 TEST_F(TransactionTest, WritingHoldsTheLockAndGivesUpUnlessSaved) {
   {
-    WriteDocument document(kPath);
+    WriteDocument document(kTransactionPath);
     ASSERT_TRUE(document);
     EXPECT_EQ(document.root()->GetDocument(), document.get());
     document.root()->SetAttribute("Cur", 2);
-    EXPECT_FALSE(isUnlocked(kPath));
+    EXPECT_FALSE(isUnlocked(kTransactionPath));
   }
-  EXPECT_TRUE(isUnlocked(kPath));
-  EXPECT_EQ(device.read(kPath), contents);
-  EXPECT_FALSE(device.exists(kBackup));
+  EXPECT_TRUE(isUnlocked(kTransactionPath));
+  EXPECT_EQ(device.read(kTransactionPath), contents);
+  EXPECT_FALSE(device.exists(kTransactionBackup));
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(TransactionTest, WriteDocumentIsGoneAndTheFileUnlockedOnceClosed) {
-  WriteDocument document(kPath);
+  WriteDocument document(kTransactionPath);
   document.close();
   EXPECT_FALSE(document);
   EXPECT_EQ(document.get(), nullptr);
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_TRUE(isUnlocked(kTransactionPath));
 }
 
 TEST_F(TransactionTest, SaveWritesBothCopiesAndReleasesTheLockAtOnce) {
-  WriteDocument document(kPath);
+  WriteDocument document(kTransactionPath);
   document.root()->SetAttribute("Cur", 2);
   EXPECT_TRUE(document.save());
-  EXPECT_TRUE(isUnlocked(kPath));
-  EXPECT_EQ(device.read(kPath), saved);
-  EXPECT_EQ(device.read(kBackup), saved);
+  EXPECT_TRUE(isUnlocked(kTransactionPath));
+  EXPECT_EQ(device.read(kTransactionPath), saved);
+  EXPECT_EQ(device.read(kTransactionBackup), saved);
 }
 
 TEST_F(TransactionTest, SaveReleasesTheLockOnce) {
   {
-    WriteDocument document(kPath);
+    WriteDocument document(kTransactionPath);
     document.save();
-    cfgLockFile(kPath);
+    cfgLockFile(kTransactionPath);
   }
-  EXPECT_FALSE(isUnlocked(kPath));
+  EXPECT_FALSE(isUnlocked(kTransactionPath));
   EXPECT_THAT(log.records(), IsEmpty());
-  cfgUnlockFile(kPath);
+  cfgUnlockFile(kTransactionPath);
 }
 
 TEST_F(TransactionTest, SaveMayKeepTheLockUntilTheEnd) {
   {
-    WriteDocument document(kPath);
+    WriteDocument document(kTransactionPath);
     document.root()->SetAttribute("Cur", 2);
     EXPECT_TRUE(document.saveKeepingLock());
-    EXPECT_FALSE(isUnlocked(kPath));
-    EXPECT_EQ(device.read(kBackup), saved);
+    EXPECT_FALSE(isUnlocked(kTransactionPath));
+    EXPECT_EQ(device.read(kTransactionBackup), saved);
   }
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_TRUE(isUnlocked(kTransactionPath));
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(TransactionTest, LockCanBeLeftBehind) {
   {
-    WriteDocument document(kPath);
+    WriteDocument document(kTransactionPath);
     document.leaveLocked();
   }
-  EXPECT_FALSE(isUnlocked(kPath));
-  EXPECT_EQ(device.read(kPath), contents);
-  cfgUnlockFile(kPath);
+  EXPECT_FALSE(isUnlocked(kTransactionPath));
+  EXPECT_EQ(device.read(kTransactionPath), contents);
+  cfgUnlockFile(kTransactionPath);
 }
 
 TEST_F(TransactionTest, FileThatDoesNotOpenIsFalseAndReleasesNothing) {
-  device.write(kPath, "broken");
+  device.write(kTransactionPath, "broken");
   {
-    const ReadDocument reading(kPath);
-    WriteDocument writing(kPath);
+    const ReadDocument reading(kTransactionPath);
+    WriteDocument writing(kTransactionPath);
     EXPECT_FALSE(reading);
     EXPECT_FALSE(writing);
     EXPECT_EQ(writing.get(), nullptr);
     log.clear();
   }
   EXPECT_THAT(log.records(), IsEmpty());
-  EXPECT_TRUE(isUnlocked(kPath));
+  EXPECT_TRUE(isUnlocked(kTransactionPath));
 }
 
 }  // namespace

@@ -11,8 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using Words = std::vector<std::string>;
-
 // In every secret of the device, and in nothing else.
 constexpr char kMark[] = "Zq7";
 

@@ -12,9 +12,16 @@
 
 namespace camcfg::tests {
 
+using Words = std::vector<std::string>;
+
 constexpr char kBusiness[] = "/cfg0/business_param.xml";
 constexpr char kBusinessBackup[] = "/cfg1/business_param.xml";
 constexpr char kBusinessDefault[] = "/app/resource/defcfg/business_param.xml";
+constexpr char kPreset[] = "/cfg0/preset_cfg.xml";
+constexpr char kMppDefault[] = "/app/resource/defcfg/mpp_cfg.xml";
+
+/// The names of the files that the library itself reads.
+constexpr const char* kFileNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 
 /// Parameters as the library writes them.
 constexpr char kParameters[] =

@@ -35,8 +35,6 @@ class OnTrial : public Background {
 /// A device whose RTSP port is 554, and 8554 on trial.
 class TrialTest : public ParametersTest {
  protected:
-  using Words = std::vector<std::string>;
-
   static Words trying(const std::string& length = "10m") {
     return {"try", "--for", length, "--", "set", "System", "Rtsp", "8554"};
   }

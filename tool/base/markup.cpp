@@ -7,8 +7,6 @@ namespace {
 
 using Kind = Markup::Kind;
 
-constexpr std::size_t kNowhere = std::string_view::npos;
-
 struct Delimited {
   std::string_view start;
   std::string_view end;
@@ -26,13 +24,9 @@ bool isNameStart(char c) {
          (c >= 'A' && c <= 'Z') || c == ':' || c == '_';
 }
 
-bool isInName(char c) {
-  return isNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
-}
-
-class Reader {
+class MarkupReader {
  public:
-  explicit Reader(std::string_view bytes) : bytes_(bytes.substr(0, bytes.find('\0'))) {}
+  explicit MarkupReader(std::string_view bytes) : bytes_(bytes.substr(0, bytes.find('\0'))) {}
 
   std::vector<Markup> read() {
     while (at_ < bytes_.size())
@@ -130,8 +124,12 @@ class Reader {
 
 }  // namespace
 
+bool isInName(char c) {
+  return isNameStart(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
+}
+
 std::vector<Markup> markupIn(std::string_view bytes) {
-  return Reader(bytes).read();
+  return MarkupReader(bytes).read();
 }
 
 std::size_t lengthToMark(std::string_view bytes) {

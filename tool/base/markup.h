@@ -7,6 +7,9 @@
 
 namespace camcfg::tool {
 
+/// Where a text is that was not found.
+constexpr std::size_t kNowhere = std::string_view::npos;
+
 // All of these are parts of the bytes that were read, which must outlive them.
 
 /// An attribute of a tag.
@@ -32,6 +35,9 @@ struct Markup {
 /// space. Ends where the library ends reading: at a zero byte, or at what is no markup.
 /// @param bytes  of a document that the library loads; else the result says nothing
 std::vector<Markup> markupIn(std::string_view bytes);
+
+/// Whether a byte may be in the name of an element or attribute, at its beginning or later.
+bool isInName(char c);
 
 /// What comes before a part of the bytes.
 inline std::size_t offsetOf(std::string_view part, std::string_view bytes) {

@@ -112,6 +112,11 @@ std::size_t distance(const std::string& a, const std::string& b) {
 
 }  // namespace
 
+bool hasHighBytes(std::string_view text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
 std::vector<std::string> parts(const std::string& text, char separator) {
   std::vector<std::string> all;
   for (std::size_t start = 0; start <= text.size();) {

@@ -31,6 +31,9 @@ inline bool isBlank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+/// Whether any byte is beyond ASCII.
+bool hasHighBytes(std::string_view text);
+
 /// The text between single quotes.
 inline std::string quoted(std::string_view text) {
   return "'" + std::string(text) + "'";

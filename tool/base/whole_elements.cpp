@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "base/markup.h"
+
 namespace camcfg::tool {
 namespace {
 
@@ -12,15 +14,9 @@ constexpr std::string_view kCommentStart = "<!--";
 constexpr std::string_view kCommentEnd = "-->";
 constexpr std::string_view kTextStart = "<![CDATA[";
 constexpr std::string_view kTextEnd = "]]>";
-constexpr std::size_t kNowhere = std::string_view::npos;
 
 bool isSpace(char c) {
   return kSpace.find(c) != kNowhere;
-}
-
-bool isInName(char c) {
-  return c == '-' || c == '.' || c == ':' || c == '_' || (c >= '0' && c <= '9') ||
-         (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
 }
 
 /// Reads a tag from its "<" on.

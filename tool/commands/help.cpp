@@ -73,9 +73,9 @@ Answer manual(const Arguments& /*arguments*/) {
   return {Json{{"page", page}}, {Verbatim{page}}};
 }
 
-constexpr char kLine[] = "LINE";
+constexpr char kLineSoFar[] = "LINE";
 constexpr char kBreaks[] = "BREAKS";
-constexpr char kWord[] = "WORD";
+constexpr char kLineWord[] = "WORD";
 
 // The shell has not yet put in the user's own directory.
 std::string expanded(const std::string& directory) {
@@ -104,7 +104,7 @@ Answer answerWith(cli::CompletionPlace::Kind kind, const std::vector<std::string
 
 // bash puts each word in as it is given it: quoted, and without what stays on the line.
 Answer forBash(const Arguments& arguments) {
-  cli::ShellLine line = cli::readShellLine(arguments.text(kLine), arguments.text(kBreaks));
+  cli::ShellLine line = cli::readShellLine(arguments.text(kLineSoFar), arguments.text(kBreaks));
   const std::string begun = line.words.back();
   line.words.erase(line.words.begin());
   const cli::CompletionPlace place = cli::placeIn(allGroups(), line.words);
@@ -117,7 +117,7 @@ Answer forBash(const Arguments& arguments) {
 
 // zsh chooses and quotes itself, and takes "WORD:WHAT IT IS" with its own colons escaped.
 Answer forZsh(const Arguments& arguments) {
-  const cli::CompletionPlace place = cli::placeIn(allGroups(), arguments.texts(kWord));
+  const cli::CompletionPlace place = cli::placeIn(allGroups(), arguments.texts(kLineWord));
   std::vector<std::string> words;
   for (const cli::Candidate& candidate : candidatesAt(place)) {
     std::string word;
@@ -147,11 +147,11 @@ CommandGroup completeGroup() {
       {command("complete", "Show a shell what may be typed next", nullptr, {}, Status::Refused,
                true),
        command("complete bash", "Show bash what may be typed at the end of a line", forBash,
-               {{Option::Argument, kLine, "The line up to the cursor"},
+               {{Option::Argument, kLineSoFar, "The line up to the cursor"},
                 {Option::Argument, kBreaks, "Characters that break words when they are completed"}},
                Status::Refused, true),
        command("complete zsh", "Show zsh what may be in the place of the last word", forZsh,
-               {{Option::Arguments, kWord, "The line's words after the tool's name"}},
+               {{Option::Arguments, kLineWord, "The line's words after the tool's name"}},
                Status::Refused, true)}};
 }
 

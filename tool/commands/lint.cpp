@@ -246,7 +246,7 @@ Answer fixDevice(const Arguments& arguments) {
   return fixedAnswer(lint::sourcesOf(after), repairs, "", arguments);
 }
 
-Answer run(const Arguments& arguments) {
+Answer lintAll(const Arguments& arguments) {
   const std::vector<HostFile>& files = arguments.files(kFile);
   if (arguments.given(kRules)) {
     for (const auto& [other, isGiven] :
@@ -285,7 +285,7 @@ CommandGroup lintGroup() {
   return {
       "Files",
       {changer(
-          "lint", "Report hazards in configuration files, each with its file and line", run,
+          "lint", "Report hazards in configuration files, each with its file and line", lintAll,
           {replacedFiles(),
            {Option::Values, kRule, "Change a rule: RULE=off, RULE=warning, RULE=error", ruleWords},
            {Option::Flag, kStrict, "Warnings count, too: the exit status is 1"},

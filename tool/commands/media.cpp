@@ -106,8 +106,9 @@ cli::Command commandFor(const settings::Table& table) {
 }
 
 // The rules about what is connected. The picture shows what they complain of.
-constexpr const char* kRules[] = {"allowed-source-missing", "channel-missing", "enable-differs",
-                                  "enabled-source-disabled", "enabled-source-missing"};
+constexpr const char* kGraphRules[] = {"allowed-source-missing", "channel-missing",
+                                       "enable-differs", "enabled-source-disabled",
+                                       "enabled-source-missing"};
 
 std::vector<lint::Finding> findings(const device::Document& document) {
   std::vector<lint::Source> sources(1);
@@ -117,7 +118,7 @@ std::vector<lint::Finding> findings(const device::Document& document) {
   source.document = document.get();
   std::vector<lint::Finding> found;
   for (lint::Finding& finding : lint::lint(sources))
-    if (isAmong(kRules, std::string(finding.rule->id))) found.push_back(std::move(finding));
+    if (isAmong(kGraphRules, std::string(finding.rule->id))) found.push_back(std::move(finding));
   return found;
 }
 

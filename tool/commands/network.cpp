@@ -127,7 +127,7 @@ Answer show(const Arguments& arguments) {
                                 : showAll(network, factory);
 }
 
-network::ChangeOptions optionsOf(const Arguments& arguments, bool force = false) {
+network::ChangeOptions changeOptions(const Arguments& arguments, bool force = false) {
   return {force, arguments.given(kDryRun)};
 }
 
@@ -147,13 +147,14 @@ Answer setOneField(const Arguments& arguments) {
                                      ? concat("which value? give ", words.front(), "=VALUE")
                                      : "give FIELD=VALUE for each, or FIELD VALUE");
   const device::Turn turn = turnFor(arguments);
-  return withDryRun(Answer(network::setNetworkField(arguments.text(kCard), words[0], words[1],
-                                                    optionsOf(arguments, arguments.given(kForce))),
-                           {Line{"{card}/{field}: {before} -> {value}"}}),
-                    arguments);
+  return withDryRun(
+      Answer(network::setNetworkField(arguments.text(kCard), words[0], words[1],
+                                      changeOptions(arguments, arguments.given(kForce))),
+             {Line{"{card}/{field}: {before} -> {value}"}}),
+      arguments);
 }
 
-Answer set(const Arguments& arguments) {
+Answer setFields(const Arguments& arguments) {
   const std::vector<std::string>& words = arguments.texts(kFieldValue);
   if (words.front().find('=') == std::string::npos) return setOneField(arguments);
   const device::Turn turn = turnFor(arguments);
@@ -162,9 +163,9 @@ Answer set(const Arguments& arguments) {
                  kSoAlready);
 }
 
-Answer reset(const Arguments& arguments) {
+Answer resetCard(const Arguments& arguments) {
   const device::Turn turn = turnFor(arguments);
-  Answer answer(network::resetCard(arguments.text(kCard), optionsOf(arguments)));
+  Answer answer(network::resetCard(arguments.text(kCard), changeOptions(arguments)));
   if (answer.value["changed"].empty())
     answer.layout = {Line{"{card}: it has its factory values already"}};
   else
@@ -175,10 +176,11 @@ Answer reset(const Arguments& arguments) {
 Answer hostname(const Arguments& arguments) {
   if (arguments.given(kName)) {
     const device::Turn turn = turnFor(arguments);
-    return withDryRun(Answer(network::setHostname(arguments.text(kName),
-                                                  optionsOf(arguments, arguments.given(kForce))),
-                             {Line{"hostname: {before} -> {hostname}"}}),
-                      arguments);
+    return withDryRun(
+        Answer(network::setHostname(arguments.text(kName),
+                                    changeOptions(arguments, arguments.given(kForce))),
+               {Line{"hostname: {before} -> {hostname}"}}),
+        arguments);
   }
   const network::Network network;
   Answer answer;
@@ -219,7 +221,7 @@ CommandGroup networkGroup() {
                      cardOrInterfaceWords},
                     {Option::Flag, kFactory, "Show the factory values"}}),
            withDetails(
-               changer("network set", "Set fields of a card with one save", set,
+               changer("network set", "Set fields of a card with one save", setFields,
                        {kWholeCard,
                         {Option::Arguments, kFieldValue,
                          "A field as below and its value; or FIELD VALUE as 'network show' prints "
@@ -229,7 +231,7 @@ CommandGroup networkGroup() {
                          "Store a text or MTU that a card cannot use, or a gateway outside the "
                          "subnet"}}),
                assignmentsHelp),
-           changer("network reset", "Put the factory values of a card back", reset,
+           changer("network reset", "Put the factory values of a card back", resetCard,
                    {kWholeCard, dryRun()}),
            changer("network hostname", "Show or set the host name", hostname,
                    {{Option::OptionalArgument, kName, "The new name; without it the name is shown",

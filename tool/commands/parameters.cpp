@@ -103,13 +103,13 @@ parameters::Assignment assignmentOf(const std::vector<std::string>& words) {
                                    : "give PLACE=VALUE for each, or SECTION NAME VALUE");
 }
 
-constexpr char kChanged[] = "{section}/{name}: {before} -> {value}";
+constexpr char kChangedLine[] = "{section}/{name}: {before} -> {value}";
 constexpr char kUnchanged[] = "{section}/{name}: it is {value} already";
 
 Answer setAll(const std::vector<parameters::Assignment>& assignments, bool force, bool rehearse) {
   const Outcome outcome = parameters::setParameters(assignments, force, rehearse);
   Answer answer;
-  answer.layout = {cli::Lines{"changes", kChanged}, cli::Lines{"unchanged", kUnchanged}};
+  answer.layout = {cli::Lines{"changes", kChangedLine}, cli::Lines{"unchanged", kUnchanged}};
   answer.value["dryRun"] = rehearse;
   for (const auto& [name, list] : outcome.value.items()) answer.value[name] = list;
   if (rehearse || answer.value["changes"].empty())
@@ -224,7 +224,7 @@ Answer setOne(const parameters::Assignment& assignment, bool force, bool rehears
   const bool isChanged = !outcome.value.at("changes").empty();
   Answer answer;
   answer.value = outcome.value.at(isChanged ? "changes" : "unchanged").at(0);
-  answer.layout = {Line{isChanged ? kChanged : kUnchanged}};
+  answer.layout = {Line{isChanged ? kChangedLine : kUnchanged}};
   if (rehearse || !isChanged) answer.layout.emplace_back(Line{"nothing was written"});
   return answer;
 }

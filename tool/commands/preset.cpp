@@ -27,12 +27,12 @@ const Setting& idSetting() {
   return settings::presetSettings().front();
 }
 
-Answer list(const Arguments& /*arguments*/) {
+Answer listPresets(const Arguments& /*arguments*/) {
   return readableAnswer(presets::presetsSection().readable(),
                         {columnsOf(settings::presetSettings())});
 }
 
-Answer get(const Arguments& arguments) {
+Answer getPreset(const Arguments& arguments) {
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
   Fields fields;
@@ -103,7 +103,7 @@ presets::Values givenOf(const Arguments& arguments, int id) {
   return given;
 }
 
-Answer set(const Arguments& arguments) {
+Answer setPreset(const Arguments& arguments) {
   const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   return store(arguments, givenOf(arguments, requireId(arguments.text(kPreset))));
 }
@@ -221,9 +221,9 @@ CommandGroup presetGroup() {
   return {
       "Camera positions",
       {command("preset", "List, change, import and export camera positions", nullptr),
-       command("preset list", "List the presets", list),
-       command("preset get", "Show a preset", get, {kOnePreset}),
-       presetChanger("preset set", "Change what is given of a preset, or create it", set,
+       command("preset list", "List the presets", listPresets),
+       command("preset get", "Show a preset", getPreset, {kOnePreset}),
+       presetChanger("preset set", "Change what is given of a preset, or create it", setPreset,
                      withValues({{Option::Argument, kPreset,
                                   "An id, which may be a new one, or a whole description"}})),
        presetChanger("preset add", "Create a preset under the next free id and print the id", add,

@@ -16,7 +16,7 @@ constexpr const char* kUnreviewed[] = {"lint", "network reset", "reset",
                                        "undo", "salvage",       "upgrade"};
 
 // Of a change that is faulty all over, the first findings say enough.
-constexpr std::size_t kMost = 20;
+constexpr std::size_t kMostLines = 20;
 
 // "error: /cfg0/mpp_cfg.xml:12: ... [rule]"
 std::string lineOf(const lint::Finding& finding) {
@@ -57,9 +57,9 @@ class LintReview {
  private:
   // Leaves the first ones.
   static std::string takeMore(std::vector<std::string>& lines) {
-    if (lines.size() <= kMost) return "";
-    const std::size_t more = lines.size() - kMost;
-    lines.resize(kMost);
+    if (lines.size() <= kMostLines) return "";
+    const std::size_t more = lines.size() - kMostLines;
+    lines.resize(kMostLines);
     return concat("and ", more, " more");
   }
 

@@ -26,10 +26,10 @@ constexpr int kRetry = 1000;
 
 seconds lengthIn(const std::string& text) {
   constexpr std::pair<char, int> kUnits[] = {{'s', 1}, {'m', 60}, {'h', 3600}, {'d', 86400}};
-  constexpr std::int64_t kMost = 604800;  // a week
+  constexpr std::int64_t kLongest = 604800;  // a week
   const auto number = decimal32(text.substr(0, text.empty() ? 0 : text.size() - 1));
   for (const auto& [unit, length] : kUnits)
-    if (number && text.back() == unit && *number >= 1 && std::int64_t{*number} * length <= kMost)
+    if (number && text.back() == unit && *number >= 1 && std::int64_t{*number} * length <= kLongest)
       return seconds(std::int64_t{*number} * length);
   throw Refusal::about(
       kFor,

@@ -9,7 +9,7 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kFrom[] = "--from";
-constexpr char kRules[] = "--rules";
+constexpr char kRulesFile[] = "--rules";
 constexpr char kOnConflict[] = "--on-conflict";
 constexpr char kCheckRules[] = "--check-rules";
 constexpr const char* kConflictWords[] = {"user", "factory", "stop"};
@@ -25,8 +25,8 @@ upgrade::OnConflict onConflictIn(const Arguments& arguments) {
 }
 
 std::optional<std::string> rulesIn(const Arguments& arguments) {
-  if (!arguments.given(kRules)) return std::nullopt;
-  return arguments.text(kRules);
+  if (!arguments.given(kRulesFile)) return std::nullopt;
+  return arguments.text(kRulesFile);
 }
 
 Answer checkRules(const Arguments& arguments) {
@@ -41,7 +41,7 @@ Answer checkRules(const Arguments& arguments) {
   return answer;
 }
 
-upgrade::UpgradeOptions optionsOf(const Arguments& arguments) {
+upgrade::UpgradeOptions upgradeOptions(const Arguments& arguments) {
   upgrade::UpgradeOptions options;
   if (arguments.given(kFrom)) {
     options.fromName = arguments.text(kFrom);
@@ -56,7 +56,7 @@ upgrade::UpgradeOptions optionsOf(const Arguments& arguments) {
 
 Answer upgradeDevice(const Arguments& arguments) {
   if (arguments.given(kCheckRules)) return checkRules(arguments);
-  const upgrade::UpgradeOptions options = optionsOf(arguments);
+  const upgrade::UpgradeOptions options = upgradeOptions(arguments);
   const device::Turn turn(options.rehearse ? device::Turn::Files() : device::Turn::allFiles());
   Answer answer(upgrade::upgrade(options));
   if (!answer.value["changes"].empty())
@@ -89,7 +89,7 @@ CommandGroup upgradeGroup() {
               "upgrade", "Bring the settings to a new factory set, keeping what was changed",
               upgradeDevice,
               {from,
-               {Option::HostFileValue, kRules,
+               {Option::HostFileValue, kRulesFile,
                 "Rules for what a merge cannot know; without it /app/resource/upgrade.json"},
                {Option::Value, kOnConflict,
                 "Whose value counts where both have changed it: user, factory; or stop",

@@ -11,7 +11,7 @@ namespace camcfg::tool::commands {
 namespace {
 
 constexpr char kExec[] = "--exec";
-constexpr char kLine[] = "{time} {place}: {before} -> {after}";
+constexpr char kChangeLine[] = "{time} {place}: {before} -> {after}";
 
 // "2026-11-22T11:15:13.250Z"
 std::string timeNow() {
@@ -61,9 +61,9 @@ Answer watch(const Arguments& arguments) {
     const Json records =
         recordsOf(document::differencesOf(changes.look(), arguments.given(kShowSecrets)), places);
     tellLasting(changes.faults(), isFirst ? changes.faults() : former, told, channel);
-    if (!records.empty()) channel.answer(records, kLine);
+    if (!records.empty()) channel.answer(records, kChangeLine);
     if (!records.empty() && arguments.given(kExec))
-      channel.feed(arguments.text(kExec), records, kLine);
+      channel.feed(arguments.text(kExec), records, kChangeLine);
     watcher.wait([&](int events, int most) { return channel.wait(events, most); },
                  changes.isUneasy());
   }

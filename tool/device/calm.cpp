@@ -52,7 +52,7 @@ bool isBackupAlike(const std::string& path) {
 Signature signatureOf(const std::string& path) {
   struct stat status {};
   const bool exists = stat(path.c_str(), &status) == 0;
-  if (!exists && stat(path.substr(0, path.rfind('/')).c_str(), &status) != 0) return {};
+  if (!exists && stat(directoryOf(path).c_str(), &status) != 0) return {};
   return {static_cast<std::int64_t>(status.st_dev),
           static_cast<std::int64_t>(status.st_ino),
           exists ? status.st_size : -1,

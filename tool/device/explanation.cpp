@@ -17,7 +17,7 @@ using tinyxml2::XMLElement;
 namespace {
 
 template <typename Parent>
-std::vector<std::string> namesIn(const Parent& parent) {
+std::vector<std::string> elementNamesIn(const Parent& parent) {
   std::vector<std::string> names;
   for (const XMLElement* child : childrenOf(parent)) names.emplace_back(child->Value());
   return names;
@@ -26,7 +26,7 @@ std::vector<std::string> namesIn(const Parent& parent) {
 XMLElement& requireTop(XMLDocument& document, const std::string& name) {
   XMLElement* section = CFG_GetBrotherElementByName(document.FirstChildElement(), name.c_str());
   if (section != nullptr) return *section;
-  throw Refusal(noSection(name, namesIn(document)));
+  throw Refusal(noSection(name, elementNamesIn(document)));
 }
 
 Json jsonOf(const Hit& hit) {
@@ -137,7 +137,7 @@ ElementPath addLookups(Explanation& explanation, const ExplainedFile& file,
     const Lookup lookup = lookupByName(*element, name, joined(asked, "/"));
     if (lookup.hits.empty())
       throw Refusal(concat(joined(path, "/"), " has nothing whose name begins with '", name, "'",
-                           didYouMean(name, namesIn(*element))));
+                           didYouMean(name, elementNamesIn(*element))));
     explanation.lookups.push_back(file.told(lookup));
     XMLElement* exact = element->FirstChildElement(name.c_str());
     element = exact == nullptr ? lookup.hits.front().element : exact;

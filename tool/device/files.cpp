@@ -142,6 +142,10 @@ std::string nameOf(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
 
+std::string directoryOf(const std::string& path) {
+  return path.substr(0, path.rfind('/'));
+}
+
 bool isLink(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);

@@ -41,6 +41,9 @@ std::string pathOf(Place place, const std::string& file);
 /// The name of a file without its directory.
 std::string nameOf(const std::string& path);
 
+/// The directory of a file, without a slash at its end.
+std::string directoryOf(const std::string& path);
+
 /// A copy as the library loads it.
 struct Copy {
   State state = State::Missing;

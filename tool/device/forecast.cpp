@@ -20,11 +20,7 @@ const Copy kMissing;
 // What is left where room ran out.
 const Copy kCutOff{State::Damaged, "is not well-formed XML"};
 
-std::string directoryOf(const std::string& path) {
-  return path.substr(0, path.rfind('/'));
-}
-
-std::uintmax_t bytesOf(const std::string& path) {
+std::uintmax_t sizeOf(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 ? static_cast<std::uintmax_t>(status.st_size) : 0;
 }
@@ -42,7 +38,7 @@ Forecast::Forecast(const FileSet& set, std::vector<std::string> moved)
       const std::string path = file.path(place);
       const bool isThere = !isGone(path);
       slots_.push_back(
-          {path, isThere ? &file.copy(place) : &kMissing, isThere ? bytesOf(path) : 0, "stays"});
+          {path, isThere ? &file.copy(place) : &kMissing, isThere ? sizeOf(path) : 0, "stays"});
     }
 }
 

@@ -24,10 +24,6 @@ bool isOf(mode_t type, const std::string& path) {
   return stat(path.c_str(), &status) == 0 && (status.st_mode & S_IFMT) == type;
 }
 
-std::string directoryOf(const std::string& path) {
-  return path.substr(0, path.rfind('/'));
-}
-
 bool isAnyFile() {
   return std::any_of(kPlaces.begin(), kPlaces.end(),
                      [](Place place) { return !filesIn(pathOf(place, "")).empty(); });

@@ -106,7 +106,7 @@ struct Remainder {
 };
 
 // The library reads a file to its first NUL.
-std::string beforeOf(const FileChange& file) {
+std::string formerBytes(const FileChange& file) {
   return file.before.substr(0, file.before.find('\0'));
 }
 
@@ -123,7 +123,7 @@ Remainder remainderOf(const RecordedChange& change, Direction direction) {
     const FileChange& file = change.files[i];
     const bool isTouched = held[i] == Held::After || held[i] == Held::Torn;
     if (!remainder.foreign.empty() && !isTouched) continue;
-    const Contents save{file.path, isForth ? file.after : beforeOf(file)};
+    const Contents save{file.path, isForth ? file.after : formerBytes(file)};
     if (!holds(save)) remainder.saves.push_back(save);
   }
   return remainder;

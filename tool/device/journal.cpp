@@ -79,7 +79,7 @@ void make(const StateFolder& state, NewJournal& journal) {
   refuse(fault + (isLeft ? ", nor removed; the next 'camcfg verify' carries the change out" : ""));
 }
 
-void close(const StateFolder& state) {
+void end(const StateFolder& state) {
   if (state.remove(kRollback)) return prune(state);
   const Record record = readRecord(state, kJournal);
   const bool isWhole = record.kind == Record::Whole;
@@ -125,7 +125,7 @@ void turnJournal() {
 // nothing. The next save of any file makes the name durable, since the library flushes everything.
 void closeJournal() {
   try {
-    close(StateFolder::existing());
+    end(StateFolder::existing());
   } catch (const Refusal&) {
     return;  // it is no longer the tool's own directory, and no longer its journal
   }

@@ -18,7 +18,7 @@ namespace {
 constexpr char kDamaged[] = "damaged";
 constexpr std::size_t kMostKept = 4;  // of one copy
 
-[[noreturn]] void refuse(const std::string& path, const std::string& why) {
+[[noreturn]] void notKept(const std::string& path, const std::string& why) {
   throw Refusal(concat(path, " cannot be kept: ", why));
 }
 
@@ -37,11 +37,11 @@ std::set<int> numbersOf(const StateFolder& folder, const std::string& name) {
 
 std::string keepDamaged(const std::string& path) {
   const std::optional<std::string> bytes = readFile(path);
-  if (!bytes) refuse(path, std::strerror(errno));
+  if (!bytes) notKept(path, std::strerror(errno));
   std::string name = path.substr(1);
   std::replace(name.begin(), name.end(), '/', '-');
   const StateFolder folder = StateFolder::made().madeFolder(kDamaged);
-  if (!folder) refuse(path, concat(kStateDirectory, "/", kDamaged, ": ", std::strerror(errno)));
+  if (!folder) notKept(path, concat(kStateDirectory, "/", kDamaged, ": ", std::strerror(errno)));
   const auto pathOf = [&](const std::string& kept) {
     return concat(kStateDirectory, "/", kDamaged, "/", kept);
   };
@@ -52,8 +52,8 @@ std::string keepDamaged(const std::string& path) {
   }
   const std::string kept = concat(name, ".", numbers.empty() ? 1 : *numbers.rbegin() + 1);
   while (!folder.write(kept, *bytes))
-    if (errno != ENOSPC || !forgetOldest()) refuse(path, std::strerror(errno));
-  if (!folder.flush()) refuse(path, std::strerror(errno));
+    if (errno != ENOSPC || !forgetOldest()) notKept(path, std::strerror(errno));
+  if (!folder.flush()) notKept(path, std::strerror(errno));
   for (; numbers.size() >= kMostKept; numbers.erase(numbers.begin()))
     folder.remove(concat(name, ".", *numbers.begin()));
   return pathOf(kept);

@@ -10,15 +10,12 @@
 #include <map>
 
 #include "base/concat.h"
+#include "device/files.h"
 
 namespace camcfg::tool::device {
 namespace {
 
 constexpr std::uintmax_t kStatBlock = 512;  // of st_blocks
-
-std::string directoryOf(const std::string& path) {
-  return path.substr(0, path.rfind('/'));
-}
 
 bool maybeWritten(const std::string& path) {
   return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;

@@ -62,10 +62,10 @@ struct Entries {
   }
 };
 
-class Salvage {
+class EntrySalvage {
  public:
-  Salvage(XMLDocument& document, const std::vector<EntryList>& lists, const SalvageCopies& copies,
-          SalvageReport& report)
+  EntrySalvage(XMLDocument& document, const std::vector<EntryList>& lists,
+               const SalvageCopies& copies, SalvageReport& report)
       : copies_(copies), report_(report), lists_(lists) {
     for (std::size_t i = 0; i < copies.size(); ++i) addCandidates(i);
     judge(candidates_);
@@ -206,7 +206,7 @@ bool EntryList::knows(std::string_view name) const {
 
 bool salvageEntries(XMLDocument& document, const SalvageCopies& copies, SalvageReport& report) {
   const std::vector<EntryList> lists = listsOf(document);
-  if (!lists.empty()) const Salvage salvage(document, lists, copies, report);
+  if (!lists.empty()) const EntrySalvage salvage(document, lists, copies, report);
   return !lists.empty();
 }
 

@@ -151,9 +151,9 @@ class Counterparts {
   std::set<const FoundElement*> strange_;  // those, and what is in them
 };
 
-class Salvage {
+class ParameterSalvage {
  public:
-  Salvage(XMLDocument& document, const SalvageCopies& copies, SalvageReport& report)
+  ParameterSalvage(XMLDocument& document, const SalvageCopies& copies, SalvageReport& report)
       : copies_(copies), report_(report) {
     for (std::size_t i = 0; i < 2; ++i) counterparts_.emplace_back(document, copies[i]);
     salvageIn(document);
@@ -214,7 +214,7 @@ class Salvage {
 }  // namespace
 
 void salvageParameters(XMLDocument& document, const SalvageCopies& copies, SalvageReport& report) {
-  const Salvage salvage(document, copies, report);
+  const ParameterSalvage salvage(document, copies, report);
 }
 
 }  // namespace camcfg::tool::device

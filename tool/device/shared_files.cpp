@@ -15,10 +15,6 @@ constexpr int kMostLinks = 40;
 constexpr char kCircle[] = "circle";
 using Paths = std::vector<std::string>;
 
-std::string directoryOf(const std::string& path) {
-  return path.substr(0, path.rfind('/'));
-}
-
 // An absolute path without "." and "..", by its words only.
 std::string normal(const std::string& path) {
   Paths kept;

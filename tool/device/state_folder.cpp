@@ -19,14 +19,14 @@ constexpr int kAsDirectory = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 // Nobody but an intruder fills a directory with more.
 constexpr std::size_t kMostNames = 10000;
 
-[[noreturn]] void refuse(const std::string& why) {
+[[noreturn]] void refuseFolder(const std::string& why) {
   throw Refusal(concat(kStateDirectory, " ", why));
 }
 
 // Links are reported as "not a directory" as well.
 [[noreturn]] void refuseForErrno() {
-  if (errno == ENOTDIR || errno == ELOOP) refuse("is not a directory; move it away");
-  refuse(std::string("cannot be used: ") + std::strerror(errno));
+  if (errno == ENOTDIR || errno == ELOOP) refuseFolder("is not a directory; move it away");
+  refuseFolder(std::string("cannot be used: ") + std::strerror(errno));
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ StateFolder StateFolder::checked(int fd) {
   struct stat status {};
   if (!folder || fstat(fd, &status) != 0) refuseForErrno();
   if (status.st_uid != 0 && status.st_uid != geteuid())
-    refuse("belongs to another user; move it away");
+    refuseFolder("belongs to another user; move it away");
   return folder;
 }
 

@@ -23,7 +23,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr char kLocks[] = "/run/camcfg";
-constexpr std::chrono::milliseconds kInterval(10);
+constexpr std::chrono::milliseconds kLookInterval(10);
 
 bool isTaken = false;
 
@@ -65,7 +65,7 @@ void waitFor(int directory, const Patience& patience) {
     if (!isSaid && waited >= patience.untilSaid)
       announce(concat("waiting for ", holderOf(directory), ", which is changing the device"));
     isSaid = isSaid || waited >= patience.untilSaid;
-    std::this_thread::sleep_for(kInterval);
+    std::this_thread::sleep_for(kLookInterval);
   }
 }
 

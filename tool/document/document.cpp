@@ -29,7 +29,7 @@ std::vector<device::Section> collected() {
 }
 
 // "line 3, column 5: " of a byte that is counted from 1.
-std::string placeOf(std::size_t position, const std::string& text) {
+std::string placeOfByte(std::size_t position, const std::string& text) {
   const std::size_t byte = std::min(position == 0 ? 0 : position - 1, text.size());
   const std::string before = text.substr(0, byte);
   const std::size_t line = before.rfind('\n');
@@ -41,7 +41,7 @@ std::string placeOf(std::size_t position, const std::string& text) {
 // Of two members of one name the first counts and the second is a fault.
 Json parseJson(const std::string& text, settings::Faults& faults) {
   JsonText read = readJson(text);
-  if (read.fault != 0) throw Refusal(placeOf(read.fault, text) + shortened(read.reason));
+  if (read.fault != 0) throw Refusal(placeOfByte(read.fault, text) + shortened(read.reason));
   for (const std::string& place : read.repeated) faults.push_back({place, "it occurs here twice"});
   return std::move(read.value);
 }

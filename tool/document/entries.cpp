@@ -32,14 +32,14 @@ const char* memberFor(const Table& table, const std::string& word) {
   return isKey ? table.key : table.label;
 }
 
-const Json& keyOf(const Table& table, const Json& entry) {
+const Json& keyIn(const Table& table, const Json& entry) {
   return entry.at(table.key);
 }
 
 // Sections of entries, as they are and as they are to be.
-class Edit {
+class EntriesEdit {
  public:
-  Edit() {
+  EntriesEdit() {
     for (const Table* table : settings::mediaTables())
       all_.emplace_back(table, media::loadEntries(*table));
     before_ = all_;
@@ -62,7 +62,7 @@ class Edit {
           concat("there is no ", nameOf(table, sought), nearestEntry(table, sought, list)));
     std::vector<std::string> keys;
     keys.reserve(found.size());
-    for (const std::size_t i : found) keys.push_back(keyOf(table, list[i]).dump());
+    for (const std::size_t i : found) keys.push_back(keyIn(table, list[i]).dump());
     throw Refusal(concat("there is more than one ", nameOf(table, sought), "; give one of the ",
                          table.key, "s ", joined(keys)));
   }
@@ -71,7 +71,7 @@ class Edit {
   Outcome carryOut(const Table& table, std::size_t index, const ImportOptions& options) {
     Target target = read();
     const Json& entry = entries(table)[index];
-    const std::string place = placeOf(table.place, keyOf(table, entry));
+    const std::string place = placeOf(table.place, keyIn(table, entry));
     nameByKeys(sectionOf(table), entries(table), target.faults);
     for (const settings::Fault& fault : danglingIn(table, place, entry, all_)) {
       const auto isSame = [&](const settings::Fault& other) { return other.place == fault.place; };
@@ -104,7 +104,7 @@ class Edit {
 
 void requireNew(const Table& table, const Json& key, const Json& entries) {
   if (std::any_of(entries.begin(), entries.end(),
-                  [&](const Json& entry) { return keyOf(table, entry) == key; }))
+                  [&](const Json& entry) { return keyIn(table, entry) == key; }))
     throw Refusal("there is already " + nameOf(table, key));
 }
 
@@ -120,7 +120,7 @@ void requireUnused(const Table& table, const Json& key, Entries all) {
 
 Outcome addEntry(const Table& table, const std::string& word,
                  const std::vector<std::string>& members, const ImportOptions& options) {
-  Edit edit;
+  EntriesEdit edit;
   Json entry = Json::object();
   const char* member = memberFor(table, word);
   for (const std::string& given : members)
@@ -134,22 +134,22 @@ Outcome addEntry(const Table& table, const std::string& word,
     throw Refusal(Status::Usage, concat("which ", table.key, "? give ", table.key, "=NUMBER"));
   Json& entries = edit.entries(table);
   resolveNames(table.settings, edit.all(), entry);
-  requireNew(table, keyOf(table, entry), entries);
+  requireNew(table, keyIn(table, entry), entries);
   entries.push_back(settings::withAssumed(table, entry));
   return edit.carryOut(table, entries.size() - 1, options);
 }
 
 Outcome setEntry(const Table& table, const std::string& word,
                  const std::vector<std::string>& members, const ImportOptions& options) {
-  Edit edit;
+  EntriesEdit edit;
   const std::size_t index = edit.require(table, word);
   Json& entry = edit.entries(table)[index];
-  const Json key = keyOf(table, entry);
+  const Json key = keyIn(table, entry);
   Json changed = entry;
   assign(table.settings, members, placeOf(table.place, key), changed);
   resolveNames(table.settings, edit.all(), changed);
-  if (keyOf(table, changed) != key) {
-    requireNew(table, keyOf(table, changed), edit.entries(table));
+  if (keyIn(table, changed) != key) {
+    requireNew(table, keyIn(table, changed), edit.entries(table));
     requireUnused(table, key, edit.all());
   }
   entry = settings::withAssumed(table, changed);
@@ -158,8 +158,8 @@ Outcome setEntry(const Table& table, const std::string& word,
 
 Outcome deleteEntry(const Table& table, const std::string& word, bool cascade,
                     const ImportOptions& options) {
-  Edit edit;
-  const Json key = keyOf(table, edit.entries(table)[edit.require(table, word)]);
+  EntriesEdit edit;
+  const Json key = keyIn(table, edit.entries(table)[edit.require(table, word)]);
   const std::vector<std::string> others = takeAway(table, key, edit.all());
   if (!others.empty() && !cascade)
     throw Refusal(

@@ -20,7 +20,7 @@ namespace camcfg::tool::document {
 namespace {
 
 // Sections as they are to be.
-class Edit {
+class ValuesEdit {
  public:
   void set(const std::string& place, const std::string& text) {
     if (!isInDocument(place)) return setParameter(place, text);
@@ -169,7 +169,7 @@ Outcome getSingle(const std::string& place) {
 
 Outcome setSingles(const std::vector<std::pair<std::string, std::string>>& assignments,
                    const ImportOptions& options) {
-  Edit edit;
+  ValuesEdit edit;
   std::vector<std::string> faults;
   for (const auto& [place, text] : assignments) try {
       edit.set(place, text);
@@ -182,7 +182,7 @@ Outcome setSingles(const std::vector<std::pair<std::string, std::string>>& assig
 }
 
 Outcome resetSingle(const std::string& place, const ImportOptions& options) {
-  Edit edit;
+  ValuesEdit edit;
   edit.reset(place);
   return edit.carryOut(options);
 }

@@ -17,10 +17,6 @@ bool canBeRead(const std::string& bytes) {
   return !device::parsed(bytes)->Error();
 }
 
-std::string identityOf(const Finding& finding) {
-  return lint::identityOf(finding.file, finding.rule->id, finding.text);
-}
-
 // Findings of one rule in one file.
 using Counts = std::map<std::pair<std::string, const Rule*>, int>;
 

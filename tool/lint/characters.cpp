@@ -16,13 +16,8 @@ namespace {
 constexpr std::string_view kInvisible[] = {"\u00a0", "\u00ad", "\u200b", "\u200e",
                                            "\u200f", "\u2060", "\ufeff"};
 
-bool hasHigh(std::string_view bytes) {
-  return std::any_of(bytes.begin(), bytes.end(),
-                     [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
 bool hasInvisible(std::string_view name) {
-  return hasHigh(name) &&
+  return hasHighBytes(name) &&
          std::any_of(std::begin(kInvisible), std::end(kInvisible), [&](std::string_view character) {
            return name.find(character) != std::string_view::npos;
          });
@@ -52,7 +47,7 @@ bool isEncodedTwice(std::string_view text) {
 // What a value holds may be a secret.
 void checkValue(const MarkedText& text, const Markup& piece, const MarkupAttribute& attribute,
                 Findings& findings) {
-  if (!hasHigh(attribute.value)) return;
+  if (!hasHighBytes(attribute.value)) return;
   const auto add = [&](const char* what) {
     findings.add(kDamagedText, text.lineOf(attribute.name),
                  concat(tag(piece.name), ": \"", clipped(attribute.name), "\" ", what));

@@ -20,7 +20,7 @@ std::string uriOf(const std::string& path) {
 class Fingerprints {
  public:
   std::string next(const Finding& finding) {
-    const std::string identity = identityOf(finding.file, finding.rule->id, finding.text);
+    const std::string identity = identityOf(finding);
     return device::hashOf(concat(identity, '\n', ++counts_[identity]));
   }
 

@@ -156,7 +156,7 @@ void checkPictures(const Item& instance) {
 constexpr std::uint32_t kLocalMulticast = 0xe0000000;
 constexpr std::uint32_t kLocalMask = 0xffffff00;
 
-void checkMulticast(const Item& instance) {
+void checkReach(const Item& instance) {
   if (!isOn(instance, "MulticastEnable", "false")) return;
   if (settings::integerIn(instance.element, "MulticastTTL") == 0)
     instance.addOf(kMulticastTtl, "MulticastTTL", " 0 keeps it on the device");
@@ -175,7 +175,7 @@ void checkInstance(const Item& instance, Firsts& names) {
   if (!name.empty())
     takeOnce(kStreamNameTwice, instance, "MainStreamName", inLowerCase(name), "that", names);
   if (isOn(instance, "DiscoveryServerEnable", "false")) checkDiscovery(instance);
-  checkMulticast(instance);
+  checkReach(instance);
 }
 
 // The shortest and the longest pass phrase of the protocol.
@@ -246,7 +246,7 @@ void checkSrt(const Item& instance, Calls& calls) {
            calls.callers);
 }
 
-void checkNames(const Elements& entries, Findings& findings) {
+void checkEachName(const Elements& entries, Findings& findings) {
   for (const XMLElement* entry : entries)
     Item{*entry, tag(entry->Name()), findings}.checkName("Name");
 }
@@ -269,7 +269,7 @@ void checkSessionName(const Item& session, Firsts& names) {
                          " except for case or the first slash"));
 }
 
-Item itemOf(const XMLElement& entry, Findings& findings) {
+Item entryOf(const XMLElement& entry, Findings& findings) {
   return {entry, concat(tag(entry.Name()), " ", quoted(textOf(entry, "Id"))), findings};
 }
 
@@ -278,7 +278,7 @@ Item itemOf(const XMLElement& entry, Findings& findings) {
 void checkServices(const Source& source, Findings& findings) {
   const XMLDocument& document = *source.document;
   for (const settings::Table* table : settings::mediaTables())
-    checkNames(entriesIn(document, *table), findings);
+    checkEachName(entriesIn(document, *table), findings);
   for (const auto* table :
        {&settings::streamSources(), &settings::streamCaches(), &settings::websocket()})
     checkEqualNames(entriesIn(document, *table), "Name", std::string("this ") + table->entry,
@@ -289,18 +289,18 @@ void checkServices(const Source& source, Findings& findings) {
     checkHasChannels(item, "Channel");
     checkSessionName(item, sessions);
     const Elements channels = media::entriesOf(*session, {"Channel"});
-    checkNames(channels, findings);
+    checkEachName(channels, findings);
     checkEqualNames(channels, "Name", "this channel", findings);
   }
   Firsts urls;
   for (const XMLElement* target : entriesIn(document, settings::rtmp()))
-    checkTarget(itemOf(*target, findings), urls);
+    checkTarget(entryOf(*target, findings), urls);
   Firsts names;
   for (const XMLElement* instance : entriesIn(document, settings::ndi()))
-    checkInstance(itemOf(*instance, findings), names);
+    checkInstance(entryOf(*instance, findings), names);
   Calls calls;
   for (const XMLElement* instance : entriesIn(document, settings::srt()))
-    checkSrt(itemOf(*instance, findings), calls);
+    checkSrt(entryOf(*instance, findings), calls);
 }
 
 }  // namespace camcfg::tool::lint

@@ -48,6 +48,10 @@ std::string identityOf(const std::string& file, const std::string& rule, const s
   return concat(file, '\n', rule, '\n', plain);
 }
 
+std::string identityOf(const Finding& finding) {
+  return identityOf(finding.file, finding.rule->id, finding.text);
+}
+
 void Steering::set(const std::string& word) {
   const std::size_t sign = word.find('=');
   const std::string level = sign == std::string::npos ? "" : word.substr(sign + 1);
@@ -80,7 +84,7 @@ void Steering::apply(std::vector<Finding>& findings) {
       if (!severity->second) return true;
       finding.severity = *severity->second;
     }
-    const auto known = baseline_.find(identityOf(finding.file, finding.rule->id, finding.text));
+    const auto known = baseline_.find(identityOf(finding));
     if (known == baseline_.end() || known->second == 0) return false;
     --known->second;
     ++known_;

@@ -40,6 +40,7 @@ class Steering {
 
 /// What a finding is known by wherever it moves in its file: its file, rule and text, without lines.
 std::string identityOf(const std::string& file, const std::string& rule, const std::string& text);
+std::string identityOf(const Finding& finding);
 
 }  // namespace camcfg::tool::lint
 

@@ -15,11 +15,6 @@ namespace camcfg::tool::lint {
 namespace {
 
 using Kind = Markup::Kind;
-bool hasHigh(std::string_view bytes) {
-  return std::any_of(bytes.begin(), bytes.end(),
-                     [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
 // Characters that XML has no place for, whichever way they are written.
 bool isControl(unsigned long character) {
   return character < 0x20 && character != '\t' && character != '\n' && character != '\r';
@@ -47,7 +42,7 @@ bool checkEncoding(const MarkedText& text, Findings& findings) {
   if (encoding.empty() || isSameWord(encoding, "UTF-8") || isSameWord(encoding, "UTF8"))
     return false;
   const auto high = std::find_if(declaration, text.pieces.end(), [](const Markup& piece) {
-    return (piece.isElement() || piece.kind == Kind::Text) && hasHigh(piece.all);
+    return (piece.isElement() || piece.kind == Kind::Text) && hasHighBytes(piece.all);
   });
   const std::string what = concat("the encoding ", quoted(encoding), " is not followed");
   if (high != text.pieces.end())

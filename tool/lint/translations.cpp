@@ -147,7 +147,7 @@ std::vector<Translated> translationsOf(const std::string& key, const Languages& 
   return all;
 }
 
-constexpr char kSuffix[] = ".xml";
+constexpr char kFileSuffix[] = ".xml";
 
 // The files of texts that go with a file of parameters: a device's, or those given with it.
 struct TextFiles {
@@ -155,7 +155,7 @@ struct TextFiles {
   std::vector<std::string> names;
 
   std::string whyMissing(const std::string& language) const {
-    const std::string name = language + kSuffix;
+    const std::string name = language + kFileSuffix;
     return isAmong(names, name) ? "" : concat(": there is no ", directory, clipped(name));
   }
 };

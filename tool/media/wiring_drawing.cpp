@@ -15,7 +15,7 @@ constexpr int kHeight = 24;  // of a node
 constexpr int kTop = 64;     // of the first node
 constexpr int kHeading = 26;
 constexpr int kWidth = 1000;
-constexpr std::size_t kColours = 12;
+constexpr std::size_t kFlowColours = 12;
 constexpr std::size_t kLongest = 300;  // characters of a title
 
 struct Column {
@@ -28,7 +28,7 @@ constexpr Column kSources{"Stream sources", 10, 190, 27};
 constexpr Column kCaches{"Stream caches", 340, 210, 30};
 constexpr Column kSessions{"What the services send", 680, 310, 52};
 
-struct Node {
+struct Box {
   std::string name;   // as remarks have it
   std::string label;  // what is written in it
   std::string title;  // what is said of it
@@ -48,7 +48,7 @@ struct Edge {
 };
 
 // The places nearest to those that are wanted, in order and a pitch apart.
-void spread(std::vector<Node>& nodes) {
+void spread(std::vector<Box>& nodes) {
   struct Block {
     double sum;
     double weight;
@@ -155,7 +155,7 @@ class Drawing {
       const std::string id = cache.at("id").dump();
       const std::string& name = cache.at("name").text();
       const std::string& size = cache.at("size").text();
-      Node node{"cache " + id, "", "", ""};
+      Box node{"cache " + id, "", "", ""};
       write(node.label, id, "  ", cutTo(name, kCaches.characters - 12), "  ", size);
       write(node.title, node.name, ", ", name, ", ", size);
       caches_.push_back(std::move(node));
@@ -195,7 +195,7 @@ class Drawing {
   }
 
   // The node of an id; one that stands for what is missing if there is none.
-  static std::size_t require(std::vector<Node>& nodes, const char* kind, const Json& id) {
+  static std::size_t require(std::vector<Box>& nodes, const char* kind, const Json& id) {
     const std::string name = concat(kind, " ", id.dump());
     for (std::size_t i = 0; i < nodes.size(); ++i)
       if (nodes[i].name == name) return i;
@@ -238,22 +238,22 @@ class Drawing {
   }
 
   // Nodes want to be where those are that they are connected to.
-  static void pull(const std::vector<Edge>& edges, std::vector<Node>& from,
-                   const std::vector<Node>& to) {
+  static void pull(const std::vector<Edge>& edges, std::vector<Box>& from,
+                   const std::vector<Box>& to) {
     for (const Edge& edge : edges) {
       const double weight = edge.flow == Flow::Allowed ? 0.2 : 1;
-      Node& node = from[edge.from];
+      Box& node = from[edge.from];
       node.wanted += (to[edge.to].y - kTop) * weight;
       node.weight += weight;
     }
-    for (Node& node : from)
+    for (Box& node : from)
       if (node.weight > 0) node.wanted /= node.weight;
   }
 
   int height() const {
     int lowest = kTop;
-    for (const std::vector<Node>* nodes : {&sources_, &caches_, &sessions_})
-      for (const Node& node : *nodes) lowest = std::max(lowest, node.y);
+    for (const std::vector<Box>* nodes : {&sources_, &caches_, &sessions_})
+      for (const Box& node : *nodes) lowest = std::max(lowest, node.y);
     return lowest + kHeight + 50;
   }
 
@@ -277,8 +277,8 @@ class Drawing {
       write(text, "&#10;and ", std::to_string(remarks.size() - kMost), " more");
   }
 
-  void addNodes(const Column& column, const std::vector<Node>& nodes, std::string& text) const {
-    for (const Node& node : nodes) {
+  void addNodes(const Column& column, const std::vector<Box>& nodes, std::string& text) const {
+    for (const Box& node : nodes) {
       const auto remarks = remarks_.find(node.name);
       const bool isMarked = remarks != remarks_.end();
       write(text, "<g class=\"node", *node.look == '\0' ? "" : " ", node.look,
@@ -293,19 +293,19 @@ class Drawing {
   }
 
   // Edges of one cache have one colour, so that the eye can follow them.
-  static std::string lookOf(const Edge& edge, const Node& from) {
+  static std::string lookOf(const Edge& edge, const Box& from) {
     constexpr const char* kFlows[] = {" carried", " may", ""};
     std::string look = "off";
     if (std::string_view(from.look) == "missing")
       look = "missing";
     else if (!edge.isOff)
-      look = "c" + std::to_string((edge.flow == Flow::Sent ? edge.from : edge.to) % kColours);
+      look = "c" + std::to_string((edge.flow == Flow::Sent ? edge.from : edge.to) % kFlowColours);
     return look + kFlows[static_cast<std::size_t>(edge.flow)];
   }
 
   static void addEdges(const std::vector<Edge>& edges, const Column& left,
-                       const std::vector<Node>& from, const Column& right,
-                       const std::vector<Node>& to, std::string& text) {
+                       const std::vector<Box>& from, const Column& right,
+                       const std::vector<Box>& to, std::string& text) {
     std::map<std::string, std::string> paths;
     const int begin = left.left + left.width;
     const int middle = (begin + right.left) / 2;
@@ -322,9 +322,9 @@ class Drawing {
   const Json& remarks_;
   std::vector<Json> entries_;  // of the caches that are there
   std::vector<Json> wired_;    // the sessions
-  std::vector<Node> sources_;
-  std::vector<Node> caches_;
-  std::vector<Node> sessions_;
+  std::vector<Box> sources_;
+  std::vector<Box> caches_;
+  std::vector<Box> sessions_;
   std::vector<std::pair<int, std::string>> services_;  // headings, and where they are
   std::vector<Edge> carried_;                          // from sources to caches
   std::vector<Edge> sent_;                             // from caches to sessions

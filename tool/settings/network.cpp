@@ -14,7 +14,7 @@
 namespace camcfg::tool::settings {
 namespace {
 
-using Record = tagNETWORK_CFG_S;
+using Card = tagNETWORK_CFG_S;
 
 constexpr char kLabelCharacters[] =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-";
@@ -55,12 +55,12 @@ Row row(const char* member, const char* element, Kind kind, const char* help) {
 
 // The record has the system's name of an interface, not the file's word.
 Json writeInterface(const void* record) {
-  return CFG_NETWORK_IntfEthName2XmlStr(static_cast<const Record*>(record)->acIntf);
+  return CFG_NETWORK_IntfEthName2XmlStr(static_cast<const Card*>(record)->acIntf);
 }
 
 void readInterface(const Node& node, void* record) {
   const std::string system = CFG_NETWORK_IntfXmlStr2EthName(node.value().text().c_str());
-  if (system.empty() || !fieldOf<&Record::acIntf>().setText(record, system))
+  if (system.empty() || !fieldOf<&Card::acIntf>().setText(record, system))
     node.refuse("there is no such interface");
 }
 
@@ -68,65 +68,65 @@ Settings makeCardSettings() {
   const std::vector<Word> onOff = {{"Off", BU_FALSE, nullptr, "no"},
                                    {"On", BU_TRUE, nullptr, "yes"}};
   return {
-      row<&Record::enEnable>("enable", "Enable", Kind::Switch, "Whether it is in use").of(onOff),
-      row<&Record::enAutoneg>("autoneg", "Autoneg", Kind::Switch,
-                              "Whether speed and duplex are negotiated")
+      row<&Card::enEnable>("enable", "Enable", Kind::Switch, "Whether it is in use").of(onOff),
+      row<&Card::enAutoneg>("autoneg", "Autoneg", Kind::Switch,
+                            "Whether speed and duplex are negotiated")
           .of(onOff),
-      row<&Record::enDuplex>("duplex", "Duplex", Kind::Word,
-                             "Whether it sends and receives at the same time")
+      row<&Card::enDuplex>("duplex", "Duplex", Kind::Word,
+                           "Whether it sends and receives at the same time")
           .of({{"Half", LINK_DUPLEX_HALF}, {"Full", LINK_DUPLEX_FULL}}),
-      row<&Record::enSpeed>("speed", "Speed", Kind::Word, "Bits per second")
+      row<&Card::enSpeed>("speed", "Speed", Kind::Word, "Bits per second")
           .of({{"10M", LINK_SPEED_10M}, {"100M", LINK_SPEED_100M}, {"1000M", LINK_SPEED_1000M}}),
-      row<&Record::s32MTU>("mtu", "MTU", Kind::Integer, "Largest packet that it sends")
+      row<&Card::s32MTU>("mtu", "MTU", Kind::Integer, "Largest packet that it sends")
           .within(68, 9216)
           .in("bytes")
           .byWholeName(),
-      row<&Record::acIntf>("intf", "Intf", Kind::Word, "Interface of the system that it drives")
+      row<&Card::acIntf>("intf", "Intf", Kind::Word, "Interface of the system that it drives")
           .of({{"Eth0", 0, nullptr, "eth0"},
                {"Eth1", 1, nullptr, "eth1"},
                {"Wlan0", 2, nullptr, "wlan0"}})
           .called("interface")
           .by(writeInterface, readInterface),
-      row<&Record::enIpMode>("ipMode", "IpMode", Kind::Word, "Where its address comes from")
+      row<&Card::enIpMode>("ipMode", "IpMode", Kind::Word, "Where its address comes from")
           .of({{"DhcpIp", IP_MODE_DHCP, nullptr, "dhcp", {"DnsMode", "AutoMode"}},
                {"StaticIp", IP_MODE_STATIC, nullptr, "static"}})
           .called("mode"),
       // A card that gets its address from the network needs none in the file.
-      row<&Record::acIpAddr>("ipAddr", "IpAddr", Kind::Text, "Address")
+      row<&Card::acIpAddr>("ipAddr", "IpAddr", Kind::Text, "Address")
           .checked(whyNotAnAddress)
           .neededIf("IpMode", "StaticIp")
           .called("address")
           .onlyWith("IpMode", "StaticIp")
           .prefixSets("NetMask"),
-      row<&Record::acNetMask>("netMask", "NetMask", Kind::Text, "Netmask")
+      row<&Card::acNetMask>("netMask", "NetMask", Kind::Text, "Netmask")
           .checked(whyNotAMask)
           .neededIf("IpMode", "StaticIp")
           .called("netmask")
           .onlyWith("IpMode", "StaticIp"),
-      row<&Record::acGateWay>("gateWay", "GateWay", Kind::Text, "Gateway")
+      row<&Card::acGateWay>("gateWay", "GateWay", Kind::Text, "Gateway")
           .checked(whyNotAnOptionalAddress)
           .called("gateway")
           .onlyWith("IpMode", "StaticIp"),
-      row<&Record::enDnsMode>("dnsMode", "DnsMode", Kind::Word, "Where its name servers come from")
+      row<&Card::enDnsMode>("dnsMode", "DnsMode", Kind::Word, "Where its name servers come from")
           .of({{"AutoMode", DNS_MODE_AUTO, nullptr, "auto"},
                {"ManualMode", DNS_MODE_MANUAL, nullptr, "manual"}}),
-      row<&Record::acDns1>("dns1", "Dns1", Kind::Text, "First name server set by hand")
+      row<&Card::acDns1>("dns1", "Dns1", Kind::Text, "First name server set by hand")
           .checked(whyNotAServer)
           .called("dns")
           .onlyWith("DnsMode", "ManualMode"),
-      row<&Record::acDns2>("dns2", "Dns2", Kind::Text, "Second name server set by hand")
+      row<&Card::acDns2>("dns2", "Dns2", Kind::Text, "Second name server set by hand")
           .checked(whyNotAServer)
           .called("dns")
           .onlyWith("DnsMode", "ManualMode"),
-      row<&Record::acDnsSearch>("dnsSearch", "DnsSearch", Kind::Text, "Search domains")
+      row<&Card::acDnsSearch>("dnsSearch", "DnsSearch", Kind::Text, "Search domains")
           .checked(whyNotDomains)
           .byWholeName(),
-      row<&Record::acDhcpDns1>("dhcpDns1", "DhcpDns1", Kind::Text,
-                               "First name server learnt from DHCP")
+      row<&Card::acDhcpDns1>("dhcpDns1", "DhcpDns1", Kind::Text,
+                             "First name server learnt from DHCP")
           .checked(whyNotAServer)
           .byWholeName(),
-      row<&Record::acDhcpDns2>("dhcpDns2", "DhcpDns2", Kind::Text,
-                               "Second name server learnt from DHCP")
+      row<&Card::acDhcpDns2>("dhcpDns2", "DhcpDns2", Kind::Text,
+                             "Second name server learnt from DHCP")
           .checked(whyNotAServer)
           .byWholeName(),
   };

@@ -10,7 +10,7 @@
 namespace camcfg::tool::settings {
 namespace {
 
-using Record = tagPRESET_CFG_S;
+using Preset = tagPRESET_CFG_S;
 
 constexpr std::size_t kLongestDescription = PRESET_DESC_SIZE - 1;
 
@@ -33,25 +33,25 @@ Row number(const char* name, const char* attribute, const char* help) {
 
 const Settings& presetSettings() {
   static const Settings settings = {
-      integer<&Record::s32Id>(kPresetId, "Id", kRequired, "Id from 0 to 128")
+      integer<&Preset::s32Id>(kPresetId, "Id", kRequired, "Id from 0 to 128")
           .within(0, PRESET_ID_MAX)
           .listed("ID"),
-      text<&Record::s8Description>(kPresetDescription, "Description", kExpected,
+      text<&Preset::s8Description>(kPresetDescription, "Description", kExpected,
                                    "Text of up to 63 bytes")
           .checked(whyNotADescription)
           .option("--description")
           .listed("DESCRIPTION", 1),
-      number<&Record::s32PanPos>("pan", "PanPos", "Pan position").option("--pan").listed("PAN"),
-      number<&Record::s32TiltPos>("tilt", "TiltPos", "Tilt position")
+      number<&Preset::s32PanPos>("pan", "PanPos", "Pan position").option("--pan").listed("PAN"),
+      number<&Preset::s32TiltPos>("tilt", "TiltPos", "Tilt position")
           .option("--tilt")
           .listed("TILT"),
-      number<&Record::s32ZoomPos>("zoom", "ZoomPos", "Zoom position")
+      number<&Preset::s32ZoomPos>("zoom", "ZoomPos", "Zoom position")
           .option("--zoom")
           .listed("ZOOM"),
-      number<&Record::s32FocusPos>("focus", "FocusPos", "Focus position")
+      number<&Preset::s32FocusPos>("focus", "FocusPos", "Focus position")
           .option("--focus")
           .listed("FOCUS"),
-      number<&Record::s32FocusMode>("focusMode", "FocusMode", "Focus mode")
+      number<&Preset::s32FocusMode>("focusMode", "FocusMode", "Focus mode")
           .option("--focus-mode")
           .labelled("focus mode")
           .listed("FOCUS MODE"),

@@ -17,7 +17,7 @@ using tinyxml2::XMLElement;
 constexpr char kChannel[] = "Channel";
 
 // The first word's value if it is none of them, which is a fault.
-Json readWord(const Setting& setting, const Node& node) {
+Json readListedWord(const Setting& setting, const Node& node) {
   std::vector<std::string> texts;
   std::vector<std::string> inJson;
   if (node.isHeld()) return node.value();
@@ -39,7 +39,7 @@ void readInto(const Setting& setting, const Node& node, void* record) {
   else if (setting.kind == Kind::List)
     fromJsonArray(node, *setting.inner, field.at(record), field.append);
   else if (setting.kind == Kind::Word)
-    store(setting, readWord(setting, node), record);
+    store(setting, readListedWord(setting, node), record);
   else
     store(setting, readValue(setting, node, setting.limits), record);
 }

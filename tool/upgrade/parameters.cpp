@@ -36,7 +36,7 @@ struct Leaf {
   }
 };
 
-std::string textOf(const Json& value) {
+std::string plainTextOf(const Json& value) {
   return value.is_string() ? value.text() : value.dump();
 }
 
@@ -117,8 +117,8 @@ void put(const std::string& place, const Leaf& leaf, const Leaf& user, const Jso
   if (value.is_null() || value == factory) return;
   const Permitted permitted =
       leaf.attribute == "Cur" && value == user.value()
-          ? permittedFor(*leaf.element, user.element, textOf(value), textOf(factory))
-          : Permitted{textOf(value), ""};
+          ? permittedFor(*leaf.element, user.element, plainTextOf(value), plainTextOf(factory))
+          : Permitted{plainTextOf(value), ""};
   // The document is the one that the caller handed over to be changed.
   const_cast<XMLElement*>(leaf.element)
       ->SetAttribute(leaf.attribute.c_str(), permitted.value.c_str());

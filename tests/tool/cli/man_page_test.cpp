@@ -10,11 +10,11 @@ using namespace tool::cli;
 using testing::HasSubstr;
 using testing::Not;
 
-Answer nothing(const Arguments& /*arguments*/) {
+Answer answerNothing(const Arguments& /*arguments*/) {
   return {};
 }
 
-const std::vector<CommandGroup> kGroups = {
+const std::vector<CommandGroup> kManualGroups = {
     {"First",
      {{"take",
        "Takes things",
@@ -23,17 +23,17 @@ const std::vector<CommandGroup> kGroups = {
         {Option::Flag, "--quick", "A flag"},
         {Option::Value, "--pan", "A value"},
         {Option::HostDirectory, "--into", "A directory"}},
-       nothing},
-      {"secret", "For programs", {}, nothing, Status::Refused, true}}},
+       answerNothing},
+      {"secret", "For programs", {}, answerNothing, Status::Refused, true}}},
     {"First",
      {{"cache", "Has others below it", {{Option::Argument, "ID", "A number"}}, nullptr},
-      {"cache select", "Below that", {{Option::HostFile, "FILE", "A file"}}, nothing}}}};
+      {"cache select", "Below that", {{Option::HostFile, "FILE", "A file"}}, answerNothing}}}};
 
 const std::vector<Topic> kTopics = {{"exit-status", "Statuses", "  0  done\n"},
                                     {"other", "Something else", "Text.\n"}};
 
 TEST(ManPageTest, CommandsAreListedUnderTheirGroupWithAllTheyTake) {
-  EXPECT_THAT(manPage(kGroups, kTopics),
+  EXPECT_THAT(manPage(kManualGroups, kTopics),
               HasSubstr(".SH COMMANDS\n"
                         ".SS First\n"
                         ".TP\n\\fBtake\\fR \\fIONE\\fR [\\fIMORE\\fR...]\n"
@@ -53,18 +53,18 @@ TEST(ManPageTest, CommandsAreListedUnderTheirGroupWithAllTheyTake) {
 }
 
 TEST(ManPageTest, ProgramsOwnCommandsAreLeftOut) {
-  EXPECT_THAT(manPage(kGroups, kTopics), Not(HasSubstr("secret")));
+  EXPECT_THAT(manPage(kManualGroups, kTopics), Not(HasSubstr("secret")));
 }
 
 TEST(ManPageTest, TopicsAreSectionsOrNotes) {
-  EXPECT_THAT(manPage(kGroups, kTopics),
+  EXPECT_THAT(manPage(kManualGroups, kTopics),
               HasSubstr(".SH EXIT STATUS\n.RS 2\n.nf\n0  done\n.fi\n.RE\n"
                         ".SH NOTES\n.SS Something else\nText.\n"
                         ".SH SEE ALSO\n"));
 }
 
 TEST(ManPageTest, OptionsOfEveryCommandHaveASection) {
-  EXPECT_THAT(manPage(kGroups, kTopics),
+  EXPECT_THAT(manPage(kManualGroups, kTopics),
               HasSubstr(".SH OPTIONS\n.TP\n\\fB\\-h\\fR, \\fB\\-\\-help\\fR\nShow this help.\n"));
 }
 

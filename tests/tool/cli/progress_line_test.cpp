@@ -55,7 +55,7 @@ Answer work(const Arguments& arguments) {
   return answer;
 }
 
-const std::vector<CommandGroup> kGroups = {
+const std::vector<CommandGroup> kSlowGroups = {
     {"First",
      {{"work",
        "Works",
@@ -67,7 +67,7 @@ const std::vector<CommandGroup> kGroups = {
 
 void run(std::vector<const char*> words) {
   words.insert(words.begin(), "camcfg");
-  _exit(runProgram(kGroups, static_cast<int>(words.size()), words.data()));
+  _exit(runProgram(kSlowGroups, static_cast<int>(words.size()), words.data()));
 }
 
 /// What a command shows at a terminal.

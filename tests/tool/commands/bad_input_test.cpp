@@ -16,14 +16,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Words = std::vector<std::string>;
 using Tree = std::map<std::string, std::string>;
 
-constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
-
 // Stands for the path of an input file.
-constexpr char kDocument[] = "@document";
-constexpr char kPresetTable[] = "@presets";
+constexpr char kDocumentFile[] = "@document";
+constexpr char kPresetTableFile[] = "@presets";
 
 const std::vector<Words> kReading = {{"list"},
                                      {"get", "System", "Rtsp"},
@@ -54,11 +51,11 @@ const std::vector<Words> kWriting = {{"set", "System", "Rtsp", "8554"},
                                      {"preset", "set", "0", "--pan", "3"},
                                      {"preset", "add", "--pan", "3"},
                                      {"preset", "delete", "0"},
-                                     {"preset", "import", kPresetTable},
+                                     {"preset", "import", kPresetTableFile},
                                      {"stream", "cache", "0", "select", "1"},
                                      {"stream", "cache", "0", "default", "1"},
                                      {"stream", "cache", "0", "allow", "0", "1"},
-                                     {"import", kDocument},
+                                     {"import", kDocumentFile},
                                      {"reset", "System", "WebHttp"},
                                      {"reset", "--section", "System"},
                                      {"reset", "--section", "NetWork"},
@@ -93,8 +90,8 @@ class BadInputTest : public SampleTest {
 
   Words ready(Words words) const {
     for (std::string& word : words) {
-      if (word == kDocument) word = input("/document.json");
-      if (word == kPresetTable) word = input("/presets.csv");
+      if (word == kDocumentFile) word = input("/document.json");
+      if (word == kPresetTableFile) word = input("/presets.csv");
     }
     return words;
   }
@@ -131,14 +128,14 @@ class BadInputTest : public SampleTest {
   }
 
   void writeMains(const char* contents) const {
-    for (const std::string name : kNames) device.write("/cfg0/" + name, contents);
+    for (const std::string name : kFileNames) device.write("/cfg0/" + name, contents);
   }
 
   testkit::DeviceRoot inputs_{testkit::DeviceRoot::StayOut};
 };
 
 TEST_F(BadInputTest, MissingMainCopiesAreUnusableForEveryCommand) {
-  for (const std::string name : kNames) device.remove("/cfg0/" + name);
+  for (const std::string name : kFileNames) device.remove("/cfg0/" + name);
   expectAllRefused(3);
 }
 
@@ -183,7 +180,7 @@ TEST_F(BadInputTest, CommandsForDamagedDevicesAnswerAndChangeNothing) {
 }
 
 TEST_F(BadInputTest, DeviceThatMayOnlyBeReadIsChangedByNothing) {
-  for (const std::string name : kNames)
+  for (const std::string name : kFileNames)
     for (const char* directory : {"/cfg0/", "/cfg1/"}) {
       const std::string why = giveToAnother(device.hostPath() + directory + name);
       if (!why.empty()) GTEST_SKIP() << why;
@@ -197,7 +194,8 @@ TEST_F(BadInputTest, DeviceThatMayOnlyBeReadIsChangedByNothing) {
 TEST_F(BadInputTest, FullDiskIsReportedBeforeAnythingIsWritten) {
   const SmallDisk disk(device.hostPath() + "/cfg1", "64k");
   if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
-  for (const std::string name : kNames) device.write("/cfg1/" + name, device.read("/cfg0/" + name));
+  for (const std::string name : kFileNames)
+    device.write("/cfg1/" + name, device.read("/cfg0/" + name));
   // Up to the last block.
   std::ofstream(device.hostPath() + "/cfg1/filler") << std::string(64 << 10, 'x');
   for (const Words& words : kWriting) expectRefused(words, 1);
@@ -206,7 +204,8 @@ TEST_F(BadInputTest, FullDiskIsReportedBeforeAnythingIsWritten) {
 TEST_F(BadInputTest, DiskMountedReadOnlyIsReportedBeforeAnythingIsWritten) {
   const SmallDisk disk(device.hostPath() + "/cfg1", "64k");
   if (!disk.fault().empty()) GTEST_SKIP() << disk.fault();
-  for (const std::string name : kNames) device.write("/cfg1/" + name, device.read("/cfg0/" + name));
+  for (const std::string name : kFileNames)
+    device.write("/cfg1/" + name, device.read("/cfg0/" + name));
   ASSERT_TRUE(disk.makeReadOnly());
   for (const Words& words : kWriting) expectRefused(words, 1);
 }
@@ -271,10 +270,10 @@ TEST_F(BadInputTest, InputThatIsNoDocumentIsRefused) {
         std::string(3, '\0'), std::string("<System/>")}) {
     inputs_.write("/document.json", text);
     SCOPED_TRACE(text.substr(0, 20));
-    expectRefused({"import", kDocument}, 1);
-    expectRefused({"diff", kDocument}, 2);
+    expectRefused({"import", kDocumentFile}, 1);
+    expectRefused({"diff", kDocumentFile}, 2);
     inputs_.write("/presets.csv", text);
-    expectRefused({"preset", "import", kPresetTable}, 1);
+    expectRefused({"preset", "import", kPresetTableFile}, 1);
   }
 }
 

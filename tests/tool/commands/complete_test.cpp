@@ -9,7 +9,7 @@ namespace camcfg::tests {
 namespace {
 
 constexpr char kBreaks[] = " \t\n\"'@><=;|&(:";
-constexpr char kPresets[] =
+constexpr char kNamedPresets[] =
     "<PresetCfg>\n"
     "    <preset Id=\"3\" Description=\"Dock\"/>\n"
     "    <preset Id=\"7\" Description=\"North Gate\"/>\n"
@@ -23,7 +23,7 @@ class CompleteTest : public MediaToolTest {
  protected:
   CompleteTest() {
     writeBoth(kParameters);
-    device.write("/cfg0/preset_cfg.xml", kPresets);
+    device.write("/cfg0/preset_cfg.xml", kNamedPresets);
     device.write("/app/resource/language/English.xml", kTexts);
     device.write("/bin/camcfg",
                  "#!/bin/sh\n"

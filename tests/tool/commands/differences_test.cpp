@@ -4,12 +4,10 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr char kPreset[] = "/cfg0/preset_cfg.xml";
 constexpr char kPresetBackup[] = "/cfg1/preset_cfg.xml";
 constexpr char kPresetDefault[] = "/app/resource/defcfg/preset_cfg.xml";
-constexpr char kMppDefault[] = "/app/resource/defcfg/mpp_cfg.xml";
 
-constexpr char kPresets[] =
+constexpr char kThreePresets[] =
     "<PresetCfg>\n"
     "    <preset Id=\"0\" Description=\"Home\" PanPos=\"0\" TiltPos=\"0\" ZoomPos=\"0\" "
     "FocusPos=\"0\" FocusMode=\"0\"/>\n"
@@ -22,7 +20,8 @@ class DiffTest : public MediaToolTest {
     writeBoth(kParameters);
     device.write(kBusinessDefault, kParameters);
     device.write(kMppDefault, kMedia);
-    for (const char* path : {kPreset, kPresetBackup, kPresetDefault}) device.write(path, kPresets);
+    for (const char* path : {kPreset, kPresetBackup, kPresetDefault})
+      device.write(path, kThreePresets);
   }
 
   void change(const std::string& path, const std::string& part, const std::string& other) const {

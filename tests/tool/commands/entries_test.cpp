@@ -7,8 +7,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using tool::Json;
-using Words = std::vector<std::string>;
-
 /// Changes of single sources, caches and sessions.
 class EntriesTest : public SampleTest {
  protected:

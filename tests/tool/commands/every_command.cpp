@@ -14,10 +14,9 @@ namespace {
 // Stand for the paths of input files.
 constexpr char kDocument[] = "@document";
 constexpr char kPresetTable[] = "@presets";
-constexpr char kDamaged[] = "@damaged";
+constexpr char kDamagedFile[] = "@damaged";
 constexpr char kOldSet[] = "@old";
 
-constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 // What the next verification restores.
 constexpr char kOwn[] = "own.xml";
 
@@ -112,12 +111,12 @@ constexpr struct {
     {"complete zsh", "complete zsh li"},
 };
 
+}  // namespace
+
 Words wordsOf(const std::string& line) {
   std::istringstream words(line);
   return {std::istream_iterator<std::string>(words), {}};
 }
-
-}  // namespace
 
 std::string lineOf(const Words& words) {
   return tool::joined(words, " ");
@@ -129,7 +128,7 @@ EveryCommandTest::EveryCommandTest() : groups_(tool::commands::allGroups()) {
   inputs_.write("/document.json", R"({"version": 1, "parameters": {"System": {"Rtsp": 8554}},
                                       "live": {"websocket": []}})");
   inputs_.write("/old/business_param.xml",
-                with(device.read(std::string("/app/resource/defcfg/") + kNames[0]),
+                with(device.read(std::string("/app/resource/defcfg/") + kFileNames[0]),
                      "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"79\""));
   inputs_.write("/presets.csv", "id,pan\n0,9\n");
   inputs_.write("/business_param.xml",
@@ -138,12 +137,12 @@ EveryCommandTest::EveryCommandTest() : groups_(tool::commands::allGroups()) {
 }
 
 void EveryCommandTest::renew() const {
-  for (const std::string name : kNames) {
+  for (const std::string name : kFileNames) {
     std::string contents = device.read("/app/resource/defcfg/" + name);
-    if (name == kNames[0])
+    if (name == kFileNames[0])
       contents = with(with(contents, "<WebHttp Cur=\"80\"", "<WebHttp Cur=\"81\""),
                       "<MTU Cur=\"1500\"", "<MTU Cur=\"1300\"");
-    if (name == kNames[0])
+    if (name == kFileNames[0])
       contents = with(contents, "<Ch2SubGop Cur=\"30\" Def", "<Ch2SubGop Cur=\"30\" def");
     for (const char* directory : {"/cfg0/", "/cfg1/"}) device.write(directory + name, contents);
   }
@@ -175,7 +174,7 @@ Words EveryCommandTest::lineFor(const tool::cli::Command& command) const {
     if (word == kDocument) word = inputs_.hostPath() + "/document.json";
     if (word == kOldSet) word = inputs_.hostPath() + "/old";
     if (word == kPresetTable) word = inputs_.hostPath() + "/presets.csv";
-    if (word == kDamaged) word = inputs_.hostPath() + "/business_param.xml";
+    if (word == kDamagedFile) word = inputs_.hostPath() + "/business_param.xml";
   }
   return line;
 }

@@ -9,10 +9,11 @@
 
 namespace camcfg::tests {
 
-using Words = std::vector<std::string>;
-
 /// The words as a line, for messages.
 std::string lineOf(const Words& words);
+
+/// The words of a line, between white space.
+Words wordsOf(const std::string& line);
 
 /// A device on which every command has something to do, and a command line for each.
 class EveryCommandTest : public ToolTest {

@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <sstream>
 
 #include "base/plain_text.h"
 #include "cli/command_line.h"
@@ -42,11 +41,6 @@ std::vector<std::string> allLines() {
   for (const Example& example : allExamples())
     if (!tool::isAmong(lines, example.line)) lines.push_back(example.line);
   return lines;
-}
-
-Words wordsOf(const std::string& line) {
-  std::istringstream words(line);
-  return {std::istream_iterator<std::string>(words), {}};
 }
 
 /// A new device, whose user is in a directory with the files that the examples name.

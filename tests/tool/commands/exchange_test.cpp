@@ -473,14 +473,13 @@ TEST_F(ExchangeTest, DefaultSourceMayBeOneOfTheSameDocument) {
   expectBoth(expected);
 }
 
-constexpr char kPresets[] =
+constexpr char kFormerPresets[] =
     "<PresetCfg>\n"
     "    <preset Id=\"0\" Description=\"Home\" PanPos=\"0\" TiltPos=\"0\" ZoomPos=\"0\" "
     "FocusPos=\"0\" FocusMode=\"0\"/>\n"
     "    <preset Id=\"3\" Description=\"Door\" PanPos=\"-5\" TiltPos=\"1\" ZoomPos=\"2\" "
     "FocusPos=\"3\" FocusMode=\"1\"/>\n"
     "</PresetCfg>\n";
-constexpr char kPreset[] = "/cfg0/preset_cfg.xml";
 
 constexpr char kDevice[] =
     "<System>\n"
@@ -501,8 +500,8 @@ class DeviceExchangeTest : public ExchangeTest {
  protected:
   DeviceExchangeTest() {
     writeBoth(kDevice);
-    device.write(kPreset, kPresets);
-    device.write("/cfg1/preset_cfg.xml", kPresets);
+    device.write(kPreset, kFormerPresets);
+    device.write("/cfg1/preset_cfg.xml", kFormerPresets);
   }
 };
 
@@ -588,7 +587,7 @@ TEST_F(DeviceExchangeTest, FaultsOfParametersNetworkAndPresetsAreReported) {
        "presets[1].description: it must be a text, not 5",
        "presets[2].id: there is another one with this id", "presets[3].id: it is missing"});
   EXPECT_EQ(device.read(kBusiness), kDevice);
-  EXPECT_EQ(device.read(kPreset), kPresets);
+  EXPECT_EQ(device.read(kPreset), kFormerPresets);
 }
 
 TEST_F(DeviceExchangeTest, MtuIsCheckedAgainstTheLimitsOfTheFile) {
@@ -623,7 +622,7 @@ TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesCannotBe) {
                "move it away\n"}));
   expectBoth(kMedia);
   EXPECT_EQ(device.read(kBusiness), kDevice);
-  EXPECT_EQ(device.read(kPreset), kPresets);
+  EXPECT_EQ(device.read(kPreset), kFormerPresets);
 }
 
 TEST_F(DeviceExchangeTest, NothingIsWrittenWhereOneOfTheFilesWouldNotBeWhole) {

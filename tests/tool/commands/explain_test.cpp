@@ -3,9 +3,6 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr char kPreset[] = "/cfg0/preset_cfg.xml";
-constexpr char kMppDefault[] = "/app/resource/defcfg/mpp_cfg.xml";
-
 /// A device with parameters and a backup and factory set of them.
 class ExplainTest : public MediaToolTest {
  protected:
@@ -141,7 +138,7 @@ TEST_F(ExplainTest, NamesThatNothingBeginsWithAreRefused) {
                                   "'session' and which\n"}));
 }
 
-constexpr char kCards[] =
+constexpr char kOneCard[] =
     "<NetWork>\n"
     "    <Lan0>\n"
     "        <Speed Cur=\"10M\" Def=\"100M\"/>\n"
@@ -154,8 +151,8 @@ constexpr char kCards[] =
     "</NetWork>\n";
 
 TEST_F(ExplainTest, FieldOfACardIsShownWithWhatIsPermitted) {
-  writeBoth(kCards);
-  device.write(kBusinessDefault, with(kCards, "\"1500\"", "\"1400\""));
+  writeBoth(kOneCard);
+  device.write(kBusinessDefault, with(kOneCard, "\"1500\"", "\"1400\""));
   EXPECT_EQ(explain({"card", "Lan0", "mtu"}),
             (ToolRun{0,
                      "NetWork/Lan0/MTU\n"
@@ -181,7 +178,7 @@ TEST_F(ExplainTest, FieldOfACardIsShownWithWhatIsPermitted) {
 }
 
 TEST_F(ExplainTest, CardIsShownWithAllItsFields) {
-  writeBoth(kCards);
+  writeBoth(kOneCard);
   const ToolRun result = explain({"card", "Lan01"});
   EXPECT_THAT(result.out, testing::HasSubstr("Speed      10M   10M     -        10M, 100M, 1000M\n"
                                              "MTU        -     -       -        -\n"));
@@ -191,7 +188,7 @@ TEST_F(ExplainTest, CardIsShownWithAllItsFields) {
                      "'Wifi'\n"}));
 }
 
-constexpr char kPresets[] =
+constexpr char kLatePresets[] =
     "<PresetCfg>\n"
     "    <preset Id=\"3\" Description=\"Dock East\" PanPos=\"1\"/>\n"
     "    <preset Description=\"Roof\" PanPos=\"2\"/>\n"
@@ -200,7 +197,7 @@ constexpr char kPresets[] =
     "</PresetCfg>\n";
 
 TEST_F(ExplainTest, PresetIsShownByItsId) {
-  device.write(kPreset, kPresets);
+  device.write(kPreset, kLatePresets);
   const ToolRun result = explain({"preset", "3"});
   EXPECT_THAT(result.out, testing::StartsWith("preset 3 'Dock East'\n"
                                               "\n"
@@ -217,7 +214,7 @@ TEST_F(ExplainTest, PresetIsShownByItsId) {
 }
 
 TEST_F(ExplainTest, PresetIsShownByItsDescriptionWhichAnotherOneHides) {
-  device.write(kPreset, kPresets);
+  device.write(kPreset, kLatePresets);
   const ToolRun result = explain({"preset", "Dock"});
   EXPECT_THAT(result.out, testing::StartsWith("preset 4 'Dock'\n"));
   EXPECT_THAT(result.out,

@@ -11,8 +11,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 using tool::Json;
-using Words = std::vector<std::string>;
-
 class FindTest : public SampleTest {
  protected:
   std::vector<std::string> places(Words words) const {

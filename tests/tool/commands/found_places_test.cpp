@@ -10,8 +10,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 using tool::Json;
-using Words = std::vector<std::string>;
-
 /// Places that `find` and `list` print, typed as they are.
 class FoundPlacesTest : public SampleTest {
  protected:

@@ -16,7 +16,7 @@ using namespace tool;
 using namespace tool::cli;
 using namespace tool::commands;
 
-std::vector<Command> allCommands() {
+std::vector<Command> commandsOfAllGroups() {
   std::vector<Command> commands;
   for (const CommandGroup& group : allGroups())
     commands.insert(commands.end(), group.commands.begin(), group.commands.end());
@@ -66,7 +66,7 @@ TEST(GroupsTest, AllAreThereForAWordThatIsNoCommand) {
 }
 
 TEST(HelpTest, EveryCommandAndWhatItTakesHasHelp) {
-  for (const Command& command : allCommands()) {
+  for (const Command& command : commandsOfAllGroups()) {
     expectHelpText(command.name, command.help);
     for (const Option& option : command.options)
       expectHelpText(std::string(command.name) + " " + option.name, option.help);
@@ -75,7 +75,7 @@ TEST(HelpTest, EveryCommandAndWhatItTakesHasHelp) {
 
 TEST(HelpTest, EveryCommandIsExplainedAsByItsHelpOption) {
   const auto groups = allGroups();
-  for (const Command& command : allCommands()) {
+  for (const Command& command : commandsOfAllGroups()) {
     std::istringstream words(command.name);
     std::vector<std::string> line{std::istream_iterator<std::string>(words), {}};
     line.insert(line.begin(), "help");
@@ -97,7 +97,7 @@ TEST(HelpTest, HelpByItselfListsCommandsAndTopics) {
 
 TEST(HelpTest, ProgramsOwnCommandsAreNotListed) {
   const Json list = jsonIn(runCamcfg({"--json", "help"}).out)["commands"];
-  for (const Command& command : allCommands()) {
+  for (const Command& command : commandsOfAllGroups()) {
     const Json entry = {{"name", command.name}, {"help", command.help}};
     const bool listed = std::find(list.begin(), list.end(), entry) != list.end();
     EXPECT_EQ(listed, !command.hidden) << command.name;
@@ -112,7 +112,7 @@ TEST(HelpTest, TopicIsPrintedAsItIsWritten) {
 
 TEST(HelpTest, TopicsFitATerminalAndHaveNamesOfTheirOwn) {
   std::set<std::string> names;
-  for (const Command& command : allCommands()) names.insert(command.name);
+  for (const Command& command : commandsOfAllGroups()) names.insert(command.name);
   EXPECT_GE(allTopics().size(), 8U);
   for (const Topic& topic : allTopics()) {
     EXPECT_TRUE(names.insert(topic.name).second) << topic.name;

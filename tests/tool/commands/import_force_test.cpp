@@ -21,7 +21,7 @@ struct Forced {
   std::vector<std::string> set;  // the command that takes it with --force
 };
 
-const Forced kForced[] = {
+const Forced kForcedSections[] = {
     {R"("parameters": {"System": {"Language": "Engl"}})",
      "parameters.System.Language: 'Engl' is only a part of one of 'English,German,French'; the "
      "nearest permitted is 'English'; '--force' sets it anyway",
@@ -41,7 +41,7 @@ const Forced kForced[] = {
 
 TEST_F(ImportForceTest, WhatSetForceTakesIsRefusedWithoutIt) {
   const std::string former = device.read(kBusiness);
-  for (const Forced& each : kForced) {
+  for (const Forced& each : kForcedSections) {
     EXPECT_EQ(import(each.sections), refused(each.refusal));
     EXPECT_EQ(device.read(kBusiness), former) << each.sections;
   }
@@ -49,7 +49,7 @@ TEST_F(ImportForceTest, WhatSetForceTakesIsRefusedWithoutIt) {
 
 TEST_F(ImportForceTest, WhatSetForceTakesIsTakenWithIt) {
   const std::string former = device.read(kBusiness);
-  for (const Forced& each : kForced) {
+  for (const Forced& each : kForcedSections) {
     writeBoth(former);
     std::vector<std::string> words = each.set;
     words.emplace_back("--force");
@@ -67,7 +67,7 @@ TEST_F(ImportForceTest, WhatSetForceTakesIsTakenWithIt) {
 TEST_F(ImportForceTest, DryRunShowsItAndWritesNothing) {
   const std::string former = device.read(kBusiness);
   EXPECT_EQ(
-      import(kForced[0].sections, {"--force", "--dry-run"}),
+      import(kForcedSections[0].sections, {"--force", "--dry-run"}),
       (ToolRun{0,
                "PLACE                       BEFORE   AFTER\n"
                "parameters.System.Language  English  Engl\n"

@@ -10,9 +10,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using tool::Json;
-using Words = std::vector<std::string>;
-
-constexpr char kFile[] =
+constexpr char kSteered[] =
     "<Texts>\n"
     "    <Menu/>\n"
     "    <Live Val=\"a\"/>\n"
@@ -27,7 +25,7 @@ constexpr char kTwice[] = "x.xml:5: error: Live: a lookup finds the one at line 
 /// How users of lint steer it, by a file with one error and two warnings.
 class LintSteeringTest : public ToolTest {
  protected:
-  LintSteeringTest() { host_.write("/x.xml", kFile); }
+  LintSteeringTest() { host_.write("/x.xml", kSteered); }
 
   ToolRun lint(Words words) const {
     words.insert(words.begin(), "lint");
@@ -44,7 +42,7 @@ class LintSteeringTest : public ToolTest {
 };
 
 std::string withComment(const std::string& comment, const std::string& element = "    <Menu/>\n") {
-  return with(kFile, element, "    <!-- " + comment + " -->\n" + element);
+  return with(kSteered, element, "    <!-- " + comment + " -->\n" + element);
 }
 
 TEST_F(LintSteeringTest, FileHasAnErrorAndTwoWarnings) {
@@ -95,7 +93,7 @@ TEST_F(LintSteeringTest, CommentAllowsARuleForTheNextElement) {
 }
 
 TEST_F(LintSteeringTest, CommentAllowsWhatIsInTheElement) {
-  write("x.xml", "<!-- lint: allow text-missing: not yet translated -->\n" + std::string(kFile));
+  write("x.xml", "<!-- lint: allow text-missing: not yet translated -->\n" + std::string(kSteered));
   EXPECT_EQ(lint({"x.xml", "--rule", "text-twice=off"}), (ToolRun{0, "", ""}));
 }
 
@@ -103,7 +101,7 @@ TEST_F(LintSteeringTest, SeveralCommentsAllowSeveralRules) {
   write("x.xml",
         "<!-- lint: allow text-missing: not yet translated -->\n"
         "<!-- lint: allow text-twice: as delivered -->\n" +
-            std::string(kFile));
+            std::string(kSteered));
   EXPECT_EQ(lint({"x.xml", "--strict"}), (ToolRun{0, "", ""}));
 }
 
@@ -147,7 +145,7 @@ TEST_F(LintSteeringTest, BaselineLeavesOutWhatIsKnown) {
 
 TEST_F(LintSteeringTest, BaselineFollowsFindingsToOtherLinesAndCountsThem) {
   write("known.json", lint({"x.xml", "--json"}).out);
-  write("x.xml", "\n\n" + with(kFile, "    <Video/>\n", "    <Menu/>\n"));
+  write("x.xml", "\n\n" + with(kSteered, "    <Video/>\n", "    <Menu/>\n"));
   const ToolRun result = lint({"x.xml", "--baseline", "known.json"});
   EXPECT_EQ(result.out,
             "x.xml:6: error: Menu: a lookup finds the one at line 4 [text-twice]\n"
@@ -181,7 +179,7 @@ TEST_F(LintSteeringTest, FormGithubIsACommandForEachFinding) {
                      "::error file=x.xml,line=5,title=text-twice::Live: a lookup finds the one at "
                      "line 3\n",
                      ""}));
-  write("a,b:100%.xml", kFile);
+  write("a,b:100%.xml", kSteered);
   EXPECT_THAT(lint({"a,b:100%.xml", "--format", "github"}).out,
               HasSubstr("::warning file=a%2Cb%3A100%25.xml,line=2,"));
 }
@@ -194,14 +192,14 @@ TEST_F(LintSteeringTest, FormGitlabHasAFingerprintThatStaysWhereLinesMove) {
   EXPECT_EQ(report[0]["severity"], "minor");
   EXPECT_EQ(report[2]["location"]["path"], "x.xml");
   EXPECT_EQ(report[2]["location"]["lines"]["begin"], 5);
-  write("x.xml", "\n" + std::string(kFile));
+  write("x.xml", "\n" + std::string(kSteered));
   const Json moved = jsonIn(lint({"x.xml", "--format", "gitlab"}).out);
   for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(moved[i]["fingerprint"], report[i]["fingerprint"]);
   EXPECT_NE(report[0]["fingerprint"], report[1]["fingerprint"]);
 }
 
 TEST_F(LintSteeringTest, FormSarifHasTheRulesAndTheFindingsWithTheirPlaces) {
-  write("a b.xml", kFile);
+  write("a b.xml", kSteered);
   const Json log = jsonIn(lint({"a b.xml", "--format", "sarif"}).out);
   EXPECT_EQ(log["version"], "2.1.0");
   const Json& run = log["runs"][0];

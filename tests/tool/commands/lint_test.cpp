@@ -9,7 +9,7 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr char kShadowed[] =
+constexpr char kShadowedSection[] =
     "<PresetCfg>\n"
     "<preset Id=\"0\" Description=\"Dock 2\" PanPos=\"0\" TiltPos=\"0\" ZoomPos=\"0\" "
     "FocusPos=\"0\" FocusMode=\"0\"/>\n"
@@ -26,7 +26,7 @@ constexpr char kUntidy[] =
 class LintFilesTest : public ToolTest {
  protected:
   LintFilesTest() {
-    host.write("/shadowed.xml", kShadowed);
+    host.write("/shadowed.xml", kShadowedSection);
     host.write("/untidy.xml", kUntidy);
     host.write("/clean.xml", kCleanMedia);
   }

@@ -29,7 +29,7 @@ constexpr char kCards[] =
     "    </Wifi>\n"
     "</NetWork>\n";
 
-ToolRun refused(const std::string& text) {
+ToolRun refusedCard(const std::string& text) {
   return {1, "", "camcfg: network " + text + "\n"};
 }
 
@@ -149,7 +149,7 @@ TEST_F(NetworkTest, ShowSaysWhatApplicationsReadOtherwise) {
             "camcfg: network show: note: applications read Lan0/Speed as nothing\n");
 }
 
-constexpr char kShadowed[] =
+constexpr char kShadowedCards[] =
     "<NetWork>\n"
     "    <LanWide>\n"
     "        <MTU Cur=\"1\" Def=\"2\"/>\n"
@@ -160,24 +160,24 @@ constexpr char kShadowed[] =
     "</NetWork>\n";
 
 TEST_F(NetworkTest, CardThatTheLibraryTakesForAnotherIsShownButNotChanged) {
-  writeBoth(kShadowed);
+  writeBoth(kShadowedCards);
   EXPECT_EQ(network({"show", "Lan"}).err,
             "camcfg: network show: note: applications that ask for Lan get LanWide, since another "
             "name that begins with it comes first\n");
   const char* const why =
       "Lan: the library would take LanWide, which begins with this name and comes before it in "
       "/cfg0/business_param.xml";
-  EXPECT_EQ(network({"set", "Lan", "MTU", "1500"}), refused(std::string("set: ") + why));
-  EXPECT_EQ(network({"reset", "Lan"}), refused(std::string("reset: ") + why));
-  expect(kShadowed);
+  EXPECT_EQ(network({"set", "Lan", "MTU", "1500"}), refusedCard(std::string("set: ") + why));
+  EXPECT_EQ(network({"reset", "Lan"}), refusedCard(std::string("reset: ") + why));
+  expect(kShadowedCards);
 }
 
 TEST_F(NetworkTest, BeginningOfACardsNameIsNoCard) {
   const char* const why =
       "there is no card 'Lan'; there are Lan0 (eth1), Wifi; did you mean 'Lan0'?";
-  EXPECT_EQ(network({"show", "Lan"}), refused(std::string("show: ") + why));
-  EXPECT_EQ(network({"set", "Lan", "MTU", "1500"}), refused(std::string("set: ") + why));
-  EXPECT_EQ(network({"reset", "Lan"}), refused(std::string("reset: ") + why));
+  EXPECT_EQ(network({"show", "Lan"}), refusedCard(std::string("show: ") + why));
+  EXPECT_EQ(network({"set", "Lan", "MTU", "1500"}), refusedCard(std::string("set: ") + why));
+  EXPECT_EQ(network({"reset", "Lan"}), refusedCard(std::string("reset: ") + why));
 }
 
 struct Setting {
@@ -255,7 +255,7 @@ class RefusedSettingTest : public NetworkTest,
 TEST_P(RefusedSettingTest, IsRefusedInOneLineAndChangesNothing) {
   const RefusedSetting& setting = GetParam();
   EXPECT_EQ(network({"set", setting.card, setting.field, "--", setting.value}),
-            refused("set: " + setting.why));
+            refusedCard("set: " + setting.why));
   expect(kCards);
 }
 
@@ -313,11 +313,11 @@ TEST_F(NetworkTest, ForceStoresTextsAndNumbersThatACardCannotUse) {
 TEST_F(NetworkTest, ForceNeitherCutsATextNorInventsAWord) {
   EXPECT_EQ(
       network({"set", "Lan0", "Dns1", "--force", std::string(32, '1')}),
-      refused("set: Lan0/Dns1: '" + std::string(32, '1') + "' has 32 bytes, the limit is 31"));
+      refusedCard("set: Lan0/Dns1: '" + std::string(32, '1') + "' has 32 bytes, the limit is 31"));
   EXPECT_EQ(network({"set", "Lan0", "Duplex", "--force", "both"}),
-            refused("set: Lan0/Duplex: 'both' is none of Half, Full"));
+            refusedCard("set: Lan0/Duplex: 'both' is none of Half, Full"));
   EXPECT_EQ(network({"set", "Lan0", "MTU", "--force", "4294967296"}),
-            refused("set: Lan0/MTU: 4294967296 does not fit into 32 bits"));
+            refusedCard("set: Lan0/MTU: 4294967296 does not fit into 32 bits"));
   expect(kCards);
 }
 
@@ -325,9 +325,10 @@ TEST_F(NetworkTest, ElementThatTheLibraryTakesForAnotherIsNotSet) {
   const char* const cards =
       "<NetWork><Lan0><EnableWifi Cur=\"Off\"/><Enable Cur=\"Off\"/></Lan0></NetWork>";
   writeBoth(cards);
-  EXPECT_EQ(network({"set", "Lan0", "Enable", "On"}),
-            refused("set: Lan0/Enable: the library would set EnableWifi, which begins with this "
-                    "name and comes before it"));
+  EXPECT_EQ(
+      network({"set", "Lan0", "Enable", "On"}),
+      refusedCard("set: Lan0/Enable: the library would set EnableWifi, which begins with this "
+                  "name and comes before it"));
   expect(cards);
 }
 
@@ -397,14 +398,14 @@ TEST_F(NetworkTest, ResetIsRefusedWhereTheLibraryWouldChangeMoreThanItShould) {
       "<NetWork><Lan0><Enable Cur=\"On\" Def=\"Off\"/><EnableWifi Cur=\"On\"/></Lan0></NetWork>";
   writeBoth(wifi);
   EXPECT_EQ(network({"reset", "Lan0"}),
-            refused("reset: Lan0: the library would write Enable into EnableWifi, too, which "
-                    "begins with this name"));
+            refusedCard("reset: Lan0: the library would write Enable into EnableWifi, too, which "
+                        "begins with this name"));
   expect(wifi);
   const std::string odd = "<NetWork><Lan0><Intf Cur=\"Eth2\"/></Lan0></NetWork>";
   writeBoth(odd);
   EXPECT_EQ(network({"reset", "Lan0"}),
-            refused("reset: Lan0/Intf: it has no usable factory value, and the library would "
-                    "change its current value; set it to a permitted value first"));
+            refusedCard("reset: Lan0/Intf: it has no usable factory value, and the library would "
+                        "change its current value; set it to a permitted value first"));
   expect(odd);
 }
 
@@ -423,15 +424,16 @@ TEST_F(NetworkTest, HostnameInJson) {
 
 TEST_F(NetworkTest, HostnameThatIsMissingIsNotFoundAndCanBeSet) {
   writeBoth("<NetWork/>\n");
-  EXPECT_EQ(network({"hostname"}), refused("hostname: no host name is set"));
+  EXPECT_EQ(network({"hostname"}), refusedCard("hostname: no host name is set"));
   EXPECT_EQ(network({"hostname", "gate"}), (ToolRun{0, "hostname: - -> gate\n", ""}));
   expect("<NetWork Hostname=\"gate\"/>\n");
 }
 
 TEST_F(NetworkTest, HostnameThatIsNoneIsRefusedUnlessForced) {
-  EXPECT_EQ(network({"hostname", "my_gate"}),
-            refused("hostname: 'my_gate' has a character that is not a letter, digit or hyphen; "
-                    "'--force' sets it anyway"));
+  EXPECT_EQ(
+      network({"hostname", "my_gate"}),
+      refusedCard("hostname: 'my_gate' has a character that is not a letter, digit or hyphen; "
+                  "'--force' sets it anyway"));
   expect(kCards);
   EXPECT_EQ(
       network({"hostname", "my_gate", "--force"}),

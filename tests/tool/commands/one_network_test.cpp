@@ -6,8 +6,6 @@ namespace camcfg::tests {
 namespace {
 
 using testing::HasSubstr;
-using Words = std::vector<std::string>;
-
 // On the sample device it has 192.168.90.80/24 as its own address, and the gateway 192.168.90.1.
 constexpr char kCard[] = "Lan1";
 

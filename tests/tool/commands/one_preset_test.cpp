@@ -5,9 +5,6 @@ namespace camcfg::tests {
 namespace {
 
 using testing::HasSubstr;
-using Words = std::vector<std::string>;
-
-constexpr char kFile[] = "/cfg0/preset_cfg.xml";
 
 /// Commands for one preset of the sample device, where 3 is called "Lectern".
 class OnePresetTest : public SampleTest {
@@ -25,14 +22,14 @@ TEST_F(OnePresetTest, IdAndDescriptionStandForTheSamePreset) {
     return words;
   };
   for (const Words& words : {Words{"set", "--pan", "7"}, {"rename", "Desk"}, {"delete"}}) {
-    const std::string before = device.read(kFile);
+    const std::string before = device.read(kPreset);
     const ToolRun result = preset(with(words, "3"));
-    const std::string after = device.read(kFile);
+    const std::string after = device.read(kPreset);
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(run({"undo"}).status, 0);
-    EXPECT_EQ(device.read(kFile), before);
+    EXPECT_EQ(device.read(kPreset), before);
     EXPECT_EQ(preset(with(words, "Lectern")), result);
-    EXPECT_EQ(device.read(kFile), after);
+    EXPECT_EQ(device.read(kPreset), after);
     EXPECT_EQ(run({"undo"}).status, 0);
   }
   EXPECT_EQ(preset({"get", "3"}), preset({"get", "Lectern"}));
@@ -41,7 +38,7 @@ TEST_F(OnePresetTest, IdAndDescriptionStandForTheSamePreset) {
 }
 
 TEST_F(OnePresetTest, RenameChangesTheDescriptionAndNothingElse) {
-  const std::string before = device.read(kFile);
+  const std::string before = device.read(kPreset);
   EXPECT_EQ(preset({"rename", "Lectern", "Speaker's desk"}),
             (ToolRun{0, "preset 3: description Lectern -> Speaker's desk\n", ""}));
   EXPECT_EQ(preset({"get", "Speaker's desk"}).out,
@@ -75,7 +72,7 @@ TEST_F(OnePresetTest, RenameToANameByWhichAnotherIsFoundIsRefusedUnlessForced) {
 }
 
 TEST_F(OnePresetTest, FaultyNamesAreRefusedInOneLineAndChangeNothing) {
-  const std::string before = device.read(kFile);
+  const std::string before = device.read(kPreset);
   const std::string kLong(64, 'x');
   const struct {
     Words words;
@@ -111,13 +108,13 @@ TEST_F(OnePresetTest, FaultyNamesAreRefusedInOneLineAndChangeNothing) {
     EXPECT_EQ(preset(words), (ToolRun{status, "", "camcfg: preset " + text + "\n"}));
   EXPECT_EQ(preset({"rename", "Lectern", kLong}).status, 1);
   EXPECT_EQ(run({"explain", "preset", ""}).status, 2);
-  EXPECT_EQ(device.read(kFile), before);
+  EXPECT_EQ(device.read(kPreset), before);
   EXPECT_EQ(changes(), 0U);
 }
 
 TEST_F(OnePresetTest, OneThatTheLibraryWouldMissIsNotChangedByItsDescription) {
   change("preset_cfg.xml", "<preset Id=\"4\"", "<preset Id=\"3\"");
-  const std::string before = device.read(kFile);
+  const std::string before = device.read(kPreset);
   const std::string why =
       "preset 3 'Whiteboard': the library would change preset 3 'Lectern', which comes first with "
       "this id\n";
@@ -125,11 +122,11 @@ TEST_F(OnePresetTest, OneThatTheLibraryWouldMissIsNotChangedByItsDescription) {
             (ToolRun{1, "", "camcfg: preset rename: " + why}));
   EXPECT_EQ(preset({"set", "Whiteboard", "--pan", "1"}),
             (ToolRun{1, "", "camcfg: preset set: " + why}));
-  EXPECT_EQ(device.read(kFile), before);
+  EXPECT_EQ(device.read(kPreset), before);
 }
 
 TEST_F(OnePresetTest, RehearsalsShowTheChangeAndWriteNothing) {
-  const std::string before = device.read(kFile);
+  const std::string before = device.read(kPreset);
   const struct {
     Words words;
     std::string out;
@@ -144,7 +141,7 @@ TEST_F(OnePresetTest, RehearsalsShowTheChangeAndWriteNothing) {
     Words rehearsal = words;
     rehearsal.emplace_back("--dry-run");
     EXPECT_EQ(preset(rehearsal), (ToolRun{0, out + "nothing was written\n", ""}));
-    EXPECT_EQ(device.read(kFile), before);
+    EXPECT_EQ(device.read(kPreset), before);
   }
   EXPECT_EQ(changes(), 0U);
 }

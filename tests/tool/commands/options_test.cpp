@@ -13,8 +13,6 @@ using namespace tool;
 using namespace tool::cli;
 using namespace tool::commands;
 
-using Words = std::vector<std::string>;
-
 bool isRequired(const Option& option) {
   return option.kind == Option::Argument || option.kind == Option::Arguments ||
          option.kind == Option::HostFile;

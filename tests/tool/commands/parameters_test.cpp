@@ -90,14 +90,14 @@ TEST_F(ParametersTest, ParameterWithoutCurrentValueIsNotFound) {
             (ToolRun{1, "", "camcfg: get: System/DeviceAttr: it has no current value\n"}));
 }
 
-constexpr char kShadowed[] =
+constexpr char kShadowedParameters[] =
     "<System>\n"
     "    <RtspOverHttp Cur=\"8080\" Def=\"8080\" Min=\"1\" Max=\"65535\"/>\n"
     "    <Rtsp Cur=\"554\" Def=\"554\" Min=\"1\" Max=\"65535\"/>\n"
     "</System>\n";
 
 TEST_F(ToolTest, GetReadsTheNamedParameterAndSaysThatApplicationsGetAnother) {
-  writeBoth(kShadowed);
+  writeBoth(kShadowedParameters);
   EXPECT_EQ(run({"get", "System", "Rtsp"}),
             (ToolRun{0, "554\n",
                      "camcfg: get: note: applications that ask for System/Rtsp get "
@@ -105,12 +105,12 @@ TEST_F(ToolTest, GetReadsTheNamedParameterAndSaysThatApplicationsGetAnother) {
 }
 
 TEST_F(ToolTest, SetRefusesWhereTheLibraryWouldHitAnotherParameter) {
-  writeBoth(kShadowed);
+  writeBoth(kShadowedParameters);
   EXPECT_EQ(run({"set", "System", "Rtsp", "555"}),
             (ToolRun{1, "",
                      "camcfg: set: System/Rtsp: the library would set RtspOverHttp, which begins "
                      "with this name and comes before it in /cfg0/business_param.xml\n"}));
-  EXPECT_EQ(device.read(kBusiness), kShadowed);
+  EXPECT_EQ(device.read(kBusiness), kShadowedParameters);
 }
 
 TEST_F(ParametersTest, SetStoresAnIntegerInBothCopies) {

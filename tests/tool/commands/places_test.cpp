@@ -8,8 +8,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using tool::Json;
-using Words = std::vector<std::string>;
-
 class PlacesTest : public SampleTest {
  protected:
   ToolRun refused(const std::string& text) const { return {1, "", "camcfg: " + text + "\n"}; }

@@ -5,7 +5,6 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr char kFile[] = "/cfg0/preset_cfg.xml";
 constexpr char kBackup[] = "/cfg1/preset_cfg.xml";
 
 constexpr char kPresets[] =
@@ -30,7 +29,7 @@ std::string added(const std::string& preset) {
   return with(kPresets, "</PresetCfg>", "    " + preset + "\n</PresetCfg>");
 }
 
-ToolRun refused(const std::string& text) {
+ToolRun refusedPreset(const std::string& text) {
   return {1, "", "camcfg: preset " + text + "\n"};
 }
 
@@ -39,12 +38,12 @@ class PresetTest : public ToolTest {
   PresetTest() { write(kPresets); }
 
   void write(const std::string& presets) const {
-    device.write(kFile, presets);
+    device.write(kPreset, presets);
     device.write(kBackup, presets);
   }
 
   void expect(const std::string& presets) const {
-    EXPECT_EQ(device.read(kFile), presets);
+    EXPECT_EQ(device.read(kPreset), presets);
     EXPECT_EQ(device.read(kBackup), presets);
   }
 
@@ -133,13 +132,14 @@ TEST_F(PresetTest, GetShowsADescriptionThatAQueryByIdKeepsBack) {
 }
 
 TEST_F(PresetTest, UnknownPresetsAreNotFound) {
-  EXPECT_EQ(preset({"get", "4"}), refused("get: there is no preset 4"));
+  EXPECT_EQ(preset({"get", "4"}), refusedPreset("get: there is no preset 4"));
   EXPECT_EQ(preset({"get", "99999999999999999999"}),
-            refused("get: there is no preset 99999999999999999999"));
+            refusedPreset("get: there is no preset 99999999999999999999"));
   EXPECT_EQ(preset({"get", "Hone"}),
-            refused("get: there is no preset called 'Hone'; did you mean 'Home'?"));
-  EXPECT_EQ(preset({"get", "Hom"}),
-            refused("get: there is no preset called 'Hom' (a lookup by the beginning finds preset "
+            refusedPreset("get: there is no preset called 'Hone'; did you mean 'Home'?"));
+  EXPECT_EQ(
+      preset({"get", "Hom"}),
+      refusedPreset("get: there is no preset called 'Hom' (a lookup by the beginning finds preset "
                     "0 'Home'); did you mean 'Home'?"));
 }
 
@@ -147,8 +147,8 @@ TEST_F(PresetTest, DescriptionOfTwoPresetsIsRefused) {
   write(with(kPresets, "\"Home\"", "\"Dock\""));
   const char* const why =
       "there are several presets called 'Dock': preset 0 'Dock' and preset 5 'Dock'; give an id";
-  EXPECT_EQ(preset({"get", "Dock"}), refused(std::string("get: ") + why));
-  EXPECT_EQ(preset({"delete", "Dock"}), refused(std::string("delete: ") + why));
+  EXPECT_EQ(preset({"get", "Dock"}), refusedPreset(std::string("get: ") + why));
+  EXPECT_EQ(preset({"delete", "Dock"}), refusedPreset(std::string("delete: ") + why));
 }
 
 TEST_F(PresetTest, SetChangesOnlyWhatIsGivenAndKeepsUnknownAttributes) {
@@ -263,12 +263,12 @@ TEST_F(PresetTest, SetRefusesToLoseWhatIsThere) {
   const std::string presets = with(tooLong, "PanPos=\"0\"", "PanPos=\"far\"");
   write(presets);
   EXPECT_EQ(preset({"set", "5", "--pan", "1"}),
-            refused("set: preset 5: its present description would be cut to 63 bytes; give a "
-                    "description as well"));
-  EXPECT_EQ(
-      preset({"set", "0", "--tilt", "1"}),
-      refused("set: preset 0: its PanPos 'far' is not an integer and would become 0; give pan as "
-              "well"));
+            refusedPreset("set: preset 5: its present description would be cut to 63 bytes; give a "
+                          "description as well"));
+  EXPECT_EQ(preset({"set", "0", "--tilt", "1"}),
+            refusedPreset(
+                "set: preset 0: its PanPos 'far' is not an integer and would become 0; give pan as "
+                "well"));
   expect(presets);
   EXPECT_EQ(preset({"set", "0", "--pan", "1"}), (ToolRun{0, "preset 0: pan - -> 1\n", ""}));
 }
@@ -285,7 +285,7 @@ void PrintTo(const RefusedPreset& refused, std::ostream* out) {
 class RefusedPresetTest : public PresetTest, public testing::WithParamInterface<RefusedPreset> {};
 
 TEST_P(RefusedPresetTest, IsRefusedInOneLineAndChangesNothing) {
-  EXPECT_EQ(preset(GetParam().arguments), refused(GetParam().why));
+  EXPECT_EQ(preset(GetParam().arguments), refusedPreset(GetParam().why));
   expect(kPresets);
 }
 
@@ -335,9 +335,10 @@ std::string presetsUpTo(int last) {
 TEST_F(PresetTest, AddTakesId127LastAndSaysThenThatNoneIsLeft) {
   write(presetsUpTo(126));
   EXPECT_THAT(preset({"add"}).err, testing::HasSubstr("[preset-no-free-id]"));
-  const std::string full = device.read(kFile);
-  EXPECT_EQ(preset({"add"}),
-            refused("add: no id is left: all from 0 to 127 are taken; delete a preset first"));
+  const std::string full = device.read(kPreset);
+  EXPECT_EQ(
+      preset({"add"}),
+      refusedPreset("add: no id is left: all from 0 to 127 are taken; delete a preset first"));
   expect(full);
 }
 
@@ -356,9 +357,10 @@ TEST_F(PresetTest, DeleteByDescriptionTakesTheWholeOneAlthoughAnotherBeginsLikeI
 }
 
 TEST_F(PresetTest, DeleteOfAnUnknownPresetIsRefusedAndLeavesTheFileFree) {
-  EXPECT_EQ(preset({"delete", "77"}), refused("delete: there is no preset 77"));
-  EXPECT_EQ(preset({"delete", "Doc"}),
-            refused("delete: there is no preset called 'Doc' (a lookup by the beginning finds "
+  EXPECT_EQ(preset({"delete", "77"}), refusedPreset("delete: there is no preset 77"));
+  EXPECT_EQ(
+      preset({"delete", "Doc"}),
+      refusedPreset("delete: there is no preset called 'Doc' (a lookup by the beginning finds "
                     "preset 3 'Dock west'); did you mean 'Dock'?"));
   expect(kPresets);
   EXPECT_EQ(preset({"add"}).status, 0);
@@ -368,8 +370,9 @@ TEST_F(PresetTest, DeleteTakesAPresetWithoutIdByItsDescription) {
   const std::string lone = "<preset Description=\"Dock w\"/>";
   const std::string presets = added(lone);
   write(presets);
-  EXPECT_EQ(preset({"delete", "Dock w"}),
-            refused("delete: a preset without id 'Dock w': the library would delete preset 3 'Dock "
+  EXPECT_EQ(
+      preset({"delete", "Dock w"}),
+      refusedPreset("delete: a preset without id 'Dock w': the library would delete preset 3 'Dock "
                     "west', since a description that begins with it comes first"));
   expect(presets);
   write(added("<preset Description=\"Lone\"/>"));
@@ -432,7 +435,7 @@ TEST_F(PresetTest, ImportOfSeveralWritesWhatTheLibraryWritesOneByOne) {
       all += row + "\n";
       ASSERT_EQ(import(header + row + "\n").status, 0);
     }
-    const std::string expected = device.read(kFile);
+    const std::string expected = device.read(kPreset);
     write(presets);
     ASSERT_EQ(import(all).status, 0);
     expect(expected);
@@ -541,9 +544,9 @@ TEST_F(PresetTest, ImportOfSomethingElseIsRefusedInOneLine) {
       {"{\"id\": 3}", "it is not an array of presets"},
   };
   for (const auto& [contents, why] : cases)
-    EXPECT_EQ(import(contents), refused(std::string("import: ") + why)) << contents;
+    EXPECT_EQ(import(contents), refusedPreset(std::string("import: ") + why)) << contents;
   EXPECT_EQ(preset({"import", "/no/such/file"}),
-            refused("import: FILE /no/such/file: No such file or directory"));
+            refusedPreset("import: FILE /no/such/file: No such file or directory"));
   expect(kPresets);
 }
 

@@ -3,7 +3,6 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr const char* kNames[] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 constexpr char kDefaults[] = "/app/resource/defcfg/";
 
 class ResetTest : public SampleTest {
@@ -18,7 +17,7 @@ class ResetTest : public SampleTest {
   }
 
   void expectNew() const {
-    for (const std::string name : kNames)
+    for (const std::string name : kFileNames)
       for (const char* directory : {"/cfg0/", "/cfg1/"})
         EXPECT_EQ(device.read(directory + name), device.read(kDefaults + name)) << name;
   }
@@ -27,10 +26,10 @@ class ResetTest : public SampleTest {
   void expectRefused(const std::vector<std::string>& arguments, int status,
                      const std::string& line) const {
     std::vector<std::string> before;
-    for (const std::string name : kNames) before.push_back(device.read("/cfg0/" + name));
+    for (const std::string name : kFileNames) before.push_back(device.read("/cfg0/" + name));
     EXPECT_EQ(run(arguments), (ToolRun{status, "", "camcfg: reset: " + line + "\n"}));
     for (int i = 0; i < 3; ++i)
-      EXPECT_EQ(device.read(std::string("/cfg0/") + kNames[i]), before[static_cast<size_t>(i)]);
+      EXPECT_EQ(device.read(std::string("/cfg0/") + kFileNames[i]), before[static_cast<size_t>(i)]);
   }
 };
 

@@ -6,8 +6,6 @@ namespace {
 
 using testing::HasSubstr;
 using tool::Json;
-using Words = std::vector<std::string>;
-
 /// What lint says of a change before it is in force.
 class ReviewedTest : public SampleTest {
  protected:

@@ -18,9 +18,7 @@ using testing::HasSubstr;
 using testing::Not;
 using tool::Json;
 
-constexpr char kPresets[] = "/cfg0/preset_cfg.xml";
 constexpr char kPresetsBackup[] = "/cfg1/preset_cfg.xml";
-constexpr char kNames[][20] = {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"};
 
 /// A text up to a part of it.
 std::string upTo(const std::string& text, const std::string& part) {
@@ -33,9 +31,9 @@ class SalvageTest : public ParametersTest {
  protected:
   SalvageTest() {
     for (const std::string directory : {"/app/resource/defcfg/", "/cfg0/", "/cfg1/"}) {
-      device.write(directory + kNames[0], kParameters);
-      device.write(directory + kNames[1], kMedia);
-      device.write(directory + kNames[2],
+      device.write(directory + kFileNames[0], kParameters);
+      device.write(directory + kFileNames[1], kMedia);
+      device.write(directory + kFileNames[2],
                    "<PresetCfg>\n    <preset Id=\"1\" Description=\"Door\" PanPos=\"5\"/>\n"
                    "    <preset Id=\"2\" Description=\"Gate\" PanPos=\"6\"/>\n</PresetCfg>\n");
     }
@@ -61,7 +59,8 @@ class SalvageTest : public ParametersTest {
   std::map<std::string, std::string> contents() const {
     std::map<std::string, std::string> contents;
     for (const std::string directory : {"/cfg0/", "/cfg1/"})
-      for (const char* name : kNames) contents[directory + name] = device.read(directory + name);
+      for (const char* name : kFileNames)
+        contents[directory + name] = device.read(directory + name);
     return contents;
   }
 };
@@ -259,7 +258,7 @@ TEST_F(SalvageTest, WhatIsNoPlaceOfTheFactorysIsReportedAndLeftOut) {
 }
 
 TEST_F(SalvageTest, PresetsAreKnownByTheirIds) {
-  device.write(kPresets, "<PresetCfg><preset Id=\"2\" PanPos=\"7\"/><preset Id=\"9\"/><pre");
+  device.write(kPreset, "<PresetCfg><preset Id=\"2\" PanPos=\"7\"/><preset Id=\"9\"/><pre");
   device.write(kPresetsBackup, "<PresetCfg><preset Id=\"3\" PanPos=\"8\"/><pr");
   const Json answer = salvaged();
   const auto source = [&](const char* place) {
@@ -271,14 +270,14 @@ TEST_F(SalvageTest, PresetsAreKnownByTheirIds) {
   EXPECT_EQ(source("presets[9]"), "main");
   EXPECT_EQ(source("presets[3]"), "backup");
   ASSERT_EQ(run({"salvage", "--apply"}).status, 0);
-  EXPECT_EQ(device.read(kPresets),
+  EXPECT_EQ(device.read(kPreset),
             "<PresetCfg>\n    <preset Id=\"1\" Description=\"Door\" PanPos=\"5\"/>\n"
             "    <preset Id=\"3\" PanPos=\"8\"/>\n    <preset Id=\"2\" PanPos=\"7\"/>\n"
             "    <preset Id=\"9\"/>\n</PresetCfg>\n");
 }
 
 TEST_F(SalvageTest, WhatAWholeListDoesNotHaveStaysDeleted) {
-  device.write(kPresets, "<PresetCfg><preset Id=\"2\" PanPos=\"7\"/></PresetCfg><");
+  device.write(kPreset, "<PresetCfg><preset Id=\"2\" PanPos=\"7\"/></PresetCfg><");
   device.remove(kPresetsBackup);
   const Json answer = salvaged();
   EXPECT_EQ(answer["settings"].size(), 1U);

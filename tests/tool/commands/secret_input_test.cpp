@@ -7,8 +7,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using Words = std::vector<std::string>;
-
 /// Secrets that are given as "-".
 class SecretInputTest : public SampleTest {
  protected:

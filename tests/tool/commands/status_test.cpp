@@ -8,10 +8,10 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr char kGood[] = "<A>\n    <B Cur=\"1\"/>\n</A>\n";
-constexpr char kOther[] = "<A>\n    <B Cur=\"22\"/>\n</A>\n";
+constexpr char kSound[] = "<A>\n    <B Cur=\"1\"/>\n</A>\n";
+constexpr char kLonger[] = "<A>\n    <B Cur=\"22\"/>\n</A>\n";
 constexpr char kNotApart[] = "programs: not kept apart (/run/camcfg does not exist)\n";
-constexpr char kDamaged[] = "<A>\n    <B Cu";
+constexpr char kCutShort[] = "<A>\n    <B Cu";
 constexpr const char* kDirectories[] = {"/cfg0/", "/cfg1/", "/app/resource/defcfg/"};
 
 /// A device whose three files are well, except for what a test does to the first of them.
@@ -20,7 +20,7 @@ class StatusTest : public ToolTest {
   StatusTest() {
     for (const char* directory : kDirectories)
       for (const char* name : {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml"})
-        write(std::string(directory) + name, kGood);
+        write(std::string(directory) + name, kSound);
   }
 
   void write(const std::string& path, const std::string& contents) const {
@@ -198,50 +198,51 @@ constexpr char kNone[] = ", so no start can restore from it";
 INSTANTIATE_TEST_SUITE_P(
     Copies, DamagedFileTest,
     testing::Values(
-        Damage{nullptr, kGood, kGood, 4, "missing from-backup, good stays, good -",
+        Damage{nullptr, kSound, kSound, 4, "missing from-backup, good stays, good -",
                finding(kMainAt, std::string("is missing") + kFromBackup)},
-        Damage{kDamaged, kGood, kGood, 4, "damaged from-backup, good stays, good -",
+        Damage{kCutShort, kSound, kSound, 4, "damaged from-backup, good stays, good -",
                finding(kMainAt, std::string("is not well-formed XML") + kFromBackup)},
-        Damage{kDamaged, kDamaged, kGood, 4, "damaged from-default, damaged from-default, good -",
+        Damage{kCutShort, kCutShort, kSound, 4,
+               "damaged from-default, damaged from-default, good -",
                finding(kMainAt, std::string("is not well-formed XML") + kFromDefault) +
                    finding(kBackupAt, std::string("is not well-formed XML") + kFromDefault)},
-        Damage{kGood, kDamaged, kGood, 4, "good stays, damaged stays, good -",
+        Damage{kSound, kCutShort, kSound, 4, "good stays, damaged stays, good -",
                finding(kBackupAt, std::string("is not well-formed XML") + kResync)},
-        Damage{kGood, nullptr, kGood, 4, "good stays, missing stays, good -",
+        Damage{kSound, nullptr, kSound, 4, "good stays, missing stays, good -",
                finding(kBackupAt, std::string("is missing") + kResync)},
-        Damage{kGood, kOther, kGood, 4, "good stays, out-of-step stays, good -",
+        Damage{kSound, kLonger, kSound, 4, "good stays, out-of-step stays, good -",
                finding(kBackupAt, std::string("differs from its main copy") + kResync)},
-        Damage{kGood, kGood, kDamaged, 4, "good stays, good stays, damaged -",
+        Damage{kSound, kSound, kCutShort, 4, "good stays, good stays, damaged -",
                finding(kDefaultAt, std::string("is not well-formed XML") + kNone)},
         // The names of the factory set are those that start-up verification looks at.
-        Damage{kGood, kGood, nullptr, 4, "good -, good -, missing -",
+        Damage{kSound, kSound, nullptr, 4, "good -, good -, missing -",
                finding(kDefaultAt, std::string("is missing") + kNone)},
-        Damage{kDamaged, kGood, nullptr, 3, "damaged -, good -, missing -",
+        Damage{kCutShort, kSound, nullptr, 3, "damaged -, good -, missing -",
                finding(kMainAt,
                        "is not well-formed XML; 'camcfg verify --resync' restores it from its "
                        "backup") +
                    finding(kDefaultAt, std::string("is missing") + kNone)},
-        Damage{kDamaged, kDamaged, kDamaged, 3, "damaged stays, damaged stays, damaged -",
+        Damage{kCutShort, kCutShort, kCutShort, 3, "damaged stays, damaged stays, damaged -",
                finding(kMainAt, "is not well-formed XML and no other copy of it is good") +
                    finding(kBackupAt, "is not well-formed XML") +
                    finding(kDefaultAt, std::string("is not well-formed XML") + kNone)},
-        Damage{"<A/>", "<A/><B/>", kGood, 3, "cut-short stays, good stays, good -",
+        Damage{"<A/>", "<A/><B/>", kSound, 3, "cut-short stays, good stays, good -",
                finding(kMainAt,
                        "ends before 'B', which its backup has; 'camcfg verify --resync' restores "
                        "it from its backup")},
-        Damage{"<!-- x -->", kGood, kGood, 3, "cut-short stays, good stays, good -",
+        Damage{"<!-- x -->", kSound, kSound, 3, "cut-short stays, good stays, good -",
                finding(kMainAt,
                        "ends before 'A', which its backup has; 'camcfg verify --resync' restores "
                        "it from its backup")},
-        Damage{"<!-- x -->", "<!-- x -->", kGood, 3, "no-element stays, no-element stays, good -",
+        Damage{"<!-- x -->", "<!-- x -->", kSound, 3, "no-element stays, no-element stays, good -",
                finding(kMainAt,
                        "holds no element; 'camcfg verify --resync' restores it from the factory "
                        "set") +
                    finding(kBackupAt, std::string("holds no element") + kResync)}));
 
 TEST_F(StatusTest, FileOutsideTheFactorySetNeedsNoFactoryCopy) {
-  write("/cfg0/own.xml", kGood);
-  write("/cfg1/own.xml", kGood);
+  write("/cfg0/own.xml", kSound);
+  write("/cfg1/own.xml", kSound);
   EXPECT_EQ(status().status, 0);
   EXPECT_EQ(rowsOf("own.xml", status()),
             "own.xml             main     good     26     2026-02-03T04:05:06Z  -\n"
@@ -284,7 +285,7 @@ TEST_F(StatusTest, BackupThatIsItsMainCopyIsNone) {
 }
 
 TEST_F(StatusTest, LinkInTheFactorySetIsPassedByWhenTheDeviceStarts) {
-  device.write("/good.xml", kGood);
+  device.write("/good.xml", kSound);
   device.remove(kDefaultAt);
   std::filesystem::create_symlink("/good.xml", device.hostPath() + kDefaultAt);
   device.remove(kMainAt);
@@ -298,10 +299,10 @@ TEST_F(StatusTest, LinkInTheFactorySetIsPassedByWhenTheDeviceStarts) {
 
 TEST_F(StatusTest, NothingIsChanged) {
   device.remove(kMainAt);
-  write(kBackupAt, kDamaged);
+  write(kBackupAt, kCutShort);
   status();
   EXPECT_FALSE(device.exists(kMainAt));
-  EXPECT_EQ(device.read(kBackupAt), kDamaged);
+  EXPECT_EQ(device.read(kBackupAt), kCutShort);
 }
 
 }  // namespace

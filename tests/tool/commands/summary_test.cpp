@@ -6,8 +6,6 @@ namespace camcfg::tests {
 namespace {
 
 using testing::HasSubstr;
-using Words = std::vector<std::string>;
-
 class SummaryTest : public SampleTest {
  protected:
   struct Shown {

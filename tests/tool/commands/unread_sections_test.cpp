@@ -13,7 +13,6 @@ using testing::StartsWith;
 using tool::Json;
 
 constexpr char kMedia[] = "/cfg0/mpp_cfg.xml";
-constexpr char kPresets[] = "/cfg0/preset_cfg.xml";
 
 /// The sample device, of which a section does not load.
 class UnreadSectionsTest : public SampleTest {
@@ -39,14 +38,14 @@ class UnreadSectionsTest : public SampleTest {
 
   void expectThatImportAndResetReplace(const std::string& section) const {
     const std::string media = device.read(kMedia);
-    const std::string presets = device.read(kPresets);
+    const std::string presets = device.read(kPreset);
     for (const std::vector<std::string>& words :
          {std::vector<std::string>{"reset", "--all", "--yes"},
           {"reset", "--section", section},
           {"import", device.hostPath() + "/sound.json"}}) {
       device.write(kMedia, media);
       device.write("/cfg1/mpp_cfg.xml", media);
-      device.write(kPresets, presets);
+      device.write(kPreset, presets);
       device.write("/cfg1/preset_cfg.xml", presets);
       const ToolRun done = run(words);
       EXPECT_EQ(done.status, 0) << done.err;
@@ -98,7 +97,7 @@ TEST_F(UnreadSectionsTest, ImportAndResetMakeAMissingSection) {
 }
 
 TEST_F(UnreadSectionsTest, ImportAndResetMakeAMissingGroupOfPresets) {
-  device.write(kPresets, "<Presets/>\n");
+  device.write(kPreset, "<Presets/>\n");
   device.write("/cfg1/preset_cfg.xml", "<Presets/>\n");
   EXPECT_EQ(run({"status"}).status, 4);
   expectThatImportAndResetReplace("presets");

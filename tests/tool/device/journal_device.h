@@ -13,7 +13,6 @@
 
 namespace camcfg::tests {
 
-constexpr char kPreset[] = "/cfg0/preset_cfg.xml";
 constexpr char kPresetBackup[] = "/cfg1/preset_cfg.xml";
 constexpr char kState[] = "/cfg1/.camcfg";
 constexpr char kJournal[] = "/cfg1/.camcfg/journal";

@@ -13,9 +13,9 @@ namespace camcfg::tests {
 namespace {
 
 using tool::Json;
+using tool::readFile;
 using tool::Refusal;
 using tool::device::onScratchDevice;
-using tool::readFile;
 using tool::device::savesForNobody;
 
 class ScratchTest : public testing::Test {

@@ -36,7 +36,7 @@ std::string decoded(const std::string& text) {
   return result;
 }
 
-std::string replaced(std::string text, const std::string& part, const std::string& other) {
+std::string allReplaced(std::string text, const std::string& part, const std::string& other) {
   for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += other.size())
     text.replace(at, part.size(), other);
   return text;
@@ -50,7 +50,7 @@ std::string utf16(const std::string& text, bool littleEndian) {
 }
 
 std::string unindented(std::string text) {
-  while (text.find("\n ") != std::string::npos) text = replaced(text, "\n ", "\n");
+  while (text.find("\n ") != std::string::npos) text = allReplaced(text, "\n ", "\n");
   return text;
 }
 
@@ -77,13 +77,13 @@ const std::map<std::string, std::function<std::string(const std::string&)>>& edi
       {"zeroed", [](const Text& text) { return Text(text.size(), '\0'); }},
       {"half", [](const Text& text) { return text.substr(0, text.size() / 2); }},
       {"twice", [](const Text& text) { return text + text; }},
-      {"cr", [](const Text& text) { return replaced(text, "\n", "\r"); }},
-      {"crlf", [](const Text& text) { return replaced(text, "\n", "\r\n"); }},
+      {"cr", [](const Text& text) { return allReplaced(text, "\n", "\r"); }},
+      {"crlf", [](const Text& text) { return allReplaced(text, "\n", "\r\n"); }},
       {"bom", [](const Text& text) { return "\xef\xbb\xbf" + text; }},
-      {"tabs", [](const Text& text) { return replaced(text, "    ", "\t"); }},
+      {"tabs", [](const Text& text) { return allReplaced(text, "    ", "\t"); }},
       {"unindented", unindented},
-      {"one-line", [](const Text& text) { return replaced(unindented(text), "\n", ""); }},
-      {"single-quotes", [](const Text& text) { return replaced(text, "\"", "'"); }},
+      {"one-line", [](const Text& text) { return allReplaced(unindented(text), "\n", ""); }},
+      {"single-quotes", [](const Text& text) { return allReplaced(text, "\"", "'"); }},
       {"no-final-line-break", [](const Text& text) { return text.substr(0, text.size() - 1); }},
       {"no-presets", [](const Text&) { return Text("<PresetCfg>\n</PresetCfg>\n"); }},
       {"last-element-first", lastElementFirst},

@@ -13,7 +13,7 @@ using testkit::DeviceRoot;
 constexpr char kMain[] = "/cfg0/mpp_cfg.xml";
 constexpr char kBackup[] = "/cfg1/mpp_cfg.xml";
 
-std::string with(std::string text, const std::string& part, const std::string& other) {
+std::string replaced(std::string text, const std::string& part, const std::string& other) {
   return text.replace(text.find(part), part.size(), other);
 }
 
@@ -23,7 +23,7 @@ void writeAll(const DeviceRoot& device, const std::string& name, const std::stri
 }
 
 std::string withText(const std::string& sentence, const std::string& text) {
-  return with(
+  return replaced(
       kCleanTexts, "</Texts>",
       "    <Sentence Val=\"" + sentence + "\"/>\n    <Text Val=\"" + text + "\"/>\n</Texts>");
 }
@@ -34,11 +34,12 @@ void writeTexts(const DeviceRoot& device, const std::string& english, const std:
 }
 
 void writeCaller(const DeviceRoot& device, const std::string& host) {
-  writeAll(device, "mpp_cfg.xml",
-           with(kCleanMedia, "    </SRT>",
-                "    <Instance Id=\"1\" Mode=\"Caller\" Hostname=\"" + host +
-                    "\" Port=\"9000\">\n<Stream Id=\"a\"><Channel Id=\"0\"/></Stream></Instance>"
-                    "\n    </SRT>"));
+  writeAll(
+      device, "mpp_cfg.xml",
+      replaced(kCleanMedia, "    </SRT>",
+               "    <Instance Id=\"1\" Mode=\"Caller\" Hostname=\"" + host +
+                   "\" Port=\"9000\">\n<Stream Id=\"a\"><Channel Id=\"0\"/></Stream></Instance>"
+                   "\n    </SRT>"));
 }
 
 }  // namespace
@@ -95,10 +96,10 @@ std::vector<DeviceCase> deviceCases() {
        "/app/resource/language/German.xml [language-option-missing]\n"},
       {"port-of-two-services",
        [](const DeviceRoot& device) {
-         writeAll(device, "mpp_cfg.xml", with(kCleanMedia, "Port=\"9000\"", "Port=\"554\""));
+         writeAll(device, "mpp_cfg.xml", replaced(kCleanMedia, "Port=\"9000\"", "Port=\"554\""));
        },
        [](const DeviceRoot& device) {
-         writeAll(device, "mpp_cfg.xml", with(kCleanMedia, "Port=\"9000\"", "Port=\"555\""));
+         writeAll(device, "mpp_cfg.xml", replaced(kCleanMedia, "Port=\"9000\"", "Port=\"555\""));
        },
        "/cfg0/mpp_cfg.xml:39: warning: <Instance>: 554 is the port of <Rtsp> in "
        "/cfg0/business_param.xml at line 6, too [port-of-two-services]\n"},
@@ -115,11 +116,11 @@ std::vector<DeviceCase> deviceCases() {
       {"translation-empty",
        [](const DeviceRoot& device) {
          device.write("/app/resource/language/German.xml",
-                      with(kCleanTexts, "Val=\"Video\"", "Val=\"\""));
+                      replaced(kCleanTexts, "Val=\"Video\"", "Val=\"\""));
        },
        [](const DeviceRoot& device) {
          device.write("/app/resource/language/German.xml",
-                      with(kCleanTexts, "Val=\"Video\"", "Val=\"-\""));
+                      replaced(kCleanTexts, "Val=\"Video\"", "Val=\"-\""));
        },
        "/app/resource/language/German.xml:3: warning: MenuVideo: \"Val\" is empty, and has a text "
        "in "
@@ -127,11 +128,11 @@ std::vector<DeviceCase> deviceCases() {
       {"translation-placeholders",
        [](const DeviceRoot& device) {
          device.write("/app/resource/language/German.xml",
-                      with(kCleanTexts, "Val=\"Video\"", "Val=\"Video %d\""));
+                      replaced(kCleanTexts, "Val=\"Video\"", "Val=\"Video %d\""));
        },
        [](const DeviceRoot& device) {
          device.write("/app/resource/language/German.xml",
-                      with(kCleanTexts, "Val=\"Video\"", "Val=\"100% Video\""));
+                      replaced(kCleanTexts, "Val=\"Video\"", "Val=\"100% Video\""));
        },
        "/app/resource/language/German.xml:3: warning: MenuVideo: \"Val\" has other placeholders "
        "than "
@@ -157,7 +158,7 @@ std::vector<DeviceCase> deviceCases() {
        [](const DeviceRoot& device) {
          device.write("/app/resource/language/English.xml", withText("a", "a"));
          device.write("/app/resource/language/German.xml",
-                      with(withText("b", "b"), "    <Text Val=\"b\"/>\n", ""));
+                      replaced(withText("b", "b"), "    <Text Val=\"b\"/>\n", ""));
        },
        [](const DeviceRoot& device) { writeTexts(device, "a", "b"); },
        "/app/resource/language/German.xml:4: warning: Text has no text here; it has one in "
@@ -225,19 +226,19 @@ std::vector<DeviceCase> deviceCases() {
        "[backup-damaged]\n"},
       {"copies-differ",
        [](const DeviceRoot& device) {
-         device.write(kBackup, with(kCleanMedia, "Port=\"9000\"", "Port=\"9001\""));
+         device.write(kBackup, replaced(kCleanMedia, "Port=\"9000\"", "Port=\"9001\""));
        },
        [](const DeviceRoot& device) {
-         device.write(kBackup, with(kCleanMedia, "Port=\"9000\"", "Port='9000'"));
+         device.write(kBackup, replaced(kCleanMedia, "Port=\"9000\"", "Port='9000'"));
        },
        "/cfg0/mpp_cfg.xml:39: warning: its backup /cfg1/mpp_cfg.xml differs from here on "
        "[copies-differ]\n"},
       {"copies-differ",
        [](const DeviceRoot& device) {
-         device.write(kBackup, with(kCleanMedia, "</RTSP>", "<MediaGroup Name=\"a\"/></RTSP>"));
+         device.write(kBackup, replaced(kCleanMedia, "</RTSP>", "<MediaGroup Name=\"a\"/></RTSP>"));
        },
        [](const DeviceRoot& device) {
-         device.write(kBackup, with(kCleanMedia, "</RTSP>", "\n</RTSP>"));
+         device.write(kBackup, replaced(kCleanMedia, "</RTSP>", "\n</RTSP>"));
        },
        "/cfg0/mpp_cfg.xml:21: warning: its backup /cfg1/mpp_cfg.xml differs from here on "
        "[copies-differ]\n"},

@@ -12,19 +12,19 @@ namespace {
 
 using namespace tool;
 
-struct Linted {
+struct LintedText {
   std::vector<lint::Source> sources;
   std::vector<lint::Finding> findings;
 };
 
-Linted lintOf(const std::string& text) {
-  Linted linted{lint::sourcesOf({{"x.xml", text, ""}}), {}};
+LintedText lintOf(const std::string& text) {
+  LintedText linted{lint::sourcesOf({{"x.xml", text, ""}}), {}};
   linted.findings = lint::lint(linted.sources);
   return linted;
 }
 
 lint::FixedFile fixOf(const std::string& text) {
-  const Linted linted = lintOf(text);
+  const LintedText linted = lintOf(text);
   return fixed(linted.sources.front(), linted.findings);
 }
 

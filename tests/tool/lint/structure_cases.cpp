@@ -6,7 +6,7 @@ namespace camcfg::tests {
 namespace {
 
 // A file with some of its parts replaced, which are there once.
-std::string changed(std::string text, const std::map<std::string, std::string>& parts) {
+std::string replacedIn(std::string text, const std::map<std::string, std::string>& parts) {
   for (const auto& [part, other] : parts) text.replace(text.find(part), part.size(), other);
   return text;
 }
@@ -111,16 +111,16 @@ x.xml:15: error: </Image> closes nothing that is open here: reading ends, and wh
        R"(x.xml:11: error: Image/Lens is a section inside another: no call reads the numbers in it [section-nested]
 )"},
       {"section-nested", kCleanParameters, kCleanParameters,
-       changed(kCleanParameters,
-               {{"<NetWork", "<Old><NetWork"}, {"</NetWork>", "</NetWork></Old>"}}),
+       replacedIn(kCleanParameters,
+                  {{"<NetWork", "<Old><NetWork"}, {"</NetWork>", "</NetWork></Old>"}}),
        kCleanParameters,
        R"(x.xml:15: error: <NetWork> is not read: it is inside <Old> at line 15, and readers look for it at the top [section-nested]
 )"},
       {"section-nested", kCleanMedia, kCleanMedia,
-       changed(kCleanMedia, {{"    <RTSP>\n", ""},
-                             {"    <WEBSOCKET>\n", "    <WEBSOCKET>\n<RTSP>\n"},
-                             {"    </WEBSOCKET>\n", ""},
-                             {"    </RTSP>\n", "</RTSP></WEBSOCKET>\n"}}),
+       replacedIn(kCleanMedia, {{"    <RTSP>\n", ""},
+                                {"    <WEBSOCKET>\n", "    <WEBSOCKET>\n<RTSP>\n"},
+                                {"    </WEBSOCKET>\n", ""},
+                                {"    </RTSP>\n", "</RTSP></WEBSOCKET>\n"}}),
        kCleanMedia,
        R"(x.xml:19: error: <RTSP> is not read: it is inside <WEBSOCKET> at line 18, and readers look for it in <LiveMediaService> [section-nested]
 x.xml:19: warning: <WEBSOCKET>: no loader reads <RTSP>, and the next save drops it [unknown-element]

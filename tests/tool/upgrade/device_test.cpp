@@ -27,8 +27,6 @@ constexpr char kNewPreset[] =
 /// A device with the factory set that it came with, which is kept since its first start.
 class UpgradeTest : public ToolTest {
  protected:
-  using Words = std::vector<std::string>;
-
   UpgradeTest() {
     give("/app/resource/defcfg/", kParameters, kMedia, kTwoPresets);
     give("/old/", kParameters, kMedia, kTwoPresets);

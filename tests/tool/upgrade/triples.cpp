@@ -3,7 +3,7 @@
 namespace camcfg::tests {
 namespace {
 
-constexpr int kParameters = 8;
+constexpr int kMostParameters = 8;
 constexpr const char* kWords[] = {"Auto", "Manual", "Off", "Half"};
 
 // A parameter with its limits: a number, or a text if it is odd.
@@ -50,7 +50,7 @@ std::string parametersOf(const std::vector<int>& values) {
 }
 
 Triple Triples::parameters() {
-  std::vector<Form> base(kParameters);
+  std::vector<Form> base(kMostParameters);
   for (std::size_t i = 0; i < base.size(); ++i) {
     base[i].isThere = below(8) != 0;
     base[i].most = i % 2 == 1 ? 3 : 9;
