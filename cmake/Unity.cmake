@@ -1,4 +1,4 @@
-# Compiles the files of a folder eight at a time, which takes a third of the time. Names in a folder must
+# Compiles the files of a folder sixteen at a time, which takes a third of the time. Names in a folder must
 # therefore differ from file to file, in unnamed namespaces, too.
 function(camcfg_unity target)
   if(NOT CAMCFG_UNITY)
@@ -15,7 +15,7 @@ function(camcfg_unity target)
     cmake_path(GET path PARENT_PATH folder)
     string(MAKE_C_IDENTIFIER "${folder}" counted)
     math(EXPR count_${counted} "${count_${counted}} + 1")
-    math(EXPR group "${count_${counted}} / 8")
+    math(EXPR group "${count_${counted}} / 16")
     cmake_path(GET folder FILENAME name)
     set_source_files_properties(${file} TARGET_DIRECTORY ${target}
       PROPERTIES UNITY_GROUP ${name}_${group})

@@ -251,16 +251,16 @@ TEST_P(EverySectionTest, DumpingRewritesTheWholeSectionAndNothingElse) {
   }
 }
 
-std::string nameOf(const testing::TestParamInfo<Section>& section) {
+std::string sectionName(const testing::TestParamInfo<Section>& section) {
   return section.param.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, EverySectionTest,
                          testing::Values(sources(), caches(), websocket(), rtsp(), rtmp(), ndi(),
                                          srt()),
-                         nameOf);
+                         sectionName);
 INSTANTIATE_TEST_SUITE_P(WithoutSize, EverySectionTest, testing::Values(cachesWithoutSize()),
-                         nameOf);
+                         sectionName);
 
 }  // namespace
 }  // namespace camcfg::tests

@@ -39,7 +39,7 @@ void PrintTo(const Operation& operation, std::ostream* out) {
 }
 
 template <typename List>
-Operation loading(const char* name, const Family& family, std::int32_t (*loader)(List&)) {
+Operation loadingWith(const char* name, const Family& family, std::int32_t (*loader)(List&)) {
   return {name, &family, Mode::Reads, [loader] {
             List list;
             return loader(list);
@@ -47,8 +47,8 @@ Operation loading(const char* name, const Family& family, std::int32_t (*loader)
 }
 
 template <typename List>
-Operation dumping(const char* name, const Family& family, std::int32_t (*dumper)(const List&),
-                  const List& list, Mode mode = Mode::Writes) {
+Operation dumpingWith(const char* name, const Family& family, std::int32_t (*dumper)(const List&),
+                      const List& list, Mode mode = Mode::Writes) {
   return {name, &family, mode, [dumper, list] { return dumper(list); }};
 }
 
@@ -82,23 +82,23 @@ std::vector<Operation> everyOperation() {
       opening("OpenStreamsForWriting", kStreams, "StreamCache", BU_FALSE),
       opening("OpenServicesForReading", kServices, "SRT", BU_TRUE),
       opening("OpenServicesForWriting", kServices, "SRT", BU_FALSE),
-      loading("LoadSources", kStreams, CFG_MPP_LoadStreamSourceConfig),
-      loading("LoadCaches", kStreams, CFG_MPP_LoadStreamCacheConfig),
-      loading("LoadWebsocket", kServices, CFG_LM_LoadWebsocketConfig),
-      loading("LoadRtsp", kServices, CFG_LM_LoadRtspConfig),
-      loading("LoadRtmp", kServices, CFG_LM_LoadRtmpConfig),
-      loading("LoadNdi", kServices, CFG_LM_LoadNdiConfig),
-      loading("LoadSrt", kServices, CFG_LM_LoadSrtConfig),
-      dumping("DumpSources", kStreams, CFG_MPP_DumpStreamSourceConfig, someSources()),
-      dumping("DumpCaches", kStreams, CFG_MPP_DumpStreamCacheConfig, someCaches()),
-      dumping("DumpWebsocket", kServices, CFG_LM_DumpWebsocketConfig, {{kLong, 1}, {kLong, 2}}),
-      dumping("DumpRtsp", kServices, CFG_LM_DumpRtspConfig, shared({{kLong, {{kLong, 1}}}})),
-      dumping("DumpRtmp", kServices, CFG_LM_DumpRtmpConfig, {{1, 1, kLong, kLong, kLong, 1, 2}},
-              Mode::LeavesLocked),
-      dumping("DumpNdi", kServices, CFG_LM_DumpNdiConfig,
-              {{1, 1, 1, kLong, 1, kLong, kLong, 1, kLong, kLong, 1, 2, 3}}),
-      dumping("DumpSrt", kServices, CFG_LM_DumpSrtConfig,
-              {{1, 0, kLong, 1, 1, kLong, 20, {{kLong, 1, {1, 2}}}}}),
+      loadingWith("LoadSources", kStreams, CFG_MPP_LoadStreamSourceConfig),
+      loadingWith("LoadCaches", kStreams, CFG_MPP_LoadStreamCacheConfig),
+      loadingWith("LoadWebsocket", kServices, CFG_LM_LoadWebsocketConfig),
+      loadingWith("LoadRtsp", kServices, CFG_LM_LoadRtspConfig),
+      loadingWith("LoadRtmp", kServices, CFG_LM_LoadRtmpConfig),
+      loadingWith("LoadNdi", kServices, CFG_LM_LoadNdiConfig),
+      loadingWith("LoadSrt", kServices, CFG_LM_LoadSrtConfig),
+      dumpingWith("DumpSources", kStreams, CFG_MPP_DumpStreamSourceConfig, someSources()),
+      dumpingWith("DumpCaches", kStreams, CFG_MPP_DumpStreamCacheConfig, someCaches()),
+      dumpingWith("DumpWebsocket", kServices, CFG_LM_DumpWebsocketConfig, {{kLong, 1}, {kLong, 2}}),
+      dumpingWith("DumpRtsp", kServices, CFG_LM_DumpRtspConfig, shared({{kLong, {{kLong, 1}}}})),
+      dumpingWith("DumpRtmp", kServices, CFG_LM_DumpRtmpConfig, {{1, 1, kLong, kLong, kLong, 1, 2}},
+                  Mode::LeavesLocked),
+      dumpingWith("DumpNdi", kServices, CFG_LM_DumpNdiConfig,
+                  {{1, 1, 1, kLong, 1, kLong, kLong, 1, kLong, kLong, 1, 2, 3}}),
+      dumpingWith("DumpSrt", kServices, CFG_LM_DumpSrtConfig,
+                  {{1, 0, kLong, 1, 1, kLong, 20, {{kLong, 1, {1, 2}}}}}),
       {"EnableSource", &kStreams, Mode::Writes,
        [] { return CFG_MPP_UpdateStreamCacheEnabledStreamSource(0, 0); }},
       {"AllowSources", &kStreams, Mode::Writes,

@@ -7,7 +7,6 @@
 
 namespace camcfg::tests {
 
-constexpr char kMpp[] = "/cfg0/mpp_cfg.xml";
 constexpr char kMppBackup[] = "/cfg1/mpp_cfg.xml";
 
 /// A media file as the library writes it.

@@ -17,6 +17,7 @@ using Words = std::vector<std::string>;
 constexpr char kBusiness[] = "/cfg0/business_param.xml";
 constexpr char kBusinessBackup[] = "/cfg1/business_param.xml";
 constexpr char kBusinessDefault[] = "/app/resource/defcfg/business_param.xml";
+constexpr char kMpp[] = "/cfg0/mpp_cfg.xml";
 constexpr char kPreset[] = "/cfg0/preset_cfg.xml";
 constexpr char kMppDefault[] = "/app/resource/defcfg/mpp_cfg.xml";
 

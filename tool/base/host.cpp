@@ -82,7 +82,7 @@ void removeLeftIn(int parent) {
 bool writeAll(int fd, const std::string& text) {
   std::size_t done = 0;
   while (done < text.size()) {
-    const ssize_t written = write(fd, text.data() + done, text.size() - done);
+    const ssize_t written = ::write(fd, text.data() + done, text.size() - done);
     if (written < 0 && errno == EINTR) continue;
     if (written < 0) return false;
     done += static_cast<std::size_t>(written);

@@ -20,9 +20,8 @@ bool isSteering(std::string_view character) {
 }
 
 std::string writtenOut(char32_t character) {
-  constexpr char kDigits[] = "0123456789abcdef";
   std::string digits;
-  for (int shift = 12; shift >= 0; shift -= 4) digits += kDigits[(character >> shift) & 0xf];
+  for (int shift = 12; shift >= 0; shift -= 4) digits += kHexDigits[(character >> shift) & 0xf];
   return "\\u" + digits;
 }
 

@@ -6,13 +6,12 @@ namespace camcfg::tool {
 namespace {
 
 constexpr char kBytes[] = "$bytes";
-constexpr std::string_view kDigits = "0123456789abcdef";
 
 std::string hexOf(const std::string& bytes) {
   std::string hex;
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    hex.append({kDigits[byte >> 4U], kDigits[byte & 15U]});
+    hex.append({kHexDigits[byte >> 4U], kHexDigits[byte & 15U]});
   }
   return hex;
 }
@@ -22,10 +21,11 @@ std::string readBytes(const Json& object, std::string& bytes) {
   const Json& hex = object.at(kBytes);
   if (object.size() != 1) return "$bytes must be its only member";
   const bool isHex = hex.is_string() && hex.text().size() % 2 == 0 &&
-                     hex.text().find_first_not_of(kDigits) == std::string::npos;
+                     hex.text().find_first_not_of(kHexDigits) == std::string::npos;
   if (!isHex) return "$bytes must be two digits for each byte, 0 to 9 and a to f";
   for (std::size_t i = 0; i < hex.text().size(); i += 2)
-    bytes += static_cast<char>(kDigits.find(hex.text()[i]) * 16 + kDigits.find(hex.text()[i + 1]));
+    bytes +=
+        static_cast<char>(kHexDigits.find(hex.text()[i]) * 16 + kHexDigits.find(hex.text()[i + 1]));
   if (bytes.find('\0') != std::string::npos) return "$bytes has a zero byte, which ends a text";
   return asUtf8(bytes) == bytes ? "$bytes is UTF-8; give a text" : "";
 }

@@ -13,13 +13,12 @@ namespace {
 void addEscaped(char c, std::string& text) {
   constexpr std::string_view kLetters = "\b\f\n\r\t\"\\";
   constexpr std::string_view kNames = "bfnrt\"\\";
-  constexpr char kDigits[] = "0123456789abcdef";
   const std::size_t found = kLetters.find(c);
   text += '\\';
   if (found != std::string_view::npos)
     text += kNames[found];
   else
-    text.append("u00").append(1, kDigits[c >> 4]).append(1, kDigits[c & 15]);
+    text.append("u00").append(1, kHexDigits[c >> 4]).append(1, kHexDigits[c & 15]);
 }
 
 void addText(const std::string& value, std::string& text) {

@@ -35,8 +35,7 @@ bool isSecond(unsigned char lead, unsigned char second) {
 }
 
 std::string hexadecimal(unsigned char c) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  return {kDigits[c >> 4], kDigits[c & 15]};
+  return {kHexDigits[c >> 4], kHexDigits[c & 15]};
 }
 
 bool isControl(unsigned char c) {
@@ -199,7 +198,7 @@ std::string inLowerCase(std::string_view text) {
 }
 
 std::string inUrl(std::string_view text, std::string_view punctuation) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
+  constexpr char kUpperDigits[] = "0123456789ABCDEF";
   std::string url;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
@@ -208,7 +207,7 @@ std::string inUrl(std::string_view text, std::string_view punctuation) {
     if (isPlain)
       url += c;
     else
-      url.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
+      url.append({'%', kUpperDigits[byte / 16], kUpperDigits[byte % 16]});
   }
   return url;
 }

@@ -17,6 +17,9 @@
 
 namespace camcfg::tool {
 
+/// The digits of a hexadecimal number.
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+
 inline bool beginsWith(std::string_view text, std::string_view beginning) {
   return text.substr(0, beginning.size()) == beginning;
 }

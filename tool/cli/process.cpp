@@ -53,7 +53,7 @@ bool waitsForNoReader = false;
 // Writes by a process of its own, which has no file open that anybody may wait for.
 bool writeApart(int fd, const std::string& text) {
   constexpr int kLooks = 500;
-  constexpr timespec kInterval{0, 2'000'000};
+  constexpr timespec kLookInterval{0, 2'000'000};
   const pid_t child = fork();
   if (child < 0) return writeAll(fd, text);
   if (child == 0) {
@@ -64,7 +64,7 @@ bool writeApart(int fd, const std::string& text) {
   }
   int status = 0;
   for (int look = 0; look < kLooks && waitpid(child, &status, WNOHANG) == 0; ++look)
-    nanosleep(&kInterval, nullptr);
+    nanosleep(&kLookInterval, nullptr);
   errno = WIFEXITED(status) ? WEXITSTATUS(status) : EPIPE;
   return errno == 0;
 }

@@ -146,7 +146,7 @@ int requireUnusedId() {
   return id;
 }
 
-Answer add(const Arguments& arguments) {
+Answer addPreset(const Arguments& arguments) {
   const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   const presets::Presets usable;
   Answer answer = store(arguments, givenOf(arguments, requireUnusedId()));
@@ -154,7 +154,7 @@ Answer add(const Arguments& arguments) {
   return answer;
 }
 
-Answer remove(const Arguments& arguments) {
+Answer removePreset(const Arguments& arguments) {
   const device::Turn turn(filesFor(arguments, {CFG_FILE_PRESET}));
   const presets::Presets presets;
   const presets::Preset& preset = presets.require(arguments.text(kPreset));
@@ -226,11 +226,11 @@ CommandGroup presetGroup() {
        presetChanger("preset set", "Change what is given of a preset, or create it", setPreset,
                      withValues({{Option::Argument, kPreset,
                                   "An id, which may be a new one, or a whole description"}})),
-       presetChanger("preset add", "Create a preset under the next free id and print the id", add,
-                     withValues({})),
+       presetChanger("preset add", "Create a preset under the next free id and print the id",
+                     addPreset, withValues({})),
        presetChanger("preset rename", "Give a preset another description", rename,
                      {kOnePreset, {Option::Argument, kDescription, "The new one", anyWord}}),
-       presetChanger("preset delete", "Delete a preset", remove, {kOnePreset}),
+       presetChanger("preset delete", "Delete a preset", removePreset, {kOnePreset}),
        command(
            "preset export", "Print all presets for an import", exportAll,
            {{Option::Value, kFormat, "csv (if none is given) or json", oneOf({"csv", "json"})}}),

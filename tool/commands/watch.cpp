@@ -19,8 +19,8 @@ std::string timeNow() {
   clock_gettime(CLOCK_REALTIME, &now);
   char fraction[16];
   std::snprintf(fraction, sizeof fraction, ".%03dZ", static_cast<int>(now.tv_nsec / 1000000));
-  const std::string seconds = utcText(now.tv_sec);
-  return seconds.substr(0, seconds.find('Z')) + fraction;
+  const std::string whole = utcText(now.tv_sec);
+  return whole.substr(0, whole.find('Z')) + fraction;
 }
 
 Json recordsOf(const Json& differences, const document::Places& places) {

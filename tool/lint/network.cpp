@@ -98,7 +98,7 @@ bool isIpv6(const Setting& setting, const std::string& text) {
          inet_pton(AF_INET6, text.c_str(), &address) == 1;
 }
 
-void checkText(const Item& field, const Setting& setting, const char* attribute) {
+void checkFieldText(const Item& field, const Setting& setting, const char* attribute) {
   const std::string text = field.text(attribute);
   if (setting.kind != settings::Kind::Text) {
     const std::vector<std::string> words = settings::wordsOf(setting);
@@ -123,7 +123,7 @@ void checkField(const Item& field, const Setting& setting) {
     if (setting.kind == settings::Kind::Integer)
       checkMtu(field, setting, attribute);
     else
-      checkText(field, setting, attribute);
+      checkFieldText(field, setting, attribute);
   }
 }
 

@@ -184,7 +184,7 @@ void checkOptions(const Item& item, const std::string& options) {
     item.addOf(kOptionsMixed, "OptTxt", " separates its texts in more than one way");
 }
 
-void checkTexts(const Item& item) {
+void checkOptionTexts(const Item& item) {
   item.requireFits("OptTxt", CFG_TXT_OPT_SIZE - 1);
   item.requireFits("Def", CFG_TXT_DEF_SIZE - 1);
   item.requireFits("Cur", CFG_TXT_CUR_SIZE - 1);
@@ -222,7 +222,7 @@ void checkItem(const Item& item, bool isInner) {
   if (isInteger)
     checkIntegers(item);
   else
-    checkTexts(item);
+    checkOptionTexts(item);
 }
 
 // An element without "Cur" may hold other parameters only, or be an entry of an application's own.

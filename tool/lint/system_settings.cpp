@@ -41,7 +41,7 @@ void checkDevice(const Item& item, const Source& /*source*/) {
   item.checkName("DeviceName");
 }
 
-void checkLanguage(const Item& item, const Source& /*source*/) {
+void checkLanguageSetting(const Item& item, const Source& /*source*/) {
   item.requireFits("Cur", kLongestLanguage);
 }
 
@@ -53,7 +53,7 @@ struct Read {
 };
 
 std::vector<Read> settingsRead() {
-  std::vector<Read> all = {{"Language", "CFG_SYSTEM_GetLanguage", checkLanguage},
+  std::vector<Read> all = {{"Language", "CFG_SYSTEM_GetLanguage", checkLanguageSetting},
                            {"DeviceAttr", "CFG_SYSTEM_GetDeviceName", checkDevice}};
   for (const settings::SystemPort& port : settings::systemPorts())
     all.push_back({port.parameter, port.reader, checkPort});

@@ -62,9 +62,9 @@ void checkHabit(const Habit& habit, const std::vector<const Translated*>& all) {
 }
 
 void checkToDo(const std::vector<const Translated*>& all) {
-  constexpr std::size_t kSentence = 5;
+  constexpr std::size_t kLongSentence = 5;
   const auto sentence = std::find_if(all.begin(), all.end(), [](const Translated* each) {
-    return !isToDo(each->text) && wordsIn(each->text) >= kSentence;
+    return !isToDo(each->text) && wordsIn(each->text) >= kLongSentence;
   });
   if (sentence == all.end()) return;
   for (const Translated* each : all)

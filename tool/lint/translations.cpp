@@ -76,7 +76,7 @@ Texts textsOf(const Source& source) {
   return texts;
 }
 
-void checkText(const Known& known, const XMLElement& text, Findings& findings) {
+void checkTranslation(const Known& known, const XMLElement& text, Findings& findings) {
   if (known.element == &text || !has(text, "Val")) return;
   const std::string value = textOf(text, "Val");
   const std::string other = textOf(*known.element, "Val");
@@ -180,7 +180,7 @@ void checkOffered(const Item& item, const TextFiles& files) {
                         files.directory, clipped(name), " has the texts of"));
 }
 
-void checkLanguage(const Item& item, const TextFiles& files) {
+void checkTextFile(const Item& item, const TextFiles& files) {
   const std::string language = item.text("Cur");
   for (const std::string& option : settings::optionsIn(item.text("OptTxt"))) {
     const std::string why = files.whyMissing(option);
@@ -208,7 +208,7 @@ void checkTranslations(const std::vector<Source>& sources, std::vector<Findings>
   for (const auto& [i, texts] : languages) {
     checkMissing(sources[i], known, languages, findings);
     checkUntranslated(texts, known, findings[i]);
-    for (const auto& [key, text] : texts) checkText(known.at(key), *text, findings[i]);
+    for (const auto& [key, text] : texts) checkTranslation(known.at(key), *text, findings[i]);
   }
   for (const auto& [key, first] : known)
     checkTranslated(translationsOf(key, languages, sources, findings));
@@ -221,7 +221,7 @@ void checkLanguages(const std::vector<Source>& sources, std::vector<Findings>& f
     const XMLElement* element = system == nullptr ? nullptr : system->FirstChildElement("Language");
     const std::optional<TextFiles> files = textFilesFor(sources[i], sources);
     if (element != nullptr && files)
-      checkLanguage(Item{*system, settings::kSystemSection, findings[i]}.inner(*element), *files);
+      checkTextFile(Item{*system, settings::kSystemSection, findings[i]}.inner(*element), *files);
   }
 }
 

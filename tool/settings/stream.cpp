@@ -95,14 +95,14 @@ Json sizeOf(std::int64_t bytes, std::int64_t typedUnit) {
 
 // "2MiB", "512 KB", "187.5KiB", "192000"
 Json typedSize(const std::string& word) {
-  constexpr double kMost = 1e15;
+  constexpr double kMostBytes = 1e15;
   const std::size_t end = std::min(word.find_first_not_of("0123456789."), word.size());
   const std::size_t letters = std::min(word.find_first_not_of(' ', end), word.size());
   const std::int64_t unit = bytesOfUnit(word.substr(letters));
   char* rest = nullptr;
   const double bytes = std::strtod(word.c_str(), &rest) * static_cast<double>(unit);
   const bool isNumber = end > 0 && rest == word.c_str() + end && word[0] != '.';
-  if (!isNumber || unit == 0 || bytes > kMost || bytes != std::floor(bytes)) return word;
+  if (!isNumber || unit == 0 || bytes > kMostBytes || bytes != std::floor(bytes)) return word;
   return sizeOf(static_cast<std::int64_t>(bytes), unit);
 }
 

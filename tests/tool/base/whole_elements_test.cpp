@@ -13,7 +13,7 @@ using tool::FoundElement;
 
 // "NAME" of a whole element, "NAME..." of one that is not; with the names of what it is in, "?" where
 // that is not known: "b/a" is <b> in <a>.
-std::vector<std::string> namesIn(const std::string& bytes) {
+std::vector<std::string> foundIn(const std::string& bytes) {
   const std::vector<FoundElement> elements = tool::elementsIn(bytes);
   std::vector<std::string> names;
   for (const FoundElement& element : elements) {
@@ -31,7 +31,7 @@ const std::string kZeroes(5, '\0');
 
 TEST(WholeElementsTest, AWholeDocumentIsKnownThroughout) {
   EXPECT_THAT(
-      namesIn("<?xml version='1.0'?><!DOCTYPE a>\n<a x='1'>\n <b/><!-- <c/> --><d >\n</d></a><e/>"),
+      foundIn("<?xml version='1.0'?><!DOCTYPE a>\n<a x='1'>\n <b/><!-- <c/> --><d >\n</d></a><e/>"),
       ElementsAre("a", "b/a", "d/a", "e"));
 }
 
@@ -47,60 +47,60 @@ TEST(WholeElementsTest, ElementsHaveTheirTextTagAndLine) {
 }
 
 TEST(WholeElementsTest, ACutLeavesWhatIsBeforeIt) {
-  EXPECT_THAT(namesIn("<a><b/><c d='1"), ElementsAre("a...", "b/a"));
-  EXPECT_THAT(namesIn("<a><b/><c d='1'>"), ElementsAre("a...", "b/a", "c.../a"));
-  EXPECT_THAT(namesIn("<a><b/></a"), ElementsAre("a...", "b/a"));
-  EXPECT_THAT(namesIn("<a><b/><!-- <c/>"), ElementsAre("a...", "b/a"));
+  EXPECT_THAT(foundIn("<a><b/><c d='1"), ElementsAre("a...", "b/a"));
+  EXPECT_THAT(foundIn("<a><b/><c d='1'>"), ElementsAre("a...", "b/a", "c.../a"));
+  EXPECT_THAT(foundIn("<a><b/></a"), ElementsAre("a...", "b/a"));
+  EXPECT_THAT(foundIn("<a><b/><!-- <c/>"), ElementsAre("a...", "b/a"));
 }
 
 TEST(WholeElementsTest, AfterADamageEndTagsSayWhatElementsAreIn) {
-  EXPECT_THAT(namesIn("<a><b/>" + kZeroes + "<c/></a><d/>"),
+  EXPECT_THAT(foundIn("<a><b/>" + kZeroes + "<c/></a><d/>"),
               ElementsAre("a...", "b/a", "c/a/?", "d/?"));
-  EXPECT_THAT(namesIn("<a><b/>" + kZeroes + "<c/></z></y><d/>"),
+  EXPECT_THAT(foundIn("<a><b/>" + kZeroes + "<c/></z></y><d/>"),
               ElementsAre("a...", "b/a", "c/z/y/?", "d/?"));
-  EXPECT_THAT(namesIn("<a>" + kZeroes + "<b><c/></b>"), ElementsAre("a...", "b/?", "c/b/?"));
+  EXPECT_THAT(foundIn("<a>" + kZeroes + "<b><c/></b>"), ElementsAre("a...", "b/?", "c/b/?"));
 }
 
 TEST(WholeElementsTest, BetweenTwoDamagesNothingSaysIt) {
-  EXPECT_THAT(namesIn("<a>" + kZeroes + "<b/>" + kZeroes + "<c/></a>"),
+  EXPECT_THAT(foundIn("<a>" + kZeroes + "<b/>" + kZeroes + "<c/></a>"),
               ElementsAre("a...", "b/?", "c/a/?"));
 }
 
 TEST(WholeElementsTest, ATagIsWholeOrNothing) {
-  EXPECT_THAT(namesIn("<a><b c='" + kZeroes + "'/></a>"), ElementsAre("a..."));
-  EXPECT_THAT(namesIn("<a><b c='1/><d e='2'/></a>"), ElementsAre("a...", "d/a/?"));
-  EXPECT_THAT(namesIn("<a><b c=1/><d/></a>"), ElementsAre("a...", "d/a/?"));
-  EXPECT_THAT(namesIn("<a><b c='1'd='2'/><e/></a>"), ElementsAre("a...", "e/a/?"));
-  EXPECT_THAT(namesIn("<a>b c='1'/><d/></a>"), ElementsAre("a...", "d/a/?"));
+  EXPECT_THAT(foundIn("<a><b c='" + kZeroes + "'/></a>"), ElementsAre("a..."));
+  EXPECT_THAT(foundIn("<a><b c='1/><d e='2'/></a>"), ElementsAre("a...", "d/a/?"));
+  EXPECT_THAT(foundIn("<a><b c=1/><d/></a>"), ElementsAre("a...", "d/a/?"));
+  EXPECT_THAT(foundIn("<a><b c='1'd='2'/><e/></a>"), ElementsAre("a...", "e/a/?"));
+  EXPECT_THAT(foundIn("<a>b c='1'/><d/></a>"), ElementsAre("a...", "d/a/?"));
 }
 
 TEST(WholeElementsTest, AnElementWithDamageInItIsNotWhole) {
-  EXPECT_THAT(namesIn("<a><b><c/>" + kZeroes + "</b></a>"), ElementsAre("a...", "b.../a", "c/b/a"));
-  EXPECT_THAT(namesIn("<a><b></c></b></a>"), ElementsAre("a...", "b.../a"));
+  EXPECT_THAT(foundIn("<a><b><c/>" + kZeroes + "</b></a>"), ElementsAre("a...", "b.../a", "c/b/a"));
+  EXPECT_THAT(foundIn("<a><b></c></b></a>"), ElementsAre("a...", "b.../a"));
 }
 
 TEST(WholeElementsTest, WhereTagsDisagreeNothingSaysWhatElementsAreIn) {
-  EXPECT_THAT(namesIn("<a><b><c/><d/></e><f/></a>"),
+  EXPECT_THAT(foundIn("<a><b><c/><d/></e><f/></a>"),
               ElementsAre("a...", "b.../a", "c/?", "d/?", "f/a/?"));
 }
 
 TEST(WholeElementsTest, WhatMayHaveBeenInACommentIsLeftOut) {
-  EXPECT_THAT(namesIn("<a/>" + kZeroes + " <b/> old: <c/> --><d/>"), ElementsAre("a", "d/?"));
-  EXPECT_THAT(namesIn("<a/><!-- " + kZeroes + " <b/> --><d/>"), ElementsAre("a", "d/?"));
-  EXPECT_THAT(namesIn("<a/><!-- x " + kZeroes + "<b/><!-- y --><d/>"),
+  EXPECT_THAT(foundIn("<a/>" + kZeroes + " <b/> old: <c/> --><d/>"), ElementsAre("a", "d/?"));
+  EXPECT_THAT(foundIn("<a/><!-- " + kZeroes + " <b/> --><d/>"), ElementsAre("a", "d/?"));
+  EXPECT_THAT(foundIn("<a/><!-- x " + kZeroes + "<b/><!-- y --><d/>"),
               ElementsAre("a", "b/?", "d/?"));
-  EXPECT_THAT(namesIn("<a/><!-- x <b/> <!-- y --><d/>"), ElementsAre("a", "d/?"));
+  EXPECT_THAT(foundIn("<a/><!-- x <b/> <!-- y --><d/>"), ElementsAre("a", "d/?"));
 }
 
 TEST(WholeElementsTest, WhatIsInACommentWithADamagedBeginningIsLeftOut) {
-  EXPECT_THAT(namesIn("<a><!-, <b/> <c/> --><d/></a>"), ElementsAre("a...", "d/a/?"));
-  EXPECT_THAT(namesIn("<!-- x --><a/> <b/> --><d/>"), ElementsAre("d/?"));
-  EXPECT_THAT(namesIn("<a/><!-- x --><b/> --><d/>"), ElementsAre("a", "d/?"));
+  EXPECT_THAT(foundIn("<a><!-, <b/> <c/> --><d/></a>"), ElementsAre("a...", "d/a/?"));
+  EXPECT_THAT(foundIn("<!-- x --><a/> <b/> --><d/>"), ElementsAre("d/?"));
+  EXPECT_THAT(foundIn("<a/><!-- x --><b/> --><d/>"), ElementsAre("a", "d/?"));
 }
 
 TEST(WholeElementsTest, WhatIsInATextIsLeftOut) {
-  EXPECT_THAT(namesIn("<a><![CDATA[<b/> > <c/>]]><d/></a>"), ElementsAre("a", "d/a"));
-  EXPECT_THAT(namesIn("<a>" + kZeroes + "<b/> > <c/>]]><d/></a>"), ElementsAre("a...", "d/a/?"));
+  EXPECT_THAT(foundIn("<a><![CDATA[<b/> > <c/>]]><d/></a>"), ElementsAre("a", "d/a"));
+  EXPECT_THAT(foundIn("<a>" + kZeroes + "<b/> > <c/>]]><d/></a>"), ElementsAre("a...", "d/a/?"));
 }
 
 TEST(WholeElementsTest, AnythingIsRead) {

@@ -22,11 +22,11 @@ class FindTest : public SampleTest {
 };
 
 TEST_F(FindTest, SettingsAreFoundByEverythingThatIsKnownOfThem) {
-  struct Row {
+  struct FoundPlace {
     const char* word;
     const char* place;
   };
-  constexpr Row kRows[] = {
+  constexpr FoundPlace kRows[] = {
       {"System/Rtsp", "System/Rtsp"},                        // the place
       {"latency", "live.srt[1].latency"},                    // a part of it
       {"9001", "live.srt[1].port"},                          // the value

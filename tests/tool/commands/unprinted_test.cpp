@@ -35,7 +35,7 @@ constexpr Broken kClosed = {closeStandardOutput, "Bad file descriptor"};
 constexpr Broken kUnread = {[] { leaveAPipeUnread(STDOUT_FILENO); }, "Broken pipe"};
 constexpr Broken kBroken[] = {kFull, kClosed, kUnread};
 
-constexpr char kTrial[] = "/cfg1/.camcfg/trial";
+constexpr char kTrialRecord[] = "/cfg1/.camcfg/trial";
 
 class UnprintedTest : public EveryCommandTest {
  protected:
@@ -44,7 +44,7 @@ class UnprintedTest : public EveryCommandTest {
     for (const char* name : {"business_param.xml", "mpp_cfg.xml", "preset_cfg.xml", "own.xml"})
       for (const std::string directory : {"/cfg0/", "/cfg1/"})
         if (device.exists(directory + name)) contents += device.read(directory + name);
-    return contents + (device.exists(kTrial) ? device.read(kTrial) : "");
+    return contents + (device.exists(kTrialRecord) ? device.read(kTrialRecord) : "");
   }
 
   void expectInForce(const Command& command, const char* option, const Broken& output) const {

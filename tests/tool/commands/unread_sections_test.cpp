@@ -12,8 +12,6 @@ using testing::Not;
 using testing::StartsWith;
 using tool::Json;
 
-constexpr char kMedia[] = "/cfg0/mpp_cfg.xml";
-
 /// The sample device, of which a section does not load.
 class UnreadSectionsTest : public SampleTest {
  protected:
@@ -37,13 +35,13 @@ class UnreadSectionsTest : public SampleTest {
   }
 
   void expectThatImportAndResetReplace(const std::string& section) const {
-    const std::string media = device.read(kMedia);
+    const std::string media = device.read(kMpp);
     const std::string presets = device.read(kPreset);
     for (const std::vector<std::string>& words :
          {std::vector<std::string>{"reset", "--all", "--yes"},
           {"reset", "--section", section},
           {"import", device.hostPath() + "/sound.json"}}) {
-      device.write(kMedia, media);
+      device.write(kMpp, media);
       device.write("/cfg1/mpp_cfg.xml", media);
       device.write(kPreset, presets);
       device.write("/cfg1/preset_cfg.xml", presets);
@@ -63,7 +61,7 @@ TEST_F(UnreadSectionsTest, StatusIsDegradedAndNamesTheSection) {
   EXPECT_THAT(status.out, HasSubstr("health: degraded\n"));
   EXPECT_THAT(
       status.err,
-      AllOf(StartsWith("camcfg: status: live.srt cannot be read: " + std::string(kMedia) + ":"),
+      AllOf(StartsWith("camcfg: status: live.srt cannot be read: " + std::string(kMpp) + ":"),
             HasSubstr("Rendezvous"), EndsWith("'camcfg help recovery' says what to do\n")));
   const Json answer = jsonIn(run({"status", "--json"}).out);
   EXPECT_EQ(answer.at("health").text(), "degraded");
@@ -89,7 +87,7 @@ TEST_F(UnreadSectionsTest, ImportAndResetReplaceASourceWithoutAnId) {
 }
 
 TEST_F(UnreadSectionsTest, ImportAndResetMakeAMissingSection) {
-  const std::string text = device.read(kMedia);
+  const std::string text = device.read(kMpp);
   const std::size_t begin = text.find("<SRT>");
   const std::size_t end = text.find("</SRT>") + 6;
   change("mpp_cfg.xml", text.substr(begin, end - begin), "");
@@ -131,18 +129,18 @@ TEST_F(UnreadSectionsTest, ReportSaysWhatWasThere) {
 
 TEST_F(UnreadSectionsTest, ReplacementCanBeUndone) {
   refuseMode();
-  const std::string before = device.read(kMedia);
+  const std::string before = device.read(kMpp);
   ASSERT_EQ(import().status, 0);
   EXPECT_EQ(run({"undo"}).status, 0);
-  EXPECT_EQ(device.read(kMedia), before);
+  EXPECT_EQ(device.read(kMpp), before);
 }
 
 TEST_F(UnreadSectionsTest, ImportOfOtherSectionsLeavesItAsItIs) {
   refuseMode();
-  const std::string before = device.read(kMedia);
+  const std::string before = device.read(kMpp);
   device.write("/sound.json", "{\"version\": 1, \"parameters\": {\"System\": {\"Rtsp\": 8554}}}");
   EXPECT_EQ(import().status, 0);
-  EXPECT_EQ(device.read(kMedia), before);
+  EXPECT_EQ(device.read(kMpp), before);
 }
 
 TEST_F(UnreadSectionsTest, PasswordsThatCanBeReadAreKept) {
@@ -158,7 +156,7 @@ TEST_F(UnreadSectionsTest, PartialExportLeavesOutWhatCannotBeRead) {
   const ToolRun partial = run({"export", "--partial"});
   EXPECT_EQ(partial.status, 0);
   EXPECT_THAT(partial.err,
-              HasSubstr("camcfg: export: left out of live.srt: " + std::string(kMedia) + ":"));
+              HasSubstr("camcfg: export: left out of live.srt: " + std::string(kMpp) + ":"));
   const Json sound = jsonIn(sound_);
   const Json document = jsonIn(partial.out);
   for (const std::string& name : sound.names()) {
@@ -170,11 +168,11 @@ TEST_F(UnreadSectionsTest, PartialExportLeavesOutWhatCannotBeRead) {
 }
 
 TEST_F(UnreadSectionsTest, PartialExportLeavesOutFilesThatCannotBeLoaded) {
-  device.write(kMedia, "<");
+  device.write(kMpp, "<");
   device.write("/cfg1/mpp_cfg.xml", "<");
   const ToolRun partial = run({"export", "--partial"});
   EXPECT_EQ(partial.status, 0);
-  EXPECT_THAT(partial.err, HasSubstr("left out: live.srt: " + std::string(kMedia)));
+  EXPECT_THAT(partial.err, HasSubstr("left out: live.srt: " + std::string(kMpp)));
   const Json document = jsonIn(partial.out);
   EXPECT_EQ(document.at("presets"), jsonIn(sound_).at("presets"));
   EXPECT_FALSE(document.contains("live"));
@@ -200,7 +198,7 @@ TEST_F(UnreadSectionsTest, ListingsShowTheRestWithTheFaultsOfTheOther) {
 }
 
 TEST_F(UnreadSectionsTest, FileThatDoesNotLoadIsStillUnusable) {
-  device.write(kMedia, "<");
+  device.write(kMpp, "<");
   device.write("/cfg1/mpp_cfg.xml", "<");
   for (const std::vector<std::string>& words : {std::vector<std::string>{"live", "srt"},
                                                 {"graph"},

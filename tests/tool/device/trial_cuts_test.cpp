@@ -8,7 +8,7 @@ namespace {
 
 using namespace tool::device;
 
-constexpr char kTrial[] = "/cfg1/.camcfg/trial";
+constexpr char kTrialRecord[] = "/cfg1/.camcfg/trial";
 
 class TrialCutsTest : public JournalTest {
  protected:
@@ -41,7 +41,7 @@ TEST_F(TrialCutsTest, ChangeThatIsInForceIsOnTrial) {
     isKilled = killAtCall(call, [] { tryOut(); });
     finishInterrupted();
     ASSERT_TRUE(isNew() || isOld()) << call;
-    ASSERT_EQ(device.exists(kTrial), isNew()) << call;
+    ASSERT_EQ(device.exists(kTrialRecord), isNew()) << call;
     ASSERT_TRUE(history().empty()) << call;
   }
   EXPECT_TRUE(isNew());
@@ -54,7 +54,7 @@ TEST_F(TrialCutsTest, RollbackThatIsInForceEndsTheTrial) {
     isKilled = killAtCall(call, [] { rollBack(); });
     finishInterrupted();
     ASSERT_TRUE(isNew() || isOld()) << call;
-    ASSERT_EQ(device.exists(kTrial), isNew()) << call;
+    ASSERT_EQ(device.exists(kTrialRecord), isNew()) << call;
     ASSERT_EQ(history().size(), isNew() ? 0U : 2U) << call;
     ASSERT_TRUE(isIdle()) << call;
   }
@@ -67,8 +67,8 @@ TEST_F(TrialCutsTest, ConfirmedChangeIsOnTrialOrInTheHistory) {
     inChild([] { tryOut(); });
     isKilled = killAtCall(call, [] { endTrial(TrialEnd::Confirmed); });
     ASSERT_TRUE(isNew()) << call;
-    ASSERT_EQ(history().size() + (device.exists(kTrial) ? 1 : 0), 1U) << call;
-    ASSERT_TRUE(isKilled || !device.exists(kTrial)) << call;
+    ASSERT_EQ(history().size() + (device.exists(kTrialRecord) ? 1 : 0), 1U) << call;
+    ASSERT_TRUE(isKilled || !device.exists(kTrialRecord)) << call;
   }
 }
 

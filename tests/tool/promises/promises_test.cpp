@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 
 #include "base/host.h"
@@ -46,18 +48,32 @@ Kind kind(int number) {
   return static_cast<Kind>(number);
 }
 
-/// One of the three files, with every combination of copies, the others being as given.
+bool isUsual(Kind kind) {
+  constexpr Kind kUsual[] = {Kind::Good,      Kind::Missing, Kind::Damaged,     Kind::Empty,
+                             Kind::Directory, Kind::Pipe,    Kind::LinkToOther, Kind::Unreadable};
+  return std::find(std::begin(kUsual), std::end(kUsual), kind) != std::end(kUsual);
+}
+
+// Of the combinations with an unusual copy every second one, in which each two copies still meet in all
+// their kinds.
+bool isWorthATry(const Kinds& copies) {
+  int sum = 0;
+  for (const Kind copy : copies) sum += static_cast<int>(copy);
+  return sum % 2 == 0 || std::all_of(copies.begin(), copies.end(), isUsual);
+}
+
+/// One of the three files, with the combinations of copies, the others being as given.
 class EveryCombination : public PromisesTest, public testing::WithParamInterface<Kind> {
  protected:
   void compareAll(const Kinds& others, int every) {
     int number = 0;
     for (int backup = 0; backup < kKinds; ++backup)
       for (int factory = 0; factory < kKinds; ++factory) {
+        const Kinds copies = {GetParam(), kind(backup), kind(factory)};
         Scene scene;
         scene.files.fill(others);
-        scene.files[static_cast<std::size_t>(++number) % 3] = {GetParam(), kind(backup),
-                                                               kind(factory)};
-        if (number % every == 0) compare(scene);
+        scene.files[static_cast<std::size_t>(++number) % 3] = copies;
+        if (number % every == 0 && isWorthATry(copies)) compare(scene);
         if (isEnough()) return;
       }
   }
