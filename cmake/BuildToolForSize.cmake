@@ -11,3 +11,5 @@ set(size_options -flto=auto $<IF:$<BOOL:${CAMCFG_TESTS}>,-ffat-lto-objects,-fno-
 target_compile_options(camcfg_tool_parts PRIVATE ${size_options})
 target_compile_options(camcfg-tool PRIVATE ${size_options})
 target_link_options(camcfg-tool PRIVATE ${size_options} LINKER:--gc-sections)
+# Files that are compiled together get larger: more is inlined before the tool is seen as a whole.
+set_target_properties(camcfg_tool_parts PROPERTIES UNITY_BUILD OFF)

@@ -9,10 +9,7 @@ constexpr char kBytes[] = "$bytes";
 
 std::string hexOf(const std::string& bytes) {
   std::string hex;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    hex.append({kHexDigits[byte >> 4U], kHexDigits[byte & 15U]});
-  }
+  for (const char c : bytes) hex += hexadecimal(static_cast<unsigned char>(c));
   return hex;
 }
 

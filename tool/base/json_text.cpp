@@ -18,7 +18,7 @@ void addEscaped(char c, std::string& text) {
   if (found != std::string_view::npos)
     text += kNames[found];
   else
-    text.append("u00").append(1, kHexDigits[c >> 4]).append(1, kHexDigits[c & 15]);
+    text.append("u00").append(hexadecimal(static_cast<unsigned char>(c)));
 }
 
 void addText(const std::string& value, std::string& text) {

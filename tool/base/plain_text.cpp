@@ -34,10 +34,6 @@ bool isSecond(unsigned char lead, unsigned char second) {
   return lead != 0xf4 || second < 0x90;
 }
 
-std::string hexadecimal(unsigned char c) {
-  return {kHexDigits[c >> 4], kHexDigits[c & 15]};
-}
-
 bool isControl(unsigned char c) {
   return c < 0x20 || (c >= 0x7f && c < 0xa0);
 }
@@ -110,6 +106,10 @@ std::size_t distance(const std::string& a, const std::string& b) {
 }
 
 }  // namespace
+
+std::string hexadecimal(unsigned char byte) {
+  return {kHexDigits[byte >> 4U], kHexDigits[byte & 15U]};
+}
 
 bool hasHighBytes(std::string_view text) {
   return std::any_of(text.begin(), text.end(),

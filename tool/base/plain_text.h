@@ -34,6 +34,9 @@ inline bool isBlank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+/// The two digits of a byte.
+std::string hexadecimal(unsigned char byte);
+
 /// Whether any byte is beyond ASCII.
 bool hasHighBytes(std::string_view text);
 
