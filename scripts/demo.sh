@@ -15,7 +15,7 @@ readonly camcfg="build/camcfg --root $device"
 
 build_tool() {
   scripts/install-packages.sh build tool
-  scripts/announce.sh "Building the library and the tool" 4 100
+  scripts/announce.sh "Building the library and the tool" 2 100
   scripts/build.sh -- --target released |& scripts/show-progress.sh
 }
 

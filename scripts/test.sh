@@ -18,7 +18,7 @@ END
 }
 
 scripts/install-packages.sh build tool test
-scripts/announce.sh "Building and running all tests" 12 350
+scripts/announce.sh "Building and running all tests" 10 350
 scripts/build.sh -D CAMCFG_TESTS=ON |& scripts/show-progress.sh
 status=0
 ctest --preset test --parallel $((3 * $(nproc))) |& scripts/show-progress.sh || status=$?
