@@ -21,7 +21,8 @@ scripts/install-packages.sh build tool test
 scripts/announce.sh "Building and running all tests" 10 350
 scripts/build.sh -D CAMCFG_TESTS=ON |& scripts/show-progress.sh
 status=0
-ctest --preset test --parallel $((3 * $(nproc))) |& scripts/show-progress.sh || status=$?
+# Many tests wait for a lock's time-out most of their time.
+ctest --preset test --parallel $((5 * $(nproc))) |& scripts/show-progress.sh || status=$?
 scripts/name-skipped.sh
 if ((status == 0)); then suggest; fi
 exit "$status"
