@@ -1,5 +1,5 @@
-# Compiles the files of a folder sixteen at a time, which takes a third of the time. Names in a folder must
-# therefore differ from file to file, in unnamed namespaces, too.
+# Compiles the files of a folder sixteen at a time, which takes less than half of the time. Names in a folder
+# must therefore differ from file to file, in unnamed namespaces, too.
 function(camcfg_unity target)
   if(NOT CAMCFG_UNITY)
     return()
