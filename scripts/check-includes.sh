@@ -76,6 +76,7 @@ add_row tests/interface include
 add_row tests/install "$testkit"
 add_row tests/testkit testkit
 add_row tests/proof "$support proof/fuzz"
+add_row tests/media/loaders_by_hand_test.cpp "$support tests/media proof/bench"
 
 add_row proof/bench "$testkit"
 add_row proof/fuzz "$support testkit tool src/base/integer.h"

@@ -42,7 +42,7 @@ void loadByHand(std::list<std::shared_ptr<tag_CFG_STREAM_SOURCE_T>>& sources) {
     auto source = std::make_shared<tag_CFG_STREAM_SOURCE_VENC_T>();
     source->s32Id = entry.IntAttribute("Id");
     source->strName = text(entry, "Name");
-    source->s32Enabled = entry.IntAttribute("Enabled");
+    source->s32Enabled = entry.IntAttribute("Enabled", 1);
     source->s32ChnId = entry.IntAttribute("ChnId");
     sources.push_back(std::move(source));
   });
